@@ -1,0 +1,28 @@
+// What the stream layer throws on a short read. Nothing else in the library throws it, and no command boundary lets it by.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+#include <exception>
+
+namespace zet
+{
+
+class COMMONGROUND_API Exception : public std::exception
+{
+public:
+    Exception(const wchar_t* text, const char* file, int line);
+    const char* what() const noexcept override { return m_What; }
+    const String_T<wchar_t>& getText() const { return m_Text; }
+    // Logs the text with its place as an error.
+    void report() const;
+
+private:
+    String_T<wchar_t> m_Text;
+    String_T<char> m_What;
+    const char* m_File;
+    int m_Line;
+};
+
+} // namespace zet

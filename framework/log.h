@@ -1,0 +1,58 @@
+// The log of a process: three levels, printf-style wide patterns, and whatever sinks are loaded.
+// Every operation may be called from any thread.
+#pragma once
+
+#include "framework/format.h"
+#include "framework/string.h"
+
+#include <functional>
+
+namespace zet
+{
+
+class COMMONGROUND_API Log
+{
+public:
+    enum Level
+    {
+        kMessage,
+        kWarning,
+        kError
+    };
+    // Takes one finished line. Called on the thread that logs, one line at a time.
+    using Sink = std::function<void(Level, const String_T<wchar_t>&)>;
+
+    template <class... Args>
+    static void message(const wchar_t* pattern, const Args&... args)
+    {
+        write(kMessage, formatText(pattern, args...));
+    }
+    template <class... Args>
+    static void warning(const wchar_t* pattern, const Args&... args)
+    {
+        write(kWarning, formatText(pattern, args...));
+    }
+    template <class... Args>
+    static void error(const wchar_t* pattern, const Args&... args)
+    {
+        write(kError, formatText(pattern, args...));
+    }
+
+    // Called with false right behind the report of a serious fault. It tells the sinks to put out all that they hold;
+    // with true it tells them that the fault is over.
+    static void whistle(bool on);
+
+    // "FileLog@path=DIR/" and the like: the name of a log module, what to set, its value. Kept for modules loaded later.
+    static void setparam(const wchar_t* text);
+    // Opens the loaded sinks. Lines logged before start() or behind stop() reach only sinks added by addSink.
+    static bool start();
+    static void stop();
+
+    // Adds a sink of the host's or a test's own, which gets every line, started or not; returns its number.
+    static int addSink(Sink sink);
+    static void removeSink(int number);
+
+    static void write(Level level, const String_T<wchar_t>& line);
+};
+
+} // namespace zet

@@ -1,0 +1,89 @@
+// Byte sources and sinks, and the thin streams over them.
+#pragma once
+
+#include "framework/exception.h"
+#include "framework/unknown.h"
+
+#include <vector>
+
+namespace zet
+{
+
+// A source of bytes. Counts are bytes; each operation returns how many it delivered, 0 when there is none.
+class COMMONGROUND_API Input : public virtual Unknown
+{
+public:
+    virtual int available() const = 0;
+    // Copies up to size bytes without taking them.
+    virtual int peek(void* data, int size) = 0;
+    virtual int read(void* data, int size) = 0;
+    // The next size bytes where they lie, untaken, or null where the source cannot show them in one piece.
+    // Valid until the source is next touched.
+    virtual const unsigned char* view(int size);
+    // Takes up to size bytes without copying them.
+    virtual int skip(int size);
+};
+
+// A sink of bytes; write returns how many it took.
+class COMMONGROUND_API Output : public virtual Unknown
+{
+public:
+    virtual int write(const void* data, int size) = 0;
+};
+
+class COMMONGROUND_API IO : public Input, public Output
+{
+};
+
+// Reads from an Input. Made from a plain pointer it does not own the source, which must then outlive it;
+// made from a handle it keeps the source alive. A stream with no source counts as empty.
+class COMMONGROUND_API InputStream
+{
+public:
+    InputStream() = default;
+    InputStream(Input* input) : m_Input(input) {}
+    InputStream(const Unknown::Handle_T<Input>& input) : m_Input(input.get()), m_Owner(input) {}
+
+    Input* getInput() const { return m_Input; }
+    int available() const { return m_Input ? m_Input->available() : 0; }
+    bool isEmpty() const { return available() <= 0; }
+    int peek(void* data, int size) { return m_Input ? m_Input->peek(data, size) : 0; }
+    int read(void* data, int size) { return m_Input ? m_Input->read(data, size) : 0; }
+    const unsigned char* view(int size) { return m_Input ? m_Input->view(size) : nullptr; }
+    int skip(int size) { return m_Input ? m_Input->skip(size) : 0; }
+
+    // Little-endian values; false on a short read.
+    bool read16(unsigned short& value);
+    bool read32(unsigned int& value);
+
+private:
+    Input* m_Input = nullptr;
+    Unknown::Handle_T<Input> m_Owner;
+};
+
+// Writes to an Output, with the ownership of InputStream.
+class COMMONGROUND_API OutputStream
+{
+public:
+    OutputStream() = default;
+    OutputStream(Output* output) : m_Output(output) {}
+    OutputStream(const Unknown::Handle_T<Output>& output) : m_Output(output.get()), m_Owner(output) {}
+
+    Output* getOutput() const { return m_Output; }
+    int write(const void* data, int size) { return m_Output ? m_Output->write(data, size) : 0; }
+
+    bool write16(unsigned short value);
+    bool write32(unsigned int value);
+
+private:
+    Output* m_Output = nullptr;
+    Unknown::Handle_T<Output> m_Owner;
+};
+
+// Identifiers go as their 16 bytes, vectors of them behind a 32-bit count. A short read throws Exception.
+COMMONGROUND_API OutputStream& operator<<(OutputStream& stream, const Uuid& id);
+COMMONGROUND_API InputStream& operator>>(InputStream& stream, Uuid& id);
+COMMONGROUND_API OutputStream& operator<<(OutputStream& stream, const std::vector<Uuid>& ids);
+COMMONGROUND_API InputStream& operator>>(InputStream& stream, std::vector<Uuid>& ids);
+
+} // namespace zet

@@ -1,0 +1,263 @@
+// The text type of the whole system: counted, zero-terminated, a plain value.
+// Text of up to 11 units lives inside the object, so most names and all empty texts cost no allocation.
+#pragma once
+
+#include "framework/format.h"
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace zet
+{
+
+// A text of T units. Not shared, not locked: one object belongs to one thread at a time.
+template <class T>
+class String_T
+{
+public:
+    // Units that fit inside the object, without the terminator.
+    static constexpr int kInlineUnits = 11;
+
+    String_T() noexcept { m_Inline[0] = T(); }
+    String_T(const T* text) : String_T() { assign(text, lengthOf(text)); }
+    String_T(const T* text, int length) : String_T() { assign(text, length); }
+    // The decimal digits of a number.
+    explicit String_T(int number) : String_T()
+    {
+        const std::string digits = std::to_string(number);
+        T* out = resizeForOverwrite(static_cast<int>(digits.size()));
+        for (size_t i = 0; i < digits.size(); ++i)
+            out[i] = static_cast<T>(digits[i]);
+    }
+    String_T(const String_T& other) : String_T() { assign(other.m_Text, other.m_Length); }
+    String_T(String_T&& other) noexcept : String_T() { swap(other); }
+    ~String_T() { release(); }
+
+    String_T& operator=(const String_T& other)
+    {
+        if (this != &other)
+            assign(other.m_Text, other.m_Length);
+        return *this;
+    }
+    String_T& operator=(String_T&& other) noexcept
+    {
+        if (this != &other)
+        {
+            clear();
+            swap(other);
+        }
+        return *this;
+    }
+    // Stops at the first zero; a null pointer gives the empty text.
+    String_T& operator=(const T* text)
+    {
+        assign(text, lengthOf(text));
+        return *this;
+    }
+
+    int getLength() const { return m_Length; }
+    // Units that the text may grow to before it moves.
+    int getCapacity() const { return m_Capacity; }
+    bool isEmpty() const { return m_Length == 0; }
+    const T* getBuffer() const { return m_Text; }
+    // Length in units, the form's own word for it.
+    int getBufferLength() const { return m_Length; }
+    operator const T*() const { return m_Text; }
+    T operator[](int index) const { return m_Text[index]; }
+    std::basic_string_view<T> view() const { return {m_Text, static_cast<size_t>(m_Length)}; }
+
+    // The first place of a unit at or behind from, or -1.
+    int find(int unit, int from) const
+    {
+        for (int i = from < 0 ? 0 : from; i < m_Length; ++i)
+            if (m_Text[i] == static_cast<T>(unit))
+                return i;
+        return -1;
+    }
+
+    // Up to count units from a place; what lies outside the text is left out.
+    String_T getSubString(int from, int count) const
+    {
+        if (from < 0)
+            from = 0;
+        if (from >= m_Length || count <= 0)
+            return String_T();
+        return String_T(m_Text + from, count < m_Length - from ? count : m_Length - from);
+    }
+
+    // Fills the text as printf does, by the rules of framework/format.h.
+    template <class... Args>
+    String_T& format(const T* pattern, const Args&... args)
+    {
+        *this = formatText(pattern, args...);
+        return *this;
+    }
+
+    // Takes white space off both ends.
+    String_T& trim()
+    {
+        int first = 0;
+        int last = m_Length;
+        while (first < last && isSpace(m_Text[first]))
+            ++first;
+        while (last > first && isSpace(m_Text[last - 1]))
+            --last;
+        *this = getSubString(first, last - first);
+        return *this;
+    }
+
+    String_T& operator+=(const String_T& other)
+    {
+        append(other.m_Text, other.m_Length);
+        return *this;
+    }
+    String_T& operator+=(const T* text)
+    {
+        append(text, lengthOf(text));
+        return *this;
+    }
+    friend String_T operator+(const String_T& a, const String_T& b) { return String_T(a) += b; }
+    friend String_T operator+(const String_T& a, const T* b) { return String_T(a) += b; }
+    friend String_T operator+(const T* a, const String_T& b) { return String_T(a) += b; }
+
+    friend bool operator==(const String_T& a, const String_T& b) { return a.view() == b.view(); }
+    friend bool operator==(const String_T& a, const T* b) { return a.view() == std::basic_string_view<T>(b ? b : emptyText()); }
+    // Orders by UTF-16 unit on every platform, whatever the width of T, so that a map is written in one order everywhere.
+    friend bool operator<(const String_T& a, const String_T& b) { return compareUnits(a.view(), b.view()) < 0; }
+    friend bool operator<(const String_T& a, const T* b) { return compareUnits(a.view(), b ? b : emptyText()) < 0; }
+
+    void clear()
+    {
+        release();
+        m_Text = m_Inline;
+        m_Length = 0;
+        m_Capacity = kInlineUnits;
+        m_Inline[0] = T();
+    }
+
+    // Makes the text length units long and gives the place to write them; what they hold before is undefined.
+    // The terminator stands already. A negative length counts as 0.
+    T* resizeForOverwrite(int length)
+    {
+        if (length < 0)
+            length = 0;
+        if (length > m_Capacity)
+        {
+            T* block = std::allocator<T>().allocate(static_cast<size_t>(length) + 1);
+            release();
+            m_Text = block;
+            m_Capacity = length;
+        }
+        m_Length = length;
+        m_Text[length] = T();
+        return m_Text;
+    }
+
+    // Shortens the text to its first length units; a length above the present one changes nothing.
+    void truncate(int length)
+    {
+        if (length < 0 || length >= m_Length)
+            return;
+        m_Length = length;
+        m_Text[length] = T();
+    }
+
+    void swap(String_T& other) noexcept
+    {
+        const bool mine = isInline();
+        const bool theirs = other.isInline();
+        std::swap(m_Text, other.m_Text);
+        std::swap(m_Length, other.m_Length);
+        std::swap(m_Capacity, other.m_Capacity);
+        std::swap(m_Inline, other.m_Inline);
+        if (theirs)
+            m_Text = m_Inline;
+        if (mine)
+            other.m_Text = other.m_Inline;
+    }
+
+private:
+    static const T* emptyText()
+    {
+        static constexpr T zero[1] = {};
+        return zero;
+    }
+    static int lengthOf(const T* text) { return text ? static_cast<int>(std::char_traits<T>::length(text)) : 0; }
+    static bool isSpace(T unit) { return unit == T(' ') || (unit >= T('\t') && unit <= T('\r')); }
+
+    // The UTF-16 unit that stands first for a unit of T.
+    static unsigned long leadUnit(T unit)
+    {
+        const unsigned long value = static_cast<unsigned long>(static_cast<std::make_unsigned_t<T>>(unit));
+        return value > 0xFFFF ? 0xD800 + ((value - 0x10000) >> 10) : value;
+    }
+    static int compareUnits(std::basic_string_view<T> a, std::basic_string_view<T> b)
+    {
+        const size_t common = a.size() < b.size() ? a.size() : b.size();
+        for (size_t i = 0; i < common; ++i)
+        {
+            if (a[i] == b[i])
+                continue;
+            const unsigned long first = leadUnit(a[i]);
+            const unsigned long second = leadUnit(b[i]);
+            if (first != second)
+                return first < second ? -1 : 1;
+            return static_cast<std::make_unsigned_t<T>>(a[i]) < static_cast<std::make_unsigned_t<T>>(b[i]) ? -1 : 1;
+        }
+        return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
+    }
+
+    bool isInline() const { return m_Text == m_Inline; }
+    void release()
+    {
+        if (!isInline())
+            std::allocator<T>().deallocate(m_Text, static_cast<size_t>(m_Capacity) + 1);
+    }
+    void assign(const T* text, int length)
+    {
+        if (text >= m_Text && text <= m_Text + m_Length && length > 0)
+        {
+            const String_T copy(text, length, 0);
+            assign(copy.m_Text, length);
+            return;
+        }
+        T* out = resizeForOverwrite(length);
+        if (length > 0)
+            std::memcpy(out, text, static_cast<size_t>(length) * sizeof(T));
+    }
+    // A copy that does not look whether the source lies inside itself.
+    String_T(const T* text, int length, int) : String_T()
+    {
+        std::memcpy(resizeForOverwrite(length), text, static_cast<size_t>(length) * sizeof(T));
+    }
+    void append(const T* text, int length)
+    {
+        if (length <= 0)
+            return;
+        const int old = m_Length;
+        if (old + length > m_Capacity)
+        {
+            String_T grown;
+            grown.resizeForOverwrite(old + length > 2 * m_Capacity ? old + length : 2 * m_Capacity);
+            std::memcpy(grown.m_Text, m_Text, static_cast<size_t>(old) * sizeof(T));
+            std::memcpy(grown.m_Text + old, text, static_cast<size_t>(length) * sizeof(T));
+            swap(grown);
+        }
+        else
+        {
+            std::memmove(m_Text + old, text, static_cast<size_t>(length) * sizeof(T));
+        }
+        m_Length = old + length;
+        m_Text[m_Length] = T();
+    }
+
+    T* m_Text = m_Inline;
+    int m_Length = 0;
+    int m_Capacity = kInlineUnits;
+    T m_Inline[kInlineUnits + 1];
+};
+
+} // namespace zet

@@ -1,0 +1,18 @@
+// Text between the host's wide form and UTF-8.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+namespace zet
+{
+
+class COMMONGROUND_API StringHelper
+{
+public:
+    // What is no valid UTF-8, and a unit that is no character, comes out as U+FFFD. A null pointer gives the empty text.
+    static String_T<wchar_t> utf8ToWide(const char* text);
+    static String_T<char> wideToUtf8(const wchar_t* text);
+};
+
+} // namespace zet

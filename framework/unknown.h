@@ -1,0 +1,120 @@
+// The root of all counted objects, and the handle that counts.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/uuid.h"
+
+#include <atomic>
+#include <utility>
+
+namespace zet
+{
+
+class InputStream;
+class OutputStream;
+
+// An object that lives as long as a handle holds it. Counts are safe across threads; the object itself is not.
+// An object on the stack or inside another must outlive every handle to it.
+class COMMONGROUND_API Unknown
+{
+public:
+    template <class T>
+    class Handle_T;
+    struct RtFactory;
+
+    Unknown() = default;
+    // The count is the object's own: copies and assignments leave it alone.
+    Unknown(const Unknown&) {}
+    Unknown& operator=(const Unknown&) { return *this; }
+    virtual ~Unknown();
+
+    void addRef() const { m_Count.fetch_add(1, std::memory_order_relaxed); }
+    void release() const
+    {
+        if (m_Count.fetch_sub(1, std::memory_order_acq_rel) == 1)
+            destroy();
+    }
+    int getRefCount() const { return m_Count.load(std::memory_order_relaxed); }
+
+    // A copy of the object, or null where the class has none. The caller takes it into a handle.
+    virtual Unknown* clone() const { return nullptr; }
+    virtual const wchar_t* getClassName() const { return L"zet::Unknown"; }
+    // A number for the class, made from its name; equal in all processes.
+    virtual unsigned long getClassId() const;
+    // A new default-made object of the same class, or null.
+    virtual Unknown* rtCreateInstance() const { return nullptr; }
+    // A fixed text that names the release of the class.
+    virtual const wchar_t* getClassTimestamp() const { return L""; }
+    // The object's fields from and to a stream; false where the class has no stream form or the stream is cut.
+    virtual bool importFrom(InputStream& stream);
+    virtual bool exportTo(OutputStream& stream) const;
+
+protected:
+    // Called when the last handle goes.
+    virtual void destroy() const { delete this; }
+
+private:
+    mutable std::atomic<int> m_Count{0};
+};
+
+// A counted handle; null when it holds nothing.
+template <class T>
+class Unknown::Handle_T
+{
+public:
+    Handle_T() = default;
+    Handle_T(T* object) : m_Object(object)
+    {
+        if (m_Object)
+            m_Object->addRef();
+    }
+    Handle_T(const Handle_T& other) : Handle_T(other.m_Object) {}
+    template <class U>
+    Handle_T(const Handle_T<U>& other) : Handle_T(static_cast<T*>(other.get())) {}
+    Handle_T(Handle_T&& other) noexcept : m_Object(std::exchange(other.m_Object, nullptr)) {}
+    ~Handle_T() { clear(); }
+    Handle_T& operator=(Handle_T other) noexcept
+    {
+        std::swap(m_Object, other.m_Object);
+        return *this;
+    }
+
+    T* get() const { return m_Object; }
+    T* operator->() const { return m_Object; }
+    T& operator*() const { return *m_Object; }
+    operator T*() const { return m_Object; }
+    explicit operator bool() const { return m_Object != nullptr; }
+    bool isNull() const { return m_Object == nullptr; }
+    void clear()
+    {
+        if (T* old = std::exchange(m_Object, nullptr))
+            old->release();
+    }
+
+private:
+    T* m_Object = nullptr;
+};
+
+// Creators of classes by name. Registration is safe from any thread.
+struct COMMONGROUND_API Unknown::RtFactory
+{
+    using Creator = Unknown* (*)();
+    static void setupCreator(const wchar_t* className, Creator creator);
+    static void unsetupCreator(const wchar_t* className);
+    // A new object of a registered class, or null.
+    static Unknown* create(const wchar_t* className);
+};
+
+// A counted object with an identifier of its own.
+class COMMONGROUND_API Object : public virtual Unknown
+{
+public:
+    Object() { uuid_create(m_ObjectId); }
+    explicit Object(const Uuid& id) : m_ObjectId(id) {}
+    const Uuid& getObjectId() const { return m_ObjectId; }
+
+private:
+    Uuid m_ObjectId;
+};
+
+} // namespace zet

@@ -1,0 +1,52 @@
+// Identifiers: 16 raw bytes that name a server, a client or an object. All zero means none.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+#include <cstring>
+
+namespace zet
+{
+
+// The last six bytes of an identifier, three 16-bit units; the key of the server dictionaries.
+struct COMMONGROUND_API uuid_node_t
+{
+    unsigned short m_Node[3] = {0, 0, 0};
+
+    // Orders by the three units: negative, zero or positive.
+    int compare(const uuid_node_t& other) const;
+    // Twelve lower-case hexadecimal digits, byte by byte.
+    String_T<wchar_t> convertToString() const;
+
+    friend bool operator==(const uuid_node_t& a, const uuid_node_t& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+    friend bool operator<(const uuid_node_t& a, const uuid_node_t& b) { return a.compare(b) < 0; }
+};
+static_assert(sizeof(uuid_node_t) == 6);
+
+// Copied, compared and sent as the 16 bytes that it is; no byte order is applied to it.
+struct COMMONGROUND_API Uuid
+{
+    unsigned int m_Data1 = 0;
+    unsigned int m_Data2 = 0;
+    unsigned short m_Data3 = 0;
+    uuid_node_t m_Node;
+
+    bool isNull() const { return *this == Uuid(); }
+
+    friend bool operator==(const Uuid& a, const Uuid& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+    friend bool operator<(const Uuid& a, const Uuid& b);
+};
+static_assert(sizeof(Uuid) == 16);
+
+// Fills id with a new random value; returns 0. Any thread.
+COMMONGROUND_API int uuid_create(Uuid& id);
+// Orders by bytes: negative, zero or positive.
+COMMONGROUND_API int uuid_compare(const Uuid& a, const Uuid& b);
+
+inline bool operator<(const Uuid& a, const Uuid& b)
+{
+    return uuid_compare(a, b) < 0;
+}
+
+} // namespace zet
