@@ -1,0 +1,31 @@
+# Library, headers, tool and the CMake package `commonground`.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS commonground EXPORT commonground
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+foreach(module zet_ConsoleLog zet_FileLog)
+  if(TARGET ${module})
+    install(TARGETS ${module} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  endif()
+endforeach()
+if(TARGET wirelens)
+  install(TARGETS wirelens RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+
+foreach(floor ${COMMONGROUND_FLOORS})
+  if(IS_DIRECTORY ${PROJECT_SOURCE_DIR}/${floor})
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/${floor} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/commonground
+      FILES_MATCHING PATTERN "*.h" PATTERN "*.def"
+      PATTERN "framework/modules" EXCLUDE
+      PATTERN "packaging/wire" EXCLUDE)
+  endif()
+endforeach()
+
+set(package ${CMAKE_INSTALL_LIBDIR}/cmake/commonground)
+install(EXPORT commonground NAMESPACE commonground:: FILE commongroundTargets.cmake DESTINATION ${package})
+configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/commongroundConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/commongroundConfig.cmake INSTALL_DESTINATION ${package})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/commongroundConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/commongroundConfig.cmake ${PROJECT_BINARY_DIR}/commongroundConfigVersion.cmake
+  DESTINATION ${package})

@@ -1,0 +1,45 @@
+# The library and its log modules. One folder a floor; a new file needs no line here.
+set(COMMONGROUND_FLOORS framework packaging dispatch transport runtime playerdata commands packs)
+
+set(sources)
+foreach(floor ${COMMONGROUND_FLOORS})
+  file(GLOB_RECURSE found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${floor}/*.cpp)
+  list(APPEND sources ${found})
+endforeach()
+list(FILTER sources EXCLUDE REGEX "/framework/modules/")
+# A file for the other platform says so in its name.
+if(WIN32)
+  list(FILTER sources EXCLUDE REGEX "_posix\\.cpp$")
+else()
+  list(FILTER sources EXCLUDE REGEX "_win32\\.cpp$")
+endif()
+
+add_library(commonground SHARED ${sources})
+add_library(commonground::commonground ALIAS commonground)
+set_target_properties(commonground PROPERTIES
+  VERSION ${PROJECT_VERSION}
+  SOVERSION ${PROJECT_VERSION_MAJOR})
+target_compile_features(commonground PUBLIC cxx_std_20)
+target_include_directories(commonground PUBLIC
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/commonground>)
+target_compile_definitions(commonground PRIVATE COMMONGROUND_BUILDING)
+target_link_libraries(commonground PRIVATE commonground_warnings commonground_dependencies)
+target_precompile_headers(commonground PRIVATE ${PROJECT_SOURCE_DIR}/cmake/std_pch.h)
+if(NOT WIN32)
+  set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  target_link_options(commonground PRIVATE -Wl,--version-script=${exports})
+  set_property(TARGET commonground APPEND PROPERTY LINK_DEPENDS ${exports})
+endif()
+
+# The log modules are loaded by name while the program runs.
+foreach(module ConsoleLog:console_log FileLog:file_log)
+  string(REPLACE ":" ";" module ${module})
+  list(GET module 0 name)
+  list(GET module 1 file)
+  set(source ${PROJECT_SOURCE_DIR}/framework/modules/${file}.cpp)
+  if(EXISTS ${source})
+    add_library(zet_${name} MODULE ${source})
+    set_target_properties(zet_${name} PROPERTIES PREFIX "")
+    target_link_libraries(zet_${name} PRIVATE commonground commonground_warnings)
+  endif()
+endforeach()

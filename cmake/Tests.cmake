@@ -1,0 +1,24 @@
+# One runner for the tests of the code.
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/*_test.cpp)
+file(GLOB_RECURSE support CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/support/*.cpp)
+list(FILTER sources EXCLUDE REGEX "/tests/compile_fail/")
+list(APPEND sources ${support})
+list(REMOVE_DUPLICATES sources)
+if(sources)
+  add_executable(commonground_tests ${sources})
+  target_link_libraries(commonground_tests PRIVATE
+    commonground commonground_tools commonground_warnings GTest::gtest_main GTest::gmock Threads::Threads)
+  # Where a test finds its data, and the programs that it starts.
+  target_compile_definitions(commonground_tests PRIVATE
+    COMMONGROUND_TESTS_DIR="${PROJECT_SOURCE_DIR}/tests" COMMONGROUND_BUILD_DIR="${PROJECT_BINARY_DIR}")
+  target_precompile_headers(commonground_tests PRIVATE ${PROJECT_SOURCE_DIR}/cmake/std_pch.h <gtest/gtest.h>)
+  foreach(needed wirelens arena zet_ConsoleLog zet_FileLog)
+    if(TARGET ${needed})
+      add_dependencies(commonground_tests ${needed})
+    endif()
+  endforeach()
+  gtest_discover_tests(commonground_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endif()
