@@ -1,8 +1,8 @@
 // An ordered map whose walkers may remove the entry they are given.
 #pragma once
 
-#include <functional>
 #include <map>
+#include <utility>
 
 namespace zet
 {
@@ -20,6 +20,11 @@ public:
         virtual bool onEntry(const K& key, V& value) = 0;
     };
 
+    Dictionary() = default;
+    // Walks belong to one dictionary, so a copy takes the entries alone.
+    Dictionary(const Dictionary& other) : m_Map(other.m_Map) {}
+    Dictionary& operator=(const Dictionary&) = delete;
+
     int getSize() const { return static_cast<int>(m_Map.size()); }
     bool isEmpty() const { return m_Map.empty(); }
     // Null when the key is not there.
@@ -31,16 +36,27 @@ public:
     const V* find(const K& key) const { return const_cast<Dictionary*>(this)->find(key); }
     // Stores the value, replacing what is there.
     void set(const K& key, V value) { m_Map.insert_or_assign(key, std::move(value)); }
-    // Erases the key; running walks go on behind it. The value dies last, when the dictionary is whole again.
+    // Erases the key; running walks go on behind it. The value dies last, when the dictionary is whole again; one that a
+    // walker is looking at dies when that walker has returned.
     bool erase(const K& key)
     {
         const auto place = m_Map.find(key);
         if (place == m_Map.end())
             return false;
+        Walk* viewer = nullptr;
         for (Walk* walk = m_Walks; walk; walk = walk->m_Outer)
+        {
             if (walk->m_Next == place)
                 ++walk->m_Next;
-        const auto node = m_Map.extract(place);
+            if (walk->m_Current == place)
+            {
+                walk->m_Current = m_Map.end();
+                viewer = walk;
+            }
+        }
+        auto node = m_Map.extract(place);
+        if (viewer)
+            viewer->m_Erased = std::move(node);
         return true;
     }
     void clear()
@@ -53,7 +69,9 @@ public:
     // walker may erase any entry, its own too.
     bool foreach(Walker& walker)
     {
-        Walk walk{m_Map.begin(), m_Walks};
+        Walk walk;
+        walk.m_Next = m_Map.begin();
+        walk.m_Outer = m_Walks;
         struct Registered
         {
             Dictionary& m_Owner;
@@ -63,20 +81,25 @@ public:
         } registered(*this, walk);
         while (walk.m_Next != m_Map.end())
         {
-            auto entry = walk.m_Next++;
-            const K key = entry->first;
-            V value = entry->second;
-            if (!walker.onEntry(key, value))
+            walk.m_Current = walk.m_Next++;
+            const bool goesOn = walker.onEntry(walk.m_Current->first, walk.m_Current->second);
+            walk.m_Current = m_Map.end();
+            // The value that the walker erased dies here; it may erase further entries while it goes.
+            const typename std::map<K, V>::node_type erased = std::move(walk.m_Erased);
+            if (!goesOn)
                 return false;
         }
         return true;
     }
 
 private:
+    // One running walk; the outermost that looks at an entry keeps it when it is erased.
     struct Walk
     {
+        typename std::map<K, V>::iterator m_Current;
         typename std::map<K, V>::iterator m_Next;
-        Walk* m_Outer;
+        typename std::map<K, V>::node_type m_Erased;
+        Walk* m_Outer = nullptr;
     };
     std::map<K, V> m_Map;
     Walk* m_Walks = nullptr;

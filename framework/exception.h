@@ -1,4 +1,5 @@
-// What the stream layer throws on a short read. Nothing else in the library throws it, and no command boundary lets it by.
+// What the stream layer throws on a short read or write. Nothing else in the library throws it, and no command boundary
+// lets it by.
 #pragma once
 
 #include "framework/platform/export.h"

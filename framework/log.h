@@ -19,23 +19,27 @@ public:
         kWarning,
         kError
     };
-    // Takes one finished line. Called on the thread that logs, one line at a time.
+    // Takes one finished line. Called on the thread that logs, one line at a time. A line that is logged from inside a
+    // sink is dropped, and a sink adds and removes no sinks.
     using Sink = std::function<void(Level, const String_T<wchar_t>&)>;
 
     template <class... Args>
     static void message(const wchar_t* pattern, const Args&... args)
     {
-        write(kMessage, formatText(pattern, args...));
+        if (isWanted())
+            write(kMessage, formatText(pattern, args...));
     }
     template <class... Args>
     static void warning(const wchar_t* pattern, const Args&... args)
     {
-        write(kWarning, formatText(pattern, args...));
+        if (isWanted())
+            write(kWarning, formatText(pattern, args...));
     }
     template <class... Args>
     static void error(const wchar_t* pattern, const Args&... args)
     {
-        write(kError, formatText(pattern, args...));
+        if (isWanted())
+            write(kError, formatText(pattern, args...));
     }
 
     // Called with false right behind the report of a serious fault. It tells the sinks to put out all that they hold;
@@ -52,6 +56,8 @@ public:
     static int addSink(Sink sink);
     static void removeSink(int number);
 
+    // Whether anything takes lines now; if not, no pattern is filled.
+    static bool isWanted();
     static void write(Level level, const String_T<wchar_t>& line);
 };
 

@@ -6,7 +6,7 @@
 namespace zet
 {
 
-// Reads from the front, writes at the end. Bytes that were read stay until everything was read or clear() is called.
+// Reads from the front, writes at the end. A write may throw away what was read and move the rest.
 class COMMONGROUND_API MemoryStream : public IO
 {
 public:

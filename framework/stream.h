@@ -80,7 +80,7 @@ private:
     Unknown::Handle_T<Output> m_Owner;
 };
 
-// Identifiers go as their 16 bytes, vectors of them behind a 32-bit count. A short read throws Exception.
+// Identifiers go as their 16 bytes, vectors of them behind a Varint count. A short read or write throws Exception.
 COMMONGROUND_API OutputStream& operator<<(OutputStream& stream, const Uuid& id);
 COMMONGROUND_API InputStream& operator>>(InputStream& stream, Uuid& id);
 COMMONGROUND_API OutputStream& operator<<(OutputStream& stream, const std::vector<Uuid>& ids);

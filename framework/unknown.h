@@ -14,7 +14,8 @@ class InputStream;
 class OutputStream;
 
 // An object that lives as long as a handle holds it. Counts are safe across threads; the object itself is not.
-// An object on the stack or inside another must outlive every handle to it.
+// An object on the stack or inside another must outlive every handle to it, and its owner holds a count of its own on it,
+// so that the last handle does not delete it.
 class COMMONGROUND_API Unknown
 {
 public:

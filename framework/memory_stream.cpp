@@ -1,0 +1,71 @@
+#include "framework/memory_stream.h"
+
+#include <cstring>
+
+namespace zet
+{
+
+Unknown::Handle_T<MemoryStream> MemoryStream::createInstance()
+{
+    return new MemoryStream;
+}
+
+void MemoryStream::clear()
+{
+    m_Bytes.clear();
+    m_ReadAt = 0;
+}
+
+int MemoryStream::peek(void* data, int size)
+{
+    const int count = size < available() ? size : available();
+    if (count <= 0)
+        return 0;
+    std::memcpy(data, m_Bytes.data() + m_ReadAt, static_cast<size_t>(count));
+    return count;
+}
+
+int MemoryStream::read(void* data, int size)
+{
+    const int count = peek(data, size);
+    m_ReadAt += static_cast<size_t>(count);
+    return count;
+}
+
+const unsigned char* MemoryStream::view(int size)
+{
+    return size >= 0 && size <= available() ? m_Bytes.data() + m_ReadAt : nullptr;
+}
+
+int MemoryStream::skip(int size)
+{
+    const int count = size < available() ? size : available();
+    if (count <= 0)
+        return 0;
+    m_ReadAt += static_cast<size_t>(count);
+    return count;
+}
+
+int MemoryStream::write(const void* data, int size)
+{
+    if (size <= 0)
+        return 0;
+    if (m_ReadAt == m_Bytes.size())
+    {
+        clear();
+    }
+    else if (m_ReadAt >= m_Bytes.size() / 2 && m_Bytes.size() + static_cast<size_t>(size) > m_Bytes.capacity())
+    {
+        // At least as many bytes were read as are moved here, so a store that is never empty stays small at little cost.
+        m_Bytes.erase(m_Bytes.begin(), m_Bytes.begin() + static_cast<std::ptrdiff_t>(m_ReadAt));
+        m_ReadAt = 0;
+    }
+    // getSize() is an int: what it could not tell is not taken.
+    if (m_Bytes.size() - m_ReadAt + static_cast<size_t>(size) > 0x7FFFFFFFu)
+        return 0;
+    const unsigned char* bytes = static_cast<const unsigned char*>(data);
+    m_Bytes.insert(m_Bytes.end(), bytes, bytes + size);
+    return size;
+}
+
+} // namespace zet

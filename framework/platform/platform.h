@@ -1,0 +1,69 @@
+// What the library asks of the operating system. Nothing else in framework/ calls it or tests for it.
+// Paths are wide texts with '/' between their parts on every platform.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+#include <cstddef>
+#include <cstdio>
+
+namespace zet::platform
+{
+
+// Unpredictable bytes; false when the system has none to give.
+COMMONGROUND_API bool fillRandom(void* data, size_t size);
+
+// Milliseconds of a clock that nobody sets.
+COMMONGROUND_API unsigned long long getMonotonicMilliseconds();
+// Milliseconds since 1970-01-01 00:00:00 UTC.
+COMMONGROUND_API long long getCalendarMilliseconds();
+// Seconds that the zone's standard time is behind UTC. Looks at the zone anew with each call.
+COMMONGROUND_API long getStandardZoneBias();
+
+struct LocalTime
+{
+    int m_Year = 0;
+    int m_Month = 0;
+    int m_Day = 0;
+    int m_Hour = 0;
+    int m_Minute = 0;
+    int m_Second = 0;
+    int m_Milliseconds = 0;
+};
+// What a clock on the wall shows now, daylight saving included.
+COMMONGROUND_API LocalTime getLocalTime();
+
+// The number of the calling thread's last failure, and a number's text.
+COMMONGROUND_API int getLastError();
+COMMONGROUND_API String_T<wchar_t> getErrorText(int error);
+
+// Where the executable lies, its own name included; empty when the system does not tell.
+COMMONGROUND_API String_T<wchar_t> getExecutablePath();
+// The directory that this library was loaded from, with a closing '/'; empty when the system does not tell.
+COMMONGROUND_API String_T<wchar_t> getLibraryDirectory();
+
+// Loadable modules. The file of "zet_Name.dll" may be called otherwise on another platform.
+COMMONGROUND_API String_T<wchar_t> getModuleFileName(const wchar_t* name);
+COMMONGROUND_API void* openModule(const wchar_t* path);
+COMMONGROUND_API void* findModuleSymbol(void* module, const char* name);
+COMMONGROUND_API void closeModule(void* module);
+
+// Files and directories. Each returns false, or null, or the empty text on failure and leaves the reason to getLastError.
+COMMONGROUND_API bool createDirectory(const wchar_t* path);
+COMMONGROUND_API bool setCurrentDirectory(const wchar_t* path);
+COMMONGROUND_API String_T<wchar_t> getCurrentDirectory();
+// The system's place for temporary files, with a closing '/'.
+COMMONGROUND_API String_T<wchar_t> getTempDirectory();
+// Makes an empty file with a new name in a directory and returns its path.
+COMMONGROUND_API String_T<wchar_t> createTempFile(const wchar_t* directory);
+COMMONGROUND_API bool deleteFile(const wchar_t* path);
+COMMONGROUND_API std::FILE* openFile(const wchar_t* path, const char* mode);
+
+// Bytes of the process that lie in physical memory now; 0 when the system does not tell.
+COMMONGROUND_API unsigned long long getWorkingSetSize();
+
+// One text to the console of the process, as it is; where output is redirected it goes out as UTF-8.
+COMMONGROUND_API void writeConsole(const wchar_t* text, int length);
+
+} // namespace zet::platform

@@ -1,0 +1,224 @@
+#include "framework/platform/platform.h"
+
+#ifndef _WIN32
+
+#include "framework/string_helper.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+
+#include <dlfcn.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zet::platform
+{
+
+namespace
+{
+
+long long getMilliseconds(clockid_t clock)
+{
+    timespec now{};
+    clock_gettime(clock, &now);
+    return static_cast<long long>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
+}
+
+// A path up to its last '/', that included.
+String_T<wchar_t> directoryOf(const String_T<wchar_t>& path)
+{
+    int length = path.getLength();
+    while (length > 0 && path[length - 1] != L'/')
+        --length;
+    return path.getSubString(0, length);
+}
+
+String_T<wchar_t> withSlash(String_T<wchar_t> path)
+{
+    if (!path.isEmpty() && path[path.getLength() - 1] != L'/')
+        path += L"/";
+    return path;
+}
+
+} // namespace
+
+bool fillRandom(void* data, size_t size)
+{
+    unsigned char* out = static_cast<unsigned char*>(data);
+    while (size > 0)
+    {
+        const ssize_t count = getrandom(out, size, 0);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return false;
+        out += count;
+        size -= static_cast<size_t>(count);
+    }
+    return true;
+}
+
+unsigned long long getMonotonicMilliseconds()
+{
+    return static_cast<unsigned long long>(getMilliseconds(CLOCK_MONOTONIC));
+}
+
+long long getCalendarMilliseconds()
+{
+    return getMilliseconds(CLOCK_REALTIME);
+}
+
+long getStandardZoneBias()
+{
+    tzset();
+    return timezone;
+}
+
+LocalTime getLocalTime()
+{
+    const long long now = getCalendarMilliseconds();
+    const time_t seconds = static_cast<time_t>(now / 1000);
+    tm parts{};
+    localtime_r(&seconds, &parts);
+    LocalTime local;
+    local.m_Year = parts.tm_year + 1900;
+    local.m_Month = parts.tm_mon + 1;
+    local.m_Day = parts.tm_mday;
+    local.m_Hour = parts.tm_hour;
+    local.m_Minute = parts.tm_min;
+    local.m_Second = parts.tm_sec;
+    local.m_Milliseconds = static_cast<int>(now % 1000);
+    return local;
+}
+
+int getLastError()
+{
+    return errno;
+}
+
+String_T<wchar_t> getErrorText(int error)
+{
+    char buffer[256] = "";
+    // The form that returns the text, which need not lie in the buffer.
+    return StringHelper::utf8ToWide(strerror_r(error, buffer, sizeof buffer));
+}
+
+String_T<wchar_t> getExecutablePath()
+{
+    char path[PATH_MAX + 1];
+    const ssize_t length = readlink("/proc/self/exe", path, PATH_MAX);
+    path[length > 0 ? length : 0] = '\0';
+    return StringHelper::utf8ToWide(path);
+}
+
+String_T<wchar_t> getLibraryDirectory()
+{
+    // Any symbol of this library tells which file it came from; a static library gives the executable's.
+    Dl_info info{};
+    if (!dladdr(reinterpret_cast<const void*>(&getLibraryDirectory), &info) || !info.dli_fname)
+        return String_T<wchar_t>();
+    char path[PATH_MAX + 1];
+    if (!realpath(info.dli_fname, path))
+        return String_T<wchar_t>();
+    return directoryOf(StringHelper::utf8ToWide(path));
+}
+
+String_T<wchar_t> getModuleFileName(const wchar_t* name)
+{
+    String_T<wchar_t> stem(name);
+    static constexpr wchar_t kEnding[] = L".dll";
+    const int length = stem.getLength() - 4;
+    if (length > 0 && stem.getSubString(length, 4) == kEnding)
+        stem.truncate(length);
+    return L"lib" + stem + L".so";
+}
+
+void* openModule(const wchar_t* path)
+{
+    return dlopen(StringHelper::wideToUtf8(path), RTLD_NOW | RTLD_LOCAL);
+}
+
+void* findModuleSymbol(void* module, const char* name)
+{
+    return dlsym(module, name);
+}
+
+void closeModule(void* module)
+{
+    dlclose(module);
+}
+
+bool createDirectory(const wchar_t* path)
+{
+    return mkdir(StringHelper::wideToUtf8(path), 0777) == 0;
+}
+
+bool setCurrentDirectory(const wchar_t* path)
+{
+    return chdir(StringHelper::wideToUtf8(path)) == 0;
+}
+
+String_T<wchar_t> getCurrentDirectory()
+{
+    char path[PATH_MAX + 1];
+    return StringHelper::utf8ToWide(getcwd(path, sizeof path));
+}
+
+String_T<wchar_t> getTempDirectory()
+{
+    const char* place = std::getenv("TMPDIR");
+    return withSlash(StringHelper::utf8ToWide(place && *place ? place : "/tmp"));
+}
+
+String_T<wchar_t> createTempFile(const wchar_t* directory)
+{
+    String_T<char> path = StringHelper::wideToUtf8(withSlash(directory)) + "XXXXXX";
+    char name[PATH_MAX + 1];
+    if (path.getLength() > PATH_MAX)
+    {
+        errno = ENAMETOOLONG;
+        return String_T<wchar_t>();
+    }
+    std::memcpy(name, path.getBuffer(), static_cast<size_t>(path.getLength()) + 1);
+    const int file = mkstemp(name);
+    if (file < 0)
+        return String_T<wchar_t>();
+    close(file);
+    return StringHelper::utf8ToWide(name);
+}
+
+bool deleteFile(const wchar_t* path)
+{
+    return unlink(StringHelper::wideToUtf8(path)) == 0;
+}
+
+std::FILE* openFile(const wchar_t* path, const char* mode)
+{
+    return std::fopen(StringHelper::wideToUtf8(path), mode);
+}
+
+unsigned long long getWorkingSetSize()
+{
+    std::FILE* file = std::fopen("/proc/self/statm", "r");
+    if (!file)
+        return 0;
+    unsigned long long whole = 0;
+    unsigned long long resident = 0;
+    const int fields = std::fscanf(file, "%llu %llu", &whole, &resident);
+    std::fclose(file);
+    return fields == 2 ? resident * static_cast<unsigned long long>(sysconf(_SC_PAGESIZE)) : 0;
+}
+
+void writeConsole(const wchar_t* text, int length)
+{
+    const String_T<char> bytes = StringHelper::wideToUtf8(String_T<wchar_t>(text, length));
+    std::fwrite(bytes.getBuffer(), 1, static_cast<size_t>(bytes.getLength()), stderr);
+}
+
+} // namespace zet::platform
+
+#endif
