@@ -1,0 +1,42 @@
+# The rules of the house as tests: floors, headers, what must not compile, what the library exports.
+# A sanitized build leaves them out: its symbols are not the library's, and the other rules hold in every build.
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+set(scripts ${PROJECT_SOURCE_DIR}/scripts)
+
+add_test(NAME House.FloorsStand COMMAND Python3::Interpreter ${scripts}/check_layers.py ${PROJECT_SOURCE_DIR})
+add_test(NAME House.FloorCheckFindsEachFault COMMAND Python3::Interpreter ${scripts}/check_layers.py --self-test)
+
+# Every public header alone in a file of its own, without precompiled headers.
+set(files)
+foreach(floor ${COMMONGROUND_FLOORS})
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${floor}/*.h)
+  list(FILTER headers EXCLUDE REGEX "/inner/|^framework/modules/")
+  foreach(header ${headers})
+    set(file ${PROJECT_BINARY_DIR}/header_check/${header}.cpp)
+    file(CONFIGURE OUTPUT ${file} CONTENT "#include \"@header@\"\n#include \"@header@\"\n" @ONLY)
+    list(APPEND files ${file})
+  endforeach()
+endforeach()
+if(files)
+  add_library(header_check OBJECT EXCLUDE_FROM_ALL ${files})
+  target_link_libraries(header_check PRIVATE commonground commonground_warnings)
+  target_compile_options(header_check PRIVATE -O0 -g0)
+  include(ProcessorCount)
+  ProcessorCount(processors)
+  add_test(NAME House.EveryHeaderCompilesAlone
+    COMMAND ${CMAKE_COMMAND} --build ${PROJECT_BINARY_DIR} --target header_check --parallel ${processors})
+  set_tests_properties(House.EveryHeaderCompilesAlone PROPERTIES PROCESSORS ${processors} TIMEOUT 900)
+endif()
+
+file(GLOB files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/compile_fail/*.cpp)
+foreach(file ${files})
+  get_filename_component(name ${file} NAME_WE)
+  add_test(NAME CompileFail.${name}
+    COMMAND Python3::Interpreter ${scripts}/check_compile_fail.py ${file}
+      ${CMAKE_CXX_COMPILER} -std=c++20 -Wall -Wextra -I${PROJECT_SOURCE_DIR})
+endforeach()
+
+if(NOT WIN32)
+  add_test(NAME House.LibraryExportsOnlyItsOwnNames
+    COMMAND Python3::Interpreter ${scripts}/check_symbols.py $<TARGET_FILE:commonground> ${PROJECT_SOURCE_DIR})
+endif()

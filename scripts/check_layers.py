@@ -1,0 +1,252 @@
+#!/usr/bin/env python3
+"""Holds the tree to its floors: who may include whom, and the other rules that a compiler does not see.
+
+Usage: check_layers.py [ROOT]      checks a tree and lists what breaks a rule
+       check_layers.py --self-test breaks each rule in a small tree of its own and looks whether it is found
+"""
+import os
+import re
+import sys
+import tempfile
+
+# Floor -> the floors that it may include, itself among them. A floor's files are those below its folder, and a longer
+# name wins. What stands in no row (tests, tools, examples, bench, fuzz) may see everything, and nothing sees it.
+FLOORS = {
+    "framework":     {"framework"},
+    "packaging":     {"framework", "packaging"},
+    "dispatch":      {"framework", "packaging", "dispatch"},
+    "transport/net": {"framework", "transport/net"},
+    "transport":     {"framework", "packaging", "dispatch", "transport/net", "transport"},
+    "playerdata":    {"framework", "packaging", "playerdata"},
+    "commands":      {"framework", "packaging", "playerdata", "commands", "packs"},
+    "packs":         {"framework", "packaging", "playerdata", "commands", "packs"},
+    "runtime":       {"framework", "packaging", "dispatch", "transport/net", "transport", "playerdata", "commands",
+                      "packs", "runtime"},
+}
+# Single headers that a floor may include beyond its row, and why.
+DOORS = {
+    # The three calls that go upward, as free functions on a socket that is only declared.
+    "dispatch/socket_seam.h": {"packaging"},
+    # A command's number and the functions that take it from a frame.
+    "dispatch/command_ids.h": {"commands", "packs"},
+    "dispatch/command_process.h": {"commands", "packs"},
+}
+# Headers of the machinery behind the interface: not installed, and included by .cpp files and one another only.
+INNER = re.compile(r"^packaging/wire/|/inner/")
+# Where the operating system may be seen: its headers and the tests for it.
+PLATFORM = ("framework/platform/", "transport/net/")
+# Third-party libraries, and where they may be used.
+THIRD_PARTY = {
+    "fmt": ("framework/",),
+    "nlohmann": ("framework/",),
+    "gnutls": ("framework/", "transport/net/"),
+    "asio": ("transport/net/",),
+    "ngtcp2": ("transport/net/",),
+}
+# Longer than the limit, and why they stay whole.
+LIMIT = 500
+LONG = {
+}
+# What the tree does not name: what lies outside it.
+WORDS = re.compile(
+    r"\bspecification\b|\bspec\.md\b|shared[/]spec|\b[Tt]he spec\b|\bParts? [0-9]+\.[0-9]+|\bSubsystem [0-9]"
+    r"|\bseed[ ]document|/(work|farm)/|/tmp[/]cg\b|sub-?agent|\bissue #?[0-9]+\b")
+NAMES = re.compile(r"(^|[/_.-])(spec|agents?)([/_.-]|$)", re.IGNORECASE)
+
+CODE = (".h", ".hpp", ".cpp")
+TEXT = CODE + (".def", ".py", ".sh", ".cmake", ".txt", ".md", ".json", ".golden", ".map", "")
+INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"]+)[>"]', re.MULTILINE)
+STANDARD = re.compile(r"^[a-z_0-9]+$")
+
+
+def floor_of(path):
+    """The floor of a file, or None where everything may be seen."""
+    best = [floor for floor in FLOORS if path.startswith(floor + "/")]
+    return max(best, key=len) if best else None
+
+
+def list_files(root):
+    for folder, folders, files in os.walk(root):
+        relative = os.path.relpath(folder, root)
+        folders[:] = sorted(name for name in folders
+                            if name not in (".git", "__pycache__", ".cache")
+                            and not (relative == "." and name.startswith("build")))
+        for name in sorted(files):
+            yield os.path.normpath(os.path.join(relative, name))
+
+
+def read(root, path):
+    with open(os.path.join(root, path), encoding="utf-8", errors="replace") as file:
+        return file.read()
+
+
+def includes_of(text):
+    return [(kind == '"', name) for kind, name in INCLUDE.findall(text)]
+
+
+def check_include(path, quoted, name, exists):
+    """What is wrong with one include of a file on a floor, or None."""
+    floor = floor_of(path)
+    header = path.endswith((".h", ".hpp"))
+    if quoted:
+        if not exists(name):
+            return f'includes "{name}", which is no path from the top of the tree'
+        target = floor_of(name)
+        if floor is None:
+            return None
+        if target is None:
+            return f"includes {name}, which stands above all floors"
+        if target not in FLOORS[floor] and floor not in DOORS.get(name, ()):
+            return f"includes {name}, but {floor} may not see {target}"
+        if header and INNER.search(name) and not INNER.search(path):
+            return f"is a public header and includes {name}, which is not"
+        return None
+    if floor is None or STANDARD.match(name):
+        return None
+    if header and not INNER.search(path):
+        return f"is a public header and includes <{name}>, which is not the standard library's"
+    library = re.split(r"[/.]", name)[0]
+    if library in THIRD_PARTY:
+        if not path.startswith(THIRD_PARTY[library]):
+            return f"includes <{name}>; {library} belongs to {', '.join(THIRD_PARTY[library])}"
+    elif not path.startswith(PLATFORM):
+        return f"includes <{name}>; the operating system belongs to {', '.join(PLATFORM)}"
+    return None
+
+
+def own_headers(path, files):
+    """The headers that a source file may belong to: its own name, or the longest part of it before an underscore."""
+    folder, name = os.path.split(path)
+    stem = name[:-len(".cpp")]
+    while stem:
+        header = f"{folder}/{stem}.h"
+        if header in files:
+            return [header]
+        stem = stem.rpartition("_")[0]
+    return [file for file in files if os.path.dirname(file) == folder and file.endswith(".h")]
+
+
+def find_circles(graph):
+    """One line for each circle of headers, found by a walk in depth."""
+    state = {}
+    found = []
+
+    def walk(node, road):
+        state[node] = "open"
+        for target in graph.get(node, ()):
+            if state.get(target) == "open":
+                circle = road[road.index(target):] + [target]
+                found.append(f"{target}: stands in a circle of includes: {' -> '.join(circle)}")
+            elif target not in state:
+                walk(target, road + [target])
+        state[node] = "done"
+
+    for node in sorted(graph):
+        if node not in state:
+            walk(node, [node])
+    return found
+
+
+def check(root):
+    """All that breaks a rule, as lines."""
+    files = list(list_files(root))
+    present = set(files)
+    faults = []
+    graph = {}
+    for path in files:
+        if NAMES.search(path):
+            faults.append(f"{path}: has a name that the tree does not use")
+        if os.path.splitext(path)[1] not in TEXT:
+            continue
+        text = read(root, path)
+        for number, line in enumerate(text.splitlines(), 1):
+            hit = WORDS.search(line)
+            if hit:
+                faults.append(f"{path}:{number}: says '{hit.group(0)}', which lies outside the tree")
+        if not path.endswith(CODE):
+            continue
+
+        length = text.count("\n")
+        if length > LIMIT and path not in LONG:
+            faults.append(f"{path}: has {length} lines, {LIMIT} at most: one topic a file")
+        includes = includes_of(text)
+        for quoted, name in includes:
+            fault = check_include(path, quoted, name, present.__contains__)
+            if fault:
+                faults.append(f"{path}: {fault}")
+        if "_WIN32" in text and floor_of(path) and not path.startswith(PLATFORM):
+            faults.append(f"{path}: tests for _WIN32; that belongs to {', '.join(PLATFORM)}")
+        if path.endswith((".h", ".hpp")):
+            graph[path] = [name for quoted, name in includes if quoted and name in present]
+            if "#pragma once" not in text:
+                faults.append(f"{path}: has no #pragma once")
+        elif floor_of(path):
+            own = own_headers(path, present)
+            if own and (not includes or includes[0][1] not in own):
+                expected = own[0] if len(own) == 1 else f"a header of {os.path.dirname(path)}/"
+                faults.append(f"{path}: does not include {expected} first")
+    faults += [f"{path}: is on the list of long files, but is not there" for path in LONG if path not in present]
+    return faults + find_circles(graph)
+
+
+# One tree a rule: its files, and a part of the line that must come out. None: nothing may come out.
+TRIALS = [
+    ({"framework/a.h": "#pragma once\n#include <vector>\n",
+      "framework/a.cpp": '#include "framework/a.h"\n#include <fmt/printf.h>\n',
+      "packaging/b.h": '#pragma once\n#include "framework/a.h"\n',
+      "packaging/b.cpp": '#include "packaging/b.h"\n#include "packaging/wire/w.h"\n#include "dispatch/socket_seam.h"\n',
+      "packaging/wire/w.h": "#pragma once\n", "dispatch/socket_seam.h": "#pragma once\n",
+      "transport/net/s_posix.cpp": '#include "transport/net/s.h"\n#include <unistd.h>\n#ifdef _WIN32\n#endif\n',
+      "transport/net/s.h": "#pragma once\n", "tests/t.cpp": '#include "packaging/wire/w.h"\n#include <asio.hpp>\n'}, None),
+    ({"framework/a.h": '#pragma once\n#include "packaging/b.h"\n', "packaging/b.h": "#pragma once\n"}, "may not see"),
+    ({"commands/a.h": '#pragma once\n#include "dispatch/b.h"\n', "dispatch/b.h": "#pragma once\n"}, "may not see"),
+    ({"transport/net/a.h": '#pragma once\n#include "packaging/b.h"\n', "packaging/b.h": "#pragma once\n"}, "may not see"),
+    ({"runtime/a.h": '#pragma once\n#include "tests/b.h"\n', "tests/b.h": "#pragma once\n"}, "above all floors"),
+    ({"packs/a.h": '#pragma once\n#include "packaging/wire/b.h"\n', "packaging/wire/b.h": "#pragma once\n"}, "public header"),
+    ({"packs/a.h": "#pragma once\n#include <asio.hpp>\n"}, "standard library's"),
+    ({"packs/a.h": "#pragma once\n#include <unistd.h>\n"}, "standard library's"),
+    ({"packs/a.cpp": "#include <nlohmann/json.hpp>\n"}, "nlohmann belongs to"),
+    ({"packs/a.cpp": "#include <unistd.h>\n"}, "operating system belongs"),
+    ({"framework/a.h": '#pragma once\n#include "b.h"\n', "framework/b.h": "#pragma once\n"}, "no path from the top"),
+    ({"framework/a.h": '#pragma once\n#include "framework/b.h"\n',
+      "framework/b.h": '#pragma once\n#include "framework/a.h"\n'}, "circle"),
+    ({"framework/a.h": "\n"}, "#pragma once"),
+    ({"framework/a.h": "#pragma once\n", "framework/a.cpp": '#include <vector>\n#include "framework/a.h"\n'}, "a.h first"),
+    ({"framework/a.h": "#pragma once\n", "framework/a_text.cpp": "#include <vector>\n"}, "a.h first"),
+    ({"framework/a.h": "#pragma once\n#ifdef _WIN32\n#endif\n"}, "_WIN32"),
+    ({"framework/a.h": "#pragma once\n" + "\n" * LIMIT}, "lines"),
+    ({"framework/a.h": "#pragma once\n// Part " + "3.1 says so.\n"}, "outside the tree"),
+    ({"README.md": "as the specific" + "ation says\n"}, "outside the tree"),
+    ({"scripts/run": "cd /wo" + "rk/x\n"}, "outside the tree"),
+    ({"docs/" + "spec.txt": "\n"}, "name"),
+]
+
+
+def self_test():
+    failed = 0
+    for number, (files, expected) in enumerate(TRIALS):
+        with tempfile.TemporaryDirectory() as root:
+            for path, text in files.items():
+                os.makedirs(os.path.join(root, os.path.dirname(path)), exist_ok=True)
+                with open(os.path.join(root, path), "w", encoding="utf-8") as file:
+                    file.write(text)
+            faults = check(root)
+        good = len(faults) == 1 and expected in faults[0] if expected else not faults
+        if not good:
+            failed += 1
+            print(f"trial {number}: expected {expected or 'nothing'}, found {faults}")
+    print(f"{len(TRIALS) - failed} of {len(TRIALS)} trials as expected")
+    return failed
+
+
+def main():
+    if sys.argv[1:] == ["--self-test"]:
+        return 1 if self_test() else 0
+    root = sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
+    faults = check(root)
+    print("\n".join(faults) if faults else "all floors stand")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,87 @@
+#!/usr/bin/env python3
+"""Looks at what the built library exports and asks for: its own names only, nothing left undefined, known libraries.
+
+Usage: check_symbols.py LIBRARY [ROOT]
+"""
+import os
+import re
+import subprocess
+import sys
+
+NAMESPACES = {"zet", "Quillo", "wire"}
+# What the library may ask for at load time.
+NEEDED = re.compile(r"^(libgnutls|libngtcp2|libngtcp2_crypto_gnutls|libstdc\+\+|libm|libgcc_s|libc|libpthread|libdl|"
+                    r"ld-linux[-\w]*)\.so")
+# Names of other libraries that are compiled into this one and must neither leave it nor be asked for.
+INLINE = re.compile(r"\b(fmt|asio|nlohmann)::")
+WORDS_BEFORE = re.compile(r"^(vtable|VTT|typeinfo name|typeinfo|guard variable|construction vtable|"
+                          r"(non-)?virtual thunk|covariant return thunk|reference temporary #\d+) (for|to) ")
+
+
+def run(*command):
+    return subprocess.run(command, capture_output=True, text=True, check=True).stdout
+
+
+def exported_names(root):
+    """The name behind every COMMONGROUND_API in a header: of a class, a function or a constant."""
+    names = set()
+    for folder, _, files in os.walk(root):
+        if os.path.relpath(folder, root).split(os.sep)[0] not in (
+                "framework", "packaging", "dispatch", "transport", "runtime", "playerdata", "commands", "packs"):
+            continue
+        for name in files:
+            if name.endswith(".h"):
+                with open(os.path.join(folder, name), encoding="utf-8") as file:
+                    for declaration in re.findall(r"COMMONGROUND_API\b([^;{(=\[]*)", file.read()):
+                        declaration = re.split(r"(?<!:):(?!:)", declaration)[0]
+                        words = [word for word in re.findall(r"\w+", declaration) if word != "final"]
+                        names.update(words[-1:])
+    return names
+
+
+def root_of(symbol):
+    """The outermost name of a demangled symbol, without return type and template arguments."""
+    symbol = WORDS_BEFORE.sub("", symbol)
+    depth = 0
+    plain = ""
+    for char in symbol:
+        if char == "<":
+            depth += 1
+        elif char == ">":
+            depth -= 1
+        elif depth == 0:
+            if char == "(":
+                break
+            plain += char
+    return plain.split(" ")[-1].split("::")[0].split("[")[0]
+
+
+def main():
+    library = sys.argv[1]
+    root = sys.argv[2] if len(sys.argv) > 2 else os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
+    own = exported_names(root) | NAMESPACES
+    faults = []
+
+    exported = run("nm", "-D", "-C", "--defined-only", library).splitlines()
+    if not exported:
+        faults.append("exports nothing")
+    for line in exported:
+        symbol = line.split(" ", 2)[2]
+        if INLINE.search(symbol.split("(")[0]) or root_of(symbol) not in own:
+            faults.append(f"exports {symbol}")
+    for line in run("nm", "-D", "-C", "--undefined-only", library).splitlines():
+        symbol = line.strip().split(" ", 1)[1]
+        if INLINE.search(symbol) or root_of(symbol) in own:
+            faults.append(f"leaves undefined {symbol}")
+    for name in re.findall(r"\(NEEDED\).*\[(.*)\]", run("readelf", "-d", library)):
+        if not NEEDED.match(name):
+            faults.append(f"needs {name}")
+
+    for fault in faults[:40]:
+        print(f"{os.path.basename(library)} {fault}")
+    print(f"{len(exported)} exported symbols, {len(faults)} faults")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
