@@ -1,0 +1,16 @@
+// What a process knows of itself and of its operating system.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+namespace zet
+{
+
+// The directory of the executable with a closing '/', such as "D:/svr/"; "./" when the system does not tell.
+COMMONGROUND_API String_T<wchar_t> getAppPath();
+// The text of the calling thread's last operating-system error, and that of an error number.
+COMMONGROUND_API String_T<wchar_t> getLastErrorString();
+COMMONGROUND_API String_T<wchar_t> getErrorString(int error);
+
+} // namespace zet

@@ -1,0 +1,227 @@
+#include "framework/platform/platform.h"
+
+#ifdef _WIN32
+
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+// The memory operations of the kernel library itself.
+#define PSAPI_VERSION 2
+#include <bcrypt.h>
+#include <psapi.h>
+
+namespace zet::platform
+{
+
+namespace
+{
+
+// The longest path that the wide operations of the system give, with its terminator.
+constexpr DWORD kMaxPath = 32768;
+
+String_T<wchar_t> withForwardSlashes(const wchar_t* path, DWORD length)
+{
+    String_T<wchar_t> text;
+    wchar_t* out = text.resizeForOverwrite(static_cast<int>(length));
+    for (DWORD i = 0; i < length; ++i)
+        out[i] = path[i] == L'\\' ? L'/' : path[i];
+    return text;
+}
+
+String_T<wchar_t> getModulePath(HMODULE module)
+{
+    String_T<wchar_t> path;
+    const DWORD length = GetModuleFileNameW(module, path.resizeForOverwrite(kMaxPath - 1), kMaxPath);
+    // A full buffer means a path that was cut.
+    return length < kMaxPath ? withForwardSlashes(path.getBuffer(), length) : String_T<wchar_t>();
+}
+
+unsigned long long toNumber(DWORD high, DWORD low)
+{
+    return static_cast<unsigned long long>(high) << 32 | low;
+}
+
+} // namespace
+
+bool fillRandom(void* data, size_t size)
+{
+    return BCryptGenRandom(nullptr, static_cast<PUCHAR>(data), static_cast<ULONG>(size),
+                           BCRYPT_USE_SYSTEM_PREFERRED_RNG) >= 0;
+}
+
+unsigned long long getMonotonicMilliseconds()
+{
+    LARGE_INTEGER frequency;
+    LARGE_INTEGER now;
+    QueryPerformanceFrequency(&frequency);
+    QueryPerformanceCounter(&now);
+    // Whole seconds apart from the rest, so that the product stays within 64 bits.
+    const long long seconds = now.QuadPart / frequency.QuadPart;
+    const long long rest = now.QuadPart % frequency.QuadPart;
+    return static_cast<unsigned long long>(seconds * 1000 + rest * 1000 / frequency.QuadPart);
+}
+
+long long getCalendarMilliseconds()
+{
+    FILETIME time;
+    GetSystemTimeAsFileTime(&time);
+    // Units of 100 ns since 1601; 11,644,473,600 seconds lie before 1970.
+    const unsigned long long units = toNumber(time.dwHighDateTime, time.dwLowDateTime);
+    return static_cast<long long>(units / 10000) - 11644473600000LL;
+}
+
+long getStandardZoneBias()
+{
+    TIME_ZONE_INFORMATION zone{};
+    if (GetTimeZoneInformation(&zone) == TIME_ZONE_ID_INVALID)
+        return 0;
+    return static_cast<long>(zone.Bias + zone.StandardBias) * 60;
+}
+
+LocalTime getLocalTime()
+{
+    SYSTEMTIME now;
+    ::GetLocalTime(&now);
+    LocalTime local;
+    local.m_Year = now.wYear;
+    local.m_Month = now.wMonth;
+    local.m_Day = now.wDay;
+    local.m_Hour = now.wHour;
+    local.m_Minute = now.wMinute;
+    local.m_Second = now.wSecond;
+    local.m_Milliseconds = now.wMilliseconds;
+    return local;
+}
+
+int getLastError()
+{
+    return static_cast<int>(::GetLastError());
+}
+
+String_T<wchar_t> getErrorText(int error)
+{
+    String_T<wchar_t> text;
+    constexpr DWORD kUnits = 512;
+    const DWORD length =
+        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK, nullptr,
+                       static_cast<DWORD>(error), 0, text.resizeForOverwrite(kUnits - 1), kUnits, nullptr);
+    text.truncate(static_cast<int>(length));
+    return text.trim();
+}
+
+String_T<wchar_t> getExecutablePath()
+{
+    return getModulePath(nullptr);
+}
+
+String_T<wchar_t> getLibraryDirectory()
+{
+    HMODULE module = nullptr;
+    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                            reinterpret_cast<LPCWSTR>(&getLibraryDirectory), &module))
+        return String_T<wchar_t>();
+    const String_T<wchar_t> path = getModulePath(module);
+    int length = path.getLength();
+    while (length > 0 && path[length - 1] != L'/')
+        --length;
+    return path.getSubString(0, length);
+}
+
+String_T<wchar_t> getModuleFileName(const wchar_t* name)
+{
+    return String_T<wchar_t>(name);
+}
+
+void* openModule(const wchar_t* path)
+{
+    return LoadLibraryW(path);
+}
+
+void* findModuleSymbol(void* module, const char* name)
+{
+    return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(module), name));
+}
+
+void closeModule(void* module)
+{
+    FreeLibrary(static_cast<HMODULE>(module));
+}
+
+bool createDirectory(const wchar_t* path)
+{
+    return CreateDirectoryW(path, nullptr) != 0;
+}
+
+bool setCurrentDirectory(const wchar_t* path)
+{
+    return SetCurrentDirectoryW(path) != 0;
+}
+
+String_T<wchar_t> getCurrentDirectory()
+{
+    String_T<wchar_t> path;
+    const DWORD length = GetCurrentDirectoryW(kMaxPath, path.resizeForOverwrite(kMaxPath - 1));
+    return length < kMaxPath ? withForwardSlashes(path.getBuffer(), length) : String_T<wchar_t>();
+}
+
+String_T<wchar_t> getTempDirectory()
+{
+    wchar_t path[MAX_PATH + 1];
+    const DWORD length = GetTempPathW(MAX_PATH + 1, path);
+    return length <= MAX_PATH ? withForwardSlashes(path, length) : String_T<wchar_t>();
+}
+
+String_T<wchar_t> createTempFile(const wchar_t* directory)
+{
+    wchar_t path[MAX_PATH + 1] = L"";
+    if (!GetTempFileNameW(directory, L"", 0, path))
+        return String_T<wchar_t>();
+    return withForwardSlashes(path, static_cast<DWORD>(wcslen(path)));
+}
+
+bool deleteFile(const wchar_t* path)
+{
+    return DeleteFileW(path) != 0;
+}
+
+std::FILE* openFile(const wchar_t* path, const char* mode)
+{
+    String_T<wchar_t> wideMode;
+    for (; *mode; ++mode)
+    {
+        const wchar_t unit[] = {static_cast<wchar_t>(*mode), L'\0'};
+        wideMode += unit;
+    }
+    return _wfopen(path, wideMode);
+}
+
+unsigned long long getWorkingSetSize()
+{
+    PROCESS_MEMORY_COUNTERS counters{};
+    return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) ? counters.WorkingSetSize : 0;
+}
+
+void writeConsole(const wchar_t* text, int length)
+{
+    const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
+    DWORD mode = 0;
+    DWORD written = 0;
+    if (GetConsoleMode(console, &mode))
+    {
+        WriteConsoleW(console, text, static_cast<DWORD>(length), &written, nullptr);
+        return;
+    }
+    String_T<char> bytes;
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text, length, nullptr, 0, nullptr, nullptr);
+    WideCharToMultiByte(CP_UTF8, 0, text, length, bytes.resizeForOverwrite(size), size, nullptr, nullptr);
+    WriteFile(console, bytes.getBuffer(), static_cast<DWORD>(size), &written, nullptr);
+}
+
+} // namespace zet::platform
+
+#endif

@@ -1,0 +1,15 @@
+// One entry of the engine's configuration.
+#pragma once
+
+#include "framework/string.h"
+
+namespace Quillo
+{
+
+struct FConfigVar
+{
+    zet::String_T<wchar_t> m_Name;
+    zet::String_T<wchar_t> m_Value;
+};
+
+} // namespace Quillo
