@@ -37,7 +37,8 @@ struct Varint
     unsigned long long m_Value = 0;
 };
 
-// The streams' own forms: a Varint size and the bytes; the groups of the number. A short read or write throws Exception.
+// The streams' own forms: a Varint size and the bytes; the groups of the number. A short read or write throws
+// Exception.
 COMMONGROUND_API OutputStream& operator<<(OutputStream& stream, const Buffer& buffer);
 COMMONGROUND_API InputStream& operator>>(InputStream& stream, Buffer& buffer);
 COMMONGROUND_API OutputStream& operator<<(OutputStream& stream, const Varint& number);

@@ -36,8 +36,8 @@ public:
     const V* find(const K& key) const { return const_cast<Dictionary*>(this)->find(key); }
     // Stores the value, replacing what is there.
     void set(const K& key, V value) { m_Map.insert_or_assign(key, std::move(value)); }
-    // Erases the key; running walks go on behind it. The value dies last, when the dictionary is whole again; one that a
-    // walker is looking at dies when that walker has returned.
+    // Erases the key; running walks go on behind it. The value dies last, when the dictionary is whole again; one that
+    // a walker is looking at dies when that walker has returned.
     bool erase(const K& key)
     {
         const auto place = m_Map.find(key);

@@ -46,7 +46,8 @@ public:
     // with true it tells them that the fault is over.
     static void whistle(bool on);
 
-    // "FileLog@path=DIR/" and the like: the name of a log module, what to set, its value. Kept for modules loaded later.
+    // "FileLog@path=DIR/" and the like: the name of a log module, what to set, its value. Kept for modules loaded
+    // later.
     static void setparam(const wchar_t* text);
     // Opens the loaded sinks. Lines logged before start() or behind stop() reach only sinks added by addSink.
     static bool start();

@@ -1,4 +1,5 @@
-// The binary interface between the library and a loadable log module: plain C, so that a module needs no more than this.
+// The binary interface between the library and a loadable log module: plain C, so that a module needs no more than
+// this.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -28,13 +29,6 @@ struct LogModule
 // A module that has this entry point is a log module.
 using LogModuleEntry = const LogModule* (*)();
 constexpr char kLogModuleEntryName[] = "zet_getLogModule";
-
-// Stands before the entry point in a module, which exports it and imports the rest from the library.
-#if defined(_WIN32)
-#define ZET_MODULE_EXPORT __declspec(dllexport)
-#else
-#define ZET_MODULE_EXPORT __attribute__((visibility("default")))
-#endif
 
 // Adds a module to the log for the rest of the process; a second time changes nothing. False for a foreign version.
 COMMONGROUND_API bool registerLogModule(const LogModule* module);

@@ -56,7 +56,8 @@ int MemoryStream::write(const void* data, int size)
     }
     else if (m_ReadAt >= m_Bytes.size() / 2 && m_Bytes.size() + static_cast<size_t>(size) > m_Bytes.capacity())
     {
-        // At least as many bytes were read as are moved here, so a store that is never empty stays small at little cost.
+        // At least as many bytes were read as are moved here, so a store that is never empty stays small at little
+        // cost.
         m_Bytes.erase(m_Bytes.begin(), m_Bytes.begin() + static_cast<std::ptrdiff_t>(m_ReadAt));
         m_ReadAt = 0;
     }

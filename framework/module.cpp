@@ -7,6 +7,22 @@
 namespace zet
 {
 
+namespace
+{
+
+// A module may be called with the prefix of libraries too.
+void* openModuleFile(const String_T<wchar_t>& file)
+{
+    for (const String_T<wchar_t>& directory : {platform::getLibraryDirectory(), getAppPath()})
+        for (const wchar_t* prefix : {L"", L"lib"})
+            if (!directory.isEmpty())
+                if (void* module = platform::openModule(directory + prefix + file))
+                    return module;
+    return nullptr;
+}
+
+} // namespace
+
 Unknown::Handle_T<DllModule> DllModule::createInstance()
 {
     return new DllModule;
@@ -23,12 +39,7 @@ bool DllModule::load(const wchar_t* name)
     const String_T<wchar_t> whole(name);
     if (m_Module || whole.isEmpty() || whole.find(L'/', 0) >= 0 || whole.find(L'\\', 0) >= 0)
         return false;
-    const String_T<wchar_t> file = platform::getModuleFileName(name);
-    const String_T<wchar_t> library = platform::getLibraryDirectory();
-    if (!library.isEmpty())
-        m_Module = platform::openModule(library + file);
-    if (!m_Module)
-        m_Module = platform::openModule(getAppPath() + file);
+    m_Module = openModuleFile(platform::getModuleFileName(name));
     if (!m_Module)
         return false;
 

@@ -124,8 +124,12 @@ public:
     friend String_T operator+(const T* a, const String_T& b) { return String_T(a) += b; }
 
     friend bool operator==(const String_T& a, const String_T& b) { return a.view() == b.view(); }
-    friend bool operator==(const String_T& a, const T* b) { return a.view() == std::basic_string_view<T>(b ? b : emptyText()); }
-    // Orders by UTF-16 unit on every platform, whatever the width of T, so that a map is written in one order everywhere.
+    friend bool operator==(const String_T& a, const T* b)
+    {
+        return a.view() == std::basic_string_view<T>(b ? b : emptyText());
+    }
+    // Orders by UTF-16 unit on every platform, whatever the width of T, so that a map is written in one order
+    // everywhere.
     friend bool operator<(const String_T& a, const String_T& b) { return compareUnits(a.view(), b.view()) < 0; }
     friend bool operator<(const String_T& a, const T* b) { return compareUnits(a.view(), b ? b : emptyText()) < 0; }
 

@@ -14,8 +14,8 @@ class InputStream;
 class OutputStream;
 
 // An object that lives as long as a handle holds it. Counts are safe across threads; the object itself is not.
-// An object on the stack or inside another must outlive every handle to it, and its owner holds a count of its own on it,
-// so that the last handle does not delete it.
+// An object on the stack or inside another must outlive every handle to it, and its owner holds a count of its own on
+// it, so that the last handle does not delete it.
 class COMMONGROUND_API Unknown
 {
 public:
@@ -71,7 +71,9 @@ public:
     }
     Handle_T(const Handle_T& other) : Handle_T(other.m_Object) {}
     template <class U>
-    Handle_T(const Handle_T<U>& other) : Handle_T(static_cast<T*>(other.get())) {}
+    Handle_T(const Handle_T<U>& other) : Handle_T(static_cast<T*>(other.get()))
+    {
+    }
     Handle_T(Handle_T&& other) noexcept : m_Object(std::exchange(other.m_Object, nullptr)) {}
     ~Handle_T() { clear(); }
     Handle_T& operator=(Handle_T other) noexcept

@@ -1,6 +1,7 @@
 // The log module that shows each line on the console of the process as it comes.
-#include "framework/log_module.h"
 #include "framework/modules/log_line.h"
+
+#include "framework/log_module.h"
 
 namespace zet
 {
@@ -8,17 +9,11 @@ namespace zet
 namespace
 {
 
-void setParam(const wchar_t*, const wchar_t*)
-{
-}
+void setParam(const wchar_t*, const wchar_t*) {}
 
-void start()
-{
-}
+void start() {}
 
-void stop()
-{
-}
+void stop() {}
 
 void write(int level, const wchar_t* line, int)
 {
@@ -27,9 +22,7 @@ void write(int level, const wchar_t* line, int)
 }
 
 // Each line went out when it came, so nothing is held.
-void whistle(int)
-{
-}
+void whistle(int) {}
 
 constexpr LogModule kModule = {LogModule::kVersion, L"ConsoleLog", setParam, start, stop, write, whistle};
 

@@ -1,7 +1,8 @@
 // The log module that writes a file a day: "2013-12-09.log" in the directory of "FileLog@path=DIR/", in UTF-8.
 // Without a path it writes nothing.
-#include "framework/log_module.h"
 #include "framework/modules/log_line.h"
+
+#include "framework/log_module.h"
 #include "framework/string_helper.h"
 
 #include <cstdio>

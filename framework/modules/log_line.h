@@ -13,8 +13,8 @@ namespace zet
 inline String_T<wchar_t> formatLogLine(const platform::LocalTime& time, int level, const wchar_t* line)
 {
     const wchar_t letter = level == Log::kError ? L'E' : level == Log::kWarning ? L'W' : L'M';
-    return formatText(L"%04d-%02d-%02d %02d:%02d:%02d.%03d [%c] %s\n", time.m_Year, time.m_Month, time.m_Day, time.m_Hour,
-                      time.m_Minute, time.m_Second, time.m_Milliseconds, letter, line);
+    return formatText(L"%04d-%02d-%02d %02d:%02d:%02d.%03d [%c] %s\n", time.m_Year, time.m_Month, time.m_Day,
+                      time.m_Hour, time.m_Minute, time.m_Second, time.m_Milliseconds, letter, line);
 }
 
 } // namespace zet

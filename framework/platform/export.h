@@ -12,3 +12,10 @@
 #else
 #define COMMONGROUND_API __attribute__((visibility("default")))
 #endif
+
+// Stands before the entry point of a loadable module, which exports it and imports the rest from the library.
+#if defined(_WIN32)
+#define ZET_MODULE_EXPORT __declspec(dllexport)
+#else
+#define ZET_MODULE_EXPORT __attribute__((visibility("default")))
+#endif

@@ -49,7 +49,8 @@ COMMONGROUND_API void* openModule(const wchar_t* path);
 COMMONGROUND_API void* findModuleSymbol(void* module, const char* name);
 COMMONGROUND_API void closeModule(void* module);
 
-// Files and directories. Each returns false, or null, or the empty text on failure and leaves the reason to getLastError.
+// Files and directories. Each returns false, or null, or the empty text on failure and leaves the reason to
+// getLastError.
 COMMONGROUND_API bool createDirectory(const wchar_t* path);
 COMMONGROUND_API bool setCurrentDirectory(const wchar_t* path);
 COMMONGROUND_API String_T<wchar_t> getCurrentDirectory();

@@ -1,7 +1,5 @@
 #include "framework/platform/platform.h"
 
-#ifndef _WIN32
-
 #include "framework/string_helper.h"
 
 #include <cerrno>
@@ -134,7 +132,7 @@ String_T<wchar_t> getModuleFileName(const wchar_t* name)
     const int length = stem.getLength() - 4;
     if (length > 0 && stem.getSubString(length, 4) == kEnding)
         stem.truncate(length);
-    return L"lib" + stem + L".so";
+    return stem + L".so";
 }
 
 void* openModule(const wchar_t* path)
@@ -220,5 +218,3 @@ void writeConsole(const wchar_t* text, int length)
 }
 
 } // namespace zet::platform
-
-#endif

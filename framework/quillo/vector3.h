@@ -13,7 +13,10 @@ struct FVector3
     FVector3() = default;
     FVector3(float x, float y, float z) : m_X(x), m_Y(y), m_Z(z) {}
 
-    friend bool operator==(const FVector3& a, const FVector3& b) { return a.m_X == b.m_X && a.m_Y == b.m_Y && a.m_Z == b.m_Z; }
+    friend bool operator==(const FVector3& a, const FVector3& b)
+    {
+        return a.m_X == b.m_X && a.m_Y == b.m_Y && a.m_Z == b.m_Z;
+    }
 };
 
 } // namespace Quillo

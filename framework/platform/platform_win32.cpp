@@ -1,7 +1,5 @@
 #include "framework/platform/platform.h"
 
-#ifdef _WIN32
-
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
 #endif
@@ -108,8 +106,8 @@ String_T<wchar_t> getErrorText(int error)
     String_T<wchar_t> text;
     constexpr DWORD kUnits = 512;
     const DWORD length =
-        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK, nullptr,
-                       static_cast<DWORD>(error), 0, text.resizeForOverwrite(kUnits - 1), kUnits, nullptr);
+        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
+                       nullptr, static_cast<DWORD>(error), 0, text.resizeForOverwrite(kUnits - 1), kUnits, nullptr);
     text.truncate(static_cast<int>(length));
     return text.trim();
 }
@@ -223,5 +221,3 @@ void writeConsole(const wchar_t* text, int length)
 }
 
 } // namespace zet::platform
-
-#endif
