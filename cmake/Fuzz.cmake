@@ -1,9 +1,18 @@
-# Each fuzz/*_fuzz.cpp is a libFuzzer program.
+# Each fuzz/*_fuzz.cpp is a fuzz target: a libFuzzer program in the preset fuzz; in any other build a program that
+# replays fuzz/corpus/TARGET, as a test.
 file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/fuzz/*_fuzz.cpp)
 file(GLOB support CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/fuzz/support/*.cpp)
 foreach(source ${sources})
   get_filename_component(name ${source} NAME_WE)
   add_executable(${name} ${source} ${support})
   target_link_libraries(${name} PRIVATE commonground commonground_tools commonground_warnings)
-  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  if(COMMONGROUND_FUZZ)
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  else()
+    target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/fuzz/replay/replay.cpp)
+    set(corpus ${PROJECT_SOURCE_DIR}/fuzz/corpus/${name})
+    if(IS_DIRECTORY ${corpus})
+      add_test(NAME Fuzz.${name} COMMAND ${name} ${corpus})
+    endif()
+  endif()
 endforeach()

@@ -40,3 +40,10 @@ if(NOT WIN32)
   add_test(NAME House.LibraryExportsOnlyItsOwnNames
     COMMAND Python3::Interpreter ${scripts}/check_symbols.py $<TARGET_FILE:commonground> ${PROJECT_SOURCE_DIR})
 endif()
+
+# What is installed, as a host sees it.
+if(EXISTS ${PROJECT_SOURCE_DIR}/examples/hello/hello.cpp)
+  add_test(NAME House.InstalledPackageServesAHost
+    COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR} -DSOURCE=${PROJECT_SOURCE_DIR}
+      -DCOMPILER=${CMAKE_CXX_COMPILER} -P ${PROJECT_SOURCE_DIR}/tests/package/check.cmake)
+endif()

@@ -71,8 +71,12 @@ def main():
             faults.append(f"exports {symbol}")
     for line in run("nm", "-D", "-C", "--undefined-only", library).splitlines():
         symbol = line.strip().split(" ", 1)[1]
-        if INLINE.search(symbol) or root_of(symbol) in own:
-            faults.append(f"leaves undefined {symbol}")
+        if INLINE.search(symbol):
+            faults.append(f"asks for {symbol}")
+    # The loader says what no library that is loaded with this one defines.
+    loaded = subprocess.run(["ldd", "-r", library], capture_output=True, text=True, check=False)
+    for symbol in re.findall(r"undefined symbol: (\S+)", loaded.stdout + loaded.stderr):
+        faults.append(f"leaves undefined {run('c++filt', symbol).strip()}")
     for name in re.findall(r"\(NEEDED\).*\[(.*)\]", run("readelf", "-d", library)):
         if not NEEDED.match(name):
             faults.append(f"needs {name}")

@@ -9,7 +9,7 @@ JOBS=$(nproc 2>/dev/null || echo 2)
 BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libasio-dev libfmt-dev nlohmann-json3-dev
     libgnutls28-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev libbenchmark-dev binutils strace python3)
-CLANG_PACKAGES=(clang)
+CLANG_PACKAGES=(clang libclang-rt-dev)
 
 say()
 {
