@@ -1,0 +1,34 @@
+// The dispatch table of traffic without a socket behind it: datagrams and net messages.
+#pragma once
+
+#include "dispatch/command_ids.h"
+#include "dispatch/command_process.h"
+#include "framework/platform/export.h"
+
+// One entry for every id, held inside the object. Read-only while in use: Install is for start-up, and from then on
+// any number of threads may share one analyser.
+class COMMONGROUND_API CCmdAnalyser
+{
+public:
+    // The fallbacks may be null; the log is told in their place.
+    explicit CCmdAnalyser(CmdFallback unknownCmd = nullptr, CmdFallback errorCmd = nullptr);
+
+    // Replaces the entry of an id, which must be below kCommandIdLimit.
+    void Install(unsigned short id, CmdProcess process, CmdHandler handler);
+
+    // Hands the command to its handler with the two arguments. Always 0: the result carries no information.
+    int Analyse(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const;
+    // The same for one datagram frame of size bytes.
+    int Analyse(const void* data, int size, unsigned long arg1, unsigned long arg2) const;
+
+private:
+    struct Entry
+    {
+        CmdProcess m_Process = nullptr;
+        CmdHandler m_Handler = nullptr;
+    };
+
+    Entry m_Commands[kCommandIdLimit];
+    CmdFallback m_pfnUnknownCmd;
+    CmdFallback m_pfnErrorCmd;
+};

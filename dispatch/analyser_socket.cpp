@@ -1,0 +1,74 @@
+#include "dispatch/analyser_socket.h"
+
+#include "framework/log.h"
+#include "packaging/cmd_packager.h"
+#include "packaging/socket_seam.h"
+
+CCmdAnalyserSocket::CCmdAnalyserSocket(SocketCmdFallback unknownCmd, unsigned long unknownArg1,
+                                       unsigned long unknownArg2, SocketCmdFallback errorCmd, unsigned long errorArg1,
+                                       unsigned long errorArg2)
+    : m_pfnUnknownCmd(unknownCmd), m_UnknownArg1(unknownArg1), m_UnknownArg2(unknownArg2), m_pfnErrorCmd(errorCmd),
+      m_ErrorArg1(errorArg1), m_ErrorArg2(errorArg2)
+{
+}
+
+void CCmdAnalyserSocket::Install(unsigned short id, SocketCmdProcess process, SocketCmdHandler handler,
+                                 unsigned long arg1, unsigned long arg2)
+{
+    m_Commands[id] = std::make_shared<CCmdProcessor>(CCmdProcessor{process, handler, arg1, arg2});
+}
+
+bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, CCmdPackager& pk) const
+{
+    const unsigned short id = pk.GetCmdID();
+    if (!socket)
+    {
+        zet::Log::error(L"CCmdAnalyserSocket cannot Analyse CMD(0x%04x), Socket NULL", id);
+        return false;
+    }
+    if (id >= kCommandIdLimit)
+    {
+        zet::Log::error(L"CCmdAnalyserSocket cannot Analyse OverFlow CMD(0x%04x) \t(%s)", id, PeerNameOf(socket));
+        return false;
+    }
+    // Commands that nobody serves count as received traffic, too.
+    CountReceivedCommand(socket, pk.GetDataSize());
+
+    const CCmdProcessor* const processor = m_Commands[id].get();
+    if (!processor)
+    {
+        if (!m_pfnUnknownCmd)
+        {
+            zet::Log::error(L"CCmdAnalyserSocket cannot Analyse NULL command(0x%04x) \t(%s)", id, PeerNameOf(socket));
+            return false;
+        }
+        m_pfnUnknownCmd(socket, &pk, m_UnknownArg1, m_UnknownArg2);
+        return true;
+    }
+    if (!processor->m_Process(socket, &pk, processor->m_Handler, processor->m_Arg1, processor->m_Arg2))
+    {
+        if (!m_pfnErrorCmd)
+        {
+            zet::Log::error(L"CCmdAnalyserSocket cannot Analyse ERROR command(0x%04x) \t(%s)", id, PeerNameOf(socket));
+            return false;
+        }
+        m_pfnErrorCmd(socket, &pk, m_ErrorArg1, m_ErrorArg2);
+    }
+    return true;
+}
+
+bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, zet::InputStream& stream) const
+{
+    if (!socket)
+    {
+        zet::Log::error(L"CCmdAnalyserSocket error Socket NULL");
+        return false;
+    }
+    CCmdPackager pk;
+    if (!pk.Receive(stream))
+    {
+        zet::Log::error(L"Error:CmdPackager analyze error! (%s)", PeerNameOf(socket));
+        return false;
+    }
+    return Analyse(socket, pk);
+}

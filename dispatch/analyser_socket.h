@@ -1,0 +1,49 @@
+// The dispatch table of stream sockets: like CCmdAnalyser, but the handler is given the socket as well.
+#pragma once
+
+#include "dispatch/command_ids.h"
+#include "dispatch/command_process.h"
+#include "framework/platform/export.h"
+#include "framework/shared_ptr.h"
+
+namespace zet
+{
+class InputStream;
+}
+
+// A copy shares its processors with its source. Read-only while in use, as CCmdAnalyser.
+class COMMONGROUND_API CCmdAnalyserSocket
+{
+public:
+    // What is installed for an id: the two functions and the handler's arguments.
+    struct CCmdProcessor
+    {
+        SocketCmdProcess m_Process;
+        SocketCmdHandler m_Handler;
+        unsigned long m_Arg1;
+        unsigned long m_Arg2;
+    };
+
+    // The fallbacks may be null; the log is told in their place.
+    explicit CCmdAnalyserSocket(SocketCmdFallback unknownCmd = nullptr, unsigned long unknownArg1 = 0,
+                                unsigned long unknownArg2 = 0, SocketCmdFallback errorCmd = nullptr,
+                                unsigned long errorArg1 = 0, unsigned long errorArg2 = 0);
+
+    // Replaces the entry of an id, which must be below kCommandIdLimit; the arguments are the handler's.
+    void Install(unsigned short id, SocketCmdProcess process, SocketCmdHandler handler, unsigned long arg1,
+                 unsigned long arg2);
+
+    // Hands the command to its handler or a fallback. False, with the log told, where there was neither.
+    bool Analyse(CCommandSocket* socket, CCmdPackager& pk) const;
+    // The same for one stream frame; a frame that cannot be received is false, too.
+    bool Analyse(CCommandSocket* socket, zet::InputStream& stream) const;
+
+private:
+    zet::SharedPtr<CCmdProcessor> m_Commands[kCommandIdLimit];
+    SocketCmdFallback m_pfnUnknownCmd;
+    unsigned long m_UnknownArg1;
+    unsigned long m_UnknownArg2;
+    SocketCmdFallback m_pfnErrorCmd;
+    unsigned long m_ErrorArg1;
+    unsigned long m_ErrorArg2;
+};

@@ -1,0 +1,56 @@
+// The pair of static functions that every receivable command has, and the types that the analysers install.
+#pragma once
+
+#include "framework/platform/export.h"
+
+class CCmdHead;
+class CCmdPackager;
+class CCommandSocket;
+
+// Gets a command that lives only as long as the call: what it keeps it must copy.
+using CmdHandler = void (*)(CCmdHead* command, unsigned long arg1, unsigned long arg2);
+using CmdProcess = bool (*)(CCmdPackager* pk, CmdHandler handler, unsigned long arg1, unsigned long arg2);
+using CmdFallback = void (*)(CCmdPackager* pk, unsigned long arg1, unsigned long arg2);
+
+using SocketCmdHandler = void (*)(CCommandSocket* socket, CCmdHead* command, unsigned long arg1, unsigned long arg2);
+using SocketCmdProcess = bool (*)(CCommandSocket* socket, CCmdPackager* pk, SocketCmdHandler handler,
+                                  unsigned long arg1, unsigned long arg2);
+using SocketCmdFallback = void (*)(CCommandSocket* socket, CCmdPackager* pk, unsigned long arg1, unsigned long arg2);
+
+// Reads the payload into the command, refuses it unless it ends exactly where the command does, and calls the
+// handler, which must not be null. False, with the log told, on a refused payload.
+COMMONGROUND_API bool ProcessCommand(CCmdHead& command, CCmdPackager* pk, CmdHandler handler, unsigned long arg1,
+                                     unsigned long arg2);
+COMMONGROUND_API bool ProcessSocketCommand(CCmdHead& command, CCommandSocket* socket, CCmdPackager* pk,
+                                           SocketCmdHandler handler, unsigned long arg1, unsigned long arg2);
+
+// Declares what a command class has beside its fields: its order, its schema, its pair.
+#define COMMAND_INTERFACE(Class)                                                                                       \
+    bool Write(CCmdPackager* pk) const override;                                                                       \
+    bool Read(CCmdPackager* pk) override;                                                                              \
+    static const wire::Schema& Wire();                                                                                 \
+    static bool Class##_Process(CCmdPackager* pk, CmdHandler handler, unsigned long arg1, unsigned long arg2);         \
+    static bool Class##_ProcessSocket(CCommandSocket* socket, CCmdPackager* pk, SocketCmdHandler handler,              \
+                                      unsigned long arg1, unsigned long arg2);
+
+// Defines the pair.
+#define COMMAND_PAIR(Class)                                                                                            \
+    bool Class::Class##_Process(CCmdPackager* pk, CmdHandler handler, unsigned long arg1, unsigned long arg2)          \
+    {                                                                                                                  \
+        Class command;                                                                                                 \
+        return ProcessCommand(command, pk, handler, arg1, arg2);                                                       \
+    }                                                                                                                  \
+    bool Class::Class##_ProcessSocket(CCommandSocket* socket, CCmdPackager* pk, SocketCmdHandler handler,              \
+                                      unsigned long arg1, unsigned long arg2)                                          \
+    {                                                                                                                  \
+        Class command;                                                                                                 \
+        return ProcessSocketCommand(command, socket, pk, handler, arg1, arg2);                                         \
+    }
+
+// States the order of a command and defines all that COMMAND_INTERFACE declares. Goes with packaging/wire/order.h.
+#define WIRE_COMMAND(Class)                                                                                            \
+    COMMAND_PAIR(Class)                                                                                                \
+    WIRE_ORDER_CMD(Class)
+#define WIRE_COMMAND_READ_BY_HAND(Class)                                                                               \
+    COMMAND_PAIR(Class)                                                                                                \
+    WIRE_ORDER_CMD_READ_BY_HAND(Class)

@@ -1,0 +1,23 @@
+#include "dispatch/trace.h"
+
+#include "framework/platform/platform.h"
+#include "packaging/command_head.h"
+
+void TraceCommand(const CCmdHead& command)
+{
+    const zet::platform::LocalTime now = zet::platform::getLocalTime();
+    const auto line = zet::formatText("*** %04d/%02d/%02d %02d:%02d:%02d.%03d *** <<<\n", now.m_Year, now.m_Month,
+                                      now.m_Day, now.m_Hour, now.m_Minute, now.m_Second, now.m_Milliseconds);
+    std::fputs(line.getBuffer(), stdout);
+    command.OutDebug(stdout);
+}
+
+void TraceSocketCommand(const CCmdHead& command, const zet::String_T<wchar_t>& peer)
+{
+    const zet::platform::LocalTime now = zet::platform::getLocalTime();
+    const auto line =
+        zet::formatText(L"*** %04d/%02d/%02d %02d:%02d:%02d.%03d *** <<< (%s)", now.m_Year, now.m_Month, now.m_Day,
+                        now.m_Hour, now.m_Minute, now.m_Second, now.m_Milliseconds, peer);
+    zet::platform::writeConsole(line.getBuffer(), line.getLength());
+    command.OutDebug(stdout);
+}

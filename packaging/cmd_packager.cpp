@@ -1,0 +1,271 @@
+#include "packaging/cmd_packager.h"
+
+#include "framework/log.h"
+#include "framework/memory_stream.h"
+#include "packaging/wire/value_form.h"
+
+#include <algorithm>
+#include <new>
+
+namespace
+{
+
+constexpr int kStepSize = 0x10000;
+constexpr unsigned int kHasFrom = 1;
+constexpr unsigned int kHasTarget = 2;
+
+// A failed frame is a serious fault: the report and the whistle belong together.
+template <class... Args>
+bool refuse(const wchar_t* pattern, const Args&... args)
+{
+    zet::Log::error(pattern, args...);
+    zet::Log::whistle(false);
+    return false;
+}
+
+} // namespace
+
+COMMONGROUND_DEFINE_VALUE_OPERATIONS(CCmdPackager)
+
+bool CCmdPackager::Write(const zet::uuid_node_t& value)
+{
+    return wire::writeScalar(*this, value);
+}
+
+bool CCmdPackager::Read(zet::uuid_node_t* value)
+{
+    return wire::readScalar(*this, value);
+}
+
+// Only the bytes that Unpack may take for addresses are cleared: old stack contents must not leave through them.
+CCmdPackager::CCmdPackager() : m_pBuffer(m_Msg)
+{
+    std::memset(m_Msg, 0, 2 * sizeof(zet::Uuid));
+}
+
+CCmdPackager::~CCmdPackager()
+{
+    if (m_pBuffer != m_Msg)
+        delete[] m_pBuffer;
+}
+
+CCmdPackager& CCmdPackager::operator=(const CCmdPackager& other)
+{
+    if (this == &other)
+        return *this;
+    Clear();
+    m_CmdID = other.m_CmdID;
+    m_FromAddress = other.m_FromAddress;
+    m_TargetAddress = other.m_TargetAddress;
+    if (Alloc(other.m_iDataSize) && Write(other.m_pBuffer, other.m_iDataSize))
+        m_iReadPointer = other.m_iReadPointer;
+    return *this;
+}
+
+bool CCmdPackager::Alloc(int size)
+{
+    return m_iBufSize - m_iDataSize >= size || grow(size);
+}
+
+bool CCmdPackager::grow(int size)
+{
+    long long want = (static_cast<long long>(m_iDataSize) + size + kStepSize - 1) / kStepSize * kStepSize;
+    if (want > kMaxDataSize)
+    {
+        if (kMaxDataSize - m_iDataSize < size)
+            return refuse(L"Command Package extends max length limit(%d)", kMaxDataSize);
+        want = kMaxDataSize;
+    }
+    unsigned char* block = new (std::nothrow) unsigned char[static_cast<size_t>(want)];
+    if (!block)
+        return refuse(L"Error: malloc(%d) error!", static_cast<int>(want));
+    std::memcpy(block, m_pBuffer, static_cast<size_t>(m_iDataSize));
+    if (m_pBuffer != m_Msg)
+        delete[] m_pBuffer;
+    m_pBuffer = block;
+    m_iBufSize = static_cast<int>(want);
+    return true;
+}
+
+unsigned int CCmdPackager::sizeWord() const
+{
+    return static_cast<unsigned int>(m_iDataSize) << 2 | (m_FromAddress.isNull() ? 0 : kHasFrom) |
+           (m_TargetAddress.isNull() ? 0 : kHasTarget);
+}
+
+bool CCmdPackager::Send(zet::OutputStream& stream) const
+{
+    if (m_iDataSize < 0 || m_iDataSize > kMaxDataSize)
+        return false;
+    const unsigned int word = sizeWord();
+    unsigned char header[kMaxHeaderSize];
+    unsigned char* at = header;
+    *at++ = static_cast<unsigned char>(m_CmdID);
+    *at++ = static_cast<unsigned char>(m_CmdID >> 8);
+    for (int shift = 0; shift < 32; shift += 8)
+        *at++ = static_cast<unsigned char>(word >> shift);
+    if (word & kHasFrom)
+    {
+        std::memcpy(at, &m_FromAddress, sizeof m_FromAddress);
+        at += sizeof m_FromAddress;
+    }
+    if (word & kHasTarget)
+    {
+        std::memcpy(at, &m_TargetAddress, sizeof m_TargetAddress);
+        at += sizeof m_TargetAddress;
+    }
+    // Whether the stream took the header shows at the payload.
+    stream.write(header, static_cast<int>(at - header));
+    if (m_iDataSize > 0 && stream.write(m_pBuffer, m_iDataSize) != m_iDataSize)
+        return refuse(L"Send Command Package error!");
+    return true;
+}
+
+bool CCmdPackager::Receive(zet::InputStream& stream)
+{
+    Clear();
+    if (!stream.read16(m_CmdID))
+        return refuse(L"Error:Read Command ID error!!");
+    unsigned int word = 0;
+    // The number is the command's id, as the text has always had it.
+    if (!stream.read32(word))
+        return refuse(L"Error:Read Command Size(%d) error!", m_CmdID);
+
+    constexpr int kAddressSize = static_cast<int>(sizeof(zet::Uuid));
+    m_FromAddress = zet::Uuid();
+    if ((word & kHasFrom) && stream.read(&m_FromAddress, kAddressSize) != kAddressSize)
+        return refuse(L"Error:Read Command(%d) Src Address error!", m_CmdID);
+    m_TargetAddress = zet::Uuid();
+    if ((word & kHasTarget) && stream.read(&m_TargetAddress, kAddressSize) != kAddressSize)
+        return refuse(L"Error:Read Command(%d) Dest Address error!", m_CmdID);
+
+    const int size = static_cast<int>(word >> 2);
+    if (size > kMaxDataSize)
+        return Alloc(size);
+    while (m_iDataSize < size)
+    {
+        // What the stream holds is taken at once; beyond that, storage at most doubles on what has arrived.
+        const int present = std::max({stream.available(), m_iDataSize, kInlineSize});
+        const int part = std::min(size - m_iDataSize, present);
+        if (!Alloc(part))
+            return false;
+        const int got = stream.read(m_pBuffer + m_iDataSize, part);
+        if (got != part)
+            return refuse(L"Error:Read Command(%d) data error!", m_CmdID);
+        m_iDataSize += got;
+    }
+    return true;
+}
+
+int CCmdPackager::Pack(void* buffer, int size) const
+{
+    if (m_iDataSize < 0 || m_iDataSize > kMaxDataSize)
+        return 0;
+    unsigned char* const out = static_cast<unsigned char*>(buffer);
+    const int limit = out ? size : 0x7FFFFFFF;
+    int used = 0;
+    const auto put = [&](const void* bytes, int count)
+    {
+        if (count > limit - used)
+            return false;
+        if (out && count > 0)
+            std::memcpy(out + used, bytes, static_cast<size_t>(count));
+        used += count;
+        return true;
+    };
+
+    // The id goes in without a look at size: two bytes are the caller's part of the contract.
+    if (out)
+        std::memcpy(out, &m_CmdID, sizeof m_CmdID);
+    used = static_cast<int>(sizeof m_CmdID);
+
+    const unsigned int word = sizeWord() & wire::kMask30;
+    unsigned char count[4];
+    if (!put(count, wire::encode30(word, count)))
+        return 0;
+    if ((word & kHasFrom) && !put(&m_FromAddress, sizeof m_FromAddress))
+        return 0;
+    if ((word & kHasTarget) && !put(&m_TargetAddress, sizeof m_TargetAddress))
+        return 0;
+    return put(m_pBuffer, m_iDataSize) ? used : 0;
+}
+
+int CCmdPackager::Unpack(const void* buffer, int size)
+{
+    Clear();
+    const unsigned char* const in = static_cast<const unsigned char*>(buffer);
+    // One byte is no datagram; it is refused here rather than read past.
+    if (size < 2)
+        return 0;
+    std::memcpy(&m_CmdID, in, sizeof m_CmdID);
+    int used = static_cast<int>(sizeof m_CmdID);
+
+    if (used >= size)
+        return 0;
+    const int more = in[used] >> 6;
+    unsigned int word = in[used++] & 0x3F;
+    if (more > size - used)
+        return 0;
+    for (int i = 0; i < more; ++i)
+        word = word << 8 | in[used++];
+
+    // The addresses come out of old storage, not out of the input: every peer reads them so.
+    zet::Uuid* const addresses[] = {&m_FromAddress, &m_TargetAddress};
+    for (int i = 0; i < 2; ++i)
+    {
+        *addresses[i] = zet::Uuid();
+        if (!(word & (kHasFrom << i)))
+            continue;
+        if (size - used < static_cast<int>(sizeof(zet::Uuid)))
+            return 0;
+        std::memcpy(addresses[i], m_pBuffer + m_iReadPointer, sizeof(zet::Uuid));
+        m_iReadPointer += static_cast<int>(sizeof(zet::Uuid));
+    }
+
+    const int payload = static_cast<int>(word >> 2);
+    if (payload > size - used)
+        return 0;
+    if (payload > 0)
+    {
+        if (!Alloc(payload))
+            return 0;
+        std::memcpy(m_pBuffer, in + used, static_cast<size_t>(payload));
+        m_iDataSize += payload;
+    }
+    return used + m_iDataSize;
+}
+
+bool CCmdPackager_packageToBuffer(const CCmdPackager& package, zet::Buffer& buffer)
+{
+    try
+    {
+        const auto store = zet::MemoryStream::createInstance();
+        zet::OutputStream stream(store.get());
+        if (!package.Send(stream))
+            return false;
+        const int size = store->getSize();
+        return buffer.setBufferSize(size) == size && store->read(buffer.getBuffer(), size) == size;
+    }
+    catch (const zet::Exception& exception)
+    {
+        exception.report();
+        return false;
+    }
+}
+
+bool CCmdPackager_bufferToPackage(const zet::Buffer& buffer, CCmdPackager& package)
+{
+    try
+    {
+        const auto store = zet::MemoryStream::createInstance();
+        if (store->write(buffer.getBuffer(), buffer.getBufferSize()) != buffer.getBufferSize())
+            return false;
+        zet::InputStream stream(store.get());
+        return package.Receive(stream);
+    }
+    catch (const zet::Exception& exception)
+    {
+        exception.report();
+        return false;
+    }
+}

@@ -1,0 +1,138 @@
+#include "packaging/command_head.h"
+
+#include "packaging/cmd_packager.h"
+#include "packaging/socket_seam.h"
+#include "packaging/wire/order.h"
+
+CCmdHead::~CCmdHead() = default;
+
+void CCmdHead::SetClientAddress(const zet::Uuid&) {}
+
+void CCmdHead::SetAccountName(const zet::String_T<wchar_t>&) {}
+
+zet::Uuid CCmdHead::GetClientAddress()
+{
+    return zet::Uuid();
+}
+
+zet::String_T<wchar_t> CCmdHead::GetAccountName()
+{
+    return zet::String_T<wchar_t>();
+}
+
+void CCmdHead::OutDebug(FILE*) const {}
+
+bool CCmdHead::Write(CCmdPackager* pk) const
+{
+    pk->SetCmdID(m_ID);
+    pk->SetAddress(m_FromAddress, m_TargetAddress);
+    wire::Writer<CCmdPackager>(*pk).Fields("", m_HeadVersion, m_ClientIndex);
+    return true;
+}
+
+bool CCmdHead::Read(CCmdPackager* pk)
+{
+    if (m_ID != pk->GetCmdID())
+        return false;
+    SetAddress(pk->GetFromAddress(), pk->GetTargetAddress());
+    unsigned short version = 0;
+    if (!wire::readScalar(*pk, &version) || version != m_HeadVersion)
+        return false;
+    // A payload may end behind the version: the index then keeps its value.
+    wire::readScalar(*pk, &m_ClientIndex);
+    return true;
+}
+
+bool CCmdHead::Send(CCommandSocket* socket) const
+{
+    return socket && SendCommand(socket, *this);
+}
+
+const wire::Schema& CCmdHead::Wire()
+{
+    static const wire::Schema schema = []
+    {
+        wire::Schema head;
+        head.name = "CCmdHead";
+        const CCmdHead object(0);
+        wire::Describer describer(head, &object);
+        wire::Field version;
+        version.kind = wire::Kind::kVersion;
+        version.extent = kVersion;
+        wire::Field index = describer.fieldOf("m_ClientIndex", object.m_ClientIndex);
+        index.head = true;
+        head.fields = {version, index};
+        head.smallest = 4;
+        return head;
+    }();
+    return schema;
+}
+
+namespace
+{
+
+// The two families are twins; their schemas are made alike.
+template <class Family>
+wire::Schema familySchema(const char* name)
+{
+    wire::Schema schema;
+    schema.name = name;
+    const Family object(0);
+    wire::Describer describer(schema, &object);
+    describer.Head<CCmdHead>(object);
+    describer.Fields("m_ClientAddress, m_AccountName", object.m_ClientAddress, object.m_AccountName);
+    for (wire::Field& field : schema.fields)
+    {
+        field.head = true;
+        schema.smallest += wire::smallestOf(field);
+    }
+    return schema;
+}
+
+template <class Family>
+bool writeFamily(const Family& head, CCmdPackager* pk)
+{
+    return head.CCmdHead::Write(pk) &&
+           wire::Writer<CCmdPackager>(*pk).Fields("", head.m_ClientAddress, head.m_AccountName);
+}
+
+template <class Family>
+bool readFamily(Family& head, CCmdPackager* pk)
+{
+    return head.CCmdHead::Read(pk) &&
+           wire::Reader<CCmdPackager>(*pk).Fields("", head.m_ClientAddress, head.m_AccountName);
+}
+
+} // namespace
+
+bool CCmdPlatform::Write(CCmdPackager* pk) const
+{
+    return writeFamily(*this, pk);
+}
+
+bool CCmdPlatform::Read(CCmdPackager* pk)
+{
+    return readFamily(*this, pk);
+}
+
+const wire::Schema& CCmdPlatform::Wire()
+{
+    static const wire::Schema schema = familySchema<CCmdPlatform>("CCmdPlatform");
+    return schema;
+}
+
+bool CCmdSystem::Write(CCmdPackager* pk) const
+{
+    return writeFamily(*this, pk);
+}
+
+bool CCmdSystem::Read(CCmdPackager* pk)
+{
+    return readFamily(*this, pk);
+}
+
+const wire::Schema& CCmdSystem::Wire()
+{
+    static const wire::Schema schema = familySchema<CCmdSystem>("CCmdSystem");
+    return schema;
+}

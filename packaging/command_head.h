@@ -1,0 +1,115 @@
+// The bases of all commands: what every command carries in front of its own fields.
+//
+//   CCmdHead                  version:16 = 2, client index:16
+//   CCmdPlatform, CCmdSystem  the same, client address:16 bytes, account name:text
+//
+// The addresses of a command travel in its frame, not in its payload.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "framework/uuid.h"
+
+#include <cstdio>
+
+class CCmdPackager;
+class CCommandSocket;
+namespace wire
+{
+struct Schema;
+}
+
+// A plain value that lives for one send or one dispatch; it knows nothing of sockets but for Send. Not locked.
+class COMMONGROUND_API CCmdHead
+{
+public:
+    // The only version that is written, and the only one that is read.
+    static constexpr unsigned short kVersion = 2;
+
+    explicit CCmdHead(unsigned short id) : m_ID(id) {}
+    CCmdHead(const CCmdHead&) = default;
+    CCmdHead& operator=(const CCmdHead&) = default;
+
+    virtual ~CCmdHead();
+    // Without an account of its own a command drops what these two are given.
+    virtual void SetClientAddress(const zet::Uuid& address);
+    virtual void SetAccountName(const zet::String_T<wchar_t>& name);
+    virtual zet::Uuid GetClientAddress();
+    virtual zet::String_T<wchar_t> GetAccountName();
+    // Sets the packager's id and addresses and appends the payload. False where a field does not fit; what was
+    // written by then stays.
+    virtual bool Write(CCmdPackager* pk) const;
+    // Takes addresses and payload. False on another id, another version or a short field; the fields read by then
+    // stay. A client index that is cut off keeps its value and fails nothing.
+    virtual bool Read(CCmdPackager* pk);
+    // Prints the fields for a trace; nothing here.
+    virtual void OutDebug(FILE* out) const;
+
+    unsigned short GetID() const { return m_ID; }
+    unsigned short GetClientIndex() const { return m_ClientIndex; }
+    void SetClientIndex(unsigned short index) { m_ClientIndex = index; }
+    const zet::Uuid& GetFromAddress() const { return m_FromAddress; }
+    const zet::Uuid& GetTargetAddress() const { return m_TargetAddress; }
+    void SetFromAddress(const zet::Uuid& from) { m_FromAddress = from; }
+    void SetTargetAddress(const zet::Uuid& target) { m_TargetAddress = target; }
+    void SetAddress(const zet::Uuid& from, const zet::Uuid& target)
+    {
+        m_FromAddress = from;
+        m_TargetAddress = target;
+    }
+    void GetAddress(zet::Uuid& from, zet::Uuid& target) const
+    {
+        from = m_FromAddress;
+        target = m_TargetAddress;
+    }
+
+    // Sends the command; false for a null socket, else the socket's answer. The socket's thread only.
+    bool Send(CCommandSocket* socket) const;
+
+    static const wire::Schema& Wire();
+
+    unsigned short m_HeadVersion = kVersion;
+    unsigned short m_ID;
+    unsigned short m_ClientIndex = 0;
+    zet::Uuid m_FromAddress;
+    zet::Uuid m_TargetAddress;
+};
+
+// The head of the commands between clients and servers.
+class COMMONGROUND_API CCmdPlatform : public CCmdHead
+{
+public:
+    explicit CCmdPlatform(unsigned short id) : CCmdHead(id) {}
+
+    void SetClientAddress(const zet::Uuid& address) override { m_ClientAddress = address; }
+    void SetAccountName(const zet::String_T<wchar_t>& name) override { m_AccountName = name; }
+    zet::Uuid GetClientAddress() override { return m_ClientAddress; }
+    zet::String_T<wchar_t> GetAccountName() override { return m_AccountName; }
+    bool Write(CCmdPackager* pk) const override;
+    bool Read(CCmdPackager* pk) override;
+
+    static const wire::Schema& Wire();
+
+    // The client on whose behalf the command travels.
+    zet::Uuid m_ClientAddress;
+    zet::String_T<wchar_t> m_AccountName;
+};
+
+// The head of the commands between servers: the same fields as CCmdPlatform, a family of its own.
+class COMMONGROUND_API CCmdSystem : public CCmdHead
+{
+public:
+    explicit CCmdSystem(unsigned short id) : CCmdHead(id) {}
+
+    void SetClientAddress(const zet::Uuid& address) override { m_ClientAddress = address; }
+    void SetAccountName(const zet::String_T<wchar_t>& name) override { m_AccountName = name; }
+    zet::Uuid GetClientAddress() override { return m_ClientAddress; }
+    zet::String_T<wchar_t> GetAccountName() override { return m_AccountName; }
+    bool Write(CCmdPackager* pk) const override;
+    bool Read(CCmdPackager* pk) override;
+
+    static const wire::Schema& Wire();
+
+    zet::Uuid m_ClientAddress;
+    zet::String_T<wchar_t> m_AccountName;
+};

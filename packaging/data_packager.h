@@ -1,0 +1,61 @@
+// The record codec: a fixed 65,536 bytes into which values are written and out of which they are read in the same
+// order, without tags. Numbers are big-endian, text is a 30-bit count and little-endian UTF-16, a float is the text
+// of "%f" behind a length byte, identifiers are raw.
+#pragma once
+
+#include "framework/buffer.h"
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "framework/uuid.h"
+#include "packaging/value_operations.h"
+
+namespace wire
+{
+struct Access;
+}
+
+// Holds its storage inside itself and never allocates. Not locked: one object belongs to one thread at a time.
+class COMMONGROUND_API CDataPackager
+{
+public:
+    CDataPackager() { Clear(); }
+    CDataPackager(const CDataPackager& other) : CDataPackager() { *this = other; }
+    // Takes the tag, the data written and the read pointer; all other bytes become zero.
+    CDataPackager& operator=(const CDataPackager& other);
+
+    COMMONGROUND_VALUE_OPERATIONS
+
+    // True if size more bytes fit. Otherwise the log is told, and nothing changes: this storage never grows.
+    bool Alloc(int size);
+    // Empties the data for reuse; the old bytes and the tag stay.
+    void Reset();
+    // Back to the state of a new object, all 65,536 bytes zero.
+    void Clear();
+
+    // A tag of the owner's; nothing here reads it and it does not travel.
+    void SetPackageID(unsigned short id) { m_PackageID = id; }
+    unsigned short GetPackageID() const { return m_PackageID; }
+
+    // The first byte of the data, whatever the read pointer.
+    const unsigned char* GetBuffer() const { return m_Buffer; }
+    int GetDataSize() const { return m_iDataSize; }
+    int GetBufferSize() const { return m_iBufSize; }
+    int GetReadPointer() const { return m_iReadPointer; }
+
+    // The conversions behind the text form; outSize is not consulted, so out must hold what they can give:
+    // inSize values, or twice inSize units. Neither makes a true code point of a surrogate pair, nor a true pair of
+    // a code point above 0xFFFF; the peers do the same.
+    static void utf16Tutf32(unsigned long* out, int outSize, const unsigned short* in, int inSize);
+    static void utf32Tutf16(unsigned short* out, int outSize, const unsigned long* in, int inSize);
+
+private:
+    friend struct wire::Access;
+
+    static constexpr int kCapacity = 0x10000;
+
+    unsigned short m_PackageID;
+    int m_iBufSize;
+    int m_iDataSize;
+    int m_iReadPointer;
+    unsigned char m_Buffer[kCapacity];
+};

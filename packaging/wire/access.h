@@ -1,0 +1,59 @@
+// The inner side of both packagers, for the value forms alone: room at the write position, bytes at the read
+// position. Everything is inline, since every value of every command passes here.
+#pragma once
+
+#include "packaging/cmd_packager.h"
+#include "packaging/data_packager.h"
+
+#include <cstring>
+#include <type_traits>
+
+namespace wire
+{
+
+struct Access
+{
+    // The write position if size bytes are free there without growing, else null; nobody is told.
+    template <class P>
+    static unsigned char* freeRoom(P& packager, int size)
+    {
+        return packager.m_iBufSize - packager.m_iDataSize >= size ? storage(packager) + packager.m_iDataSize : nullptr;
+    }
+    // The write position with room for size bytes, or null, and then the log has been told.
+    template <class P>
+    static unsigned char* room(P& packager, int size)
+    {
+        if (packager.m_iBufSize - packager.m_iDataSize < size && !packager.Alloc(size))
+            return nullptr;
+        return storage(packager) + packager.m_iDataSize;
+    }
+    template <class P>
+    static void wrote(P& packager, int size)
+    {
+        packager.m_iDataSize += size;
+    }
+
+    // Bytes not yet read.
+    template <class P>
+    static int left(const P& packager)
+    {
+        return packager.m_iDataSize - packager.m_iReadPointer;
+    }
+    // The read position if size bytes are left, else null.
+    template <class P>
+    static const unsigned char* next(P& packager, int size)
+    {
+        return left(packager) >= size ? storage(packager) + packager.m_iReadPointer : nullptr;
+    }
+    template <class P>
+    static void took(P& packager, int size)
+    {
+        packager.m_iReadPointer += size;
+    }
+
+private:
+    static unsigned char* storage(CDataPackager& packager) { return packager.m_Buffer; }
+    static unsigned char* storage(CCmdPackager& packager) { return packager.m_pBuffer; }
+};
+
+} // namespace wire

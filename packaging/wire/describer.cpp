@@ -1,0 +1,59 @@
+#include "packaging/wire/describer.h"
+
+namespace wire
+{
+
+std::string Names::next()
+{
+    int depth = 0;
+    size_t end = 0;
+    while (end < m_Left.size() && (m_Left[end] != ',' || depth > 0))
+    {
+        const char c = m_Left[end++];
+        depth += c == '(' || c == '[' || c == '<' ? 1 : c == ')' || c == ']' || c == '>' ? -1 : 0;
+    }
+    std::string_view name = m_Left.substr(0, end);
+    m_Left.remove_prefix(end < m_Left.size() ? end + 1 : end);
+    while (!name.empty() && (name.front() == ' ' || name.front() == '\n'))
+        name.remove_prefix(1);
+    if (name.substr(0, 2) == "r.")
+        name.remove_prefix(2);
+    return std::string(name);
+}
+
+std::string wordsOf(unsigned flags)
+{
+    struct Entry
+    {
+        unsigned m_Flags;
+        const char* m_Word;
+    };
+    static constexpr Entry entries[] = {
+        {OnlyAboveZero.kFlags, "OnlyAboveZero"},
+        {Untested.kFlags, "Untested"},
+        {LastElementDecides.kFlags, "LastElementDecides"},
+        {kUntestedElements, "ElementsUntested"},
+        {kUntestedElementsOnRead, "ElementsUntestedOnRead"},
+        {kAppends, "Appends"},
+        {kClearedFirst, "ClearedFirst"},
+        {kSizedFirst, "SizedFirst"},
+        {kIntoExistingSlots, "IntoExistingSlots"},
+        {kThroughOneLocal, "ThroughOneLocal"},
+        {kByPosition, "KeyedByPosition"},
+        {kPairs, "Pairs"},
+        {kKeyed, "KeyedBy"},
+    };
+    std::string words;
+    for (const Entry& entry : entries)
+    {
+        if ((flags & entry.m_Flags) != entry.m_Flags)
+            continue;
+        flags &= ~entry.m_Flags;
+        if (!words.empty())
+            words += ' ';
+        words += entry.m_Word;
+    }
+    return words;
+}
+
+} // namespace wire

@@ -1,0 +1,89 @@
+// The words for every departure from "tested in order; count, clear, tested elements", one definition each.
+// A statement of an order that carries no word has no departure.
+#pragma once
+
+#include <cstdint>
+
+namespace wire
+{
+
+enum Quirk : unsigned
+{
+    kAppends = 1 << 0,
+    kClearedFirst = 1 << 1,
+    kUntestedCount = 1 << 2,
+    kUntestedElements = 1 << 3,
+    kUntestedElementsOnRead = 1 << 4,
+    kSizedFirst = 1 << 5,
+    kIntoExistingSlots = 1 << 6,
+    kThroughOneLocal = 1 << 7,
+    kLastElementDecides = 1 << 8,
+    kByPosition = 1 << 9,
+    kPairs = 1 << 10,
+    kOnlyAboveZero = 1 << 11,
+    kKeyed = 1 << 12
+};
+
+template <unsigned F>
+struct Word
+{
+    static constexpr unsigned kFlags = F;
+};
+
+// The map's key is a member of the element and does not travel by itself; of two elements with one key the later stays.
+template <class T, class K>
+struct KeyWord
+{
+    static constexpr unsigned kFlags = kKeyed;
+    K T::*m_Member;
+};
+template <class T, class K>
+constexpr KeyWord<T, K> KeyedBy(K T::*member)
+{
+    return {member};
+}
+
+// Reading adds to what the list holds.
+inline constexpr Word<kAppends> Appends;
+// Reading empties the list before its count is read, so that a cut count leaves it empty.
+inline constexpr Word<kClearedFirst> ClearedFirst;
+// Neither the count nor an element decides the result, in either direction; a count that fails is 0.
+inline constexpr Word<kUntestedCount | kUntestedElements> Untested;
+// The count decides, the elements do not: one that fails is stored as far as it was read, and the loop goes on.
+inline constexpr Word<kUntestedElements> ElementsUntested;
+// The same for reading alone; a writer stops at the first element that fails.
+inline constexpr Word<kUntestedElementsOnRead> ElementsUntestedOnRead;
+// Reading sizes the list to the count and then fills it in place.
+inline constexpr Word<kSizedFirst> SizedFirst;
+// Reading stores into the slots that the list has; elements beyond them are taken from the payload and dropped.
+inline constexpr Word<kIntoExistingSlots> IntoExistingSlots;
+// Reading uses one local for all elements, so what a failed read leaves out keeps the element's before it.
+inline constexpr Word<kThroughOneLocal> ThroughOneLocal;
+// Reading stores every element, and the last one read decides the result.
+inline constexpr Word<kUntestedElementsOnRead | kLastElementDecides> LastElementDecides;
+// The map's key is the element's place on the wire, from 0: holes close when it travels.
+inline constexpr Word<kByPosition> KeyedByPosition;
+// The map's key travels in front of its value.
+inline constexpr Word<kPairs> Pairs;
+// A count that fails or is below 1 ends the list well and leaves it as it was.
+inline constexpr Word<kOnlyAboveZero | kUntestedCount | kUntestedElements> OnlyAboveZero;
+
+template <class... W>
+inline constexpr unsigned kFlagsOf = (0u | ... | W::kFlags);
+
+// Counts up to this are taken as told, so that every honest payload, cut or whole, behaves as it always did.
+constexpr int64_t kTrustedCount = 1024;
+
+// How many elements a count from the wire may ask for, when each takes at least smallest bytes and left are there.
+// One more than can be there: the loop meets the end of the payload, and the memory follows the bytes.
+constexpr int64_t boundedCount(int64_t count, int64_t left, int64_t smallest)
+{
+    if (count <= 0)
+        return 0;
+    if (count <= kTrustedCount)
+        return count;
+    const int64_t most = left / (smallest > 0 ? smallest : 1) + 1;
+    return count < most ? count : most;
+}
+
+} // namespace wire

@@ -1,0 +1,357 @@
+// Reads a record by its order. No count from the wire decides memory or time: see boundedCount.
+#pragma once
+
+#include "packaging/wire/visit.h"
+
+namespace wire
+{
+
+template <class P>
+class Reader
+{
+public:
+    explicit Reader(P& packager) : m_Packager(packager) {}
+
+    // Fields in order, up to the first that fails; what was read by then stays.
+    template <class... T>
+    bool Fields(const char*, T&... values)
+    {
+        return fields(std::index_sequence_for<T...>(), values...);
+    }
+    // Every field is tried, and none decides; one that fails keeps its value.
+    template <class... T>
+    bool UntestedFields(const char*, T&... values)
+    {
+        (everyElement(values), ...);
+        return true;
+    }
+    // The same, each slot starting at 0.
+    template <class... T>
+    bool UntestedFromZero(const char*, T&... values)
+    {
+        (zero(values), ...);
+        (everyElement(values), ...);
+        return true;
+    }
+    template <class... T>
+    bool NotSent(const char*, T&...)
+    {
+        return true;
+    }
+    template <class Base>
+    bool Head(Base& base)
+    {
+        return base.Base::Read(&m_Packager);
+    }
+
+    template <class C, class... W>
+    bool List(const char*, C& list, W... words)
+    {
+        constexpr unsigned flags = kFlagsOf<W...>;
+        if constexpr (flags & kClearedFirst)
+            list.clear();
+        int count = 0;
+        if (!one(count) && !(flags & kUntestedCount))
+            return false;
+        return elements<flags>(list, count, words...);
+    }
+    template <class C>
+    bool CountOf(const char*, const C& list)
+    {
+        int count = 0;
+        if (!one(count))
+            return false;
+        m_Counts.set(&list, count);
+        return true;
+    }
+    template <class C, class... W>
+    bool ElementsOf(const char*, C& list, W... words)
+    {
+        return elements<kFlagsOf<W...>>(list, m_Counts.get(&list), words...);
+    }
+    // All columns are emptied, sized to the rows, and filled row by row; no cell decides.
+    template <class First, class... C>
+    bool Columns(const char*, First& first, C&... rest)
+    {
+        const int64_t row = smallest<typename First::value_type>() + (int64_t(0) + ... + smallest<typename C::value_type>());
+        const size_t rows = static_cast<size_t>(boundedCount(m_Counts.get(&first), Access::left(m_Packager), row));
+        first.clear();
+        first.resize(rows);
+        (rest.clear(), ...);
+        (rest.resize(rows), ...);
+        for (size_t i = 0; i < rows; ++i)
+        {
+            one(first[i]);
+            (one(rest[i]), ...);
+        }
+        return true;
+    }
+    // The count on the wire is ballast: the table's own size rules.
+    template <class T>
+    bool Ballast(const char*, int, T& table)
+    {
+        int ignored = 0;
+        one(ignored);
+        everyElement(table);
+        return true;
+    }
+    // The wire bounds the loop, the tables bound what is kept: cells beyond them are read and dropped.
+    template <size_t Rows, size_t Columns, class First, class... T>
+    bool Interleaved(const char*, First& first, T&... rest)
+    {
+        using Cell = std::remove_all_extents_t<First>;
+        int rows = 0;
+        int columns = 0;
+        one(rows);
+        one(columns);
+        if (rows <= 0 || columns <= 0)
+            return true;
+        const int64_t cells =
+            boundedCount(int64_t(rows) * columns, Access::left(m_Packager), smallest<Cell>() * (1 + sizeof...(T)));
+        for (int64_t cell = 0; cell < cells; ++cell)
+        {
+            tableCell<Columns>(first, cell / columns, cell % columns);
+            (tableCell<Columns>(rest, cell / columns, cell % columns), ...);
+        }
+        return true;
+    }
+    // The count starts at the tables' own, for a payload that ends before it.
+    template <size_t Rows, class Cell, class... T>
+    bool InterleavedRows(const char*, Cell (&first)[Rows], T (&... rest)[Rows])
+    {
+        int count = static_cast<int>(Rows);
+        one(count);
+        const int64_t rows = boundedCount(count, Access::left(m_Packager), smallest<Cell>() * (1 + sizeof...(T)));
+        for (int64_t row = 0; row < rows; ++row)
+        {
+            rowCell(first, row);
+            (rowCell(rest, row), ...);
+        }
+        return true;
+    }
+
+    template <class T>
+    bool one(T& value)
+    {
+        if constexpr (std::is_array_v<T>)
+        {
+            for (auto& element : value)
+                if (!one(element))
+                    return false;
+            return true;
+        }
+        else if constexpr (kFixedSize<T> != 0)
+        {
+            return readScalar(m_Packager, &value);
+        }
+        else if constexpr (std::is_same_v<T, float>)
+        {
+            return readFloat(m_Packager, &value);
+        }
+        else if constexpr (std::is_same_v<T, zet::String_T<wchar_t>>)
+        {
+            return readText(m_Packager, &value);
+        }
+        else if constexpr (std::is_same_v<T, zet::Buffer>)
+        {
+            return readBuffer(m_Packager, &value);
+        }
+        else if constexpr (kIsPair<T>)
+        {
+            return one(value.first) && one(value.second);
+        }
+        else
+        {
+            static_assert(Record<T>, "an order holds packager values, records with Wire(), arrays and pairs of these; "
+                                     "a container needs LIST");
+            return value.Read(&m_Packager);
+        }
+    }
+
+private:
+    template <size_t... I, class... T>
+    bool fields(std::index_sequence<I...>, T&... values)
+    {
+        [[maybe_unused]] static constexpr auto places = placesOf<T...>();
+        [[maybe_unused]] const unsigned char* run = nullptr;
+        return (field<places[I].runBytes, places[I].offset>(run, values) && ...);
+    }
+    template <int RunBytes, int Offset, class T>
+    bool field(const unsigned char*& run, T& value)
+    {
+        if constexpr (Offset < 0)
+        {
+            return one(value);
+        }
+        else
+        {
+            if constexpr (RunBytes != 0)
+            {
+                run = Access::next(m_Packager, RunBytes);
+                if (run)
+                    Access::took(m_Packager, RunBytes);
+            }
+            if (!run)
+                return one(value);
+            load(run + Offset, value);
+            return true;
+        }
+    }
+
+    template <unsigned Flags, class C, class... W>
+    bool elements(C& list, int count, W... words)
+    {
+        if constexpr (Flags & kOnlyAboveZero)
+        {
+            if (count < 1)
+                return true;
+        }
+        using T = typename ElementOf<C>::Type;
+        int64_t size = smallest<T>();
+        if constexpr (Flags & kPairs)
+            size += smallest<typename C::key_type>();
+        const int64_t left = Access::left(m_Packager);
+        const int64_t bound = boundedCount(count, left, size);
+
+        if constexpr (Flags & kSizedFirst)
+        {
+            list.resize(static_cast<size_t>(bound));
+            return intoSlots<Flags>(list, bound);
+        }
+        else if constexpr (Flags & kIntoExistingSlots)
+        {
+            return intoSlots<Flags>(list, bound);
+        }
+        else
+        {
+            if constexpr (!(Flags & (kAppends | kClearedFirst)))
+                list.clear();
+            if constexpr (kIsMap<C>)
+            {
+                return intoMap<Flags>(list, bound, words...);
+            }
+            else
+            {
+                // No more than the bytes that are there can fill.
+                const int64_t present = left / (size > 0 ? size : 1);
+                list.reserve(list.size() + static_cast<size_t>(bound < present ? bound : present));
+                return ontoList<Flags>(list, bound);
+            }
+        }
+    }
+
+    static constexpr bool isTested(unsigned flags) { return !(flags & (kUntestedElements | kUntestedElementsOnRead)); }
+
+    template <unsigned Flags, class C>
+    bool ontoList(C& list, int64_t bound)
+    {
+        bool good = true;
+        [[maybe_unused]] typename C::value_type local{};
+        for (int64_t i = 0; i < bound; ++i)
+        {
+            if constexpr (Flags & kThroughOneLocal)
+            {
+                good = one(local);
+                if (good || !isTested(Flags))
+                    list.push_back(local);
+            }
+            else
+            {
+                list.emplace_back();
+                good = one(list.back());
+                if (!good && isTested(Flags))
+                    list.pop_back();
+            }
+            if (!good && isTested(Flags))
+                return false;
+        }
+        return good || !(Flags & kLastElementDecides);
+    }
+    template <unsigned Flags, class C>
+    bool intoSlots(C& list, int64_t bound)
+    {
+        for (int64_t i = 0; i < bound; ++i)
+        {
+            typename C::value_type dropped{};
+            const bool kept = static_cast<size_t>(i) < list.size();
+            if (!one(kept ? list[static_cast<size_t>(i)] : dropped) && isTested(Flags))
+                return false;
+        }
+        return true;
+    }
+    template <unsigned Flags, class K, class T, class... W>
+    bool intoMap(std::map<K, T>& map, int64_t bound, W... words)
+    {
+        for (int64_t i = 0; i < bound; ++i)
+        {
+            T element{};
+            K key{};
+            bool good = true;
+            if constexpr (Flags & kPairs)
+                good = one(key) && isTested(Flags);
+            if constexpr ((Flags & kPairs) && isTested(Flags))
+                good = good && one(element);
+            else
+                good = one(element) && good;
+            if (!good && isTested(Flags))
+                return false;
+            if constexpr (Flags & kKeyed)
+                key = keyOf(element, words...);
+            else if constexpr (Flags & kByPosition)
+                key = static_cast<K>(i);
+            // Keys mostly ascend on the wire, so the end is the place to try first.
+            map.insert_or_assign(map.end(), key, std::move(element));
+        }
+        return true;
+    }
+    template <class T, class K, class... W>
+    static const K& keyOf(const T& element, KeyWord<T, K> word, W...)
+    {
+        return element.*word.m_Member;
+    }
+    template <class T, class Other, class... W>
+    static const auto& keyOf(const T& element, Other, W... words)
+    {
+        return keyOf(element, words...);
+    }
+
+    template <size_t Widest, class T, size_t Rows, size_t Columns>
+    void tableCell(T (&table)[Rows][Columns], int64_t row, int64_t column)
+    {
+        // A table narrower than the others has no cell on the wire beyond its own width.
+        if (Columns < Widest && column >= static_cast<int64_t>(Columns))
+            return;
+        T dropped{};
+        const bool kept = row < static_cast<int64_t>(Rows) && column < static_cast<int64_t>(Columns);
+        one(kept ? table[row][column] : dropped);
+    }
+    template <class T, size_t Rows>
+    void rowCell(T (&table)[Rows], int64_t row)
+    {
+        T dropped{};
+        one(row < static_cast<int64_t>(Rows) ? table[row] : dropped);
+    }
+    template <class T>
+    void everyElement(T& table)
+    {
+        if constexpr (std::is_array_v<T>)
+            for (auto& element : table)
+                everyElement(element);
+        else
+            one(table);
+    }
+    template <class T>
+    static void zero(T& table)
+    {
+        if constexpr (std::is_array_v<T>)
+            for (auto& element : table)
+                zero(element);
+        else
+            table = T();
+    }
+
+    P& m_Packager;
+    PendingCounts m_Counts;
+};
+
+} // namespace wire
