@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace wire
@@ -46,6 +47,8 @@ enum class Kind
 // Walks the elements of a container: key (null in a sequence) and value of each.
 using Visit = std::function<void(const void* key, const void* value)>;
 using Walk = void (*)(const void* container, const Visit& visit);
+// The bytes that a packager member holds, and how many.
+using BytesOf = std::pair<const unsigned char*, int> (*)(const void* member);
 
 struct Field
 {
@@ -63,6 +66,8 @@ struct Field
     // The class of a record, or null.
     const Schema* record = nullptr;
     Walk walk = nullptr;
+    // Of a payload only.
+    BytesOf bytes = nullptr;
     std::vector<Field> parts;
     // The counts that a writer of interleaved tables sends.
     std::vector<int> literals;
