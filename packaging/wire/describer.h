@@ -115,6 +115,11 @@ public:
         return add(names, "", values...);
     }
     template <class... T>
+    bool SkippedOnFailure(const char* names, const T&... values)
+    {
+        return add(names, "SkippedOnFailure", values...);
+    }
+    template <class... T>
     bool UntestedFields(const char* names, const T&... values)
     {
         return add(names, "Untested", values...);
@@ -124,6 +129,7 @@ public:
     {
         return add(names, "Untested FromZero", values...);
     }
+    bool Unlimited(const char* names, const zet::Buffer& buffer) { return add(names, "Unlimited", buffer); }
     // Remembered by no tool; the statement is for the reader of the source and for the test of completeness.
     template <class... T>
     bool NotSent(const char*, const T&...)

@@ -15,10 +15,14 @@
 
 // Fields in order, tested.
 #define FIELDS(...) v.Fields(#__VA_ARGS__, __VA_ARGS__)
+// Fields in order, tested by a writer; where one cannot be read, those behind it are skipped and the walk goes on.
+#define SKIPPED_ON_FAILURE(...) v.SkippedOnFailure(#__VA_ARGS__, __VA_ARGS__)
 // Fields that are all tried and decide nothing.
 #define UNTESTED(...) v.UntestedFields(#__VA_ARGS__, __VA_ARGS__)
 // The same, set to 0 in front of reading.
 #define UNTESTED_FROM_ZERO(...) v.UntestedFromZero(#__VA_ARGS__, __VA_ARGS__)
+// A buffer that may be larger than a packager's buffer value.
+#define UNLIMITED(buffer) v.Unlimited(#buffer, buffer)
 // Members that stay at home.
 #define NOT_SENT(...) v.NotSent(#__VA_ARGS__, __VA_ARGS__)
 // A class without fields of its own.

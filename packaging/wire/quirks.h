@@ -65,8 +65,8 @@ inline constexpr Word<kUntestedElementsOnRead | kLastElementDecides> LastElement
 inline constexpr Word<kByPosition> KeyedByPosition;
 // The map's key travels in front of its value.
 inline constexpr Word<kPairs> Pairs;
-// A count that fails or is below 1 ends the list well and leaves it as it was.
-inline constexpr Word<kOnlyAboveZero | kUntestedCount | kUntestedElements> OnlyAboveZero;
+// A count that cannot be read or is below 1 ends the list well and leaves it as it was; elements are read untested.
+inline constexpr Word<kOnlyAboveZero | kUntestedElementsOnRead> OnlyAboveZero;
 
 template <class... W>
 inline constexpr unsigned kFlagsOf = (0u | ... | W::kFlags);

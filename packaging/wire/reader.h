@@ -18,6 +18,13 @@ public:
     {
         return fields(std::index_sequence_for<T...>(), values...);
     }
+    // The first that fails skips those behind it and decides nothing.
+    template <class... T>
+    bool SkippedOnFailure(const char* names, T&... values)
+    {
+        Fields(names, values...);
+        return true;
+    }
     // Every field is tried, and none decides; one that fails keeps its value.
     template <class... T>
     bool UntestedFields(const char*, T&... values)
@@ -33,6 +40,7 @@ public:
         (everyElement(values), ...);
         return true;
     }
+    bool Unlimited(const char*, zet::Buffer& buffer) { return readSizedBytes(m_Packager, &buffer); }
     template <class... T>
     bool NotSent(const char*, T&...)
     {
@@ -51,7 +59,7 @@ public:
         if constexpr (flags & kClearedFirst)
             list.clear();
         int count = 0;
-        if (!one(count) && !(flags & kUntestedCount))
+        if (!one(count) && !(flags & (kUntestedCount | kOnlyAboveZero)))
             return false;
         return elements<flags>(list, count, words...);
     }

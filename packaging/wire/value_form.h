@@ -5,6 +5,7 @@
 #include "packaging/wire/access.h"
 #include "packaging/wire/text_form.h"
 
+#include <climits>
 #include <cstdint>
 #include <type_traits>
 
@@ -173,27 +174,40 @@ bool readFloat(P& packager, float* value)
     return true;
 }
 
+// A size and that many bytes, as many as the packager holds.
 template <class P>
-bool writeBuffer(P& packager, const zet::Buffer& value)
+bool writeSizedBytes(P& packager, const zet::Buffer& value)
 {
     const int size = value.getBufferSize();
-    if (std::is_same_v<P, CCmdPackager> && size > CCmdPackager::kMaxBufferSize)
-        return false;
     return writeScalar(packager, size) && writeBytes(packager, value.getBuffer(), size);
 }
 
 template <class P>
-bool readBuffer(P& packager, zet::Buffer* value)
+bool readSizedBytes(P& packager, zet::Buffer* value, int most = INT_MAX)
 {
     int size = 0;
-    if (!readScalar(packager, &size) || size < 0)
-        return false;
-    if (std::is_same_v<P, CCmdPackager> && size > CCmdPackager::kMaxBufferSize)
+    if (!readScalar(packager, &size) || size < 0 || size > most)
         return false;
     // A large block is made only for bytes that are there.
     if (size > kTrustedBytes && size > Access::left(packager))
         return false;
     return value->setBufferSize(size) == size && readBytes(packager, value->getBuffer(), size);
+}
+
+// The same as a value of the packager; the command packager's has a largest size.
+template <class P>
+inline constexpr int kMaxBufferSize = std::is_same_v<P, CCmdPackager> ? CCmdPackager::kMaxBufferSize : INT_MAX;
+
+template <class P>
+bool writeBuffer(P& packager, const zet::Buffer& value)
+{
+    return value.getBufferSize() <= kMaxBufferSize<P> && writeSizedBytes(packager, value);
+}
+
+template <class P>
+bool readBuffer(P& packager, zet::Buffer* value)
+{
+    return readSizedBytes(packager, value, kMaxBufferSize<P>);
 }
 
 template <class P>
