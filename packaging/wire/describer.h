@@ -136,6 +136,15 @@ public:
     {
         return true;
     }
+    template <class Steps>
+    bool EitherWay(Steps steps)
+    {
+        const size_t first = m_Schema.fields.size();
+        steps();
+        for (size_t i = first; i < m_Schema.fields.size(); ++i)
+            m_Schema.fields[i].words += m_Schema.fields[i].words.empty() ? "EitherWay" : " EitherWay";
+        return true;
+    }
     template <class Base>
     bool Head(const Base& base)
     {
@@ -165,6 +174,14 @@ public:
     bool ElementsOf(const char* names, const C& list, W...)
     {
         addList(names, Kind::kElementsOf, kFlagsOf<W...>, list);
+        return true;
+    }
+    template <class... C>
+    bool ThroughOneLocal(const char* names, const C&... lists)
+    {
+        constexpr unsigned flags = Untested.kFlags | kAppends | kThroughOneLocal;
+        Names each(names);
+        (m_Schema.fields.push_back(listField(each.next(), Kind::kList, flags, lists)), ...);
         return true;
     }
     template <class... C>

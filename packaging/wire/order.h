@@ -27,6 +27,8 @@
 #define NOT_SENT(...) v.NotSent(#__VA_ARGS__, __VA_ARGS__)
 // A class without fields of its own.
 #define NO_FIELDS true
+// Steps that end at the first that fails, while the walk goes on behind them; a count not reached is 0.
+#define EITHER_WAY(steps) v.EitherWay([&] { return steps; })
 // The base's part, wherever it stands.
 #define HEAD(Base) v.template Head<Base>(static_cast<wire::Like<R, Base>&>(r))
 // A count and that many elements.
@@ -34,6 +36,9 @@
 // The two halves of a list that stand apart.
 #define COUNT_OF(list) v.CountOf(#list, list)
 #define ELEMENTS_OF(...) v.ElementsOf(#__VA_ARGS__, __VA_ARGS__)
+// Lists that reading adds to by way of one local for the elements of all: what a failed read leaves out keeps the value
+// of the element before, across the lists too. Nothing in them decides, in either direction.
+#define THROUGH_ONE_LOCAL(...) v.ThroughOneLocal(#__VA_ARGS__, __VA_ARGS__)
 // Parallel arrays sent row by row; the count of the first stands before, as COUNT_OF.
 #define COLUMNS(...) v.Columns(#__VA_ARGS__, __VA_ARGS__)
 // A fixed table behind a count that readers ignore.

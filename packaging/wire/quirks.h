@@ -57,8 +57,6 @@ inline constexpr Word<kUntestedElementsOnRead> ElementsUntestedOnRead;
 inline constexpr Word<kSizedFirst> SizedFirst;
 // Reading stores into the slots that the list has; elements beyond them are taken from the payload and dropped.
 inline constexpr Word<kIntoExistingSlots> IntoExistingSlots;
-// Reading uses one local for all elements, so what a failed read leaves out keeps the element's before it.
-inline constexpr Word<kThroughOneLocal> ThroughOneLocal;
 // Reading stores every element, and the last one read decides the result.
 inline constexpr Word<kUntestedElementsOnRead | kLastElementDecides> LastElementDecides;
 // The map's key is the element's place on the wire, from 0: holes close when it travels.

@@ -46,6 +46,12 @@ public:
     {
         return true;
     }
+    template <class Steps>
+    bool EitherWay(Steps steps)
+    {
+        steps();
+        return true;
+    }
     template <class Base>
     bool Head(Base& base)
     {
@@ -76,6 +82,14 @@ public:
     bool ElementsOf(const char*, C& list, W... words)
     {
         return elements<kFlagsOf<W...>>(list, m_Counts.get(&list), words...);
+    }
+    template <class First, class... C>
+    bool ThroughOneLocal(const char*, First& first, C&... rest)
+    {
+        typename First::value_type local{};
+        addThrough(local, first);
+        (addThrough(local, rest), ...);
+        return true;
     }
     // All columns are emptied, sized to the rows, and filled row by row; no cell decides.
     template <class First, class... C>
@@ -254,26 +268,29 @@ private:
     bool ontoList(C& list, int64_t bound)
     {
         bool good = true;
-        [[maybe_unused]] typename C::value_type local{};
         for (int64_t i = 0; i < bound; ++i)
         {
-            if constexpr (Flags & kThroughOneLocal)
-            {
-                good = one(local);
-                if (good || !isTested(Flags))
-                    list.push_back(local);
-            }
-            else
-            {
-                list.emplace_back();
-                good = one(list.back());
-                if (!good && isTested(Flags))
-                    list.pop_back();
-            }
+            list.emplace_back();
+            good = one(list.back());
             if (!good && isTested(Flags))
+            {
+                list.pop_back();
                 return false;
+            }
         }
         return good || !(Flags & kLastElementDecides);
+    }
+    template <class T, class C>
+    void addThrough(T& local, C& list)
+    {
+        int count = 0;
+        one(count);
+        const int64_t bound = boundedCount(count, Access::left(m_Packager), smallest<T>());
+        for (int64_t i = 0; i < bound; ++i)
+        {
+            one(local);
+            list.push_back(local);
+        }
     }
     template <unsigned Flags, class C>
     bool intoSlots(C& list, int64_t bound)
@@ -312,8 +329,8 @@ private:
         }
         return true;
     }
-    template <class T, class K, class... W>
-    static const K& keyOf(const T& element, KeyWord<T, K> word, W...)
+    template <class T, class Base, class K, class... W>
+    static const K& keyOf(const T& element, KeyWord<Base, K> word, W...)
     {
         return element.*word.m_Member;
     }

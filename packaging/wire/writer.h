@@ -41,6 +41,12 @@ public:
     {
         return true;
     }
+    template <class Steps>
+    bool EitherWay(Steps steps)
+    {
+        steps();
+        return true;
+    }
     template <class Base>
     bool Head(const Base& base)
     {
@@ -48,7 +54,7 @@ public:
     }
 
     template <class C, class... W>
-    bool List(const char*, const C& list, W... words)
+    bool List(const char*, const C& list, W...)
     {
         constexpr bool tested = !(kFlagsOf<W...> & kUntestedCount);
         return (one(static_cast<int>(list.size())) || !tested) && elements<kFlagsOf<W...>>(list);
@@ -62,6 +68,12 @@ public:
     bool ElementsOf(const char*, const C& list, W...)
     {
         return elements<kFlagsOf<W...>>(list);
+    }
+    template <class... C>
+    bool ThroughOneLocal(const char* names, const C&... lists)
+    {
+        (List(names, lists, Untested), ...);
+        return true;
     }
     // A column shorter than the first is filled with default values.
     template <class First, class... C>
@@ -186,7 +198,7 @@ private:
             else if constexpr ((Flags & kPairs) && tested)
                 good = one(element.first) && one(element.second);
             else if constexpr (Flags & kPairs)
-                good = one(element.first) & one(element.second);
+                good = (one(element.first), one(element.second));
             else
                 good = one(element.second);
             if (tested && !good)
