@@ -32,6 +32,8 @@ std::string wordsOf(unsigned flags)
         {OnlyAboveZero.kFlags, "OnlyAboveZero"},
         {Untested.kFlags, "Untested"},
         {LastElementDecides.kFlags, "LastElementDecides"},
+        {UntestedOnRead.kFlags, "UntestedOnRead"},
+        {UntestedOnWrite.kFlags, "UntestedOnWrite"},
         {kUntestedElements, "ElementsUntested"},
         {kUntestedElementsOnRead, "ElementsUntestedOnRead"},
         {kAppends, "Appends"},

@@ -104,6 +104,13 @@ void walkOf(const void* container, const Visit& visit)
     }
 }
 
+template <class P>
+std::pair<const unsigned char*, int> bytesOf(const void* member)
+{
+    const P& packager = *static_cast<const P*>(member);
+    return {packager.GetBuffer(), packager.GetDataSize()};
+}
+
 class Describer
 {
 public:
@@ -182,6 +189,30 @@ public:
         constexpr unsigned flags = Untested.kFlags | kAppends | kThroughOneLocal;
         Names each(names);
         (m_Schema.fields.push_back(listField(each.next(), Kind::kList, flags, lists)), ...);
+        return true;
+    }
+    template <class P>
+    bool Payload(const char* names, const P& packager)
+    {
+        Field field;
+        field.name = Names(names).next();
+        field.kind = Kind::kPayload;
+        field.offset = offsetOf(packager);
+        field.bytes = &bytesOf<P>;
+        m_Schema.fields.push_back(field);
+        return true;
+    }
+    template <size_t N>
+    bool SizedBytes(const char* names, const int& size, const unsigned char (&bytes)[N], int)
+    {
+        Field field;
+        field.name = Names(names).next();
+        field.kind = Kind::kSizedBytes;
+        field.words = "Untested";
+        field.offset = offsetOf(bytes);
+        field.sizeOffset = offsetOf(size);
+        field.extent = static_cast<int>(N);
+        m_Schema.fields.push_back(field);
         return true;
     }
     template <class... C>

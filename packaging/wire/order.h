@@ -39,6 +39,10 @@
 // Lists that reading adds to by way of one local for the elements of all: what a failed read leaves out keeps the value
 // of the element before, across the lists too. Nothing in them decides, in either direction.
 #define THROUGH_ONE_LOCAL(...) v.ThroughOneLocal(#__VA_ARGS__, __VA_ARGS__)
+// The size and the bytes of a packager.
+#define PAYLOAD(packager) v.Payload(#packager, packager)
+// As many bytes of an array as an earlier field says, of which known have a value; they decide nothing on reading.
+#define SIZED_BYTES(size, bytes, known) v.SizedBytes(#bytes, size, bytes, known)
 // Parallel arrays sent row by row; the count of the first stands before, as COUNT_OF.
 #define COLUMNS(...) v.Columns(#__VA_ARGS__, __VA_ARGS__)
 // A fixed table behind a count that readers ignore.

@@ -21,7 +21,9 @@ enum Quirk : unsigned
     kByPosition = 1 << 9,
     kPairs = 1 << 10,
     kOnlyAboveZero = 1 << 11,
-    kKeyed = 1 << 12
+    kKeyed = 1 << 12,
+    kUntestedCountOnRead = 1 << 13,
+    kUntestedOnWrite = 1 << 14
 };
 
 template <unsigned F>
@@ -53,6 +55,10 @@ inline constexpr Word<kUntestedCount | kUntestedElements> Untested;
 inline constexpr Word<kUntestedElements> ElementsUntested;
 // The same for reading alone; a writer stops at the first element that fails.
 inline constexpr Word<kUntestedElementsOnRead> ElementsUntestedOnRead;
+// Neither the count nor an element decides a reading, and a count that fails is 0; a writer tests both.
+inline constexpr Word<kUntestedCountOnRead | kUntestedElementsOnRead> UntestedOnRead;
+// Neither decides a writing; a reader tests both.
+inline constexpr Word<kUntestedOnWrite> UntestedOnWrite;
 // Reading sizes the list to the count and then fills it in place.
 inline constexpr Word<kSizedFirst> SizedFirst;
 // Reading stores into the slots that the list has; elements beyond them are taken from the payload and dropped.

@@ -3,6 +3,8 @@
 
 #include "packaging/wire/visit.h"
 
+#include <algorithm>
+
 namespace wire
 {
 
@@ -65,7 +67,7 @@ public:
         if constexpr (flags & kClearedFirst)
             list.clear();
         int count = 0;
-        if (!one(count) && !(flags & (kUntestedCount | kOnlyAboveZero)))
+        if (!one(count) && !(flags & (kUntestedCount | kUntestedCountOnRead | kOnlyAboveZero)))
             return false;
         return elements<flags>(list, count, words...);
     }
@@ -89,6 +91,38 @@ public:
         typename First::value_type local{};
         addThrough(local, first);
         (addThrough(local, rest), ...);
+        return true;
+    }
+    // The bytes go straight from one packager into the other, behind what that holds. A size that no packager has
+    // room for is told to the log; one that the payload does not have is refused without a word.
+    template <class Inner>
+    bool Payload(const char*, Inner& inner)
+    {
+        int size = 0;
+        if (!one(size) || size < 0)
+            return false;
+        if (size > CCmdPackager::kMaxDataSize)
+            return m_Packager.Alloc(size);
+        const unsigned char* bytes = Access::next(m_Packager, size);
+        if (!bytes)
+            return false;
+        Access::took(m_Packager, size);
+        return inner.Write(bytes, size);
+    }
+    // Bytes beyond the array are taken from the payload and dropped. A byte that is missing keeps its value where
+    // known says that it has one, and becomes 0 elsewhere: the array starts unset.
+    template <size_t N>
+    bool SizedBytes(const char*, int size, unsigned char (&bytes)[N], int known)
+    {
+        const int most = static_cast<int>(N);
+        const int present = std::clamp(size, 0, Access::left(m_Packager));
+        const int kept = std::min(present, most);
+        if (kept > 0)
+            std::memcpy(bytes, Access::next(m_Packager, kept), static_cast<size_t>(kept));
+        Access::took(m_Packager, present);
+        const int unset = std::max(kept, std::min(known, most));
+        if (unset < std::min(size, most))
+            std::memset(bytes + unset, 0, static_cast<size_t>(std::min(size, most) - unset));
         return true;
     }
     // All columns are emptied, sized to the rows, and filled row by row; no cell decides.
@@ -128,8 +162,10 @@ public:
         one(columns);
         if (rows <= 0 || columns <= 0)
             return true;
+        // Columns beyond the narrow tables hold a cell of each full table only.
+        constexpr int64_t full = ((std::extent_v<First, 1> == Columns) + ... + (std::extent_v<T, 1> == Columns));
         const int64_t cells =
-            boundedCount(int64_t(rows) * columns, Access::left(m_Packager), smallest<Cell>() * (1 + sizeof...(T)));
+            boundedCount(int64_t(rows) * columns, Access::left(m_Packager), smallest<Cell>() * full);
         for (int64_t cell = 0; cell < cells; ++cell)
         {
             tableCell<Columns>(first, cell / columns, cell % columns);

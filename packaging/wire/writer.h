@@ -3,6 +3,8 @@
 
 #include "packaging/wire/visit.h"
 
+#include <algorithm>
+
 namespace wire
 {
 
@@ -56,7 +58,7 @@ public:
     template <class C, class... W>
     bool List(const char*, const C& list, W...)
     {
-        constexpr bool tested = !(kFlagsOf<W...> & kUntestedCount);
+        constexpr bool tested = !(kFlagsOf<W...> & (kUntestedCount | kUntestedOnWrite));
         return (one(static_cast<int>(list.size())) || !tested) && elements<kFlagsOf<W...>>(list);
     }
     template <class C>
@@ -74,6 +76,19 @@ public:
     {
         (List(names, lists, Untested), ...);
         return true;
+    }
+    // All bytes that the inner packager holds, wherever its read pointer stands.
+    template <class Inner>
+    bool Payload(const char*, const Inner& inner)
+    {
+        const int size = inner.GetDataSize();
+        return one(size) && writeBytes(m_Packager, inner.GetBuffer(), size);
+    }
+    // No more than the array has.
+    template <size_t N>
+    bool SizedBytes(const char*, int size, const unsigned char (&bytes)[N], int)
+    {
+        return writeBytes(m_Packager, bytes, std::clamp(size, 0, static_cast<int>(N)));
     }
     // A column shorter than the first is filled with default values.
     template <class First, class... C>
@@ -189,7 +204,7 @@ private:
     template <unsigned Flags, class C>
     bool elements(const C& list)
     {
-        constexpr bool tested = !(Flags & kUntestedElements);
+        constexpr bool tested = !(Flags & (kUntestedElements | kUntestedOnWrite));
         for (const auto& element : list)
         {
             bool good;
