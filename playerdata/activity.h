@@ -1,0 +1,86 @@
+// Seasonal activities: small state machines between two dates, with a value that a player must feed every day.
+// Fields without a comment are carried: moved without being read.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+class CCmdHead;
+class CCmdPackager;
+class CDataPackager;
+namespace wire
+{
+struct Schema;
+}
+
+// What all activities have. m_StartTime and m_EndTime are calendar texts of local civil time.
+class COMMONGROUND_API FGameActivityBase
+{
+public:
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Write(CDataPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    virtual bool Read(CDataPackager* pk);
+    virtual bool DealActivity(CCmdHead* command) = 0;
+    virtual zet::String_T<wchar_t> ToString() = 0;
+    virtual void FromString(zet::String_T<wchar_t>& text) = 0;
+    virtual bool CheckEnable() = 0;
+    virtual void DailyClear() = 0;
+    static const wire::Schema& Wire();
+
+    // Above 0 the activity exists.
+    int m_ActivityType = 0;
+    int m_ActivityValue = 1;
+    zet::String_T<wchar_t> m_ActivityText0;
+    // The first and the last moment of the activity; both belong to it.
+    zet::String_T<wchar_t> m_StartTime;
+    zet::String_T<wchar_t> m_EndTime;
+    zet::String_T<wchar_t> m_ActivityText1;
+    bool m_ActivityFlag0 = false;
+    // The last answer of CheckEnable.
+    bool m_IsEnable = false;
+    bool m_ActivityFlag1 = false;
+
+protected:
+    // No virtual destructor: an activity is a value and is never destroyed through its base.
+    ~FGameActivityBase() = default;
+};
+
+// The Christmas activity: points that decay on the days missed.
+class COMMONGROUND_API FGameActivityChristmas : public FGameActivityBase
+{
+public:
+    enum State
+    {
+        kWaiting = 1,
+        kRunning = 2,
+        kOver = 3
+    };
+
+    FGameActivityChristmas() { m_ActivityType = 1; }
+    bool Write(CCmdPackager* pk) const override;
+    bool Write(CDataPackager* pk) const override;
+    bool Read(CCmdPackager* pk) override;
+    bool Read(CDataPackager* pk) override;
+    static const wire::Schema& Wire();
+
+    // An empty hook; false.
+    bool DealActivity(CCmdHead* command) override;
+    // "points|played|missed", played as 0 or 1.
+    zet::String_T<wchar_t> ToString() override;
+    // The same back. An empty text changes nothing; a number that is missing leaves its member alone, but a missing
+    // played is false.
+    void FromString(zet::String_T<wchar_t>& text) override;
+    // Sets m_IsEnable and m_ActivityState by the present time and returns m_IsEnable. An activity that does not exist
+    // is not enabled, and its state stays.
+    bool CheckEnable() override;
+    // Once a day, while enabled: counts a day without play, then takes 2 points at one missed day, 3 at two and all
+    // beyond, down to 0. The count alone decides, so a day with play costs the same until the host clears it.
+    // m_PlayedToday becomes false, enabled or not.
+    void DailyClear() override;
+
+    int m_Points = 0;
+    int m_MissedDays = 0;
+    bool m_PlayedToday = false;
+    int m_ActivityState = kWaiting;
+};

@@ -1,0 +1,73 @@
+// The rank boards of the two later competition seasons.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+class CCmdPackager;
+class CDataPackager;
+namespace wire
+{
+struct Schema;
+}
+
+// One line of a board.
+class COMMONGROUND_API CombatRankData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Name;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+};
+
+// The whole combat board. Its tables travel cell by cell in turn, the third in its three columns only, and decide
+// nothing: a cut board reads true and keeps what the tables held.
+class COMMONGROUND_API CombatRankData_Pack_Reply
+{
+public:
+    static constexpr int kRows = 6;
+    static constexpr int kColumns = 5;
+    static constexpr int kThirdColumns = 3;
+
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = 0;
+    zet::String_T<wchar_t> m_Msg;
+    CombatRankData m_Self[2];
+    bool m_Flag1 = false;
+    bool m_Flag2 = false;
+    int m_Value5 = 0;
+    int m_Value6 = 0;
+    int m_Value7 = 0;
+    CombatRankData m_CombatRankDatas1[kRows][kColumns];
+    CombatRankData m_CombatRankDatas2[kRows][kColumns];
+    CombatRankData m_CombatRankDatas3[kRows][kThirdColumns];
+};
+
+// The whole BS4 board: two tables of a hundred lines, sent in turn line by line, which decide nothing.
+class COMMONGROUND_API BS4RankData_Pack_Reply
+{
+public:
+    static constexpr int kRows = 100;
+
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    int m_Value1 = 0;
+    CombatRankData m_Self;
+    CombatRankData m_CombatRankDatas1[kRows];
+    CombatRankData m_CombatRankDatas2[kRows];
+};

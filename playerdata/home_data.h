@@ -1,0 +1,113 @@
+// The home feature: the player's record with its rush lives and daily prices, and homes with their members.
+// Fields without a comment are carried: moved without being read.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "playerdata/items.h"
+
+#include <vector>
+
+class CCmdPackager;
+class CDataPackager;
+namespace wire
+{
+struct Schema;
+}
+
+// A player's state in the home feature. Prices rise with what was bought on the same day.
+class COMMONGROUND_API AccountHomeData
+{
+public:
+    static constexpr int kPlainRushLife = 3;
+    static constexpr int kVIPRushLife = 5;
+
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    // The next unlock in diamonds, by m_RushUnlockTimes: 10 below 2, 20 below 6, then 40.
+    int GetHomeRushUnlockPrice() const;
+    // The next jump-off in diamonds, by m_JumpOffTimes: 50 below 2, 100 below 6, then 200.
+    int GetHomeJumpOffCostDiamond() const;
+    int GetTotalRushLife() const { return m_RushLife; }
+    bool GetIsJumpOff() const { return m_IsJumpOff; }
+    // Takes lives away, down to 0. A negative number adds lives, beyond the limit too.
+    void CostRushLife(int lives);
+    // The limit becomes 5; 5 lives are added, and what is above the limit is lost.
+    void OnGetVIP();
+    // The limit becomes 3, and lives above it are lost.
+    void OnLostVIP();
+    // The daily reset: counters 0, lives full to the limit of a VIP (isVIP not 0) or a plain player, no date.
+    // m_IsJumpOff and the carried values stay.
+    void ResetHomData(int isVIP);
+
+    bool m_IsHomeValid = false;
+    int m_HomeValue0 = 0;
+    int m_DailyValue0 = 0;
+    int m_HomeValue1 = 0;
+    int m_DailyValue1 = 0;
+    int m_RushLife = 0;
+    // Bought today.
+    int m_RushUnlockTimes = 0;
+    int m_JumpOffTimes = 0;
+    bool m_IsJumpOff = false;
+    zet::String_T<wchar_t> m_HomeDate;
+    // The limit of m_RushLife.
+    int m_MaxRushLife = kPlainRushLife;
+};
+
+// How a member looks: six values and the seven things worn.
+class COMMONGROUND_API MemberVisual
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_VisualValue0 = 0;
+    unsigned long m_VisualValue1 = 0;
+    int m_VisualValue2 = 0;
+    unsigned long m_VisualValue3 = 0;
+    int m_VisualValue4 = 0;
+    unsigned long m_VisualValue5 = 0;
+    Prop m_Props[7];
+};
+
+class COMMONGROUND_API MemberData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_MemberId = 0;
+    zet::String_T<wchar_t> m_MemberText0;
+    zet::String_T<wchar_t> m_MemberText1;
+    zet::String_T<wchar_t> m_MemberText2;
+    bool m_MemberFlag = false;
+    MemberVisual m_Visual;
+    zet::String_T<wchar_t> m_MemberText3;
+    zet::String_T<wchar_t> m_MemberText4;
+    zet::String_T<wchar_t> m_MemberText5;
+};
+
+// A home and those who live in it.
+class COMMONGROUND_API HomeData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_HomeId = -1;
+    int m_HomeLevel = -1;
+    zet::String_T<wchar_t> m_HomeText0;
+    int m_HomeValue0 = -1;
+    zet::String_T<wchar_t> m_HomeText1;
+    int m_HomeValue1 = -1;
+    zet::String_T<wchar_t> m_HomeText2;
+    std::vector<MemberData> m_MemberDatas;
+};

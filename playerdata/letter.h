@@ -1,0 +1,31 @@
+// A letter of the mail.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+// Data only; the mail system and its hosts do the work.
+class COMMONGROUND_API CLetter
+{
+public:
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    // -1 marks a letter that has no id yet.
+    int m_LetterId = -1;
+    int m_LetterType = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    zet::String_T<wchar_t> m_Text4;
+    zet::String_T<wchar_t> m_Text5;
+    zet::String_T<wchar_t> m_Text6;
+    bool m_Read = false;
+};

@@ -1,0 +1,168 @@
+// A player's standing in the match events, a record for each generation. Almost all of it is carried: moved without
+// being read.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "playerdata/game_kinds.h"
+
+#include <map>
+
+class CCmdPackager;
+class CDataPackager;
+namespace wire
+{
+struct Schema;
+}
+
+// The first generation: stamps and teams.
+class COMMONGROUND_API AccountMatchData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_MatchText0;
+    zet::String_T<wchar_t> m_MatchText1;
+    int m_TeamId = -1;
+    int m_MatchValue0 = 0;
+    int m_MatchScore = 0;
+    int m_MatchValue1 = 0;
+    int m_MatchValue2 = -1;
+    int m_MatchValue3 = -2;
+    zet::String_T<wchar_t> m_MatchName;
+    zet::String_T<wchar_t> m_MatchText2;
+    zet::String_T<wchar_t> m_MatchText3;
+};
+
+// What a ranking shows of an AccountMatchData.
+class COMMONGROUND_API AccountMatchRankData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    // Takes the first two texts, m_MatchScore and m_MatchName.
+    void ReadData(const AccountMatchData& data);
+
+    zet::String_T<wchar_t> m_RankText0;
+    zet::String_T<wchar_t> m_RankText1;
+    int m_RankScore = 0;
+    zet::String_T<wchar_t> m_RankName;
+};
+
+// The third generation: the best family event, with weekly lives and a score for each of its games.
+class COMMONGROUND_API AccountMatchData3
+{
+public:
+    static constexpr int kWeekLives = 15;
+
+    AccountMatchData3() { ClearScoreMap(); }
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    // Gives the games of the event their start scores and leaves the scores of other games alone.
+    void ClearScoreMap();
+    // The sum of all scores, start scores and marker included.
+    int GetTotalGameScore() const;
+    // True when stage and team are both above 0.
+    bool IsJoinMatch() const { return m_MatchStage > 0 && m_MatchTeam > 0; }
+    // The weekly reset: stages 2 to 5 leave 5 to 8 in m_WeekResult, other stages leave it alone; then stage, team and
+    // the weekly values become 0 and the lives 15. The scores stay.
+    void WeekCleanData();
+
+    int m_WeekValue0 = 0;
+    int m_WeekLives = kWeekLives;
+    int m_Match3Value0 = 0;
+    bool m_Match3Flag0 = false;
+    int m_Match3Value1 = 5;
+    int m_Match3Value2 = 0;
+    int m_Match3Value3 = 5;
+    int m_Match3Value4 = 0;
+    int m_WeekValue1 = 0;
+    zet::String_T<wchar_t> m_Match3Text0;
+    FGameMatch m_MatchGame;
+    int m_MatchStage = 0;
+    int m_MatchTeam = 0;
+    int m_Match3Value5 = 0;
+    int m_Match3Value6 = 0;
+    bool m_Match3Flag1 = false;
+    bool m_Match3Flag2 = true;
+    int m_Match3Value7 = -1;
+    int m_Match3Value8 = 0;
+    int m_Match3Value9 = 0;
+    int m_Match3Value10 = 0;
+    zet::String_T<wchar_t> m_Match3Text1;
+    int m_Match3Value11 = 0;
+    int m_Match3Value12 = 0;
+    int m_Match3Value13 = -1;
+    zet::String_T<wchar_t> m_Match3Text2;
+    int m_WeekResult = 0;
+    int m_Match3Row[6] = {-1, -1, -1, -1, -1, -1};
+    bool m_Match3Flag3 = false;
+    int m_Match3Value14 = 0;
+    int m_Match3Value15 = 0;
+    int m_Match3Value16 = 0;
+    int m_Match3Value17 = 0;
+    int m_Match3Value18 = 0;
+    int m_Match3Value19 = 0;
+    int m_Match3Value20 = 0;
+    zet::String_T<wchar_t> m_Match3Text3;
+    zet::String_T<wchar_t> m_Match3Text4;
+    zet::String_T<wchar_t> m_Match3Text5;
+    zet::String_T<wchar_t> m_Match3Text6;
+    int m_Match3Value21 = 0;
+    int m_Match3Value22 = 0;
+    // From game number to score.
+    std::map<int, int> m_ScoreMap;
+    // For the process that holds the record.
+    bool m_Match3Local = false;
+};
+
+// The fourth generation: rating and grade.
+class COMMONGROUND_API AccountMatchData4
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_MatchRating = 1200;
+    int m_Match4Value0 = 0;
+    int m_Match4Value1 = 0;
+    int m_Match4Value2 = 0;
+    int m_Match4Value3 = 0;
+    int m_Match4Value4 = 0;
+    zet::String_T<wchar_t> m_Match4Text0;
+    int m_Match4Value5 = 0;
+    char m_MatchGrade = 'E';
+    zet::String_T<wchar_t> m_Match4Text1;
+    int m_Match4Value6 = 0;
+    int m_Match4Value7 = 0;
+    int m_Match4Value8 = 0;
+    int m_Match4Value9 = 0;
+    int m_Match4Value10 = 0;
+    int m_Match4Value11 = 0;
+    int m_Match4Value12 = 0;
+    int m_Match4Value13 = 1;
+    int m_Match4Value14 = 0;
+    int m_Match4Value15 = 0;
+    int m_Match4Value16 = 0;
+    int m_Match4Value17 = 0;
+    bool m_Match4Flag = false;
+    int m_Match4Value18 = 0;
+    int m_Match4Value19 = 0;
+    int m_Match4Value20 = 0;
+    int m_Match4Value21 = 0;
+    int m_Match4Value22 = 0;
+    int m_Match4Value23 = 0;
+};

@@ -1,0 +1,206 @@
+// What the match feature shows beside a player's own record: matches, lottery, rankings, awards and teams.
+// All of it is carried: moved without being read.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "playerdata/game_target.h"
+
+class AccountMatchData;
+class CCmdPackager;
+class CDataPackager;
+namespace wire
+{
+struct Schema;
+}
+
+// The numbers of a match's lottery.
+class COMMONGROUND_API LotteryInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_LotteryRowA[4] = {};
+    int m_LotteryRowB[7] = {};
+    int m_LotteryValue0 = 0;
+    int m_LotteryValue1 = 0;
+};
+
+// A match and its times in seconds since 1970, with three difficulties and three targets.
+class COMMONGROUND_API MatchData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_MatchKind = 0;
+    int m_MatchRound = 0;
+    unsigned long m_StartTime = 0;
+    zet::String_T<wchar_t> m_MatchTitle;
+    zet::String_T<wchar_t> m_MatchNote;
+    unsigned long m_EndTime = 0;
+    GameDifficulty m_GameDifficultys[3];
+    GameTarget m_GameTargets[3];
+    LotteryInfo m_LotteryInfo;
+};
+
+class COMMONGROUND_API MatchRankData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_RankName;
+    int m_RankValue0 = 0;
+    int m_RankValue1 = 0;
+};
+
+// A row of the total ranking.
+class COMMONGROUND_API MatchTotalScoreRank
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    // True for the row of the player whose record this is: the first texts of both are equal, nothing else counts.
+    bool operator==(const AccountMatchData& data) const;
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    zet::String_T<wchar_t> m_Text3;
+};
+
+// A prize that is a code.
+class COMMONGROUND_API MatchAwardsCodeInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    bool operator==(const MatchAwardsCodeInfo& other) const;
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    int m_Value1 = 0;
+};
+
+class COMMONGROUND_API MatchQueryAwards
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    zet::String_T<wchar_t> m_Text4;
+    int m_Value1 = 0;
+};
+
+// Goods of the match shop.
+class COMMONGROUND_API MatchShopAwardsInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = 0;
+    int m_Value5 = 0;
+};
+
+class COMMONGROUND_API TeamIdData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_TeamId = -1;
+    zet::String_T<wchar_t> m_TeamName;
+};
+
+// The state of a team in a match.
+class COMMONGROUND_API TeamMatchData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_TeamId = -1;
+    zet::String_T<wchar_t> m_TeamName;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = -1;
+    zet::String_T<wchar_t> m_Text1;
+    int m_Value5 = 0;
+    int m_Value6 = -1;
+    int m_Value7 = 0;
+    int m_Value8 = 0;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+class COMMONGROUND_API TeamMatchRankData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_TeamId = 0;
+    zet::String_T<wchar_t> m_TeamName;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+};
+
+// Two teams that met, and how it ended.
+class COMMONGROUND_API TeamMatchResultData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_TeamId1 = 0;
+    zet::String_T<wchar_t> m_TeamName1;
+    int m_TeamId2 = 0;
+    zet::String_T<wchar_t> m_TeamName2;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = 0;
+};
+
+class COMMONGROUND_API TeamMatchScheduleData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    zet::String_T<wchar_t> m_Text1;
+};

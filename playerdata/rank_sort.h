@@ -1,0 +1,167 @@
+// Rows of the ranking boards. m_Rank is the place of a row on its board; the sorting loops are the hosts'.
+// Exchange swaps two rows whole, but each place keeps its m_Rank.
+//
+// Comparisons take m_SortTime as a calendar text; one that is none counts as the start of 1970.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+class CCmdPackager;
+class CDataPackager;
+namespace wire
+{
+struct Schema;
+}
+
+class COMMONGROUND_API AccountSortInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    // By m_SortKey0, m_SortKey1, m_SortKey2, greater first; of equal rows the earlier is greater.
+    bool operator>(const AccountSortInfo& other) const;
+    static void Exchange(AccountSortInfo& a, AccountSortInfo& b);
+
+    zet::String_T<wchar_t> m_AccountName;
+    int m_SortId = 0;
+    int m_Rank = 0;
+    int m_SortKey0 = 0;
+    int m_SortKey1 = 0;
+    int m_SortKey2 = 0;
+    zet::String_T<wchar_t> m_NickName;
+    int m_SortValue = 0;
+    zet::String_T<wchar_t> m_SortTime;
+};
+
+class COMMONGROUND_API GameKinectSortInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    // By m_SortKey; of equal rows the earlier is greater.
+    bool operator>(const GameKinectSortInfo& other) const;
+    static void Exchange(GameKinectSortInfo& a, GameKinectSortInfo& b);
+
+    int m_Rank = 0;
+    int m_SortKey = 0;
+    int m_SortValue0 = 0;
+    zet::String_T<wchar_t> m_AccountName;
+    zet::String_T<wchar_t> m_NickName;
+    int m_SortValue1 = 0;
+    int m_SortId = 0;
+    zet::String_T<wchar_t> m_SortTime;
+    zet::String_T<wchar_t> m_SortText;
+};
+
+class COMMONGROUND_API GameMatchSortInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    // This board is turned round: the row with the greater m_SortKey is the smaller, and so, of equal keys, is the
+    // later. Both are false for rows of equal key and time.
+    bool operator<(const GameMatchSortInfo& other) const;
+    bool operator>(const GameMatchSortInfo& other) const;
+    static void Exchange(GameMatchSortInfo& a, GameMatchSortInfo& b);
+
+    int m_Rank = 0;
+    int m_SortKey = 0;
+    int m_SortValue0 = 0;
+    zet::String_T<wchar_t> m_AccountName;
+    zet::String_T<wchar_t> m_NickName;
+    zet::String_T<wchar_t> m_SortText;
+    zet::String_T<wchar_t> m_SortTime;
+    int m_SortValue1 = 0;
+    int m_SortId = 0;
+    int m_SortValue2 = 0;
+    int m_SortValue3 = 0;
+    int m_SortValue4 = 0;
+};
+
+class COMMONGROUND_API GameBrainSortInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    static void Exchange(GameBrainSortInfo& a, GameBrainSortInfo& b);
+
+    int m_Rank = 0;
+    int m_SortId = 0;
+    int m_SortKey = 0;
+    zet::String_T<wchar_t> m_AccountName;
+    zet::String_T<wchar_t> m_NickName;
+    zet::String_T<wchar_t> m_SortText;
+};
+
+class COMMONGROUND_API GameCalorieSortInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    static void Exchange(GameCalorieSortInfo& a, GameCalorieSortInfo& b);
+
+    int m_Rank = 0;
+    int m_SortId = 0;
+    int m_SortKey = 0;
+    zet::String_T<wchar_t> m_AccountName;
+    zet::String_T<wchar_t> m_NickName;
+};
+
+class COMMONGROUND_API GameMusicSortInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    static void Exchange(GameMusicSortInfo& a, GameMusicSortInfo& b);
+
+    int m_Rank = 0;
+    int m_SortId = 0;
+    int m_SortKey = 0;
+    zet::String_T<wchar_t> m_AccountName;
+    zet::String_T<wchar_t> m_NickName;
+};
+
+class COMMONGROUND_API GameRushSortInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    static void Exchange(GameRushSortInfo& a, GameRushSortInfo& b);
+
+    int m_Rank = 0;
+    int m_SortId = 0;
+    int m_SortKey = 0;
+    int m_SortValue = 0;
+    zet::String_T<wchar_t> m_AccountName;
+    zet::String_T<wchar_t> m_NickName;
+    zet::String_T<wchar_t> m_SortText;
+};
