@@ -1,0 +1,155 @@
+// What a CCmdVoidDataRequest or CCmdVoidDataReply carries about the account itself: its data, its character, its owner.
+// The numbers that tell the payloads apart are the hosts'.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "playerdata/account_core.h"
+#include "playerdata/account_global.h"
+
+class CDataPackager;
+namespace wire
+{
+struct Schema;
+}
+
+struct COMMONGROUND_API CmdCreateCharactorRequest
+{
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API CmdCreateCharactorReply
+{
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+};
+
+struct COMMONGROUND_API CmdRandomNickRequest
+{
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    bool m_Flag1 = false;
+};
+
+struct COMMONGROUND_API CmdRandomNickReply
+{
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API CmdGetUserDataReply
+{
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    AccountData m_Account;
+    AccountGlobalData m_GlobalData;
+};
+
+struct COMMONGROUND_API CmdGetV5UserDataRequest
+{
+    virtual bool Write(CDataPackager* pk) const;
+    virtual bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API CmdGetV5UserDataReply
+{
+    virtual bool Write(CDataPackager* pk) const;
+    virtual bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    AccountData m_Account;
+};
+
+// Asks for the address and takes no bytes.
+struct COMMONGROUND_API CmdUserAddressRequest
+{
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+};
+
+struct COMMONGROUND_API CmdUserAddressReply
+{
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    zet::String_T<wchar_t> m_Text4;
+};
+
+struct COMMONGROUND_API CmdCommitPhoneRequest
+{
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+struct COMMONGROUND_API CmdCommitQuestionnaireRequest
+{
+    virtual bool Write(CDataPackager* pk) const;
+    virtual bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+};
+
+struct COMMONGROUND_API CmdCommitQuestionnaireReply
+{
+    virtual bool Write(CDataPackager* pk) const;
+    virtual bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Text1;
+};
+
+struct COMMONGROUND_API CmdServerDateRequest
+{
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API CmdServerDateReply
+{
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    // The server's date.
+    zet::String_T<wchar_t> m_Text1;
+};

@@ -1,0 +1,58 @@
+// The game centre: zones register here, and clients ask for the zones.
+#pragma once
+
+#include "dispatch/command_ids.h"
+#include "dispatch/command_process.h"
+#include "packaging/command_head.h"
+
+#include <vector>
+
+struct COMMONGROUND_API GameZoneInfo
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+class COMMONGROUND_API CCmdGC_regGameZone : public CCmdPlatform
+{
+public:
+    CCmdGC_regGameZone() : CCmdPlatform(command_id::CCmdGC_regGameZone) {}
+    COMMAND_INTERFACE(CCmdGC_regGameZone)
+
+    GameZoneInfo m_GameZoneInfo;
+};
+
+class COMMONGROUND_API CCmdGC_regGameZoneOk : public CCmdPlatform
+{
+public:
+    CCmdGC_regGameZoneOk() : CCmdPlatform(command_id::CCmdGC_regGameZoneOk) {}
+    COMMAND_INTERFACE(CCmdGC_regGameZoneOk)
+};
+
+class COMMONGROUND_API CCmdGC_regGameZoneFail : public CCmdPlatform
+{
+public:
+    CCmdGC_regGameZoneFail() : CCmdPlatform(command_id::CCmdGC_regGameZoneFail) {}
+    COMMAND_INTERFACE(CCmdGC_regGameZoneFail)
+};
+
+class COMMONGROUND_API CCmdGC_gameZoneListRequest : public CCmdPlatform
+{
+public:
+    CCmdGC_gameZoneListRequest() : CCmdPlatform(command_id::CCmdGC_gameZoneListRequest) {}
+    COMMAND_INTERFACE(CCmdGC_gameZoneListRequest)
+};
+
+// Zones that cannot be read stand with what was read of them.
+class COMMONGROUND_API CCmdGC_gameZoneListResponse : public CCmdPlatform
+{
+public:
+    CCmdGC_gameZoneListResponse() : CCmdPlatform(command_id::CCmdGC_gameZoneListResponse) {}
+    COMMAND_INTERFACE(CCmdGC_gameZoneListResponse)
+
+    std::vector<GameZoneInfo> m_GameZoneInfos;
+};

@@ -1,0 +1,202 @@
+// The road into a session and out of it: the login variants, the answers that deliver the account, logout.
+// What the texts and numbers hold is agreed between client and platform server.
+#pragma once
+
+#include "dispatch/command_ids.h"
+#include "dispatch/command_process.h"
+#include "packaging/command_head.h"
+#include "playerdata/account_core.h"
+#include "playerdata/account_global.h"
+#include "playerdata/account_other.h"
+#include "playerdata/shop.h"
+
+// What most login variants have in common, and a login of its own.
+class COMMONGROUND_API CCmdBaseLogin : public CCmdPlatform
+{
+public:
+    CCmdBaseLogin() : CCmdPlatform(command_id::CCmdBaseLogin) {}
+    COMMAND_INTERFACE(CCmdBaseLogin)
+
+    zet::String_T<wchar_t> m_Texts[5];
+
+protected:
+    explicit CCmdBaseLogin(unsigned short id) : CCmdPlatform(id) {}
+};
+
+class COMMONGROUND_API CCmdGuestLogin : public CCmdBaseLogin
+{
+public:
+    explicit CCmdGuestLogin(unsigned short id = command_id::CCmdGuestLogin) : CCmdBaseLogin(id) {}
+    COMMAND_INTERFACE(CCmdGuestLogin)
+};
+
+class COMMONGROUND_API CCmdMacLogin : public CCmdBaseLogin
+{
+public:
+    explicit CCmdMacLogin(unsigned short id = command_id::CCmdMacLogin) : CCmdBaseLogin(id) {}
+    COMMAND_INTERFACE(CCmdMacLogin)
+};
+
+class COMMONGROUND_API CCmdMobileLogin : public CCmdBaseLogin
+{
+public:
+    explicit CCmdMobileLogin(unsigned short id = command_id::CCmdMobileLogin) : CCmdBaseLogin(id) {}
+    COMMAND_INTERFACE(CCmdMobileLogin)
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+// A login with an account of an outside service.
+class COMMONGROUND_API CCmdThirdAccountLogin : public CCmdBaseLogin
+{
+public:
+    explicit CCmdThirdAccountLogin(unsigned short id = command_id::CCmdThirdAccountLogin) : CCmdBaseLogin(id) {}
+    COMMAND_INTERFACE(CCmdThirdAccountLogin)
+
+    zet::String_T<wchar_t> m_Text1;
+    int m_Value1 = 0;
+};
+
+class COMMONGROUND_API CCmdWechatdAccountLogin : public CCmdBaseLogin
+{
+public:
+    explicit CCmdWechatdAccountLogin(unsigned short id = command_id::CCmdWechatdAccountLogin) : CCmdBaseLogin(id) {}
+    COMMAND_INTERFACE(CCmdWechatdAccountLogin)
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+// Stands beside the variants, with five texts of its own.
+class COMMONGROUND_API CCmdLogin : public CCmdPlatform
+{
+public:
+    CCmdLogin() : CCmdPlatform(command_id::CCmdLogin) {}
+    COMMAND_INTERFACE(CCmdLogin)
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    zet::String_T<wchar_t> m_Text4;
+    zet::String_T<wchar_t> m_Text5;
+};
+
+// The whole account at one stroke. The order of the records is the same in all answers that deliver them.
+class COMMONGROUND_API CCmdLoginSuccess : public CCmdPlatform
+{
+public:
+    CCmdLoginSuccess() : CCmdPlatform(command_id::CCmdLoginSuccess) {}
+    COMMAND_INTERFACE(CCmdLoginSuccess)
+
+    zet::Uuid m_Id1;
+    AccountGlobalData m_GlobalData;
+    AccountLingYuanGouData m_LingYuanGouData;
+    AccountData m_Account;
+    FGameShop m_GameShop;
+    int m_Value1 = 0;
+    bool m_Flag1 = false;
+    int m_Value2 = 0;
+};
+
+// The reason in words, and two numbers that say why.
+class COMMONGROUND_API CCmdLoginFail : public CCmdPlatform
+{
+public:
+    CCmdLoginFail() : CCmdPlatform(command_id::CCmdLoginFail) {}
+    COMMAND_INTERFACE(CCmdLoginFail)
+
+    zet::String_T<wchar_t> m_Text1;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+};
+
+// The second form of login, which goes on with CCmdLoginCheck.
+class COMMONGROUND_API CCmdLoginHPWD : public CCmdPlatform
+{
+public:
+    CCmdLoginHPWD() : CCmdPlatform(command_id::CCmdLoginHPWD) {}
+    COMMAND_INTERFACE(CCmdLoginHPWD)
+
+    zet::String_T<wchar_t> m_Text1;
+    unsigned long m_Value1 = 0;
+};
+
+class COMMONGROUND_API CCmdLoginCheck : public CCmdPlatform
+{
+public:
+    CCmdLoginCheck() : CCmdPlatform(command_id::CCmdLoginCheck) {}
+    COMMAND_INTERFACE(CCmdLoginCheck)
+
+    zet::String_T<wchar_t> m_Text1;
+    unsigned long m_Value1 = 0;
+};
+
+// The fields of CCmdLoginSuccess and three texts.
+class COMMONGROUND_API CCmdHpwdLoginSuccess : public CCmdPlatform
+{
+public:
+    CCmdHpwdLoginSuccess() : CCmdPlatform(command_id::CCmdHpwdLoginSuccess) {}
+    COMMAND_INTERFACE(CCmdHpwdLoginSuccess)
+
+    zet::Uuid m_Id1;
+    AccountGlobalData m_GlobalData;
+    AccountLingYuanGouData m_LingYuanGouData;
+    AccountData m_Account;
+    FGameShop m_GameShop;
+    int m_Value1 = 0;
+    bool m_Flag1 = false;
+    int m_Value2 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+};
+
+class COMMONGROUND_API CCmdHpwdLoginCancel : public CCmdPlatform
+{
+public:
+    CCmdHpwdLoginCancel() : CCmdPlatform(command_id::CCmdHpwdLoginCancel) {}
+    COMMAND_INTERFACE(CCmdHpwdLoginCancel)
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+// Ends a session and carries the client's last state back to the servers.
+class COMMONGROUND_API CCmdLogout : public CCmdPlatform
+{
+public:
+    explicit CCmdLogout(unsigned short id = command_id::CCmdLogout) : CCmdPlatform(id) {}
+    COMMAND_INTERFACE(CCmdLogout)
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    AccountGlobalData m_GlobalData;
+    AccountLingYuanGouData m_LingYuanGouData;
+    AccountData m_Account;
+};
+
+// The server tells a client that its session has ended; nobody answers.
+class COMMONGROUND_API CCmdAccountKickOut : public CCmdPlatform
+{
+public:
+    explicit CCmdAccountKickOut(unsigned short id = command_id::CCmdAccountKickOut) : CCmdPlatform(id) {}
+    COMMAND_INTERFACE(CCmdAccountKickOut)
+};
+
+class COMMONGROUND_API CCmdLoginStateRequest : public CCmdPlatform
+{
+public:
+    CCmdLoginStateRequest() : CCmdPlatform(command_id::CCmdLoginStateRequest) {}
+    COMMAND_INTERFACE(CCmdLoginStateRequest)
+};
+
+class COMMONGROUND_API CCmdLoginStateReply : public CCmdPlatform
+{
+public:
+    CCmdLoginStateReply() : CCmdPlatform(command_id::CCmdLoginStateReply) {}
+    COMMAND_INTERFACE(CCmdLoginStateReply)
+
+    int m_Value1 = 0;
+};

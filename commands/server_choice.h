@@ -1,0 +1,53 @@
+// The list of servers that a client is offered, and its choice, before a session begins.
+#pragma once
+
+#include "commands/server_status.h"
+#include "dispatch/command_ids.h"
+#include "dispatch/command_process.h"
+#include "packaging/command_head.h"
+
+#include <map>
+
+class COMMONGROUND_API CCmdServerListRequest : public CCmdPlatform
+{
+public:
+    CCmdServerListRequest() : CCmdPlatform(command_id::CCmdServerListRequest) {}
+    COMMAND_INTERFACE(CCmdServerListRequest)
+};
+
+class COMMONGROUND_API CCmdServerListReply : public CCmdPlatform
+{
+public:
+    CCmdServerListReply() : CCmdPlatform(command_id::CCmdServerListReply) {}
+    COMMAND_INTERFACE(CCmdServerListReply)
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    // By node, which is the key: of two entries with one node the later stands.
+    std::map<zet::uuid_node_t, PlatformServerInfo> m_PlatformServerInfos;
+};
+
+class COMMONGROUND_API CCmdSelectServerRequest : public CCmdPlatform
+{
+public:
+    CCmdSelectServerRequest() : CCmdPlatform(command_id::CCmdSelectServerRequest) {}
+    COMMAND_INTERFACE(CCmdSelectServerRequest)
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+};
+
+class COMMONGROUND_API CCmdSelectServerReply : public CCmdPlatform
+{
+public:
+    CCmdSelectServerReply() : CCmdPlatform(command_id::CCmdSelectServerReply) {}
+    COMMAND_INTERFACE(CCmdSelectServerReply)
+
+    zet::String_T<wchar_t> m_Text1;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+};

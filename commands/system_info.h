@@ -1,0 +1,43 @@
+// The figures that a server reports about itself, on their way to a client that shows them.
+#pragma once
+
+#include "dispatch/command_ids.h"
+#include "dispatch/command_process.h"
+#include "packaging/command_head.h"
+
+#include <vector>
+
+struct COMMONGROUND_API cSystemInfo
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    zet::String_T<wchar_t> m_Text4;
+};
+
+class COMMONGROUND_API CCmdSystemInfoRequest : public CCmdPlatform
+{
+public:
+    CCmdSystemInfoRequest() : CCmdPlatform(command_id::CCmdSystemInfoRequest) {}
+    COMMAND_INTERFACE(CCmdSystemInfoRequest)
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+// Its list stands before its head on the wire.
+class COMMONGROUND_API CCmdSystemInfoReply : public CCmdPlatform
+{
+public:
+    CCmdSystemInfoReply() : CCmdPlatform(command_id::CCmdSystemInfoReply) {}
+    COMMAND_INTERFACE(CCmdSystemInfoReply)
+
+    std::vector<cSystemInfo> m_SystemInfos;
+    bool m_Flag1 = false;
+    int m_Value1 = 0;
+    bool m_Flag2 = false;
+    int m_Value2 = 0;
+};

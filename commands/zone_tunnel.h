@@ -1,0 +1,33 @@
+// A client's commands on their way through a zone to a game server, and the answers back.
+// A tunnel holds one whole frame, with its id, addresses and length; the zone forwards it without a look inside.
+#pragma once
+
+#include "dispatch/command_ids.h"
+#include "dispatch/command_process.h"
+#include "framework/buffer.h"
+#include "packaging/command_head.h"
+
+class COMMONGROUND_API CCmdGZ_clientToServer : public CCmdPlatform
+{
+public:
+    CCmdGZ_clientToServer() : CCmdPlatform(command_id::CCmdGZ_clientToServer) {}
+    COMMAND_INTERFACE(CCmdGZ_clientToServer)
+
+    zet::Buffer m_Data1;
+    // The way back has no such text.
+    zet::String_T<wchar_t> m_Text1;
+};
+
+class COMMONGROUND_API CCmdGZ_serverToClient : public CCmdPlatform
+{
+public:
+    CCmdGZ_serverToClient() : CCmdPlatform(command_id::CCmdGZ_serverToClient) {}
+    COMMAND_INTERFACE(CCmdGZ_serverToClient)
+
+    zet::Buffer m_Data1;
+};
+
+// Puts the whole frame of the command into the tunnel. False where the command cannot be written, which leaves the
+// tunnel as it was, or where its frame does not fit.
+COMMONGROUND_API bool toCCmdGZ_clientToServer(CCmdHead* cmd, CCmdGZ_clientToServer* tunnel);
+COMMONGROUND_API bool toCCmdGZ_serverToClient(CCmdHead* cmd, CCmdGZ_serverToClient* tunnel);
