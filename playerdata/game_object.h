@@ -1,0 +1,79 @@
+// One game of the platform as it stands for one player: what every kind of game has.
+//
+// Game records are plain values that their container owns. Nothing here is locked. Scores are points, dates are texts
+// that zet::Time::convertFromString takes, times are seconds. A field whose comment says carried is moved by this
+// library without being read.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+class CCmdPackager;
+class CDataPackager;
+namespace wire
+{
+struct Schema;
+}
+
+// The base of all kinds of game. The order of the virtual operations is part of the interface, and so is that there
+// are no more of them: a game record is never destroyed through its base.
+class COMMONGROUND_API FGameObject
+{
+public:
+    static constexpr int kGameType = 0;
+    // The best score of a game that was never played.
+    static constexpr float kNotPlayed = -1.0f;
+
+    // A derived class puts all fields of this class in front of its own. Stops at the first field that fails and
+    // returns false; what was read by then stays.
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Write(CDataPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    virtual bool Read(CDataPackager* pk);
+    // Does nothing, for any kind of game.
+    virtual void SetBetterScore(float score);
+    // Whether m_GameId is a game: from 1 to 99, but not 5, which does not exist.
+    virtual bool IsValid();
+    // 0, for any kind of game.
+    virtual int CaculateGameScore(float score);
+    // The stars of a score, from 0 to 3: above 0 points one, from 60 two, from 80 three.
+    virtual int EvaluateGameScore(float score);
+
+    static const wire::Schema& Wire();
+
+    // The kind of game: the kGameType of the record's class.
+    int m_GameType = kGameType;
+    // The game's number within its kind; the key of an account's maps.
+    int m_GameId = 0;
+    int m_Level = 1; // carried
+    // Descriptions, carried.
+    zet::String_T<wchar_t> m_Text0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    zet::String_T<wchar_t> m_Text4;
+    zet::String_T<wchar_t> m_Text5;
+    float m_BestScore = kNotPlayed;
+    float m_SecondScore = 0.0f; // carried
+};
+
+// A game of the newcomer's course: the base and nothing more.
+class COMMONGROUND_API FGameNewbie : public FGameObject
+{
+public:
+    static constexpr int kGameType = 15;
+
+    FGameNewbie() { m_GameType = kGameType; }
+    FGameNewbie(const FGameNewbie&) = default;
+    FGameNewbie(FGameNewbie&&) = default;
+    FGameNewbie& operator=(const FGameNewbie&) = default;
+    FGameNewbie& operator=(FGameNewbie&&) = default;
+    // Copies the base and with it m_GameType: alone among the kinds, this one does not put its own in.
+    FGameNewbie& operator=(const FGameObject& object);
+
+    bool Write(CCmdPackager* pk) const override;
+    bool Write(CDataPackager* pk) const override;
+    bool Read(CCmdPackager* pk) override;
+    bool Read(CDataPackager* pk) override;
+    static const wire::Schema& Wire();
+};

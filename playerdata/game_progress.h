@@ -1,0 +1,7 @@
+// All records of what one game is to one player, for hosts that handle every kind.
+#pragma once
+
+#include "playerdata/game_kinds.h"
+#include "playerdata/game_object.h"
+#include "playerdata/game_target.h"
+#include "playerdata/game_training.h"

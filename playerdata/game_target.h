@@ -1,0 +1,43 @@
+// Two parts of a match's description: how hard it is and what it asks for. All fields are carried.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+struct COMMONGROUND_API GameDifficulty
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Difficulty = -1;
+    int m_Param0 = 0;
+    int m_Param1 = 0;
+    float m_Factor = 0.0f;
+    int m_Param2 = 0;
+    int m_Param3 = 0;
+    int m_Param4 = 0;
+};
+
+struct COMMONGROUND_API GameTarget
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_TargetType = -1;
+    zet::String_T<wchar_t> m_TargetName;
+    int m_TargetValue0 = -1;
+    int m_TargetValue1 = -1;
+    int m_TargetValue2 = -1;
+    zet::String_T<wchar_t> m_TargetText;
+    float m_TargetScore = -1.0f;
+    int m_TargetFlag = 0;
+    zet::String_T<wchar_t> m_TargetNote;
+};

@@ -1,0 +1,92 @@
+// What a player owns or can win: stacks of items, prize rows of the big table, small values.
+// Plain values; their containers own them. A field whose comment says carried is moved without being read.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+class CCmdPackager;
+class CDataPackager;
+namespace wire
+{
+struct Schema;
+}
+
+// One stack of a thing, in the bag, in the gift box or in an offer.
+class COMMONGROUND_API FGameItem
+{
+public:
+    // The zero point of the deadlines in the item string: 2000-1-1 0:0:0, a date of the same form as m_Deadline.
+    // Built when the library is loaded; nothing in it assigns to it.
+    static zet::String_T<wchar_t> _DiscardStartTime;
+
+    bool Write(CCmdPackager* pk) const;
+    bool Write(CDataPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    // Whether there is something with a name that has not expired. The second of the deadline is too late, and so is
+    // a deadline that is no date.
+    bool IsValid() const;
+
+    int m_ItemType = 0; // carried
+    // Pieces in the stack.
+    int m_Num = 0;
+    zet::String_T<wchar_t> m_Text0; // carried
+    // The key of the bag: stacks merge and are found by it.
+    zet::String_T<wchar_t> m_Name;
+    zet::String_T<wchar_t> m_Text1; // carried
+    zet::String_T<wchar_t> m_Text2; // carried
+    zet::String_T<wchar_t> m_Text3; // carried
+    zet::String_T<wchar_t> m_Text4; // carried
+    // Date on which the item expires, as zet::Time::convertFromString takes it; empty for never.
+    zet::String_T<wchar_t> m_Deadline;
+    zet::String_T<wchar_t> m_Text5; // carried
+    zet::String_T<wchar_t> m_Text6; // carried
+    zet::String_T<wchar_t> m_Text7; // carried
+    zet::String_T<wchar_t> m_Text8; // carried
+    zet::String_T<wchar_t> m_Text9; // carried
+};
+
+// A prize row of the big table, with its stock. A stock or reserve below 0 means that the row is not limited.
+class COMMONGROUND_API FBigTableItem
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Write(CDataPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    // Whether a prize is left in stock or reserve.
+    bool IsHaveSku() const;
+    // Takes one prize from the stock or, when that is used up, from the reserve; neither falls below 0.
+    void SubtractSku();
+
+    int m_Value0 = 0; // carried
+    int m_Value1 = 0; // carried
+    int m_Value2 = 0; // carried
+    int m_Value3 = 0; // carried
+    // Prizes in stock, and in reserve.
+    int m_Sku = 0;
+    int m_SkuBackup = 0;
+    int m_Value4 = 0;                   // carried
+    zet::String_T<wchar_t> m_ItemText0; // carried
+    zet::String_T<wchar_t> m_ItemText1; // carried
+};
+
+// A small record of values, all carried.
+class COMMONGROUND_API Prop
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_PropId = 0;
+    unsigned long m_Value0 = 0;
+    unsigned long m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+};

@@ -1,0 +1,69 @@
+// What the shop sells: offers for the game's own money, offers for real money, and the catalogue of both.
+// Plain values. The catalogue comes from the servers' game data.
+#pragma once
+
+#include "playerdata/items.h"
+
+#include <map>
+#include <vector>
+
+// An offer made of items.
+class COMMONGROUND_API FGameTrade
+{
+public:
+    // Items stand first on the wire. Read stops at the first that fails; those in front of it stay.
+    bool Write(CCmdPackager* pk) const;
+    bool Write(CDataPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    // m_MainType, or "Undefine" where there is none.
+    zet::String_T<wchar_t> GetMainType() const;
+
+    std::vector<FGameItem> m_Items;
+    // The key in the shop.
+    zet::String_T<wchar_t> m_TradeName;
+    zet::String_T<wchar_t> m_TradeText; // carried
+    zet::String_T<wchar_t> m_MainType;
+    int m_Cost0 = 0; // carried
+    int m_Cost1 = 0; // carried
+};
+
+// An offer for real money: the whole offer, and then its price, which is carried.
+class COMMONGROUND_API FInPurchaseGameTrade : public FGameTrade
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Write(CDataPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_PurchaseValue0 = 0;
+    zet::String_T<wchar_t> m_PurchaseText;
+    int m_PurchaseValue1 = 0;
+};
+
+// The catalogue.
+class COMMONGROUND_API FGameShop
+{
+public:
+    // Read empties m_ShopTrades but adds to m_InPurchaseTrades: whoever reads a catalogue again starts from a fresh
+    // object. Of two shop offers with one name the later stays.
+    bool Write(CCmdPackager* pk) const;
+    bool Write(CDataPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    // The offer of a name, or null; of two offers for money with one name, the first. The shop owns it, and it is
+    // valid until the shop changes.
+    FGameTrade* GetShopTradeByName(const zet::String_T<wchar_t>& name);
+    FInPurchaseGameTrade* GetInPurchaseGameTradeByName(const zet::String_T<wchar_t>& name);
+
+    // In the catalogue's order.
+    std::vector<FInPurchaseGameTrade> m_InPurchaseTrades;
+    // By m_TradeName.
+    std::map<zet::String_T<wchar_t>, FGameTrade> m_ShopTrades;
+};
