@@ -1,6 +1,5 @@
 # One runner for the tests of the code.
 find_package(GTest REQUIRED)
-include(GoogleTest)
 
 file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/*_test.cpp)
 file(GLOB_RECURSE support CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/support/*.cpp)
@@ -20,5 +19,8 @@ if(sources)
       add_dependencies(commonground_tests ${needed})
     endif()
   endforeach()
-  gtest_discover_tests(commonground_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+  set(runner ${PROJECT_BINARY_DIR}/commonground_tests)
+  set(directory ${PROJECT_BINARY_DIR})
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/DiscoverTests.cmake.in ${PROJECT_BINARY_DIR}/DiscoverTests.cmake @ONLY)
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${PROJECT_BINARY_DIR}/DiscoverTests.cmake)
 endif()

@@ -34,22 +34,13 @@ need_packages()
     apt-get -q install -y --no-install-recommends "${missing[@]}"
 }
 
-# Configures build/PRESET. CMake looks again for new files by itself when it builds.
+# Configures build/PRESET, anew each time, so that a changed preset is taken up.
 configure()
 {
     local preset=$1 log
-    if [ -f "build/$preset/build.ninja" ]; then
-        return 0
-    fi
     say "Configuring build/$preset"
-    log=$(mktemp)
-    if ! cmake --preset "$preset" >"$log" 2>&1; then
-        cat "$log"
-        rm -f "$log"
-        return 1
-    fi
-    tail -n 1 "$log"
-    rm -f "$log"
+    log=$(cmake --preset "$preset" 2>&1) || { printf '%s\n' "$log"; return 1; }
+    printf '%s\n' "$log" | tail -n 1
 }
 
 # Builds a preset, or some of its targets.
