@@ -15,7 +15,7 @@ class COMMONGROUND_API Buffer
 {
 public:
     Buffer() = default;
-    // A block of size zero bytes; a negative size counts as 0.
+    // A block of so many bytes, all zero; a negative size counts as 0.
     explicit Buffer(int size) { setBufferSize(size); }
 
     int getBufferSize() const { return static_cast<int>(m_Bytes.size()); }

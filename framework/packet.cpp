@@ -1,0 +1,217 @@
+#include "framework/packet.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace zet
+{
+
+namespace
+{
+
+constexpr int kHeadSize = PacketWriter::kHeadSize;
+
+unsigned int headOf(const unsigned char* bytes)
+{
+    return bytes[0] | bytes[1] << 8 | bytes[2] << 16 | static_cast<unsigned int>(bytes[3]) << 24;
+}
+
+void putHead(unsigned char* place, int size)
+{
+    for (int i = 0; i < kHeadSize; ++i)
+        place[i] = static_cast<unsigned char>(static_cast<unsigned int>(size) >> 8 * i);
+}
+
+} // namespace
+
+int PacketReader::Window::peek(void* data, int size)
+{
+    const int count = std::clamp(size, 0, m_Size);
+    if (count > 0)
+        std::memcpy(data, m_At, static_cast<size_t>(count));
+    return count;
+}
+
+int PacketReader::Window::read(void* data, int size)
+{
+    return skip(peek(data, size));
+}
+
+int PacketReader::Window::skip(int size)
+{
+    const int count = std::clamp(size, 0, m_Size);
+    m_At += count;
+    m_Size -= count;
+    return count;
+}
+
+void PacketReader::attach(Input* input)
+{
+    attachOwner(input);
+    if (input && input->getRefCount() > 0)
+        m_Owner = input;
+}
+
+void PacketReader::attachOwner(Input* input)
+{
+    detach();
+    m_Input = input;
+}
+
+Unknown::Handle_T<Input> PacketReader::detach()
+{
+    // What the source still holds of a packet handed over is the source's to forget.
+    m_Shown = 0;
+    m_IsCollectedShown = false;
+    m_Window.m_At = nullptr;
+    m_Window.m_Size = 0;
+    std::vector<unsigned char>().swap(m_Collected);
+    m_Input = nullptr;
+    return std::move(m_Owner);
+}
+
+void PacketReader::drop()
+{
+    m_Window.m_Size = 0;
+    if (m_Shown > 0)
+        m_Input->skip(std::exchange(m_Shown, 0));
+    if (std::exchange(m_IsCollectedShown, false))
+        std::vector<unsigned char>().swap(m_Collected);
+}
+
+bool PacketReader::hand(const unsigned char* packet, int size, InputStream& stream)
+{
+    m_Window.m_At = packet;
+    m_Window.m_Size = size;
+    stream = InputStream(&m_Window);
+    return true;
+}
+
+bool PacketReader::read(InputStream& stream)
+{
+    stream = InputStream();
+    if (!m_Input)
+        return true;
+    drop();
+    if (!m_Collected.empty())
+        return collect(stream);
+    for (;;)
+    {
+        const unsigned char* head = m_Input->view(kHeadSize);
+        if (!head)
+        {
+            // A source that shows its bytes keeps them until there are enough; any other one may be out of room.
+            const int there = m_Input->available();
+            return there >= kHeadSize || (there > 0 && !m_Input->view(1)) ? collect(stream) : true;
+        }
+        const unsigned int size = headOf(head);
+        if (size > static_cast<unsigned int>(m_Limit))
+            return false;
+        if (size == 0)
+        {
+            m_Input->skip(kHeadSize);
+            continue;
+        }
+        const int whole = kHeadSize + static_cast<int>(size);
+        if (const unsigned char* packet = m_Input->view(whole))
+        {
+            m_Shown = whole;
+            return hand(packet + kHeadSize, static_cast<int>(size), stream);
+        }
+        return m_Input->available() >= whole ? collect(stream) : true;
+    }
+}
+
+bool PacketReader::take(size_t upTo)
+{
+    while (m_Collected.size() < upTo)
+    {
+        unsigned char piece[4096];
+        const size_t want = std::min(upTo - m_Collected.size(), sizeof piece);
+        const int got = m_Input->read(piece, static_cast<int>(want));
+        if (got <= 0)
+            return false;
+        m_Collected.insert(m_Collected.end(), piece, piece + got);
+    }
+    return true;
+}
+
+bool PacketReader::collect(InputStream& stream)
+{
+    for (;;)
+    {
+        if (!take(kHeadSize))
+            return true;
+        const unsigned int size = headOf(m_Collected.data());
+        if (size > static_cast<unsigned int>(m_Limit))
+            return false;
+        if (size == 0)
+        {
+            m_Collected.clear();
+            continue;
+        }
+        if (!take(kHeadSize + size))
+            return true;
+        m_IsCollectedShown = true;
+        return hand(m_Collected.data() + kHeadSize, static_cast<int>(size), stream);
+    }
+}
+
+void PacketWriter::attach(Output* output)
+{
+    attachOwner(output);
+    if (output && output->getRefCount() > 0)
+        m_Owner = output;
+}
+
+void PacketWriter::attachOwner(Output* output)
+{
+    detach();
+    m_Output = output;
+}
+
+Unknown::Handle_T<Output> PacketWriter::detach()
+{
+    m_Output = nullptr;
+    return std::move(m_Owner);
+}
+
+bool PacketWriter::writePlaced(unsigned char* place, int size)
+{
+    if (!m_Output)
+        return false;
+    if (size <= 0)
+        return true;
+    putHead(place, size);
+    return m_Output->write(place, kHeadSize + size) == kHeadSize + size;
+}
+
+bool PacketWriter::write(InputStream& stream)
+{
+    if (!m_Output)
+        return false;
+    const int size = stream.available();
+    if (size <= 0)
+        return true;
+    unsigned char head[kHeadSize];
+    putHead(head, size);
+    if (m_Output->write(head, kHeadSize) != kHeadSize)
+        return false;
+    if (const unsigned char* bytes = stream.view(size))
+    {
+        if (m_Output->write(bytes, size) != size)
+            return false;
+        return stream.skip(size) == size;
+    }
+    unsigned char piece[4096];
+    for (int left = size; left > 0;)
+    {
+        const int count = stream.read(piece, std::min<int>(left, sizeof piece));
+        if (count <= 0 || m_Output->write(piece, count) != count)
+            return false;
+        left -= count;
+    }
+    return true;
+}
+
+} // namespace zet

@@ -1,0 +1,104 @@
+// Packets on a byte stream: a length word of 32 bits, little-endian, and so many bytes. One write is one read.
+#pragma once
+
+#include "framework/stream.h"
+
+#include <vector>
+
+namespace zet
+{
+
+// Takes whole packets off an Input. Memory grows with the bytes that came, never with the length that was announced.
+// One reader belongs to one thread.
+class COMMONGROUND_API PacketReader
+{
+public:
+    // The largest stream frame of a command: its header with two addresses, and its payload.
+    static constexpr int kDefaultLimit = 38 + 0x0FFFFFFF;
+
+    PacketReader() = default;
+    PacketReader(const PacketReader&) = delete;
+    PacketReader& operator=(const PacketReader&) = delete;
+
+    // Reads from input from now on, and forgets what was left of another one. A source that handles hold is held until
+    // detach().
+    void attach(Input* input);
+    // The same without a handle: for the source that this reader is a part of, which outlives it.
+    void attachOwner(Input* input);
+    // Returns the handle of the source; null where there is none.
+    Unknown::Handle_T<Input> detach();
+    bool isAttached() const { return m_Input != nullptr; }
+
+    // Hands over the next whole packet, or leaves the stream empty and returns true where none is there yet or no
+    // source is attached. False once the byte stream is broken, by a length above the limit. The stream shows the
+    // packet only until the next read() or detach(), and what the caller leaves of it is skipped. Packets of no bytes
+    // are passed over.
+    bool read(InputStream& stream);
+
+    // Bytes that a packet may have, without its length word. 1 at least.
+    void setLimit(int limit) { m_Limit = limit > 0 ? limit : 1; }
+    int getLimit() const { return m_Limit; }
+
+private:
+    // The packet that read() handed over, where it lies.
+    class COMMONGROUND_API Window final : public Input
+    {
+    public:
+        int available() const override { return m_Size; }
+        int peek(void* data, int size) override;
+        int read(void* data, int size) override;
+        const unsigned char* view(int size) override { return size <= m_Size ? m_At : nullptr; }
+        int skip(int size) override;
+
+        const unsigned char* m_At = nullptr;
+        int m_Size = 0;
+    };
+
+    bool hand(const unsigned char* packet, int size, InputStream& stream);
+    bool collect(InputStream& stream);
+    // Takes bytes until so many are collected; false where the source runs dry before.
+    bool take(size_t upTo);
+    void drop();
+
+    Input* m_Input = nullptr;
+    Unknown::Handle_T<Input> m_Owner;
+    Window m_Window;
+    int m_Limit = kDefaultLimit;
+    // Bytes of the source that the packet last handed over still takes up.
+    int m_Shown = 0;
+    // A packet whose source cannot show it in one piece is put together here, its length word included.
+    std::vector<unsigned char> m_Collected;
+    bool m_IsCollectedShown = false;
+};
+
+// Puts packets on an Output. One writer belongs to one thread.
+class COMMONGROUND_API PacketWriter
+{
+public:
+    // Bytes in front of each packet.
+    static constexpr int kHeadSize = 4;
+
+    PacketWriter() = default;
+    PacketWriter(const PacketWriter&) = delete;
+    PacketWriter& operator=(const PacketWriter&) = delete;
+
+    // As with PacketReader.
+    void attach(Output* output);
+    void attachOwner(Output* output);
+    Unknown::Handle_T<Output> detach();
+    bool isAttached() const { return m_Output != nullptr; }
+
+    // Takes all that the stream holds and sends it as one packet; an empty stream sends none. False where no sink is
+    // attached or the sink does not take it all; then part of a packet may be out, and the sink is of no use for more.
+    bool write(InputStream& stream);
+
+    // Sends the size bytes behind the first kHeadSize bytes of place as one packet, with one write; the head is
+    // written into place. The same result as write().
+    bool writePlaced(unsigned char* place, int size);
+
+private:
+    Output* m_Output = nullptr;
+    Unknown::Handle_T<Output> m_Owner;
+};
+
+} // namespace zet

@@ -1,0 +1,371 @@
+#include "framework/system.h"
+
+#include "framework/log.h"
+#include "framework/platform/platform.h"
+#include "framework/string_helper.h"
+#include "framework/thread.h"
+#include "framework/time.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+namespace zet
+{
+
+namespace
+{
+
+// The way to sleep of a System that has nothing to watch.
+class PlainWaiter : public System::Waiter
+{
+public:
+    void wait(unsigned int milliseconds) override
+    {
+        std::unique_lock lock(m_Mutex);
+        m_Wakened.wait_for(lock, std::chrono::milliseconds(milliseconds), [this] { return m_IsWoken; });
+        m_IsWoken = false;
+    }
+    void wake() override
+    {
+        {
+            std::lock_guard lock(m_Mutex);
+            m_IsWoken = true;
+        }
+        m_Wakened.notify_one();
+    }
+    void beginTick() override {}
+    void endTick() override {}
+
+private:
+    std::mutex m_Mutex;
+    std::condition_variable m_Wakened;
+    bool m_IsWoken = false;
+};
+
+// Ticks wrap; a moment is reached when it does not lie ahead.
+bool isReached(unsigned int moment, unsigned int now)
+{
+    return static_cast<int>(now - moment) >= 0;
+}
+
+String_T<wchar_t> findProcessName()
+{
+    const String_T<wchar_t> path = platform::getExecutablePath();
+    int first = path.getLength();
+    while (first > 0 && path[first - 1] != L'/')
+        --first;
+    const int dot = path.find(L'.', first);
+    return path.getSubString(first, (dot < 0 ? path.getLength() : dot) - first);
+}
+
+} // namespace
+
+System::Waiter::~Waiter() = default;
+
+System::System() : m_RunThreadId(Thread::getCurrentThreadId())
+{
+    m_Waiters.push_back(std::make_shared<PlainWaiter>());
+    m_Waiter = m_Waiters.back().get();
+}
+
+System::~System()
+{
+    System::exit();
+}
+
+bool System::init()
+{
+    m_RunThreadId.store(Thread::getCurrentThreadId(), std::memory_order_relaxed);
+    return true;
+}
+
+bool System::run()
+{
+    if (!init())
+        return false;
+    loop();
+    exit();
+    return true;
+}
+
+void System::loop()
+{
+    while (!isShutdown())
+    {
+        tick();
+        if (!isShutdown())
+            wait();
+    }
+}
+
+template <class Call>
+void System::guard(Call call)
+{
+    try
+    {
+        call();
+    }
+    catch (const std::exception& fault)
+    {
+        Log::error(L"Exception in a task: %s", StringHelper::utf8ToWide(fault.what()));
+        Log::whistle(false);
+        onException(kStandardException);
+    }
+    catch (...)
+    {
+        Log::error(L"Unknown exception in a task");
+        Log::whistle(false);
+        onException(kOtherException);
+    }
+}
+
+void System::tick()
+{
+    if (m_IsTicking)
+        return;
+    m_IsTicking = true;
+    Waiter& waiter = *m_Waiters.back();
+    waiter.beginTick();
+    m_LastTick = getTimeTick();
+    guard([this] { onTick(m_LastTick); });
+    tickTasks(m_LastTick);
+    // A task may have put another waiter in its place.
+    m_Waiters.back()->endTick();
+    m_IsTicking = false;
+    std::vector<Entry> stopped;
+    stopped.swap(m_Stopped);
+}
+
+void System::tickTasks(unsigned int tick)
+{
+    // Tasks that start meanwhile come with the next tick; those that stop leave an empty place.
+    const size_t count = m_Tasks.size();
+    for (size_t i = 0; i < count; ++i)
+        if (Task* task = m_Tasks[i].m_Task)
+            if (task->isDue(tick))
+                guard([=, this] { tickTask(*task, tick); });
+    std::erase_if(m_Tasks, [](const Entry& entry) { return entry.m_Task == nullptr; });
+}
+
+void System::tickTask(Task& task, unsigned int tick)
+{
+    if (!task.m_IsInitialised)
+    {
+        const bool isReady = task.init();
+        // init() may have stopped the task.
+        if (task.getSystem() != this)
+            return;
+        if (!isReady)
+        {
+            remove(&task);
+            return;
+        }
+        task.m_IsInitialised = true;
+    }
+    task.onTick(tick);
+}
+
+void System::onTick(unsigned int)
+{
+}
+
+void System::shutdown()
+{
+    m_IsShutdown.store(true, std::memory_order_relaxed);
+    wake();
+}
+
+void System::exit()
+{
+    // The last one that started stops first. A task may stop others meanwhile.
+    for (size_t i = m_Tasks.size(); i-- > 0;)
+    {
+        if (i >= m_Tasks.size() || !m_Tasks[i].m_Task)
+            continue;
+        const Entry entry = m_Tasks[i];
+        guard([&] { entry.m_Task->stop(); });
+    }
+    if (!m_IsTicking)
+    {
+        m_Tasks.clear();
+        m_Stopped.clear();
+    }
+    m_IsShutdown.store(false, std::memory_order_relaxed);
+}
+
+void System::onException(unsigned long)
+{
+}
+
+int System::getTaskCount() const
+{
+    int count = 0;
+    for (const Entry& entry : m_Tasks)
+        count += entry.m_Task != nullptr;
+    return count;
+}
+
+void System::wait()
+{
+    // The order of the two steps, and that of wake(), lets no waking fall between them.
+    if (m_IsWoken.exchange(false))
+        return;
+    m_Waiters.back()->wait(getWaitTime());
+    m_IsWoken = false;
+}
+
+void System::wake()
+{
+    m_IsWoken = true;
+    m_Waiter.load()->wake();
+}
+
+void System::setWaiter(const std::shared_ptr<Waiter>& waiter)
+{
+    m_Waiters.push_back(waiter);
+    m_Waiter = waiter.get();
+    if (m_IsTicking)
+        waiter->beginTick();
+}
+
+unsigned int System::getWaitTime() const
+{
+    const unsigned int now = getTimeTick();
+    const unsigned int next = m_LastTick + m_TickInterval;
+    unsigned int time = isReached(next, now) ? 0 : next - now;
+    time = time < m_TickInterval ? time : m_TickInterval;
+    for (const Entry& entry : m_Tasks)
+        if (entry.m_Task && entry.m_Task->m_IsAsleep)
+        {
+            const unsigned int until = entry.m_Task->m_SleepUntil;
+            const unsigned int left = isReached(until, now) ? 0 : until - now;
+            time = left < time ? left : time;
+        }
+    return time;
+}
+
+bool System::add(Task* task)
+{
+    if (Thread::getCurrentThreadId() != getRunThreadId())
+        return false;
+    // An object that no handle holds is its maker's; a handle of ours would be its last one.
+    m_Tasks.push_back({task, task->getRefCount() > 0 ? Unknown::Handle_T<Task>(task) : Unknown::Handle_T<Task>()});
+    return true;
+}
+
+void System::remove(Task* task)
+{
+    if (task->getSystem() != this)
+        return;
+    task->m_System = nullptr;
+    task->m_IsInitialised = false;
+    for (size_t i = 0; i < m_Tasks.size(); ++i)
+    {
+        if (m_Tasks[i].m_Task != task)
+            continue;
+        Entry entry = std::move(m_Tasks[i]);
+        m_Tasks[i] = Entry{nullptr, {}};
+        if (!m_IsTicking)
+            m_Tasks.erase(m_Tasks.begin() + static_cast<std::ptrdiff_t>(i));
+        else if (entry.m_Owner)
+            m_Stopped.push_back(std::move(entry));
+        return;
+    }
+}
+
+System::Task::~Task()
+{
+    if (System* system = getSystem())
+        system->remove(this);
+}
+
+bool System::Task::start(System* system)
+{
+    if (!system || getSystem() || !system->add(this))
+        return false;
+    m_System = system;
+    m_IsAsleep = false;
+    return true;
+}
+
+void System::Task::stop()
+{
+    System* system = getSystem();
+    if (!system)
+        return;
+    const bool wasInitialised = std::exchange(m_IsInitialised, false);
+    const Unknown::Handle_T<Task> keep = getRefCount() > 0 ? this : nullptr;
+    if (wasInitialised)
+        exit();
+    system->remove(this);
+}
+
+void System::Task::sleep(unsigned int milliseconds)
+{
+    m_IsWakened.store(false, std::memory_order_relaxed);
+    m_SleepUntil = getTimeTick() + milliseconds;
+    m_IsAsleep = true;
+}
+
+void System::Task::waken()
+{
+    m_IsWakened.store(true, std::memory_order_relaxed);
+    if (System* system = m_System.load())
+        system->wake();
+}
+
+bool System::Task::init()
+{
+    return true;
+}
+
+void System::Task::exit()
+{
+}
+
+void System::Task::onTick(unsigned int)
+{
+}
+
+bool System::Task::isDue(unsigned int tick)
+{
+    if (!m_IsAsleep)
+        return true;
+    if (!m_IsWakened.exchange(false, std::memory_order_relaxed) && !isReached(m_SleepUntil, tick))
+        return false;
+    m_IsAsleep = false;
+    return true;
+}
+
+ServiceSystem::ServiceSystem() : m_SystemName(findProcessName())
+{
+}
+
+bool ServiceSystem::run()
+{
+    if (!init())
+        return false;
+    const bool isOn = ServiceOn();
+    if (isOn)
+        loop();
+    exit();
+    return isOn;
+}
+
+bool ServiceSystem::ServiceOn()
+{
+    return true;
+}
+
+void ServiceSystem::ServiceOff()
+{
+}
+
+void ServiceSystem::exit()
+{
+    ServiceOff();
+    System::exit();
+}
+
+} // namespace zet
