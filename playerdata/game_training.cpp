@@ -44,9 +44,9 @@ void tickCoolDown(Game& game, float seconds)
 
 WIRE_ORDER_BOTH(FGameTraining)
 {
-    return HEAD(FGameObject) && FIELDS(r.m_Group, r.m_DateSlot, r.m_Param0, r.m_Param1, r.m_Param2, r.m_Flag, r.m_Link,
-                                       r.m_Param3, r.m_Locked, r.m_LastPlayTime, r.m_PlayTimes, r.m_CDDuration,
-                                       r.m_CDTime);
+    return HEAD(FGameObject) &&
+           FIELDS(r.m_Group, r.m_DateSlot, r.m_Param0, r.m_Param1, r.m_Param2, r.m_Flag, r.m_Link, r.m_Param3,
+                  r.m_Locked, r.m_LastPlayTime, r.m_PlayTimes, r.m_CDDuration, r.m_CDTime);
 }
 
 WIRE_ORDER_BOTH(FGameKinect)
