@@ -102,9 +102,8 @@ class COMMONGROUND_API System::Task : public virtual Unknown
 {
 public:
     Task() = default;
-    // The membership is the object's own: copies start outside any System.
-    Task(const Task&) : Unknown() {}
-    Task& operator=(const Task&) { return *this; }
+    Task(const Task&) = delete;
+    Task& operator=(const Task&) = delete;
     ~Task() override;
 
     // Joins a System; init() and the first onTick() come with its next tick. False where it is a member already, for a

@@ -18,7 +18,7 @@ COMMONGROUND_API bool fillRandom(void* data, size_t size);
 COMMONGROUND_API unsigned long long getMonotonicMilliseconds();
 // Milliseconds since 1970-01-01 00:00:00 UTC.
 COMMONGROUND_API long long getCalendarMilliseconds();
-// Seconds that the zone's standard time is behind UTC. Looks at the zone anew with each call.
+// Seconds that the zone's standard time is behind UTC. A change of the environment's zone shows with the next call.
 COMMONGROUND_API long getStandardZoneBias();
 
 struct LocalTime

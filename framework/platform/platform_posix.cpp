@@ -72,8 +72,26 @@ long long getCalendarMilliseconds()
 
 long getStandardZoneBias()
 {
-    tzset();
-    return timezone;
+    // Looking at the zone costs a lock and a look at its file, and ranking compares many dates. So each thread looks
+    // once for every value of TZ; a change of the system's own zone shows from the next start on.
+    struct Seen
+    {
+        bool m_IsThere = false;
+        bool m_HasName = false;
+        String_T<char> m_Name;
+        long m_Bias = 0;
+    };
+    thread_local Seen seen;
+    const char* name = std::getenv("TZ");
+    if (!seen.m_IsThere || seen.m_HasName != (name != nullptr) || !(seen.m_Name == name))
+    {
+        tzset();
+        seen.m_Bias = timezone;
+        seen.m_Name = name;
+        seen.m_HasName = name != nullptr;
+        seen.m_IsThere = true;
+    }
+    return seen.m_Bias;
 }
 
 LocalTime getLocalTime()

@@ -207,14 +207,14 @@ TEST(Time, TextThatIsNoMomentChangesNothing)
     EXPECT_TRUE(isTaken(L"999999999-12-31 23:59:59"));
 }
 
-TEST(Time, TextsGoRoundThroughEveryDayOfFourCenturies)
+TEST(Time, TextsGoRoundThroughFourCenturies)
 {
     const long long first = secondsOf(L"1900-1-1 12:34:56");
-    for (long long day = 0; day < 146097; day += 1)
+    for (long long day = 0; day < 146097; day += 5)
     {
         const Time time(first + day * 86400);
         Time back;
-        ASSERT_TRUE(back.convertFromString(time.convertToString(day % 2 == 0)));
+        ASSERT_TRUE(back.convertFromString(time.convertToString(day % 3 == 0)));
         ASSERT_TRUE(back == time) << day;
     }
     EXPECT_EQ(first + 146097LL * 86400, secondsOf(L"2300-1-1 12:34:56"));
