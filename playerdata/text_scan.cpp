@@ -31,6 +31,18 @@ bool TextScanner::takeInt(int& number)
     return true;
 }
 
+int TextScanner::takeInts(wchar_t between, std::initializer_list<int*> numbers)
+{
+    int taken = 0;
+    for (int* number : numbers)
+    {
+        if ((taken > 0 && !takeUnit(between)) || !takeInt(*number))
+            break;
+        ++taken;
+    }
+    return taken;
+}
+
 bool TextScanner::takeText(wchar_t end, int most, zet::String_T<wchar_t>& text)
 {
     const std::wstring_view taken = m_Left.substr(0, m_Left.find(end));

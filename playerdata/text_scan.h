@@ -8,6 +8,7 @@
 #include "framework/platform/export.h"
 #include "framework/string.h"
 
+#include <initializer_list>
 #include <string_view>
 
 // Goes through the fields of one record. After a failure the record is done with: where the reading stands is not told.
@@ -22,6 +23,8 @@ public:
 
     // "%d": white space (blank, \t, \n, \v, \f, \r), a sign or none, digits. On failure the number stays.
     bool takeInt(int& number);
+    // "%d" for each, with this unit between them. Returns how many there are; the rest stay.
+    int takeInts(wchar_t between, std::initializer_list<int*> numbers);
     // "%[^end]": one unit or more up to end or to the end of the record. On failure, also when it would be more than
     // most units, the text stays.
     bool takeText(wchar_t end, int most, zet::String_T<wchar_t>& text);

@@ -59,14 +59,14 @@ public:
 
     // Loading takes these three in turn: the version of the text, what stands behind it, the records.
     // An empty text leaves the version alone; one without "|" has version 0.
-    void SetAnalyVersion(zet::String_T<wchar_t>& text);
+    void SetAnalyVersion(const zet::String_T<wchar_t>& text);
     // The whole text where it has no "|".
-    zet::String_T<wchar_t> getStringFromAnalyVersion(zet::String_T<wchar_t>& text);
+    zet::String_T<wchar_t> getStringFromAnalyVersion(const zet::String_T<wchar_t>& text) const;
     // Adds the records to the map; one of a known id replaces it. A record that is no valid attraction is dropped,
     // and so is what stands behind the last ";". With a version other than 0 nothing is stored.
-    void LoadAttractDataFromString(zet::String_T<wchar_t>& text);
+    void LoadAttractDataFromString(const zet::String_T<wchar_t>& text);
     // The whole string, without the invalid attractions; empty for an empty map and for a version other than 0.
-    zet::String_T<wchar_t> SaveStringFromAttractData();
+    zet::String_T<wchar_t> SaveStringFromAttractData() const;
 
     bool m_IsReaded = false;
     bool m_IsValid = false;

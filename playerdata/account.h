@@ -1,0 +1,38 @@
+// The whole of a player on a server, as one object.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/unknown.h"
+#include "playerdata/account_core.h"
+#include "playerdata/account_global.h"
+#include "playerdata/account_other.h"
+#include "playerdata/home_data.h"
+#include "playerdata/match_data.h"
+#include "playerdata/travel_data.h"
+
+// Counted and data only; its users do the work and see to it that one thread at a time has it.
+class COMMONGROUND_API CAccount : public zet::Object
+{
+public:
+    // The only ways to an account: with a new identifier, or with the one given.
+    static zet::Unknown::Handle_T<CAccount> createInstance();
+    static zet::Unknown::Handle_T<CAccount> createInstance(const zet::Uuid& id);
+
+    const wchar_t* getClassName() const override { return L"CAccount"; }
+    const wchar_t* getClassTimestamp() const override;
+
+    AccountData m_Account;
+    AccountMatchData3 m_MatchData3;
+    AccountMatchData4 m_MatchData4;
+    AccountGlobalData m_GlobalData;
+    AccountHomeData m_HomeData;
+    AccountTravelData m_TravelData;
+    AccountCombatData m_CombatData;
+    AccountMatchData m_MatchData;
+    AccountAchievementData m_AchievementData;
+    AccountLingYuanGouData m_LingYuanGouData;
+
+protected:
+    CAccount() = default;
+    explicit CAccount(const zet::Uuid& id) : zet::Object(id) {}
+};
