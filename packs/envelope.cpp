@@ -1,0 +1,182 @@
+#include "packs/envelope.h"
+
+#include "packaging/wire/order.h"
+
+WIRE_DECLARE_WALK(CCmdPackEnvelope)
+WIRE_WRITE(CCmdPackEnvelope, CCmdPackager)
+WIRE_READ(CCmdPackEnvelope, CCmdPackager)
+WIRE_SCHEMA_BY(CCmdPackEnvelope, CCmdMatchPackRequest)
+WIRE_WALK(CCmdPackEnvelope)
+{
+    return HEAD(CCmdPlatform) && FIELDS(r.m_PackType, r.m_PackIndex) && PAYLOAD(r.m_PackData);
+}
+
+WIRE_DECLARE_WALK(CCmdRecordEnvelope)
+WIRE_WRITE(CCmdRecordEnvelope, CCmdPackager)
+WIRE_READ(CCmdRecordEnvelope, CCmdPackager)
+WIRE_SCHEMA_BY(CCmdRecordEnvelope, CCmdProfilingPackRequest)
+WIRE_WALK(CCmdRecordEnvelope)
+{
+    return HEAD(CCmdPlatform) && FIELDS(r.m_PackType) && PAYLOAD(r.m_PackData);
+}
+
+WIRE_DECLARE_WALK(CCmdVoidDataEnvelope)
+WIRE_WRITE(CCmdVoidDataEnvelope, CCmdPackager)
+WIRE_SCHEMA_BY(CCmdVoidDataEnvelope, CCmdVoidDataRequest)
+WIRE_WALK(CCmdVoidDataEnvelope)
+{
+    return HEAD(CCmdPlatform) && FIELDS(r.m_PackType, r.m_PackIndex) && PAYLOAD(r.m_PackData);
+}
+
+// By hand: what fails in front of the size is a good end here, and so is a size below 1.
+bool CCmdVoidDataEnvelope::Read(CCmdPackager* pk)
+{
+    wire::Reader<CCmdPackager> reader(*pk);
+    if (!CCmdPlatform::Read(pk) || !reader.Fields("", m_PackType, m_PackIndex))
+        return true;
+    int size = 0;
+    if (!reader.one(size))
+        return false;
+    if (size <= 0)
+        return true;
+    const unsigned char* bytes = size <= m_PackData.GetBufferSize() ? wire::Access::next(*pk, size) : nullptr;
+    if (!bytes)
+        return false;
+    wire::Access::took(*pk, size);
+    return m_PackData.Write(bytes, size);
+}
+
+WIRE_COMMAND(CCmdMatchPackRequest)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdMatchPackReply)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdWizardPackRequest)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdWizardPackReply)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdHomePackRequest)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdHomePackReply)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdWorldSquarePackRequest)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdWorldSquarePackReply)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdChangingRoomPackRequest)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdChangingRoomPackReply)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdTravelWorldPackRequest)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdTravelWorldPackReply)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdFriendSystemPackRequest)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdFriendSystemPackReply)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdAchievementPackRequest)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdAchievementPackReply)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdInPurchasePackRequest)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdInPurchasePackReply)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdQueryToolRequest)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdQueryToolReply)
+{
+    return HEAD(CCmdPackEnvelope);
+}
+
+WIRE_COMMAND(CCmdProfilingPackRequest)
+{
+    return HEAD(CCmdRecordEnvelope);
+}
+
+WIRE_COMMAND(CCmdProfilingPackReply)
+{
+    return HEAD(CCmdRecordEnvelope);
+}
+
+WIRE_COMMAND(CCmdSportPackRequest)
+{
+    return HEAD(CCmdRecordEnvelope);
+}
+
+WIRE_COMMAND(CCmdSportPackReply)
+{
+    return HEAD(CCmdRecordEnvelope);
+}
+
+WIRE_COMMAND(CCmdSportPackNotify)
+{
+    return HEAD(CCmdRecordEnvelope);
+}
+
+WIRE_COMMAND(CCmdVoidDataRequest)
+{
+    return HEAD(CCmdVoidDataEnvelope);
+}
+
+WIRE_COMMAND(CCmdVoidDataReply)
+{
+    return HEAD(CCmdVoidDataEnvelope);
+}
