@@ -1,0 +1,163 @@
+// The social envelope and its messages: a caller occupies one of a pool of APIs, creates an access token and releases
+// the API. The envelope differs from the others: it carries a seed, its words have 16 bits, and the request and the
+// reply go on behind the payload.
+//
+//   CCmdSocialPlatform   head, seed:text, type:16, index:16, size:32, the message's bytes
+//   CCmdSocialRequest    the same, extra:text
+//   CCmdSocialReply      the same, error:16, message:text
+#pragma once
+
+#include "dispatch/command_ids.h"
+#include "dispatch/command_process.h"
+#include "packaging/cmd_packager.h"
+#include "packaging/command_head.h"
+
+enum SocialError : unsigned short
+{
+    kSocialErrorNone = 0,
+    kSocialErrorNoToken = 1,
+    kSocialErrorInvalidToken = 2,
+    kSocialErrorNoFreeApi = 3
+};
+
+// The words for an error; empty for none.
+COMMONGROUND_API zet::String_T<wchar_t> getSocialErrMsg(int error);
+
+// What the request and the reply share; no command of its own. Reading adds to what m_PackData holds.
+class COMMONGROUND_API CCmdSocialPlatform : public CCmdPlatform
+{
+public:
+    // The seed of this process, made anew whenever the library is loaded.
+    static zet::Uuid g_VerifySeed;
+
+    // Takes the text of the process's seed.
+    explicit CCmdSocialPlatform(unsigned short id);
+    bool Write(CCmdPackager* pk) const override;
+    bool Read(CCmdPackager* pk) override;
+    static const wire::Schema& Wire();
+
+    const zet::String_T<wchar_t>& getVerifySeed() const { return m_VerifySeed; }
+    void setVerifySeed(const zet::String_T<wchar_t>& seed) { m_VerifySeed = seed; }
+    unsigned short getPackType() const { return m_PackType; }
+    void setPackType(unsigned short type) { m_PackType = type; }
+    unsigned short getPackIndex() const { return m_PackIndex; }
+    void setPackIndex(unsigned short index) { m_PackIndex = index; }
+    // For a message's Write and Read.
+    CCmdPackager* getPackData() { return &m_PackData; }
+    const CCmdPackager* getPackData() const { return &m_PackData; }
+
+    zet::String_T<wchar_t> m_VerifySeed;
+    unsigned short m_PackType = 0;
+    unsigned short m_PackIndex = 0;
+    CCmdPackager m_PackData;
+};
+
+class COMMONGROUND_API CCmdSocialRequest : public CCmdSocialPlatform
+{
+public:
+    CCmdSocialRequest() : CCmdSocialPlatform(command_id::CCmdSocialRequest) {}
+    COMMAND_INTERFACE(CCmdSocialRequest)
+
+    zet::String_T<wchar_t> m_Extra;
+};
+
+class COMMONGROUND_API CCmdSocialReply : public CCmdSocialPlatform
+{
+public:
+    CCmdSocialReply() : CCmdSocialPlatform(command_id::CCmdSocialReply) {}
+    // Answers a request, which must not be null: takes its type and index, and keeps the seed of this process.
+    explicit CCmdSocialReply(const CCmdSocialRequest* request);
+    COMMAND_INTERFACE(CCmdSocialReply)
+
+    // A SocialError, or whatever a peer sent.
+    unsigned short m_Error = kSocialErrorNone;
+    zet::String_T<wchar_t> m_Msg;
+};
+
+// The types of the messages; a request and its reply have one.
+enum SocialPackType : unsigned short
+{
+    kSocialOccupyAPI = 1,
+    kSocialReleaseAPI = 2,
+    kSocialCreateAccessToken = 3
+};
+
+// A message of the envelope. Its type travels as the envelope's m_PackType and not among its own bytes.
+class COMMONGROUND_API CmdSocialSubPack
+{
+public:
+    explicit CmdSocialSubPack(unsigned short type) : m_PackType(type) {}
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    unsigned short getPackType() const { return m_PackType; }
+    void setPackType(unsigned short type) { m_PackType = type; }
+
+    unsigned short m_PackType;
+};
+
+class COMMONGROUND_API CmdSocialOccupyAPIRequest : public CmdSocialSubPack
+{
+public:
+    CmdSocialOccupyAPIRequest() : CmdSocialSubPack(kSocialOccupyAPI) {}
+    bool Write(CCmdPackager* pk) const override;
+    bool Read(CCmdPackager* pk) override;
+    static const wire::Schema& Wire();
+};
+
+class COMMONGROUND_API CmdSocialOccupyAPIReply : public CmdSocialSubPack
+{
+public:
+    CmdSocialOccupyAPIReply() : CmdSocialSubPack(kSocialOccupyAPI) {}
+    bool Write(CCmdPackager* pk) const override;
+    bool Read(CCmdPackager* pk) override;
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+class COMMONGROUND_API CmdSocialReleaseAPIRequest : public CmdSocialSubPack
+{
+public:
+    CmdSocialReleaseAPIRequest() : CmdSocialSubPack(kSocialReleaseAPI) {}
+    bool Write(CCmdPackager* pk) const override;
+    bool Read(CCmdPackager* pk) override;
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    bool m_Flag1 = false;
+};
+
+class COMMONGROUND_API CmdSocialReleaseAPIReply : public CmdSocialSubPack
+{
+public:
+    CmdSocialReleaseAPIReply() : CmdSocialSubPack(kSocialReleaseAPI) {}
+    bool Write(CCmdPackager* pk) const override;
+    bool Read(CCmdPackager* pk) override;
+    static const wire::Schema& Wire();
+};
+
+class COMMONGROUND_API CmdSocialCreateAccessTokenRequest : public CmdSocialSubPack
+{
+public:
+    CmdSocialCreateAccessTokenRequest() : CmdSocialSubPack(kSocialCreateAccessToken) {}
+    bool Write(CCmdPackager* pk) const override;
+    bool Read(CCmdPackager* pk) override;
+    static const wire::Schema& Wire();
+};
+
+class COMMONGROUND_API CmdSocialCreateAccessTokenReply : public CmdSocialSubPack
+{
+public:
+    CmdSocialCreateAccessTokenReply() : CmdSocialSubPack(kSocialCreateAccessToken) {}
+    bool Write(CCmdPackager* pk) const override;
+    bool Read(CCmdPackager* pk) override;
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    int m_Value1 = 0;
+};
