@@ -1,0 +1,126 @@
+// The older changing room, which speaks through the data packager: wearables by kind, and what is worn where. Behind
+// the first fields nothing is tested on reading: a message that ends there is a good one.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+#include <map>
+#include <vector>
+
+class CDataPackager;
+namespace wire
+{
+struct Schema;
+}
+
+// One wearable.
+class COMMONGROUND_API CmdAvatarItem
+{
+public:
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_ItemId = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    zet::String_T<wchar_t> m_Text4;
+    zet::String_T<wchar_t> m_Text5;
+    zet::String_T<wchar_t> m_Text6;
+    zet::String_T<wchar_t> m_Text7;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+};
+
+class COMMONGROUND_API CmdAvatarLoadDataRequest
+{
+public:
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+class COMMONGROUND_API CmdAvatarLoadDataReply
+{
+public:
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<CmdAvatarItem> m_CmdAvatarItems1;
+    std::vector<CmdAvatarItem> m_CmdAvatarItems2;
+    std::vector<CmdAvatarItem> m_CmdAvatarItems3;
+    std::vector<CmdAvatarItem> m_CmdAvatarItems4;
+    std::vector<CmdAvatarItem> m_CmdAvatarItems5;
+    std::vector<CmdAvatarItem> m_CmdAvatarItems6;
+    std::vector<CmdAvatarItem> m_CmdAvatarItems7;
+    std::vector<CmdAvatarItem> m_CmdAvatarItems8;
+    std::vector<CmdAvatarItem> m_CmdAvatarItems9;
+    std::vector<CmdAvatarItem> m_CmdAvatarItems10;
+    std::map<int, int> m_Map1;
+    std::map<int, int> m_Map2;
+    std::map<int, int> m_Map3;
+    std::map<int, int> m_Map4;
+    std::map<int, int> m_Map5;
+    std::map<int, int> m_Map6;
+    std::vector<int> m_Owned;
+};
+
+class COMMONGROUND_API CmdAvatarSaveDataRequest
+{
+public:
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    std::map<int, int> m_Map1;
+    std::map<int, int> m_Map2;
+    std::map<int, int> m_Map3;
+    std::map<int, int> m_Map4;
+    std::map<int, int> m_Map5;
+    std::map<int, int> m_Map6;
+};
+
+class COMMONGROUND_API CmdAvatarSaveDataReply
+{
+public:
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Msg;
+};
+
+class COMMONGROUND_API CmdAvatarBuyDataRequest
+{
+public:
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    std::vector<int> m_Items;
+};
+
+class COMMONGROUND_API CmdAvatarBuyDataReply
+{
+public:
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<int> m_Items;
+};
