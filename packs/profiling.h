@@ -1,0 +1,71 @@
+// The maximum values of named quantities, exchanged in both directions, and the two commands that control the profiler.
+#pragma once
+
+#include "dispatch/command_ids.h"
+#include "dispatch/command_process.h"
+#include "packaging/command_head.h"
+
+#include <map>
+#include <vector>
+
+class CDataPackager;
+
+// The maximum of one quantity.
+class COMMONGROUND_API cProfilingMaxValue
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    // Whether any of the three values is above 0.
+    bool IsValid() const { return m_Value1 > 0 || m_Value2 > 0 || m_Value3 > 0; }
+
+    zet::String_T<wchar_t> m_Name;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+};
+
+// A message cut off keeps what was there; one that does not fit its packager is sent cut.
+class COMMONGROUND_API CmdProfilingPack_GetMaxValues
+{
+public:
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    std::map<zet::String_T<wchar_t>, cProfilingMaxValue> m_ProfilingMaxValues;
+};
+
+// The same the other way.
+class COMMONGROUND_API CmdProfilingPack_SubmitMaxValues
+{
+public:
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    std::map<zet::String_T<wchar_t>, cProfilingMaxValue> m_ProfilingMaxValues;
+};
+
+class COMMONGROUND_API CCmdProfilerEnable : public CCmdPlatform
+{
+public:
+    CCmdProfilerEnable() : CCmdPlatform(command_id::CCmdProfilerEnable) {}
+    COMMAND_INTERFACE(CCmdProfilerEnable)
+
+    unsigned char m_Enable = 0;
+};
+
+class COMMONGROUND_API CCmdProfilerUsage : public CCmdPlatform
+{
+public:
+    CCmdProfilerUsage() : CCmdPlatform(command_id::CCmdProfilerUsage) {}
+    COMMAND_INTERFACE(CCmdProfilerUsage)
+
+    std::vector<float> m_Floats;
+    std::vector<unsigned long> m_Values;
+};
