@@ -1,0 +1,114 @@
+// The figure of a player in a race, its pawn, in the order of its states: ready, counted down, released, started,
+// running.
+#pragma once
+
+#include "dispatch/command_ids.h"
+#include "dispatch/command_process.h"
+#include "packaging/command_head.h"
+
+#include <vector>
+
+class COMMONGROUND_API CCmdGS_PawnReady : public CCmdPlatform
+{
+public:
+    CCmdGS_PawnReady() : CCmdPlatform(command_id::CCmdGS_PawnReady) {}
+    COMMAND_INTERFACE(CCmdGS_PawnReady)
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+// All pawns are ready.
+class COMMONGROUND_API CCmdGS_AllPlayerReady : public CCmdPlatform
+{
+public:
+    CCmdGS_AllPlayerReady() : CCmdPlatform(command_id::CCmdGS_AllPlayerReady) {}
+    COMMAND_INTERFACE(CCmdGS_AllPlayerReady)
+};
+
+class COMMONGROUND_API CCmdGS_RunDown : public CCmdPlatform
+{
+public:
+    CCmdGS_RunDown() : CCmdPlatform(command_id::CCmdGS_RunDown) {}
+    COMMAND_INTERFACE(CCmdGS_RunDown)
+
+    float m_Float1 = 0.0f;
+    float m_Float2 = 0.0f;
+    float m_Float3 = 0.0f;
+};
+
+// All pawns have reported their run down.
+class COMMONGROUND_API CCmdGS_AllRunDown : public CCmdPlatform
+{
+public:
+    CCmdGS_AllRunDown() : CCmdPlatform(command_id::CCmdGS_AllRunDown) {}
+    COMMAND_INTERFACE(CCmdGS_AllRunDown)
+};
+
+// Releases the pawns.
+class COMMONGROUND_API CCmdGS_PawnCanRun : public CCmdPlatform
+{
+public:
+    CCmdGS_PawnCanRun() : CCmdPlatform(command_id::CCmdGS_PawnCanRun) {}
+    COMMAND_INTERFACE(CCmdGS_PawnCanRun)
+};
+
+class COMMONGROUND_API CCmdGS_PawnStartRun : public CCmdPlatform
+{
+public:
+    CCmdGS_PawnStartRun() : CCmdPlatform(command_id::CCmdGS_PawnStartRun) {}
+    COMMAND_INTERFACE(CCmdGS_PawnStartRun)
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+// Goes out many times a second. Its list travels in front of the head.
+class COMMONGROUND_API CCmdGS_PawnRunning : public CCmdPlatform
+{
+public:
+    CCmdGS_PawnRunning() : CCmdPlatform(command_id::CCmdGS_PawnRunning) {}
+    COMMAND_INTERFACE(CCmdGS_PawnRunning)
+
+    std::vector<short> m_Values;
+    float m_Float1 = 0.0f;
+};
+
+class COMMONGROUND_API CCmdGS_PawnInput : public CCmdPlatform
+{
+public:
+    CCmdGS_PawnInput() : CCmdPlatform(command_id::CCmdGS_PawnInput) {}
+    COMMAND_INTERFACE(CCmdGS_PawnInput)
+
+    unsigned char m_Byte1 = 0;
+};
+
+class COMMONGROUND_API CCmdGS_PawnScore : public CCmdPlatform
+{
+public:
+    CCmdGS_PawnScore() : CCmdPlatform(command_id::CCmdGS_PawnScore) {}
+    COMMAND_INTERFACE(CCmdGS_PawnScore)
+
+    zet::String_T<wchar_t> m_Text1;
+    int m_Value1 = 0;
+    float m_Float1 = 0.0f;
+};
+
+class COMMONGROUND_API CCmdGS_PowerTime : public CCmdPlatform
+{
+public:
+    CCmdGS_PowerTime() : CCmdPlatform(command_id::CCmdGS_PowerTime) {}
+    COMMAND_INTERFACE(CCmdGS_PowerTime)
+
+    zet::String_T<wchar_t> m_Text1;
+    float m_Float1 = 0.0f;
+};
+
+class COMMONGROUND_API CCmdGS_PawnFouled : public CCmdPlatform
+{
+public:
+    CCmdGS_PawnFouled() : CCmdPlatform(command_id::CCmdGS_PawnFouled) {}
+    COMMAND_INTERFACE(CCmdGS_PawnFouled)
+
+    zet::String_T<wchar_t> m_Text1;
+    float m_Float1 = 0.0f;
+    unsigned char m_Byte1 = 0;
+};
