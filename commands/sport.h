@@ -1,0 +1,150 @@
+// The sport server: sessions of a sport game for a room of players. These go between the servers; what clients and the
+// sport server say to each other travels in envelopes, see packs/sport.h.
+#pragma once
+
+#include "dispatch/command_ids.h"
+#include "dispatch/command_process.h"
+#include "packaging/command_head.h"
+
+#include <map>
+#include <vector>
+
+class CDataPackager;
+
+// The scores of one player.
+class COMMONGROUND_API CSportScore
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int getSize() const { return static_cast<int>(m_Values.size()); }
+    // The sum of the list; beyond an int it wraps.
+    int getTotalScore() const;
+
+    std::vector<int> m_Values;
+};
+
+class COMMONGROUND_API CSportActEffectData
+{
+public:
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+};
+
+class COMMONGROUND_API CSportPlayerData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    unsigned char m_Byte1 = 0;
+    CSportScore m_SportScore;
+};
+
+class COMMONGROUND_API CSportRoomData
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::Uuid m_Id1;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+// Where a sport server is, and its load.
+class COMMONGROUND_API CSportGameServerInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    bool m_Flag1 = false;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    unsigned short m_Word1 = 0;
+    zet::String_T<wchar_t> m_Text2;
+    unsigned char m_Data1[6] = {};
+};
+
+// Asks for the sport server.
+class COMMONGROUND_API CCmdSport_AskServerInfoRequest : public CCmdPlatform
+{
+public:
+    CCmdSport_AskServerInfoRequest() : CCmdPlatform(command_id::CCmdSport_AskServerInfoRequest) {}
+    COMMAND_INTERFACE(CCmdSport_AskServerInfoRequest)
+};
+
+// A result and the server.
+class COMMONGROUND_API CCmdSport_AskServerInfoReply : public CCmdPlatform
+{
+public:
+    CCmdSport_AskServerInfoReply() : CCmdPlatform(command_id::CCmdSport_AskServerInfoReply) {}
+    COMMAND_INTERFACE(CCmdSport_AskServerInfoReply)
+
+    unsigned char m_Byte1 = 0;
+    CSportGameServerInfo m_SportGameServerInfo;
+};
+
+// Hands over a room and its players.
+class COMMONGROUND_API CCmdSport_StartSessionRequest : public CCmdPlatform
+{
+public:
+    CCmdSport_StartSessionRequest() : CCmdPlatform(command_id::CCmdSport_StartSessionRequest) {}
+    COMMAND_INTERFACE(CCmdSport_StartSessionRequest)
+
+    CSportRoomData m_SportRoomData;
+    std::vector<CSportPlayerData> m_SportPlayerDatas;
+};
+
+// A result and two identifiers.
+class COMMONGROUND_API CCmdSport_StartSessionReply : public CCmdPlatform
+{
+public:
+    CCmdSport_StartSessionReply() : CCmdPlatform(command_id::CCmdSport_StartSessionReply) {}
+    COMMAND_INTERFACE(CCmdSport_StartSessionReply)
+
+    unsigned char m_Byte1 = 0;
+    zet::Uuid m_Id1;
+    zet::Uuid m_Id2;
+};
+
+// The scores by player; of two entries with one text the later stays.
+class COMMONGROUND_API CCmdSport_GameOverMessage : public CCmdPlatform
+{
+public:
+    CCmdSport_GameOverMessage() : CCmdPlatform(command_id::CCmdSport_GameOverMessage) {}
+    COMMAND_INTERFACE(CCmdSport_GameOverMessage)
+
+    zet::Uuid m_Id1;
+    std::map<zet::String_T<wchar_t>, CSportScore> m_Entries;
+};
+
+// A player has left.
+class COMMONGROUND_API CCmdSport_UserDisconnectNotify : public CCmdPlatform
+{
+public:
+    CCmdSport_UserDisconnectNotify() : CCmdPlatform(command_id::CCmdSport_UserDisconnectNotify) {}
+    COMMAND_INTERFACE(CCmdSport_UserDisconnectNotify)
+
+    zet::String_T<wchar_t> m_Text1;
+};
