@@ -1,0 +1,77 @@
+// What the dance-lesson service tells of its lobby, its lessons and their users.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+class COMMONGROUND_API MazurixValues
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    unsigned short m_Word1 = 0;
+    unsigned short m_Word2 = 0;
+    unsigned short m_Word3 = 0;
+    unsigned short m_Word4 = 0;
+};
+
+class COMMONGROUND_API MazurixLobbyInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    unsigned short m_Word1 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    MazurixValues m_MazurixValues1;
+    MazurixValues m_MazurixValues2;
+};
+
+class COMMONGROUND_API MazurixLessonInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    zet::String_T<wchar_t> m_Text4;
+    zet::String_T<wchar_t> m_Text5;
+    unsigned short m_Word1 = 0;
+};
+
+class COMMONGROUND_API MazurixUserInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+};
+
+class COMMONGROUND_API MazurixExportInfo
+{
+public:
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    unsigned short m_Word1 = 0;
+    unsigned char m_Byte1 = 0;
+    unsigned short m_Word2 = 0;
+};
