@@ -1,0 +1,221 @@
+// A phone or another device that drives the game on the television: keys, mouse, touch, sensor and rhythm, and a
+// picture of the screen on its way back. The codes are agreed between the application on the phone and the client.
+#pragma once
+
+#include "dispatch/command_ids.h"
+#include "dispatch/command_process.h"
+#include "framework/buffer.h"
+#include "packaging/command_head.h"
+
+class COMMONGROUND_API CCmdConnectPhone : public CCmdPlatform
+{
+public:
+    CCmdConnectPhone() : CCmdPlatform(command_id::CCmdConnectPhone) {}
+    COMMAND_INTERFACE(CCmdConnectPhone)
+
+    unsigned char m_Byte1 = 0;
+    unsigned char m_Byte2 = 0;
+};
+
+class COMMONGROUND_API CCmdConnectMobileInfo : public CCmdPlatform
+{
+public:
+    CCmdConnectMobileInfo() : CCmdPlatform(command_id::CCmdConnectMobileInfo) {}
+    COMMAND_INTERFACE(CCmdConnectMobileInfo)
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+class COMMONGROUND_API CCmdConnectEvent : public CCmdPlatform
+{
+public:
+    CCmdConnectEvent() : CCmdPlatform(command_id::CCmdConnectEvent) {}
+    COMMAND_INTERFACE(CCmdConnectEvent)
+
+    unsigned char m_Byte1 = 0;
+    unsigned char m_Byte2 = 0;
+};
+
+class COMMONGROUND_API CCmdControlMode : public CCmdPlatform
+{
+public:
+    CCmdControlMode() : CCmdPlatform(command_id::CCmdControlMode) {}
+    COMMAND_INTERFACE(CCmdControlMode)
+
+    unsigned char m_Byte1 = 0;
+    int m_Value1 = 0;
+};
+
+class COMMONGROUND_API CCmdKeyEvent : public CCmdPlatform
+{
+public:
+    CCmdKeyEvent() : CCmdPlatform(command_id::CCmdKeyEvent) {}
+    COMMAND_INTERFACE(CCmdKeyEvent)
+
+    unsigned char m_Byte1 = 0;
+    unsigned char m_Byte2 = 0;
+    unsigned char m_Byte3 = 0;
+};
+
+class COMMONGROUND_API CCmdRhythmKeyEvent : public CCmdPlatform
+{
+public:
+    CCmdRhythmKeyEvent() : CCmdPlatform(command_id::CCmdRhythmKeyEvent) {}
+    COMMAND_INTERFACE(CCmdRhythmKeyEvent)
+
+    unsigned char m_Byte1 = 0;
+    unsigned char m_Byte2 = 0;
+    unsigned char m_Byte3 = 0;
+};
+
+class COMMONGROUND_API CCmdMouseEvent : public CCmdPlatform
+{
+public:
+    CCmdMouseEvent() : CCmdPlatform(command_id::CCmdMouseEvent) {}
+    COMMAND_INTERFACE(CCmdMouseEvent)
+
+    unsigned char m_Byte1 = 0;
+    unsigned char m_Byte2 = 0;
+    unsigned short m_Word1 = 0;
+    unsigned short m_Word2 = 0;
+};
+
+class COMMONGROUND_API CCmdTouchEvent : public CCmdPlatform
+{
+public:
+    CCmdTouchEvent() : CCmdPlatform(command_id::CCmdTouchEvent) {}
+    COMMAND_INTERFACE(CCmdTouchEvent)
+
+    unsigned char m_Byte1 = 0;
+    unsigned char m_Byte2 = 0;
+    unsigned char m_Byte3 = 0;
+    unsigned short m_Word1 = 0;
+    unsigned short m_Word2 = 0;
+};
+
+// The motion sensor of a phone: from -4 to just below 4, in steps of a 32nd.
+class COMMONGROUND_API CCmdSensorEvent : public CCmdPlatform
+{
+public:
+    CCmdSensorEvent() : CCmdPlatform(command_id::CCmdSensorEvent) {}
+    COMMAND_INTERFACE(CCmdSensorEvent)
+
+    // Each value through one byte.
+    void initGSensorData(float x, float y, float z);
+    float getGSensorX() const { return convertByte2GSensor(m_SensorX); }
+    float getGSensorY() const { return convertByte2GSensor(m_SensorY); }
+    float getGSensorZ() const { return convertByte2GSensor(m_SensorZ); }
+
+    unsigned char m_Byte1 = 0;
+    unsigned char m_SensorX = 0;
+    unsigned char m_SensorY = 0;
+    unsigned char m_SensorZ = 0;
+
+protected:
+    // A value beyond the scale, on either side, is the lowest code and not the nearest.
+    unsigned char convertGSensor2Byte(float value) const;
+    float convertByte2GSensor(unsigned char value) const;
+};
+
+class COMMONGROUND_API CCmdCameraEvent : public CCmdPlatform
+{
+public:
+    CCmdCameraEvent() : CCmdPlatform(command_id::CCmdCameraEvent) {}
+    COMMAND_INTERFACE(CCmdCameraEvent)
+
+    unsigned char m_Byte1 = 0;
+};
+
+class COMMONGROUND_API CCmdOpenCamera : public CCmdPlatform
+{
+public:
+    CCmdOpenCamera() : CCmdPlatform(command_id::CCmdOpenCamera) {}
+    COMMAND_INTERFACE(CCmdOpenCamera)
+
+    unsigned char m_Byte1 = 0;
+};
+
+class COMMONGROUND_API CCmdOpenCameraReply : public CCmdPlatform
+{
+public:
+    CCmdOpenCameraReply() : CCmdPlatform(command_id::CCmdOpenCameraReply) {}
+    COMMAND_INTERFACE(CCmdOpenCameraReply)
+
+    unsigned char m_Byte1 = 0;
+};
+
+class COMMONGROUND_API CCmdHeartEvent : public CCmdPlatform
+{
+public:
+    CCmdHeartEvent() : CCmdPlatform(command_id::CCmdHeartEvent) {}
+    COMMAND_INTERFACE(CCmdHeartEvent)
+};
+
+class COMMONGROUND_API CCmdHeartReply : public CCmdPlatform
+{
+public:
+    CCmdHeartReply() : CCmdPlatform(command_id::CCmdHeartReply) {}
+    COMMAND_INTERFACE(CCmdHeartReply)
+};
+
+// Asks for a picture of the screen.
+class COMMONGROUND_API CCmdScreenSynRequest : public CCmdPlatform
+{
+public:
+    CCmdScreenSynRequest() : CCmdPlatform(command_id::CCmdScreenSynRequest) {}
+    COMMAND_INTERFACE(CCmdScreenSynRequest)
+};
+
+class COMMONGROUND_API CCmdScreenSynResponse : public CCmdPlatform
+{
+public:
+    CCmdScreenSynResponse() : CCmdPlatform(command_id::CCmdScreenSynResponse) {}
+    COMMAND_INTERFACE(CCmdScreenSynResponse)
+
+    zet::Buffer m_Data1;
+};
+
+class COMMONGROUND_API CCmdStartKinect : public CCmdPlatform
+{
+public:
+    CCmdStartKinect() : CCmdPlatform(command_id::CCmdStartKinect) {}
+    COMMAND_INTERFACE(CCmdStartKinect)
+
+    bool m_Flag1 = false;
+};
+
+class COMMONGROUND_API CCmdStartKinectResponse : public CCmdPlatform
+{
+public:
+    CCmdStartKinectResponse() : CCmdPlatform(command_id::CCmdStartKinectResponse) {}
+    COMMAND_INTERFACE(CCmdStartKinectResponse)
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    zet::String_T<wchar_t> m_Text1;
+};
+
+class COMMONGROUND_API CCmdTelvaInfoRequest : public CCmdPlatform
+{
+public:
+    CCmdTelvaInfoRequest() : CCmdPlatform(command_id::CCmdTelvaInfoRequest) {}
+    COMMAND_INTERFACE(CCmdTelvaInfoRequest)
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+class COMMONGROUND_API CCmdTelvaInfoResponse : public CCmdPlatform
+{
+public:
+    CCmdTelvaInfoResponse() : CCmdPlatform(command_id::CCmdTelvaInfoResponse) {}
+    COMMAND_INTERFACE(CCmdTelvaInfoResponse)
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
