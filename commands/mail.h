@@ -1,0 +1,72 @@
+// Letters to the mail store and back, and short messages between players.
+#pragma once
+
+#include "dispatch/command_ids.h"
+#include "dispatch/command_process.h"
+#include "packaging/command_head.h"
+#include "playerdata/letter.h"
+
+#include <vector>
+
+class COMMONGROUND_API CCmdMailSendRequest : public CCmdPlatform
+{
+public:
+    CCmdMailSendRequest() : CCmdPlatform(command_id::CCmdMailSendRequest) {}
+    COMMAND_INTERFACE(CCmdMailSendRequest)
+
+    CLetter m_Letter;
+};
+
+class COMMONGROUND_API CCmdMailSendReply : public CCmdPlatform
+{
+public:
+    CCmdMailSendReply() : CCmdPlatform(command_id::CCmdMailSendReply) {}
+    COMMAND_INTERFACE(CCmdMailSendReply)
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+class COMMONGROUND_API CCmdMailReceiveRequest : public CCmdPlatform
+{
+public:
+    CCmdMailReceiveRequest() : CCmdPlatform(command_id::CCmdMailReceiveRequest) {}
+    COMMAND_INTERFACE(CCmdMailReceiveRequest)
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Text1;
+};
+
+// A list cut off is a good reply with the letters that were there.
+class COMMONGROUND_API CCmdMailReceiveReply : public CCmdPlatform
+{
+public:
+    CCmdMailReceiveReply() : CCmdPlatform(command_id::CCmdMailReceiveReply) {}
+    COMMAND_INTERFACE(CCmdMailReceiveReply)
+
+    zet::String_T<wchar_t> m_Text1;
+    std::vector<CLetter> m_Letters;
+};
+
+class COMMONGROUND_API CCmdMessageSend : public CCmdPlatform
+{
+public:
+    CCmdMessageSend() : CCmdPlatform(command_id::CCmdMessageSend) {}
+    COMMAND_INTERFACE(CCmdMessageSend)
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+};
+
+class COMMONGROUND_API CCmdMessageRecv : public CCmdPlatform
+{
+public:
+    CCmdMessageRecv() : CCmdPlatform(command_id::CCmdMessageRecv) {}
+    COMMAND_INTERFACE(CCmdMessageRecv)
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+};
