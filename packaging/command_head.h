@@ -80,6 +80,9 @@ class COMMONGROUND_API CCmdPlatform : public CCmdHead
 {
 public:
     explicit CCmdPlatform(unsigned short id) : CCmdHead(id) {}
+    // Without a move of its own: a command that is moved from keeps its fields.
+    CCmdPlatform(const CCmdPlatform&) = default;
+    CCmdPlatform& operator=(const CCmdPlatform&) = default;
 
     void SetClientAddress(const zet::Uuid& address) override { m_ClientAddress = address; }
     void SetAccountName(const zet::String_T<wchar_t>& name) override { m_AccountName = name; }
@@ -100,6 +103,9 @@ class COMMONGROUND_API CCmdSystem : public CCmdHead
 {
 public:
     explicit CCmdSystem(unsigned short id) : CCmdHead(id) {}
+    // Without a move of its own: a command that is moved from keeps its fields.
+    CCmdSystem(const CCmdSystem&) = default;
+    CCmdSystem& operator=(const CCmdSystem&) = default;
 
     void SetClientAddress(const zet::Uuid& address) override { m_ClientAddress = address; }
     void SetAccountName(const zet::String_T<wchar_t>& name) override { m_AccountName = name; }

@@ -325,8 +325,13 @@ Schema describe(const char* name, WalkOf walk)
 {
     Schema schema;
     schema.name = name;
-    const auto object = std::make_unique<Instance>();
-    const Class& record = *object;
+    // A member, since a record may have virtual operations and yet no virtual destructor.
+    struct Holder
+    {
+        Instance m_Object{};
+    };
+    const auto holder = std::make_unique<Holder>();
+    const Class& record = holder->m_Object;
     Describer describer(schema, &record);
     walk(describer, record);
     for (const Field& field : schema.fields)

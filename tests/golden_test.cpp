@@ -1,0 +1,118 @@
+// Every class against the vectors that were worked out by hand for it.
+#include "tests/support/golden.h"
+#include "tools/object_json.h"
+#include "tools/reading.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace
+{
+
+using golden::Book;
+using golden::Vector;
+using golden::Width;
+
+const Book& book()
+{
+    static const Book loaded(COMMONGROUND_TESTS_DIR "/golden");
+    return loaded;
+}
+
+tools::Form formOf(const Vector& vector)
+{
+    return vector.m_Form == "cmd" ? tools::Form::kCmd : tools::Form::kData;
+}
+
+std::vector<std::string> classNames()
+{
+    std::set<std::string> names;
+    for (const Vector& vector : book().all())
+        if (vector.m_Name != "head")
+            names.insert(vector.m_Class);
+    return {names.begin(), names.end()};
+}
+
+std::string shortHex(const std::string& bytes)
+{
+    const std::string hex = tools::hexOf(bytes.data(), bytes.size());
+    return hex.size() <= 4000 ? hex : hex.substr(0, 4000) + "...";
+}
+
+void expectSameBytes(const std::string& expected, const std::string& got, const std::string& what)
+{
+    if (expected == got)
+        return;
+    size_t at = 0;
+    while (at < expected.size() && at < got.size() && expected[at] == got[at])
+        ++at;
+    ADD_FAILURE() << what << " differs from byte " << at << " on\n  expected " << shortHex(expected.substr(at))
+                  << "\n  got      " << shortHex(got.substr(at));
+}
+
+void checkVector(const tools::ClassInfo& info, const Vector& vector, Width width)
+{
+    SCOPED_TRACE(vector.m_Place + " [" + vector.m_Class + " " + vector.m_Form + " " + vector.m_Name + "] in " +
+                 (width == Width::k16 ? "16" : "32") + "-bit text");
+    const tools::Form form = formOf(vector);
+    ASSERT_TRUE(tools::hasForm(info, form));
+
+    const std::string bytes = book().bytes(vector, width);
+    const tools::Reading reading = tools::readBytes(info, form, bytes);
+    EXPECT_EQ(vector.m_Read, reading.m_Read);
+    EXPECT_EQ(vector.m_Consumed >= 0 ? vector.m_Consumed : static_cast<int>(bytes.size()), reading.m_Consumed);
+
+    const nlohmann::json expected = book().members(vector);
+    const nlohmann::ordered_json got = tools::objectJson(info.m_Wire(), reading.m_Object.get());
+    for (const auto& [name, value] : expected.items())
+        EXPECT_TRUE(got.contains(name) && nlohmann::json(got[name]) == value)
+            << name << "\n  expected " << value.dump() << "\n  got      "
+            << (got.contains(name) ? got[name].dump() : "no such member");
+    for (const auto& [name, value] : got.items())
+        EXPECT_TRUE(expected.contains(name)) << "the vector does not give " << name << ", which is " << value.dump();
+
+    if (vector.m_Rewrite == "-")
+        return;
+    const Vector& rewrite =
+        vector.m_Rewrite.empty() ? vector : book().find(vector.m_Class, vector.m_Form, vector.m_Rewrite);
+    EXPECT_TRUE(reading.m_Write);
+    expectSameBytes(book().bytes(rewrite, golden::kNative), reading.m_Rewrite, "Write");
+}
+
+class Golden : public testing::TestWithParam<std::string>
+{
+};
+
+TEST_P(Golden, BytesMeanWhatTheVectorSays)
+{
+    const tools::ClassInfo* const info = tools::findClass(GetParam());
+    ASSERT_TRUE(info) << "no such class";
+    for (const Vector& vector : book().all())
+    {
+        if (vector.m_Class != GetParam())
+            continue;
+        if (vector.m_Has16)
+            checkVector(*info, vector, Width::k16);
+        if (vector.m_Has32)
+            checkVector(*info, vector, Width::k32);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Vectors, Golden, testing::ValuesIn(classNames()),
+                         [](const auto& param) { return param.param; });
+
+TEST(GoldenVectors, EveryClassHasOneInEachOfItsForms)
+{
+    std::set<std::string> known;
+    for (const Vector& vector : book().all())
+        known.insert(vector.m_Class + " " + vector.m_Form);
+    for (const tools::ClassInfo& info : tools::classTable())
+    {
+        const std::string name = info.m_Name;
+        EXPECT_TRUE(!tools::hasForm(info, tools::Form::kCmd) || known.contains(name + " cmd")) << name;
+        EXPECT_TRUE(!tools::hasForm(info, tools::Form::kData) || known.contains(name + " data")) << name;
+    }
+}
+
+} // namespace

@@ -1,0 +1,40 @@
+// Makes the row of a class for the table: what it can do is found out by asking the compiler.
+#pragma once
+
+#include "tools/class_table.h"
+
+namespace tools
+{
+
+template <class T, class P>
+concept Readable = requires(T& object, P* packager) { object.Read(packager); };
+
+template <class T>
+ClassInfo infoOf(const char* name, Family family, const char* base)
+{
+    ClassInfo info;
+    info.m_Name = name;
+    info.m_Family = family;
+    info.m_Base = base;
+    info.m_Wire = &T::Wire;
+    info.m_Make = []() -> std::shared_ptr<void> { return std::make_shared<T>(); };
+    if constexpr (Readable<T, CCmdPackager>)
+    {
+        info.m_ReadCmd = [](void* object, CCmdPackager& pk) { return static_cast<T*>(object)->Read(&pk); };
+        info.m_WriteCmd = [](const void* object, CCmdPackager& pk) { return static_cast<const T*>(object)->Write(&pk); };
+    }
+    if constexpr (Readable<T, CDataPackager>)
+    {
+        info.m_ReadData = [](void* object, CDataPackager& pk) { return static_cast<T*>(object)->Read(&pk); };
+        info.m_WriteData = [](const void* object, CDataPackager& pk)
+        { return static_cast<const T*>(object)->Write(&pk); };
+    }
+    return info;
+}
+
+// The three parts of the table, a file each.
+void addCommands(std::vector<ClassInfo>& table);
+void addRecords(std::vector<ClassInfo>& table);
+void addMessages(std::vector<ClassInfo>& table);
+
+} // namespace tools

@@ -1,0 +1,52 @@
+// Every class that travels, as the tools see it: made, read, written and described without knowing it.
+// Filled from dispatch/commands.def, playerdata/records.def and packs/messages.def, so a row without a class does not
+// compile, and a class without a row is unknown to the tools.
+#pragma once
+
+#include "dispatch/command_process.h"
+#include "packaging/cmd_packager.h"
+#include "packaging/data_packager.h"
+#include "packaging/wire/schema.h"
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace tools
+{
+
+enum class Family
+{
+    kCommand,
+    kRecord,
+    kMessage
+};
+
+// One class. Objects pass through as pointers to void: made here, given back here.
+struct ClassInfo
+{
+    const char* m_Name = "";
+    Family m_Family = Family::kRecord;
+    // Of a command its id and base; of a message the envelope that carries it.
+    unsigned short m_Id = 0;
+    const char* m_Base = "";
+    const wire::Schema& (*m_Wire)() = nullptr;
+    std::shared_ptr<void> (*m_Make)() = nullptr;
+    // Null where the class has no form for the packager.
+    bool (*m_ReadCmd)(void*, CCmdPackager&) = nullptr;
+    bool (*m_WriteCmd)(const void*, CCmdPackager&) = nullptr;
+    bool (*m_ReadData)(void*, CDataPackager&) = nullptr;
+    bool (*m_WriteData)(const void*, CDataPackager&) = nullptr;
+    // Of a command alone.
+    CmdProcess m_Process = nullptr;
+    SocketCmdProcess m_ProcessSocket = nullptr;
+};
+
+// Commands by id, then records, then messages. Made at the first call; any thread.
+const std::vector<ClassInfo>& classTable();
+// Null for an unknown name.
+const ClassInfo* findClass(std::string_view name);
+// The classes that hold an id: none, one, or two.
+std::vector<const ClassInfo*> classesOfId(unsigned short id);
+
+} // namespace tools

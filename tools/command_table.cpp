@@ -1,0 +1,50 @@
+#include "tools/class_info.h"
+
+#include "tools/all_classes.h"
+
+#define COMMAND(id, Class, Base) class Class;
+#define SHARED(id, Class, Base) class Class;
+#include "dispatch/commands.def"
+#undef COMMAND
+#undef SHARED
+
+namespace tools
+{
+
+namespace
+{
+
+template <class T>
+concept Landed = requires { sizeof(T); };
+
+template <class T>
+void add(std::vector<ClassInfo>& table, unsigned short id, const char* name, const char* base, auto pair)
+{
+    if constexpr (Landed<T>)
+    {
+        ClassInfo info = infoOf<T>(name, Family::kCommand, base);
+        info.m_Id = id;
+        pair(info, static_cast<T*>(nullptr));
+        table.push_back(info);
+    }
+}
+
+} // namespace
+
+void addCommands(std::vector<ClassInfo>& table)
+{
+#define COMMAND(id, Class, Base)                                                                                       \
+    add<Class>(table, id, #Class, #Base,                                                                               \
+               [](ClassInfo& info, auto* of)                                                                           \
+               {                                                                                                       \
+                   using T = std::remove_pointer_t<decltype(of)>;                                                      \
+                   info.m_Process = &T::Class##_Process;                                                               \
+                   info.m_ProcessSocket = &T::Class##_ProcessSocket;                                                   \
+               });
+#define SHARED(id, Class, Base) COMMAND(id, Class, Base)
+#include "dispatch/commands.def"
+#undef COMMAND
+#undef SHARED
+}
+
+} // namespace tools

@@ -1,0 +1,25 @@
+// An object's fields as JSON, read from its memory by its schema.
+#pragma once
+
+#include "packaging/wire/schema.h"
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <string_view>
+
+namespace tools
+{
+
+// Numbers; booleans; text as UTF-8 strings; identifiers, nodes and raw bytes as lower-case hexadecimal; records as
+// objects; lists, arrays, pairs and maps of records as arrays; maps of values as arrays of [key, value]. A float is
+// a number that gives the same float back; one that is no number is null. A command's head comes first.
+nlohmann::ordered_json objectJson(const wire::Schema& schema, const void* object);
+
+// A text in UTF-8; what is no character comes out as U+FFFD.
+std::string utf8Of(const wchar_t* text);
+std::string hexOf(const void* data, size_t size);
+// False on an odd number of digits or anything that is no digit; spaces are passed over.
+bool bytesOfHex(std::string_view hex, std::string& bytes);
+
+} // namespace tools

@@ -1,0 +1,289 @@
+#include "tools/wirelens/commands.h"
+
+#include "tools/class_table.h"
+#include "tools/frame_reader.h"
+#include "tools/object_json.h"
+#include "tools/reading.h"
+#include "tools/schema_reader.h"
+
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+
+namespace wirelens
+{
+
+using nlohmann::ordered_json;
+using tools::ClassInfo;
+using tools::Family;
+using tools::Form;
+
+namespace
+{
+
+void printLine(const ordered_json& json)
+{
+    std::cout << json.dump() << std::endl;
+}
+
+const ClassInfo* classOf(const std::string& name)
+{
+    const ClassInfo* const info = tools::findClass(name);
+    if (!info)
+        std::cerr << "wirelens: no class " << name << "\n";
+    return info;
+}
+
+std::string idText(const ClassInfo& info)
+{
+    char text[8];
+    std::snprintf(text, sizeof text, "0x%04x", info.m_Id);
+    return text;
+}
+
+std::string formsOf(const ClassInfo& info)
+{
+    std::string forms = tools::hasForm(info, Form::kCmd) ? "cmd" : "";
+    if (tools::hasForm(info, Form::kData))
+        forms += forms.empty() ? "data" : " data";
+    return forms;
+}
+
+const char* familyName(Family family)
+{
+    return family == Family::kCommand ? "command" : family == Family::kRecord ? "record" : "message";
+}
+
+std::string typeOf(const wire::Field& field)
+{
+    switch (field.kind)
+    {
+    case wire::Kind::kRecord:
+        return field.record->name;
+    case wire::Kind::kArray:
+        return typeOf(field.parts[0]) + "[" + std::to_string(field.extent) + "]";
+    case wire::Kind::kBytes:
+        return "unsigned char[" + std::to_string(field.extent) + "]";
+    case wire::Kind::kPair:
+        return "pair of " + typeOf(field.parts[0]);
+    case wire::Kind::kList:
+    case wire::Kind::kElementsOf:
+    {
+        const std::string element = typeOf(field.parts.back());
+        const std::string what = field.kind == wire::Kind::kList ? "list" : "elements";
+        return field.parts.size() == 2 ? what + " of " + typeOf(field.parts[0]) + " to " + element
+                                       : what + " of " + element;
+    }
+    case wire::Kind::kSizedItems:
+        return "items of " + typeOf(field.parts[0]);
+    case wire::Kind::kLiteral:
+        return "int, always " + std::to_string(field.extent);
+    default:
+        return wire::kindName(field.kind);
+    }
+}
+
+void printField(const wire::Field& field, const ordered_json& defaults)
+{
+    std::cout << "  " << (field.name.empty() ? "-" : field.name) << "  " << typeOf(field);
+    if (!field.name.empty() && field.kind != wire::Kind::kCountOf && defaults.contains(field.name))
+    {
+        const std::string value = defaults[field.name].dump();
+        std::cout << "  = " << (value.size() > 80 ? value.substr(0, 77) + "..." : value);
+    }
+    if (!field.words.empty())
+        std::cout << "  [" << field.words << "]";
+    std::cout << "\n";
+    if (field.kind == wire::Kind::kColumns || field.kind == wire::Kind::kInterleaved)
+        for (const wire::Field& part : field.parts)
+            printField(part, defaults);
+}
+
+ordered_json readLine(const std::string& line)
+{
+    std::istringstream words(line);
+    std::string name;
+    std::string form;
+    std::string hex;
+    words >> name >> form >> hex;
+    ordered_json json = {{"class", name}};
+    const ClassInfo* const info = tools::findClass(name);
+    std::string bytes;
+    if (!info)
+        json["error"] = "unknown class";
+    else if (form != "cmd" && form != "data")
+        json["error"] = "the packager is cmd or data";
+    else if (!tools::hasForm(*info, form == "cmd" ? Form::kCmd : Form::kData))
+        json["error"] = "the class has no form for the " + form + " packager";
+    else if (hex.empty() || (hex != "-" && !tools::bytesOfHex(hex, bytes)))
+        json["error"] = "the bytes are no hexadecimal";
+    if (json.contains("error"))
+        return json;
+
+    const tools::Reading reading = tools::readBytes(*info, form == "cmd" ? Form::kCmd : Form::kData, bytes);
+    json["form"] = form;
+    json["read"] = reading.m_Read;
+    json["consumed"] = reading.m_Consumed;
+    json["size"] = reading.m_Size;
+    json["fields"] = tools::objectJson(info->m_Wire(), reading.m_Object.get());
+    json["write"] = reading.m_Write;
+    json["rewrite"] = tools::hexOf(reading.m_Rewrite.data(), reading.m_Rewrite.size());
+    return json;
+}
+
+} // namespace
+
+int catalogue(const std::vector<std::string>& arguments)
+{
+    const bool asJson = arguments.size() == 1 && arguments[0] == "--json";
+    if (!arguments.empty() && !asJson)
+    {
+        std::cerr << "wirelens: catalogue takes --json or nothing\n";
+        return 2;
+    }
+    ordered_json all = ordered_json::array();
+    for (const ClassInfo& info : tools::classTable())
+    {
+        if (asJson)
+        {
+            ordered_json row = {{"class", info.m_Name}, {"family", familyName(info.m_Family)}};
+            if (info.m_Family == Family::kCommand)
+                row.update({{"id", idText(info)}, {"base", info.m_Base}});
+            else
+                row["forms"] = formsOf(info);
+            if (info.m_Family == Family::kMessage)
+                row["envelope"] = info.m_Base;
+            all.push_back(row);
+        }
+        else if (info.m_Family == Family::kCommand)
+        {
+            std::cout << idText(info) << "  " << info.m_Name << "  " << info.m_Base << "\n";
+        }
+        else
+        {
+            std::cout << familyName(info.m_Family) << "  " << info.m_Name << "  " << formsOf(info);
+            if (info.m_Family == Family::kMessage)
+                std::cout << "  in " << info.m_Base;
+            std::cout << "\n";
+        }
+    }
+    if (asJson)
+        printLine(all);
+    return 0;
+}
+
+int schema(const std::string& className)
+{
+    const ClassInfo* const info = classOf(className);
+    if (!info)
+        return 1;
+    const wire::Schema& schema = info->m_Wire();
+    const ordered_json defaults = tools::objectJson(schema, info->m_Make().get());
+    std::cout << info->m_Name << "  " << familyName(info->m_Family);
+    if (info->m_Family == Family::kCommand)
+        std::cout << " " << idText(*info) << " on " << info->m_Base;
+    else
+        std::cout << "  " << formsOf(*info);
+    std::cout << "\n";
+    for (const wire::Field& field : schema.fields)
+        printField(field, defaults);
+    std::cout << "  smallest " << schema.smallest << " bytes\n";
+    return 0;
+}
+
+int makeNew(const std::string& className)
+{
+    const ClassInfo* const info = tools::findClass(className);
+    if (!info)
+    {
+        printLine({{"class", className}, {"error", "unknown class"}});
+        return 1;
+    }
+    const Form form = tools::hasForm(*info, Form::kCmd) ? Form::kCmd : Form::kData;
+    const std::shared_ptr<void> object = info->m_Make();
+    bool write = false;
+    const std::string bytes = tools::writeObject(*info, form, object.get(), write);
+    printLine({{"class", info->m_Name},
+               {"form", form == Form::kCmd ? "cmd" : "data"},
+               {"fields", tools::objectJson(info->m_Wire(), object.get())},
+               {"write", write},
+               {"rewrite", tools::hexOf(bytes.data(), bytes.size())}});
+    return 0;
+}
+
+int read()
+{
+    std::string line;
+    while (std::getline(std::cin, line))
+        printLine(readLine(line));
+    return 0;
+}
+
+int explain(const std::string& className, const std::string& hex)
+{
+    const ClassInfo* const info = classOf(className);
+    if (!info)
+        return 1;
+    std::string bytes;
+    if (hex != "-" && !tools::bytesOfHex(hex, bytes))
+    {
+        std::cerr << "wirelens: the bytes are no hexadecimal\n";
+        return 2;
+    }
+    const tools::Explanation explanation = tools::explain(info->m_Wire(), bytes);
+    for (const tools::ExplainedValue& value : explanation.m_Values)
+        std::cout << value.m_Offset << "  " << tools::hexOf(bytes.data() + value.m_Offset, value.m_Size) << "  "
+                  << value.m_Field << "  " << value.m_Value << "\n";
+    if (!explanation.m_Failure.empty())
+        std::cout << explanation.m_Failure << "\n";
+    else if (explanation.m_Consumed < bytes.size())
+        std::cout << bytes.size() - explanation.m_Consumed << " bytes behind the last field\n";
+    return explanation.m_Failure.empty() && explanation.m_Consumed == bytes.size() ? 0 : 1;
+}
+
+int decode(const std::vector<std::string>& arguments)
+{
+    tools::Framing framing = tools::Framing::kStream;
+    std::string path = "-";
+    for (const std::string& argument : arguments)
+    {
+        if (argument == "--datagram")
+            framing = tools::Framing::kDatagram;
+        else if (argument == "--packets")
+            framing = tools::Framing::kPackets;
+        else
+            path = argument;
+    }
+    std::string content;
+    if (path == "-")
+    {
+        content.assign(std::istreambuf_iterator<char>(std::cin), {});
+    }
+    else
+    {
+        std::ifstream file(path, std::ios::binary);
+        if (!file)
+        {
+            std::cerr << "wirelens: cannot open " << path << "\n";
+            return 1;
+        }
+        content.assign(std::istreambuf_iterator<char>(file), {});
+    }
+    int failures = 0;
+    tools::decodeFrames(tools::recordedBytes(content), framing,
+                        [&](const ordered_json& json)
+                        {
+                            failures += json.contains("error") ? 1 : 0;
+                            printLine(json);
+                        });
+    return failures == 0 ? 0 : 1;
+}
+
+void warn(const wchar_t* line)
+{
+    std::cerr << "wirelens: " << tools::utf8Of(line) << "\n";
+}
+
+} // namespace wirelens

@@ -1,0 +1,20 @@
+// The commands of wirelens; each returns the process's exit code: 0 well, 1 a failure that was told, 2 misuse.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace wirelens
+{
+
+int catalogue(const std::vector<std::string>& arguments);
+int schema(const std::string& className);
+int makeNew(const std::string& className);
+int read();
+int explain(const std::string& className, const std::string& hex);
+int decode(const std::vector<std::string>& arguments);
+
+// One line to the standard error.
+void warn(const wchar_t* line);
+
+} // namespace wirelens
