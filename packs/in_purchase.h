@@ -1,0 +1,179 @@
+// The messages of in-purchase: buying goods from within a game, and the purchase codes called F-codes. All fields are
+// texts but for one number in the row of an F-code.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+#include <vector>
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+// One F-code of a list.
+struct COMMONGROUND_API InPurchaseFCodeRow
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API InPurchasePack_CheckIfOpenInPurchase_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+};
+
+struct COMMONGROUND_API InPurchasePack_CheckIfOpenInPurchase_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+// The members lie in another order than they travel in.
+struct COMMONGROUND_API InPurchasePack_SaveOrderId_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text3;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text4;
+    zet::String_T<wchar_t> m_Text5;
+};
+
+struct COMMONGROUND_API InPurchasePack_SaveOrderId_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+};
+
+// Asks how a payment ended.
+struct COMMONGROUND_API InPurchasePack_GetCheckResult_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API InPurchasePack_GetCheckResult_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    zet::String_T<wchar_t> m_Text4;
+};
+
+// Tells the player of a purchase that succeeded. The members lie in another order than they travel in.
+struct COMMONGROUND_API InPurchasePack_SendBuySuccessMessage_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text4;
+    zet::String_T<wchar_t> m_Text5;
+    zet::String_T<wchar_t> m_Text6;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+};
+
+struct COMMONGROUND_API InPurchasePack_CheckAuthorizationCode_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API InPurchasePack_CheckAuthorizationCode_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+};
+
+struct COMMONGROUND_API InPurchasePack_CreateAndSaveFCode_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+struct COMMONGROUND_API InPurchasePack_CreateAndSaveFCode_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    zet::String_T<wchar_t> m_Text4;
+};
+
+// Read never fails, and a list without rows leaves the rows that the object holds.
+struct COMMONGROUND_API InPurchasePack_GetFCodeList_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<InPurchaseFCodeRow> m_InPurchaseFCodeRows;
+};
+
+struct COMMONGROUND_API InPurchasePack_UseFCode_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API InPurchasePack_UseFCode_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+};
