@@ -1,0 +1,101 @@
+// The query tool's access: login, version, and what a query can be narrowed by.
+// Every message has a virtual pair, Write before Read, and no virtual destructor: none is destroyed through a base.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+#include <vector>
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+struct COMMONGROUND_API QT_Login_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API QT_Login_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    bool m_Flag1 = false;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API QT_CheckVersion_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Version;
+};
+
+struct COMMONGROUND_API QT_CheckVersion_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    bool m_Flag1 = false;
+    zet::String_T<wchar_t> m_Text1;
+};
+
+struct COMMONGROUND_API QT_SendProductType
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_ProductType = 0;
+};
+
+struct COMMONGROUND_API QT_InsertMac_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    std::vector<zet::String_T<wchar_t>> m_Texts;
+};
+
+struct COMMONGROUND_API QT_TableTimeFrom_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+// The nine lists of choices that a query offers. All counts travel ahead of all texts.
+struct COMMONGROUND_API QT_QueryCondition_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<zet::String_T<wchar_t>> m_List1;
+    std::vector<zet::String_T<wchar_t>> m_List2;
+    std::vector<zet::String_T<wchar_t>> m_List3;
+    std::vector<zet::String_T<wchar_t>> m_List4;
+    std::vector<zet::String_T<wchar_t>> m_List5;
+    std::vector<zet::String_T<wchar_t>> m_List6;
+    std::vector<zet::String_T<wchar_t>> m_List7;
+    std::vector<zet::String_T<wchar_t>> m_List8;
+    std::vector<zet::String_T<wchar_t>> m_List9;
+};

@@ -1,0 +1,156 @@
+// The query tool's statistics of the best family and zillionaire games. See query_tool_payment.h for what a report is.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+#include <vector>
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+struct COMMONGROUND_API QT_BstFmy3_DailyStats_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API QT_BstFmy3_DailyStats_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<zet::String_T<wchar_t>> m_Column1;
+    std::vector<int> m_Column2;
+    std::vector<int> m_Column3;
+    std::vector<int> m_Column4;
+    std::vector<int> m_Column5;
+};
+
+struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<zet::String_T<wchar_t>> m_Column1;
+    std::vector<int> m_Column2;
+    std::vector<int> m_Column3;
+    std::vector<int> m_Column4;
+};
+
+struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<zet::String_T<wchar_t>> m_Column1;
+    std::vector<int> m_Column2;
+    std::vector<int> m_Column3;
+    std::vector<int> m_Column4;
+    std::vector<int> m_Column5;
+};
+
+struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<zet::String_T<wchar_t>> m_Column1;
+    std::vector<int> m_Column2;
+    std::vector<int> m_Column3;
+    std::vector<int> m_Column4;
+    std::vector<int> m_Column5;
+    std::vector<int> m_Column6;
+};
+
+struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<zet::String_T<wchar_t>> m_Column1;
+    std::vector<int> m_Column2;
+    std::vector<int> m_Column3;
+    std::vector<int> m_Column4;
+    std::vector<int> m_Column5;
+};
+
+struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<zet::String_T<wchar_t>> m_Column1;
+    std::vector<int> m_Column2;
+    std::vector<int> m_Column3;
+    std::vector<int> m_Column4;
+};

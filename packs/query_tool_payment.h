@@ -1,0 +1,137 @@
+// The query tool's reports on payment and consumption.
+// A report is a set of columns of one length: its rows travel one after the other, each an element of every column. A
+// writer takes the length of the first column for all of them.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+#include <vector>
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+struct COMMONGROUND_API QT_OverviewPay_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API QT_OverviewPay_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    float m_Float1 = 0;
+    float m_Float2 = 0;
+    float m_Float3 = 0;
+    float m_Float4 = 0;
+    float m_Float5 = 0;
+    float m_Float6 = 0;
+    float m_Float7 = 0;
+    float m_Float8 = 0;
+};
+
+struct COMMONGROUND_API QT_Payment_Pay_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 1;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    zet::String_T<wchar_t> m_Text4;
+    zet::String_T<wchar_t> m_Text5;
+};
+
+struct COMMONGROUND_API QT_Payment_Pay_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = 0;
+    int m_Value5 = 0;
+    std::vector<zet::String_T<wchar_t>> m_Column1;
+    std::vector<zet::String_T<wchar_t>> m_Column2;
+    std::vector<zet::String_T<wchar_t>> m_Column3;
+    std::vector<zet::String_T<wchar_t>> m_Column4;
+    std::vector<zet::String_T<wchar_t>> m_Column5;
+    std::vector<zet::String_T<wchar_t>> m_Column6;
+};
+
+struct COMMONGROUND_API QT_Payment_Consumption_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 1;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+};
+
+struct COMMONGROUND_API QT_Payment_Consumption_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    std::vector<zet::String_T<wchar_t>> m_Column1;
+    std::vector<zet::String_T<wchar_t>> m_Column2;
+    std::vector<zet::String_T<wchar_t>> m_Column3;
+    std::vector<zet::String_T<wchar_t>> m_Column4;
+    std::vector<zet::String_T<wchar_t>> m_Column5;
+};
+
+struct COMMONGROUND_API QT_Nib2Nib3_Pay_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 1;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    zet::String_T<wchar_t> m_Text4;
+    zet::String_T<wchar_t> m_Text5;
+};
+
+struct COMMONGROUND_API QT_Nib2Nib3_Pay_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    float m_Float1 = 0;
+    int m_Value3 = 0;
+    std::vector<zet::String_T<wchar_t>> m_Column1;
+    std::vector<zet::String_T<wchar_t>> m_Column2;
+    std::vector<zet::String_T<wchar_t>> m_Column3;
+    std::vector<zet::String_T<wchar_t>> m_Column4;
+};
