@@ -1,0 +1,303 @@
+// The messages of the home feature: games of the rush, its lives, unlocking and jumping off, and lists of players.
+// A request that changes something brings the player's records, and the reply returns them: the server keeps nothing
+// between two calls.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "playerdata/account_core.h"
+#include "playerdata/account_global.h"
+#include "playerdata/home_data.h"
+
+#include <map>
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+struct COMMONGROUND_API HomePack_LoadData_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    AccountData m_Account;
+    AccountGlobalData m_GlobalData;
+};
+
+struct COMMONGROUND_API HomePack_LoadData_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    bool m_Flag1 = false;
+    AccountHomeData m_HomeData;
+};
+
+struct COMMONGROUND_API HomePack_SaveData_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    AccountHomeData m_HomeData;
+    AccountGlobalData m_GlobalData;
+};
+
+struct COMMONGROUND_API HomePack_SaveData_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+};
+
+struct COMMONGROUND_API HomePack_StartGame_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = 0;
+    int m_Value5 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API HomePack_StartGame_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    AccountData m_Account;
+    AccountHomeData m_HomeData;
+    zet::String_T<wchar_t> m_Msg;
+};
+
+struct COMMONGROUND_API HomePack_EndGame_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = 0;
+    int m_Value5 = 0;
+    float m_Float1 = 0;
+    float m_Float2 = 0;
+    bool m_Flag1 = false;
+    bool m_Flag2 = false;
+    zet::String_T<wchar_t> m_Text1;
+};
+
+struct COMMONGROUND_API HomePack_EndGame_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = 0;
+    bool m_Flag1 = false;
+    bool m_Flag2 = false;
+    int m_Value5 = 0;
+    int m_Value6 = 0;
+    int m_Value7 = 0;
+    int m_Value8 = 0;
+    int m_Value9 = 0;
+    int m_Value10 = 0;
+    int m_Value11 = 0;
+    int m_Value12 = 0;
+    int m_Value13 = 0;
+    int m_Value14 = 0;
+    int m_Value15 = 0;
+    int m_Value16 = 0;
+    int m_Value17 = 0;
+    bool m_Flag3 = false;
+    AccountData m_Account;
+    AccountGlobalData m_GlobalData;
+    AccountHomeData m_HomeData;
+    zet::String_T<wchar_t> m_Msg;
+};
+
+struct COMMONGROUND_API HomePack_CountdownTime_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+};
+
+struct COMMONGROUND_API HomePack_CountdownTime_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    int m_Value1 = 0;
+    AccountHomeData m_HomeData;
+};
+
+struct COMMONGROUND_API HomePack_JumpOff_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    bool m_Flag1 = false;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = 0;
+    AccountData m_Account;
+    AccountHomeData m_HomeData;
+};
+
+struct COMMONGROUND_API HomePack_JumpOff_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    bool m_Flag1 = false;
+    int m_Value1 = 0;
+    AccountData m_Account;
+    AccountHomeData m_HomeData;
+    AccountGlobalData m_GlobalData;
+    zet::String_T<wchar_t> m_Msg;
+};
+
+// A reward without a game played.
+struct COMMONGROUND_API HomePack_DirectReWard_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    AccountData m_Account;
+    AccountHomeData m_HomeData;
+    AccountGlobalData m_GlobalData;
+};
+
+struct COMMONGROUND_API HomePack_DirectReWard_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    AccountData m_Account;
+    AccountHomeData m_HomeData;
+    AccountGlobalData m_GlobalData;
+};
+
+struct COMMONGROUND_API HomePack_UnlockGame_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    AccountData m_Account;
+    AccountHomeData m_HomeData;
+};
+
+struct COMMONGROUND_API HomePack_UnlockGame_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    AccountData m_Account;
+    AccountHomeData m_HomeData;
+    AccountGlobalData m_GlobalData;
+};
+
+struct COMMONGROUND_API HomePack_GetPlayerList_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+// The list always travels in full, without a count.
+struct COMMONGROUND_API HomePack_GetPlayerList_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    int m_Value1 = 0;
+    int m_PlayerList[101] = {};
+};
+
+struct COMMONGROUND_API HomePack_PlayerNumList_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+};
+
+// Neither reading nor writing ever fails.
+struct COMMONGROUND_API HomePack_PlayerNumList_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::map<int, int> m_PlayerNum;
+};
+
+struct COMMONGROUND_API HomePack_ClearDaily_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Text1;
+};
+
+struct COMMONGROUND_API HomePack_ClearDaily_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    AccountHomeData m_HomeData;
+};
