@@ -1,0 +1,110 @@
+// The messages of the achievement feature: around a game, for a single achievement, as a notice, and as a full list.
+// Achievements stand in a map by the third field of the record; no key travels by itself, and no record decides a
+// result.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "playerdata/account_other.h"
+
+#include <map>
+#include <vector>
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+struct COMMONGROUND_API AchievementPack_StartGame_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    std::map<int, AccountAchievementData> m_Achievements;
+};
+
+// The text travels ahead of each size; the second one stays.
+struct COMMONGROUND_API AchievementPack_StartGame_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::map<int, AccountAchievementData> m_Achievements;
+    std::vector<AccountBehaviourData> m_Behaviours;
+};
+
+struct COMMONGROUND_API AchievementPack_SendAchievement_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    zet::String_T<wchar_t> m_Text1;
+};
+
+struct COMMONGROUND_API AchievementPack_SendAchievement_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::map<int, AccountAchievementData> m_Achievements;
+};
+
+struct COMMONGROUND_API AchievementPack_EndGame_Request
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    std::map<int, AccountAchievementData> m_Achievements;
+};
+
+struct COMMONGROUND_API AchievementPack_EndGame_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+};
+
+struct COMMONGROUND_API AchievementPack_Notice_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::map<int, AccountAchievementData> m_Achievements;
+};
+
+// Both sizes travel first, then the achievements, then the numbers.
+struct COMMONGROUND_API AchievementPack_GetAllAchievement_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    std::vector<int> m_Numbers;
+    std::map<int, AccountAchievementData> m_Achievements;
+};
+
+struct COMMONGROUND_API AchievementPack_GetAllAchievement_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::map<int, AccountAchievementData> m_Achievements;
+};
