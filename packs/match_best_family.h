@@ -1,0 +1,199 @@
+// The best family event of the match feature: entering and leaving it, its dice, machine, tasks and countdown.
+// Each answer is two texts and the whole record of the event.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "playerdata/account_core.h"
+#include "playerdata/match_data.h"
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+struct COMMONGROUND_API MatchPack_EnterBestFamily_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    AccountData m_Account;
+    bool m_Flag1 = false;
+};
+
+struct COMMONGROUND_API MatchPack_EnterBestFamily_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    AccountData m_Account;
+    AccountMatchData3 m_MatchData3;
+    bool m_Flag1 = false;
+};
+
+struct COMMONGROUND_API MatchPack_ExitBestFamily_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    AccountMatchData3 m_MatchData3;
+    AccountData m_Account;
+};
+
+struct COMMONGROUND_API MatchPack_ExitBestFamily_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    AccountMatchData3 m_MatchData3;
+    AccountData m_Account;
+};
+
+// Throws a die.
+struct COMMONGROUND_API MatchPack_BestFamilyRandomDice_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+struct COMMONGROUND_API MatchPack_BestFamilyRandomDice_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    AccountMatchData3 m_MatchData3;
+};
+
+// Sets a die to a number of the player's choice.
+struct COMMONGROUND_API MatchPack_BestFamilySetDice_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API MatchPack_BestFamilySetDice_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    AccountMatchData3 m_MatchData3;
+};
+
+struct COMMONGROUND_API MatchPack_BestFamilyTigerMachine_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+struct COMMONGROUND_API MatchPack_BestFamilyTigerMachine_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    AccountMatchData3 m_MatchData3;
+};
+
+struct COMMONGROUND_API MatchPack_BestFamilyTask_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API MatchPack_BestFamilyTask_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    AccountMatchData3 m_MatchData3;
+};
+
+struct COMMONGROUND_API MatchPack_BestFamilyCheckGameResult_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    char m_Char1 = 0;
+};
+
+struct COMMONGROUND_API MatchPack_BestFamilyCheckGameResult_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    AccountMatchData3 m_MatchData3;
+};
+
+struct COMMONGROUND_API MatchPack_BestFamilyCountDownTime_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+struct COMMONGROUND_API MatchPack_BestFamilyCountDownTime_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    AccountMatchData3 m_MatchData3;
+};
+
+struct COMMONGROUND_API MatchPack_ModifyCountDownTime_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    AccountMatchData3 m_MatchData3;
+};

@@ -1,0 +1,135 @@
+// Playing in a match: the brain game, tools, another try, and the list of the players.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "playerdata/account_core.h"
+#include "playerdata/match_data.h"
+#include "playerdata/rank_sort.h"
+
+#include <vector>
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+struct COMMONGROUND_API MatchPack_SelectBrainGame_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API MatchPack_SelectBrainGame_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = 0;
+    int m_Value5 = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API MatchPack_StartBrainGame_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+};
+
+struct COMMONGROUND_API MatchPack_StartBrainGame_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    zet::String_T<wchar_t> m_Msg;
+};
+
+struct COMMONGROUND_API MatchPack_BuyTool_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    AccountData m_Account;
+    AccountMatchData3 m_MatchData3;
+};
+
+struct COMMONGROUND_API MatchPack_BuyTool_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    AccountMatchData3 m_MatchData3;
+    AccountData m_Account;
+    int m_Value2 = 0;
+    zet::String_T<wchar_t> m_Msg;
+};
+
+struct COMMONGROUND_API MatchPack_TryAgainGame_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+};
+
+struct COMMONGROUND_API MatchPack_TryAgainGame_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    AccountData m_Account;
+    zet::String_T<wchar_t> m_Msg;
+};
+
+struct COMMONGROUND_API MatchPack_PlayerList_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+};
+
+// The player's own place stands ahead of the list.
+struct COMMONGROUND_API MatchPack_PlayerList_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    zet::String_T<wchar_t> m_Msg;
+    int m_Value4 = 0;
+    int m_Value5 = 0;
+    GameMatchSortInfo m_SelfSort;
+    std::vector<GameMatchSortInfo> m_SortList;
+};

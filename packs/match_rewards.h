@@ -1,0 +1,200 @@
+// What a match gives beside its games: schedules, gifts, awards, bets, praise and the lottery of the final.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "playerdata/account_core.h"
+#include "playerdata/match_data.h"
+
+#include <utility>
+#include <vector>
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+// Read never fails.
+struct COMMONGROUND_API MatchPack_FinishSchedule_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    std::vector<zet::String_T<wchar_t>> m_Names;
+};
+
+struct COMMONGROUND_API MatchPack_FinishSchedule_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+};
+
+struct COMMONGROUND_API MatchPack_TakeGift_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API MatchPack_TakeGift_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    AccountMatchData3 m_MatchData3;
+    AccountData m_Account;
+    zet::String_T<wchar_t> m_Msg;
+};
+
+struct COMMONGROUND_API MatchPack_TeamAwards_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Text1;
+};
+
+// Reading adds to the lists that the object holds, and never fails.
+struct COMMONGROUND_API MatchPack_TeamAwards_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    std::vector<zet::String_T<wchar_t>> m_List1;
+    std::vector<zet::String_T<wchar_t>> m_List2;
+    std::vector<zet::String_T<wchar_t>> m_List3;
+    std::vector<int> m_Numbers;
+};
+
+// Has no answer.
+struct COMMONGROUND_API MatchPack_UpdateBaodiTaskExecState_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    bool m_Flag1 = true;
+};
+
+struct COMMONGROUND_API MatchPack_GiveBet_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API MatchPack_GiveBet_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    AccountMatchData3 m_MatchData3;
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Text2;
+};
+
+struct COMMONGROUND_API MatchPack_GivePraise_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+struct COMMONGROUND_API MatchPack_GivePraise_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    zet::String_T<wchar_t> m_Msg;
+};
+
+struct COMMONGROUND_API MatchPack_FinalLottery_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    AccountData m_Account;
+};
+
+struct COMMONGROUND_API MatchPack_FinalLottery_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    zet::String_T<wchar_t> m_Msg;
+    AccountData m_Account;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    std::vector<int> m_Numbers;
+};
+
+struct COMMONGROUND_API MatchPack_FinalMatchInfo_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+};
+
+struct COMMONGROUND_API MatchPack_FinalMatchInfo_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = 0;
+    std::pair<zet::String_T<wchar_t>, zet::String_T<wchar_t>> m_Pair1;
+    std::pair<zet::String_T<wchar_t>, zet::String_T<wchar_t>> m_Pair2;
+    std::pair<AccountMatchData3, AccountMatchData3> m_MatchData3;
+    zet::String_T<wchar_t> m_Msg;
+};
+
+// Answered by MatchPackType_LotteryReset.
+struct COMMONGROUND_API MatchPack_LotteryReset_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+// Answered by MatchPackType_LotteryRevealer.
+struct COMMONGROUND_API MatchPack_LotteryRevealer_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+};

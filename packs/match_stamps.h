@@ -1,0 +1,81 @@
+// The stamps of the match feature: their exchange, and what the match shop gives for them.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "playerdata/match_data.h"
+#include "playerdata/match_records.h"
+
+class CCmdPackager;
+class CDataPackager;
+namespace wire
+{
+struct Schema;
+}
+
+struct COMMONGROUND_API MatchPack_ExchangeStampRequest
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    bool Write(CDataPackager* pk) const;
+    bool Read(CDataPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = -1;
+    int m_Value4 = 0;
+    AccountMatchData m_MatchData;
+};
+
+struct COMMONGROUND_API MatchPack_ExchangeStampReply
+{
+    virtual bool Write(CDataPackager* pk) const;
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CDataPackager* pk);
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    int m_Value1 = -1;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = 0;
+    AccountMatchData m_MatchData;
+};
+
+// The answer in place of the goods when the stock is short.
+struct COMMONGROUND_API MatchPack_NotEnoughStockReply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+};
+
+struct COMMONGROUND_API MatchPack_StampChangeGoodsRequest
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+// The goods, and the code where the prize is one.
+struct COMMONGROUND_API MatchPack_StampChangeGoodsReply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    MatchShopAwardsInfo m_ShopAwards;
+    MatchAwardsCodeInfo m_AwardsCode;
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    zet::String_T<wchar_t> m_Msg;
+};
