@@ -1,0 +1,219 @@
+// The combat season and the BS4 season of the match feature. They ride in the match envelopes, a notice as a reply.
+// Their rank tables are in playerdata/combat_rank.h.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "playerdata/account_core.h"
+#include "playerdata/account_global.h"
+#include "playerdata/account_other.h"
+#include "playerdata/letter.h"
+
+#include <vector>
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+struct COMMONGROUND_API CombatPack_Enroll_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    AccountGlobalData m_GlobalData;
+};
+
+struct COMMONGROUND_API CombatPack_Enroll_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    AccountGlobalData m_GlobalData;
+};
+
+struct COMMONGROUND_API CombatPack_QueryEnroll_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API CombatPack_QueryGroup_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API CombatPack_PlayerSelectGroup_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API CombatPack_PlayerSelectGroup_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+};
+
+struct COMMONGROUND_API CombatPack_Change_Diamond
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    AccountGlobalData m_GlobalData;
+};
+
+// A twin of Match4ShopGood.
+struct COMMONGROUND_API CombatShopGood
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_GoodId = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    int m_Value1 = 0;
+    int m_Value2 = -1;
+    int m_Value3 = 0;
+};
+
+struct COMMONGROUND_API CombatPack_BuyShopGood_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    bool m_Flag1 = false;
+    zet::String_T<wchar_t> m_Text1;
+    CombatShopGood m_Good;
+    AccountData m_Account;
+    AccountGlobalData m_GlobalData;
+};
+
+struct COMMONGROUND_API CombatPack_BuyShopGood_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    bool m_Flag1 = false;
+    CombatShopGood m_Good;
+    AccountCombatData m_CombatData;
+    AccountData m_Account;
+    int m_Value1 = 0;
+    AccountGlobalData m_GlobalData;
+};
+
+// Reading adds to the goods that the object holds.
+struct COMMONGROUND_API CombatPack_TicketGoodConfig_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<CombatShopGood> m_Goods1;
+    std::vector<CombatShopGood> m_Goods2;
+};
+
+// The orders come as letters.
+struct COMMONGROUND_API CombatPack_OrderRecord_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<CLetter> m_Orders;
+};
+
+// A sender without a season reports -1.
+struct COMMONGROUND_API BS4Pack_GameSeason_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = -1;
+};
+
+struct COMMONGROUND_API BS4Pack_SelectGroup_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    AccountBS4Data m_BS4Data;
+};
+
+struct COMMONGROUND_API BS4Pack_GoldenTime_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API BS4Pack_GoldenTimeEnd_Notify
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+};
+
+struct COMMONGROUND_API BS4Pack_LastStand_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API BS4Pack_LastStandEnd_Notify
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+// A sender without a match reports -1.
+struct COMMONGROUND_API BS4Pack_MatchEnd_Notify
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = -1;
+    int m_Value2 = 0;
+};

@@ -1,0 +1,240 @@
+// The sports meet season of the match feature: entering and leaving, games and mates, ranks and history.
+// The shop of the meet is in match4_shop.h.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "packs/match4_shop.h"
+#include "playerdata/account_core.h"
+#include "playerdata/account_global.h"
+#include "playerdata/match_data.h"
+#include "playerdata/match_records.h"
+
+#include <vector>
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+struct COMMONGROUND_API Match4Pack_EnterYundonghui_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    AccountData m_Account;
+    bool m_Flag1 = false;
+    AccountGlobalData m_GlobalData;
+};
+
+struct COMMONGROUND_API Match4Pack_EnterYundonghui_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    AccountData m_Account;
+    AccountMatchData4 m_MatchData4;
+    bool m_Flag1 = false;
+    zet::String_T<wchar_t> m_Text3;
+    AccountGlobalData m_GlobalData;
+};
+
+struct COMMONGROUND_API Match4Pack_ExitYundonghui_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    AccountMatchData4 m_MatchData4;
+    AccountData m_Account;
+};
+
+struct COMMONGROUND_API Match4Pack_ExitYundonghui_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    AccountMatchData4 m_MatchData4;
+    AccountData m_Account;
+};
+
+struct COMMONGROUND_API Match4Pack_GetAccuntInfo_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+struct COMMONGROUND_API Match4Pack_GetAccuntInfo_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    AccountMatchData4 m_MatchData4;
+};
+
+struct COMMONGROUND_API Match4Pack_SaveMatchData_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    AccountMatchData4 m_MatchData4;
+    AccountData m_Account;
+    AccountGlobalData m_GlobalData;
+};
+
+struct COMMONGROUND_API Match4Pack_SaveMatchData_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+};
+
+struct COMMONGROUND_API Match4Pack_DeductEnergy_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API Match4Pack_DeductEnergy_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    AccountData m_Account;
+};
+
+struct COMMONGROUND_API Match4Pack_EndGameCalculate_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    AccountMatchData4 m_MatchData4;
+};
+
+struct COMMONGROUND_API Match4Pack_FindMate_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    AccountData m_Account;
+    AccountMatchData4 m_MatchData4;
+};
+
+struct COMMONGROUND_API Match4Pack_FindMate_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    AccountMatchData4 m_MatchData4;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    int m_Value1 = 0;
+};
+
+// One earlier result.
+struct COMMONGROUND_API Match4HistoryRec
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    bool m_Flag1 = false;
+    zet::String_T<wchar_t> m_Text3;
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API Match4Pack_CheckHstryRec_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+};
+
+// The reader sizes both lists ahead; what has no slot there is dropped. The second list travels first.
+struct COMMONGROUND_API Match4Pack_CheckHstryRec_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    std::vector<Match4HistoryRec> m_History1;
+    std::vector<Match4HistoryRec> m_History2;
+};
+
+// By the clock of the server.
+struct COMMONGROUND_API Match4Pack_CheckBeWeekend_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    bool m_Flag1 = false;
+    int m_Value1 = 0;
+};
+
+struct COMMONGROUND_API Match4Pack_RememberStateIn_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+};
+
+// The ranks of the season: a row of five for each of six boards, in two tables.
+struct COMMONGROUND_API Match4Pack_SportRank_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    int m_Value3 = 0;
+    int m_Value4 = 0;
+    zet::String_T<wchar_t> m_Msg;
+    MatchRankData m_Self[2];
+    bool m_Flag1 = false;
+    bool m_Flag2 = false;
+    int m_Value5 = 0;
+    int m_Value6 = 0;
+    int m_Value7 = 0;
+    MatchRankData m_Table1[6][5];
+    MatchRankData m_Table2[6][5];
+};

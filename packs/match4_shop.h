@@ -1,0 +1,82 @@
+// The ticket shop of the sports meet.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "playerdata/account_core.h"
+#include "playerdata/letter.h"
+#include "playerdata/match_data.h"
+
+#include <vector>
+
+class CCmdPackager;
+namespace wire
+{
+struct Schema;
+}
+
+struct COMMONGROUND_API Match4ShopGood
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_GoodId = 0;
+    zet::String_T<wchar_t> m_Text1;
+    zet::String_T<wchar_t> m_Text2;
+    zet::String_T<wchar_t> m_Text3;
+    int m_Value1 = 0;
+    int m_Value2 = -1;
+    int m_Value3 = 0;
+};
+
+struct COMMONGROUND_API Match4Pack_BuyShopGood_Request
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    int m_Value1 = 0;
+    int m_Value2 = 0;
+    bool m_Flag1 = false;
+    zet::String_T<wchar_t> m_Text1;
+    Match4ShopGood m_Good;
+    AccountData m_Account;
+};
+
+struct COMMONGROUND_API Match4Pack_BuyShopGood_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    bool m_Flag1 = false;
+    Match4ShopGood m_Good;
+    AccountMatchData4 m_MatchData4;
+    AccountData m_Account;
+    int m_Value1 = 0;
+};
+
+// Reading adds to the goods that the object holds.
+struct COMMONGROUND_API Match4Pack_TicketGoodConfig_Reply
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<Match4ShopGood> m_Goods1;
+    std::vector<Match4ShopGood> m_Goods2;
+};
+
+// The orders come as letters.
+struct COMMONGROUND_API Match4Pack_OrderRecord_Reply
+{
+    virtual bool Write(CCmdPackager* pk) const;
+    virtual bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+
+    zet::String_T<wchar_t> m_Msg;
+    std::vector<CLetter> m_Orders;
+};
