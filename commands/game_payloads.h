@@ -5,7 +5,7 @@
 #include "framework/platform/export.h"
 #include "framework/string.h"
 #include "playerdata/account_core.h"
-#include "playerdata/game_progress.h"
+#include "playerdata/game_training.h"
 
 #include <map>
 #include <vector>
