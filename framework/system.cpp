@@ -76,6 +76,8 @@ System::~System()
 
 bool System::init()
 {
+    if (m_IsTicking)
+        return false;
     m_RunThreadId.store(Thread::getCurrentThreadId(), std::memory_order_relaxed);
     return true;
 }

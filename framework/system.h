@@ -31,7 +31,7 @@ public:
     System(const System&) = delete;
     System& operator=(const System&) = delete;
 
-    // Takes the calling thread as the run thread. False ends run() before its first tick.
+    // Takes the calling thread as the run thread. False ends run() before its first tick; here, only within a tick.
     virtual bool init();
     // init(), ticks until shutdown(), exit(). Returns what init() returned.
     virtual bool run();
