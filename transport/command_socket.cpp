@@ -1,0 +1,211 @@
+#include "transport/command_socket.h"
+
+#include "dispatch/analyser_socket.h"
+#include "framework/log.h"
+#include "framework/memory_stream.h"
+#include "framework/string_helper.h"
+#include "framework/thread.h"
+#include "framework/time.h"
+#include "packaging/cmd_packager.h"
+#include "packaging/command_head.h"
+#include "packaging/socket_seam.h"
+
+#include <cstring>
+
+namespace
+{
+
+// Writes one after the other into memory that someone else holds.
+class PlaceOutput final : public zet::Output
+{
+public:
+    PlaceOutput(unsigned char* place, int room) : m_Place(place), m_Room(room) {}
+
+    int write(const void* data, int size) override
+    {
+        if (size <= 0 || size > m_Room - m_Size)
+            return 0;
+        std::memcpy(m_Place + m_Size, data, static_cast<size_t>(size));
+        m_Size += size;
+        return size;
+    }
+    int getSize() const { return m_Size; }
+
+private:
+    unsigned char* m_Place;
+    int m_Room;
+    int m_Size = 0;
+};
+
+// Payload of a frame that is put together on the stack; a larger one goes through a memory stream.
+constexpr int kPlacedSize = 0x10000;
+
+} // namespace
+
+zet::Unknown::Handle_T<CCommandSocket> CCommandSocket::createInstance(CCmdAnalyserSocket* analyser)
+{
+    return new CCommandSocket(analyser);
+}
+
+CCommandSocket::CCommandSocket(CCmdAnalyserSocket* analyser) : m_pCmdAnalyser(analyser)
+{
+}
+
+void CCommandSocket::onTick(unsigned int tick)
+{
+    if (isInvalid())
+        return;
+    look();
+    // Where nothing has happened, what follows would find nothing; a server walks over thousands of such sockets.
+    if (isQuiet() && !m_bNetError)
+        return;
+    // A handler may let go of the last handle.
+    const zet::Unknown::Handle_T<CCommandSocket> keep = getRefCount() > 0 ? this : nullptr;
+    m_Pending &= static_cast<unsigned char>(~kUnread);
+    dispatch();
+    TcpStream::onTick(tick);
+    const ConnectionState state = getConnectionState();
+    if ((state == kConnecting || state == kEstablished) && !m_bNetError)
+    {
+        if (m_Pending & (kReadable | kUnread))
+            hurry();
+        return;
+    }
+    if (!isInvalid())
+        close();
+}
+
+void CCommandSocket::dispatch()
+{
+    const unsigned int start = zet::getTimeTick();
+    while (getConnectionState() == kEstablished && zet::getTimeTick() - start < kDispatchTime && !m_bNetError)
+    {
+        zet::InputStream stream;
+        if (!m_PacketReader.read(stream))
+        {
+            m_bNetError = true;
+            continue;
+        }
+        if (stream.isEmpty())
+            return;
+        analyse(stream);
+    }
+    m_Pending |= kUnread;
+}
+
+void CCommandSocket::analyse(zet::InputStream& stream)
+{
+    // What one peer's command throws is that command's loss, not that of the connections ticked behind this one.
+    try
+    {
+        m_pCmdAnalyser->Analyse(this, stream);
+    }
+    catch (const zet::Exception& fault)
+    {
+        fault.report();
+    }
+    catch (const std::exception& fault)
+    {
+        zet::Log::error(L"Exception in a command handler: %s (%s)", zet::StringHelper::utf8ToWide(fault.what()),
+                        getPeerName());
+        zet::Log::whistle(false);
+    }
+}
+
+bool CCommandSocket::send(const CCmdHead& command)
+{
+    CCmdPackager packager;
+    if (m_bNetError || !command.Write(&packager))
+    {
+        zet::Log::error(L"Command Package Error:%d", command.GetID());
+        return false;
+    }
+    return send(packager);
+}
+
+bool CCommandSocket::send(const CCmdPackager& packager)
+{
+    if (isInvalid() || m_bNetError)
+        return false;
+    if (zet::Thread::getCurrentThreadId() != getRunThreadId())
+    {
+        zet::Log::error(L"Command Send Error:0x%x, Invoke on Wrong Thread", packager.GetCmdID());
+        return false;
+    }
+    OnCmdSend(packager.GetDataSize());
+    bool isFramed = true;
+    if (writePacket(packager, isFramed))
+        return true;
+    if (isFramed)
+    {
+        m_bNetError = true;
+        zet::Log::error(L"Error while writing data to network:%s", getPeerName());
+    }
+    return false;
+}
+
+bool CCommandSocket::writePacket(const CCmdPackager& packager, bool& isFramed)
+{
+    // attach() comes when the connection stands; until then the queue takes what is sent.
+    if (!m_PacketWriter.isAttached() && getConnectionState() == kConnecting)
+        m_PacketWriter.attachOwner(this);
+    if (packager.GetDataSize() <= kPlacedSize)
+    {
+        unsigned char place[zet::PacketWriter::kHeadSize + CCmdPackager::kMaxHeaderSize + kPlacedSize];
+        PlaceOutput frame(place + zet::PacketWriter::kHeadSize, sizeof place - zet::PacketWriter::kHeadSize);
+        zet::OutputStream stream(&frame);
+        isFramed = packager.Send(stream);
+        return isFramed && m_PacketWriter.writePlaced(place, frame.getSize());
+    }
+    const auto frame = zet::MemoryStream::createInstance();
+    zet::InputStream input(frame.get());
+    zet::OutputStream output(frame.get());
+    isFramed = packager.Send(output);
+    return isFramed && m_PacketWriter.write(input);
+}
+
+bool CCommandSocket::attach(unsigned int handle)
+{
+    if (!TcpStream::attach(handle))
+        return false;
+    m_PacketReader.attachOwner(this);
+    m_PacketWriter.attachOwner(this);
+    m_bNetError = false;
+    return true;
+}
+
+void CCommandSocket::close()
+{
+    m_PacketReader.detach();
+    m_PacketWriter.detach();
+    m_bNetError = false;
+    TcpStream::close();
+}
+
+void CCommandSocket::OnCmdSend(int)
+{
+}
+
+void CCommandSocket::OnCmdRecv(int)
+{
+}
+
+const wchar_t* CCommandSocket::getClassTimestamp() const
+{
+    return L"Mon Dec  9 15:18:50 2019";
+}
+
+bool SendCommand(CCommandSocket* socket, const CCmdHead& command)
+{
+    return socket->send(command);
+}
+
+zet::String_T<wchar_t> PeerNameOf(CCommandSocket* socket)
+{
+    return socket->getPeerName();
+}
+
+void CountReceivedCommand(CCommandSocket* socket, int size)
+{
+    socket->OnCmdRecv(size);
+}

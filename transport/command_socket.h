@@ -1,0 +1,59 @@
+// One TCP connection that carries commands.
+#pragma once
+
+#include "framework/packet.h"
+#include "transport/net/tcp_stream.h"
+
+class CCmdAnalyserSocket;
+class CCmdHead;
+class CCmdPackager;
+
+// Each tick takes the whole packets that have come, for 100 ms at most, and hands each to the analyser. A frame that
+// cannot be parsed costs its log lines; a failure of the packet layer closes the socket at the end of the tick.
+// All operations belong to the run thread; send() refuses any other one. There is no lock in this class. A handler
+// may send, close this or any other socket, or let go of the last handle to this one.
+class COMMONGROUND_API CCommandSocket : public zet::TcpStream
+{
+public:
+    // Milliseconds that one tick dispatches, looked at before each packet.
+    static constexpr unsigned int kDispatchTime = 100;
+
+    // The analyser is not owned and outlives the socket.
+    static zet::Unknown::Handle_T<CCommandSocket> createInstance(CCmdAnalyserSocket* analyser);
+
+    CCmdAnalyserSocket* GetCmdAnalyser() const { return m_pCmdAnalyser; }
+
+    void onTick(unsigned int tick) override;
+    bool attach(unsigned int handle) override;
+    void close() override;
+
+    // Queues the command as one packet. False, with the log told, where the command does not write itself or the
+    // packet layer failed; false where the socket is closed. After a failure of the packet layer further sends fail
+    // until the socket has closed. On a connection still on its way up commands wait until it stands.
+    bool send(const CCmdHead& command);
+    bool send(const CCmdPackager& packager);
+    using zet::TcpStream::send;
+
+    // Hooks for statistics, with the size of a command's payload: before it is framed, and before it is handled.
+    virtual void OnCmdSend(int size);
+    virtual void OnCmdRecv(int size);
+
+    // Bytes that a packet of the peer may have; a longer one closes the socket.
+    void SetPacketLimit(int bytes) { m_PacketReader.setLimit(bytes); }
+
+    const wchar_t* getClassName() const override { return L"CCommandSocket"; }
+    const wchar_t* getClassTimestamp() const override;
+
+protected:
+    explicit CCommandSocket(CCmdAnalyserSocket* analyser);
+
+    CCmdAnalyserSocket* m_pCmdAnalyser;
+    zet::PacketReader m_PacketReader;
+    zet::PacketWriter m_PacketWriter;
+    bool m_bNetError = false;
+
+private:
+    void dispatch();
+    void analyse(zet::InputStream& stream);
+    bool writePacket(const CCmdPackager& packager, bool& isFramed);
+};

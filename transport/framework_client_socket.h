@@ -1,0 +1,51 @@
+// A command connection that knows who is at the other end.
+#pragma once
+
+#include "transport/command_socket.h"
+
+// Used by who connects to a framework server, and by the server for each connection that it accepts. The identity
+// fields are filled by the host's handler of the registration commands.
+class COMMONGROUND_API CFrameworkClientSocket : public CCommandSocket
+{
+public:
+    // The server type of a peer that has not told it.
+    static constexpr unsigned char kUnknownServerType = 0xFF;
+
+    // Copy and move take the identity fields alone; connections stay where they are. A constructed copy shares the
+    // analyser.
+    CFrameworkClientSocket(const CFrameworkClientSocket& other);
+    CFrameworkClientSocket(CFrameworkClientSocket&& other);
+    CFrameworkClientSocket& operator=(const CFrameworkClientSocket& other);
+    CFrameworkClientSocket& operator=(CFrameworkClientSocket&& other);
+
+    // Keeps the address, also that of an attempt that fails, and connects.
+    bool connect(const wchar_t* ip, unsigned short port, bool keepAlive) override;
+
+    unsigned char GetServerType() const { return m_ServerType; }
+    const zet::Uuid& GetPeerServerId() const { return m_PeerServerId; }
+    zet::String_T<wchar_t> GetVersion() const { return m_Version; }
+    zet::String_T<wchar_t> GetServerName() const { return m_ServerName; }
+    // The address that connect() was given; empty on an accepted connection.
+    zet::String_T<wchar_t> GetIP() const { return m_IP; }
+    unsigned short GetPort() const { return m_Port; }
+
+    const wchar_t* getClassName() const override { return L"CFrameworkClientSocket"; }
+    const wchar_t* getClassTimestamp() const override;
+
+    unsigned char m_ServerType = kUnknownServerType;
+    zet::Uuid m_PeerServerId;
+    zet::String_T<wchar_t> m_Version;
+    zet::String_T<wchar_t> m_ServerName;
+    zet::String_T<wchar_t> m_IP;
+    unsigned short m_Port = 0;
+    // Copied with the object and not touched otherwise.
+    unsigned short m_Reserved = 0;
+    // The id under which the server's dictionary holds this socket; all zero where it does not. The server sets it.
+    zet::Uuid m_RegisteredId;
+
+protected:
+    explicit CFrameworkClientSocket(CCmdAnalyserSocket* analyser);
+
+private:
+    void copyIdentity(const CFrameworkClientSocket& other);
+};

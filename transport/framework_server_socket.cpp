@@ -1,0 +1,227 @@
+#include "transport/framework_server_socket.h"
+
+#include "framework/app.h"
+#include "framework/log.h"
+#include "transport/address_file.h"
+
+#include <algorithm>
+
+namespace
+{
+
+// Connections that the walk asks the memory for in advance.
+constexpr size_t kAhead = 8;
+
+} // namespace
+
+// Ticks a connection, and abandons it where it is down then.
+struct CFrameworkServerSocket::ClientSocketTick_Manager_foreach_N
+{
+    class ClientSocketTick
+    {
+    public:
+        ClientSocketTick(CFrameworkServerSocket& server, unsigned int tick) : m_Server(server), m_Tick(tick) {}
+        void onEntry(CFrameworkClientSocket* client)
+        {
+            if (!client->isInvalid())
+                client->onTick(m_Tick);
+            const auto state = client->getConnectionState();
+            if (state != zet::TcpConnection::kConnecting && state != zet::TcpConnection::kEstablished)
+                m_Server.Abandon(client);
+        }
+
+    private:
+        CFrameworkServerSocket& m_Server;
+        unsigned int m_Tick;
+    };
+};
+
+// Closes and abandons a connection.
+struct CFrameworkServerSocket::ClientSocketClose_Manager_foreach_N
+{
+    class ClientSocketClose : public ClientSockets::Walker
+    {
+    public:
+        explicit ClientSocketClose(CFrameworkServerSocket& server) : m_Server(server) {}
+        bool onEntry(CFrameworkClientSocket* const& key, zet::Unknown::Handle_T<CFrameworkClientSocket>&) override
+        {
+            if (!key->isInvalid())
+                key->close();
+            m_Server.Abandon(key);
+            return true;
+        }
+
+    private:
+        CFrameworkServerSocket& m_Server;
+    };
+};
+
+CFrameworkServerSocket::CFrameworkServerSocket(const zet::String_T<wchar_t>& ip, unsigned short port)
+    : m_IP(ip.isEmpty() ? getHostName() : ip), m_Port(port)
+{
+}
+
+CFrameworkServerSocket::~CFrameworkServerSocket()
+{
+    CFrameworkServerSocket::close();
+}
+
+void CFrameworkServerSocket::onTick(unsigned int tick)
+{
+    look();
+    tickClients(tick);
+    TcpServer::onTick(tick);
+}
+
+void CFrameworkServerSocket::tickClients(unsigned int tick)
+{
+    ClientSocketTick_Manager_foreach_N::ClientSocketTick walker(*this, tick);
+    struct Walking
+    {
+        CFrameworkServerSocket& m_Server;
+        explicit Walking(CFrameworkServerSocket& server) : m_Server(server) { ++m_Server.m_Walks; }
+        ~Walking() { m_Server.endWalk(); }
+    } walking(*this);
+    // The list keeps its length during a walk.
+    const size_t count = m_Walk.size();
+    for (size_t i = 0; i < count; ++i)
+    {
+        if (i + kAhead < count)
+            __builtin_prefetch(m_Walk[i + kAhead].m_Client);
+        if (!m_Walk[i].m_IsGone)
+            walker.onEntry(m_Walk[i].m_Client);
+    }
+}
+
+void CFrameworkServerSocket::endWalk()
+{
+    if (--m_Walks > 0)
+        return;
+    if (m_Abandoned.empty() && m_Newcomers.empty())
+        return;
+    std::erase_if(m_Walk, [](const Place& place) { return place.m_IsGone; });
+    // The objects go last, when the server is whole again.
+    const auto abandoned = std::exchange(m_Abandoned, {});
+    for (CFrameworkClientSocket* client : std::exchange(m_Newcomers, {}))
+        enlist(client);
+}
+
+void CFrameworkServerSocket::enlist(CFrameworkClientSocket* client)
+{
+    if (m_Walks > 0)
+        m_Newcomers.push_back(client);
+    else
+        m_Walk.insert(placeOf(client), {client, false});
+}
+
+void CFrameworkServerSocket::strike(CFrameworkClientSocket* client)
+{
+    if (m_Walks > 0 && std::erase(m_Newcomers, client) > 0)
+        return;
+    const auto place = placeOf(client);
+    if (m_Walks > 0)
+        place->m_IsGone = true;
+    else
+        m_Walk.erase(place);
+}
+
+std::vector<CFrameworkServerSocket::Place>::iterator CFrameworkServerSocket::placeOf(CFrameworkClientSocket* client)
+{
+    return std::lower_bound(m_Walk.begin(), m_Walk.end(), client, [](const Place& place, CFrameworkClientSocket* key) {
+        return std::less<>()(place.m_Client, key);
+    });
+}
+
+void CFrameworkServerSocket::close()
+{
+    ClientSocketClose_Manager_foreach_N::ClientSocketClose walker(*this);
+    m_ClientSockets.foreach (walker);
+    TcpServer::close();
+}
+
+bool CFrameworkServerSocket::listen(unsigned short port, int backlog)
+{
+    return TcpServer::listen(port, backlog);
+}
+
+bool CFrameworkServerSocket::accept(zet::TcpConnection* connection)
+{
+    auto* const client = dynamic_cast<CFrameworkClientSocket*>(connection);
+    if (!client || !TcpServer::accept(connection))
+        return false;
+    if (zet::System* system = getSystem())
+        connection->bindRunThreadId(system->getRunThreadId());
+    m_ClientSockets.set(client, client);
+    enlist(client);
+    return true;
+}
+
+void CFrameworkServerSocket::Abandon(zet::TcpConnection* connection)
+{
+    auto* const client = dynamic_cast<CFrameworkClientSocket*>(connection);
+    if (!client)
+        return;
+    const auto* const held = m_ClientSockets.find(client);
+    const zet::Unknown::Handle_T<CFrameworkClientSocket> keep =
+        held ? *held : zet::Unknown::Handle_T<CFrameworkClientSocket>();
+    RemoveFrameworkSocket(client);
+    if (!keep)
+        return;
+    strike(client);
+    if (m_Walks > 0)
+        m_Abandoned.push_back(keep);
+    m_ClientSockets.erase(client);
+}
+
+zet::Unknown::Handle_T<CFrameworkClientSocket> CFrameworkServerSocket::GetFrameworkSocket(zet::uuid_node_t node)
+{
+    const auto* const held = m_FrameworkSockets.find(node);
+    return held ? *held : zet::Unknown::Handle_T<CFrameworkClientSocket>();
+}
+
+void CFrameworkServerSocket::SetFrameworkSocket(CFrameworkClientSocket* client)
+{
+    if (client->GetPeerServerId().isNull() || !client->m_RegisteredId.isNull())
+        return;
+    client->m_RegisteredId = client->GetPeerServerId();
+    m_FrameworkSockets.set(client->m_RegisteredId.m_Node, client);
+}
+
+void CFrameworkServerSocket::RemoveFrameworkSocket(CFrameworkClientSocket* client)
+{
+    if (client->m_RegisteredId.isNull())
+        return;
+    m_FrameworkSockets.erase(client->m_RegisteredId.m_Node);
+    client->m_RegisteredId = zet::Uuid();
+}
+
+void CFrameworkServerSocket::AddRejectAddressFrom(const wchar_t* path)
+{
+    zet::Log::message(L"Install Reject Address(%s:%d)...(%s)", GetIP(), GetPort(), path);
+    const bool isOpen = ReadAddressFile(path, [this](const AddressRule& rule) {
+        const unsigned char(&a)[4] = rule.m_Address;
+        const unsigned char(&m)[4] = rule.m_Mask;
+        addRejectAddress(a, m);
+        zet::Log::message(L"Reject Address: %d.%d.%d.%d & %d.%d.%d.%d", a[0], a[1], a[2], a[3], m[0], m[1], m[2], m[3]);
+    });
+    if (!isOpen)
+        zet::Log::warning(L"Open file '%s' error，description(%s)", path, zet::getLastErrorString());
+}
+
+void CFrameworkServerSocket::AddPermissionAddressFrom(const wchar_t* path)
+{
+    zet::Log::message(L"安装网络接受地址(%s:%d)...(%s)", GetIP(), GetPort(), path);
+    const bool isOpen = ReadAddressFile(path, [this](const AddressRule& rule) {
+        const unsigned char(&a)[4] = rule.m_Address;
+        const unsigned char(&m)[4] = rule.m_Mask;
+        addPermissionAddress(a, m);
+        zet::Log::message(L"网络接受地址 %d.%d.%d.%d & %d.%d.%d.%d", a[0], a[1], a[2], a[3], m[0], m[1], m[2], m[3]);
+    });
+    if (!isOpen)
+        zet::Log::warning(L"打开文件 '%s' 出错，错误描述(%s)", path, zet::getLastErrorString());
+}
+
+const wchar_t* CFrameworkServerSocket::getClassTimestamp() const
+{
+    return L"Mon Dec  9 15:18:50 2019";
+}

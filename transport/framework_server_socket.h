@@ -1,0 +1,84 @@
+// One TCP port and all connections that were accepted on it.
+#pragma once
+
+#include "framework/dictionary.h"
+#include "transport/framework_client_socket.h"
+#include "transport/net/tcp_server.h"
+
+#include <vector>
+
+// Owns its connections, ticks them from its own tick and lets go of those that have ended. A host derives from it and
+// accepts a socket of its own in onAccept(). Everything belongs to the thread of the server's System, the accepted
+// connections too. A handler may close any connection, or the server itself.
+class COMMONGROUND_API CFrameworkServerSocket : public zet::TcpServer
+{
+public:
+    using ClientSockets = zet::Dictionary<CFrameworkClientSocket*, zet::Unknown::Handle_T<CFrameworkClientSocket>>;
+    using FrameworkSockets = zet::Dictionary<zet::uuid_node_t, zet::Unknown::Handle_T<CFrameworkClientSocket>>;
+
+    // An empty ip stands for the name of this machine.
+    CFrameworkServerSocket(const zet::String_T<wchar_t>& ip, unsigned short port);
+    // Closes as close() does.
+    ~CFrameworkServerSocket() override;
+
+    // Ticks each connection and abandons those that are down, then accepts who has come.
+    void onTick(unsigned int tick) override;
+    // Closes and abandons each connection and stops listening.
+    void close() override;
+    // Listens on the port given here; GetPort() stays what the constructor was told.
+    bool listen(unsigned short port, int backlog) override;
+    // Takes the next connection that has come on, as a CFrameworkClientSocket; an object of another class is refused.
+    // The server holds it from then on. False changes nothing.
+    bool accept(zet::TcpConnection* connection) override;
+    // Drops the connection out of both dictionaries. Within a tick the object lives until the tick's end.
+    virtual void Abandon(zet::TcpConnection* connection);
+
+    const zet::String_T<wchar_t>& GetIP() const { return m_IP; }
+    unsigned short GetPort() const { return m_Port; }
+    int GetClientCount() const { return m_ClientSockets.getSize(); }
+    const ClientSockets* GetAllClientSocket() const { return &m_ClientSockets; }
+    const FrameworkSockets* GetAllFrameworkSocket() const { return &m_FrameworkSockets; }
+    // Null where nobody has registered under the key.
+    zet::Unknown::Handle_T<CFrameworkClientSocket> GetFrameworkSocket(zet::uuid_node_t node);
+    // Registers a connection whose peer has told its id, once. Of two peers with one key the later one is found; when
+    // the earlier one ends, neither is.
+    void SetFrameworkSocket(CFrameworkClientSocket* client);
+    void RemoveFrameworkSocket(CFrameworkClientSocket* client);
+
+    // Adds the rules of a file to those there are. A file that does not open costs a warning.
+    void AddRejectAddressFrom(const wchar_t* path);
+    void AddPermissionAddressFrom(const wchar_t* path);
+
+    const wchar_t* getClassName() const override { return L"CFrameworkServerSocket"; }
+    const wchar_t* getClassTimestamp() const override;
+
+protected:
+    zet::String_T<wchar_t> m_IP;
+    unsigned short m_Port;
+    ClientSockets m_ClientSockets;
+    FrameworkSockets m_FrameworkSockets;
+
+private:
+    struct ClientSocketTick_Manager_foreach_N;
+    struct ClientSocketClose_Manager_foreach_N;
+
+    struct Place
+    {
+        CFrameworkClientSocket* m_Client;
+        bool m_IsGone;
+    };
+
+    void tickClients(unsigned int tick);
+    void enlist(CFrameworkClientSocket* client);
+    void strike(CFrameworkClientSocket* client);
+    void endWalk();
+    std::vector<Place>::iterator placeOf(CFrameworkClientSocket* client);
+
+    // The keys of m_ClientSockets in their order and in one piece: a walk over thousands of idle connections costs no
+    // more than looking at each. During a walk a connection that goes keeps its place, and one that comes waits.
+    std::vector<Place> m_Walk;
+    std::vector<CFrameworkClientSocket*> m_Newcomers;
+    // Connections abandoned during a walk.
+    std::vector<zet::Unknown::Handle_T<CFrameworkClientSocket>> m_Abandoned;
+    int m_Walks = 0;
+};

@@ -1,0 +1,208 @@
+#include "transport/net/inner/blocks.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <utility>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+// The first block of a queue, and what an input buffer may hold on to beside its bytes.
+constexpr int kSmall = 1024;
+// Less room than this is not worth a system call.
+constexpr int kLeastRoom = 4096;
+
+void release(Block* block, BlockPool* pool)
+{
+    if (pool)
+        pool->give(block);
+    else
+        std::free(block);
+}
+
+} // namespace
+
+BlockPool::~BlockPool()
+{
+    while (m_Free)
+        std::free(std::exchange(m_Free, m_Free->m_Next));
+}
+
+Block* BlockPool::take(int capacity)
+{
+    Block* block = m_Free;
+    if (capacity == kUsual && block)
+    {
+        m_Free = block->m_Next;
+        --m_Count;
+    }
+    else
+    {
+        block = static_cast<Block*>(std::malloc(sizeof(Block) + static_cast<size_t>(capacity)));
+        if (!block)
+            return nullptr;
+        block->m_Capacity = capacity;
+    }
+    block->m_Next = nullptr;
+    block->m_Begin = 0;
+    block->m_End = 0;
+    return block;
+}
+
+void BlockPool::give(Block* block)
+{
+    if (block->m_Capacity != kUsual || m_Count == kKept)
+    {
+        std::free(block);
+        return;
+    }
+    block->m_Next = m_Free;
+    m_Free = block;
+    ++m_Count;
+}
+
+bool InputBuffer::moveTo(Block* block, BlockPool& pool)
+{
+    if (!block)
+        return false;
+    block->m_End = size();
+    if (m_Block)
+    {
+        std::memcpy(block->bytes(), data(), static_cast<size_t>(size()));
+        pool.give(m_Block);
+    }
+    m_Block = block;
+    return true;
+}
+
+int InputBuffer::prepare(BlockPool& pool)
+{
+    const int held = size();
+    if (!m_Block || m_Block->m_Capacity < BlockPool::kUsual)
+    {
+        if (!moveTo(pool.take(BlockPool::kUsual), pool))
+            return 0;
+    }
+    else if (held == 0)
+    {
+        m_Block->m_Begin = 0;
+        m_Block->m_End = 0;
+    }
+    else if (m_Block->room() < kLeastRoom)
+    {
+        if (held <= m_Block->m_Capacity / 2)
+        {
+            std::memmove(m_Block->bytes(), data(), static_cast<size_t>(held));
+            m_Block->m_Begin = 0;
+            m_Block->m_End = held;
+        }
+        else
+        {
+            constexpr int kMost = std::numeric_limits<int>::max() - static_cast<int>(sizeof(Block));
+            const int capacity = m_Block->m_Capacity;
+            if (capacity == kMost || !moveTo(pool.take(capacity > kMost / 2 ? kMost : capacity * 2), pool))
+                return m_Block->room();
+        }
+    }
+    return m_Block->room();
+}
+
+void InputBuffer::settle(BlockPool& pool)
+{
+    if (!m_Block)
+        return;
+    const int held = size();
+    if (held == 0)
+        drop(&pool);
+    else if (m_Block->m_Capacity / 4 > held && m_Block->m_Capacity > kSmall)
+        // Where memory is short, the large block does as well.
+        moveTo(pool.take(held), pool);
+}
+
+void InputBuffer::drop(BlockPool* pool)
+{
+    if (m_Block)
+        release(std::exchange(m_Block, nullptr), pool);
+}
+
+void InputBuffer::swap(InputBuffer& other)
+{
+    std::swap(m_Block, other.m_Block);
+}
+
+bool OutputQueue::append(int size, BlockPool& pool)
+{
+    const size_t usual = std::clamp<size_t>(m_Size * 2, kSmall, BlockPool::kUsual);
+    Block* block = pool.take(std::max(size, static_cast<int>(usual)));
+    if (!block)
+        return false;
+    if (m_Tail)
+        m_Tail->m_Next = block;
+    else
+        m_Head = block;
+    m_Tail = block;
+    return true;
+}
+
+bool OutputQueue::write(const void* data, int size, BlockPool& pool)
+{
+    const int first = m_Tail ? std::min(m_Tail->room(), size) : 0;
+    Block* const old = m_Tail;
+    if (size > first && !append(size - first, pool))
+        return false;
+    const auto* bytes = static_cast<const unsigned char*>(data);
+    if (first > 0)
+    {
+        std::memcpy(old->bytes() + old->m_End, bytes, static_cast<size_t>(first));
+        old->m_End += first;
+        m_Size += static_cast<size_t>(first);
+    }
+    if (size > first)
+    {
+        std::memcpy(m_Tail->bytes() + m_Tail->m_End, bytes + first, static_cast<size_t>(size - first));
+        commit(size - first);
+    }
+    return true;
+}
+
+void OutputQueue::consume(size_t size, BlockPool& pool)
+{
+    m_Size -= size;
+    while (m_Head && size >= static_cast<size_t>(m_Head->size()))
+    {
+        size -= static_cast<size_t>(m_Head->size());
+        Block* const next = m_Head->m_Next;
+        pool.give(m_Head);
+        m_Head = next;
+    }
+    if (m_Head)
+        m_Head->m_Begin += static_cast<int>(size);
+    else
+        m_Tail = nullptr;
+}
+
+void OutputQueue::drop(BlockPool* pool)
+{
+    while (m_Head)
+    {
+        Block* const next = m_Head->m_Next;
+        release(m_Head, pool);
+        m_Head = next;
+    }
+    m_Tail = nullptr;
+    m_Size = 0;
+}
+
+void OutputQueue::swap(OutputQueue& other)
+{
+    std::swap(m_Head, other.m_Head);
+    std::swap(m_Tail, other.m_Tail);
+    std::swap(m_Size, other.m_Size);
+}
+
+} // namespace zet::inner

@@ -1,0 +1,55 @@
+// Counted objects of one reactor: a plain count, touched by the reactor's thread only.
+#pragma once
+
+#include <utility>
+
+namespace zet::inner
+{
+
+template <class T>
+class Counted
+{
+public:
+    void addRef() { ++m_Count; }
+    void release()
+    {
+        if (--m_Count == 0)
+            delete static_cast<T*>(this);
+    }
+
+private:
+    int m_Count = 0;
+};
+
+// A hold on a counted object; also what a wait under way holds on to, whether it ends or is destroyed unfinished.
+template <class T>
+class Ref
+{
+public:
+    Ref() = default;
+    explicit Ref(T* object) : m_Object(object)
+    {
+        if (m_Object)
+            m_Object->addRef();
+    }
+    Ref(const Ref& other) : Ref(other.m_Object) {}
+    Ref(Ref&& other) noexcept : m_Object(std::exchange(other.m_Object, nullptr)) {}
+    Ref& operator=(Ref other) noexcept
+    {
+        std::swap(m_Object, other.m_Object);
+        return *this;
+    }
+    ~Ref()
+    {
+        if (m_Object)
+            m_Object->release();
+    }
+    T* get() const { return m_Object; }
+    T* operator->() const { return m_Object; }
+    explicit operator bool() const { return m_Object != nullptr; }
+
+private:
+    T* m_Object = nullptr;
+};
+
+} // namespace zet::inner

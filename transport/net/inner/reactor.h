@@ -1,0 +1,67 @@
+// Readiness for the sockets of one System, by an io_context of its own that only the System's thread runs.
+#pragma once
+
+#include "framework/system.h"
+#include "transport/net/inner/blocks.h"
+
+#include <asio/io_context.hpp>
+
+#include <atomic>
+#include <memory>
+#include <vector>
+
+namespace zet::inner
+{
+
+struct TcpLink;
+
+// The Waiter of a System with sockets. Its handlers only set flags: what is ready is done by the ticks.
+class Reactor final : public System::Waiter
+{
+public:
+    using Context = asio::io_context;
+
+    // With isTicked, a System calls beginTick() and endTick(); without, only poll() is called.
+    explicit Reactor(bool isTicked);
+    ~Reactor() override;
+
+    // The reactor of a System, put in place with its first socket; without a System the calling thread's own, which
+    // the sockets themselves poll. Null where the operating system has none to give.
+    static std::shared_ptr<Reactor> of(System* system);
+
+    void wait(unsigned int milliseconds) override;
+    void wake() override;
+    void beginTick() override;
+    void endTick() override;
+
+    // Runs what is ready. The handlers start no waits, so it ends once each socket has had its turn.
+    void poll();
+    // For a socket that may be ticked outside its System's tick, where nobody has looked yet.
+    void pollOutsideTick()
+    {
+        if (!m_IsTicking)
+            poll();
+    }
+    bool isTicking() const { return m_IsTicking; }
+    // Something is left for the next tick, which is to come at once.
+    void hurry() { m_IsHurried = true; }
+    // Flushes the link's output at the end of the tick. Without a System its own tick does it.
+    void flushLater(TcpLink& link);
+
+    Context& context() { return m_Context; }
+    BlockPool& pool() { return m_Pool; }
+
+private:
+    // Before the context: what it destroys gives its memory back here.
+    BlockPool m_Pool;
+    std::vector<TcpLink*> m_Unflushed;
+    std::vector<TcpLink*> m_Flushing;
+    Context m_Context;
+    asio::executor_work_guard<Context::executor_type> m_Guard;
+    std::atomic<bool> m_IsWoken{false};
+    const bool m_IsTicked;
+    bool m_IsTicking = false;
+    bool m_IsHurried = false;
+};
+
+} // namespace zet::inner

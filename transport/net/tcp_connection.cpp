@@ -1,0 +1,416 @@
+#include "transport/net/tcp_connection.h"
+
+#include "framework/string_helper.h"
+#include "framework/thread.h"
+#include "transport/net/inner/tcp_link.h"
+
+#include <asio/ip/tcp.hpp>
+
+#include <cstring>
+
+namespace zet
+{
+
+namespace
+{
+
+using asio::ip::tcp;
+using inner::Reactor;
+using inner::TcpLink;
+using inner::TcpLinkRef;
+
+// Output that begins to leave before the tick ends: enough for a system call to be worth it, little enough to stay in
+// the processor's cache.
+constexpr size_t kFlushAt = 128 * 1024;
+
+// Blocks of one gathered send.
+struct Gathered
+{
+    using value_type = asio::const_buffer;
+
+    explicit Gathered(inner::OutputQueue& queue)
+    {
+        for (inner::Block* block = queue.front(); block && m_Count < kMost; block = block->m_Next)
+        {
+            m_Buffers[m_Count++] = asio::const_buffer(block->bytes() + block->m_Begin, static_cast<size_t>(block->size()));
+            m_Size += static_cast<size_t>(block->size());
+        }
+    }
+    const asio::const_buffer* begin() const { return m_Buffers; }
+    const asio::const_buffer* end() const { return m_Buffers + m_Count; }
+
+    static constexpr int kMost = 64;
+    asio::const_buffer m_Buffers[kMost];
+    int m_Count = 0;
+    size_t m_Size = 0;
+};
+
+bool isNothingYet(const asio::error_code& fault)
+{
+    return fault == asio::error::would_block || fault == asio::error::try_again ||
+           fault == asio::error::interrupted;
+}
+
+// The address of a text; a host name is asked of the resolver.
+bool resolve(const wchar_t* text, unsigned short port, tcp::endpoint& endpoint, asio::io_context& context)
+{
+    if (!text || !*text)
+        return false;
+    const String_T<char> name = StringHelper::wideToUtf8(text);
+    asio::error_code fault;
+    const auto address = asio::ip::make_address_v4(name.getBuffer(), fault);
+    if (!fault)
+    {
+        endpoint = tcp::endpoint(address, port);
+        return true;
+    }
+    tcp::resolver resolver(context);
+    const auto found = resolver.resolve(tcp::v4(), name.getBuffer(), std::to_string(port), fault);
+    if (fault || found.empty())
+        return false;
+    endpoint = found.begin()->endpoint();
+    return true;
+}
+
+} // namespace
+
+TcpConnection::~TcpConnection()
+{
+    TcpConnection::close();
+}
+
+bool TcpConnection::start(System* system)
+{
+    if (!Socket::start(system))
+        return false;
+    m_LooksItself = true;
+    bindRunThreadId(system->getRunThreadId());
+    joinReactor();
+    return true;
+}
+
+bool TcpConnection::init()
+{
+    // The System may have gone to another thread since start().
+    bindRunThreadId(getSystem()->getRunThreadId());
+    return true;
+}
+
+void TcpConnection::onTick(unsigned int)
+{
+    if (!m_Link)
+        return;
+    look();
+    if (m_Pending & kConnected)
+        finishConnect();
+    if (m_Link && ((m_Pending & kWritable) || ((m_Pending & kOutput) && !m_Reactor->isTicking())))
+        flush();
+}
+
+void TcpConnection::lookNow()
+{
+    if (m_Link)
+        m_Reactor->pollOutsideTick();
+}
+
+void TcpConnection::hurry()
+{
+    if (m_Reactor)
+        m_Reactor->hurry();
+}
+
+void TcpConnection::setLink(TcpLink* link)
+{
+    link->addRef();
+    link->m_Owner = this;
+    m_Link = link;
+    m_Pending = 0;
+    if (m_RunThreadId == 0)
+        bindRunThreadId(Thread::getCurrentThreadId());
+}
+
+bool TcpConnection::attach(unsigned int handle)
+{
+    if (!m_Link || handle != m_Handle)
+    {
+        if (handle == kNoHandle || !isInvalid())
+            return false;
+        const auto reactor = Reactor::of(getSystem());
+        if (!reactor)
+            return false;
+        const TcpLinkRef link(new TcpLink(*reactor));
+        asio::error_code fault;
+        link->m_Socket.assign(tcp::v4(), static_cast<TcpLink::Socket::native_handle_type>(handle), fault);
+        if (fault)
+            return false;
+        if (!link->prepare())
+        {
+            link->m_Socket.release(fault);
+            return false;
+        }
+        m_Reactor = reactor;
+        setLink(link.get());
+        m_Handle = handle;
+        readPeer();
+    }
+    m_State = kEstablished;
+    m_Link->waitForInput();
+    // Output from the time on the way up.
+    if (m_Link->m_Output.size() > 0)
+        commit(0);
+    return true;
+}
+
+bool TcpConnection::take(TcpLink* link, const std::shared_ptr<Reactor>& reactor)
+{
+    if (!isInvalid() || !link->prepare())
+        return false;
+    m_LooksItself = false;
+    m_Reactor = reactor;
+    setLink(link);
+    m_Handle = static_cast<unsigned int>(link->m_Socket.native_handle());
+    m_State = kEstablished;
+    readPeer();
+    if (attach(m_Handle))
+        return true;
+    TcpConnection::close();
+    return false;
+}
+
+unsigned int TcpConnection::detach()
+{
+    if (m_Link)
+    {
+        asio::error_code ignored;
+        m_Link->m_Socket.release(ignored);
+        drop();
+    }
+    m_State = kDown;
+    return Socket::detach();
+}
+
+void TcpConnection::close()
+{
+    if (m_Link)
+    {
+        if (m_State == kEstablished && m_Link->m_Output.size() > 0)
+            flush();
+        drop();
+    }
+    m_State = kDown;
+    Socket::close();
+}
+
+void TcpConnection::drop()
+{
+    TcpLink* const link = std::exchange(m_Link, nullptr);
+    link->m_Owner = nullptr;
+    asio::error_code ignored;
+    link->m_Socket.close(ignored);
+    link->m_Input.drop(&m_Reactor->pool());
+    link->m_Output.drop(&m_Reactor->pool());
+    link->release();
+    m_Pending = 0;
+}
+
+void TcpConnection::joinReactor()
+{
+    // A connection on its way up moves once it stands.
+    if (!m_Link || m_State != kEstablished || !getSystem())
+        return;
+    const auto reactor = Reactor::of(getSystem());
+    if (!reactor || reactor == m_Reactor)
+        return;
+    const TcpLinkRef link(new TcpLink(*reactor));
+    asio::error_code fault;
+    const auto handle = m_Link->m_Socket.release(fault);
+    if (!fault)
+        link->m_Socket.assign(tcp::v4(), handle, fault);
+    if (fault || !link->prepare())
+    {
+        fail(kBroken);
+        return;
+    }
+    link->m_Input.swap(m_Link->m_Input);
+    link->m_Output.swap(m_Link->m_Output);
+    const unsigned char pending = m_Pending;
+    drop();
+    // The waits of the old reactor are over; it is looked at once more, so that they are gone.
+    m_Reactor->pollOutsideTick();
+    m_Reactor = reactor;
+    setLink(link.get());
+    m_Pending = pending;
+    m_Link->waitForInput();
+    if (m_Link->m_Output.size() > 0)
+        commit(0);
+}
+
+bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAlive)
+{
+    if (!isInvalid())
+        return false;
+    m_State = kConnectFailed;
+    m_KeepAlive = keepAlive;
+    const auto reactor = Reactor::of(getSystem());
+    tcp::endpoint peer;
+    if (!reactor || !resolve(ip, port, peer, reactor->context()))
+        return false;
+    const TcpLinkRef link(new TcpLink(*reactor));
+    asio::error_code fault;
+    link->m_Socket.open(tcp::v4(), fault);
+    if (fault)
+        return false;
+    m_Reactor = reactor;
+    setLink(link.get());
+    m_Handle = static_cast<unsigned int>(link->m_Socket.native_handle());
+    const auto bytes = peer.address().to_v4().to_bytes();
+    std::memcpy(&m_PeerAddress, bytes.data(), bytes.size());
+    m_PeerPort = port;
+    m_State = kConnecting;
+    m_Link->connect(peer);
+    // A peer on this machine has answered by now.
+    reactor->poll();
+    if (!(m_Pending & kConnected) || finishConnect())
+        return true;
+    if (m_Link)
+        drop();
+    m_Handle = kNoHandle;
+    m_State = kConnectFailed;
+    return false;
+}
+
+bool TcpConnection::finishConnect()
+{
+    m_Pending &= static_cast<unsigned char>(~kConnected);
+    if (m_Link->m_ConnectResult || !m_Link->prepare())
+    {
+        fail(kConnectFailed);
+        return false;
+    }
+    if (m_KeepAlive)
+    {
+        asio::error_code ignored;
+        m_Link->m_Socket.set_option(asio::socket_base::keep_alive(true), ignored);
+    }
+    m_State = kEstablished;
+    joinReactor();
+    if (m_State == kEstablished && attach(m_Handle))
+        return true;
+    fail(kConnectFailed);
+    return false;
+}
+
+void TcpConnection::fail(ConnectionState state)
+{
+    m_State = static_cast<unsigned char>(state);
+    hurry();
+}
+
+int TcpConnection::receive(void* data, int size)
+{
+    if (m_State != kEstablished)
+        return m_State == kConnecting ? 0 : -1;
+    if (!(m_Pending & kReadable) || size <= 0)
+        return 0;
+    asio::error_code fault;
+    const size_t got = m_Link->m_Socket.receive(asio::buffer(data, static_cast<size_t>(size)), 0, fault);
+    if (fault && !isNothingYet(fault))
+    {
+        fail(fault == asio::error::eof ? kClosedByPeer : kBroken);
+        return -1;
+    }
+    // Less than asked for is all there was.
+    if (fault || got < static_cast<size_t>(size))
+    {
+        m_Pending &= static_cast<unsigned char>(~kReadable);
+        m_Link->waitForInput();
+    }
+    return fault ? 0 : static_cast<int>(got);
+}
+
+unsigned char* TcpConnection::reserve(int size)
+{
+    if (!m_Link || (m_State != kEstablished && m_State != kConnecting) ||
+        m_Link->m_Output.size() + static_cast<size_t>(size) > m_OutputLimit)
+        return nullptr;
+    return m_Link->m_Output.reserve(size, m_Reactor->pool());
+}
+
+void TcpConnection::commit(int size)
+{
+    inner::OutputQueue& output = m_Link->m_Output;
+    output.commit(size);
+    if (m_State != kEstablished || m_Link->m_IsOutputWaited)
+        return;
+    if (output.size() >= kFlushAt)
+    {
+        flush();
+    }
+    else if (!(m_Pending & kOutput))
+    {
+        m_Pending |= kOutput;
+        m_Reactor->flushLater(*m_Link);
+    }
+}
+
+int TcpConnection::send(const void* data, int size)
+{
+    if (size <= 0 || !m_Link || (m_State != kEstablished && m_State != kConnecting) ||
+        m_Link->m_Output.size() + static_cast<size_t>(size) > m_OutputLimit ||
+        !m_Link->m_Output.write(data, size, m_Reactor->pool()))
+        return 0;
+    commit(0);
+    return size;
+}
+
+void TcpConnection::flush()
+{
+    m_Pending &= static_cast<unsigned char>(~(kOutput | kWritable));
+    if (m_State != kEstablished)
+        return;
+    inner::OutputQueue& output = m_Link->m_Output;
+    while (output.size() > 0)
+    {
+        const Gathered gathered(output);
+        asio::error_code fault;
+        const size_t sent = m_Link->m_Socket.send(gathered, 0, fault);
+        if (fault && !isNothingYet(fault))
+        {
+            fail(kBroken);
+            return;
+        }
+        output.consume(sent, m_Reactor->pool());
+        if (fault || sent < gathered.m_Size)
+        {
+            m_Link->waitForOutput();
+            return;
+        }
+    }
+}
+
+size_t TcpConnection::getOutputSize() const
+{
+    return m_Link ? m_Link->m_Output.size() : 0;
+}
+
+void TcpConnection::readPeer()
+{
+    asio::error_code fault;
+    const auto peer = m_Link->m_Socket.remote_endpoint(fault);
+    if (fault || !peer.address().is_v4())
+        return;
+    const auto bytes = peer.address().to_v4().to_bytes();
+    std::memcpy(&m_PeerAddress, bytes.data(), bytes.size());
+    m_PeerPort = peer.port();
+}
+
+String_T<wchar_t> TcpConnection::getPeerName() const
+{
+    if (m_PeerAddress == 0 && m_PeerPort == 0)
+        return String_T<wchar_t>();
+    unsigned char bytes[4];
+    std::memcpy(bytes, &m_PeerAddress, sizeof bytes);
+    return formatText(L"%d.%d.%d.%d:%d", bytes[0], bytes[1], bytes[2], bytes[3], m_PeerPort);
+}
+
+} // namespace zet

@@ -1,0 +1,141 @@
+// One TCP connection, outgoing or accepted, run as a task.
+#pragma once
+
+#include "transport/net/socket.h"
+
+#include <memory>
+
+namespace zet
+{
+
+class TcpServer;
+
+namespace inner
+{
+class Reactor;
+struct TcpLink;
+} // namespace inner
+
+// Non-blocking throughout. All operations belong to the run thread. A connection started in a System learns from the
+// System's ticks what is ready; one in no System looks for itself with each onTick(); an accepted one is ticked by its
+// server. What is sent is queued and leaves at the end of the tick, in one system call; outside a tick, with the next
+// one. Where much is queued, it begins to leave earlier.
+class COMMONGROUND_API TcpConnection : public Socket
+{
+public:
+    enum ConnectionState
+    {
+        // No connection: never made, or closed or detached on this side.
+        kDown = 0,
+        // connect() was called, the peer has not answered yet.
+        kConnecting = 1,
+        kEstablished = 2,
+        // The peer has ended it, and all that it sent was received.
+        kClosedByPeer = 3,
+        // It broke: reset, or failed by the operating system's word.
+        kBroken = 4,
+        // The peer refused or was not reached.
+        kConnectFailed = 5
+    };
+
+    // Bytes that may wait to be sent; a send beyond them fails.
+    static constexpr size_t kDefaultOutputLimit = 64 * 1024 * 1024;
+
+    TcpConnection() = default;
+    ~TcpConnection() override;
+
+    bool start(System* system) override;
+    bool init() override;
+    // Finishes what is ready: a connection on its way up, output that waited.
+    void onTick(unsigned int tick) override;
+    // Takes a connected handle over: established from now on. Called with the handle as soon as an outgoing connection
+    // stands or an accepted one is taken on; overrides call this first. False leaves the handle with the caller.
+    bool attach(unsigned int handle) override;
+    // Gives the handle back without closing it. What waits to be sent is lost.
+    unsigned int detach() override;
+    // Hands what waits to be sent to the operating system, as far as it takes it now, and ends the connection.
+    void close() override;
+
+    // Begins a connection to a numeric address or a host name (which waits for the resolver) with keep-alive probes
+    // on or off. The connection is on its way up when this returns true, or stands already. False leaves no handle: a
+    // handle was held already, the address is none, or the peer refused at once.
+    virtual bool connect(const wchar_t* ip, unsigned short port, bool keepAlive);
+    // Bytes received, up to size, as they come from the network; 0 when there are none; -1 once the connection is down.
+    virtual int receive(void* data, int size);
+    // Queues the bytes, also on a connection still on its way up. Returns size, or 0 where the connection is down or
+    // the queue is full.
+    virtual int send(const void* data, int size);
+
+    ConnectionState getConnectionState() const { return static_cast<ConnectionState>(m_State); }
+    // "192.168.0.1:8000"; empty before the first connection, and the last peer's after it.
+    String_T<wchar_t> getPeerName() const;
+    // The peer's four address bytes as they lie in memory, in network order, and its port.
+    unsigned int getPeerAddress() const { return m_PeerAddress; }
+    unsigned short getPeerPort() const { return m_PeerPort; }
+
+    // The thread that owns the connection; 0 before it is started, attached or connected.
+    unsigned long getRunThreadId() const { return m_RunThreadId; }
+    void bindRunThreadId(unsigned long thread) { m_RunThreadId = thread; }
+
+    void setOutputLimit(size_t bytes) { m_OutputLimit = bytes; }
+    // Bytes that wait to be sent.
+    size_t getOutputSize() const;
+
+protected:
+    // What onTick() has to look at.
+    enum Pending : unsigned char
+    {
+        kReadable = 1,
+        kWritable = 2,
+        kConnected = 4,
+        // Output to flush.
+        kOutput = 8,
+        // Input was left unread for the next tick.
+        kUnread = 16
+    };
+
+    // Nothing has happened since the last tick, and nothing was left to do: a tick would change nothing.
+    bool isQuiet() const { return m_Pending == 0 && (m_State == kEstablished || m_State == kConnecting); }
+    // Learns what is ready where no System has looked for this tick.
+    void look()
+    {
+        if (m_LooksItself)
+            lookNow();
+    }
+    // Asks for the next tick at once.
+    void hurry();
+    // Room for size bytes at the end of the output, in one piece; null where send() would return 0. What was written
+    // there is queued by commit().
+    unsigned char* reserve(int size);
+    void commit(int size);
+    // Sends what is queued, as far as the operating system takes it.
+    virtual void flush();
+    void fail(ConnectionState state);
+
+    unsigned char m_State = kDown;
+    unsigned char m_Pending = 0;
+    bool m_LooksItself = true;
+    bool m_KeepAlive = false;
+    inner::TcpLink* m_Link = nullptr;
+    std::shared_ptr<inner::Reactor> m_Reactor;
+
+private:
+    friend struct inner::TcpLink;
+    friend class TcpServer;
+
+    void lookNow();
+    void setLink(inner::TcpLink* link);
+    bool finishConnect();
+    // Takes an accepted link on, by attach().
+    bool take(inner::TcpLink* link, const std::shared_ptr<inner::Reactor>& reactor);
+    void joinReactor();
+    void readPeer();
+    void drop();
+
+    unsigned int m_PeerAddress = 0;
+    unsigned short m_PeerPort = 0;
+    unsigned long m_RunThreadId = 0;
+    size_t m_OutputLimit = kDefaultOutputLimit;
+};
+
+} // namespace zet

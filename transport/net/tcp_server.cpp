@@ -1,0 +1,285 @@
+#include "transport/net/tcp_server.h"
+
+#include "framework/log.h"
+#include "framework/string_helper.h"
+#include "framework/time.h"
+#include "transport/net/inner/tcp_link.h"
+#include "transport/net/inner/tcp_listener.h"
+
+#include <asio/ip/tcp.hpp>
+
+#include <algorithm>
+#include <cstring>
+
+namespace zet
+{
+
+namespace
+{
+
+using asio::ip::tcp;
+using inner::Reactor;
+using inner::TcpLink;
+using inner::TcpLinkRef;
+using inner::TcpListener;
+using ListenerRef = inner::Ref<TcpListener>;
+
+bool isOutOfHandles(const asio::error_code& fault)
+{
+    return fault == asio::error::no_descriptors || fault == asio::error::no_buffer_space ||
+           fault == asio::error::no_memory || fault == std::errc::too_many_files_open_in_system;
+}
+
+} // namespace
+
+TcpServer::TcpServer() = default;
+
+TcpServer::~TcpServer()
+{
+    TcpServer::close();
+}
+
+bool TcpServer::start(System* system)
+{
+    if (!Socket::start(system))
+        return false;
+    joinReactor();
+    return true;
+}
+
+bool TcpServer::listen(unsigned short port, int backlog)
+{
+    if (!isInvalid())
+        return false;
+    const auto reactor = Reactor::of(getSystem());
+    if (!reactor)
+        return false;
+    const ListenerRef listener(new TcpListener(*reactor));
+    asio::error_code fault;
+    auto& acceptor = listener->m_Acceptor;
+    acceptor.open(tcp::v4(), fault);
+    if (fault)
+        return false;
+#ifndef _WIN32
+    // A restarted server gets its port back while old connections linger. Elsewhere the option means theft of ports.
+    acceptor.set_option(asio::socket_base::reuse_address(true), fault);
+#endif
+    acceptor.bind(tcp::endpoint(tcp::v4(), port), fault);
+    if (!fault)
+        acceptor.listen(backlog > 0 ? backlog : asio::socket_base::max_listen_connections, fault);
+    if (fault)
+        return false;
+    m_Reactor = reactor;
+    return setListener(listener.get());
+}
+
+bool TcpServer::attach(unsigned int handle)
+{
+    if (handle == kNoHandle || !isInvalid())
+        return false;
+    const auto reactor = Reactor::of(getSystem());
+    if (!reactor)
+        return false;
+    const ListenerRef listener(new TcpListener(*reactor));
+    asio::error_code fault;
+    listener->m_Acceptor.assign(tcp::v4(), static_cast<TcpListener::Acceptor::native_handle_type>(handle), fault);
+    if (fault)
+        return false;
+    m_Reactor = reactor;
+    if (setListener(listener.get()))
+        return true;
+    listener->m_Acceptor.release(fault);
+    return false;
+}
+
+bool TcpServer::setListener(TcpListener* listener)
+{
+    asio::error_code fault;
+    listener->m_Acceptor.non_blocking(true, fault);
+    if (fault)
+        return false;
+    const tcp::endpoint self = listener->m_Acceptor.local_endpoint(fault);
+    m_ListenPort = fault ? static_cast<unsigned short>(0) : self.port();
+    m_Handle = static_cast<unsigned int>(listener->m_Acceptor.native_handle());
+    m_IsReady = false;
+    m_IsResting = false;
+    m_Listener = listener;
+    m_Listener->addRef();
+    m_Listener->m_Owner = this;
+    m_Listener->waitForVisitor();
+    return true;
+}
+
+void TcpServer::joinReactor()
+{
+    if (!m_Listener)
+        return;
+    const auto reactor = Reactor::of(getSystem());
+    if (!reactor || reactor == m_Reactor)
+        return;
+    const ListenerRef listener(new TcpListener(*reactor));
+    asio::error_code fault;
+    const auto handle = m_Listener->m_Acceptor.release(fault);
+    const auto old = m_Reactor;
+    drop();
+    old->pollOutsideTick();
+    if (!fault)
+        listener->m_Acceptor.assign(tcp::v4(), handle, fault);
+    m_Reactor = reactor;
+    if (fault || !setListener(listener.get()))
+        Socket::close();
+}
+
+unsigned int TcpServer::detach()
+{
+    if (m_Listener)
+    {
+        asio::error_code ignored;
+        m_Listener->m_Acceptor.release(ignored);
+        drop();
+    }
+    return Socket::detach();
+}
+
+void TcpServer::close()
+{
+    if (m_Listener)
+        drop();
+    Socket::close();
+}
+
+void TcpServer::drop()
+{
+    dismiss();
+    TcpListener* const listener = std::exchange(m_Listener, nullptr);
+    listener->m_Owner = nullptr;
+    asio::error_code ignored;
+    listener->m_Acceptor.close(ignored);
+    listener->release();
+    m_ListenPort = 0;
+    m_IsReady = false;
+}
+
+void TcpServer::dismiss()
+{
+    if (TcpLink* const link = std::exchange(m_Visitor, nullptr))
+        link->release();
+}
+
+void TcpServer::onTick(unsigned int)
+{
+    if (!m_Listener)
+        return;
+    look();
+    if (m_IsResting && static_cast<int>(getTimeTick() - m_RestUntil) < 0)
+        return;
+    for (int i = 0; i < kAcceptsPerTick; ++i)
+    {
+        if (!m_Listener || !m_IsReady)
+            return;
+        const Visit come = visit();
+        if (come == kNobody)
+            return;
+        if (come == kCome)
+            onAccept();
+        dismiss();
+    }
+    // There may be more, and nothing else says so.
+    if (m_Reactor)
+        m_Reactor->hurry();
+}
+
+void TcpServer::look()
+{
+    if (m_Reactor)
+        m_Reactor->pollOutsideTick();
+}
+
+TcpServer::Visit TcpServer::visit()
+{
+    const TcpLinkRef link(new TcpLink(*m_Reactor));
+    tcp::endpoint peer;
+    asio::error_code fault;
+    m_Listener->m_Acceptor.accept(link->m_Socket, peer, fault);
+    if (fault == asio::error::would_block || fault == asio::error::try_again)
+    {
+        m_IsReady = false;
+        m_Listener->waitForVisitor();
+        return kNobody;
+    }
+    if (isOutOfHandles(fault))
+    {
+        // Who has come waits in the system's queue.
+        if (!std::exchange(m_IsResting, true))
+            Log::warning(L"Accepting rests: %s", StringHelper::utf8ToWide(fault.message().c_str()));
+        m_RestUntil = getTimeTick() + kRestTime;
+        return kNobody;
+    }
+    // Who is gone again before being accepted is one visitor less.
+    if (fault)
+        return kRefused;
+    m_IsResting = false;
+    if (!permission(*reinterpret_cast<const sockaddr_in*>(peer.data())))
+        return kRefused;
+    m_Visitor = link.get();
+    m_Visitor->addRef();
+    return kCome;
+}
+
+bool TcpServer::accept(TcpConnection* connection)
+{
+    if (!m_Listener || !connection || !connection->isInvalid() || (!m_Visitor && visit() != kCome))
+        return false;
+    const TcpLinkRef link(m_Visitor);
+    dismiss();
+    if (connection->take(link.get(), m_Reactor))
+        return true;
+    link->m_Owner = nullptr;
+    return false;
+}
+
+bool TcpServer::holds(const std::vector<Rule>& rules, unsigned int address)
+{
+    return std::any_of(rules.begin(), rules.end(),
+                       [=](const Rule& rule) { return (address & rule.m_Mask) == (rule.m_Address & rule.m_Mask); });
+}
+
+bool TcpServer::permission(const sockaddr_in& address)
+{
+    const unsigned int peer = static_cast<unsigned int>(address.sin_addr.s_addr);
+    return !holds(m_Rejected, peer) || holds(m_Permitted, peer);
+}
+
+void TcpServer::onAccept()
+{
+}
+
+void TcpServer::addRejectAddress(in_addr address, in_addr mask)
+{
+    m_Rejected.push_back({static_cast<unsigned int>(address.s_addr), static_cast<unsigned int>(mask.s_addr)});
+}
+
+void TcpServer::addPermissionAddress(in_addr address, in_addr mask)
+{
+    m_Permitted.push_back({static_cast<unsigned int>(address.s_addr), static_cast<unsigned int>(mask.s_addr)});
+}
+
+void TcpServer::addRejectAddress(const unsigned char (&address)[4], const unsigned char (&mask)[4])
+{
+    m_Rejected.push_back(ruleOf(address, mask));
+}
+
+void TcpServer::addPermissionAddress(const unsigned char (&address)[4], const unsigned char (&mask)[4])
+{
+    m_Permitted.push_back(ruleOf(address, mask));
+}
+
+TcpServer::Rule TcpServer::ruleOf(const unsigned char* address, const unsigned char* mask)
+{
+    Rule rule;
+    std::memcpy(&rule.m_Address, address, sizeof rule.m_Address);
+    std::memcpy(&rule.m_Mask, mask, sizeof rule.m_Mask);
+    return rule;
+}
+
+} // namespace zet

@@ -1,0 +1,115 @@
+#include "transport/net/tcp_stream.h"
+
+#include "transport/net/inner/tcp_link.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace zet
+{
+
+namespace
+{
+
+// Bytes that one request may take from the network: a peer that sends a huge packet quickly lets the others have their
+// turn in between.
+constexpr int kFillMost = 1024 * 1024;
+
+} // namespace
+
+bool TcpStream::attach(unsigned int handle)
+{
+    return TcpSecureConnection::attach(handle);
+}
+
+void TcpStream::close()
+{
+    TcpSecureConnection::close();
+}
+
+void TcpStream::onTick(unsigned int tick)
+{
+    TcpSecureConnection::onTick(tick);
+    if (!m_Link)
+        return;
+    if ((m_Pending & kReadable) && m_Link->m_Input.size() == 0)
+    {
+        fill(1);
+        if (available() > 0)
+            m_Pending |= kUnread;
+    }
+    m_Link->m_Input.settle(m_Reactor->pool());
+}
+
+void TcpStream::fill(int wanted)
+{
+    inner::InputBuffer& input = m_Link->m_Input;
+    for (int total = 0; (m_Pending & kReadable) && input.size() < wanted && total < kFillMost;)
+    {
+        const int room = input.prepare(m_Reactor->pool());
+        if (room <= 0)
+        {
+            fail(kBroken);
+            return;
+        }
+        const int got = receive(input.end(), room);
+        if (got <= 0)
+            return;
+        input.grow(got);
+        total += got;
+    }
+}
+
+int TcpStream::available() const
+{
+    return m_Link ? m_Link->m_Input.size() : 0;
+}
+
+const unsigned char* TcpStream::view(int size)
+{
+    if (!m_Link)
+        return nullptr;
+    inner::InputBuffer& input = m_Link->m_Input;
+    if (input.size() < size)
+        fill(size);
+    return input.size() >= size ? input.data() : nullptr;
+}
+
+int TcpStream::peek(void* data, int size)
+{
+    if (!m_Link || size <= 0)
+        return 0;
+    inner::InputBuffer& input = m_Link->m_Input;
+    if (input.size() < size)
+        fill(size);
+    const int count = std::min(size, input.size());
+    if (count > 0)
+        std::memcpy(data, input.data(), static_cast<size_t>(count));
+    return count;
+}
+
+int TcpStream::read(void* data, int size)
+{
+    return skip(peek(data, size));
+}
+
+int TcpStream::skip(int size)
+{
+    const int count = std::min(size, available());
+    if (count <= 0)
+        return 0;
+    m_Link->m_Input.consume(count);
+    return count;
+}
+
+int TcpStream::write(const void* data, int size)
+{
+    return TcpStream::send(data, size);
+}
+
+int TcpStream::send(const void* data, int size)
+{
+    return TcpSecureConnection::send(data, size);
+}
+
+} // namespace zet
