@@ -1,0 +1,42 @@
+// The attract data string: any text loads in its three calls, only valid attractions come out, and what is saved then
+// loads to the same attractions.
+#include "playerdata/travel_data.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+namespace
+{
+
+void load(AccountTravelData& travel, const zet::String_T<wchar_t>& text)
+{
+    travel.SetAnalyVersion(text);
+    travel.LoadAttractDataFromString(travel.getStringFromAnalyVersion(text));
+}
+
+void require(bool fact)
+{
+    if (!fact)
+        std::abort();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    // A unit for each byte: the grammar knows no others, and those above it stand for all of them.
+    const std::wstring units(data, data + size);
+    AccountTravelData travel;
+    load(travel, zet::String_T<wchar_t>(units.data(), static_cast<int>(units.size())));
+    require(travel.m_AnalyVersion == 0 || travel.m_AttractMap.empty());
+    for (const auto& [id, attract] : travel.m_AttractMap)
+        require(attract.IsValid() && attract.m_AttractId == id);
+
+    const zet::String_T<wchar_t> saved = travel.SaveStringFromAttractData();
+    AccountTravelData again;
+    load(again, saved);
+    require(again.m_AttractMap.size() == travel.m_AttractMap.size());
+    require(again.SaveStringFromAttractData() == saved);
+    return 0;
+}
