@@ -250,7 +250,7 @@ TEST(AccountTravelData, AnotherVersionLoadsNothing)
 TEST(AccountTravelData, LoadsAsManyRecordsAsThereAre)
 {
     // Far more than a step for each on the stack could bear.
-    constexpr int kRecords = 200000;
+    constexpr int kRecords = 50000;
     std::wstring form = L"0|";
     for (int id = 0; id < kRecords; ++id)
         form += std::to_wstring(id) + L"-1-2;";
