@@ -51,6 +51,21 @@ void expectSameBytes(const std::string& expected, const std::string& got, const 
                   << "\n  got      " << shortHex(got.substr(at));
 }
 
+// Equal, where numbers that are not whole are compared as the floats that they are.
+bool sameValue(const nlohmann::json& a, const nlohmann::json& b)
+{
+    if (a.is_number_float() || b.is_number_float())
+        return a.is_number() && b.is_number() && a.get<float>() == b.get<float>();
+    if (a.type() != b.type() || !a.is_structured() || a.size() != b.size())
+        return a == b;
+    if (a.is_array())
+        return std::equal(a.begin(), a.end(), b.begin(), sameValue);
+    for (const auto& [name, value] : a.items())
+        if (!b.contains(name) || !sameValue(value, b[name]))
+            return false;
+    return true;
+}
+
 void checkVector(const tools::ClassInfo& info, const Vector& vector, Width width)
 {
     SCOPED_TRACE(vector.m_Place + " [" + vector.m_Class + " " + vector.m_Form + " " + vector.m_Name + "] in " +
@@ -66,13 +81,16 @@ void checkVector(const tools::ClassInfo& info, const Vector& vector, Width width
     const nlohmann::json expected = book().members(vector);
     const nlohmann::ordered_json got = tools::objectJson(info.m_Wire(), reading.m_Object.get());
     for (const auto& [name, value] : expected.items())
-        EXPECT_TRUE(got.contains(name) && nlohmann::json(got[name]) == value)
+        EXPECT_TRUE(got.contains(name) && sameValue(nlohmann::json(got[name]), value))
             << name << "\n  expected " << value.dump() << "\n  got      "
             << (got.contains(name) ? got[name].dump() : "no such member");
     for (const auto& [name, value] : got.items())
         EXPECT_TRUE(expected.contains(name)) << "the vector does not give " << name << ", which is " << value.dump();
 
     if (vector.m_Rewrite == "-")
+        return;
+    // A vector of one width alone says nothing about what the other width writes.
+    if (golden::kNative == Width::k16 ? !vector.m_Has16 : !vector.m_Has32)
         return;
     const Vector& rewrite =
         vector.m_Rewrite.empty() ? vector : book().find(vector.m_Class, vector.m_Form, vector.m_Rewrite);

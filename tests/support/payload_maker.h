@@ -1,0 +1,48 @@
+// Makes valid payloads of any class from its schema, by an encoder of its own.
+#pragma once
+
+#include "packaging/wire/schema.h"
+
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace test
+{
+
+// Where a payload holds a number that says how much follows.
+struct CountPlace
+{
+    size_t m_Offset;
+    std::string m_Field;
+};
+
+struct MadePayload
+{
+    std::string m_Bytes;
+    std::vector<CountPlace> m_Counts;
+};
+
+// Values are random, lists have up to three elements, keyed maps up to one, so that a payload that was read is
+// written again with the same bytes. Text is in the form of this build's width.
+class PayloadMaker
+{
+public:
+    explicit PayloadMaker(unsigned seed) : m_Random(seed) {}
+    MadePayload make(const wire::Schema& schema);
+
+private:
+    void object(const wire::Schema& schema);
+    void value(const wire::Field& field);
+    void elements(const wire::Field& field, int count);
+    void number(int size, unsigned bits);
+    void count(int value, const std::string& name);
+    void text();
+    int upTo(int most) { return static_cast<int>(m_Random() % static_cast<unsigned>(most + 1)); }
+
+    std::mt19937 m_Random;
+    MadePayload m_Made;
+};
+
+} // namespace test
