@@ -2,17 +2,22 @@
 
 #include "packaging/wire/order.h"
 
+namespace
+{
+
+constexpr auto kByNumber = wire::KeyedBy(&AccountAchievementData::m_AchieveValue1);
+
+} // namespace
+
 WIRE_ORDER_CMD(AchievementPack_StartGame_Request)
 {
-    return FIELDS(r.m_Value1) &&
-           LIST(r.m_Achievements, wire::KeyedBy(&AccountAchievementData::m_AchieveValue1), wire::ElementsUntested);
+    return FIELDS(r.m_Value1) && LIST(r.m_Achievements, kByNumber, wire::ElementsUntested);
 }
 
 WIRE_ORDER_CMD(AchievementPack_StartGame_Reply)
 {
     return FIELDS(r.m_Msg) && COUNT_OF(r.m_Achievements) && FIELDS(r.m_Msg) && COUNT_OF(r.m_Behaviours) &&
-           ELEMENTS_OF(r.m_Achievements, wire::KeyedBy(&AccountAchievementData::m_AchieveValue1),
-                       wire::ElementsUntested) &&
+           ELEMENTS_OF(r.m_Achievements, kByNumber, wire::ElementsUntested) &&
            ELEMENTS_OF(r.m_Behaviours, wire::ElementsUntested);
 }
 
@@ -23,14 +28,12 @@ WIRE_ORDER_CMD(AchievementPack_SendAchievement_Request)
 
 WIRE_ORDER_CMD(AchievementPack_SendAchievement_Reply)
 {
-    return FIELDS(r.m_Msg) &&
-           LIST(r.m_Achievements, wire::KeyedBy(&AccountAchievementData::m_AchieveValue1), wire::ElementsUntested);
+    return FIELDS(r.m_Msg) && LIST(r.m_Achievements, kByNumber, wire::ElementsUntested);
 }
 
 WIRE_ORDER_CMD(AchievementPack_EndGame_Request)
 {
-    return FIELDS(r.m_Value1) &&
-           LIST(r.m_Achievements, wire::KeyedBy(&AccountAchievementData::m_AchieveValue1), wire::ElementsUntested);
+    return FIELDS(r.m_Value1) && LIST(r.m_Achievements, kByNumber, wire::ElementsUntested);
 }
 
 WIRE_ORDER_CMD(AchievementPack_EndGame_Reply)
@@ -40,20 +43,17 @@ WIRE_ORDER_CMD(AchievementPack_EndGame_Reply)
 
 WIRE_ORDER_CMD(AchievementPack_Notice_Reply)
 {
-    return FIELDS(r.m_Msg) &&
-           LIST(r.m_Achievements, wire::KeyedBy(&AccountAchievementData::m_AchieveValue1), wire::ElementsUntested);
+    return FIELDS(r.m_Msg) && LIST(r.m_Achievements, kByNumber, wire::ElementsUntested);
 }
 
 WIRE_ORDER_CMD(AchievementPack_GetAllAchievement_Request)
 {
     return COUNT_OF(r.m_Numbers) && COUNT_OF(r.m_Achievements) &&
-           ELEMENTS_OF(r.m_Achievements, wire::KeyedBy(&AccountAchievementData::m_AchieveValue1),
-                       wire::ElementsUntested) &&
+           ELEMENTS_OF(r.m_Achievements, kByNumber, wire::ElementsUntested) &&
            ELEMENTS_OF(r.m_Numbers, wire::SizedFirst, wire::ElementsUntested);
 }
 
 WIRE_ORDER_CMD(AchievementPack_GetAllAchievement_Reply)
 {
-    return FIELDS(r.m_Msg) &&
-           LIST(r.m_Achievements, wire::KeyedBy(&AccountAchievementData::m_AchieveValue1), wire::ElementsUntested);
+    return FIELDS(r.m_Msg) && LIST(r.m_Achievements, kByNumber, wire::ElementsUntested);
 }
