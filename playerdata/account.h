@@ -14,6 +14,8 @@
 class COMMONGROUND_API CAccount : public zet::Object
 {
 public:
+    CAccount(const CAccount&) = delete;
+    CAccount& operator=(const CAccount&) = delete;
     // The only ways to an account: with a new identifier, or with the one given.
     static zet::Unknown::Handle_T<CAccount> createInstance();
     static zet::Unknown::Handle_T<CAccount> createInstance(const zet::Uuid& id);

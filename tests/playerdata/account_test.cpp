@@ -10,6 +10,7 @@ namespace
 
 static_assert(!std::is_default_constructible_v<CAccount>);
 static_assert(!std::is_constructible_v<CAccount, const zet::Uuid&>);
+static_assert(!std::is_copy_constructible_v<CAccount>);
 
 TEST(CAccount, TakesTheGivenIdentifier)
 {
