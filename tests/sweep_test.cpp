@@ -140,7 +140,7 @@ TEST(Sweep, DefaultObjectsComeBackEqual)
     forEveryClass(
         [&](const ClassInfo& info, Form form)
         {
-            const std::shared_ptr<void> object = info.m_Make();
+            const std::shared_ptr<void> object = info.make();
             bool write = false;
             const std::string bytes = tools::writeObject(info, form, object.get(), write);
             EXPECT_TRUE(write);

@@ -17,7 +17,13 @@ ClassInfo infoOf(const char* name, Family family, const char* base)
     info.m_Family = family;
     info.m_Base = base;
     info.m_Wire = &T::Wire;
-    info.m_Make = []() -> std::shared_ptr<void> { return std::make_shared<T>(); };
+    // Held as a member, since a record may have virtual operations and yet no virtual destructor.
+    struct Holder
+    {
+        T m_Object{};
+    };
+    info.m_New = []() -> void* { return new Holder(); };
+    info.m_Delete = [](void* object) { delete static_cast<Holder*>(object); };
     if constexpr (Readable<T, CCmdPackager>)
     {
         info.m_ReadCmd = [](void* object, CCmdPackager& pk) { return static_cast<T*>(object)->Read(&pk); };

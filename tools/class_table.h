@@ -22,7 +22,7 @@ enum class Family
     kMessage
 };
 
-// One class. Objects pass through as pointers to void: made here, given back here.
+// One class. Objects pass through as pointers to void.
 struct ClassInfo
 {
     const char* m_Name = "";
@@ -31,7 +31,8 @@ struct ClassInfo
     unsigned short m_Id = 0;
     const char* m_Base = "";
     const wire::Schema& (*m_Wire)() = nullptr;
-    std::shared_ptr<void> (*m_Make)() = nullptr;
+    void* (*m_New)() = nullptr;
+    void (*m_Delete)(void*) = nullptr;
     // Null where the class has no form for the packager.
     bool (*m_ReadCmd)(void*, CCmdPackager&) = nullptr;
     bool (*m_WriteCmd)(const void*, CCmdPackager&) = nullptr;
@@ -40,6 +41,9 @@ struct ClassInfo
     // Of a command alone.
     CmdProcess m_Process = nullptr;
     SocketCmdProcess m_ProcessSocket = nullptr;
+
+    // A default-made object of the class.
+    std::shared_ptr<void> make() const { return std::shared_ptr<void>(m_New(), m_Delete); }
 };
 
 // Commands by id, then records, then messages. Made at the first call; any thread.

@@ -45,7 +45,7 @@ std::string writeObject(const ClassInfo& info, Form form, const void* object, bo
 Reading readBytes(const ClassInfo& info, Form form, std::string_view bytes)
 {
     Reading reading;
-    reading.m_Object = info.m_Make();
+    reading.m_Object = info.make();
     if (form == Form::kCmd)
     {
         CCmdPackager packager;

@@ -62,7 +62,7 @@ template <class T>
 Field shapeOf()
 {
     Field field;
-    if constexpr (std::is_array_v<T> && std::is_same_v<std::remove_extent_t<T>, unsigned char>)
+    if constexpr (kIsRawBytes<T>)
     {
         field.kind = Kind::kBytes;
         field.extent = static_cast<int>(std::extent_v<T>);

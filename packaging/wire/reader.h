@@ -191,7 +191,11 @@ public:
     template <class T>
     bool one(T& value)
     {
-        if constexpr (std::is_array_v<T>)
+        if constexpr (kIsRawBytes<T>)
+        {
+            return readScalar(m_Packager, &value);
+        }
+        else if constexpr (std::is_array_v<T>)
         {
             for (auto& element : value)
                 if (!one(element))

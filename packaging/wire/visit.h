@@ -20,6 +20,10 @@ struct Order
 {
 };
 
+// An array of bytes travels in one piece: cut, it is not read at all.
+template <class T>
+inline constexpr bool kIsRawBytes = std::is_same_v<std::remove_extent_t<T>, unsigned char> && std::is_array_v<T>;
+
 template <class T>
 inline constexpr bool kIsPair = false;
 template <class A, class B>

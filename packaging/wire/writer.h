@@ -135,7 +135,11 @@ public:
     template <class T>
     bool one(const T& value)
     {
-        if constexpr (std::is_array_v<T>)
+        if constexpr (kIsRawBytes<T>)
+        {
+            return writeScalar(m_Packager, value);
+        }
+        else if constexpr (std::is_array_v<T>)
         {
             for (const auto& element : value)
                 if (!one(element))

@@ -60,7 +60,7 @@ void forEveryCommand(Check check)
 
 std::string defaultPayload(const ClassInfo& info, std::string& fields)
 {
-    const std::shared_ptr<void> object = info.m_Make();
+    const std::shared_ptr<void> object = info.make();
     fields = tools::objectJson(info.m_Wire(), object.get()).dump();
     bool write = false;
     const std::string bytes = tools::writeObject(info, tools::Form::kCmd, object.get(), write);

@@ -180,7 +180,7 @@ int schema(const std::string& className)
     if (!info)
         return 1;
     const wire::Schema& schema = info->m_Wire();
-    const ordered_json defaults = tools::objectJson(schema, info->m_Make().get());
+    const ordered_json defaults = tools::objectJson(schema, info->make().get());
     std::cout << info->m_Name << "  " << familyName(info->m_Family);
     if (info->m_Family == Family::kCommand)
         std::cout << " " << idText(*info) << " on " << info->m_Base;
@@ -202,7 +202,7 @@ int makeNew(const std::string& className)
         return 1;
     }
     const Form form = tools::hasForm(*info, Form::kCmd) ? Form::kCmd : Form::kData;
-    const std::shared_ptr<void> object = info->m_Make();
+    const std::shared_ptr<void> object = info->make();
     bool write = false;
     const std::string bytes = tools::writeObject(*info, form, object.get(), write);
     printLine({{"class", info->m_Name},

@@ -1,0 +1,39 @@
+// Both frame forms on foreign bytes; what is received is sent again with the same bytes.
+#include "framework/memory_stream.h"
+#include "fuzz/support/budget.h"
+#include "packaging/cmd_packager.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    const fuzz::Budget budget(size);
+    {
+        const auto store = zet::MemoryStream::createInstance();
+        store->write(data, static_cast<int>(size));
+        zet::InputStream in(store.get());
+        CCmdPackager frame;
+        if (frame.Receive(in))
+        {
+            const size_t taken = size - static_cast<size_t>(in.available());
+            const auto again = zet::MemoryStream::createInstance();
+            zet::OutputStream out(again.get());
+            if (!frame.Send(out))
+                std::abort();
+            // An address that was sent though it is all zero is left out when the frame goes on.
+            const unsigned char* const bytes = again->view(again->getSize());
+            if (static_cast<size_t>(again->getSize()) == taken && std::memcmp(bytes, data, taken) != 0)
+                std::abort();
+            if (static_cast<size_t>(again->getSize()) > taken)
+                std::abort();
+        }
+    }
+    CCmdPackager frame;
+    const int taken = frame.Unpack(data, static_cast<int>(size));
+    if (taken < 0 || static_cast<size_t>(taken) > size + 32)
+        std::abort();
+    return 0;
+}
