@@ -34,7 +34,13 @@ int PacketReader::Window::peek(void* data, int size)
 
 int PacketReader::Window::read(void* data, int size)
 {
-    return skip(peek(data, size));
+    const int count = std::min(size, m_Size);
+    if (count <= 0)
+        return 0;
+    std::memcpy(data, m_At, static_cast<size_t>(count));
+    m_At += count;
+    m_Size -= count;
+    return count;
 }
 
 int PacketReader::Window::skip(int size)
@@ -62,6 +68,7 @@ Unknown::Handle_T<Input> PacketReader::detach()
 {
     // What the source still holds of a packet handed over is the source's to forget.
     m_Shown = 0;
+    m_Next = -1;
     m_IsCollectedShown = false;
     m_Window.m_At = nullptr;
     m_Window.m_Size = 0;
@@ -97,14 +104,18 @@ bool PacketReader::read(InputStream& stream)
         return collect(stream);
     for (;;)
     {
-        const unsigned char* head = m_Input->view(kHeadSize);
-        if (!head)
+        unsigned int size = static_cast<unsigned int>(m_Next);
+        if (std::exchange(m_Next, -1) < 0)
         {
-            // A source that shows its bytes keeps them until there are enough; any other one may be out of room.
-            const int there = m_Input->available();
-            return there >= kHeadSize || (there > 0 && !m_Input->view(1)) ? collect(stream) : true;
+            const unsigned char* head = m_Input->view(kHeadSize);
+            if (!head)
+            {
+                // A source that shows its bytes keeps them until there are enough; any other one may be out of room.
+                const int there = m_Input->available();
+                return there >= kHeadSize || (there > 0 && !m_Input->view(1)) ? collect(stream) : true;
+            }
+            size = headOf(head);
         }
-        const unsigned int size = headOf(head);
         if (size > static_cast<unsigned int>(m_Limit))
             return false;
         if (size == 0)
@@ -113,12 +124,16 @@ bool PacketReader::read(InputStream& stream)
             continue;
         }
         const int whole = kHeadSize + static_cast<int>(size);
-        if (const unsigned char* packet = m_Input->view(whole))
-        {
-            m_Shown = whole;
-            return hand(packet + kHeadSize, static_cast<int>(size), stream);
-        }
-        return m_Input->available() >= whole ? collect(stream) : true;
+        // Mostly the next head is there, too, and one look does for both.
+        const unsigned char* packet = m_Input->view(whole + kHeadSize);
+        if (packet)
+            m_Next = static_cast<int>(std::min(headOf(packet + whole), 0x7FFFFFFFU));
+        else
+            packet = m_Input->view(whole);
+        if (!packet)
+            return m_Input->available() >= whole ? collect(stream) : true;
+        m_Shown = whole;
+        return hand(packet + kHeadSize, static_cast<int>(size), stream);
     }
 }
 

@@ -35,8 +35,9 @@ public:
     // are passed over.
     bool read(InputStream& stream);
 
-    // Bytes that a packet may have, without its length word. 1 at least.
-    void setLimit(int limit) { m_Limit = limit > 0 ? limit : 1; }
+    // Bytes that a packet may have, without its length word; 1 to kLargestLimit.
+    static constexpr int kLargestLimit = 0x7FFFFF00;
+    void setLimit(int limit) { m_Limit = limit < 1 ? 1 : limit > kLargestLimit ? kLargestLimit : limit; }
     int getLimit() const { return m_Limit; }
 
 private:
@@ -66,6 +67,8 @@ private:
     int m_Limit = kDefaultLimit;
     // Bytes of the source that the packet last handed over still takes up.
     int m_Shown = 0;
+    // The length of the packet behind it, where the source has shown that too; else -1.
+    int m_Next = -1;
     // A packet whose source cannot show it in one piece is put together here, its length word included.
     std::vector<unsigned char> m_Collected;
     bool m_IsCollectedShown = false;

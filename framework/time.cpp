@@ -142,6 +142,11 @@ TestClock::~TestClock()
     getTestTime().m_IsOn.store(false, std::memory_order_release);
 }
 
+bool TestClock::isOn()
+{
+    return getTestTime().m_IsOn.load(std::memory_order_acquire);
+}
+
 void TestClock::advance(unsigned int milliseconds)
 {
     TestTime& test = getTestTime();

@@ -25,6 +25,9 @@ public:
     TestClock(const TestClock&) = delete;
     TestClock& operator=(const TestClock&) = delete;
 
+    // Whether one lives now. Any thread.
+    static bool isOn();
+
     // Moves both clocks.
     void advance(unsigned int milliseconds);
     void setTime(long long seconds);

@@ -3,9 +3,9 @@
 #include "dispatch/analyser_socket.h"
 #include "framework/log.h"
 #include "framework/memory_stream.h"
+#include "framework/stopwatch.h"
 #include "framework/string_helper.h"
 #include "framework/thread.h"
-#include "framework/time.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
 #include "packaging/socket_seam.h"
@@ -77,8 +77,8 @@ void CCommandSocket::onTick(unsigned int tick)
 
 void CCommandSocket::dispatch()
 {
-    const unsigned int start = zet::getTimeTick();
-    while (getConnectionState() == kEstablished && zet::getTimeTick() - start < kDispatchTime && !m_bNetError)
+    zet::Stopwatch watch;
+    while (getConnectionState() == kEstablished && watch.getElapsed() < kDispatchTime && !m_bNetError)
     {
         zet::InputStream stream;
         if (!m_PacketReader.read(stream))

@@ -193,7 +193,8 @@ void TcpConnection::close()
 {
     if (m_Link)
     {
-        if (m_State == kEstablished && m_Link->m_Output.size() > 0)
+        // A peer that has ended its side may still read ours.
+        if ((m_State == kEstablished || m_State == kClosedByPeer) && m_Link->m_Output.size() > 0)
             flush();
         drop();
     }
@@ -330,10 +331,13 @@ int TcpConnection::receive(void* data, int size)
 
 unsigned char* TcpConnection::reserve(int size)
 {
-    if (!m_Link || (m_State != kEstablished && m_State != kConnecting) ||
-        m_Link->m_Output.size() + static_cast<size_t>(size) > m_OutputLimit)
-        return nullptr;
-    return m_Link->m_Output.reserve(size, m_Reactor->pool());
+    return takesOutput(size) ? m_Link->m_Output.reserve(size, m_Reactor->pool()) : nullptr;
+}
+
+bool TcpConnection::takesOutput(int size) const
+{
+    return size > 0 && m_Link && m_State >= kConnecting && m_State <= kClosedByPeer &&
+           m_Link->m_Output.size() + static_cast<size_t>(size) <= m_OutputLimit;
 }
 
 void TcpConnection::commit(int size)
@@ -355,9 +359,7 @@ void TcpConnection::commit(int size)
 
 int TcpConnection::send(const void* data, int size)
 {
-    if (size <= 0 || !m_Link || (m_State != kEstablished && m_State != kConnecting) ||
-        m_Link->m_Output.size() + static_cast<size_t>(size) > m_OutputLimit ||
-        !m_Link->m_Output.write(data, size, m_Reactor->pool()))
+    if (!takesOutput(size) || !m_Link->m_Output.write(data, size, m_Reactor->pool()))
         return 0;
     commit(0);
     return size;
@@ -366,7 +368,7 @@ int TcpConnection::send(const void* data, int size)
 void TcpConnection::flush()
 {
     m_Pending &= static_cast<unsigned char>(~(kOutput | kWritable));
-    if (m_State != kEstablished)
+    if (m_State != kEstablished && m_State != kClosedByPeer)
         return;
     inner::OutputQueue& output = m_Link->m_Output;
     while (output.size() > 0)

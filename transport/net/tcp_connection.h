@@ -107,6 +107,8 @@ protected:
     // Room for size bytes at the end of the output, in one piece; null where send() would return 0. What was written
     // there is queued by commit().
     unsigned char* reserve(int size);
+    // Whether size more bytes may be queued: the connection stands, or will, or only the peer has ended its side.
+    bool takesOutput(int size) const;
     void commit(int size);
     // Sends what is queued, as far as the operating system takes it.
     virtual void flush();

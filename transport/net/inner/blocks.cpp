@@ -149,11 +149,11 @@ bool OutputQueue::append(int size, BlockPool& pool)
     return true;
 }
 
-bool OutputQueue::write(const void* data, int size, BlockPool& pool)
+bool OutputQueue::split(const void* data, int size, BlockPool& pool)
 {
     const int first = m_Tail ? std::min(m_Tail->room(), size) : 0;
     Block* const old = m_Tail;
-    if (size > first && !append(size - first, pool))
+    if (!append(size - first, pool))
         return false;
     const auto* bytes = static_cast<const unsigned char*>(data);
     if (first > 0)
@@ -162,11 +162,8 @@ bool OutputQueue::write(const void* data, int size, BlockPool& pool)
         old->m_End += first;
         m_Size += static_cast<size_t>(first);
     }
-    if (size > first)
-    {
-        std::memcpy(m_Tail->bytes() + m_Tail->m_End, bytes + first, static_cast<size_t>(size - first));
-        commit(size - first);
-    }
+    std::memcpy(m_Tail->bytes() + m_Tail->m_End, bytes + first, static_cast<size_t>(size - first));
+    commit(size - first);
     return true;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 
 namespace zet::inner
 {
@@ -93,7 +94,14 @@ public:
         m_Size += static_cast<size_t>(size);
     }
     // All or nothing.
-    bool write(const void* data, int size, BlockPool& pool);
+    bool write(const void* data, int size, BlockPool& pool)
+    {
+        if (!m_Tail || m_Tail->room() < size)
+            return split(data, size, pool);
+        std::memcpy(m_Tail->bytes() + m_Tail->m_End, data, static_cast<size_t>(size));
+        commit(size);
+        return true;
+    }
 
     // The first block of what is queued; the others follow by m_Next.
     Block* front() { return m_Head; }
@@ -102,6 +110,7 @@ public:
     void swap(OutputQueue& other);
 
 private:
+    bool split(const void* data, int size, BlockPool& pool);
     bool append(int size, BlockPool& pool);
 
     Block* m_Head = nullptr;

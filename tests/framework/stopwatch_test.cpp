@@ -1,0 +1,37 @@
+#include "framework/stopwatch.h"
+
+#include "framework/time.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+TEST(Stopwatch, FollowsATestClockAtOnce)
+{
+    zet::TestClock clock(0, 0xFFFFFFF0);
+    zet::Stopwatch watch;
+    EXPECT_EQ(watch.getElapsed(), 0U);
+    clock.advance(30);
+    EXPECT_EQ(watch.getElapsed(), 30U);
+    clock.advance(70);
+    EXPECT_EQ(watch.getElapsed(), 100U);
+}
+
+TEST(Stopwatch, IsNeverMoreThanAMillisecondBehindTheTick)
+{
+    const unsigned int before = zet::getTimeTick();
+    zet::Stopwatch watch;
+    const unsigned int after = zet::getTimeTick();
+    // Runs against the clock itself for some milliseconds, so that both ways to an answer are taken.
+    while (zet::getTimeTick() - after < 5)
+    {
+        const unsigned int least = zet::getTimeTick() - after;
+        const unsigned int elapsed = watch.getElapsed();
+        const unsigned int most = zet::getTimeTick() - before;
+        ASSERT_GE(elapsed + 1, least);
+        ASSERT_LE(elapsed, most);
+    }
+}
+
+} // namespace
