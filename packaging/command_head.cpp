@@ -24,23 +24,12 @@ void CCmdHead::OutDebug(FILE*) const {}
 
 bool CCmdHead::Write(CCmdPackager* pk) const
 {
-    pk->SetCmdID(m_ID);
-    pk->SetAddress(m_FromAddress, m_TargetAddress);
-    wire::Writer<CCmdPackager>(*pk).Fields("", m_HeadVersion, m_ClientIndex);
-    return true;
+    return wire::writeHead(*pk, *this);
 }
 
 bool CCmdHead::Read(CCmdPackager* pk)
 {
-    if (m_ID != pk->GetCmdID())
-        return false;
-    SetAddress(pk->GetFromAddress(), pk->GetTargetAddress());
-    unsigned short version = 0;
-    if (!wire::readScalar(*pk, &version) || version != m_HeadVersion)
-        return false;
-    // A payload may end behind the version: the index then keeps its value.
-    wire::readScalar(*pk, &m_ClientIndex);
-    return true;
+    return wire::readHead(*pk, *this);
 }
 
 bool CCmdHead::Send(CCommandSocket* socket) const
@@ -89,30 +78,16 @@ wire::Schema familySchema(const char* name)
     return schema;
 }
 
-template <class Family>
-bool writeFamily(const Family& head, CCmdPackager* pk)
-{
-    return head.CCmdHead::Write(pk) &&
-           wire::Writer<CCmdPackager>(*pk).Fields("", head.m_ClientAddress, head.m_AccountName);
-}
-
-template <class Family>
-bool readFamily(Family& head, CCmdPackager* pk)
-{
-    return head.CCmdHead::Read(pk) &&
-           wire::Reader<CCmdPackager>(*pk).Fields("", head.m_ClientAddress, head.m_AccountName);
-}
-
 } // namespace
 
 bool CCmdPlatform::Write(CCmdPackager* pk) const
 {
-    return writeFamily(*this, pk);
+    return wire::writeHead(*pk, *this);
 }
 
 bool CCmdPlatform::Read(CCmdPackager* pk)
 {
-    return readFamily(*this, pk);
+    return wire::readHead(*pk, *this);
 }
 
 const wire::Schema& CCmdPlatform::Wire()
@@ -123,12 +98,12 @@ const wire::Schema& CCmdPlatform::Wire()
 
 bool CCmdSystem::Write(CCmdPackager* pk) const
 {
-    return writeFamily(*this, pk);
+    return wire::writeHead(*pk, *this);
 }
 
 bool CCmdSystem::Read(CCmdPackager* pk)
 {
-    return readFamily(*this, pk);
+    return wire::readHead(*pk, *this);
 }
 
 const wire::Schema& CCmdSystem::Wire()

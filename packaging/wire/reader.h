@@ -1,6 +1,7 @@
 // Reads a record by its order. No count from the wire decides memory or time: see boundedCount.
 #pragma once
 
+#include "packaging/wire/head_form.h"
 #include "packaging/wire/visit.h"
 
 #include <algorithm>
@@ -57,7 +58,10 @@ public:
     template <class Base>
     bool Head(Base& base)
     {
-        return base.Base::Read(&m_Packager);
+        if constexpr (kIsHead<Base>)
+            return readHead(m_Packager, base);
+        else
+            return base.Base::Read(&m_Packager);
     }
 
     template <class C, class... W>
@@ -304,10 +308,25 @@ private:
 
     static constexpr bool isTested(unsigned flags) { return !(flags & (kUntestedElements | kUntestedElementsOnRead)); }
 
+    // Elements of one size are taken together, as many as are there; returns how many.
+    template <class T>
+    int64_t takeRun(std::vector<T>& list, int64_t bound)
+    {
+        constexpr int64_t size = kFixedSize<T>;
+        const int64_t count = std::min(bound, Access::left(m_Packager) / size);
+        const unsigned char* bytes = Access::next(m_Packager, static_cast<int>(count * size));
+        list.resize(list.size() + static_cast<size_t>(count));
+        for (auto element = list.end() - count; element != list.end(); ++element, bytes += size)
+            load(bytes, *element);
+        Access::took(m_Packager, static_cast<int>(count * size));
+        return count;
+    }
     template <unsigned Flags, class C>
     bool ontoList(C& list, int64_t bound)
     {
         bool good = true;
+        if constexpr (kFixedSize<typename C::value_type> != 0)
+            bound -= takeRun(list, bound);
         for (int64_t i = 0; i < bound; ++i)
         {
             list.emplace_back();

@@ -1,6 +1,7 @@
 // Writes a record by its order.
 #pragma once
 
+#include "packaging/wire/head_form.h"
 #include "packaging/wire/visit.h"
 
 #include <algorithm>
@@ -52,7 +53,10 @@ public:
     template <class Base>
     bool Head(const Base& base)
     {
-        return base.Base::Write(&m_Packager);
+        if constexpr (kIsHead<Base>)
+            return writeHead(m_Packager, base);
+        else
+            return base.Base::Write(&m_Packager);
     }
 
     template <class C, class... W>

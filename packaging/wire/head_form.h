@@ -1,0 +1,74 @@
+// The heads of commands, inline: every command begins with one, so no call is spent on it.
+#pragma once
+
+#include "packaging/command_head.h"
+#include "packaging/wire/value_form.h"
+
+namespace wire
+{
+
+template <class Base>
+inline constexpr bool kIsFamilyHead = std::is_same_v<Base, CCmdPlatform> || std::is_same_v<Base, CCmdSystem>;
+template <class Base>
+inline constexpr bool kIsHead = kIsFamilyHead<Base> || std::is_same_v<Base, CCmdHead>;
+
+// Bytes of a family's head in front of the name, and with an empty one.
+constexpr int kFamilyHeadSize = 20;
+constexpr int kNamelessHeadSize = kFamilyHeadSize + 1;
+
+// Sets id and addresses and writes the head. Whether version and index fitted is not looked at.
+template <class Head>
+bool writeHead(CCmdPackager& packager, const Head& head)
+{
+    packager.SetCmdID(head.m_ID);
+    packager.SetAddress(head.m_FromAddress, head.m_TargetAddress);
+    if constexpr (kIsFamilyHead<Head>)
+    {
+        // Between servers the name is mostly empty, and then the whole head has one size.
+        unsigned char* const at = Access::freeRoom(packager, kNamelessHeadSize);
+        if (at && head.m_AccountName.isEmpty())
+        {
+            store(at, head.m_HeadVersion);
+            store(at + 2, head.m_ClientIndex);
+            store(at + 4, head.m_ClientAddress);
+            at[kFamilyHeadSize] = 0;
+            Access::wrote(packager, kNamelessHeadSize);
+            return true;
+        }
+    }
+    writeScalar(packager, head.m_HeadVersion);
+    writeScalar(packager, head.m_ClientIndex);
+    if constexpr (kIsFamilyHead<Head>)
+        return writeScalar(packager, head.m_ClientAddress) && writeText(packager, head.m_AccountName);
+    return true;
+}
+
+template <class Head>
+bool readHead(CCmdPackager& packager, Head& head)
+{
+    if (head.m_ID != packager.GetCmdID())
+        return false;
+    head.SetAddress(packager.GetFromAddress(), packager.GetTargetAddress());
+    if constexpr (kIsFamilyHead<Head>)
+    {
+        const unsigned char* const at = Access::next(packager, kNamelessHeadSize);
+        if (at && at[0] == 0 && at[1] == head.m_HeadVersion && at[kFamilyHeadSize] == 0)
+        {
+            load(at + 2, head.m_ClientIndex);
+            load(at + 4, head.m_ClientAddress);
+            head.m_AccountName.clear();
+            Access::took(packager, kNamelessHeadSize);
+            return true;
+        }
+    }
+    unsigned short version = 0;
+    if (!readScalar(packager, &version) || version != head.m_HeadVersion)
+        return false;
+    // A payload may end behind the version: the index then keeps its value.
+    readScalar(packager, &head.m_ClientIndex);
+    if constexpr (kIsFamilyHead<Head>)
+        return readScalar(packager, &head.m_ClientAddress) && readText(packager, &head.m_AccountName);
+    return true;
+}
+
+} // namespace wire
