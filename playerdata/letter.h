@@ -14,8 +14,14 @@ struct Schema;
 class COMMONGROUND_API CLetter
 {
 public:
+    CLetter() = default;
+    CLetter(const CLetter&) = default;
+    CLetter& operator=(const CLetter&) = default;
+
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
+    virtual ~CLetter();
+
     static const wire::Schema& Wire();
 
     // -1 marks a letter that has no id yet.
