@@ -4,6 +4,7 @@ find_package(Python3 REQUIRED COMPONENTS Interpreter)
 set(scripts ${PROJECT_SOURCE_DIR}/scripts)
 
 add_test(NAME House.FloorsStand COMMAND Python3::Interpreter ${scripts}/check_layers.py ${PROJECT_SOURCE_DIR})
+add_test(NAME House.EveryMemberStandsInItsOrder COMMAND Python3::Interpreter ${scripts}/check_members.py ${PROJECT_SOURCE_DIR})
 add_test(NAME House.FloorCheckFindsEachFault COMMAND Python3::Interpreter ${scripts}/check_layers.py --self-test)
 
 # Another version lays some lines out otherwise, so only this one is asked, where it is there.

@@ -1,0 +1,88 @@
+#!/usr/bin/env python3
+"""Every member of a class with a wire order stands in that order: sent, or said not to be.
+
+Reads the headers and the statements of the orders as text. Usage: check_members.py ROOT
+"""
+import re
+import sys
+from pathlib import Path
+
+FOLDERS = ("playerdata", "commands", "packs")
+
+# Members that a hand-written Read or Write moves; the statement beside it cannot name them.
+BY_HAND = set()
+
+
+def without_comments(text):
+    return re.sub(r"//[^\n]*|/\*.*?\*/", "", text, flags=re.S)
+
+
+def body_at(text, brace):
+    depth = 0
+    for i in range(brace, len(text)):
+        depth += {"{": 1, "}": -1}.get(text[i], 0)
+        if depth == 0:
+            return text[brace + 1 : i]
+    return ""
+
+
+def members_of(body):
+    """Names of the data members of a class body: what is declared at its own depth."""
+    flat = []
+    depth = 0
+    for char in body:
+        if char == "{":
+            depth += 1
+        if depth == 0:
+            flat.append(char)
+        if char == "}":
+            depth -= 1
+            if depth == 0:
+                flat.append(";")
+    names = set()
+    for declaration in "".join(flat).split(";"):
+        declaration = re.sub(r"\b(public|private|protected)\s*:", "", declaration).strip()
+        head = declaration.split("=")[0]
+        if "(" in head or re.match(r"(static|using|friend|typedef|enum|struct|class)\b", head):
+            continue
+        for part in head.split(","):
+            match = re.search(r"\b(m_\w+)\s*((\[[^\]]*\]\s*)*)$", part.strip())
+            if match:
+                names.add(match.group(1))
+    return names
+
+
+def main(root):
+    orders = {}
+    for folder in FOLDERS:
+        for path in sorted((root / folder).glob("*.cpp")):
+            text = without_comments(path.read_text(encoding="utf-8"))
+            for match in re.finditer(r"\bWIRE_\w+\((\w+)[^)]*\)\s*\{", text):
+                body = body_at(text, match.end() - 1)
+                orders[match.group(1)] = (path.relative_to(root), set(re.findall(r"\br\.(m_\w+)", body)))
+
+    failures = []
+    checked = 0
+    for folder in FOLDERS:
+        for path in sorted((root / folder).glob("*.h")):
+            text = without_comments(path.read_text(encoding="utf-8"))
+            for match in re.finditer(r"\b(?:class|struct)\s+(?:COMMONGROUND_API\s+)?(\w+)(?:\s+final)?(?:\s*:[^;{]*)?\s*\{", text):
+                name = match.group(1)
+                if name not in orders:
+                    continue
+                checked += 1
+                source, sent = orders[name]
+                for member in sorted(members_of(body_at(text, match.end() - 1)) - sent):
+                    if (name, member) not in BY_HAND:
+                        failures.append(f"{source}: the order of {name} says nothing of {member}")
+    for failure in failures:
+        print(failure)
+    print(f"{checked} classes with an order, {len(failures)} members that no order names")
+    if checked < 500:
+        print("fewer classes than there must be: the check does not see them")
+        return 1
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(Path(sys.argv[1] if len(sys.argv) > 1 else ".")))
