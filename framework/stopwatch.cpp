@@ -6,9 +6,7 @@
 namespace zet
 {
 
-Stopwatch::Stopwatch() : m_Start(getTimeTick()), m_Cycles(platform::readCycles())
-{
-}
+Stopwatch::Stopwatch() : m_Start(getTimeTick()), m_Cycles(platform::readCycles()) {}
 
 unsigned int Stopwatch::getElapsed()
 {

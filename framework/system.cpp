@@ -1,7 +1,6 @@
 #include "framework/system.h"
 
 #include "framework/log.h"
-#include "framework/platform/platform.h"
 #include "framework/string_helper.h"
 #include "framework/thread.h"
 #include "framework/time.h"
@@ -42,22 +41,6 @@ private:
     std::condition_variable m_Wakened;
     bool m_IsWoken = false;
 };
-
-// Ticks wrap; a moment is reached when it does not lie ahead.
-bool isReached(unsigned int moment, unsigned int now)
-{
-    return static_cast<int>(now - moment) >= 0;
-}
-
-String_T<wchar_t> findProcessName()
-{
-    const String_T<wchar_t> path = platform::getExecutablePath();
-    int first = path.getLength();
-    while (first > 0 && path[first - 1] != L'/')
-        --first;
-    const int dot = path.find(L'.', first);
-    return path.getSubString(first, (dot < 0 ? path.getLength() : dot) - first);
-}
 
 } // namespace
 
@@ -168,9 +151,7 @@ void System::tickTask(Task& task, unsigned int tick)
     task.onTick(tick);
 }
 
-void System::onTick(unsigned int)
-{
-}
+void System::onTick(unsigned int) {}
 
 void System::shutdown()
 {
@@ -196,9 +177,7 @@ void System::exit()
     m_IsShutdown.store(false, std::memory_order_relaxed);
 }
 
-void System::onException(unsigned long)
-{
-}
+void System::onException(unsigned long) {}
 
 int System::getTaskCount() const
 {
@@ -235,13 +214,13 @@ unsigned int System::getWaitTime() const
 {
     const unsigned int now = getTimeTick();
     const unsigned int next = m_LastTick + m_TickInterval;
-    unsigned int time = isReached(next, now) ? 0 : next - now;
+    unsigned int time = Task::isReached(next, now) ? 0 : next - now;
     time = time < m_TickInterval ? time : m_TickInterval;
     for (const Entry& entry : m_Tasks)
         if (entry.m_Task && entry.m_Task->m_IsAsleep)
         {
             const unsigned int until = entry.m_Task->m_SleepUntil;
-            const unsigned int left = isReached(until, now) ? 0 : until - now;
+            const unsigned int left = Task::isReached(until, now) ? 0 : until - now;
             time = left < time ? left : time;
         }
     return time;
@@ -274,100 +253,6 @@ void System::remove(Task* task)
             m_Stopped.push_back(std::move(entry));
         return;
     }
-}
-
-System::Task::~Task()
-{
-    if (System* system = getSystem())
-        system->remove(this);
-}
-
-bool System::Task::start(System* system)
-{
-    if (!system || getSystem() || !system->add(this))
-        return false;
-    m_System = system;
-    m_IsAsleep = false;
-    return true;
-}
-
-void System::Task::stop()
-{
-    System* system = getSystem();
-    if (!system)
-        return;
-    const bool wasInitialised = std::exchange(m_IsInitialised, false);
-    const Unknown::Handle_T<Task> keep = getRefCount() > 0 ? this : nullptr;
-    if (wasInitialised)
-        exit();
-    system->remove(this);
-}
-
-void System::Task::sleep(unsigned int milliseconds)
-{
-    m_IsWakened.store(false, std::memory_order_relaxed);
-    m_SleepUntil = getTimeTick() + milliseconds;
-    m_IsAsleep = true;
-}
-
-void System::Task::waken()
-{
-    m_IsWakened.store(true, std::memory_order_relaxed);
-    if (System* system = m_System.load())
-        system->wake();
-}
-
-bool System::Task::init()
-{
-    return true;
-}
-
-void System::Task::exit()
-{
-}
-
-void System::Task::onTick(unsigned int)
-{
-}
-
-bool System::Task::isDue(unsigned int tick)
-{
-    if (!m_IsAsleep)
-        return true;
-    if (!m_IsWakened.exchange(false, std::memory_order_relaxed) && !isReached(m_SleepUntil, tick))
-        return false;
-    m_IsAsleep = false;
-    return true;
-}
-
-ServiceSystem::ServiceSystem() : m_SystemName(findProcessName())
-{
-}
-
-bool ServiceSystem::run()
-{
-    if (!init())
-        return false;
-    const bool isOn = ServiceOn();
-    if (isOn)
-        loop();
-    exit();
-    return isOn;
-}
-
-bool ServiceSystem::ServiceOn()
-{
-    return true;
-}
-
-void ServiceSystem::ServiceOff()
-{
-}
-
-void ServiceSystem::exit()
-{
-    ServiceOff();
-    System::exit();
 }
 
 } // namespace zet

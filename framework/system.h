@@ -128,6 +128,8 @@ private:
     friend class System;
 
     bool isDue(unsigned int tick);
+    // Ticks wrap; a moment is reached when it does not lie ahead.
+    static bool isReached(unsigned int moment, unsigned int now);
 
     std::atomic<System*> m_System{nullptr};
     unsigned int m_SleepUntil = 0;

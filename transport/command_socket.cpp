@@ -47,9 +47,7 @@ zet::Unknown::Handle_T<CCommandSocket> CCommandSocket::createInstance(CCmdAnalys
     return new CCommandSocket(analyser);
 }
 
-CCommandSocket::CCommandSocket(CCmdAnalyserSocket* analyser) : m_pCmdAnalyser(analyser)
-{
-}
+CCommandSocket::CCommandSocket(CCmdAnalyserSocket* analyser) : m_pCmdAnalyser(analyser) {}
 
 void CCommandSocket::onTick(unsigned int tick)
 {
@@ -182,13 +180,9 @@ void CCommandSocket::close()
     TcpStream::close();
 }
 
-void CCommandSocket::OnCmdSend(int)
-{
-}
+void CCommandSocket::OnCmdSend(int) {}
 
-void CCommandSocket::OnCmdRecv(int)
-{
-}
+void CCommandSocket::OnCmdRecv(int) {}
 
 const wchar_t* CCommandSocket::getClassTimestamp() const
 {

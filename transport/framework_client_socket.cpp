@@ -1,8 +1,6 @@
 #include "transport/framework_client_socket.h"
 
-CFrameworkClientSocket::CFrameworkClientSocket(CCmdAnalyserSocket* analyser) : CCommandSocket(analyser)
-{
-}
+CFrameworkClientSocket::CFrameworkClientSocket(CCmdAnalyserSocket* analyser) : CCommandSocket(analyser) {}
 
 CFrameworkClientSocket::CFrameworkClientSocket(const CFrameworkClientSocket& other)
     : Unknown(), CCommandSocket(other.GetCmdAnalyser())

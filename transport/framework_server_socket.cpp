@@ -127,15 +127,15 @@ void CFrameworkServerSocket::strike(CFrameworkClientSocket* client)
 
 std::vector<CFrameworkServerSocket::Place>::iterator CFrameworkServerSocket::placeOf(CFrameworkClientSocket* client)
 {
-    return std::lower_bound(m_Walk.begin(), m_Walk.end(), client, [](const Place& place, CFrameworkClientSocket* key) {
-        return std::less<>()(place.m_Client, key);
-    });
+    return std::lower_bound(m_Walk.begin(), m_Walk.end(), client,
+                            [](const Place& place, CFrameworkClientSocket* key)
+                            { return std::less<>()(place.m_Client, key); });
 }
 
 void CFrameworkServerSocket::close()
 {
     ClientSocketClose_Manager_foreach_N::ClientSocketClose walker(*this);
-    m_ClientSockets.foreach (walker);
+    m_ClientSockets.foreach(walker);
     TcpServer::close();
 }
 
@@ -198,12 +198,15 @@ void CFrameworkServerSocket::RemoveFrameworkSocket(CFrameworkClientSocket* clien
 void CFrameworkServerSocket::AddRejectAddressFrom(const wchar_t* path)
 {
     zet::Log::message(L"Install Reject Address(%s:%d)...(%s)", GetIP(), GetPort(), path);
-    const bool isOpen = ReadAddressFile(path, [this](const AddressRule& rule) {
-        const unsigned char(&a)[4] = rule.m_Address;
-        const unsigned char(&m)[4] = rule.m_Mask;
-        addRejectAddress(a, m);
-        zet::Log::message(L"Reject Address: %d.%d.%d.%d & %d.%d.%d.%d", a[0], a[1], a[2], a[3], m[0], m[1], m[2], m[3]);
-    });
+    const bool isOpen = ReadAddressFile(path,
+                                        [this](const AddressRule& rule)
+                                        {
+                                            const unsigned char(&a)[4] = rule.m_Address;
+                                            const unsigned char(&m)[4] = rule.m_Mask;
+                                            addRejectAddress(a, m);
+                                            zet::Log::message(L"Reject Address: %d.%d.%d.%d & %d.%d.%d.%d", a[0], a[1],
+                                                              a[2], a[3], m[0], m[1], m[2], m[3]);
+                                        });
     if (!isOpen)
         zet::Log::warning(L"Open file '%s' error，description(%s)", path, zet::getLastErrorString());
 }
@@ -211,12 +214,15 @@ void CFrameworkServerSocket::AddRejectAddressFrom(const wchar_t* path)
 void CFrameworkServerSocket::AddPermissionAddressFrom(const wchar_t* path)
 {
     zet::Log::message(L"安装网络接受地址(%s:%d)...(%s)", GetIP(), GetPort(), path);
-    const bool isOpen = ReadAddressFile(path, [this](const AddressRule& rule) {
-        const unsigned char(&a)[4] = rule.m_Address;
-        const unsigned char(&m)[4] = rule.m_Mask;
-        addPermissionAddress(a, m);
-        zet::Log::message(L"网络接受地址 %d.%d.%d.%d & %d.%d.%d.%d", a[0], a[1], a[2], a[3], m[0], m[1], m[2], m[3]);
-    });
+    const bool isOpen = ReadAddressFile(path,
+                                        [this](const AddressRule& rule)
+                                        {
+                                            const unsigned char(&a)[4] = rule.m_Address;
+                                            const unsigned char(&m)[4] = rule.m_Mask;
+                                            addPermissionAddress(a, m);
+                                            zet::Log::message(L"网络接受地址 %d.%d.%d.%d & %d.%d.%d.%d", a[0], a[1],
+                                                              a[2], a[3], m[0], m[1], m[2], m[3]);
+                                        });
     if (!isOpen)
         zet::Log::warning(L"打开文件 '%s' 出错，错误描述(%s)", path, zet::getLastErrorString());
 }

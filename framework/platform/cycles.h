@@ -1,10 +1,6 @@
 // A counter of the processor that costs little to read, where there is one.
 #pragma once
 
-#if defined(__x86_64__) || defined(__i386__)
-#include <x86intrin.h>
-#endif
-
 namespace zet::platform
 {
 
@@ -16,7 +12,7 @@ constexpr unsigned long long kCyclesOfTenthMillisecond = 100000;
 
 inline unsigned long long readCycles()
 {
-    return __rdtsc();
+    return __builtin_ia32_rdtsc();
 }
 
 #else

@@ -24,10 +24,7 @@ class DripInput : public zet::Input
 {
 public:
     explicit DripInput(int step) : m_Step(step) {}
-    int available() const override
-    {
-        return std::min(m_Step, static_cast<int>(m_Bytes.size() - m_At));
-    }
+    int available() const override { return std::min(m_Step, static_cast<int>(m_Bytes.size() - m_At)); }
     int peek(void* data, int size) override
     {
         const int count = std::min(size, available());

@@ -32,8 +32,7 @@ public:
         if (!CCmdHead::Read(pk) || !pk->Read(&m_Number) || !pk->Read(&m_Ballast))
             return false;
         std::vector<unsigned char> bytes(static_cast<size_t>(pk->GetDataSize() - pk->GetReadPointer()));
-        return static_cast<int>(bytes.size()) == m_Ballast &&
-               (m_Ballast == 0 || pk->Read(bytes.data(), m_Ballast));
+        return static_cast<int>(bytes.size()) == m_Ballast && (m_Ballast == 0 || pk->Read(bytes.data(), m_Ballast));
     }
     static bool Process(CCommandSocket* socket, CCmdPackager* pk, SocketCmdHandler handler, unsigned long arg1,
                         unsigned long arg2)
@@ -52,7 +51,8 @@ using NoteHandler = std::function<void(CCommandSocket*, const NoteCommand&)>;
 class NoteAnalyser
 {
 public:
-    explicit NoteAnalyser(NoteHandler handler = [](CCommandSocket*, const NoteCommand&) {}) : m_Handler(std::move(handler))
+    explicit NoteAnalyser(NoteHandler handler = [](CCommandSocket*, const NoteCommand&) {})
+        : m_Handler(std::move(handler))
     {
         // The analyser takes 32 bits twice; a pointer has up to 64.
         const auto self = reinterpret_cast<unsigned long long>(this);
@@ -156,10 +156,12 @@ struct Loopback
         const size_t before = m_Server->m_Accepted.size();
         client->start(&m_System);
         m_Clients.push_back(client);
-        if (!client->connect(L"127.0.0.1", m_Server->getPort(), false) || !tickUntil(m_System, [&] {
-                return client->getConnectionState() == zet::TcpConnection::kEstablished &&
-                       m_Server->m_Accepted.size() > before;
-            }))
+        if (!client->connect(L"127.0.0.1", m_Server->getPort(), false) ||
+            !tickUntil(m_System,
+                       [&] {
+                           return client->getConnectionState() == zet::TcpConnection::kEstablished &&
+                                  m_Server->m_Accepted.size() > before;
+                       }))
             return nullptr;
         return client;
     }

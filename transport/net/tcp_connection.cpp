@@ -19,38 +19,6 @@ using inner::Reactor;
 using inner::TcpLink;
 using inner::TcpLinkRef;
 
-// Output that begins to leave before the tick ends: enough for a system call to be worth it, little enough to stay in
-// the processor's cache.
-constexpr size_t kFlushAt = 128 * 1024;
-
-// Blocks of one gathered send.
-struct Gathered
-{
-    using value_type = asio::const_buffer;
-
-    explicit Gathered(inner::OutputQueue& queue)
-    {
-        for (inner::Block* block = queue.front(); block && m_Count < kMost; block = block->m_Next)
-        {
-            m_Buffers[m_Count++] = asio::const_buffer(block->bytes() + block->m_Begin, static_cast<size_t>(block->size()));
-            m_Size += static_cast<size_t>(block->size());
-        }
-    }
-    const asio::const_buffer* begin() const { return m_Buffers; }
-    const asio::const_buffer* end() const { return m_Buffers + m_Count; }
-
-    static constexpr int kMost = 64;
-    asio::const_buffer m_Buffers[kMost];
-    int m_Count = 0;
-    size_t m_Size = 0;
-};
-
-bool isNothingYet(const asio::error_code& fault)
-{
-    return fault == asio::error::would_block || fault == asio::error::try_again ||
-           fault == asio::error::interrupted;
-}
-
 // The address of a text; a host name is asked of the resolver.
 bool resolve(const wchar_t* text, unsigned short port, tcp::endpoint& endpoint, asio::io_context& context)
 {
@@ -155,9 +123,7 @@ bool TcpConnection::attach(unsigned int handle)
     }
     m_State = kEstablished;
     m_Link->waitForInput();
-    // Output from the time on the way up.
-    if (m_Link->m_Output.size() > 0)
-        commit(0);
+    announceOutput();
     return true;
 }
 
@@ -234,7 +200,8 @@ void TcpConnection::joinReactor()
     }
     link->m_Input.swap(m_Link->m_Input);
     link->m_Output.swap(m_Link->m_Output);
-    const unsigned char pending = m_Pending;
+    // Output is announced to the new reactor below.
+    const unsigned char pending = m_Pending & static_cast<unsigned char>(~kOutput);
     drop();
     // The waits of the old reactor are over; it is looked at once more, so that they are gone.
     m_Reactor->pollOutsideTick();
@@ -242,8 +209,7 @@ void TcpConnection::joinReactor()
     setLink(link.get());
     m_Pending = pending;
     m_Link->waitForInput();
-    if (m_Link->m_Output.size() > 0)
-        commit(0);
+    announceOutput();
 }
 
 bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAlive)
@@ -315,7 +281,7 @@ int TcpConnection::receive(void* data, int size)
         return 0;
     asio::error_code fault;
     const size_t got = m_Link->m_Socket.receive(asio::buffer(data, static_cast<size_t>(size)), 0, fault);
-    if (fault && !isNothingYet(fault))
+    if (fault && !TcpLink::isNothingYet(fault))
     {
         fail(fault == asio::error::eof ? kClosedByPeer : kBroken);
         return -1;
@@ -327,72 +293,6 @@ int TcpConnection::receive(void* data, int size)
         m_Link->waitForInput();
     }
     return fault ? 0 : static_cast<int>(got);
-}
-
-unsigned char* TcpConnection::reserve(int size)
-{
-    return takesOutput(size) ? m_Link->m_Output.reserve(size, m_Reactor->pool()) : nullptr;
-}
-
-bool TcpConnection::takesOutput(int size) const
-{
-    return size > 0 && m_Link && m_State >= kConnecting && m_State <= kClosedByPeer &&
-           m_Link->m_Output.size() + static_cast<size_t>(size) <= m_OutputLimit;
-}
-
-void TcpConnection::commit(int size)
-{
-    inner::OutputQueue& output = m_Link->m_Output;
-    output.commit(size);
-    if (m_State != kEstablished || m_Link->m_IsOutputWaited)
-        return;
-    if (output.size() >= kFlushAt)
-    {
-        flush();
-    }
-    else if (!(m_Pending & kOutput))
-    {
-        m_Pending |= kOutput;
-        m_Reactor->flushLater(*m_Link);
-    }
-}
-
-int TcpConnection::send(const void* data, int size)
-{
-    if (!takesOutput(size) || !m_Link->m_Output.write(data, size, m_Reactor->pool()))
-        return 0;
-    commit(0);
-    return size;
-}
-
-void TcpConnection::flush()
-{
-    m_Pending &= static_cast<unsigned char>(~(kOutput | kWritable));
-    if (m_State != kEstablished && m_State != kClosedByPeer)
-        return;
-    inner::OutputQueue& output = m_Link->m_Output;
-    while (output.size() > 0)
-    {
-        const Gathered gathered(output);
-        asio::error_code fault;
-        const size_t sent = m_Link->m_Socket.send(gathered, 0, fault);
-        if (fault && !isNothingYet(fault))
-        {
-            fail(kBroken);
-            return;
-        }
-        output.consume(sent, m_Reactor->pool());
-        if (fault || sent < gathered.m_Size)
-        {
-            m_Link->waitForOutput();
-            return;
-        }
-    }
-}
-
-size_t TcpConnection::getOutputSize() const
-{
-    return m_Link ? m_Link->m_Output.size() : 0;
 }
 
 void TcpConnection::readPeer()

@@ -104,12 +104,10 @@ protected:
     }
     // Asks for the next tick at once.
     void hurry();
-    // Room for size bytes at the end of the output, in one piece; null where send() would return 0. What was written
-    // there is queued by commit().
-    unsigned char* reserve(int size);
     // Whether size more bytes may be queued: the connection stands, or will, or only the peer has ended its side.
     bool takesOutput(int size) const;
-    void commit(int size);
+    // Sees to it that what is queued leaves.
+    void announceOutput();
     // Sends what is queued, as far as the operating system takes it.
     virtual void flush();
     void fail(ConnectionState state);

@@ -250,9 +250,7 @@ bool TcpServer::permission(const sockaddr_in& address)
     return !holds(m_Rejected, peer) || holds(m_Permitted, peer);
 }
 
-void TcpServer::onAccept()
-{
-}
+void TcpServer::onAccept() {}
 
 void TcpServer::addRejectAddress(in_addr address, in_addr mask)
 {

@@ -155,15 +155,9 @@ bool OutputQueue::split(const void* data, int size, BlockPool& pool)
     Block* const old = m_Tail;
     if (!append(size - first, pool))
         return false;
-    const auto* bytes = static_cast<const unsigned char*>(data);
     if (first > 0)
-    {
-        std::memcpy(old->bytes() + old->m_End, bytes, static_cast<size_t>(first));
-        old->m_End += first;
-        m_Size += static_cast<size_t>(first);
-    }
-    std::memcpy(m_Tail->bytes() + m_Tail->m_End, bytes + first, static_cast<size_t>(size - first));
-    commit(size - first);
+        put(old, data, first);
+    put(m_Tail, static_cast<const unsigned char*>(data) + first, size - first);
     return true;
 }
 

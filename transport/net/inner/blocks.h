@@ -81,25 +81,12 @@ public:
     OutputQueue& operator=(const OutputQueue&) = delete;
 
     size_t size() const { return m_Size; }
-    // Room for size bytes in one piece, or null where memory is short. Nothing is queued before commit().
-    unsigned char* reserve(int size, BlockPool& pool)
-    {
-        if (m_Tail && m_Tail->room() >= size)
-            return m_Tail->bytes() + m_Tail->m_End;
-        return append(size, pool) ? m_Tail->bytes() + m_Tail->m_End : nullptr;
-    }
-    void commit(int size)
-    {
-        m_Tail->m_End += size;
-        m_Size += static_cast<size_t>(size);
-    }
     // All or nothing.
     bool write(const void* data, int size, BlockPool& pool)
     {
         if (!m_Tail || m_Tail->room() < size)
             return split(data, size, pool);
-        std::memcpy(m_Tail->bytes() + m_Tail->m_End, data, static_cast<size_t>(size));
-        commit(size);
+        put(m_Tail, data, size);
         return true;
     }
 
@@ -110,6 +97,12 @@ public:
     void swap(OutputQueue& other);
 
 private:
+    void put(Block* block, const void* data, int size)
+    {
+        std::memcpy(block->bytes() + block->m_End, data, static_cast<size_t>(size));
+        block->m_End += size;
+        m_Size += static_cast<size_t>(size);
+    }
     bool split(const void* data, int size, BlockPool& pool);
     bool append(int size, BlockPool& pool);
 

@@ -10,14 +10,16 @@ void TcpLink::waitForInput()
     if (m_IsInputWaited)
         return;
     m_IsInputWaited = true;
-    m_Socket.async_wait(asio::socket_base::wait_read, [link = TcpLinkRef(this)](const asio::error_code& fault) {
-        if (fault == asio::error::operation_aborted)
-            return;
-        // Any other fault shows again, and better, when the socket is read.
-        link->m_IsInputWaited = false;
-        if (link->m_Owner)
-            link->m_Owner->m_Pending |= TcpConnection::kReadable;
-    });
+    m_Socket.async_wait(asio::socket_base::wait_read,
+                        [link = TcpLinkRef(this)](const asio::error_code& fault)
+                        {
+                            if (fault == asio::error::operation_aborted)
+                                return;
+                            // Any other fault shows again, and better, when the socket is read.
+                            link->m_IsInputWaited = false;
+                            if (link->m_Owner)
+                                link->m_Owner->m_Pending |= TcpConnection::kReadable;
+                        });
 }
 
 void TcpLink::waitForOutput()
@@ -25,22 +27,26 @@ void TcpLink::waitForOutput()
     if (m_IsOutputWaited)
         return;
     m_IsOutputWaited = true;
-    m_Socket.async_wait(asio::socket_base::wait_write, [link = TcpLinkRef(this)](const asio::error_code& fault) {
-        if (fault == asio::error::operation_aborted)
-            return;
-        link->m_IsOutputWaited = false;
-        if (link->m_Owner)
-            link->m_Owner->m_Pending |= TcpConnection::kWritable;
-    });
+    m_Socket.async_wait(asio::socket_base::wait_write,
+                        [link = TcpLinkRef(this)](const asio::error_code& fault)
+                        {
+                            if (fault == asio::error::operation_aborted)
+                                return;
+                            link->m_IsOutputWaited = false;
+                            if (link->m_Owner)
+                                link->m_Owner->m_Pending |= TcpConnection::kWritable;
+                        });
 }
 
 void TcpLink::connect(const asio::ip::tcp::endpoint& peer)
 {
-    m_Socket.async_connect(peer, [link = TcpLinkRef(this)](const asio::error_code& fault) {
-        link->m_ConnectResult = fault;
-        if (link->m_Owner)
-            link->m_Owner->m_Pending |= TcpConnection::kConnected;
-    });
+    m_Socket.async_connect(peer,
+                           [link = TcpLinkRef(this)](const asio::error_code& fault)
+                           {
+                               link->m_ConnectResult = fault;
+                               if (link->m_Owner)
+                                   link->m_Owner->m_Pending |= TcpConnection::kConnected;
+                           });
 }
 
 void TcpLink::flushOwner()

@@ -30,6 +30,12 @@ struct TcpLink : Counted<TcpLink>
     void flushOwner();
     // Options of every connection of ours. A socket that has no such option goes without it.
     bool prepare();
+    // Whether a call found nothing to do, which is no fault.
+    static bool isNothingYet(const asio::error_code& fault)
+    {
+        return fault == asio::error::would_block || fault == asio::error::try_again ||
+               fault == asio::error::interrupted;
+    }
 
     Socket m_Socket;
     TcpConnection* m_Owner = nullptr;

@@ -1,0 +1,306 @@
+// What connections cost while nothing happens on them, and in what portions output leaves.
+#include "tests/support/allocations.h"
+#include "tests/support/loopback.h"
+
+#include <gtest/gtest.h>
+
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define IS_SANITIZED
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define IS_SANITIZED
+#endif
+
+#if defined(__GLIBC__) && !defined(IS_SANITIZED)
+
+#include <dlfcn.h>
+#include <malloc.h>
+#include <sys/epoll.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/uio.h>
+
+#include <atomic>
+#include <cstdarg>
+
+namespace
+{
+
+// Calls of this process since start, counted on their way to the C library.
+std::atomic<long> g_Sends{0};
+std::atomic<long> g_Receives{0};
+std::atomic<long> g_Controls{0};
+std::atomic<long> g_Waits{0};
+std::atomic<long> g_Others{0};
+
+template <class Function>
+Function nextOf(const char* name)
+{
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+}
+
+struct Calls
+{
+    long m_Sends = g_Sends;
+    long m_Receives = g_Receives;
+    long m_Controls = g_Controls;
+    long m_Waits = g_Waits;
+    long m_Others = g_Others;
+};
+
+} // namespace
+
+extern "C"
+{
+    ssize_t send(int handle, const void* data, size_t size, int flags)
+    {
+        static const auto next = nextOf<decltype(&send)>("send");
+        ++g_Sends;
+        return next(handle, data, size, flags);
+    }
+    ssize_t sendmsg(int handle, const msghdr* message, int flags)
+    {
+        static const auto next = nextOf<decltype(&sendmsg)>("sendmsg");
+        ++g_Sends;
+        return next(handle, message, flags);
+    }
+    ssize_t writev(int handle, const iovec* pieces, int count)
+    {
+        static const auto next = nextOf<decltype(&writev)>("writev");
+        ++g_Sends;
+        return next(handle, pieces, count);
+    }
+    ssize_t recv(int handle, void* data, size_t size, int flags)
+    {
+        static const auto next = nextOf<decltype(&recv)>("recv");
+        ++g_Receives;
+        return next(handle, data, size, flags);
+    }
+    ssize_t recvmsg(int handle, msghdr* message, int flags)
+    {
+        static const auto next = nextOf<decltype(&recvmsg)>("recvmsg");
+        ++g_Receives;
+        return next(handle, message, flags);
+    }
+    ssize_t readv(int handle, const iovec* pieces, int count)
+    {
+        static const auto next = nextOf<decltype(&readv)>("readv");
+        ++g_Receives;
+        return next(handle, pieces, count);
+    }
+    int epoll_ctl(int poll, int operation, int handle, epoll_event* event) noexcept
+    {
+        static const auto next = nextOf<int (*)(int, int, int, epoll_event*)>("epoll_ctl");
+        ++g_Controls;
+        return next(poll, operation, handle, event);
+    }
+    int epoll_wait(int poll, epoll_event* events, int count, int timeout)
+    {
+        static const auto next = nextOf<decltype(&epoll_wait)>("epoll_wait");
+        ++g_Waits;
+        return next(poll, events, count, timeout);
+    }
+    int accept(int handle, sockaddr* address, socklen_t* size)
+    {
+        static const auto next = nextOf<decltype(&accept)>("accept");
+        ++g_Others;
+        return next(handle, address, size);
+    }
+    int getsockopt(int handle, int level, int name, void* value, socklen_t* size) noexcept
+    {
+        static const auto next = nextOf<int (*)(int, int, int, void*, socklen_t*)>("getsockopt");
+        ++g_Others;
+        return next(handle, level, name, value, size);
+    }
+    int ioctl(int handle, unsigned long request, ...) noexcept
+    {
+        static const auto next = nextOf<int (*)(int, unsigned long, void*)>("ioctl");
+        va_list arguments;
+        va_start(arguments, request);
+        void* const argument = va_arg(arguments, void*);
+        va_end(arguments);
+        ++g_Others;
+        return next(handle, request, argument);
+    }
+} // extern "C"
+
+namespace
+{
+
+using test::ClientHandle;
+using test::Loopback;
+using test::NoteAnalyser;
+using test::NoteCommand;
+using test::tickUntil;
+
+TEST(Idle, ATickOnIdleConnectionsCallsNothingButTheSystemsOwnWait)
+{
+    NoteAnalyser analyser;
+    Loopback net(analyser);
+    for (int i = 0; i < 40; ++i)
+        ASSERT_TRUE(net.connect(analyser));
+    for (int i = 0; i < 5; ++i)
+        net.m_System.tick();
+    const Calls before;
+    const test::AllocationCount allocations;
+    for (int i = 0; i < 10; ++i)
+        net.m_System.tick();
+    const Calls after;
+    EXPECT_EQ(after.m_Sends, before.m_Sends);
+    EXPECT_EQ(after.m_Receives, before.m_Receives);
+    EXPECT_EQ(after.m_Controls, before.m_Controls);
+    EXPECT_EQ(after.m_Others, before.m_Others);
+    EXPECT_GT(after.m_Waits, before.m_Waits);
+    EXPECT_LE(after.m_Waits - before.m_Waits, 20);
+    EXPECT_EQ(allocations.blocks(), 0);
+}
+
+TEST(Idle, WhatATickSendsLeavesInOneSystemCall)
+{
+    NoteAnalyser server(
+        [](CCommandSocket* socket, const NoteCommand& note)
+        {
+            for (int i = 0; i < 10; ++i)
+                EXPECT_TRUE(socket->send(NoteCommand(note.m_Number, 100)));
+        });
+    int answers = 0;
+    NoteAnalyser client([&](CCommandSocket*, const NoteCommand&) { ++answers; });
+    Loopback net(server);
+    const ClientHandle socket = net.connect(client);
+    ASSERT_TRUE(socket);
+    const Calls before;
+    for (int i = 0; i < 5; ++i)
+        ASSERT_TRUE(socket->send(NoteCommand(i)));
+    const Calls queued;
+    EXPECT_EQ(queued.m_Sends, before.m_Sends);
+    net.m_System.tick();
+    const Calls asked;
+    EXPECT_EQ(asked.m_Sends - before.m_Sends, 1);
+    ASSERT_TRUE(tickUntil(net.m_System, [&] { return answers == 50; }));
+    const Calls answered;
+    EXPECT_EQ(answered.m_Sends - asked.m_Sends, 1);
+}
+
+TEST(Idle, ASendToManyConnectionsIsOneSystemCallEach)
+{
+    int got = 0;
+    NoteAnalyser client([&](CCommandSocket*, const NoteCommand&) { ++got; });
+    NoteAnalyser server;
+    Loopback net(server);
+    server.m_Handler = [&](CCommandSocket*, const NoteCommand& note)
+    {
+        for (const ClientHandle& other : net.m_Server->m_Accepted)
+            EXPECT_TRUE(other->send(note));
+    };
+    for (int i = 0; i < 10; ++i)
+        ASSERT_TRUE(net.connect(client));
+    ASSERT_TRUE(net.m_Clients[0]->send(NoteCommand(1)));
+    ASSERT_TRUE(net.m_Clients[5]->send(NoteCommand(2)));
+    net.m_System.tick();
+    const Calls before;
+    ASSERT_TRUE(tickUntil(net.m_System, [&] { return got == 20; }));
+    const Calls after;
+    EXPECT_LE(after.m_Sends - before.m_Sends, 20);
+    EXPECT_GE(after.m_Sends - before.m_Sends, 10);
+}
+
+TEST(Idle, AnIdleConnectionTakesLessThanTwoKibibytes)
+{
+    NoteAnalyser analyser;
+    Loopback net(analyser);
+    const auto inUse = []
+    {
+        const auto info = mallinfo2();
+        return static_cast<long long>(info.uordblks + info.hblkhd);
+    };
+    int got = 0;
+    analyser.m_Handler = [&](CCommandSocket*, const NoteCommand&) { ++got; };
+    for (int i = 0; i < 100; ++i)
+        ASSERT_TRUE(net.connect(analyser));
+    for (int i = 0; i < 3; ++i)
+        net.m_System.tick();
+    const long long before = inUse();
+    constexpr int kMore = 200;
+    for (int i = 0; i < kMore; ++i)
+    {
+        ASSERT_TRUE(net.connect(analyser));
+        // Used once, idle again.
+        ASSERT_TRUE(net.m_Clients.back()->send(NoteCommand(1, 20000)));
+    }
+    ASSERT_TRUE(tickUntil(net.m_System, [&] { return got == kMore; }));
+    for (int i = 0; i < 3; ++i)
+        net.m_System.tick();
+    // Each has two ends in this process.
+    const long long each = (inUse() - before) / (2 * kMore);
+    EXPECT_LT(each, 2048);
+    RecordProperty("BytesPerConnection", static_cast<int>(each));
+}
+
+TEST(Idle, SendingSmallCommandsAllocatesNothingOnceWarm)
+{
+    long got = 0;
+    NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand&) { ++got; });
+    Loopback net(analyser);
+    const ClientHandle socket = net.connect(analyser);
+    ASSERT_TRUE(socket);
+    CCmdPackager packager;
+    ASSERT_TRUE(NoteCommand(1).Write(&packager));
+    for (int round = 0; round < 2; ++round)
+    {
+        const test::AllocationCount allocations;
+        for (int i = 0; i < 1000; ++i)
+            ASSERT_TRUE(socket->send(packager));
+        EXPECT_LE(allocations.blocks(), round > 0 ? 0 : 1000);
+        const long goal = got + 1000;
+        ASSERT_TRUE(tickUntil(net.m_System, [&] { return got >= goal; }));
+    }
+}
+
+TEST(Load, FiveThousandConnectionsAreServedAndLeave)
+{
+    constexpr int kCount = 5000;
+    rlimit limit;
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlimit old = limit;
+    if (limit.rlim_max < 2 * kCount + 200)
+        GTEST_SKIP() << "the system gives this process " << limit.rlim_max << " handles at most";
+    limit.rlim_cur = limit.rlim_max;
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+    {
+        NoteAnalyser server([](CCommandSocket* socket, const NoteCommand& note)
+                            { EXPECT_TRUE(socket->send(NoteCommand(note.m_Number + 1))); });
+        long long sum = 0;
+        int answers = 0;
+        NoteAnalyser client(
+            [&](CCommandSocket*, const NoteCommand& note)
+            {
+                sum += note.m_Number;
+                ++answers;
+            });
+        Loopback net(server);
+        for (int i = 0; i < kCount; ++i)
+        {
+            const ClientHandle socket = new test::Client(client);
+            socket->start(&net.m_System);
+            ASSERT_TRUE(socket->connect(L"127.0.0.1", net.m_Server->getPort(), false)) << i;
+            net.m_Clients.push_back(socket);
+            if (i % 50 == 49)
+                net.m_System.tick();
+        }
+        ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == kCount; }));
+        for (int i = 0; i < kCount; ++i)
+            ASSERT_TRUE(net.m_Clients[static_cast<size_t>(i)]->send(NoteCommand(i)));
+        ASSERT_TRUE(tickUntil(net.m_System, [&] { return answers == kCount; }));
+        EXPECT_EQ(sum, static_cast<long long>(kCount) * (kCount + 1) / 2);
+        for (int i = 0; i < kCount; i += 2)
+            net.m_Clients[static_cast<size_t>(i)]->close();
+        ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == kCount / 2; }));
+    }
+    setrlimit(RLIMIT_NOFILE, &old);
+}
+
+} // namespace
+
+#endif

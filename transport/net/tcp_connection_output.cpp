@@ -1,0 +1,100 @@
+#include "transport/net/tcp_connection.h"
+
+#include "transport/net/inner/tcp_link.h"
+
+namespace zet
+{
+
+namespace
+{
+
+// Output that begins to leave before the tick ends: enough for a system call to be worth it, little enough to stay in
+// the processor's cache.
+constexpr size_t kFlushAt = 128 * 1024;
+
+// Blocks of one gathered send.
+struct Gathered
+{
+    using value_type = asio::const_buffer;
+
+    explicit Gathered(inner::OutputQueue& queue)
+    {
+        for (inner::Block* block = queue.front(); block && m_Count < kMost; block = block->m_Next)
+        {
+            m_Buffers[m_Count++] =
+                asio::const_buffer(block->bytes() + block->m_Begin, static_cast<size_t>(block->size()));
+            m_Size += static_cast<size_t>(block->size());
+        }
+    }
+    const asio::const_buffer* begin() const { return m_Buffers; }
+    const asio::const_buffer* end() const { return m_Buffers + m_Count; }
+
+    static constexpr int kMost = 64;
+    asio::const_buffer m_Buffers[kMost];
+    int m_Count = 0;
+    size_t m_Size = 0;
+};
+
+} // namespace
+
+bool TcpConnection::takesOutput(int size) const
+{
+    return size > 0 && m_Link && m_State >= kConnecting && m_State <= kClosedByPeer &&
+           m_Link->m_Output.size() + static_cast<size_t>(size) <= m_OutputLimit;
+}
+
+void TcpConnection::announceOutput()
+{
+    const size_t size = m_Link->m_Output.size();
+    if (m_State != kEstablished || size == 0 || m_Link->m_IsOutputWaited)
+        return;
+    if (size >= kFlushAt)
+    {
+        flush();
+    }
+    else if (!(m_Pending & kOutput))
+    {
+        m_Pending |= kOutput;
+        m_Reactor->flushLater(*m_Link);
+    }
+}
+
+int TcpConnection::send(const void* data, int size)
+{
+    if (!takesOutput(size) || !m_Link->m_Output.write(data, size, m_Reactor->pool()))
+        return 0;
+    announceOutput();
+    return size;
+}
+
+void TcpConnection::flush()
+{
+    m_Pending &= static_cast<unsigned char>(~(kOutput | kWritable));
+    if (m_State != kEstablished && m_State != kClosedByPeer)
+        return;
+    inner::OutputQueue& output = m_Link->m_Output;
+    while (output.size() > 0)
+    {
+        const Gathered gathered(output);
+        asio::error_code fault;
+        const size_t sent = m_Link->m_Socket.send(gathered, 0, fault);
+        if (fault && !inner::TcpLink::isNothingYet(fault))
+        {
+            fail(kBroken);
+            return;
+        }
+        output.consume(sent, m_Reactor->pool());
+        if (fault || sent < gathered.m_Size)
+        {
+            m_Link->waitForOutput();
+            return;
+        }
+    }
+}
+
+size_t TcpConnection::getOutputSize() const
+{
+    return m_Link ? m_Link->m_Output.size() : 0;
+}
+
+} // namespace zet
