@@ -1,0 +1,12 @@
+// The figures of a server for scrapers that read OpenMetrics.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+class SystemCmdInfo;
+
+// The figures of SystemCmdInfo's JSON document in the OpenMetrics text format, UTF-8, closed by "# EOF". All are
+// gauges, in base units: bytes and seconds. Sockets whose names become one in UTF-8 are one there, with the sum of
+// their rates.
+COMMONGROUND_API zet::String_T<char> convertToOpenMetrics(const SystemCmdInfo& info);

@@ -1,0 +1,128 @@
+// The figures that a server reports about itself: connections, memory, tick length, the traffic of each named socket
+// and a block of command query figures whose meaning is the host's.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+#include "framework/time.h"
+#include "framework/uuid.h"
+
+#include <map>
+
+class CCmdHead;
+namespace zet
+{
+class JsonValue;
+}
+
+// It has no thread and no timer: the host calls Tick with the milliseconds that went by, and the rest as things happen.
+// One thread, the host's run thread, owns it; there is no lock. Every unsigned long in it is a 32-bit value that wraps,
+// whatever the platform's own width.
+class COMMONGROUND_API SystemCmdInfo
+{
+public:
+    static constexpr unsigned long kPeriod = 60000;
+
+    struct ProcessInfo
+    {
+        // Working set in MiB, 0 until the first period has ended.
+        int m_MemoryMB = 0;
+        // Ticks in the current period.
+        int m_TickCount = 0;
+        // Mean length of a tick in the last period, in milliseconds.
+        unsigned long m_TickTime = 0;
+        unsigned long m_Period = kPeriod;
+        unsigned long m_Elapsed = 0;
+    };
+
+    struct CmdOperation
+    {
+        int m_Count = 0;
+        int m_Al = 0;
+        int m_Ml = 0;
+        int m_D1 = 0;
+        int m_D2 = 0;
+        unsigned long m_Query = 0;
+    };
+
+    // The traffic of one socket: bytes and commands of the current period, bytes per second of the last finished one.
+    struct ServerTPS
+    {
+        unsigned long m_RecvBytes = 0;
+        unsigned long m_SendBytes = 0;
+        unsigned long m_RecvRate = 0;
+        unsigned long m_SendRate = 0;
+        unsigned long m_RecvCount = 0;
+        unsigned long m_SendCount = 0;
+        // In milliseconds; a record without a period is for display only and is never ticked.
+        unsigned long m_Period = 0;
+        unsigned long m_Elapsed = 0;
+    };
+
+    SystemCmdInfo();
+    SystemCmdInfo(const SystemCmdInfo&) = default;
+    SystemCmdInfo& operator=(const SystemCmdInfo&) = default;
+
+    virtual ~SystemCmdInfo();
+    // Advances the process's record and those of all sockets. A period ends with the tick that exceeds it, and only
+    // then do the figures of the last period change.
+    virtual void Tick(unsigned long elapsedMs);
+    // Note the start and the end of a command of its client. A client has one command under way: another start replaces
+    // the first, and an end without a start does nothing.
+    virtual void AddCmd(CCmdHead* cmd);
+    virtual void EndCmd(CCmdHead* cmd);
+
+    void AddConnect();
+    void DelConnect();
+    // Count one command of so many bytes. An empty name counts as "Unkown".
+    void AddRecvCmd(zet::String_T<wchar_t> name, int bytes);
+    void AddSendCmd(zet::String_T<wchar_t> name, int bytes);
+    void SetCmdQuery(int count, unsigned long query, int al, int ml, int d1, int d2);
+    void GetCmdOperation(int& count, unsigned long& query, int& al, int& ml, int& d1, int& d2);
+
+    int GetConnectCount() { return m_ConnectCount; }
+    int GetMemeryCost() { return m_Process.m_MemoryMB; }
+    unsigned long GetTickTime() { return m_Process.m_TickTime; }
+    // Whole seconds since construction; the tick behind it comes round after 49 days.
+    zet::TimeSpan GetRunningSpan();
+    // Rates in rounded KiB per second: of all sockets together, and of one, 0 for a name without a record.
+    int GetAllRecvSize();
+    int GetAllSendSize();
+    int GetSocketRecvSize(const zet::String_T<wchar_t>& name);
+    int GetSocketSendSize(const zet::String_T<wchar_t>& name);
+    const std::map<zet::String_T<wchar_t>, ServerTPS>& GetServerTPSMap() const { return m_SocketTPS; }
+
+    // The figures as a JSON document in one line:
+    //   {"mem":5,"tick":16,"connect":2,"cmdsop":{"count":1,"query":2,"al":3,"ml":4,"d1":5,"d2":6},
+    //    "servertps":[{"socket":"gate","recvsize":1536,"sendsize":0}]}
+    // "servertps" stands only where there is a socket.
+    zet::String_T<wchar_t> ToJsonString();
+    // Takes the figures of such a document. A text that begins with no JSON value, or with null, changes nothing. A key
+    // that is missing, of another type or beyond 32 bits gives 0 or the empty text, and keys of no meaning here are
+    // passed over. A socket of the document replaces the record of its name; other records stay.
+    void FromJsonString(const zet::String_T<wchar_t>& text);
+
+    // The inner type of a pack command, by which hosts group them; 0 for a null pointer, for a command of another id
+    // and for an object that is no envelope.
+    static int GetCmdSecondLevelType(CCmdHead* cmd);
+
+    int m_ConnectCount = 0;
+    // Of zet::getTimeTick(), at construction.
+    unsigned long m_StartTick;
+    ProcessInfo m_Process;
+    CmdOperation m_CmdOperation;
+    std::map<zet::String_T<wchar_t>, ServerTPS> m_SocketTPS;
+    // When the command under way began, by the address of its client.
+    std::map<zet::Uuid, unsigned long> m_CmdStart;
+
+private:
+    static int OptInt(const zet::JsonValue& object, const wchar_t* key);
+    static unsigned long OptDWORD(const zet::JsonValue& object, const wchar_t* key);
+    static float OptFloat(const zet::JsonValue& object, const wchar_t* key);
+    static zet::String_T<wchar_t> OptString(const zet::JsonValue& object, const wchar_t* key);
+
+    // The record of a name, made where there is none.
+    ServerTPS& SocketOf(zet::String_T<wchar_t> name);
+    // The place for a table of what commands cost. It keeps nothing.
+    void PushCmdOverhead(int id, unsigned long ms);
+};
