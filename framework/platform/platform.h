@@ -49,6 +49,13 @@ COMMONGROUND_API void* openModule(const wchar_t* path);
 COMMONGROUND_API void* findModuleSymbol(void* module, const char* name);
 COMMONGROUND_API void closeModule(void* module);
 
+// What parts the names of a path that a host hands in.
+#ifdef _WIN32
+inline constexpr wchar_t kPathSeparators[] = L"/\\";
+#else
+inline constexpr wchar_t kPathSeparators[] = L"/";
+#endif
+
 // Files and directories. Each returns false, or null, or the empty text on failure and leaves the reason to
 // getLastError.
 COMMONGROUND_API bool createDirectory(const wchar_t* path);
