@@ -18,10 +18,11 @@ struct Outcome
     std::string m_LastLine;
 };
 
-// Runs the program with the words behind its name; a result of 0 is good.
+// Runs the program with the words behind its name; a result of 0 is good. Tests may run at the same time.
 Outcome runArena(const std::string& words)
 {
-    const std::string path = kDirectory + "arena_test_output.txt";
+    const std::string test = testing::UnitTest::GetInstance()->current_test_info()->name();
+    const std::string path = kDirectory + "arena_" + test + ".txt";
     const std::string command = "\"" + kDirectory + "arena\" " + words + " > \"" + path + "\" 2>&1";
     Outcome outcome;
     outcome.m_IsGood = std::system(command.c_str()) == 0;
