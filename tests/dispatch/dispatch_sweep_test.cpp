@@ -25,7 +25,7 @@ struct Arrived
 {
     const ClassInfo* m_Info;
     int m_Count = 0;
-    std::string m_Fields;
+    std::string m_Fields = {};
 };
 
 void note(CCmdHead* command, unsigned long arg)
