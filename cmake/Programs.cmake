@@ -8,7 +8,6 @@ function(commonground_program name folder)
   endif()
   add_executable(${name} ${sources})
   target_link_libraries(${name} PRIVATE commonground commonground_warnings ${ARGN})
-  target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/std_pch.h)
 endfunction()
 
 # One header that includes every class, for the table of the tools.
