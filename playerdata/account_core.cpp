@@ -23,6 +23,8 @@ AccountData::~AccountData() = default;
 
 AccountData& AccountData::operator=(const AccountData& other)
 {
+    if (this == &other)
+        return *this;
     m_AccountId = other.m_AccountId;
     m_AccountName = other.m_AccountName;
     m_AccountNote = other.m_AccountNote;
