@@ -210,6 +210,8 @@ TEST(Json, NumbersThatDoNotFitReadAsZero)
     EXPECT_EQ(parsed(L"2147483648").asInt32(), 0);
     EXPECT_EQ(parsed(L"-2147483648").asInt32(), std::numeric_limits<int>::min());
     EXPECT_EQ(parsed(L"-2147483649").asInt32(), 0);
+    EXPECT_EQ(parsed(L"2147483648.0").asInt32(), 0);
+    EXPECT_EQ(parsed(L"-2147483649.0").asInt32(), 0);
     EXPECT_EQ(parsed(L"18446744073709551615").asUInt64(), 18446744073709551615u);
     EXPECT_EQ(parsed(L"18446744073709551615").asInt32(), 0);
     EXPECT_EQ(parsed(L"18446744073709551616").asUInt64(), 0u);
@@ -284,9 +286,12 @@ TEST(Json, ValueTakesAPartOfItself)
     EXPECT_EQ(textOf(value), L"[1,[2,3]]");
     value[0] = value;
     EXPECT_EQ(textOf(value), L"[[1,[2,3]],[2,3]]");
+    value = parsed(L"{\"a\":{\"x\":1,\"y\":2},\"b\":3}");
+    value = value[L"a"];
+    EXPECT_EQ(textOf(value), L"{\"x\":1,\"y\":2}");
     JsonValue& same = value;
     value = same;
-    EXPECT_EQ(textOf(value), L"[[1,[2,3]],[2,3]]");
+    EXPECT_EQ(textOf(value), L"{\"x\":1,\"y\":2}");
 }
 
 TEST(Json, ClearKeepsTheTypeOfContainersAndSwapExchanges)

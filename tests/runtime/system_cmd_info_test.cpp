@@ -379,7 +379,7 @@ TEST(SystemCmdInfoJson, KeysOfAnotherTypeGiveZero)
 {
     SystemCmdInfo info = busyServer();
     info.m_SocketTPS.clear();
-    info.FromJsonString(L"{\"mem\":\"5\",\"tick\":-1,\"connect\":true,\"cmdsop\":{\"count\":{},\"query\":4294967296,"
+    info.FromJsonString(L"{\"mem\":\"5\",\"tick\":-1,\"connect\":true,\"cmdsop\":{\"count\":{},\"query\":4294967297,"
                         L"\"al\":[1],\"ml\":2147483648,\"d1\":1.9,\"d2\":\"6\"},"
                         L"\"servertps\":[{\"socket\":5,\"recvsize\":\"3\",\"sendsize\":7}]}");
     EXPECT_EQ(documentOf(info), L"{\"mem\":0,\"tick\":0,\"connect\":0,"
