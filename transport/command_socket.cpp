@@ -37,6 +37,8 @@ private:
     int m_Size = 0;
 };
 
+static_assert(zet::PacketReader::kDefaultLimit == CCmdPackager::kMaxHeaderSize + CCmdPackager::kMaxDataSize);
+
 // Payload of a frame that is put together on the stack; a larger one goes through a memory stream.
 constexpr int kPlacedSize = 0x10000;
 
@@ -94,6 +96,8 @@ void CCommandSocket::dispatch()
 void CCommandSocket::analyse(zet::InputStream& stream)
 {
     // What one peer's command throws is that command's loss, not that of the connections ticked behind this one.
+    if (!m_pCmdAnalyser)
+        return;
     try
     {
         m_pCmdAnalyser->Analyse(this, stream);
@@ -106,6 +110,11 @@ void CCommandSocket::analyse(zet::InputStream& stream)
     {
         zet::Log::error(L"Exception in a command handler: %s (%s)", zet::StringHelper::utf8ToWide(fault.what()),
                         getPeerName());
+        zet::Log::whistle(false);
+    }
+    catch (...)
+    {
+        zet::Log::error(L"Exception in a command handler (%s)", getPeerName());
         zet::Log::whistle(false);
     }
 }

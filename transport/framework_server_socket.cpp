@@ -109,16 +109,22 @@ void CFrameworkServerSocket::endWalk()
 void CFrameworkServerSocket::enlist(CFrameworkClientSocket* client)
 {
     if (m_Walks > 0)
+    {
         m_Newcomers.push_back(client);
-    else
-        m_Walk.insert(placeOf(client), {client, false});
+        return;
+    }
+    // A host may have accepted an object that is still here: it stands in the list once.
+    const auto place = placeOf(client);
+    if (place == m_Walk.end() || place->m_Client != client)
+        m_Walk.insert(place, {client, false});
 }
 
 void CFrameworkServerSocket::strike(CFrameworkClientSocket* client)
 {
-    if (m_Walks > 0 && std::erase(m_Newcomers, client) > 0)
-        return;
+    std::erase(m_Newcomers, client);
     const auto place = placeOf(client);
+    if (place == m_Walk.end() || place->m_Client != client)
+        return;
     if (m_Walks > 0)
         place->m_IsGone = true;
     else

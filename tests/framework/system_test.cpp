@@ -74,8 +74,8 @@ TEST(System, ShutdownBeforeRunLeavesNoTick)
 
 TEST(System, InitWithinATickIsRefused)
 {
-    zet::System system;
     std::string notes;
+    zet::System system;
     const NotingHandle task = new NotingTask(&notes);
     bool result = true;
     task->m_OnTick = [&] { result = system.init(); };
@@ -87,8 +87,8 @@ TEST(System, InitWithinATickIsRefused)
 TEST(System, ATickHasTheTimeOfTheTick)
 {
     zet::TestClock clock(0, 5000);
-    zet::System system;
     std::string notes;
+    zet::System system;
     const NotingHandle task = new NotingTask(&notes);
     task->start(&system);
     system.tick();
@@ -117,8 +117,8 @@ TEST(System, RunTakesTheCallingThreadAsTheRunThread)
 
 TEST(System, ATickWithinATickDoesNothing)
 {
-    zet::System system;
     std::string notes;
+    zet::System system;
     const NotingHandle task = new NotingTask(&notes);
     task->m_OnTick = [&] { system.tick(); };
     task->start(&system);
@@ -146,9 +146,9 @@ TEST(System, WakeBeforeWaitIsNotLost)
 
 TEST(System, WaitEndsWhenASleeperIsDue)
 {
+    std::string notes;
     zet::System system;
     system.setTickInterval(10 * 60 * 1000);
-    std::string notes;
     const NotingHandle task = new NotingTask(&notes);
     task->start(&system);
     system.tick();
@@ -162,8 +162,8 @@ TEST(System, WaitEndsWhenASleeperIsDue)
 TEST(System, WhatATaskThrowsIsReportedAndTheNextTaskIsTicked)
 {
     test::LogLines lines;
-    NotingSystem system;
     std::string notes;
+    NotingSystem system;
     const NotingHandle first = new NotingTask(&notes, 'a');
     const NotingHandle second = new NotingTask(&notes, 'b');
     const NotingHandle third = new NotingTask(&notes, 'c');
@@ -183,8 +183,8 @@ TEST(System, WhatATaskThrowsIsReportedAndTheNextTaskIsTicked)
 
 TEST(System, ExitStopsTheTasksLastFirst)
 {
-    zet::System system;
     std::string notes;
+    zet::System system;
     const NotingHandle first = new NotingTask(&notes, 'a');
     const NotingHandle second = new NotingTask(&notes, 'b');
     first->start(&system);
@@ -197,8 +197,8 @@ TEST(System, ExitStopsTheTasksLastFirst)
 
 TEST(System, ExitWithinATickStopsAllAndEndsIt)
 {
-    zet::System system;
     std::string notes;
+    zet::System system;
     const NotingHandle first = new NotingTask(&notes, 'a');
     const NotingHandle second = new NotingTask(&notes, 'b');
     first->m_OnTick = [&] { system.exit(); };

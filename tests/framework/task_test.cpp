@@ -16,9 +16,9 @@ using test::NotingTask;
 
 TEST(Task, StartsOnceAndOnlyInASystem)
 {
+    std::string notes;
     zet::System system;
     zet::System another;
-    std::string notes;
     const NotingHandle task = new NotingTask(&notes);
     EXPECT_FALSE(task->start(nullptr));
     EXPECT_TRUE(task->start(&system));
@@ -30,9 +30,9 @@ TEST(Task, StartsOnceAndOnlyInASystem)
 
 TEST(Task, StartOnAnotherThreadIsRefused)
 {
+    std::string notes;
     zet::System system;
     system.init();
-    std::string notes;
     const NotingHandle task = new NotingTask(&notes);
     bool result = true;
     std::thread([&] { result = task->start(&system); }).join();
@@ -43,8 +43,8 @@ TEST(Task, StartOnAnotherThreadIsRefused)
 
 TEST(Task, AFailedInitTakesItOutWithoutExit)
 {
-    zet::System system;
     std::string notes;
+    zet::System system;
     const NotingHandle task = new NotingTask(&notes);
     task->m_IsReady = false;
     ASSERT_TRUE(task->start(&system));
@@ -57,8 +57,8 @@ TEST(Task, AFailedInitTakesItOutWithoutExit)
 
 TEST(Task, TheSystemHoldsItUntilStop)
 {
-    zet::System system;
     std::string notes;
+    zet::System system;
     NotingTask* task;
     {
         const NotingHandle handle = new NotingTask(&notes);
@@ -73,8 +73,8 @@ TEST(Task, TheSystemHoldsItUntilStop)
 
 TEST(Task, StopBeforeTheFirstTickCallsNoExit)
 {
-    zet::System system;
     std::string notes;
+    zet::System system;
     const NotingHandle task = new NotingTask(&notes);
     task->start(&system);
     task->stop();
@@ -85,8 +85,8 @@ TEST(Task, StopBeforeTheFirstTickCallsNoExit)
 
 TEST(Task, MayStopItselfInItsTickAndLivesToItsEnd)
 {
-    zet::System system;
     std::string notes;
+    zet::System system;
     {
         const NotingHandle task = new NotingTask(&notes);
         NotingTask* const self = task;
@@ -104,8 +104,8 @@ TEST(Task, MayStopItselfInItsTickAndLivesToItsEnd)
 
 TEST(Task, MayStopAnotherThatIsStillToCome)
 {
-    zet::System system;
     std::string notes;
+    zet::System system;
     const NotingHandle first = new NotingTask(&notes, 'a');
     const NotingHandle second = new NotingTask(&notes, 'b');
     const NotingHandle third = new NotingTask(&notes, 'c');
@@ -119,8 +119,8 @@ TEST(Task, MayStopAnotherThatIsStillToCome)
 
 TEST(Task, OneStartedInATickComesWithTheNext)
 {
-    zet::System system;
     std::string notes;
+    zet::System system;
     const NotingHandle first = new NotingTask(&notes, 'a');
     const NotingHandle second = new NotingTask(&notes, 'b');
     first->m_OnTick = [&] { second->start(&system); };
@@ -133,8 +133,8 @@ TEST(Task, OneStartedInATickComesWithTheNext)
 
 TEST(Task, OneOnTheStackLeavesWithItsDestruction)
 {
-    zet::System system;
     std::string notes;
+    zet::System system;
     {
         NotingTask task(&notes);
         ASSERT_TRUE(task.start(&system));
@@ -148,8 +148,8 @@ TEST(Task, OneOnTheStackLeavesWithItsDestruction)
 
 TEST(Task, MayStartAgain)
 {
-    zet::System system;
     std::string notes;
+    zet::System system;
     const NotingHandle task = new NotingTask(&notes);
     task->start(&system);
     system.tick();
@@ -162,8 +162,8 @@ TEST(Task, MayStartAgain)
 TEST(Task, SleepsForItsTimeAcrossTheWrapOfTheTick)
 {
     zet::TestClock clock(0, 0xFFFFFFFE);
-    zet::System system;
     std::string notes;
+    zet::System system;
     const NotingHandle task = new NotingTask(&notes);
     task->start(&system);
     system.tick();
@@ -185,8 +185,8 @@ TEST(Task, SleepsForItsTimeAcrossTheWrapOfTheTick)
 TEST(Task, WakenEndsASleep)
 {
     const zet::TestClock clock(0);
-    zet::System system;
     std::string notes;
+    zet::System system;
     const NotingHandle task = new NotingTask(&notes);
     task->start(&system);
     system.tick();
@@ -207,9 +207,9 @@ TEST(Task, WakenEndsASleep)
 TEST(Task, WakenFromAnotherThreadEndsTheWait)
 {
     // A tick would come only after minutes; the test ends because the other thread ends the wait.
+    std::string notes;
     zet::System system;
     system.setTickInterval(10 * 60 * 1000);
-    std::string notes;
     const NotingHandle task = new NotingTask(&notes);
     std::atomic<bool> isWaiting{false};
     task->m_OnTick = [&]

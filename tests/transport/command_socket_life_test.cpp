@@ -3,7 +3,7 @@
 
 #include "framework/thread.h"
 #include "framework/time.h"
-#include "tests/support/loopback.h"
+#include "tests/support/raw_peer.h"
 
 #include <gtest/gtest.h>
 
@@ -159,6 +159,27 @@ TEST(CommandSocketLife, AHandlerMayReplyAndCloseAndTheReplyArrives)
     ASSERT_TRUE(socket->send(NoteCommand(1)));
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return socket->isInvalid(); }));
     EXPECT_EQ(got, (std::vector<int>{2}));
+}
+
+TEST(CommandSocketLife, AReplyAndCloseIsNoResetThoughMoreHadCome)
+{
+    NoteAnalyser server(
+        [&](CCommandSocket* socket, const NoteCommand&)
+        {
+            EXPECT_TRUE(socket->send(NoteCommand(42)));
+            socket->close();
+        });
+    Loopback net(server);
+    test::RawPeer peer(net);
+    ASSERT_TRUE(peer.m_IsUp);
+    ASSERT_TRUE(peer.send(test::packetOf(NoteCommand(1))));
+    // More than one look into the network takes.
+    ASSERT_TRUE(peer.send(test::packetOf(NoteCommand(2, 150000))));
+    const int expected = static_cast<int>(test::packetOf(NoteCommand(42)).size());
+    ASSERT_TRUE(tickUntil(net.m_System, [&] { return peer.m_Stream->available() == expected; }));
+    EXPECT_EQ(peer.m_Stream->skip(expected), expected);
+    ASSERT_TRUE(tickUntil(net.m_System, [&] { return peer.m_Stream->getConnectionState() != 2; }));
+    EXPECT_EQ(peer.m_Stream->getConnectionState(), zet::TcpConnection::kClosedByPeer);
 }
 
 TEST(CommandSocketLife, AHandlerMayLetGoOfTheLastHandle)

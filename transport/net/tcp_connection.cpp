@@ -162,10 +162,22 @@ void TcpConnection::close()
         // A peer that has ended its side may still read ours.
         if ((m_State == kEstablished || m_State == kClosedByPeer) && m_Link->m_Output.size() > 0)
             flush();
+        if (m_State == kEstablished)
+            discardInput();
         drop();
     }
     m_State = kDown;
     Socket::close();
+}
+
+void TcpConnection::discardInput()
+{
+    // A peer that sends without end gets its reset all the same.
+    unsigned char piece[16384];
+    asio::error_code fault;
+    for (int i = 0; i < 16 && !fault; ++i)
+        if (m_Link->m_Socket.receive(asio::buffer(piece), 0, fault) < sizeof piece)
+            return;
 }
 
 void TcpConnection::drop()

@@ -38,7 +38,7 @@ public:
         kConnectFailed = 5
     };
 
-    // Bytes that may wait to be sent; a send beyond them fails.
+    // Bytes that wait to be sent at which a send fails; below them a send of any size is taken.
     static constexpr size_t kDefaultOutputLimit = 64 * 1024 * 1024;
 
     TcpConnection() = default;
@@ -53,7 +53,8 @@ public:
     bool attach(unsigned int handle) override;
     // Gives the handle back without closing it. What waits to be sent is lost.
     unsigned int detach() override;
-    // Hands what waits to be sent to the operating system, as far as it takes it now, and ends the connection.
+    // Hands what waits to be sent to the operating system, as far as it takes it now, and ends the connection. What has
+    // come meanwhile is thrown away first, since ending on unread bytes would take back what was sent.
     void close() override;
 
     // Begins a connection to a numeric address or a host name (which waits for the resolver) with keep-alive probes
@@ -104,8 +105,8 @@ protected:
     }
     // Asks for the next tick at once.
     void hurry();
-    // Whether size more bytes may be queued: the connection stands, or will, or only the peer has ended its side.
-    bool takesOutput(int size) const;
+    // Whether there is room in the queue and the connection stands, or will, or only the peer has ended its side.
+    bool takesOutput() const;
     // Sees to it that what is queued leaves.
     void announceOutput();
     // Sends what is queued, as far as the operating system takes it.
@@ -129,6 +130,7 @@ private:
     // Takes an accepted link on, by attach().
     bool take(inner::TcpLink* link, const std::shared_ptr<inner::Reactor>& reactor);
     void joinReactor();
+    void discardInput();
     void readPeer();
     void drop();
 

@@ -37,10 +37,9 @@ struct Gathered
 
 } // namespace
 
-bool TcpConnection::takesOutput(int size) const
+bool TcpConnection::takesOutput() const
 {
-    return size > 0 && m_Link && m_State >= kConnecting && m_State <= kClosedByPeer &&
-           m_Link->m_Output.size() + static_cast<size_t>(size) <= m_OutputLimit;
+    return m_Link && m_State >= kConnecting && m_State <= kClosedByPeer && m_Link->m_Output.size() < m_OutputLimit;
 }
 
 void TcpConnection::announceOutput()
@@ -61,7 +60,7 @@ void TcpConnection::announceOutput()
 
 int TcpConnection::send(const void* data, int size)
 {
-    if (!takesOutput(size) || !m_Link->m_Output.write(data, size, m_Reactor->pool()))
+    if (size <= 0 || !takesOutput() || !m_Link->m_Output.write(data, size, m_Reactor->pool()))
         return 0;
     announceOutput();
     return size;
