@@ -1,11 +1,8 @@
 # Each bench/*_bench.cpp is a program with its own main.
 file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/bench/*_bench.cpp)
 file(GLOB support CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/bench/support/*.cpp)
-if(sources)
-  find_package(benchmark REQUIRED)
-endif()
 foreach(source ${sources})
   get_filename_component(name ${source} NAME_WE)
   add_executable(${name} ${source} ${support})
-  target_link_libraries(${name} PRIVATE commonground commonground_tools commonground_warnings benchmark::benchmark)
+  target_link_libraries(${name} PRIVATE commonground commonground_tools commonground_warnings)
 endforeach()

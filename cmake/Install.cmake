@@ -18,7 +18,8 @@ foreach(floor ${COMMONGROUND_FLOORS})
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/${floor} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/commonground
       FILES_MATCHING PATTERN "*.h" PATTERN "*.def"
       PATTERN "framework/modules" EXCLUDE
-      PATTERN "packaging/wire" EXCLUDE)
+      PATTERN "packaging/wire" EXCLUDE
+      PATTERN "inner" EXCLUDE)
   endif()
 endforeach()
 

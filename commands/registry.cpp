@@ -118,7 +118,8 @@ void CCmdServerRegisterFail::OutDebug(FILE* out) const
 void CCmdServerEcho::OutDebug(FILE* out) const
 {
     CCmdSystem::OutDebug(out);
-    print(out, "  m_Data = %ld\n", m_Data);
+    // A long of 32 bits, so the upper half of the values shows as negative.
+    print(out, "  m_Data = %ld\n", static_cast<int>(m_Data));
 }
 
 void CCmdServerInfoResponse::OutDebug(FILE* out) const

@@ -1,7 +1,10 @@
 #include "dispatch/analyser.h"
 
 #include "framework/log.h"
+#include "framework/string_helper.h"
 #include "packaging/cmd_packager.h"
+
+#include <exception>
 
 CCmdAnalyser::CCmdAnalyser(CmdFallback unknownCmd, CmdFallback errorCmd)
     : m_pfnUnknownCmd(unknownCmd), m_pfnErrorCmd(errorCmd)
@@ -21,13 +24,32 @@ int CCmdAnalyser::Analyse(CCmdPackager& pk, unsigned long arg1, unsigned long ar
         zet::Log::error(L"CCmdAnalyser cannot Analyse OverFlow CMD(0x%04x)", id);
         return 0;
     }
-    const Entry& entry = m_Commands[id];
+    // What a handler or a fallback throws is this command's loss and goes no further.
+    try
+    {
+        dispatch(m_Commands[id], pk, arg1, arg2);
+    }
+    catch (const std::exception& fault)
+    {
+        zet::Log::error(L"Exception in a command handler: %s", zet::StringHelper::utf8ToWide(fault.what()));
+        zet::Log::whistle(false);
+    }
+    catch (...)
+    {
+        zet::Log::error(L"Exception in a command handler");
+        zet::Log::whistle(false);
+    }
+    return 0;
+}
+
+void CCmdAnalyser::dispatch(const Entry& entry, CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const
+{
     if (!entry.m_Process)
     {
         if (m_pfnUnknownCmd)
             m_pfnUnknownCmd(&pk, arg1, arg2);
         else
-            zet::Log::error(L"CCmdAnalyser cannot Analyse NULL command(0x%04x)", id);
+            zet::Log::error(L"CCmdAnalyser cannot Analyse NULL command(0x%04x)", pk.GetCmdID());
     }
     else if (!entry.m_Process(&pk, entry.m_Handler, arg1, arg2))
     {
@@ -35,9 +57,8 @@ int CCmdAnalyser::Analyse(CCmdPackager& pk, unsigned long arg1, unsigned long ar
         if (m_pfnErrorCmd)
             m_pfnErrorCmd(&pk, arg1, arg2);
         else
-            zet::Log::error(L"CCmdAnalyser cannot Analyse ERROR command(0x%04x))", id);
+            zet::Log::error(L"CCmdAnalyser cannot Analyse ERROR command(0x%04x))", pk.GetCmdID());
     }
-    return 0;
 }
 
 int CCmdAnalyser::Analyse(const void* data, int size, unsigned long arg1, unsigned long arg2) const

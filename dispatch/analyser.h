@@ -16,7 +16,8 @@ public:
     // Replaces the entry of an id, which must be below kCommandIdLimit.
     void Install(unsigned short id, CmdProcess process, CmdHandler handler);
 
-    // Hands the command to its handler with the two arguments. Always 0: the result carries no information.
+    // Hands the command to its handler with the two arguments. Always 0: the result carries no information. What a
+    // handler throws is logged and goes no further.
     int Analyse(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const;
     // The same for one datagram frame of size bytes.
     int Analyse(const void* data, int size, unsigned long arg1, unsigned long arg2) const;
@@ -27,6 +28,8 @@ private:
         CmdProcess m_Process = nullptr;
         CmdHandler m_Handler = nullptr;
     };
+
+    void dispatch(const Entry& entry, CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const;
 
     Entry m_Commands[kCommandIdLimit];
     CmdFallback m_pfnUnknownCmd;

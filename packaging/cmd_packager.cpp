@@ -151,7 +151,10 @@ bool CCmdPackager::Receive(zet::InputStream& stream)
             return false;
         const int got = stream.read(m_pBuffer + m_iDataSize, part);
         if (got != part)
+        {
+            m_iDataSize = 0;
             return refuse(L"Error:Read Command(%d) data error!", m_CmdID);
+        }
         m_iDataSize += got;
     }
     return true;
@@ -213,9 +216,11 @@ int CCmdPackager::Unpack(const void* buffer, int size)
     zet::Uuid* const addresses[] = {&m_FromAddress, &m_TargetAddress};
     for (int i = 0; i < 2; ++i)
     {
-        *addresses[i] = zet::Uuid();
         if (!(word & (kHasFrom << i)))
+        {
+            *addresses[i] = zet::Uuid();
             continue;
+        }
         if (size - used < static_cast<int>(sizeof(zet::Uuid)))
             return 0;
         std::memcpy(addresses[i], m_pBuffer + m_iReadPointer, sizeof(zet::Uuid));

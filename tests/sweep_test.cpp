@@ -113,6 +113,7 @@ TEST(Sweep, HostileCountsCostNoMoreThanTheirBytesAllow)
                     const Reading reading = tools::readBytes(info, form, bytes);
                     EXPECT_LE(reading.m_Consumed, static_cast<int>(bytes.size()));
                     EXPECT_LE(allocations.bytes(), kBudget) << place.m_Field << " = " << hostile;
+                    EXPECT_LE(tools::explain(info.m_Wire(), bytes).m_Consumed, bytes.size());
                 }
             }
         });

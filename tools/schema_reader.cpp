@@ -164,6 +164,8 @@ private:
         const int across = flat ? 1 : static_cast<int>(number(4, path + "(columns)"));
         for (const Field& table : field.parts)
             json[table.name] = ordered_json::array();
+        if (rows <= 0 || across <= 0)
+            return;
         const int widest = flat ? 1 : field.parts[0].parts[0].extent;
         for (int row = 0; row < rows; ++row)
         {
@@ -254,7 +256,7 @@ private:
         count &= 0x3F;
         for (uint32_t i = 0; i < more; ++i)
             count = count << 8 | bigEndian(1, name);
-        const char* const units = take(count > 0x1FFFFFFF ? 0x3FFFFFFF : static_cast<int>(count * 2), name);
+        const char* const units = take(static_cast<int>(count * 2), name);
         zet::String_T<wchar_t> text;
         bool ended = false;
         for (uint32_t i = 0; i < count; ++i)

@@ -33,11 +33,12 @@ struct Access
         packager.m_iDataSize += size;
     }
 
-    // Bytes not yet read.
+    // Bytes not yet read: none where a datagram's addresses have moved the read pointer past the data.
     template <class P>
     static int left(const P& packager)
     {
-        return packager.m_iDataSize - packager.m_iReadPointer;
+        const int left = packager.m_iDataSize - packager.m_iReadPointer;
+        return left > 0 ? left : 0;
     }
     // The read position if size bytes are left, else null.
     template <class P>

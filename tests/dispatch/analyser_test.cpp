@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <stdexcept>
 #include <vector>
 
 namespace
@@ -162,6 +163,36 @@ TEST_F(Analyser, DatagramIsUnpackedFirst)
     EXPECT_EQ(analyser->Analyse(frame.data(), 1, arg(), 0), 0);
     EXPECT_TRUE(log.has(Log::kError, L"CCmdAnalyser cannot Analyse NULL data"));
     EXPECT_TRUE(log.has(Log::kError, L"cmdPackager Unpack data error"));
+}
+
+void throwing(CCmdHead*, unsigned long, unsigned long)
+{
+    throw std::runtime_error("no such player");
+}
+
+TEST_F(Analyser, WhatAHandlerThrowsEndsWithItsCommand)
+{
+    const auto analyser = std::make_unique<CCmdAnalyser>();
+    analyser->Install(command_id::CCmdServerEcho, CCmdServerEcho::CCmdServerEcho_Process, throwing);
+    writeEcho(pk, 8);
+    const test::LogLines log;
+    EXPECT_EQ(analyser->Analyse(pk, 0, 0), 0);
+    EXPECT_TRUE(log.has(Log::kError, L"Exception in a command handler: no such player"));
+}
+
+TEST_F(Analyser, HighestIdIsDispatched)
+{
+    const auto analyser = std::make_unique<CCmdAnalyser>();
+    analyser->Install(kCommandIdLimit - 1,
+                      [](CCmdPackager*, CmdHandler, unsigned long arg1, unsigned long)
+                      {
+                          ++seenIn(arg1).m_Handled;
+                          return true;
+                      },
+                      onEcho);
+    pk.SetCmdID(kCommandIdLimit - 1);
+    analyser->Analyse(pk, arg(), 0);
+    EXPECT_EQ(seen.m_Handled, 1);
 }
 
 TEST_F(Analyser, CopyIsIndependent)

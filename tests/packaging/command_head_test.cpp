@@ -156,7 +156,7 @@ TEST(CommandTrace, RegistryCommandsPrintTheirFields)
     EXPECT_EQ(traced(fail), "  m_Msg = taken\n");
     CCmdServerEchoReply echo;
     echo.m_Data = 0xFFFFFFFFul;
-    EXPECT_EQ(traced(echo), "  m_Data = 4294967295\n");
+    EXPECT_EQ(traced(echo), "  m_Data = -1\n");
     CCmdServerInfoResponse info;
     info.m_ServiceIP = L"10.0.0.1";
     info.m_ServicePort = 80;

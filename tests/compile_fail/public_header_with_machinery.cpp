@@ -1,0 +1,10 @@
+// expect: incomplete type|undefined type|does not name a type|has not been declared
+#include "commands/registry.h"
+
+// A host sees the forward declaration alone.
+#ifdef COMPILE_FAIL
+int smallest()
+{
+    return CCmdServerEcho::Wire().smallest;
+}
+#endif

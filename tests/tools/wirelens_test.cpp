@@ -1,0 +1,155 @@
+// wirelens as a script sees it: what goes in on a line, what comes out.
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <string>
+
+namespace
+{
+
+struct Run
+{
+    int m_Code = 0;
+    std::string m_Output;
+};
+
+std::string fileOf(const std::string& content)
+{
+    const std::string path = testing::TempDir() + "wirelens_" +
+                             testing::UnitTest::GetInstance()->current_test_info()->name() + ".txt";
+    std::ofstream(path, std::ios::binary) << content;
+    return path;
+}
+
+// Runs wirelens with the input on its standard input.
+Run wirelens(const std::string& arguments, const std::string& input = "")
+{
+    const std::string command =
+        COMMONGROUND_BUILD_DIR "/wirelens " + arguments + " < " + fileOf(input) + " 2>&1";
+    Run run;
+    FILE* const pipe = popen(command.c_str(), "r");
+    std::array<char, 4096> block;
+    while (const size_t size = std::fread(block.data(), 1, block.size(), pipe))
+        run.m_Output.append(block.data(), size);
+    const int status = pclose(pipe);
+    run.m_Code = status / 256;
+    return run;
+}
+
+nlohmann::ordered_json json(const std::string& text)
+{
+    return nlohmann::ordered_json::parse(text);
+}
+
+TEST(Wirelens, ReadsAPayloadAndWritesItAgain)
+{
+    const Run run = wirelens("read", "CCmdHostnameRequest cmd 0002000709\n");
+    EXPECT_EQ(run.m_Output, "{\"class\":\"CCmdHostnameRequest\",\"form\":\"cmd\",\"read\":true,\"consumed\":5,\"size\":5,"
+                            "\"fields\":{\"m_ClientIndex\":7,\"m_ServerType\":9},\"write\":true,"
+                            "\"rewrite\":\"0002000709\"}\n");
+    EXPECT_EQ(run.m_Code, 0);
+}
+
+TEST(Wirelens, ReadsNoBytesAsADash)
+{
+    const auto answer = json(wirelens("read", "CmdUserAddressRequest data -\n").m_Output);
+    EXPECT_EQ(answer["size"], 0);
+    EXPECT_EQ(answer["read"], true);
+    EXPECT_EQ(answer["rewrite"], "");
+}
+
+TEST(Wirelens, FailedReadStillShowsFieldsAndRewrite)
+{
+    const auto answer = json(wirelens("read", "CCmdServerEcho cmd 0002000700\n").m_Output);
+    EXPECT_EQ(answer["read"], false);
+    EXPECT_EQ(answer["consumed"], 4);
+    EXPECT_EQ(answer["fields"]["m_ClientIndex"], 7);
+    EXPECT_EQ(answer["write"], true);
+}
+
+TEST(Wirelens, UnknownClassIsAnErrorAndTheNextLineGoesOn)
+{
+    const Run run = wirelens("read", "Nobody cmd 00\nCCmdHostnameRequest cmd 0002000709\n");
+    const size_t end = run.m_Output.find('\n');
+    const auto first = json(run.m_Output.substr(0, end));
+    EXPECT_EQ(first["class"], "Nobody");
+    EXPECT_EQ(first.size(), 2u);
+    EXPECT_TRUE(first.contains("error"));
+    EXPECT_EQ(json(run.m_Output.substr(end + 1))["read"], true);
+}
+
+TEST(Wirelens, NewShowsTheDefaults)
+{
+    const auto answer = json(wirelens("new FGameItem").m_Output);
+    EXPECT_EQ(answer["class"], "FGameItem");
+    EXPECT_EQ(answer["fields"]["m_Num"], 0);
+    EXPECT_EQ(answer["fields"]["m_Name"], "");
+    EXPECT_EQ(answer["write"], true);
+}
+
+TEST(Wirelens, ExplainGivesOffsetsAndSaysWhereBytesAreMissing)
+{
+    EXPECT_EQ(wirelens("explain CCmdHostnameRequest 0002000709").m_Output, "0  0002  (version)  2\n"
+                                                                           "2  0007  m_ClientIndex  7\n"
+                                                                           "4  09  m_ServerType  9\n");
+    const Run cut = wirelens("explain CCmdHostnameResponse 000200070905");
+    EXPECT_NE(cut.m_Output.find("needed 10, had 0 at m_IP"), std::string::npos) << cut.m_Output;
+    EXPECT_EQ(cut.m_Code, 1);
+}
+
+TEST(Wirelens, DecodesFramesFromHexadecimal)
+{
+    // Two stream frames: a hostname request, and one with an id that nobody has.
+    const Run run = wirelens("decode -", "0010 14000000 0002000709\n1240 00000000\n");
+    const size_t end = run.m_Output.find('\n');
+    const auto first = json(run.m_Output.substr(0, end));
+    EXPECT_EQ(first["class"], "CCmdHostnameRequest");
+    EXPECT_EQ(first["fields"]["m_ServerType"], 9);
+    EXPECT_EQ(json(run.m_Output.substr(end + 1))["error"], "unknown id");
+}
+
+TEST(Wirelens, DecodesPacketsAndDatagrams)
+{
+    const auto packet = json(wirelens("decode --packets -", "0b000000 0010 14000000 0002000709").m_Output);
+    EXPECT_EQ(packet["class"], "CCmdHostnameRequest");
+    const auto datagram = json(wirelens("decode --datagram -", "0010 14 0002000709").m_Output);
+    EXPECT_EQ(datagram["class"], "CCmdHostnameRequest");
+}
+
+TEST(Wirelens, DoubledIdGoesToTheClassThatFits)
+{
+    // 0x1200 without a field, and with one int behind the head.
+    const std::string head = "00020007" + std::string(32, '0') + "00";
+    EXPECT_EQ(json(wirelens("decode -", "0012 54000000" + head).m_Output)["class"], "CCmdGS_AllRunDown");
+    EXPECT_EQ(json(wirelens("decode -", "0012 64000000" + head + "00000005").m_Output)["class"],
+              "CCmdInGamePlayerCountRequest");
+}
+
+TEST(Wirelens, CutFrameIsAnErrorThatEndsTheInput)
+{
+    const Run run = wirelens("decode -", "0010 14000000 0002");
+    EXPECT_TRUE(json(run.m_Output).contains("error"));
+    EXPECT_EQ(run.m_Code, 1);
+}
+
+TEST(Wirelens, CatalogueListsEveryClassOnce)
+{
+    const auto all = json(wirelens("catalogue --json").m_Output);
+    int commands = 0;
+    for (const auto& row : all)
+        commands += row["family"] == "command" ? 1 : 0;
+    EXPECT_EQ(commands, 274);
+    EXPECT_GT(all.size(), 650u);
+}
+
+TEST(Wirelens, MisuseIsExitCodeTwo)
+{
+    EXPECT_EQ(wirelens("").m_Code, 2);
+    EXPECT_EQ(wirelens("read too much").m_Code, 2);
+}
+
+} // namespace
