@@ -209,3 +209,13 @@ TEST(GameShop, FailedElementLeavesThoseInFrontOfIt)
     EXPECT_TRUE(other.m_InPurchaseTrades[0].m_TradeName == L"old");
     EXPECT_TRUE(other.m_InPurchaseTrades[1].m_TradeName == L"silver");
 }
+
+TEST(GameShop, CutCountOfTheShopOffersLeavesNone)
+{
+    FGameShop shop;
+    shop.m_ShopTrades[L"old"].m_TradeName = L"old";
+    CCmdPackager packager;
+    ASSERT_TRUE(packager.Write(0));
+    EXPECT_FALSE(shop.Read(&packager));
+    EXPECT_TRUE(shop.m_ShopTrades.empty());
+}
