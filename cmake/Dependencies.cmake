@@ -2,11 +2,10 @@
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(gnutls REQUIRED IMPORTED_TARGET gnutls)
-pkg_check_modules(ngtcp2 REQUIRED IMPORTED_TARGET libngtcp2 libngtcp2_crypto_gnutls)
 
 add_library(commonground_dependencies INTERFACE)
 target_link_libraries(commonground_dependencies INTERFACE
-  Threads::Threads ${CMAKE_DL_LIBS} PkgConfig::gnutls PkgConfig::ngtcp2)
+  Threads::Threads ${CMAKE_DL_LIBS} PkgConfig::gnutls)
 # Asio's sources are compiled into one file of transport/net; its own visibility pragma would export them.
 target_compile_definitions(commonground_dependencies INTERFACE
   FMT_HEADER_ONLY

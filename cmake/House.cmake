@@ -40,6 +40,9 @@ if(files)
 endif()
 
 file(GLOB files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/compile_fail/*.cpp)
+if(NOT files)
+  message(FATAL_ERROR "tests/compile_fail is empty")
+endif()
 foreach(file ${files})
   get_filename_component(name ${file} NAME_WE)
   add_test(NAME CompileFail.${name}

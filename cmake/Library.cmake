@@ -27,7 +27,9 @@ target_link_libraries(commonground PRIVATE commonground_warnings commonground_de
 target_precompile_headers(commonground PRIVATE ${PROJECT_SOURCE_DIR}/cmake/std_pch.h)
 if(NOT WIN32)
   set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
-  target_link_options(commonground PRIVATE -Wl,--version-script=${exports})
+  # Nobody replaces a function of the library from outside, so calls within it need no detour.
+  target_compile_options(commonground PRIVATE -fno-semantic-interposition)
+  target_link_options(commonground PRIVATE -Wl,--version-script=${exports} -Wl,-Bsymbolic-functions)
   set_property(TARGET commonground APPEND PROPERTY LINK_DEPENDS ${exports})
 endif()
 
