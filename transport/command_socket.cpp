@@ -3,6 +3,7 @@
 #include "dispatch/analyser_socket.h"
 #include "framework/log.h"
 #include "framework/memory_stream.h"
+#include "framework/platform/virtual_target.h"
 #include "framework/stopwatch.h"
 #include "framework/string_helper.h"
 #include "framework/thread.h"
@@ -49,7 +50,16 @@ zet::Unknown::Handle_T<CCommandSocket> CCommandSocket::createInstance(CCmdAnalys
     return new CCommandSocket(analyser);
 }
 
-CCommandSocket::CCommandSocket(CCmdAnalyserSocket* analyser) : m_pCmdAnalyser(analyser) {}
+// While this runs, the object is one of this class, whatever it becomes.
+CCommandSocket::CCommandSocket(CCmdAnalyserSocket* analyser)
+    : m_pCmdAnalyser(analyser), m_PlainTick(zet::platform::getVirtualTarget(*this, &CCommandSocket::onTick))
+{
+}
+
+bool CCommandSocket::HasOwnTick() const
+{
+    return !m_PlainTick || zet::platform::getVirtualTarget(*this, &CCommandSocket::onTick) != m_PlainTick;
+}
 
 void CCommandSocket::onTick(unsigned int tick)
 {
@@ -146,6 +156,7 @@ bool CCommandSocket::send(const CCmdPackager& packager)
     if (isFramed)
     {
         m_bNetError = true;
+        ring();
         zet::Log::error(L"Error while writing data to network:%s", getPeerName());
     }
     return false;

@@ -38,6 +38,10 @@ public:
     virtual void OnCmdSend(int size);
     virtual void OnCmdRecv(int size);
 
+    // Whether the class of this object has an onTick() of its own, or may have. Where it has not, a tick on which
+    // nothing has happened does nothing.
+    bool HasOwnTick() const;
+
     // Bytes that a packet of the peer may have; a longer one closes the socket.
     void SetPacketLimit(int bytes) { m_PacketReader.setLimit(bytes); }
 
@@ -53,6 +57,9 @@ protected:
     bool m_bNetError = false;
 
 private:
+    // Where onTick() of this class leads.
+    const void* m_PlainTick;
+
     void dispatch();
     void analyse(zet::InputStream& stream);
     bool writePacket(const CCmdPackager& packager, bool& isFramed);

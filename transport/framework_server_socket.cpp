@@ -6,14 +6,6 @@
 
 #include <algorithm>
 
-namespace
-{
-
-// Connections that the walk asks the memory for in advance.
-constexpr size_t kAhead = 8;
-
-} // namespace
-
 // Ticks a connection, and abandons it where it is down then.
 struct CFrameworkServerSocket::ClientSocketTick_Manager_foreach_N
 {
@@ -56,6 +48,17 @@ struct CFrameworkServerSocket::ClientSocketClose_Manager_foreach_N
     };
 };
 
+// Keeps the list of connections as long as it is, and those that go alive, until the outermost walk ends.
+class CFrameworkServerSocket::Walk
+{
+public:
+    explicit Walk(CFrameworkServerSocket& server) : m_Server(server) { ++m_Server.m_Walks; }
+    ~Walk() { m_Server.endWalk(); }
+
+private:
+    CFrameworkServerSocket& m_Server;
+};
+
 CFrameworkServerSocket::CFrameworkServerSocket(const zet::String_T<wchar_t>& ip, unsigned short port)
     : m_IP(ip.isEmpty() ? getHostName() : ip), m_Port(port)
 {
@@ -76,20 +79,16 @@ void CFrameworkServerSocket::onTick(unsigned int tick)
 void CFrameworkServerSocket::tickClients(unsigned int tick)
 {
     ClientSocketTick_Manager_foreach_N::ClientSocketTick walker(*this, tick);
-    struct Walking
-    {
-        CFrameworkServerSocket& m_Server;
-        explicit Walking(CFrameworkServerSocket& server) : m_Server(server) { ++m_Server.m_Walks; }
-        ~Walking() { m_Server.endWalk(); }
-    } walking(*this);
+    const Walk walk(*this);
     // The list keeps its length during a walk.
     const size_t count = m_Walk.size();
     for (size_t i = 0; i < count; ++i)
     {
-        if (i + kAhead < count)
-            __builtin_prefetch(m_Walk[i + kAhead].m_Client);
-        if (!m_Walk[i].m_IsGone)
-            walker.onEntry(m_Walk[i].m_Client);
+        const Place& place = m_Walk[i];
+        if (place.m_IsGone || (place.m_IsPlain && !*place.m_Bell))
+            continue;
+        *place.m_Bell = 0;
+        walker.onEntry(place.m_Client);
     }
 }
 
@@ -99,11 +98,20 @@ void CFrameworkServerSocket::endWalk()
         return;
     if (m_Abandoned.empty() && m_Newcomers.empty())
         return;
-    std::erase_if(m_Walk, [](const Place& place) { return place.m_IsGone; });
+    removeGone();
     // The objects go last, when the server is whole again.
     const auto abandoned = std::exchange(m_Abandoned, {});
     for (CFrameworkClientSocket* client : std::exchange(m_Newcomers, {}))
         enlist(client);
+}
+
+unsigned char* CFrameworkServerSocket::takeBell()
+{
+    if (m_FreeBells.empty())
+        return &m_Bells.emplace_back();
+    unsigned char* const bell = m_FreeBells.back();
+    m_FreeBells.pop_back();
+    return bell;
 }
 
 void CFrameworkServerSocket::enlist(CFrameworkClientSocket* client)
@@ -114,9 +122,10 @@ void CFrameworkServerSocket::enlist(CFrameworkClientSocket* client)
         return;
     }
     // A host may have accepted an object that is still here: it stands in the list once.
-    const auto place = placeOf(client);
+    auto place = placeOf(client);
     if (place == m_Walk.end() || place->m_Client != client)
-        m_Walk.insert(place, {client, false});
+        place = m_Walk.insert(place, {client, takeBell(), !client->HasOwnTick(), false});
+    client->setBell(place->m_Bell);
 }
 
 void CFrameworkServerSocket::strike(CFrameworkClientSocket* client)
@@ -125,10 +134,21 @@ void CFrameworkServerSocket::strike(CFrameworkClientSocket* client)
     const auto place = placeOf(client);
     if (place == m_Walk.end() || place->m_Client != client)
         return;
-    if (m_Walks > 0)
-        place->m_IsGone = true;
-    else
-        m_Walk.erase(place);
+    client->setBell(nullptr);
+    place->m_IsGone = true;
+    if (m_Walks == 0)
+        removeGone();
+}
+
+void CFrameworkServerSocket::removeGone()
+{
+    std::erase_if(m_Walk,
+                  [this](const Place& place)
+                  {
+                      if (place.m_IsGone)
+                          m_FreeBells.push_back(place.m_Bell);
+                      return place.m_IsGone;
+                  });
 }
 
 std::vector<CFrameworkServerSocket::Place>::iterator CFrameworkServerSocket::placeOf(CFrameworkClientSocket* client)
@@ -140,6 +160,7 @@ std::vector<CFrameworkServerSocket::Place>::iterator CFrameworkServerSocket::pla
 
 void CFrameworkServerSocket::close()
 {
+    const Walk walk(*this);
     ClientSocketClose_Manager_foreach_N::ClientSocketClose walker(*this);
     m_ClientSockets.foreach(walker);
     TcpServer::close();

@@ -5,6 +5,7 @@
 #include "transport/framework_client_socket.h"
 #include "transport/net/tcp_server.h"
 
+#include <deque>
 #include <vector>
 
 // Owns its connections, ticks them from its own tick and lets go of those that have ended. A host derives from it and
@@ -59,12 +60,17 @@ protected:
     FrameworkSockets m_FrameworkSockets;
 
 private:
+    class Walk;
     struct ClientSocketTick_Manager_foreach_N;
     struct ClientSocketClose_Manager_foreach_N;
 
     struct Place
     {
         CFrameworkClientSocket* m_Client;
+        // Rung where a tick would find something to do.
+        unsigned char* m_Bell;
+        // Ticked only when the bell has rung.
+        bool m_IsPlain;
         bool m_IsGone;
     };
 
@@ -72,11 +78,17 @@ private:
     void enlist(CFrameworkClientSocket* client);
     void strike(CFrameworkClientSocket* client);
     void endWalk();
+    unsigned char* takeBell();
+    void removeGone();
     std::vector<Place>::iterator placeOf(CFrameworkClientSocket* client);
 
-    // The keys of m_ClientSockets in their order and in one piece: a walk over thousands of idle connections costs no
-    // more than looking at each. During a walk a connection that goes keeps its place, and one that comes waits.
+    // The keys of m_ClientSockets in their order and in one piece: a walk over thousands of idle connections looks at
+    // their bells and not at the objects. During a walk a connection that goes keeps its place, and one that comes
+    // waits.
     std::vector<Place> m_Walk;
+    // The bells lie side by side and stay where they are; the free ones are used again.
+    std::deque<unsigned char> m_Bells;
+    std::vector<unsigned char*> m_FreeBells;
     std::vector<CFrameworkClientSocket*> m_Newcomers;
     // Connections abandoned during a walk.
     std::vector<zet::Unknown::Handle_T<CFrameworkClientSocket>> m_Abandoned;

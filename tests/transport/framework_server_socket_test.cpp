@@ -127,6 +127,24 @@ TEST(FrameworkServerSocket, TicksEachConnectionOnceATickInTheOrderOfItsDictionar
     EXPECT_EQ(ticked.at(0).m_LastTick, ticked.at(4).m_LastTick);
 }
 
+TEST(FrameworkServerSocket, AClassWithATickOfItsOwnIsKnown)
+{
+    NoteAnalyser analyser;
+    const ClientHandle plain = new Client(analyser);
+    const zet::Unknown::Handle_T<Ticked> own = new Ticked(analyser);
+    struct Deeper : Ticked
+    {
+        using Ticked::Ticked;
+    };
+    const zet::Unknown::Handle_T<Deeper> deeper = new Deeper(analyser);
+    EXPECT_TRUE(own->HasOwnTick());
+    EXPECT_TRUE(deeper->HasOwnTick());
+#if defined(__x86_64__)
+    EXPECT_FALSE(plain->HasOwnTick());
+    EXPECT_FALSE(CCommandSocket::createInstance(analyser)->HasOwnTick());
+#endif
+}
+
 TEST(FrameworkServerSocket, AConnectionInState3IsAbandonedInTheSameWalkAndTheOthersAreTicked)
 {
     for (const unsigned char state : {3, 4, 5})

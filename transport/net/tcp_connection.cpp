@@ -83,6 +83,7 @@ void TcpConnection::lookNow()
 
 void TcpConnection::hurry()
 {
+    ring();
     if (m_Reactor)
         m_Reactor->hurry();
 }
@@ -93,6 +94,7 @@ void TcpConnection::setLink(TcpLink* link)
     link->m_Owner = this;
     m_Link = link;
     m_Pending = 0;
+    ring();
     if (m_RunThreadId == 0)
         bindRunThreadId(Thread::getCurrentThreadId());
 }
@@ -190,6 +192,8 @@ void TcpConnection::drop()
     link->m_Output.drop(&m_Reactor->pool());
     link->release();
     m_Pending = 0;
+    // The connection is down, which its server is to see.
+    ring();
 }
 
 void TcpConnection::joinReactor()

@@ -78,6 +78,14 @@ public:
     unsigned long getRunThreadId() const { return m_RunThreadId; }
     void bindRunThreadId(unsigned long thread) { m_RunThreadId = thread; }
 
+    // A byte that becomes 1 whenever a tick would find something to do, for who ticks thousands; null for none. It
+    // outlives the connection or is taken off.
+    void setBell(unsigned char* bell)
+    {
+        m_Bell = bell;
+        ring();
+    }
+
     void setOutputLimit(size_t bytes) { m_OutputLimit = bytes; }
     // Bytes that wait to be sent.
     size_t getOutputSize() const;
@@ -103,6 +111,11 @@ protected:
         if (m_LooksItself)
             lookNow();
     }
+    void ring()
+    {
+        if (m_Bell)
+            *m_Bell = 1;
+    }
     // Asks for the next tick at once.
     void hurry();
     // Whether there is room in the queue and the connection stands, or will, or only the peer has ended its side.
@@ -117,6 +130,7 @@ protected:
     unsigned char m_Pending = 0;
     bool m_LooksItself = true;
     bool m_KeepAlive = false;
+    unsigned char* m_Bell = nullptr;
     inner::TcpLink* m_Link = nullptr;
     std::shared_ptr<inner::Reactor> m_Reactor;
 

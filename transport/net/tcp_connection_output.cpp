@@ -54,6 +54,7 @@ void TcpConnection::announceOutput()
     else if (!(m_Pending & kOutput))
     {
         m_Pending |= kOutput;
+        ring();
         m_Reactor->flushLater(*m_Link);
     }
 }

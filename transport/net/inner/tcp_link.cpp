@@ -17,8 +17,7 @@ void TcpLink::waitForInput()
                                 return;
                             // Any other fault shows again, and better, when the socket is read.
                             link->m_IsInputWaited = false;
-                            if (link->m_Owner)
-                                link->m_Owner->m_Pending |= TcpConnection::kReadable;
+                            link->tell(TcpConnection::kReadable);
                         });
 }
 
@@ -33,8 +32,7 @@ void TcpLink::waitForOutput()
                             if (fault == asio::error::operation_aborted)
                                 return;
                             link->m_IsOutputWaited = false;
-                            if (link->m_Owner)
-                                link->m_Owner->m_Pending |= TcpConnection::kWritable;
+                            link->tell(TcpConnection::kWritable);
                         });
 }
 
@@ -44,9 +42,16 @@ void TcpLink::connect(const asio::ip::tcp::endpoint& peer)
                            [link = TcpLinkRef(this)](const asio::error_code& fault)
                            {
                                link->m_ConnectResult = fault;
-                               if (link->m_Owner)
-                                   link->m_Owner->m_Pending |= TcpConnection::kConnected;
+                               link->tell(TcpConnection::kConnected);
                            });
+}
+
+void TcpLink::tell(unsigned char pending)
+{
+    if (!m_Owner)
+        return;
+    m_Owner->m_Pending |= pending;
+    m_Owner->ring();
 }
 
 void TcpLink::flushOwner()

@@ -28,6 +28,7 @@ struct TcpLink : Counted<TcpLink>
     void waitForOutput();
     void connect(const asio::ip::tcp::endpoint& peer);
     void flushOwner();
+    void tell(unsigned char pending);
     // Options of every connection of ours. A socket that has no such option goes without it.
     bool prepare();
     // Whether a call found nothing to do, which is no fault.

@@ -1,0 +1,40 @@
+// Which function a virtual call leads to, where the layout of the compiler is known.
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+
+namespace zet::platform
+{
+
+// The function that a call of this virtual member leads to with this object: another one where the class of the
+// object overrides it. Null where it cannot be told.
+template <class Class, class Function>
+const void* getVirtualTarget(const Class& object, Function Class::*member)
+{
+#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
+    // The C++ ABI of these compilers: a pointer to a virtual member is the place in the table, in bytes and odd, and
+    // what to add to the object.
+    struct
+    {
+        std::ptrdiff_t m_Place;
+        std::ptrdiff_t m_Adjustment;
+    } parts;
+    static_assert(sizeof parts == sizeof member);
+    std::memcpy(&parts, &member, sizeof parts);
+    if ((parts.m_Place & 1) == 0)
+        return nullptr;
+    const auto* const at = reinterpret_cast<const unsigned char*>(&object) + parts.m_Adjustment;
+    const unsigned char* table;
+    std::memcpy(&table, at, sizeof table);
+    const void* target;
+    std::memcpy(&target, table + parts.m_Place - 1, sizeof target);
+    return target;
+#else
+    static_cast<void>(object);
+    static_cast<void>(member);
+    return nullptr;
+#endif
+}
+
+} // namespace zet::platform
