@@ -5,6 +5,7 @@
 #include "tools/object_json.h"
 #include "tools/reading.h"
 #include "tools/schema_reader.h"
+#include "tools/schema_text.h"
 
 #include <cstdio>
 #include <fstream>
@@ -19,6 +20,8 @@ using nlohmann::ordered_json;
 using tools::ClassInfo;
 using tools::Family;
 using tools::Form;
+using tools::formsOf;
+using tools::idText;
 
 namespace
 {
@@ -34,71 +37,6 @@ const ClassInfo* classOf(const std::string& name)
     if (!info)
         std::cerr << "wirelens: no class " << name << "\n";
     return info;
-}
-
-std::string idText(const ClassInfo& info)
-{
-    char text[8];
-    std::snprintf(text, sizeof text, "0x%04x", info.m_Id);
-    return text;
-}
-
-std::string formsOf(const ClassInfo& info)
-{
-    std::string forms = tools::hasForm(info, Form::kCmd) ? "cmd" : "";
-    if (tools::hasForm(info, Form::kData))
-        forms += forms.empty() ? "data" : " data";
-    return forms;
-}
-
-const char* familyName(Family family)
-{
-    return family == Family::kCommand ? "command" : family == Family::kRecord ? "record" : "message";
-}
-
-std::string typeOf(const wire::Field& field)
-{
-    switch (field.kind)
-    {
-    case wire::Kind::kRecord:
-        return field.record->name;
-    case wire::Kind::kArray:
-        return typeOf(field.parts[0]) + "[" + std::to_string(field.extent) + "]";
-    case wire::Kind::kBytes:
-        return "unsigned char[" + std::to_string(field.extent) + "]";
-    case wire::Kind::kPair:
-        return "pair of " + typeOf(field.parts[0]);
-    case wire::Kind::kList:
-    case wire::Kind::kElementsOf:
-    {
-        const std::string element = typeOf(field.parts.back());
-        const std::string what = field.kind == wire::Kind::kList ? "list" : "elements";
-        return field.parts.size() == 2 ? what + " of " + typeOf(field.parts[0]) + " to " + element
-                                       : what + " of " + element;
-    }
-    case wire::Kind::kSizedItems:
-        return "items of " + typeOf(field.parts[0]);
-    case wire::Kind::kLiteral:
-        return "int, always " + std::to_string(field.extent);
-    default:
-        return wire::kindName(field.kind);
-    }
-}
-
-void printField(const wire::Field& field, const ordered_json& defaults)
-{
-    std::cout << "  " << (field.name.empty() ? "-" : field.name) << "  " << typeOf(field);
-    if (!field.name.empty() && field.kind != wire::Kind::kCountOf && defaults.contains(field.name))
-    {
-        const std::string value = defaults[field.name].dump();
-        std::cout << "  = " << (value.size() > 80 ? value.substr(0, 77) + "..." : value);
-    }
-    if (!field.words.empty())
-        std::cout << "  [" << field.words << "]";
-    std::cout << "\n";
-    if (field.kind == wire::Kind::kColumns || field.kind == wire::Kind::kInterleaved)
-        for (const wire::Field& part : field.parts)
-            printField(part, defaults);
 }
 
 ordered_json readLine(const std::string& line)
@@ -148,7 +86,7 @@ int catalogue(const std::vector<std::string>& arguments)
     {
         if (asJson)
         {
-            ordered_json row = {{"class", info.m_Name}, {"family", familyName(info.m_Family)}};
+            ordered_json row = {{"class", info.m_Name}, {"family", tools::familyName(info.m_Family)}};
             if (info.m_Family == Family::kCommand)
                 row.update({{"id", idText(info)}, {"base", info.m_Base}});
             else
@@ -163,7 +101,7 @@ int catalogue(const std::vector<std::string>& arguments)
         }
         else
         {
-            std::cout << familyName(info.m_Family) << "  " << info.m_Name << "  " << formsOf(info);
+            std::cout << tools::familyName(info.m_Family) << "  " << info.m_Name << "  " << formsOf(info);
             if (info.m_Family == Family::kMessage)
                 std::cout << "  in " << info.m_Base;
             std::cout << "\n";
@@ -179,17 +117,7 @@ int schema(const std::string& className)
     const ClassInfo* const info = classOf(className);
     if (!info)
         return 1;
-    const wire::Schema& schema = info->m_Wire();
-    const ordered_json defaults = tools::objectJson(schema, info->make().get());
-    std::cout << info->m_Name << "  " << familyName(info->m_Family);
-    if (info->m_Family == Family::kCommand)
-        std::cout << " " << idText(*info) << " on " << info->m_Base;
-    else
-        std::cout << "  " << formsOf(*info);
-    std::cout << "\n";
-    for (const wire::Field& field : schema.fields)
-        printField(field, defaults);
-    std::cout << "  smallest " << schema.smallest << " bytes\n";
+    std::cout << tools::schemaText(*info);
     return 0;
 }
 
