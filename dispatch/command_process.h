@@ -46,11 +46,3 @@ COMMONGROUND_API bool ProcessSocketCommand(CCmdHead& command, CCommandSocket* so
         Class command;                                                                                                 \
         return ProcessSocketCommand(command, socket, pk, handler, arg1, arg2);                                         \
     }
-
-// States the order of a command and defines all that COMMAND_INTERFACE declares. Goes with packaging/wire/order.h.
-#define WIRE_COMMAND(Class)                                                                                            \
-    COMMAND_PAIR(Class)                                                                                                \
-    WIRE_ORDER_CMD(Class)
-#define WIRE_COMMAND_READ_BY_HAND(Class)                                                                               \
-    COMMAND_PAIR(Class)                                                                                                \
-    WIRE_ORDER_CMD_READ_BY_HAND(Class)

@@ -93,6 +93,16 @@ unsigned int CCmdPackager::sizeWord() const
            (m_TargetAddress.isNull() ? 0 : kHasTarget);
 }
 
+long long CCmdPackager::GetFrameSize(const unsigned char* header)
+{
+    unsigned int word = 0;
+    for (int i = 0; i < 4; ++i)
+        word |= static_cast<unsigned int>(header[2 + i]) << 8 * i;
+    constexpr int kAddressSize = static_cast<int>(sizeof(zet::Uuid));
+    return kMinHeaderSize + (word & kHasFrom ? kAddressSize : 0) + (word & kHasTarget ? kAddressSize : 0) +
+           static_cast<long long>(word >> 2);
+}
+
 bool CCmdPackager::Send(zet::OutputStream& stream) const
 {
     if (m_iDataSize < 0 || m_iDataSize > kMaxDataSize)

@@ -33,8 +33,11 @@ public:
     static constexpr int kMaxTextUnits = 1000;
     // Bytes that a buffer value may have, read or written.
     static constexpr int kMaxBufferSize = 0xA00000;
-    // Bytes of a stream frame in front of the payload, at most.
-    static constexpr int kMaxHeaderSize = 38;
+    // Bytes of a stream frame in front of the payload: at least id and size word, at most both addresses too.
+    static constexpr int kMinHeaderSize = 6;
+    static constexpr int kMaxHeaderSize = kMinHeaderSize + 2 * static_cast<int>(sizeof(zet::Uuid));
+    // Bytes of the stream frame that begins with these kMinHeaderSize bytes, payload included.
+    static long long GetFrameSize(const unsigned char* header);
 
     CCmdPackager();
     CCmdPackager(const CCmdPackager& other) : CCmdPackager() { *this = other; }

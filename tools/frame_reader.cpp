@@ -1,6 +1,7 @@
 #include "tools/frame_reader.h"
 
 #include "framework/memory_stream.h"
+#include "framework/packet.h"
 #include "tools/object_json.h"
 #include "tools/reading.h"
 
@@ -29,13 +30,9 @@ ordered_json failure(size_t offset, const std::string& what)
 // Bytes that a stream frame takes, or 0 where its head is not whole yet.
 size_t streamFrameSize(std::string_view bytes)
 {
-    constexpr size_t kHead = 6;
-    if (bytes.size() < kHead)
+    if (bytes.size() < static_cast<size_t>(CCmdPackager::kMinHeaderSize))
         return 0;
-    unsigned word = 0;
-    for (size_t i = 0; i < 4; ++i)
-        word |= static_cast<unsigned>(static_cast<unsigned char>(bytes[2 + i])) << 8 * i;
-    return kHead + (word & 1 ? sizeof(zet::Uuid) : 0) + (word & 2 ? sizeof(zet::Uuid) : 0) + (word >> 2);
+    return static_cast<size_t>(CCmdPackager::GetFrameSize(reinterpret_cast<const unsigned char*>(bytes.data())));
 }
 
 bool receive(CCmdPackager& frame, std::string_view bytes)
@@ -79,7 +76,7 @@ int decodeStream(std::string_view bytes, const std::function<void(const ordered_
 
 int decodePackets(std::string_view bytes, const std::function<void(const ordered_json&)>& tell)
 {
-    constexpr size_t kLength = 4;
+    constexpr size_t kLength = zet::PacketWriter::kHeadSize;
     int frames = 0;
     for (size_t at = 0; at < bytes.size(); ++frames)
     {

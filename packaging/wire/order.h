@@ -97,8 +97,7 @@
     WIRE_READ(Class, CCmdPackager)                                                                                     \
     WIRE_WRITE(Class, CDataPackager) WIRE_READ(Class, CDataPackager) WIRE_SCHEMA(Class) WIRE_WALK(Class)
 
-// The same where Read cannot be told in words and stands by hand beside the order, with the reason.
-#define WIRE_ORDER_CMD_READ_BY_HAND(Class)                                                                             \
-    WIRE_DECLARE_WALK(Class) WIRE_WRITE(Class, CCmdPackager) WIRE_SCHEMA(Class) WIRE_WALK(Class)
-#define WIRE_ORDER_DATA_READ_BY_HAND(Class)                                                                            \
-    WIRE_DECLARE_WALK(Class) WIRE_WRITE(Class, CDataPackager) WIRE_SCHEMA(Class) WIRE_WALK(Class)
+// A command: its order, and the pair of functions that dispatch/command_process.h tells.
+#define WIRE_COMMAND(Class)                                                                                            \
+    COMMAND_PAIR(Class)                                                                                                \
+    WIRE_ORDER_CMD(Class)

@@ -6,6 +6,7 @@
 #include "packaging/wire/value_form.h"
 
 #include <array>
+#include <cassert>
 #include <map>
 #include <type_traits>
 #include <utility>
@@ -111,6 +112,7 @@ class PendingCounts
 public:
     void set(const void* list, int count)
     {
+        assert(m_Used < kMost && "an order holds back more counts than there is room for");
         if (m_Used < kMost)
             m_Entries[m_Used++] = {list, count};
     }
