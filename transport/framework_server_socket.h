@@ -37,8 +37,10 @@ public:
     const zet::String_T<wchar_t>& GetIP() const { return m_IP; }
     unsigned short GetPort() const { return m_Port; }
     int GetClientCount() const { return m_ClientSockets.getSize(); }
-    const ClientSockets* GetAllClientSocket() const { return &m_ClientSockets; }
-    const FrameworkSockets* GetAllFrameworkSocket() const { return &m_FrameworkSockets; }
+    // For looking up and for walks. Connections come and go by the operations of this class alone: a walker may call
+    // Abandon(), but not erase().
+    ClientSockets* GetAllClientSocket() const { return &m_ClientSockets; }
+    FrameworkSockets* GetAllFrameworkSocket() const { return &m_FrameworkSockets; }
     // Null where nobody has registered under the key.
     zet::Unknown::Handle_T<CFrameworkClientSocket> GetFrameworkSocket(zet::uuid_node_t node);
     // Registers a connection whose peer has told its id, once. Of two peers with one key the later one is found; when
@@ -56,8 +58,9 @@ public:
 protected:
     zet::String_T<wchar_t> m_IP;
     unsigned short m_Port;
-    ClientSockets m_ClientSockets;
-    FrameworkSockets m_FrameworkSockets;
+    // A walk is entered in the dictionary for as long as it lasts.
+    mutable ClientSockets m_ClientSockets;
+    mutable FrameworkSockets m_FrameworkSockets;
 
 private:
     class Walk;

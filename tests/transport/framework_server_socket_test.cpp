@@ -302,6 +302,30 @@ TEST(FrameworkServerSocket, AHandlerMayAbandonAnyConnectionAndTheServerGoesOn)
     EXPECT_EQ(net.m_Server->GetClientCount(), 2);
 }
 
+TEST(FrameworkServerSocket, AHostMayWalkOverAllAndAbandonSome)
+{
+    TickedNet ticked(4);
+    struct AbandonEverySecond : CFrameworkServerSocket::ClientSockets::Walker
+    {
+        explicit AbandonEverySecond(Server& server) : m_Server(server) {}
+        bool onEntry(CFrameworkClientSocket* const& key, zet::Unknown::Handle_T<CFrameworkClientSocket>& value) override
+        {
+            EXPECT_EQ(key, value.get());
+            if (m_Seen++ % 2 == 0)
+                m_Server.Abandon(key);
+            return true;
+        }
+        Server& m_Server;
+        int m_Seen = 0;
+    };
+    AbandonEverySecond walker(*ticked.m_Net.m_Server);
+    EXPECT_TRUE(ticked.m_Net.m_Server->GetAllClientSocket()->foreach(walker));
+    EXPECT_EQ(walker.m_Seen, 4);
+    EXPECT_EQ(ticked.m_Net.m_Server->GetClientCount(), 2);
+    ticked.m_Net.m_System.tick();
+    EXPECT_EQ(ticked.m_Log.size(), 2U);
+}
+
 TEST(FrameworkServerSocket, ASocketIsRegisteredOnceItsPeerHasToldItsId)
 {
     NoteAnalyser analyser;

@@ -211,6 +211,8 @@ void TcpConnection::joinReactor()
         link->m_Socket.assign(tcp::v4(), handle, fault);
     if (fault || !link->prepare())
     {
+        // The old socket takes the handle back, to be closed with it.
+        m_Link->m_Socket.assign(tcp::v4(), handle, fault);
         fail(kBroken);
         return;
     }

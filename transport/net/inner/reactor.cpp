@@ -74,7 +74,8 @@ void Reactor::wake()
 
 void Reactor::poll()
 {
-    m_Context.poll();
+    for (int i = 0; i < kHandlersPerPoll && m_Context.poll_one() > 0; ++i)
+        continue;
 }
 
 void Reactor::beginTick()

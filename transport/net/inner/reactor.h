@@ -34,7 +34,10 @@ public:
     void beginTick() override;
     void endTick() override;
 
-    // Runs what is ready. The handlers start no waits, so it ends once each socket has had its turn.
+    // What one poll() runs at most: news that come faster than they are taken wait for the next one.
+    static constexpr int kHandlersPerPoll = 16384;
+
+    // Runs what is ready.
     void poll();
     // For a socket that may be ticked outside its System's tick, where nobody has looked yet.
     void pollOutsideTick()
