@@ -117,14 +117,21 @@ TEST(TcpServer, MayListenAgainOnItsPortAfterClose)
     EXPECT_EQ(net.m_Server->getPort(), port);
 }
 
-TEST(TcpServer, WhoIsNotAcceptedIsTurnedAway)
+TEST(TcpServer, WhoIsNotAcceptedWaitsAndIsAnnouncedAgain)
 {
     Listening net;
     net.m_Server->m_OnAccept = [] {};
-    const StreamHandle stream = net.connect();
-    ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->m_Visits == 1; }));
-    ASSERT_TRUE(tickUntil(net.m_System, [&] { return stream->getConnectionState() != 2; }));
-    EXPECT_GE(stream->getConnectionState(), 3);
+    const StreamHandle first = net.connect();
+    const StreamHandle second = net.connect();
+    ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->m_Visits == 3; }));
+    EXPECT_EQ(first->getConnectionState(), 2);
+    const StreamHandle stream = new zet::TcpStream;
+    ASSERT_TRUE(net.m_Server->accept(stream));
+    ASSERT_EQ(first->send("me", 2), 2);
+    stream->start(&net.m_System);
+    EXPECT_TRUE(tickUntil(net.m_System, [&] { return stream->available() == 2; }));
+    net.m_Server->close();
+    EXPECT_TRUE(tickUntil(net.m_System, [&] { return second->getConnectionState() > 2; }));
 }
 
 TEST(TcpServer, AcceptWithNobodyThereIsFalse)

@@ -175,14 +175,16 @@ void TcpServer::onTick(unsigned int)
         return;
     for (int i = 0; i < kAcceptsPerTick; ++i)
     {
-        if (!m_Listener || !m_IsReady)
+        if (!m_Listener || (!m_Visitor && !m_IsReady))
             return;
-        const Visit come = visit();
+        const Visit come = m_Visitor ? kCome : visit();
         if (come == kNobody)
             return;
-        if (come == kCome)
-            onAccept();
-        dismiss();
+        if (come == kRefused)
+            continue;
+        onAccept();
+        if (m_Visitor)
+            return;
     }
     // There may be more, and nothing else says so.
     if (m_Reactor)

@@ -31,7 +31,7 @@ public:
     ~TcpServer() override;
 
     bool start(System* system) override;
-    // Calls onAccept() once for each connection that has come and has permission.
+    // Calls onAccept() for each connection that has come and has permission.
     void onTick(unsigned int tick) override;
     // Takes a listening handle over.
     bool attach(unsigned int handle) override;
@@ -43,12 +43,14 @@ public:
     // largest. False, and no handle, where it listens already or the port is not to be had.
     virtual bool listen(unsigned short port, int backlog);
     // Gives the next connection that has come to an object without one, through that object's attach(). False where
-    // nobody has come, or the object does not take it; nothing has changed then but that the visitor is gone.
+    // nobody has come and where the object has a connection, which changes nothing; and where attach() is false, which
+    // turns the visitor away.
     virtual bool accept(TcpConnection* connection);
     // Whether an address may connect. One on the reject list may not, unless it is on the permission list too; one on
     // neither may. So a reject rule of 0.0.0.0 0.0.0.0 lets in the permission list alone.
     virtual bool permission(const sockaddr_in& address);
-    // Someone has come: an override hands accept() an object for it. Who is not accepted here is turned away.
+    // Someone has come: an override hands accept() an object for it. Who is not accepted here waits, those behind him
+    // too, and is announced again with the next tick.
     virtual void onAccept();
 
     // A network and a mask; an address is on the list when it equals the network in all bits of the mask.
