@@ -15,9 +15,8 @@ void TraceCommand(const CCmdHead& command)
 void TraceSocketCommand(const CCmdHead& command, const zet::String_T<wchar_t>& peer)
 {
     const zet::platform::LocalTime now = zet::platform::getLocalTime();
-    const auto line =
-        zet::formatText(L"*** %04d/%02d/%02d %02d:%02d:%02d.%03d *** <<< (%s)", now.m_Year, now.m_Month, now.m_Day,
-                        now.m_Hour, now.m_Minute, now.m_Second, now.m_Milliseconds, peer);
+    const auto line = zet::formatText(L"*** %04d/%02d/%02d %02d:%02d:%02d.%03d *** <<< (%s)", now.m_Year, now.m_Month,
+                                      now.m_Day, now.m_Hour, now.m_Minute, now.m_Second, now.m_Milliseconds, peer);
     zet::platform::writeConsole(line.getBuffer(), line.getLength());
     command.OutDebug(stdout);
 }

@@ -8,7 +8,7 @@
 // are on the wire today, so both stay.
 #pragma once
 
-#define COMMONGROUND_VALUE_OPERATIONS                                                                                   \
+#define COMMONGROUND_VALUE_OPERATIONS                                                                                  \
     bool Write(bool value);                                                                                            \
     bool Write(char value);                                                                                            \
     bool Write(unsigned char value);                                                                                   \

@@ -7,7 +7,10 @@ namespace tools
 {
 
 template <class T, class P>
-concept Readable = requires(T& object, P* packager) { object.Read(packager); };
+concept Readable = requires(T& object, P* packager)
+{
+    object.Read(packager);
+};
 
 template <class T>
 ClassInfo infoOf(const char* name, Family family, const char* base)
@@ -27,7 +30,8 @@ ClassInfo infoOf(const char* name, Family family, const char* base)
     if constexpr (Readable<T, CCmdPackager>)
     {
         info.m_ReadCmd = [](void* object, CCmdPackager& pk) { return static_cast<T*>(object)->Read(&pk); };
-        info.m_WriteCmd = [](const void* object, CCmdPackager& pk) { return static_cast<const T*>(object)->Write(&pk); };
+        info.m_WriteCmd = [](const void* object, CCmdPackager& pk)
+        { return static_cast<const T*>(object)->Write(&pk); };
     }
     if constexpr (Readable<T, CDataPackager>)
     {

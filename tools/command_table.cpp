@@ -15,7 +15,10 @@ namespace
 {
 
 template <class T>
-concept Landed = requires { sizeof(T); };
+concept Landed = requires
+{
+    sizeof(T);
+};
 
 template <class T>
 void add(std::vector<ClassInfo>& table, unsigned short id, const char* name, const char* base, auto pair)

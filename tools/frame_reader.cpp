@@ -50,9 +50,9 @@ bool tellStreamFrame(std::string_view bytes, size_t offset, size_t size,
     CCmdPackager frame;
     if (size == 0 || size > bytes.size() || !receive(frame, bytes.substr(0, size)))
     {
-        tell(failure(offset, size > bytes.size() ? "frame of " + std::to_string(size) + " bytes, had " +
-                                                       std::to_string(bytes.size())
-                                                 : "no whole frame head"));
+        tell(failure(offset, size > bytes.size()
+                                 ? "frame of " + std::to_string(size) + " bytes, had " + std::to_string(bytes.size())
+                                 : "no whole frame head"));
         return false;
     }
     ordered_json json = {{"offset", offset}};
@@ -91,7 +91,8 @@ int decodePackets(std::string_view bytes, const std::function<void(const ordered
         at += kLength;
         if (length > bytes.size() - at)
         {
-            tell(failure(at, "packet of " + std::to_string(length) + " bytes, had " + std::to_string(bytes.size() - at)));
+            tell(failure(at,
+                         "packet of " + std::to_string(length) + " bytes, had " + std::to_string(bytes.size() - at)));
             break;
         }
         if (!tellStreamFrame(bytes.substr(at, length), at, streamFrameSize(bytes.substr(at, length)), tell))
@@ -165,8 +166,9 @@ ordered_json describeCommand(const CCmdPackager& frame, bool openInner)
     }
     json["class"] = shown->m_Name;
     if (!reading.m_Read || reading.m_Consumed != reading.m_Size)
-        json["error"] = !reading.m_Read ? "refused by Read" : std::to_string(reading.m_Size - reading.m_Consumed) +
-                                                                  " bytes behind the last field";
+        json["error"] = !reading.m_Read
+                            ? "refused by Read"
+                            : std::to_string(reading.m_Size - reading.m_Consumed) + " bytes behind the last field";
     json["fields"] = objectJson(shown->m_Wire(), reading.m_Object.get());
     if (openInner)
         if (ordered_json inner = innerFrame(shown->m_Wire(), json["fields"]); !inner.is_null())

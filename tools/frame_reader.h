@@ -13,14 +13,15 @@ namespace tools
 
 enum class Framing
 {
-    kStream,   // stream frames back to back
-    kPackets,  // each behind the 32-bit little-endian length of the connection's packets
-    kDatagram  // one datagram frame an input
+    kStream,  // stream frames back to back
+    kPackets, // each behind the 32-bit little-endian length of the connection's packets
+    kDatagram // one datagram frame an input
 };
 
 // Hands every frame's description to tell, one JSON object each, and returns how many there were.
 // A cut or refused frame is told as an object with "error" and ends the input.
-int decodeFrames(std::string_view bytes, Framing framing, const std::function<void(const nlohmann::ordered_json&)>& tell);
+int decodeFrames(std::string_view bytes, Framing framing,
+                 const std::function<void(const nlohmann::ordered_json&)>& tell);
 
 // A received command: its id, addresses, size, and the fields as the class that fits reads them; of a doubled id
 // whichever class takes the payload exactly. A command that carries a whole frame shows it as "inner", one level down.

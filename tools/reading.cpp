@@ -9,7 +9,8 @@ namespace
 template <class P>
 std::string bytesOf(const P& packager)
 {
-    return std::string(reinterpret_cast<const char*>(packager.GetBuffer()), static_cast<size_t>(packager.GetDataSize()));
+    return std::string(reinterpret_cast<const char*>(packager.GetBuffer()),
+                       static_cast<size_t>(packager.GetDataSize()));
 }
 
 template <class P>

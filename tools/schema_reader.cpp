@@ -119,7 +119,8 @@ private:
         case Kind::kArray:
             return repeated(field.parts[0], name, field.extent);
         case Kind::kPair:
-            return ordered_json::array({value(field.parts[0], name + ".first"), value(field.parts[1], name + ".second")});
+            return ordered_json::array(
+                {value(field.parts[0], name + ".first"), value(field.parts[1], name + ".second")});
         case Kind::kList:
             return elements(field, name, static_cast<int>(number(4, name + "(count)")));
         default:
@@ -179,9 +180,8 @@ private:
                     const int width = flat ? 1 : table.parts[0].extent;
                     if (width < widest && column >= width)
                         continue;
-                    ordered_json json_cell =
-                        value(cell, path + table.name + "[" + std::to_string(row) + "]" +
-                                        (flat ? "" : "[" + std::to_string(column) + "]"));
+                    ordered_json json_cell = value(cell, path + table.name + "[" + std::to_string(row) + "]" +
+                                                             (flat ? "" : "[" + std::to_string(column) + "]"));
                     if (row < table.extent && column < width)
                         lines[i].push_back(std::move(json_cell));
                 }
@@ -221,8 +221,9 @@ private:
     {
         const size_t from = m_At;
         const uint32_t bits = bigEndian(size, name);
-        const int32_t value =
-            size == 1 ? static_cast<int32_t>(bits) : size == 2 ? static_cast<int16_t>(bits) : static_cast<int32_t>(bits);
+        const int32_t value = size == 1   ? static_cast<int32_t>(bits)
+                              : size == 2 ? static_cast<int16_t>(bits)
+                                          : static_cast<int32_t>(bits);
         tell(from, name, std::to_string(value));
         return bits;
     }
@@ -261,8 +262,8 @@ private:
         bool ended = false;
         for (uint32_t i = 0; i < count; ++i)
         {
-            const uint32_t unit =
-                static_cast<unsigned char>(units[2 * i]) | static_cast<uint32_t>(static_cast<unsigned char>(units[2 * i + 1])) << 8;
+            const uint32_t unit = static_cast<unsigned char>(units[2 * i]) |
+                                  static_cast<uint32_t>(static_cast<unsigned char>(units[2 * i + 1])) << 8;
             ended = ended || unit == 0;
             if (ended)
                 continue;

@@ -16,7 +16,11 @@ class FloorWriter
 public:
     explicit FloorWriter(std::vector<unsigned char>& out) : m_Out(out), m_At(out.data()) {}
 
-    void u8(unsigned value) { *need(1) = static_cast<unsigned char>(value); m_At += 1; }
+    void u8(unsigned value)
+    {
+        *need(1) = static_cast<unsigned char>(value);
+        m_At += 1;
+    }
     void u16(unsigned value)
     {
         unsigned char* at = need(2);

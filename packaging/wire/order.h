@@ -73,9 +73,9 @@
 #define WIRE_SCHEMA_BY(Class, Instance)                                                                                \
     const wire::Schema& Class::Wire()                                                                                  \
     {                                                                                                                  \
-        static const wire::Schema schema = wire::describe<Class, Instance>(                                            \
-            #Class, [](wire::Describer& describer, const Class& record)                                                \
-            { WalkOrder(describer, record, wire::Order<Class>()); });                                                  \
+        static const wire::Schema schema =                                                                             \
+            wire::describe<Class, Instance>(#Class, [](wire::Describer& describer, const Class& record)                \
+                                            { WalkOrder(describer, record, wire::Order<Class>()); });                  \
         return schema;                                                                                                 \
     }
 #define WIRE_SCHEMA(Class) WIRE_SCHEMA_BY(Class, Class)

@@ -133,7 +133,8 @@ public:
     template <class First, class... C>
     bool Columns(const char*, First& first, C&... rest)
     {
-        const int64_t row = smallest<typename First::value_type>() + (int64_t(0) + ... + smallest<typename C::value_type>());
+        const int64_t row =
+            smallest<typename First::value_type>() + (int64_t(0) + ... + smallest<typename C::value_type>());
         const size_t rows = static_cast<size_t>(boundedCount(m_Counts.get(&first), Access::left(m_Packager), row));
         first.clear();
         first.resize(rows);
@@ -168,8 +169,7 @@ public:
             return true;
         // Columns beyond the narrow tables hold a cell of each full table only.
         constexpr int64_t full = ((std::extent_v<First, 1> == Columns) + ... + (std::extent_v<T, 1> == Columns));
-        const int64_t cells =
-            boundedCount(int64_t(rows) * columns, Access::left(m_Packager), smallest<Cell>() * full);
+        const int64_t cells = boundedCount(int64_t(rows) * columns, Access::left(m_Packager), smallest<Cell>() * full);
         for (int64_t cell = 0; cell < cells; ++cell)
         {
             tableCell<Columns>(first, cell / columns, cell % columns);

@@ -22,26 +22,26 @@ enum class Kind
     kShort,
     kWord,
     kInt,
-    kLong,  // 32 bits, unsigned
+    kLong, // 32 bits, unsigned
     kFloat,
     kText,
     kUuid,
     kNode,
-    kBuffer,   // size and bytes
-    kBytes,    // as many raw bytes as extent says
-    kRecord,   // the fields of record
-    kArray,    // extent times parts[0]
-    kPair,     // parts in order
-    kList,     // count, then that many parts[0]; of a map of values parts[0] is the key and parts[1] the value
-    kCountOf,  // the count of the list of the same name
-    kElementsOf, // the elements of the list whose count came before
-    kColumns,  // as many rows as the count of parts[0]'s list said, each row one element of each part
+    kBuffer,      // size and bytes
+    kBytes,       // as many raw bytes as extent says
+    kRecord,      // the fields of record
+    kArray,       // extent times parts[0]
+    kPair,        // parts in order
+    kList,        // count, then that many parts[0]; of a map of values parts[0] is the key and parts[1] the value
+    kCountOf,     // the count of the list of the same name
+    kElementsOf,  // the elements of the list whose count came before
+    kColumns,     // as many rows as the count of parts[0]'s list said, each row one element of each part
     kInterleaved, // counts (as many as literals), then for each cell one element of each part
-    kLiteral,  // an int that no member keeps; extent is what a writer sends
-    kVersion,  // the head's version word
-    kPayload,  // size and bytes of a packager
-    kSizedBytes, // as many bytes as the int member at sizeOffset says
-    kSizedItems  // as many parts[0] as the int member at sizeOffset says, which was sent earlier
+    kLiteral,     // an int that no member keeps; extent is what a writer sends
+    kVersion,     // the head's version word
+    kPayload,     // size and bytes of a packager
+    kSizedBytes,  // as many bytes as the int member at sizeOffset says
+    kSizedItems   // as many parts[0] as the int member at sizeOffset says, which was sent earlier
 };
 
 // Walks the elements of a container: key (null in a sequence) and value of each.

@@ -38,7 +38,7 @@ inline constexpr int kFixedSize<zet::Uuid> = 16;
 template <>
 inline constexpr int kFixedSize<zet::uuid_node_t> = 6;
 template <class T, size_t N>
-inline constexpr int kFixedSize<T[N]> = kFixedSize<T> * static_cast<int>(N);
+inline constexpr int kFixedSize<T[N]> = kFixedSize<T>* static_cast<int>(N);
 
 template <class T>
 void store(unsigned char* at, const T& value)

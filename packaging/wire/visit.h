@@ -23,7 +23,7 @@ struct Order
 
 // An array of bytes travels in one piece: cut, it is not read at all.
 template <class T>
-inline constexpr bool kIsRawBytes = std::is_same_v<std::remove_extent_t<T>, unsigned char> && std::is_array_v<T>;
+inline constexpr bool kIsRawBytes = std::is_same_v<std::remove_extent_t<T>, unsigned char>&& std::is_array_v<T>;
 
 template <class T>
 inline constexpr bool kIsPair = false;
@@ -39,7 +39,10 @@ inline constexpr bool kIsValue =
 
 // A class with an order of its own.
 template <class T>
-concept Record = std::is_class_v<T> && requires { T::Wire(); };
+concept Record = std::is_class_v<T> && requires
+{
+    T::Wire();
+};
 
 // Bytes of the smallest value of T.
 template <class T>

@@ -183,13 +183,14 @@ TEST_F(Analyser, WhatAHandlerThrowsEndsWithItsCommand)
 TEST_F(Analyser, HighestIdIsDispatched)
 {
     const auto analyser = std::make_unique<CCmdAnalyser>();
-    analyser->Install(kCommandIdLimit - 1,
-                      [](CCmdPackager*, CmdHandler, unsigned long arg1, unsigned long)
-                      {
-                          ++seenIn(arg1).m_Handled;
-                          return true;
-                      },
-                      onEcho);
+    analyser->Install(
+        kCommandIdLimit - 1,
+        [](CCmdPackager*, CmdHandler, unsigned long arg1, unsigned long)
+        {
+            ++seenIn(arg1).m_Handled;
+            return true;
+        },
+        onEcho);
     pk.SetCmdID(kCommandIdLimit - 1);
     analyser->Analyse(pk, arg(), 0);
     EXPECT_EQ(seen.m_Handled, 1);

@@ -140,7 +140,7 @@ TEST(CmdPackager, DatagramWithoutAddressesComesBackAsItWent)
     EXPECT_TRUE(pk.Write(1) && pk.Write(zet::String_T<wchar_t>(L"datagram")));
     const Bytes bytes = packed(pk);
     CCmdPackager back;
-    EXPECT_EQ(back.Unpack(bytes.data(), static_cast<int>(bytes.size())), static_cast<int>(bytes.size()) );
+    EXPECT_EQ(back.Unpack(bytes.data(), static_cast<int>(bytes.size())), static_cast<int>(bytes.size()));
     EXPECT_EQ(back.GetCmdID(), 0x1234);
     EXPECT_EQ(payload(back), payload(pk));
     EXPECT_EQ(back.GetReadPointer(), 0);

@@ -34,7 +34,8 @@ TEST_F(DataPackager, NumbersAreBigEndian)
     EXPECT_TRUE(pk.Write(static_cast<unsigned short>(0x1234)));
     EXPECT_TRUE(pk.Write(-3));
     EXPECT_TRUE(pk.Write(0x89ABCDEFul));
-    EXPECT_EQ(bytesOf(pk), (Bytes{1, 0x41, 0xFE, 0xFF, 0xFE, 0x12, 0x34, 0xFF, 0xFF, 0xFF, 0xFD, 0x89, 0xAB, 0xCD, 0xEF}));
+    EXPECT_EQ(bytesOf(pk),
+              (Bytes{1, 0x41, 0xFE, 0xFF, 0xFE, 0x12, 0x34, 0xFF, 0xFF, 0xFF, 0xFD, 0x89, 0xAB, 0xCD, 0xEF}));
 
     bool flag = false;
     char letter = 0;
@@ -68,7 +69,10 @@ TEST_F(DataPackager, FloatIsALengthAndSixDecimals)
 {
     EXPECT_TRUE(pk.Write(0.0f));
     EXPECT_TRUE(pk.Write(-1.25f));
-    const std::string text("\x08" "0.000000" "\x09" "-1.250000");
+    const std::string text("\x08"
+                           "0.000000"
+                           "\x09"
+                           "-1.250000");
     EXPECT_EQ(bytesOf(pk), Bytes(text.begin(), text.end()));
     float value = 5;
     EXPECT_TRUE(pk.Read(&value));
@@ -120,15 +124,16 @@ TEST_F(DataPackager, Count15DecodesByPointer)
 
 TEST_F(DataPackager, Count30HasOneToFourBytes)
 {
-    for (const unsigned long value : {0x3Ful, 0x40ul, 0x3FFFul, 0x4000ul, 0x3FFFFFul, 0x400000ul, 0x3FFFFFFFul, 0x40000000ul})
+    for (const unsigned long value :
+         {0x3Ful, 0x40ul, 0x3FFFul, 0x4000ul, 0x3FFFFFul, 0x400000ul, 0x3FFFFFFFul, 0x40000000ul})
         EXPECT_TRUE(pk.Write30(value));
-    EXPECT_EQ(bytesOf(pk), (Bytes{0x3F,                          //
-                                  0x40, 0x40,                    //
-                                  0x7F, 0xFF,                    //
-                                  0x80, 0x40, 0x00,              //
-                                  0xBF, 0xFF, 0xFF,              //
-                                  0xC0, 0x40, 0x00, 0x00,        //
-                                  0xFF, 0xFF, 0xFF, 0xFF,        //
+    EXPECT_EQ(bytesOf(pk), (Bytes{0x3F,                   //
+                                  0x40, 0x40,             //
+                                  0x7F, 0xFF,             //
+                                  0x80, 0x40, 0x00,       //
+                                  0xBF, 0xFF, 0xFF,       //
+                                  0xC0, 0x40, 0x00, 0x00, //
+                                  0xFF, 0xFF, 0xFF, 0xFF, //
                                   0x00}));
     for (const unsigned long expected : {0x3Ful, 0x40ul, 0x3FFFul, 0x4000ul, 0x3FFFFFul, 0x400000ul, 0x3FFFFFFFul, 0ul})
     {
@@ -221,8 +226,8 @@ TEST_F(DataPackager, FillsToTheLastByteAndThenTellsTheLog)
     const test::LogLines log;
     EXPECT_FALSE(pk.Write(true));
     EXPECT_EQ(pk.GetDataSize(), 0x10000);
-    EXPECT_TRUE(log.has(zet::Log::kError,
-                        L"CDataPackager Alloc Error: m_iBufSize 65536, m_iDataSize 65536, allocSize 1"));
+    EXPECT_TRUE(
+        log.has(zet::Log::kError, L"CDataPackager Alloc Error: m_iBufSize 65536, m_iDataSize 65536, allocSize 1"));
 }
 
 TEST_F(DataPackager, FloatAtTheEndTakesOnlyItsOwnBytes)

@@ -95,9 +95,10 @@ TEST(FloatText, EdgesOfTheFormat)
 
 TEST(FloatText, TextFromElsewhereScansAsScanfWould)
 {
-    const char* const texts[] = {"1e5",   "1e",    " 12.5x", "+3",  "-.5",  ".",     "0x1p3", "0x1.8p", "inf",  "infinity",
-                                 "nan",   "1e999", "-1e999", "--1", "1..2", "",      "-",     "1e+",    "5.",   "1e-999",
-                                 "00001", "1,5",   "\t4",    "e5",  "0e",   "1e5e5", "0.1.2", "1 2",    "1e-5", "123456789012.345678"};
+    const char* const texts[] = {
+        "1e5",   "1e",    " 12.5x", "+3",  "-.5",  ".",     "0x1p3", "0x1.8p", "inf",  "infinity",
+        "nan",   "1e999", "-1e999", "--1", "1..2", "",      "-",     "1e+",    "5.",   "1e-999",
+        "00001", "1,5",   "\t4",    "e5",  "0e",   "1e5e5", "0.1.2", "1 2",    "1e-5", "123456789012.345678"};
     for (const char* const text : texts)
     {
         float expected = -7;
@@ -111,7 +112,9 @@ TEST(FloatText, TextFromElsewhereScansAsScanfWould)
 TEST(FloatText, ScanStopsAtAZeroByte)
 {
     float value = 0;
-    EXPECT_TRUE(wire::scanFloat("12\0" "34", 5, value));
+    EXPECT_TRUE(wire::scanFloat("12\0"
+                                "34",
+                                5, value));
     EXPECT_EQ(value, 12.0f);
 }
 

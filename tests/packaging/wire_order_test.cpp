@@ -294,7 +294,8 @@ TEST(WireOrder, CountBelowOneLeavesTheListAsItWas)
 TEST(WireOrder, KeyedMapKeepsTheLaterOfTwoElementsAndWritesInKeyOrder)
 {
     KeyedMap record;
-    EXPECT_TRUE(readInto(record, number(3) + number(9) + number(1) + number(4) + number(2) + number(9) + number(3)).m_Read);
+    EXPECT_TRUE(
+        readInto(record, number(3) + number(9) + number(1) + number(4) + number(2) + number(9) + number(3)).m_Read);
     ASSERT_EQ(record.m_List.size(), 2u);
     EXPECT_EQ(written(record), number(2) + number(4) + number(2) + number(9) + number(3));
 }

@@ -56,7 +56,7 @@ Form carriedForm(const ClassInfo& message, const ClassInfo& envelope)
 {
     // A class with both forms rides in whichever packager its envelope has; the command packager is in all but a few.
     return tools::hasForm(message, Form::kCmd) && std::string(envelope.m_Name) != "CCmdVoidDataRequest" ? Form::kCmd
-                                                                                                       : Form::kData;
+                                                                                                        : Form::kData;
 }
 
 TEST(EnvelopeSweep, EveryMessageArrivesInItsEnvelope)

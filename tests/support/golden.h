@@ -52,7 +52,8 @@ public:
 private:
     void load(const std::string& path);
     std::string items(const Vector& vector, const std::string& text, Width width) const;
-    void addMeaning(const Vector& vector, const std::pair<std::string, std::string>& line, nlohmann::json& members) const;
+    void addMeaning(const Vector& vector, const std::pair<std::string, std::string>& line,
+                    nlohmann::json& members) const;
     std::string resolved(const Vector& vector, const std::string& value) const;
 
     std::vector<Vector> m_Vectors;

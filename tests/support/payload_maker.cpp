@@ -120,7 +120,8 @@ void PayloadMaker::value(const Field& field)
     {
         char digits[64];
         // A quarter has an exact text, so that it is written again as it came.
-        const int length = std::snprintf(digits, sizeof digits, "%f", (static_cast<int>(m_Random() % 100000) - 50000) / 4.0);
+        const int length =
+            std::snprintf(digits, sizeof digits, "%f", (static_cast<int>(m_Random() % 100000) - 50000) / 4.0);
         number(1, static_cast<unsigned>(length));
         m_Made.m_Bytes.append(digits, static_cast<size_t>(length));
         return;

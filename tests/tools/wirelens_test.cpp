@@ -19,8 +19,8 @@ struct Answer
 
 std::string fileOf(const std::string& content)
 {
-    const std::string path = testing::TempDir() + "wirelens_" +
-                             testing::UnitTest::GetInstance()->current_test_info()->name() + ".txt";
+    const std::string path =
+        testing::TempDir() + "wirelens_" + testing::UnitTest::GetInstance()->current_test_info()->name() + ".txt";
     std::ofstream(path, std::ios::binary) << content;
     return path;
 }
@@ -28,8 +28,7 @@ std::string fileOf(const std::string& content)
 // Runs wirelens with the input on its standard input.
 Answer wirelens(const std::string& arguments, const std::string& input = "")
 {
-    const std::string command =
-        COMMONGROUND_BUILD_DIR "/wirelens " + arguments + " < " + fileOf(input) + " 2>&1";
+    const std::string command = COMMONGROUND_BUILD_DIR "/wirelens " + arguments + " < " + fileOf(input) + " 2>&1";
     Answer run;
     FILE* const pipe = popen(command.c_str(), "r");
     std::array<char, 4096> block;
@@ -48,9 +47,10 @@ nlohmann::ordered_json json(const std::string& text)
 TEST(Wirelens, ReadsAPayloadAndWritesItAgain)
 {
     const Answer run = wirelens("read", "CCmdHostnameRequest cmd 0002000709\n");
-    EXPECT_EQ(run.m_Output, "{\"class\":\"CCmdHostnameRequest\",\"form\":\"cmd\",\"read\":true,\"consumed\":5,\"size\":5,"
-                            "\"fields\":{\"m_ClientIndex\":7,\"m_ServerType\":9},\"write\":true,"
-                            "\"rewrite\":\"0002000709\"}\n");
+    EXPECT_EQ(run.m_Output,
+              "{\"class\":\"CCmdHostnameRequest\",\"form\":\"cmd\",\"read\":true,\"consumed\":5,\"size\":5,"
+              "\"fields\":{\"m_ClientIndex\":7,\"m_ServerType\":9},\"write\":true,"
+              "\"rewrite\":\"0002000709\"}\n");
     EXPECT_EQ(run.m_Code, 0);
 }
 
