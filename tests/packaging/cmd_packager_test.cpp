@@ -210,6 +210,8 @@ TEST(CmdPackager, PayloadBeyond65536BytesMovesToABlockOf131072)
 TEST(CmdPackager, LargestPayloadFitsAndOneMoreByteIsRefusedWithItsText)
 {
     CCmdPackager pk;
+    // At once, since growing there in steps of 64 KiB copies the payload a few thousand times.
+    ASSERT_TRUE(pk.Alloc(CCmdPackager::kMaxDataSize));
     const Bytes block(1 << 20);
     for (int i = 0; i < 255; ++i)
         ASSERT_TRUE(pk.Write(block.data(), 1 << 20));
