@@ -33,7 +33,7 @@ public:
             out[i] = static_cast<T>(digits[i]);
     }
     String_T(const String_T& other) : String_T() { assign(other.m_Text, other.m_Length); }
-    String_T(String_T&& other) noexcept : String_T() { swap(other); }
+    String_T(String_T&& other) noexcept : String_T() { take(other); }
     ~String_T() { release(); }
 
     String_T& operator=(const String_T& other)
@@ -47,7 +47,7 @@ public:
         if (this != &other)
         {
             clear();
-            swap(other);
+            take(other);
         }
         return *this;
     }
@@ -171,16 +171,9 @@ public:
 
     void swap(String_T& other) noexcept
     {
-        const bool mine = isInline();
-        const bool theirs = other.isInline();
-        std::swap(m_Text, other.m_Text);
-        std::swap(m_Length, other.m_Length);
-        std::swap(m_Capacity, other.m_Capacity);
-        std::swap(m_Inline, other.m_Inline);
-        if (theirs)
-            m_Text = m_Inline;
-        if (mine)
-            other.m_Text = other.m_Inline;
+        String_T mine(std::move(*this));
+        take(other);
+        other.take(mine);
     }
 
 private:
@@ -236,6 +229,22 @@ private:
     String_T(const T* text, int length, int) : String_T()
     {
         std::memcpy(resizeForOverwrite(length), text, static_cast<size_t>(length) * sizeof(T));
+    }
+    // Moves the text of other into this one, which is empty and inside itself; other is empty afterwards.
+    // Of the room inside only the units that have a value are touched.
+    void take(String_T& other) noexcept
+    {
+        if (other.isInline())
+        {
+            std::memcpy(m_Inline, other.m_Inline, static_cast<size_t>(other.m_Length + 1) * sizeof(T));
+        }
+        else
+        {
+            m_Text = std::exchange(other.m_Text, other.m_Inline);
+            m_Capacity = std::exchange(other.m_Capacity, kInlineUnits);
+        }
+        m_Length = std::exchange(other.m_Length, 0);
+        other.m_Inline[0] = T();
     }
     void append(const T* text, int length)
     {
