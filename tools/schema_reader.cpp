@@ -180,8 +180,10 @@ private:
                     const int width = flat ? 1 : table.parts[0].extent;
                     if (width < widest && column >= width)
                         continue;
-                    ordered_json json_cell = value(cell, path + table.name + "[" + std::to_string(row) + "]" +
-                                                             (flat ? "" : "[" + std::to_string(column) + "]"));
+                    std::string place = path + table.name + "[" + std::to_string(row) + "]";
+                    if (!flat)
+                        place.append("[").append(std::to_string(column)).append("]");
+                    ordered_json json_cell = value(cell, place);
                     if (row < table.extent && column < width)
                         lines[i].push_back(std::move(json_cell));
                 }

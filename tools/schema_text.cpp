@@ -90,7 +90,10 @@ std::string schemaText(const ClassInfo& info)
     const wire::Schema& schema = info.m_Wire();
     const ordered_json defaults = objectJson(schema, info.make().get());
     std::string out = std::string(info.m_Name) + "  " + familyName(info.m_Family);
-    out += info.m_Family == Family::kCommand ? " " + idText(info) + " on " + info.m_Base : "  " + formsOf(info);
+    if (info.m_Family == Family::kCommand)
+        out.append(" ").append(idText(info)).append(" on ").append(info.m_Base);
+    else
+        out.append("  ").append(formsOf(info));
     out += "\n";
     for (const wire::Field& field : schema.fields)
         addField(out, field, defaults);
