@@ -1,0 +1,382 @@
+// Dispatching a command whose payload is in memory against reading it by hand: the commonest commands of races and
+// devices, and an envelope whose handler opens the message inside. Both sides add up what they have read, and the sums
+// must agree.
+#include "bench/support/floor_codec.h"
+#include "bench/support/rounds.h"
+#include "commands/camera.h"
+#include "commands/device.h"
+#include "commands/race_pawn.h"
+#include "dispatch/analyser.h"
+#include "packs/envelope.h"
+#include "packs/home.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <random>
+
+namespace
+{
+
+constexpr int kRecords = 64;
+
+// What was read, added up: keeps both sides honest and neither from being optimised away.
+double g_Sum = 0;
+
+// The parts of a head with the checks that the format asks for.
+struct FloorHead
+{
+    std::wstring m_Name;
+    unsigned m_Index = 0;
+    unsigned char m_Address[16] = {};
+};
+
+bool readShortHead(bench::FloorReader& in, FloorHead& head)
+{
+    const bool version = in.u16() == 2;
+    head.m_Index = in.u16();
+    return version && in.good();
+}
+
+bool readHead(bench::FloorReader& in, FloorHead& head)
+{
+    const bool good = readShortHead(in, head);
+    in.bytes(head.m_Address, sizeof head.m_Address);
+    in.text(head.m_Name);
+    return good && in.good();
+}
+
+double sumOf(const FloorHead& head)
+{
+    return head.m_Index + head.m_Address[3] + static_cast<double>(head.m_Name.size());
+}
+
+double sumOf(const CCmdPlatform& head)
+{
+    return head.m_ClientIndex + reinterpret_cast<const unsigned char*>(&head.m_ClientAddress)[3] +
+           head.m_AccountName.getLength();
+}
+
+// Hands the same 64 commands to an analyser and to a function that reads them by hand.
+template <class Command, class Fill, class Sum, class Floor>
+void benchCommand(const char* name, CmdProcess process, Fill fill, Sum, Floor floor)
+{
+    std::mt19937 random(7);
+    std::vector<std::unique_ptr<CCmdPackager>> commands;
+    for (int i = 0; i < kRecords; ++i)
+    {
+        Command command;
+        fill(command, random);
+        commands.push_back(std::make_unique<CCmdPackager>());
+        commands.back()->SetCmdID(command.GetID());
+        if (!command.Write(commands.back().get()))
+        {
+            std::fprintf(stderr, "%s does not write itself\n", name);
+            std::exit(1);
+        }
+    }
+    const auto analyser = std::make_unique<CCmdAnalyser>();
+    const unsigned short id = commands.front()->GetCmdID();
+    analyser->Install(id, process,
+                      [](CCmdHead* command, unsigned long, unsigned long)
+                      { g_Sum += Sum()(*static_cast<Command*>(command)); });
+
+    const auto own = [&]
+    {
+        for (const auto& command : commands)
+        {
+            command->Reset();
+            analyser->Analyse(*command, 0, 0);
+        }
+    };
+    const auto byHand = [&]
+    {
+        for (const auto& command : commands)
+        {
+            bench::FloorReader in(command->GetBuffer(), static_cast<size_t>(command->GetDataSize()));
+            g_Sum += floor(in);
+        }
+    };
+    g_Sum = 0;
+    own();
+    const double ownSum = std::exchange(g_Sum, 0.0);
+    byHand();
+    if (ownSum != std::exchange(g_Sum, 0.0) || ownSum == 0)
+    {
+        std::fprintf(stderr, "the floor and the library disagree on %s\n", name);
+        std::exit(1);
+    }
+    bench::compare(name, kRecords, own, byHand);
+}
+
+void fillHead(CCmdPlatform& command, std::mt19937& random)
+{
+    command.m_ClientIndex = static_cast<unsigned short>(random());
+    reinterpret_cast<unsigned char*>(&command.m_ClientAddress)[3] = static_cast<unsigned char>(random());
+    command.m_AccountName = L"runner";
+}
+
+float positionOf(std::mt19937& random)
+{
+    return static_cast<float>(random() % 1000000) / 1000.0f;
+}
+
+void benchRace()
+{
+    using Running = CCmdGS_PawnRunning;
+    struct SumOfRunning
+    {
+        double operator()(const Running& command) const
+        {
+            double sum = sumOf(command) + static_cast<double>(command.m_Float1);
+            for (const short value : command.m_Values)
+                sum += value;
+            return sum;
+        }
+    };
+    benchCommand<Running>(
+        "CCmdGS_PawnRunning", Running::CCmdGS_PawnRunning_Process,
+        [](Running& command, std::mt19937& random)
+        {
+            fillHead(command, random);
+            for (int i = 0; i < 4; ++i)
+                command.m_Values.push_back(static_cast<short>(random()));
+            command.m_Float1 = positionOf(random);
+        },
+        SumOfRunning(),
+        [](bench::FloorReader& in)
+        {
+            std::vector<short> values;
+            const int count = in.i32();
+            values.reserve(static_cast<size_t>(count));
+            for (int i = 0; i < count && in.good(); ++i)
+                values.push_back(static_cast<short>(in.u16()));
+            FloorHead head;
+            if (!readHead(in, head))
+                return 0.0;
+            const float position = in.number();
+            double sum = sumOf(head) + static_cast<double>(position);
+            for (const short value : values)
+                sum += value;
+            return sum;
+        });
+
+    using Input = CCmdGS_PawnInput;
+    struct SumOfInput
+    {
+        double operator()(const Input& command) const { return sumOf(command) + command.m_Byte1; }
+    };
+    benchCommand<Input>(
+        "CCmdGS_PawnInput", Input::CCmdGS_PawnInput_Process,
+        [](Input& command, std::mt19937& random)
+        {
+            fillHead(command, random);
+            command.m_Byte1 = static_cast<unsigned char>(random());
+        },
+        SumOfInput(),
+        [](bench::FloorReader& in)
+        {
+            FloorHead head;
+            const bool good = readHead(in, head);
+            const unsigned byte = in.u8();
+            return good && in.good() ? sumOf(head) + byte : 0.0;
+        });
+}
+
+void benchDevice()
+{
+    using Key = CCmdKeyEvent;
+    struct SumOfKey
+    {
+        double operator()(const Key& command) const
+        {
+            return sumOf(command) + command.m_Byte1 + command.m_Byte2 + command.m_Byte3;
+        }
+    };
+    benchCommand<Key>(
+        "CCmdKeyEvent", Key::CCmdKeyEvent_Process,
+        [](Key& command, std::mt19937& random)
+        {
+            fillHead(command, random);
+            command.m_Byte1 = static_cast<unsigned char>(random());
+            command.m_Byte3 = static_cast<unsigned char>(random());
+        },
+        SumOfKey(),
+        [](bench::FloorReader& in)
+        {
+            FloorHead head;
+            const bool good = readHead(in, head);
+            const unsigned first = in.u8();
+            const unsigned second = in.u8();
+            const unsigned third = in.u8();
+            return good && in.good() ? sumOf(head) + first + second + third : 0.0;
+        });
+
+    using Touch = CCmdTouchEvent;
+    struct SumOfTouch
+    {
+        double operator()(const Touch& command) const
+        {
+            return sumOf(command) + command.m_Byte1 + command.m_Byte2 + command.m_Byte3 + command.m_Word1 +
+                   command.m_Word2;
+        }
+    };
+    benchCommand<Touch>(
+        "CCmdTouchEvent", Touch::CCmdTouchEvent_Process,
+        [](Touch& command, std::mt19937& random)
+        {
+            fillHead(command, random);
+            command.m_Byte2 = static_cast<unsigned char>(random());
+            command.m_Word1 = static_cast<unsigned short>(random());
+            command.m_Word2 = static_cast<unsigned short>(random());
+        },
+        SumOfTouch(),
+        [](bench::FloorReader& in)
+        {
+            FloorHead head;
+            const bool good = readHead(in, head);
+            const unsigned first = in.u8();
+            const unsigned second = in.u8();
+            const unsigned third = in.u8();
+            const unsigned x = in.u16();
+            const unsigned y = in.u16();
+            return good && in.good() ? sumOf(head) + first + second + third + x + y : 0.0;
+        });
+}
+
+void benchSkeletons()
+{
+    using Found = CCmdSkeletons;
+    struct SumOfSkeletons
+    {
+        double operator()(const Found& command) const
+        {
+            double sum = command.m_ClientIndex + static_cast<double>(command.m_Time) + command.m_Values[4] +
+                         command.m_Shorts[11];
+            for (const Skeletons& skeleton : command.m_Skeletons)
+                for (const Skeletons::Joint& joint : skeleton.m_Joints)
+                    sum += static_cast<double>(joint.m_X) + static_cast<double>(joint.m_Y) + joint.m_State;
+            return sum + command.m_Value1 + command.m_Value2;
+        }
+    };
+    benchCommand<Found>(
+        "CCmdSkeletons, two skeletons", Found::CCmdSkeletons_Process,
+        [](Found& command, std::mt19937& random)
+        {
+            command.m_ClientIndex = static_cast<unsigned short>(random());
+            command.m_SkeletonCount = Found::kSkeletons;
+            command.m_Time = random() & 0xFFFFFFFF;
+            command.m_Values[4] = static_cast<int>(random() % 1000);
+            command.m_Shorts[11] = static_cast<short>(random());
+            for (Skeletons& skeleton : command.m_Skeletons)
+                for (Skeletons::Joint& joint : skeleton.m_Joints)
+                {
+                    joint.m_X = positionOf(random);
+                    joint.m_Y = positionOf(random);
+                    joint.m_State = random() & 1;
+                }
+            command.m_Value1 = 3;
+        },
+        SumOfSkeletons(),
+        [](bench::FloorReader& in)
+        {
+            FloorHead head;
+            if (!readShortHead(in, head))
+                return 0.0;
+            const int count = in.i32();
+            const uint32_t time = in.u32();
+            int values[5];
+            for (int& value : values)
+                value = in.i32();
+            short shorts[12];
+            for (short& value : shorts)
+                value = static_cast<short>(in.u16());
+            Skeletons skeletons[Found::kSkeletons];
+            for (int i = 0; i < count && i < Found::kSkeletons; ++i)
+                for (Skeletons::Joint& joint : skeletons[i].m_Joints)
+                {
+                    joint.m_X = in.number();
+                    joint.m_Y = in.number();
+                    joint.m_State = in.u8();
+                }
+            const int firstSize = in.i32();
+            const int first = in.i32();
+            const int second = in.i32();
+            const int secondSize = in.i32();
+            if (!in.good() || firstSize != 0 || secondSize != 0)
+                return 0.0;
+            double sum = head.m_Index + static_cast<double>(time) + values[4] + shorts[11];
+            for (const Skeletons& skeleton : skeletons)
+                for (const Skeletons::Joint& joint : skeleton.m_Joints)
+                    sum += static_cast<double>(joint.m_X) + static_cast<double>(joint.m_Y) + joint.m_State;
+            return sum + first + second;
+        });
+}
+
+void benchEnvelope()
+{
+    using Envelope = CCmdHomePackRequest;
+    using Start = HomePack_StartGame_Request;
+    struct SumOfStart
+    {
+        double operator()(Envelope& command) const
+        {
+            Start start;
+            if (!start.Read(&command.m_PackData))
+                return 0;
+            return sumOf(command) + command.m_PackType + start.m_Value1 + start.m_Value5 + start.m_Text1.getLength() +
+                   start.m_Text2.getLength();
+        }
+    };
+    benchCommand<Envelope>(
+        "CCmdHomePackRequest with a game's start", Envelope::CCmdHomePackRequest_Process,
+        [](Envelope& command, std::mt19937& random)
+        {
+            fillHead(command, random);
+            command.m_PackType = 5;
+            Start start;
+            for (int* value : {&start.m_Value1, &start.m_Value2, &start.m_Value3, &start.m_Value4, &start.m_Value5})
+                *value = static_cast<int>(random() % 1000);
+            start.m_Text1 = L"2027-3-14 12:00:00";
+            start.m_Text2 = L"a rush for two";
+            start.Write(&command.m_PackData);
+        },
+        SumOfStart(),
+        [](bench::FloorReader& in)
+        {
+            FloorHead head;
+            if (!readHead(in, head))
+                return 0.0;
+            const int type = in.i32();
+            const int index = in.i32();
+            const size_t size = in.u32();
+            bench::keep(index);
+            if (!in.good() || size > 4096)
+                return 0.0;
+            // A handler keeps the message longer than the frame.
+            std::vector<unsigned char> pack(size);
+            in.bytes(pack.data(), size);
+            bench::FloorReader message(pack.data(), size);
+            int values[5];
+            for (int& value : values)
+                value = message.i32();
+            std::wstring first;
+            std::wstring second;
+            message.text(first);
+            message.text(second);
+            if (!in.good() || !message.good())
+                return 0.0;
+            return sumOf(head) + type + values[0] + values[4] + static_cast<double>(first.size() + second.size());
+        });
+}
+
+} // namespace
+
+int main()
+{
+    benchRace();
+    benchDevice();
+    benchSkeletons();
+    benchEnvelope();
+    return 0;
+}

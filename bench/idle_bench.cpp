@@ -1,0 +1,118 @@
+// What thousands of connections cost a server while nothing happens on them: a tick's time, and the memory of each.
+// Beside it a tick with no connection. How many: idle_bench [CONNECTIONS].
+#include "bench/support/rounds.h"
+#include "dispatch/analyser_socket.h"
+#include "framework/system.h"
+#include "transport/framework_server_socket.h"
+
+#include <arpa/inet.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+
+namespace
+{
+
+constexpr int kConnections = 10000;
+
+class Client : public CFrameworkClientSocket
+{
+public:
+    explicit Client(CCmdAnalyserSocket* analyser) : CFrameworkClientSocket(analyser) {}
+};
+
+class Server : public CFrameworkServerSocket
+{
+public:
+    explicit Server(CCmdAnalyserSocket* analyser) : CFrameworkServerSocket(L"127.0.0.1", 0), m_pAnalyser(analyser) {}
+
+    void onAccept() override { accept(zet::Unknown::Handle_T<Client>(new Client(m_pAnalyser))); }
+
+    CCmdAnalyserSocket* m_pAnalyser;
+};
+
+long residentBytes()
+{
+    long pages = 0;
+    if (std::FILE* const file = std::fopen("/proc/self/statm", "r"))
+    {
+        if (std::fscanf(file, "%*d %ld", &pages) != 1)
+            pages = 0;
+        std::fclose(file);
+    }
+    return pages * sysconf(_SC_PAGESIZE);
+}
+
+// Connects so often and waits to be ended.
+[[noreturn]] void visit(unsigned short port, int count)
+{
+    for (int i = 0; i < count; ++i)
+    {
+        const int handle = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(port);
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        if (handle < 0 || connect(handle, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+        {
+            std::perror("connect");
+            _exit(1);
+        }
+    }
+    pause();
+    _exit(0);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const int count = argc > 1 ? std::atoi(argv[1]) : kConnections;
+    rlimit handles{};
+    getrlimit(RLIMIT_NOFILE, &handles);
+    handles.rlim_cur = handles.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &handles);
+
+    CCmdAnalyserSocket analyser;
+    zet::System system;
+    system.init();
+    const zet::Unknown::Handle_T<Server> server = new Server(&analyser);
+    server->start(&system);
+    if (count < 1 || !server->listen(0, 4096))
+    {
+        std::fprintf(stderr, "usage: idle_bench [CONNECTIONS]\n");
+        return 1;
+    }
+    bench::measure("a tick with no connection", 1, [&] { system.tick(); });
+
+    const unsigned short port = server->zet::TcpServer::getPort();
+    const long before = residentBytes();
+    const pid_t visitor = fork();
+    if (visitor == 0)
+        visit(port, count);
+    for (int i = 0; i < 60000 && server->GetClientCount() < count; ++i)
+    {
+        system.tick();
+        system.wait();
+    }
+    const int came = server->GetClientCount();
+    if (came == count)
+    {
+        for (int i = 0; i < 10; ++i)
+            system.tick();
+        std::printf("%d idle connections, %ld resident bytes each\n", came, (residentBytes() - before) / came);
+        bench::measure("a tick with all of them", 1, [&] { system.tick(); });
+    }
+    kill(visitor, SIGKILL);
+    waitpid(visitor, nullptr, 0);
+    server->close();
+    system.exit();
+    if (came != count)
+        std::fprintf(stderr, "only %d of %d connections came; see ulimit -n\n", came, count);
+    return came == count ? 0 : 1;
+}
