@@ -1,0 +1,76 @@
+// A proxy client of the tests, and what it reports.
+#pragma once
+
+#include "framework/quillo/app_log.h"
+#include "tests/support/log_lines.h"
+#include "transport/framework_client_proxy_socket.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace test
+{
+
+class ProxyClient : public CFrameworkClientProxySocket
+{
+public:
+    explicit ProxyClient(CCmdAnalyserSocket* analyser) : CFrameworkClientProxySocket(analyser) {}
+
+    void onTick(unsigned int tick) override
+    {
+        const Handle_T<ProxyClient> keep = getRefCount() > 0 ? this : nullptr;
+        const bool hadNews = m_Pending & kReadable;
+        CFrameworkClientProxySocket::onTick(tick);
+        m_Looks += hadNews;
+    }
+    void OnProxyWorking() override
+    {
+        ++m_Workings;
+        m_StateThen = m_ProxyState;
+        if (m_OnWorking)
+            m_OnWorking();
+    }
+
+    using CFrameworkClientProxySocket::SendAccountCheck;
+    using CFrameworkClientProxySocket::SendAccountID;
+    using CFrameworkClientProxySocket::SendNoNameCheck;
+    using CFrameworkClientProxySocket::SendTargetAddress;
+
+    // Ticks that found something to receive.
+    int m_Looks = 0;
+    int m_Workings = 0;
+    int m_StateThen = -1;
+    std::function<void()> m_OnWorking;
+};
+using ProxyClientHandle = zet::Unknown::Handle_T<ProxyClient>;
+
+// What the process's log and the engine's log say while it lives.
+class BothLogs
+{
+public:
+    BothLogs()
+    {
+        Quillo::setAppLogSink([this](const zet::String_T<wchar_t>& line) { m_AppLines.emplace_back(line.view()); });
+    }
+    ~BothLogs() { Quillo::setAppLogSink(nullptr); }
+    BothLogs(const BothLogs&) = delete;
+    BothLogs& operator=(const BothLogs&) = delete;
+
+    // The lines of the process's log, and whether the engine's says the same.
+    std::vector<std::wstring> lines() const { return m_Log.texts(); }
+    bool agree() const { return m_Log.texts() == m_AppLines; }
+    bool areMessages() const
+    {
+        for (const std::wstring& line : m_AppLines)
+            if (!m_Log.has(zet::Log::kMessage, line))
+                return false;
+        return true;
+    }
+
+private:
+    LogLines m_Log;
+    std::vector<std::wstring> m_AppLines;
+};
+
+} // namespace test

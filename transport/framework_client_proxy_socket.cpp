@@ -1,0 +1,234 @@
+#include "transport/framework_client_proxy_socket.h"
+
+#include "framework/log.h"
+#include "framework/quillo/app_log.h"
+#include "framework/string_helper.h"
+
+#include <cstring>
+
+namespace
+{
+
+// The words of RFC 1928 and, for the account, RFC 1929.
+constexpr unsigned char kSocksVersion = 5;
+constexpr unsigned char kOneMethod = 1;
+constexpr unsigned char kNoCheck = 0;
+constexpr unsigned char kAccountCheck = 2;
+constexpr unsigned char kAccountVersion = 1;
+constexpr unsigned char kAccountGood = 0;
+constexpr unsigned char kConnect = 1;
+constexpr unsigned char kReserved = 0;
+constexpr unsigned char kAddressOfFourBytes = 1;
+
+// What one tick takes from the proxy at most.
+constexpr int kMostReply = 1023;
+
+// Each report goes to the process's log and to the engine's.
+template <class... Args>
+void report(const wchar_t* pattern, const Args&... args)
+{
+    zet::Log::message(pattern, args...);
+    Quillo::appLog(pattern, args...);
+}
+
+zet::String_T<char> toUtf8(const zet::String_T<wchar_t>& text)
+{
+    return zet::StringHelper::wideToUtf8(text);
+}
+
+bool fits(const zet::String_T<char>& text)
+{
+    return text.getLength() <= CFrameworkClientProxySocket::kMostAccountBytes;
+}
+
+} // namespace
+
+// What came in one tick. Pieces are not put together: a reply that arrives in two ticks is two replies.
+struct CFrameworkClientProxySocket::Reply
+{
+    bool begins(unsigned char first, unsigned char second) const
+    {
+        return m_Size >= 2 && m_Bytes[0] == first && m_Bytes[1] == second;
+    }
+
+    unsigned char m_Bytes[kMostReply] = {};
+    int m_Size = 0;
+};
+
+CFrameworkClientProxySocket::CFrameworkClientProxySocket(CCmdAnalyserSocket* analyser)
+    : CFrameworkClientSocket(analyser)
+{
+}
+
+void CFrameworkClientProxySocket::SetProxy(zet::String_T<wchar_t> ip, unsigned short port,
+                                           zet::String_T<wchar_t> account, zet::String_T<wchar_t> password)
+{
+    m_ProxyIP = std::move(ip);
+    m_ProxyPort = port;
+    m_ProxyAccount = std::move(account);
+    m_ProxyPassword = std::move(password);
+}
+
+bool CFrameworkClientProxySocket::connect(const wchar_t* ip, unsigned short port, bool keepAlive)
+{
+    m_TargetIP = ip;
+    m_TargetPort = port;
+    if (!m_ProxyIP.isEmpty() && m_ProxyPort != 0)
+        return connectProxy(keepAlive);
+    if (!CFrameworkClientSocket::connect(m_TargetIP, port, keepAlive))
+        return false;
+    // The host may let go of the last handle.
+    const Handle_T<CFrameworkClientProxySocket> keep = getRefCount() > 0 ? this : nullptr;
+    OnProxyWorking();
+    m_ProxyState = kWorking;
+    return true;
+}
+
+bool CFrameworkClientProxySocket::connectProxy(bool keepAlive)
+{
+    // Better no connection than one that ends, unheard, when the proxy asks for an account that cannot be told.
+    const bool canTell = !hasAccount() || (fits(toUtf8(m_ProxyAccount)) && fits(toUtf8(m_ProxyPassword)));
+    if (!canTell || !CFrameworkClientSocket::connect(m_ProxyIP, m_ProxyPort, keepAlive))
+    {
+        m_ProxyState = kNoProxy;
+        report(L"connect proxy %s:%d error", m_ProxyIP, m_ProxyPort);
+        return false;
+    }
+    m_ProxyState = kAwaitsMethod;
+    // The connection may still be on its way up; the greeting then waits in its queue.
+    report(L"connect proxy %s:%d success, waiting for socks5 reply", m_ProxyIP, m_ProxyPort);
+    if (hasAccount())
+        SendAccountCheck();
+    else
+        SendNoNameCheck();
+    return true;
+}
+
+void CFrameworkClientProxySocket::onTick(unsigned int tick)
+{
+    if (isInvalid())
+        return;
+    if (m_ProxyState == kWorking)
+    {
+        CCommandSocket::onTick(tick);
+        return;
+    }
+    if (m_ProxyState < kAwaitsMethod || m_ProxyState > kWorking)
+        return;
+    const Handle_T<CFrameworkClientProxySocket> keep = getRefCount() > 0 ? this : nullptr;
+    // Not as the stream and the secure layer above receive: these are the proxy's bytes, not the target's.
+    Reply reply;
+    reply.m_Size = TcpConnection::receive(reply.m_Bytes, kMostReply);
+    if (reply.m_Size == kMostReply)
+        hurry();
+    TcpConnection::onTick(tick);
+    if (m_ProxyState == kAwaitsMethod)
+        takeMethod(reply);
+    else if (m_ProxyState == kAwaitsAccountCheck)
+        takeAccountCheck(reply);
+    else if (m_ProxyState == kAwaitsTarget)
+        takeTarget(reply);
+}
+
+void CFrameworkClientProxySocket::takeMethod(const Reply& reply)
+{
+    // Anything else, a refusal among it, is dropped, and the next tick reads on.
+    if (reply.m_Size != 2)
+        return;
+    if (reply.begins(kSocksVersion, kNoCheck))
+    {
+        m_ProxyState = kAwaitsTarget;
+        report(L"Check proxy %s:%d ok, send real address code", m_ProxyIP, m_ProxyPort);
+        SendTargetAddress();
+    }
+    else if (reply.begins(kSocksVersion, kAccountCheck))
+    {
+        m_ProxyState = kAwaitsAccountCheck;
+        // The report tells the password too: whoever may read the log may use the proxy.
+        report(L"Check proxy %s:%d ok, send account name %s & pwd %s", m_ProxyIP, m_ProxyPort, m_ProxyAccount,
+               m_ProxyPassword);
+        SendAccountID();
+    }
+}
+
+void CFrameworkClientProxySocket::takeAccountCheck(const Reply& reply)
+{
+    // A refused password is not reported; the socket stays where it is.
+    if (!reply.begins(kAccountVersion, kAccountGood))
+        return;
+    m_ProxyState = kAwaitsTarget;
+    report(L"Check proxy account %s:%d ok, send real address code", m_ProxyIP, m_ProxyPort);
+    SendTargetAddress();
+}
+
+void CFrameworkClientProxySocket::takeTarget(const Reply& reply)
+{
+    // Any answer starts the work, a refusal too: the proxy then hangs up, which the command layer sees. All that came
+    // is the answer: what the target sent right behind it is lost if it came in the same tick, and of an answer in two
+    // pieces the second goes to the command layer. A target that waits for the first command loses nothing.
+    if (reply.m_Size <= 0)
+        return;
+    report(L"Check proxy %s:%d ok, Start Working", m_ProxyIP, m_ProxyPort);
+    m_ProxyState = kWorking;
+    OnProxyWorking();
+}
+
+bool CFrameworkClientProxySocket::sendBare(const unsigned char* message, size_t size)
+{
+    return TcpConnection::send(message, static_cast<int>(size)) > 0;
+}
+
+bool CFrameworkClientProxySocket::SendNoNameCheck()
+{
+    const unsigned char message[] = {kSocksVersion, kOneMethod, kNoCheck};
+    return sendBare(message, sizeof message);
+}
+
+bool CFrameworkClientProxySocket::SendAccountCheck()
+{
+    // The account is the only method offered: a proxy that wants none refuses.
+    const unsigned char message[] = {kSocksVersion, kOneMethod, kAccountCheck};
+    return sendBare(message, sizeof message);
+}
+
+bool CFrameworkClientProxySocket::SendAccountID()
+{
+    const zet::String_T<char> account = toUtf8(m_ProxyAccount);
+    const zet::String_T<char> password = toUtf8(m_ProxyPassword);
+    if (!fits(account) || !fits(password))
+        return false;
+    unsigned char message[1 + 2 * (1 + kMostAccountBytes)];
+    size_t size = 0;
+    message[size++] = kAccountVersion;
+    for (const zet::String_T<char>* text : {&account, &password})
+    {
+        const auto length = static_cast<size_t>(text->getLength());
+        message[size++] = static_cast<unsigned char>(length);
+        std::memcpy(message + size, text->getBuffer(), length);
+        size += length;
+    }
+    return sendBare(message, size);
+}
+
+bool CFrameworkClientProxySocket::SendTargetAddress()
+{
+    const zet::String_T<char> target = toUtf8(m_TargetIP);
+    if (!gethostbyname(target))
+        return false;
+    // Not what the resolver found: a name that only the resolver knows goes out as FF FF FF FF.
+    const unsigned int address = inet_addr(target);
+    constexpr size_t kHead = 4;
+    unsigned char message[kHead + sizeof address + 2] = {kSocksVersion, kConnect, kReserved, kAddressOfFourBytes};
+    std::memcpy(message + kHead, &address, sizeof address);
+    message[kHead + sizeof address] = static_cast<unsigned char>(m_TargetPort >> 8);
+    message[kHead + sizeof address + 1] = static_cast<unsigned char>(m_TargetPort);
+    return sendBare(message, sizeof message);
+}
+
+void CFrameworkClientProxySocket::OnProxyWorking() {}
+
+const wchar_t* CFrameworkClientProxySocket::getClassTimestamp() const
+{
+    // One stamp for both classes.
+    return CFrameworkClientSocket::getClassTimestamp();
+}
