@@ -1,5 +1,7 @@
 #include "framework/unknown.h"
 
+#include "framework/class_id.h"
+
 #include <map>
 #include <mutex>
 
@@ -29,11 +31,7 @@ Unknown::~Unknown() = default;
 
 unsigned long Unknown::getClassId() const
 {
-    // FNV-1a over 32 bits: the same number wherever the name is the same, whatever the width of a unit.
-    unsigned int hash = 2166136261u;
-    for (const wchar_t* unit = getClassName(); *unit; ++unit)
-        hash = (hash ^ static_cast<unsigned int>(*unit)) * 16777619u;
-    return hash;
+    return classIdOf(getClassName());
 }
 
 bool Unknown::importFrom(InputStream&)
