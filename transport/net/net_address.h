@@ -1,0 +1,36 @@
+// Where a net session connects to.
+#pragma once
+
+#include "framework/platform/export.h"
+#include "framework/string.h"
+
+namespace zet
+{
+
+// A host, as a numeric address or a name, and a port; a plain value.
+class COMMONGROUND_API NetAddress
+{
+public:
+    // No address: an empty host and port 0.
+    NetAddress() = default;
+    NetAddress(const String_T<wchar_t>& host, unsigned short port) : m_Host(host), m_Port(port) {}
+
+    const String_T<wchar_t>& getHost() const { return m_Host; }
+    unsigned short getPort() const { return m_Port; }
+
+    // Takes "192.168.0.1:8000" or "game.example:8000". False, and nothing changed, for any other text: no host, a blank
+    // or a second colon in it, a port that is no number of 1 to 5 digits up to 65535.
+    bool convertFromString(const wchar_t* text);
+    String_T<wchar_t> convertToString() const;
+
+    friend bool operator==(const NetAddress& a, const NetAddress& b)
+    {
+        return a.m_Host == b.m_Host && a.m_Port == b.m_Port;
+    }
+
+private:
+    String_T<wchar_t> m_Host;
+    unsigned short m_Port = 0;
+};
+
+} // namespace zet
