@@ -1,6 +1,7 @@
 // What connections cost while nothing happens on them, and in what portions output leaves.
 #include "tests/support/allocations.h"
 #include "tests/support/loopback.h"
+#include "tests/support/net_pair.h"
 
 #include <gtest/gtest.h>
 
@@ -157,6 +158,31 @@ TEST(Idle, ATickOnIdleConnectionsCallsNothingButTheSystemsOwnWait)
     EXPECT_EQ(after.m_Controls, before.m_Controls);
     EXPECT_EQ(after.m_Others, before.m_Others);
     EXPECT_GT(after.m_Waits, before.m_Waits);
+    EXPECT_LE(after.m_Waits - before.m_Waits, 20);
+    EXPECT_EQ(blocks, 0);
+}
+
+TEST(Idle, ATickOnIdleNetSessionsCallsNothingButTheSystemsOwnWait)
+{
+    test::NetPair net;
+    std::vector<test::NotingHandle> sessions;
+    for (int i = 0; i < 20; ++i)
+    {
+        sessions.push_back(net.connect());
+        ASSERT_TRUE(sessions.back());
+    }
+    for (int i = 0; i < 5; ++i)
+        net.m_System.tick();
+    const Calls before;
+    const test::AllocationCount allocations;
+    for (int i = 0; i < 10; ++i)
+        net.m_System.tick();
+    const Calls after;
+    const long long blocks = allocations.blocks();
+    EXPECT_EQ(after.m_Sends, before.m_Sends);
+    EXPECT_EQ(after.m_Receives, before.m_Receives);
+    EXPECT_EQ(after.m_Controls, before.m_Controls);
+    EXPECT_EQ(after.m_Others, before.m_Others);
     EXPECT_LE(after.m_Waits - before.m_Waits, 20);
     EXPECT_EQ(blocks, 0);
 }

@@ -1,0 +1,50 @@
+// A net session that carries commands.
+#pragma once
+
+#include "transport/net/net_session.h"
+
+class CCmdAnalyser;
+class CCmdHead;
+class CCmdPackager;
+class Msg_NetCommand;
+
+// Sends commands as messages and hands those that come to a CCmdAnalyser. A frame that is none is dropped, with the
+// log told; a session that fails or ends closes itself, by the virtual operation. Threads are those of the session
+// below.
+class COMMONGROUND_API CNetSession : public zet::NetSession
+{
+public:
+    // Module and analyser are not owned and outlive the session's use of them.
+    static zet::Unknown::Handle_T<CNetSession> createInstance(zet::NetModule* module, CCmdAnalyser* analyser);
+
+    // The session behind the first argument of an analyser's handler, for use within that handler.
+    static CNetSession* ofArgument(unsigned long argument);
+
+    bool accept() override;
+    bool connect(const zet::NetAddress& address, const zet::Uuid& id) override;
+    virtual void onConnectOk(const zet::Evt_NetConnectOk* event);
+    virtual void onConnectFail(const zet::Evt_NetConnectFail* event);
+    virtual void onClosed(const zet::Evt_NetClosed* event);
+    virtual void onError(const zet::Evt_NetError* event);
+    virtual void onAbort(const zet::Evt_NetAbort* event);
+
+    // Sends the command as one message. False where it is null or does not write itself, and where send() is false.
+    bool sendNetCommand(CCmdHead* command);
+    bool sendNetCommand(CCmdPackager* packager);
+
+    CCmdAnalyser* getCmdAnalyser() { return m_pCmdAnalyser; }
+    // This session's own id, made with it: the from address of every command that it hands on.
+    const zet::Uuid& getSessionId() const { return m_SessionId; }
+
+    const wchar_t* getClassName() const override { return L"CNetSession"; }
+    const wchar_t* getClassTimestamp() const override;
+
+protected:
+    CNetSession(zet::NetModule* module, CCmdAnalyser* analyser);
+
+    CCmdAnalyser* m_pCmdAnalyser;
+    zet::Uuid m_SessionId;
+
+private:
+    void onMsg_NetCommand(Msg_NetCommand* message);
+};
