@@ -2,6 +2,7 @@
 
 #include "commands/registry.h"
 #include "packaging/cmd_packager.h"
+#include "tests/support/argument.h"
 #include "tests/support/log_lines.h"
 #include "transport/command_socket.h"
 
@@ -34,7 +35,7 @@ struct Seen
 
 Seen& seenIn(unsigned long address)
 {
-    return *reinterpret_cast<Seen*>(address);
+    return test::objectOf<Seen>(address);
 }
 
 void onEcho(CCommandSocket*, CCmdHead* command, unsigned long arg1, unsigned long arg2)
@@ -53,7 +54,7 @@ void onFallback(CCommandSocket*, CCmdPackager*, unsigned long arg1, unsigned lon
 class AnalyserSocket : public testing::Test
 {
 protected:
-    unsigned long arg() { return reinterpret_cast<unsigned long>(&seen); }
+    unsigned long arg() { return test::argumentOf(&seen); }
     void installEcho(CCmdAnalyserSocket& analyser)
     {
         analyser.Install(command_id::CCmdServerEcho, CCmdServerEcho::CCmdServerEcho_ProcessSocket, onEcho, arg(), 7);

@@ -4,6 +4,7 @@
 #include "commands/registry.h"
 #include "framework/memory_stream.h"
 #include "packaging/cmd_packager.h"
+#include "tests/support/argument.h"
 #include "tests/support/log_lines.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +31,7 @@ struct Seen
 
 Seen& seenIn(unsigned long address)
 {
-    return *reinterpret_cast<Seen*>(address);
+    return test::objectOf<Seen>(address);
 }
 
 void onEcho(CCmdHead* command, unsigned long arg1, unsigned long arg2)
@@ -62,7 +63,7 @@ void writeEcho(CCmdPackager& pk, unsigned long data)
 class Analyser : public testing::Test
 {
 protected:
-    unsigned long arg() { return reinterpret_cast<unsigned long>(&seen); }
+    unsigned long arg() { return test::argumentOf(&seen); }
     void installEcho(CCmdAnalyser& analyser)
     {
         analyser.Install(command_id::CCmdServerEcho, CCmdServerEcho::CCmdServerEcho_Process, onEcho);

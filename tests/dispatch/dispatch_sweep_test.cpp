@@ -3,6 +3,7 @@
 #include "dispatch/analyser_socket.h"
 #include "framework/memory_stream.h"
 #include "packaging/command_head.h"
+#include "tests/support/argument.h"
 #include "tests/support/log_lines.h"
 #include "tests/support/payload_maker.h"
 #include "tools/object_json.h"
@@ -30,7 +31,7 @@ struct Arrived
 
 void note(CCmdHead* command, unsigned long arg)
 {
-    Arrived& arrived = *reinterpret_cast<Arrived*>(arg);
+    Arrived& arrived = test::objectOf<Arrived>(arg);
     ++arrived.m_Count;
     // Every command derives from its head alone, so the head's address is the command's.
     arrived.m_Fields = tools::objectJson(arrived.m_Info->m_Wire(), command).dump();
@@ -88,8 +89,7 @@ TEST(DispatchSweep, DefaultObjectsArriveEqualThroughTheDatagramAnalyser)
             const auto analyser = std::make_unique<CCmdAnalyser>();
             analyser->Install(info.m_Id, info.m_Process, onCommand);
             Arrived arrived{&info};
-            analyser->Analyse(datagram.data(), static_cast<int>(datagram.size()),
-                              reinterpret_cast<unsigned long>(&arrived), 0);
+            analyser->Analyse(datagram.data(), static_cast<int>(datagram.size()), test::argumentOf(&arrived), 0);
             EXPECT_EQ(arrived.m_Count, 1);
             EXPECT_EQ(arrived.m_Fields, fields);
         });
@@ -112,8 +112,7 @@ TEST(DispatchSweep, DefaultObjectsArriveEqualThroughTheSocketAnalyser)
 
             const auto analyser = std::make_unique<CCmdAnalyserSocket>();
             Arrived arrived{&info};
-            analyser->Install(info.m_Id, info.m_ProcessSocket, onSocketCommand,
-                              reinterpret_cast<unsigned long>(&arrived), 0);
+            analyser->Install(info.m_Id, info.m_ProcessSocket, onSocketCommand, test::argumentOf(&arrived), 0);
             EXPECT_TRUE(analyser->Analyse(socket.get(), in));
             EXPECT_EQ(arrived.m_Count, 1);
             EXPECT_EQ(arrived.m_Fields, fields);
@@ -133,7 +132,7 @@ TEST(DispatchSweep, PayloadWithAByteTooManyIsRefusedForEveryCommand)
             {
                 CCmdPackager pk;
                 frame(pk, info, bytes);
-                EXPECT_EQ(info.m_Process(&pk, onCommand, reinterpret_cast<unsigned long>(&arrived), 0),
+                EXPECT_EQ(info.m_Process(&pk, onCommand, test::argumentOf(&arrived), 0),
                           bytes.size() == payload.size());
                 EXPECT_EQ(arrived.m_Count, expected);
             }
@@ -163,7 +162,7 @@ TEST(DispatchSweep, PayloadWithAByteTooFewIsRefusedUnlessItsTailIsNotTested)
             Arrived arrived{&info};
             CCmdPackager pk;
             frame(pk, info, payload);
-            const bool taken = info.m_Process(&pk, onCommand, reinterpret_cast<unsigned long>(&arrived), 0);
+            const bool taken = info.m_Process(&pk, onCommand, test::argumentOf(&arrived), 0);
             EXPECT_FALSE(taken && tailDecides(info.m_Wire()));
         });
 }
@@ -186,8 +185,8 @@ TEST(DispatchSweep, DatagramsWithAddressesAreSurvivedByEveryCommand)
                     std::string datagram{static_cast<char>(info.m_Id), static_cast<char>(info.m_Id >> 8),
                                          static_cast<char>(word >> 8 | 0x40), static_cast<char>(word)};
                     datagram.append(32 + size, '\0');
-                    analyser->Analyse(datagram.data(), static_cast<int>(datagram.size()),
-                                      reinterpret_cast<unsigned long>(&arrived), 0);
+                    analyser->Analyse(datagram.data(), static_cast<int>(datagram.size()), test::argumentOf(&arrived),
+                                      0);
                 }
             }
         });
