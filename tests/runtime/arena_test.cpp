@@ -1,15 +1,13 @@
 // The miniature platform as a user starts it: one command line, real processes, one result.
+#include "tests/support/run_program.h"
+
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <sstream>
 #include <string>
 
 namespace
 {
-
-const std::string kDirectory = COMMONGROUND_BUILD_DIR "/";
 
 struct Outcome
 {
@@ -18,17 +16,13 @@ struct Outcome
     std::string m_LastLine;
 };
 
-// Runs the program with the words behind its name; a result of 0 is good. Tests may run at the same time.
+// Runs the program with the words behind its name; a result of 0 is good.
 Outcome runArena(const std::string& words)
 {
-    const std::string test = testing::UnitTest::GetInstance()->current_test_info()->name();
-    const std::string path = kDirectory + "arena_" + test + ".txt";
-    const std::string command = "\"" + kDirectory + "arena\" " + words + " > \"" + path + "\" 2>&1";
+    const test::Run run = test::runProgram("arena", words);
     Outcome outcome;
-    outcome.m_IsGood = std::system(command.c_str()) == 0;
-    std::ostringstream all;
-    all << std::ifstream(path).rdbuf();
-    outcome.m_Output = all.str();
+    outcome.m_IsGood = run.m_Code == 0;
+    outcome.m_Output = run.m_Output;
     std::istringstream lines(outcome.m_Output);
     for (std::string line; std::getline(lines, line);)
         outcome.m_LastLine = line;

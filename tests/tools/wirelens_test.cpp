@@ -1,42 +1,17 @@
 // wirelens as a script sees it: what goes in on a line, what comes out.
+#include "tests/support/run_program.h"
+
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <array>
-#include <cstdio>
-#include <fstream>
-#include <memory>
 #include <string>
 
 namespace
 {
 
-struct Answer
+test::Run wirelens(const std::string& arguments, const std::string& input = "")
 {
-    int m_Code = 0;
-    std::string m_Output;
-};
-
-std::string fileOf(const std::string& content)
-{
-    const std::string path =
-        testing::TempDir() + "wirelens_" + testing::UnitTest::GetInstance()->current_test_info()->name() + ".txt";
-    std::ofstream(path, std::ios::binary) << content;
-    return path;
-}
-
-// Runs wirelens with the input on its standard input.
-Answer wirelens(const std::string& arguments, const std::string& input = "")
-{
-    const std::string command = COMMONGROUND_BUILD_DIR "/wirelens " + arguments + " < " + fileOf(input) + " 2>&1";
-    Answer run;
-    FILE* const pipe = popen(command.c_str(), "r");
-    std::array<char, 4096> block;
-    while (const size_t size = std::fread(block.data(), 1, block.size(), pipe))
-        run.m_Output.append(block.data(), size);
-    const int status = pclose(pipe);
-    run.m_Code = status / 256;
-    return run;
+    return test::runProgram("wirelens", arguments, input);
 }
 
 nlohmann::ordered_json json(const std::string& text)
@@ -46,7 +21,7 @@ nlohmann::ordered_json json(const std::string& text)
 
 TEST(Wirelens, ReadsAPayloadAndWritesItAgain)
 {
-    const Answer run = wirelens("read", "CCmdHostnameRequest cmd 0002000709\n");
+    const test::Run run = wirelens("read", "CCmdHostnameRequest cmd 0002000709\n");
     EXPECT_EQ(run.m_Output,
               "{\"class\":\"CCmdHostnameRequest\",\"form\":\"cmd\",\"read\":true,\"consumed\":5,\"size\":5,"
               "\"fields\":{\"m_ClientIndex\":7,\"m_ServerType\":9},\"write\":true,"
@@ -73,7 +48,7 @@ TEST(Wirelens, FailedReadStillShowsFieldsAndRewrite)
 
 TEST(Wirelens, UnknownClassIsAnErrorAndTheNextLineGoesOn)
 {
-    const Answer run = wirelens("read", "Nobody cmd 00\nCCmdHostnameRequest cmd 0002000709\n");
+    const test::Run run = wirelens("read", "Nobody cmd 00\nCCmdHostnameRequest cmd 0002000709\n");
     const size_t end = run.m_Output.find('\n');
     const auto first = json(run.m_Output.substr(0, end));
     EXPECT_EQ(first["class"], "Nobody");
@@ -96,7 +71,7 @@ TEST(Wirelens, ExplainGivesOffsetsAndSaysWhereBytesAreMissing)
     EXPECT_EQ(wirelens("explain CCmdHostnameRequest 0002000709").m_Output, "0  0002  (version)  2\n"
                                                                            "2  0007  m_ClientIndex  7\n"
                                                                            "4  09  m_ServerType  9\n");
-    const Answer cut = wirelens("explain CCmdHostnameResponse 000200070905");
+    const test::Run cut = wirelens("explain CCmdHostnameResponse 000200070905");
     EXPECT_NE(cut.m_Output.find("needed 10, had 0 at m_IP"), std::string::npos) << cut.m_Output;
     EXPECT_EQ(cut.m_Code, 1);
 }
@@ -104,7 +79,7 @@ TEST(Wirelens, ExplainGivesOffsetsAndSaysWhereBytesAreMissing)
 TEST(Wirelens, DecodesFramesFromHexadecimal)
 {
     // Two stream frames: a hostname request, and one with an id that nobody has.
-    const Answer run = wirelens("decode -", "0010 14000000 0002000709\n1240 00000000\n");
+    const test::Run run = wirelens("decode -", "0010 14000000 0002000709\n1240 00000000\n");
     const size_t end = run.m_Output.find('\n');
     const auto first = json(run.m_Output.substr(0, end));
     EXPECT_EQ(first["class"], "CCmdHostnameRequest");
@@ -131,7 +106,7 @@ TEST(Wirelens, DoubledIdGoesToTheClassThatFits)
 
 TEST(Wirelens, CutFrameIsAnErrorThatEndsTheInput)
 {
-    const Answer run = wirelens("decode -", "0010 14000000 0002");
+    const test::Run run = wirelens("decode -", "0010 14000000 0002");
     EXPECT_TRUE(json(run.m_Output).contains("error"));
     EXPECT_EQ(run.m_Code, 1);
 }
