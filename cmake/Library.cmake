@@ -1,18 +1,22 @@
 # The library and its log modules. One folder a floor; a new file needs no line here.
 set(COMMONGROUND_FLOORS framework packaging dispatch transport runtime playerdata commands packs)
 
+# Drops the files for the other platform from a list; they say so in their names.
+macro(commonground_keep_own_platform sources)
+  if(WIN32)
+    list(FILTER ${sources} EXCLUDE REGEX "_posix(_test)?\\.cpp$")
+  else()
+    list(FILTER ${sources} EXCLUDE REGEX "_win32(_test)?\\.cpp$")
+  endif()
+endmacro()
+
 set(sources)
 foreach(floor ${COMMONGROUND_FLOORS})
   file(GLOB_RECURSE found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${floor}/*.cpp)
   list(APPEND sources ${found})
 endforeach()
 list(FILTER sources EXCLUDE REGEX "/framework/modules/")
-# A file for the other platform says so in its name.
-if(WIN32)
-  list(FILTER sources EXCLUDE REGEX "_posix\\.cpp$")
-else()
-  list(FILTER sources EXCLUDE REGEX "_win32\\.cpp$")
-endif()
+commonground_keep_own_platform(sources)
 
 add_library(commonground SHARED ${sources})
 add_library(commonground::commonground ALIAS commonground)

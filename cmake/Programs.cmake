@@ -3,6 +3,7 @@
 # Adds a program from all sources of a folder, if there are any.
 function(commonground_program name folder)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.cpp)
+  commonground_keep_own_platform(sources)
   if(NOT sources)
     return()
   endif()

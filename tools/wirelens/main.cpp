@@ -7,6 +7,11 @@
 #include <string>
 #include <vector>
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
 namespace
 {
 
@@ -23,6 +28,11 @@ constexpr char kUsage[] =
 
 int main(int argc, char** argv)
 {
+#ifdef _WIN32
+    // Bytes come and go as they are on every platform.
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
     // What the library has to say about odd input goes beside the answers, not among them.
     zet::Log::addSink([](zet::Log::Level, const zet::String_T<wchar_t>& line) { wirelens::warn(line.getBuffer()); });
 
