@@ -273,10 +273,12 @@ TEST(ProxySocket, WhatIsBeyond1023BytesOfTheLastReplyGoesToTheCommandLayer)
     Bytes reply(1023, 5);
     const Bytes command = test::packetOf(NoteCommand(1));
     reply.insert(reply.end(), command.begin(), command.end());
-    // By what is left over, not by the interval.
-    net.m_System.setTickInterval(10 * 60 * 1000);
     ASSERT_TRUE(net.answer(reply));
     EXPECT_EQ(net.m_Client->m_ProxyState, 4);
+    // What is left over brings the next tick, not the interval.
+    net.m_System.setTickInterval(10 * 60 * 1000);
+    net.m_System.wait();
+    net.m_System.setTickInterval(10);
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return !got.empty(); }));
     EXPECT_EQ(got, std::vector<int>{1});
 }
