@@ -2,6 +2,7 @@
 
 #include "tools/class_table.h"
 #include "tools/frame_reader.h"
+#include "tools/line_reader.h"
 #include "tools/object_json.h"
 #include "tools/reading.h"
 #include "tools/schema_reader.h"
@@ -11,7 +12,6 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <sstream>
 
 namespace wirelens
 {
@@ -28,7 +28,7 @@ namespace
 
 void printLine(const ordered_json& json)
 {
-    std::cout << json.dump() << std::endl;
+    std::cout << tools::printedLine(json) << std::endl;
 }
 
 const ClassInfo* classOf(const std::string& name)
@@ -37,38 +37,6 @@ const ClassInfo* classOf(const std::string& name)
     if (!info)
         std::cerr << "wirelens: no class " << name << "\n";
     return info;
-}
-
-ordered_json readLine(const std::string& line)
-{
-    std::istringstream words(line);
-    std::string name;
-    std::string form;
-    std::string hex;
-    words >> name >> form >> hex;
-    ordered_json json = {{"class", name}};
-    const ClassInfo* const info = tools::findClass(name);
-    std::string bytes;
-    if (!info)
-        json["error"] = "unknown class";
-    else if (form != "cmd" && form != "data")
-        json["error"] = "the packager is cmd or data";
-    else if (!tools::hasForm(*info, form == "cmd" ? Form::kCmd : Form::kData))
-        json["error"] = "the class has no form for the " + form + " packager";
-    else if (hex.empty() || (hex != "-" && !tools::bytesOfHex(hex, bytes)))
-        json["error"] = "the bytes are no hexadecimal";
-    if (json.contains("error"))
-        return json;
-
-    const tools::Reading reading = tools::readBytes(*info, form == "cmd" ? Form::kCmd : Form::kData, bytes);
-    json["form"] = form;
-    json["read"] = reading.m_Read;
-    json["consumed"] = reading.m_Consumed;
-    json["size"] = reading.m_Size;
-    json["fields"] = tools::objectJson(info->m_Wire(), reading.m_Object.get());
-    json["write"] = reading.m_Write;
-    json["rewrite"] = tools::hexOf(reading.m_Rewrite.data(), reading.m_Rewrite.size());
-    return json;
 }
 
 } // namespace
@@ -145,7 +113,7 @@ int read()
 {
     std::string line;
     while (std::getline(std::cin, line))
-        printLine(readLine(line));
+        printLine(tools::answerLine(line));
     return 0;
 }
 
