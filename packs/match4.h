@@ -224,6 +224,9 @@ struct COMMONGROUND_API Match4Pack_SportRank_Reply
     bool Read(CCmdPackager* pk);
     static const wire::Schema& Wire();
 
+    static constexpr int kBoards = 6;
+    static constexpr int kRanks = 5;
+
     int m_Value1 = 0;
     int m_Value2 = 0;
     int m_Value3 = 0;
@@ -235,6 +238,6 @@ struct COMMONGROUND_API Match4Pack_SportRank_Reply
     int m_Value5 = 0;
     int m_Value6 = 0;
     int m_Value7 = 0;
-    MatchRankData m_Table1[6][5];
-    MatchRankData m_Table2[6][5];
+    MatchRankData m_Table1[kBoards][kRanks];
+    MatchRankData m_Table2[kBoards][kRanks];
 };

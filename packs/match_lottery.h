@@ -33,13 +33,16 @@ struct COMMONGROUND_API MatchPackType_LotteryAllNum
     bool Read(CCmdPackager* pk);
     static const wire::Schema& Wire();
 
-    int m_Table1[5][5] = {};
-    int m_Table2[5][5] = {};
-    int m_Row1[5] = {};
-    zet::String_T<wchar_t> m_Names1[5];
-    zet::String_T<wchar_t> m_Names2[5];
-    int m_Row2[5] = {};
-    int m_Row3[5] = {};
+    // Cells of a row, and rows of a table.
+    static constexpr int kSide = 5;
+
+    int m_Table1[kSide][kSide] = {};
+    int m_Table2[kSide][kSide] = {};
+    int m_Row1[kSide] = {};
+    zet::String_T<wchar_t> m_Names1[kSide];
+    zet::String_T<wchar_t> m_Names2[kSide];
+    int m_Row2[kSide] = {};
+    int m_Row3[kSide] = {};
     zet::String_T<wchar_t> m_Msg;
     int m_Value1 = 0;
     int m_Value2 = 0;
