@@ -17,9 +17,9 @@
 
 namespace platform = zet::platform;
 
-wchar_t CZETUtility::work_path[276];
-wchar_t CZETUtility::tempPath[520];
-wchar_t CZETUtility::tempFileName[520];
+wchar_t CZETUtility::work_path[kMaxGivenPath + 1];
+wchar_t CZETUtility::tempPath[kTempPathRoom];
+wchar_t CZETUtility::tempFileName[kTempPathRoom];
 std::FILE* CZETUtility::tempFile = nullptr;
 bool CZETUtility::initTempFile = false;
 
@@ -28,9 +28,6 @@ namespace
 
 using WideText = zet::String_T<wchar_t>;
 
-// The longest path that hosts hand in, and that the system is asked for.
-constexpr int kMaxGivenPath = 275;
-constexpr int kMaxSystemPath = 260;
 // Units of the work directory that the temporary directory in it is made from.
 constexpr int kMaxTempWorkPath = 130;
 

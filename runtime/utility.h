@@ -49,10 +49,19 @@ public:
     // The HMAC over SHA-1 of a text in Base64, up to the first zero byte of the digest: peers compare it in this form.
     static zet::String_T<char> GetHMACSHA1(const zet::String_T<char>& key, const zet::String_T<char>& text);
 
+    // Units of a path that hosts hand in, and of one that the system is asked for.
+    static constexpr int kMaxGivenPath = 275;
+    static constexpr int kMaxSystemPath = 260;
+    // Room of a temporary path: for a directory as long as the system's longest, and as much again for what is put
+    // behind it.
+    static constexpr int kTempPathRoom = 2 * kMaxSystemPath;
+
+    // Static and not const: a process has one work directory and one place for temporary files, and hosts read both
+    // here by name. Only the operations above write to them.
     // Empty until a work directory is asked for or set.
-    static wchar_t work_path[276];
-    static wchar_t tempPath[520];
-    static wchar_t tempFileName[520];
+    static wchar_t work_path[kMaxGivenPath + 1];
+    static wchar_t tempPath[kTempPathRoom];
+    static wchar_t tempFileName[kTempPathRoom];
     // The temporary file, open for writing; null while there is none.
     static std::FILE* tempFile;
     // Whether the clean-up at the end of the process is set up for the file that is open.
