@@ -27,7 +27,8 @@ COMMONGROUND_API zet::String_T<wchar_t> getSocialErrMsg(int error);
 class COMMONGROUND_API CCmdSocialPlatform : public CCmdPlatform
 {
 public:
-    // The seed of this process, made anew whenever the library is loaded.
+    // The seed of this process, made anew whenever the library is loaded, so that all social commands of a process
+    // carry the same one. Hosts know it as a variable, so it is no constant; nothing in the library assigns to it.
     static zet::Uuid g_VerifySeed;
 
     // Takes the text of the process's seed.

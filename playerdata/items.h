@@ -17,7 +17,8 @@ class COMMONGROUND_API FGameItem
 {
 public:
     // The zero point of the deadlines in the item string: 2000-1-1 0:0:0, a date of the same form as m_Deadline.
-    // Built when the library is loaded; nothing in it assigns to it.
+    // Built when the library is loaded. Hosts know it as a variable, so it is no constant; nothing in the library
+    // assigns to it.
     static zet::String_T<wchar_t> _DiscardStartTime;
 
     bool Write(CCmdPackager* pk) const;
