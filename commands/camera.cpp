@@ -8,11 +8,17 @@ namespace
 using Found = Skeletons[CCmdSkeletons::kSkeletons];
 
 // The third float of a joint stays at home.
+template <class V, class J>
+bool oneJoint(V& v, J& joint)
+{
+    return v.Fields("m_X, m_Y, m_State", joint.m_X, joint.m_Y, joint.m_State);
+}
+
 template <class V, class S>
 bool joints(V& v, S& skeleton)
 {
     for (auto& joint : skeleton.m_Joints)
-        if (!v.Fields("", joint.m_X, joint.m_Y, joint.m_State))
+        if (!oneJoint(v, joint))
             return false;
     return true;
 }
@@ -38,8 +44,7 @@ bool skeletons(wire::Reader<CCmdPackager>& v, int count, Found& found)
 bool skeletons(wire::Describer& v, const int& count, const Found& found)
 {
     static const wire::Schema joint = wire::describe<Skeletons::Joint>(
-        "Joint", [](wire::Describer& describer, const Skeletons::Joint& sample)
-        { describer.Fields("m_X, m_Y, m_State", sample.m_X, sample.m_Y, sample.m_State); });
+        "Joint", [](wire::Describer& describer, const Skeletons::Joint& sample) { oneJoint(describer, sample); });
 
     wire::Field one;
     one.kind = wire::Kind::kRecord;
