@@ -1,7 +1,7 @@
 #include "commands/camera.h"
 
-#include "tests/commands/payload_helpers.h"
 #include "tests/support/allocations.h"
+#include "tests/support/payload_helpers.h"
 
 #include <gtest/gtest.h>
 

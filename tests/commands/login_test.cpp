@@ -2,7 +2,7 @@
 
 #include "commands/account_access.h"
 #include "commands/server_choice.h"
-#include "tests/commands/payload_helpers.h"
+#include "tests/support/payload_helpers.h"
 
 #include <gtest/gtest.h>
 

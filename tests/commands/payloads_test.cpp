@@ -2,7 +2,7 @@
 #include "commands/game_payloads.h"
 #include "commands/shop_payloads.h"
 
-#include "tests/commands/payload_helpers.h"
+#include "tests/support/payload_helpers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "commands/progress.h"
 
 #include "commands/rank.h"
-#include "tests/commands/payload_helpers.h"
+#include "tests/support/payload_helpers.h"
 
 #include <gtest/gtest.h>
 

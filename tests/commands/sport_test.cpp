@@ -1,7 +1,7 @@
 #include "commands/sport.h"
 
 #include "packs/sport.h"
-#include "tests/commands/payload_helpers.h"
+#include "tests/support/payload_helpers.h"
 
 #include <gtest/gtest.h>
 

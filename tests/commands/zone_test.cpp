@@ -4,7 +4,7 @@
 #include "commands/zone_players.h"
 #include "commands/zone_tunnel.h"
 
-#include "tests/commands/payload_helpers.h"
+#include "tests/support/payload_helpers.h"
 
 #include <gtest/gtest.h>
 

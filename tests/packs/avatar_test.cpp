@@ -1,6 +1,6 @@
 #include "packs/avatar.h"
 
-#include "tests/commands/payload_helpers.h"
+#include "tests/support/payload_helpers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "packs/envelope.h"
 
-#include "tests/commands/payload_helpers.h"
 #include "tests/support/allocations.h"
 #include "tests/support/log_lines.h"
+#include "tests/support/payload_helpers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "packs/profiling.h"
 
-#include "tests/commands/payload_helpers.h"
 #include "tests/support/log_lines.h"
+#include "tests/support/payload_helpers.h"
 
 #include <gtest/gtest.h>
 
