@@ -49,6 +49,8 @@ TEST(System, RunInitsTicksUntilShutdownAndExits)
     NotingSystem system;
     const NotingHandle task = new NotingTask(&system.m_Notes);
     ASSERT_TRUE(task->start(&system));
+    // The one test that waits by the system's own way of sleeping until a time.
+    system.setTickInterval(1);
     system.m_TicksUntilShutdown = 2;
     EXPECT_TRUE(system.run());
     EXPECT_EQ(system.m_Notes, "ITtit.Tt.Ete");
@@ -144,19 +146,69 @@ TEST(System, WakeBeforeWaitIsNotLost)
     system.wait();
 }
 
+// Sleeps by moving a test clock, and writes down for how long.
+class ClockWaiter : public zet::System::Waiter
+{
+public:
+    explicit ClockWaiter(zet::TestClock& clock) : m_Clock(clock) {}
+
+    void wait(unsigned int milliseconds) override
+    {
+        m_Waits.push_back(milliseconds);
+        m_Clock.advance(milliseconds);
+    }
+    void wake() override {}
+    void beginTick() override {}
+    void endTick() override {}
+
+    zet::TestClock& m_Clock;
+    std::vector<unsigned int> m_Waits;
+};
+
 TEST(System, WaitEndsWhenASleeperIsDue)
 {
+    zet::TestClock clock(0, 0xFFFFFFF0);
+    const auto waiter = std::make_shared<ClockWaiter>(clock);
     std::string notes;
     zet::System system;
-    system.setTickInterval(10 * 60 * 1000);
+    system.setWaiter(waiter);
+    system.setTickInterval(1000);
     const NotingHandle task = new NotingTask(&notes);
     task->start(&system);
     system.tick();
-    task->sleep(1);
+    task->sleep(50);
     system.wait();
-    system.wait();
+    EXPECT_EQ(waiter->m_Waits, std::vector<unsigned int>({50}));
     system.tick();
     EXPECT_EQ(notes, "tit.t.");
+}
+
+TEST(System, WaitEndsWhenTheNextTickIsDue)
+{
+    zet::TestClock clock(0, 0xFFFFFFF0);
+    const auto waiter = std::make_shared<ClockWaiter>(clock);
+    NotingSystem system;
+    system.setWaiter(waiter);
+    system.tick();
+    // What the tick itself took is part of the interval.
+    clock.advance(4);
+    system.wait();
+    system.tick();
+    clock.advance(15);
+    system.wait();
+    EXPECT_EQ(waiter->m_Waits, std::vector<unsigned int>({zet::System::kTickInterval - 4, 0}));
+}
+
+TEST(System, RunWaitsFromTickToTick)
+{
+    zet::TestClock clock(0);
+    const auto waiter = std::make_shared<ClockWaiter>(clock);
+    NotingSystem system;
+    system.setWaiter(waiter);
+    system.setTickInterval(20);
+    system.m_TicksUntilShutdown = 3;
+    EXPECT_TRUE(system.run());
+    EXPECT_EQ(waiter->m_Waits, std::vector<unsigned int>({20, 20}));
 }
 
 TEST(System, WhatATaskThrowsIsReportedAndTheNextTaskIsTicked)
