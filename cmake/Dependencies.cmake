@@ -11,6 +11,19 @@ else()
   pkg_check_modules(gnutls REQUIRED IMPORTED_TARGET gnutls)
   target_link_libraries(commonground_dependencies INTERFACE PkgConfig::gnutls)
 endif()
+
+# Without it a UDP server gets no port, and the rest is as it was.
+option(COMMONGROUND_UDP "Build the connections over UDP (needs ngtcp2 with GnuTLS and a POSIX system)" ON)
+if(COMMONGROUND_UDP AND NOT WIN32)
+  pkg_check_modules(ngtcp2 IMPORTED_TARGET libngtcp2 libngtcp2_crypto_gnutls)
+endif()
+if(TARGET PkgConfig::ngtcp2)
+  target_link_libraries(commonground_dependencies INTERFACE PkgConfig::ngtcp2)
+else()
+  message(STATUS "Connections over UDP are left out")
+  set(COMMONGROUND_UDP OFF)
+endif()
+
 # Asio's sources are compiled into one file of transport/net; its own visibility pragma would export them.
 target_compile_definitions(commonground_dependencies INTERFACE
   FMT_HEADER_ONLY

@@ -18,6 +18,12 @@ endforeach()
 list(FILTER sources EXCLUDE REGEX "/framework/modules/")
 commonground_keep_own_platform(sources)
 
+if(COMMONGROUND_UDP)
+  list(FILTER sources EXCLUDE REGEX "/inner/udp_router_none\\.cpp$")
+else()
+  list(FILTER sources EXCLUDE REGEX "/inner/(quic_|udp_port_)[^/]*\\.cpp$")
+endif()
+
 add_library(commonground SHARED ${sources})
 add_library(commonground::commonground ALIAS commonground)
 set_target_properties(commonground PROPERTIES

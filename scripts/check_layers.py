@@ -41,6 +41,7 @@ THIRD_PARTY = {
     "nlohmann": ("framework/",),
     "gnutls": ("framework/", "transport/net/"),
     "asio": ("transport/net/",),
+    "ngtcp2": ("transport/net/",),
 }
 # Longer than the limit, and why they stay whole.
 LIMIT = 500

@@ -10,7 +10,7 @@ import sys
 
 NAMESPACES = {"zet", "Quillo", "wire"}
 # What the library may ask for at load time.
-NEEDED = re.compile(r"^(libgnutls|libstdc\+\+|libm|libgcc_s|libc|libpthread|libdl|"
+NEEDED = re.compile(r"^(libgnutls|libngtcp2|libngtcp2_crypto_gnutls|libstdc\+\+|libm|libgcc_s|libc|libpthread|libdl|"
                     r"ld-linux[-\w]*)\.so")
 # Names of other libraries that are compiled into this one and must neither leave it nor be asked for.
 INLINE = re.compile(r"\b(fmt|asio|nlohmann)::")

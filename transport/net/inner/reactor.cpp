@@ -3,6 +3,7 @@
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "transport/net/inner/tcp_link.h"
+#include "transport/net/inner/udp_router.h"
 
 #include <asio/post.hpp>
 #include <asio/system_error.hpp>
@@ -95,6 +96,11 @@ void Reactor::endTick()
         link->release();
     }
     m_Flushing.clear();
+    std::vector<std::weak_ptr<UdpRouter>> routers;
+    routers.swap(m_Routers);
+    for (const auto& router : routers)
+        if (const auto present = router.lock())
+            present->endTick();
     m_IsTicking = false;
 }
 
@@ -105,6 +111,13 @@ void Reactor::flushLater(TcpLink& link)
     link.m_IsListed = true;
     link.addRef();
     m_Unflushed.push_back(&link);
+}
+
+bool Reactor::flushLater(std::weak_ptr<UdpRouter> router)
+{
+    if (m_IsTicked)
+        m_Routers.push_back(std::move(router));
+    return m_IsTicked;
 }
 
 } // namespace zet::inner

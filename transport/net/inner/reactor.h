@@ -14,6 +14,7 @@ namespace zet::inner
 {
 
 struct TcpLink;
+class UdpRouter;
 
 // The Waiter of a System with sockets. Its handlers only set flags: what is ready is done by the ticks.
 class Reactor final : public System::Waiter
@@ -50,6 +51,8 @@ public:
     void hurry() { m_IsHurried = true; }
     // Flushes the link's output at the end of the tick. Without a System its own tick does it.
     void flushLater(TcpLink& link);
+    // Calls the router's endTick() once, at the end of the tick. True where that will come by itself.
+    bool flushLater(std::weak_ptr<UdpRouter> router);
 
     Context& context() { return m_Context; }
     BlockPool& pool() { return m_Pool; }
@@ -59,6 +62,7 @@ private:
     BlockPool m_Pool;
     std::vector<TcpLink*> m_Unflushed;
     std::vector<TcpLink*> m_Flushing;
+    std::vector<std::weak_ptr<UdpRouter>> m_Routers;
     Context m_Context;
     asio::executor_work_guard<Context::executor_type> m_Guard;
     std::atomic<bool> m_IsWoken{false};

@@ -1,0 +1,117 @@
+#include "transport/net/inner/quic_calls.h"
+
+#include "transport/net/inner/quic_router.h"
+
+#include <gnutls/crypto.h>
+
+namespace zet::inner
+{
+
+ngtcp2_callbacks QuicCalls::all()
+{
+    ngtcp2_callbacks calls{};
+    calls.client_initial = ngtcp2_crypto_client_initial_cb;
+    calls.recv_client_initial = ngtcp2_crypto_recv_client_initial_cb;
+    calls.recv_crypto_data = onCryptoData;
+    calls.handshake_completed = onHandshakeCompleted;
+    calls.encrypt = ngtcp2_crypto_encrypt_cb;
+    calls.decrypt = ngtcp2_crypto_decrypt_cb;
+    calls.hp_mask = ngtcp2_crypto_hp_mask_cb;
+    calls.recv_stream_data = onStreamData;
+    calls.acked_stream_data_offset = onConfirmed;
+    calls.stream_open = onStreamOpen;
+    calls.stream_reset = onStreamReset;
+    calls.stream_stop_sending = onStopSending;
+    calls.extend_max_stream_data = onRoom;
+    calls.recv_retry = ngtcp2_crypto_recv_retry_cb;
+    calls.rand = onRandom;
+    calls.get_new_connection_id = onNewId;
+    calls.remove_connection_id = onOldId;
+    calls.update_key = ngtcp2_crypto_update_key_cb;
+    calls.delete_crypto_aead_ctx = ngtcp2_crypto_delete_crypto_aead_ctx_cb;
+    calls.delete_crypto_cipher_ctx = ngtcp2_crypto_delete_crypto_cipher_ctx_cb;
+    calls.get_path_challenge_data = ngtcp2_crypto_get_path_challenge_data_cb;
+    calls.version_negotiation = ngtcp2_crypto_version_negotiation_cb;
+    return calls;
+}
+
+int QuicCalls::onCryptoData(ngtcp2_conn* connection, ngtcp2_crypto_level level, uint64_t offset, const uint8_t* data,
+                            size_t size, void* user)
+{
+    // Behind the handshake there is nothing in it for us, and no session any more.
+    if (!link(user).m_Session)
+        return 0;
+    return ngtcp2_crypto_recv_crypto_data_cb(connection, level, offset, data, size, user);
+}
+
+int QuicCalls::onHandshakeCompleted(ngtcp2_conn*, void* user)
+{
+    link(user).m_IsStanding = true;
+    return 0;
+}
+
+int QuicCalls::onStreamData(ngtcp2_conn*, uint32_t flags, int64_t, uint64_t, const uint8_t* data, size_t size,
+                            void* user, void*)
+{
+    return link(user).onStreamData(data, size, flags & NGTCP2_STREAM_DATA_FLAG_FIN);
+}
+
+int QuicCalls::onConfirmed(ngtcp2_conn*, int64_t, uint64_t, uint64_t size, void* user, void*)
+{
+    link(user).onConfirmed(static_cast<size_t>(size));
+    return 0;
+}
+
+int QuicCalls::onStreamOpen(ngtcp2_conn*, int64_t stream, void* user)
+{
+    link(user).m_Stream = stream;
+    return 0;
+}
+
+int QuicCalls::onStreamReset(ngtcp2_conn*, int64_t, uint64_t, uint64_t, void* user, void*)
+{
+    link(user).m_IsPeerDone = true;
+    return 0;
+}
+
+int QuicCalls::onStopSending(ngtcp2_conn*, int64_t, uint64_t, void* user, void*)
+{
+    link(user).m_IsPeerDone = true;
+    return 0;
+}
+
+int QuicCalls::onRoom(ngtcp2_conn*, int64_t, uint64_t, void* user, void*)
+{
+    link(user).m_IsFull = false;
+    link(user).wake(QuicLink::kWrite);
+    return 0;
+}
+
+int QuicCalls::onNewId(ngtcp2_conn*, ngtcp2_cid* id, uint8_t* token, size_t size, void* user)
+{
+    if (size != QuicId::kSize || gnutls_rnd(GNUTLS_RND_RANDOM, token, NGTCP2_STATELESS_RESET_TOKENLEN) < 0)
+        return NGTCP2_ERR_CALLBACK_FAILURE;
+    try
+    {
+        link(user).m_Router.makeId(link(user), *id);
+        return 0;
+    }
+    catch (const std::exception&)
+    {
+        // Memory is short, and no exception may pass through C.
+        return NGTCP2_ERR_CALLBACK_FAILURE;
+    }
+}
+
+int QuicCalls::onOldId(ngtcp2_conn*, const ngtcp2_cid* id, void* user)
+{
+    link(user).m_Router.removeId(*id);
+    return 0;
+}
+
+void QuicCalls::onRandom(uint8_t* data, size_t size, const ngtcp2_rand_ctx*)
+{
+    gnutls_rnd(GNUTLS_RND_NONCE, data, size);
+}
+
+} // namespace zet::inner

@@ -1,0 +1,33 @@
+// The functions that ngtcp2 calls for a connection.
+#pragma once
+
+#include "transport/net/inner/quic_link.h"
+
+namespace zet::inner
+{
+
+// Each has a link as its user data.
+struct QuicCalls
+{
+    static ngtcp2_callbacks all();
+
+private:
+    static QuicLink& link(void* user) { return *static_cast<QuicLink*>(user); }
+    static int onCryptoData(ngtcp2_conn* connection, ngtcp2_crypto_level level, uint64_t offset, const uint8_t* data,
+                            size_t size, void* user);
+    static int onHandshakeCompleted(ngtcp2_conn* connection, void* user);
+    static int onStreamData(ngtcp2_conn* connection, uint32_t flags, int64_t stream, uint64_t offset,
+                            const uint8_t* data, size_t size, void* user, void* streamUser);
+    static int onConfirmed(ngtcp2_conn* connection, int64_t stream, uint64_t offset, uint64_t size, void* user,
+                           void* streamUser);
+    static int onStreamOpen(ngtcp2_conn* connection, int64_t stream, void* user);
+    static int onStreamReset(ngtcp2_conn* connection, int64_t stream, uint64_t size, uint64_t code, void* user,
+                             void* streamUser);
+    static int onStopSending(ngtcp2_conn* connection, int64_t stream, uint64_t code, void* user, void* streamUser);
+    static int onRoom(ngtcp2_conn* connection, int64_t stream, uint64_t most, void* user, void* streamUser);
+    static int onNewId(ngtcp2_conn* connection, ngtcp2_cid* id, uint8_t* token, size_t size, void* user);
+    static int onOldId(ngtcp2_conn* connection, const ngtcp2_cid* id, void* user);
+    static void onRandom(uint8_t* data, size_t size, const ngtcp2_rand_ctx* context);
+};
+
+} // namespace zet::inner

@@ -1,0 +1,491 @@
+#include "transport/net/inner/quic_link.h"
+
+#include "transport/net/inner/quic_calls.h"
+#include "transport/net/inner/quic_router.h"
+
+#include <gnutls/crypto.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+using Connection = UdpServer::UdpConnection;
+
+// Packets of one turn. The others of the tick have theirs in between, and pacing counts from turn to turn.
+constexpr int kPacketsPerTurn = 128;
+constexpr size_t kPiecesPerPacket = 4;
+// Answers to packets of a peer that does not know yet: the first, the second, the fourth and so on.
+constexpr unsigned int kMostLatePackets = 1024;
+
+ngtcp2_path pathOf(const sockaddr_in& local, const sockaddr_in& remote)
+{
+    ngtcp2_path path{};
+    path.local = {reinterpret_cast<ngtcp2_sockaddr*>(const_cast<sockaddr_in*>(&local)), sizeof local};
+    path.remote = {reinterpret_cast<ngtcp2_sockaddr*>(const_cast<sockaddr_in*>(&remote)), sizeof remote};
+    return path;
+}
+
+QuicTime nanoseconds(unsigned int milliseconds)
+{
+    return milliseconds * NGTCP2_MILLISECONDS;
+}
+
+ngtcp2_settings settingsOf(const UdpServer::Settings& settings, QuicTime now)
+{
+    ngtcp2_settings chosen;
+    ngtcp2_settings_default(&chosen);
+    chosen.initial_ts = now;
+    chosen.handshake_timeout = nanoseconds(settings.m_ConnectTimeout);
+    // Packets of 1,200 bytes pass everywhere, without probing.
+    chosen.max_tx_udp_payload_size = NGTCP2_MAX_UDP_PAYLOAD_SIZE;
+    chosen.no_pmtud = 1;
+    return chosen;
+}
+
+ngtcp2_transport_params paramsOf(const UdpServer::Settings& settings, bool isServer)
+{
+    ngtcp2_transport_params params;
+    ngtcp2_transport_params_default(&params);
+    const auto window = static_cast<uint64_t>(std::max(settings.m_InputLimit, 1024));
+    params.initial_max_streams_bidi = isServer ? 1 : 0;
+    params.initial_max_stream_data_bidi_local = window;
+    params.initial_max_stream_data_bidi_remote = window;
+    params.initial_max_data = window;
+    params.max_idle_timeout = nanoseconds(settings.m_IdleTimeout);
+    params.max_udp_payload_size = UdpPort::kMostBytes;
+    params.active_connection_id_limit = NGTCP2_DEFAULT_ACTIVE_CONNECTION_ID_LIMIT;
+    return params;
+}
+
+} // namespace
+
+QuicLink::~QuicLink()
+{
+    dropSession();
+    if (m_Connection)
+        ngtcp2_conn_del(m_Connection);
+}
+
+bool QuicLink::open(gnutls_session_t session)
+{
+    m_Session = session;
+    if (!session)
+        return false;
+    ngtcp2_conn_set_tls_native_handle(m_Connection, session);
+    ngtcp2_conn_set_keep_alive_timeout(m_Connection, nanoseconds(m_Router.settings().m_KeepAlive));
+    return true;
+}
+
+bool QuicLink::openClient(const sockaddr_in& peer, const char* name, const Uuid& id)
+{
+    m_Peer = peer;
+    m_Name = name;
+    m_Id = id;
+    ngtcp2_cid self, other;
+    m_Router.makeId(*this, self);
+    other.datalen = QuicId::kSize;
+    if (gnutls_rnd(GNUTLS_RND_RANDOM, other.data, other.datalen) < 0)
+        return false;
+    const auto calls = QuicCalls::all();
+    const auto settings = settingsOf(m_Router.settings(), m_Router.now());
+    const auto params = paramsOf(m_Router.settings(), false);
+    const auto path = pathOf(m_Router.getAddress(), m_Peer);
+    if (ngtcp2_conn_client_new(&m_Connection, &other, &self, &path, NGTCP2_PROTO_VER_V1, &calls, &settings, &params,
+                               nullptr, this) != 0)
+    {
+        m_Connection = nullptr;
+        return false;
+    }
+    m_Ref = {[](ngtcp2_crypto_conn_ref* ref) { return static_cast<QuicLink*>(ref->user_data)->m_Connection; }, this};
+    return open(m_Router.tls().openClient(m_Ref, m_Name)) && m_Output.write(&id, sizeof id, m_Router.pool());
+}
+
+bool QuicLink::openServer(const sockaddr_in& peer, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin)
+{
+    m_Peer = peer;
+    m_IsServer = true;
+    ngtcp2_cid self;
+    m_Router.makeId(*this, self);
+    // Until he knows that id the visitor goes on using the one of the answer to his first packet.
+    m_Router.addId(*this, head.dcid);
+    const auto calls = QuicCalls::all();
+    auto settings = settingsOf(m_Router.settings(), m_Router.now());
+    settings.token = head.token;
+    auto params = paramsOf(m_Router.settings(), true);
+    params.original_dcid = origin;
+    params.retry_scid = head.dcid;
+    params.retry_scid_present = 1;
+    const auto path = pathOf(m_Router.getAddress(), m_Peer);
+    if (ngtcp2_conn_server_new(&m_Connection, &head.scid, &self, &path, head.version, &calls, &settings, &params,
+                               nullptr, this) != 0)
+    {
+        m_Connection = nullptr;
+        return false;
+    }
+    m_Ref = {[](ngtcp2_crypto_conn_ref* ref) { return static_cast<QuicLink*>(ref->user_data)->m_Connection; }, this};
+    m_Deadline = m_Router.now() + nanoseconds(m_Router.settings().m_ConnectTimeout);
+    return open(m_Router.tls().openServer(m_Ref));
+}
+
+void QuicLink::wake(unsigned char pending)
+{
+    m_Router.wake(*this, pending);
+}
+
+void QuicLink::consume(int size)
+{
+    if (size <= 0)
+        return;
+    m_Input.consume(size);
+    if (m_Input.size() == 0)
+        m_Input.drop(&m_Router.pool());
+    if (isOver())
+        return;
+    ngtcp2_conn_extend_max_stream_offset(m_Connection, m_Stream, static_cast<uint64_t>(size));
+    ngtcp2_conn_extend_max_offset(m_Connection, static_cast<uint64_t>(size));
+    wake(kWrite);
+}
+
+bool QuicLink::send(const void* data, int size)
+{
+    if (isOver() || m_IsLingering || !m_Output.write(data, size, m_Router.pool()))
+        return false;
+    wake(kWrite);
+    return true;
+}
+
+void QuicLink::close()
+{
+    if (!m_Router.isOpen())
+        return;
+    m_Input.drop(&m_Router.pool());
+    if (isOver())
+    {
+        m_Router.schedule(*this);
+        return;
+    }
+    if (!m_IsStanding || m_Output.size() == 0)
+    {
+        finish(Connection::kDown, m_Output.size() == 0 ? kClosed : kCutOff);
+        return;
+    }
+    m_IsLingering = true;
+    m_Deadline = m_Router.now() + nanoseconds(m_Router.settings().m_LingerTime);
+    wake(kWrite);
+    m_Router.schedule(*this);
+}
+
+void QuicLink::settle()
+{
+    m_Input.settle(m_Router.pool());
+}
+
+void QuicLink::read(const sockaddr_in& from, const unsigned char* data, int size)
+{
+    if (isOver())
+    {
+        // The farewell was lost, or is on its way.
+        if (!m_Farewell.empty() && m_LatePackets < kMostLatePackets && (m_LatePackets & (m_LatePackets + 1)) == 0)
+            if (unsigned char* room = m_Router.room())
+            {
+                std::memcpy(room, m_Farewell.data(), m_Farewell.size());
+                m_Router.post(m_Peer, m_Farewell.size());
+            }
+        ++m_LatePackets;
+        return;
+    }
+    const bool stood = m_IsStanding;
+    const auto path = pathOf(m_Router.getAddress(), from);
+    const ngtcp2_pkt_info info{};
+    const int result =
+        ngtcp2_conn_read_pkt(m_Connection, &path, &info, data, static_cast<size_t>(size), m_Router.now());
+    if (m_IsStanding && !stood)
+    {
+        m_HasStood = true;
+        dropSession();
+        wake(kTickOwner);
+    }
+    endRead(result);
+    // Also where nothing is to be sent, the time of the next timer may have changed.
+    if (!isOver())
+        wake(kWrite);
+}
+
+void QuicLink::endRead(int result)
+{
+    if (result == NGTCP2_ERR_DRAINING)
+    {
+        ngtcp2_connection_close_error reason;
+        ngtcp2_conn_get_connection_close_error(m_Connection, &reason);
+        const bool isClosed =
+            reason.type == NGTCP2_CONNECTION_CLOSE_ERROR_CODE_TYPE_APPLICATION && reason.error_code == kClosed;
+        drop(isClosed ? Connection::kClosedByPeer : m_IsStanding ? Connection::kBroken : Connection::kConnectFailed);
+    }
+    else if (result == NGTCP2_ERR_DROP_CONN || result == NGTCP2_ERR_RETRY)
+    {
+        drop(m_IsStanding ? Connection::kBroken : Connection::kConnectFailed);
+    }
+    else if (result != 0)
+    {
+        endByFault(result);
+    }
+    else if (m_IsPeerDone)
+    {
+        // One of ours never ends the stream; one of another make that does has nothing more to say.
+        finish(Connection::kClosedByPeer, kClosed);
+    }
+    else if (m_IsLingering && m_Output.size() == 0)
+    {
+        finish(Connection::kDown, kClosed);
+    }
+}
+
+void QuicLink::endByFault(int fault)
+{
+    const auto state = m_IsStanding ? Connection::kBroken : Connection::kConnectFailed;
+    if (fault == NGTCP2_ERR_IDLE_CLOSE || fault == NGTCP2_ERR_HANDSHAKE_TIMEOUT || ngtcp2_err_is_fatal(fault))
+    {
+        drop(state);
+        return;
+    }
+    ngtcp2_connection_close_error reason;
+    ngtcp2_connection_close_error_default(&reason);
+    const uint8_t alert = ngtcp2_conn_get_tls_alert(m_Connection);
+    if (fault == NGTCP2_ERR_CRYPTO && alert != 0)
+        ngtcp2_connection_close_error_set_transport_error_tls_alert(&reason, alert, nullptr, 0);
+    else
+        ngtcp2_connection_close_error_set_transport_error_liberr(&reason, fault, nullptr, 0);
+    keepFarewell(reason);
+    drop(state);
+}
+
+void QuicLink::finish(Connection::ConnectionState state, Code code)
+{
+    if (isOver())
+        return;
+    ngtcp2_connection_close_error reason;
+    ngtcp2_connection_close_error_default(&reason);
+    ngtcp2_connection_close_error_set_application_error(&reason, code, nullptr, 0);
+    keepFarewell(reason);
+    drop(state);
+}
+
+void QuicLink::keepFarewell(const ngtcp2_connection_close_error& reason)
+{
+    unsigned char packet[UdpPort::kMostBytes];
+    ngtcp2_path_storage path;
+    ngtcp2_path_storage_zero(&path);
+    ngtcp2_pkt_info info{};
+    const auto size = ngtcp2_conn_write_connection_close(m_Connection, &path.path, &info, packet, sizeof packet,
+                                                         &reason, m_Router.now());
+    if (size <= 0)
+        return;
+    m_Farewell.assign(packet, packet + size);
+    if (path.path.remote.addrlen == sizeof m_Peer)
+        std::memcpy(&m_Peer, path.path.remote.addr, sizeof m_Peer);
+    if (unsigned char* room = m_Router.room())
+    {
+        std::memcpy(room, packet, static_cast<size_t>(size));
+        m_Router.post(m_Peer, static_cast<size_t>(size));
+    }
+}
+
+void QuicLink::drop(Connection::ConnectionState state)
+{
+    // A peer that was told may miss it, and then goes on until it counts us as dead. One that told us is gone.
+    const QuicTime rest = m_Farewell.empty() ? 3 * ngtcp2_conn_get_pto(m_Connection)
+                                             : nanoseconds(std::max(m_Router.settings().m_IdleTimeout, 1000U));
+    m_End = state;
+    m_Deadline = m_Router.now() + rest;
+    dropSession();
+    ngtcp2_conn_del(std::exchange(m_Connection, nullptr));
+    m_Output.drop(&m_Router.pool());
+    m_NextBlock = nullptr;
+    m_UnderWay = 0;
+    if (!m_Owner)
+        m_Input.drop(&m_Router.pool());
+    m_Router.onOver(*this);
+    wake(kTickOwner);
+}
+
+void QuicLink::dropSession()
+{
+    if (!m_Session)
+        return;
+    if (m_Connection)
+        ngtcp2_conn_set_tls_native_handle(m_Connection, nullptr);
+    gnutls_deinit(std::exchange(m_Session, nullptr));
+}
+
+QuicTime QuicLink::getExpiry() const
+{
+    if (!m_Connection)
+        return m_Owner ? kNever : m_Deadline;
+    return std::min(ngtcp2_conn_get_expiry(m_Connection), m_Deadline);
+}
+
+void QuicLink::onExpiry()
+{
+    if (isOver())
+        return;
+    const QuicTime now = m_Router.now();
+    if (m_Deadline <= now)
+    {
+        // A visitor who never told his id, or a peer that does not confirm.
+        finish(Connection::kBroken, kCutOff);
+        return;
+    }
+    const int result = ngtcp2_conn_handle_expiry(m_Connection, now);
+    if (result != 0)
+        endByFault(result);
+    else
+        wake(kWrite);
+}
+
+int QuicLink::onStreamData(const unsigned char* data, size_t size, bool isLast)
+{
+    m_IsPeerDone = m_IsPeerDone || isLast;
+    if (m_IsServer && m_IdRead < sizeof m_Id)
+    {
+        const size_t count = std::min(size, sizeof m_Id - m_IdRead);
+        std::memcpy(reinterpret_cast<unsigned char*>(&m_Id) + m_IdRead, data, count);
+        m_IdRead += count;
+        data += count;
+        size -= count;
+        ngtcp2_conn_extend_max_stream_offset(m_Connection, m_Stream, count);
+        ngtcp2_conn_extend_max_offset(m_Connection, count);
+        if (m_IdRead == sizeof m_Id)
+        {
+            m_Deadline = kNever;
+            m_Router.announce(*this);
+        }
+    }
+    // Who has closed reads no more; the peer soon finds no room.
+    if (size == 0 || m_IsLingering)
+        return 0;
+    while (size > 0)
+    {
+        const int room = m_Input.prepare(m_Router.pool());
+        if (room <= 0)
+            return NGTCP2_ERR_CALLBACK_FAILURE;
+        const size_t count = std::min(size, static_cast<size_t>(room));
+        std::memcpy(m_Input.end(), data, count);
+        m_Input.grow(static_cast<int>(count));
+        data += count;
+        size -= count;
+    }
+    m_HasReceived = true;
+    wake(kTickOwner);
+    return 0;
+}
+
+void QuicLink::onConfirmed(size_t size)
+{
+    m_Output.consume(size, m_Router.pool());
+    m_UnderWay -= size;
+    if (m_UnderWay == 0)
+        m_NextBlock = nullptr;
+    m_HasConfirmed = true;
+    wake(kTickOwner);
+}
+
+size_t QuicLink::gather(ngtcp2_vec* pieces, size_t most)
+{
+    size_t count = 0;
+    Block* block = m_NextBlock ? m_NextBlock : m_Output.front();
+    int from = m_NextBlock ? m_NextByte : block ? block->m_Begin : 0;
+    for (; block && count < most; block = block->m_Next, from = block ? block->m_Begin : 0)
+        if (from < block->m_End)
+            pieces[count++] = {block->bytes() + from, static_cast<size_t>(block->m_End - from)};
+    return count;
+}
+
+void QuicLink::advance(size_t size)
+{
+    if (size == 0)
+        return;
+    if (!m_NextBlock)
+    {
+        m_NextBlock = m_Output.front();
+        m_NextByte = m_NextBlock->m_Begin;
+    }
+    m_UnderWay += size;
+    while (size > 0)
+    {
+        if (m_NextByte == m_NextBlock->m_End)
+        {
+            m_NextBlock = m_NextBlock->m_Next;
+            m_NextByte = m_NextBlock->m_Begin;
+        }
+        const size_t step = std::min(size, static_cast<size_t>(m_NextBlock->m_End - m_NextByte));
+        m_NextByte += static_cast<int>(step);
+        size -= step;
+    }
+}
+
+bool QuicLink::prepareStream()
+{
+    if (m_Stream < 0 && !m_IsServer && m_IsStanding &&
+        ngtcp2_conn_open_bidi_stream(m_Connection, &m_Stream, nullptr) != 0)
+        m_Stream = -1;
+    return m_Stream >= 0 && !m_IsFull;
+}
+
+void QuicLink::write()
+{
+    if (isOver())
+        return;
+    const QuicTime now = m_Router.now();
+    int packets = 0;
+    for (; packets < kPacketsPerTurn; ++packets)
+    {
+        unsigned char* const room = m_Router.room();
+        if (!room)
+            break;
+        ngtcp2_vec pieces[kPiecesPerPacket];
+        const size_t count = prepareStream() ? gather(pieces, kPiecesPerPacket) : 0;
+        ngtcp2_path_storage path;
+        ngtcp2_path_storage_zero(&path);
+        ngtcp2_pkt_info info{};
+        ngtcp2_ssize taken = -1;
+        const auto size =
+            ngtcp2_conn_writev_stream(m_Connection, &path.path, &info, room, UdpPort::kMostBytes, &taken,
+                                      NGTCP2_WRITE_STREAM_FLAG_NONE, count > 0 ? m_Stream : -1, pieces, count, now);
+        if (taken > 0)
+            advance(static_cast<size_t>(taken));
+        if (size == NGTCP2_ERR_STREAM_DATA_BLOCKED)
+        {
+            m_IsFull = true;
+            continue;
+        }
+        if (size == NGTCP2_ERR_STREAM_SHUT_WR || size == NGTCP2_ERR_STREAM_NOT_FOUND)
+        {
+            finish(Connection::kClosedByPeer, kCutOff);
+            return;
+        }
+        if (size < 0)
+        {
+            endByFault(static_cast<int>(size));
+            return;
+        }
+        if (size == 0)
+        {
+            ngtcp2_conn_update_pkt_tx_time(m_Connection, now);
+            m_Router.schedule(*this);
+            return;
+        }
+        sockaddr_in peer;
+        std::memcpy(&peer, path.path.remote.addr, sizeof peer);
+        m_Router.post(peer, static_cast<size_t>(size));
+    }
+    ngtcp2_conn_update_pkt_tx_time(m_Connection, now);
+    m_Router.schedule(*this);
+    wake(kWrite);
+}
+
+} // namespace zet::inner

@@ -1,0 +1,486 @@
+#include "transport/net/inner/quic_router.h"
+
+#include "framework/log.h"
+#include "framework/string_helper.h"
+#include "framework/time.h"
+
+#include <asio/ip/udp.hpp>
+#include <gnutls/crypto.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+using Connection = UdpServer::UdpConnection;
+
+// The address of a text; a host name is asked of the resolver.
+bool resolve(const char* name, unsigned short port, sockaddr_in& address, asio::io_context& context)
+{
+    using asio::ip::udp;
+    asio::error_code fault;
+    udp::endpoint endpoint(asio::ip::make_address_v4(name, fault), port);
+    if (fault)
+    {
+        udp::resolver resolver(context);
+        const auto found = resolver.resolve(udp::v4(), name, std::to_string(port), fault);
+        if (fault || found.empty())
+            return false;
+        endpoint = found.begin()->endpoint();
+    }
+    address = *reinterpret_cast<const sockaddr_in*>(endpoint.data());
+    return port != 0;
+}
+
+} // namespace
+
+bool UdpRouter::isAvailable()
+{
+    return true;
+}
+
+std::shared_ptr<UdpRouter> UdpRouter::make(UdpServer& server, const std::shared_ptr<Reactor>& reactor,
+                                           unsigned short port, unsigned int handle)
+{
+    const auto opened = UdpPort::open(reactor, port, handle);
+    if (!opened)
+        return nullptr;
+    const auto made = std::make_shared<QuicRouter>(server, reactor, opened);
+    if (made->init())
+        return made;
+    if (handle != zet::Socket::kNoHandle)
+        opened->detach();
+    return nullptr;
+}
+
+QuicRouter::QuicRouter(UdpServer& server, const std::shared_ptr<Reactor>& reactor, const Ref<UdpPort>& port)
+    : m_Server(&server), m_Reactor(reactor), m_Port(port), m_Now(NGTCP2_SECONDS), m_LastTick(getTimeTick())
+{
+}
+
+QuicRouter::~QuicRouter()
+{
+    m_Port->close();
+}
+
+bool QuicRouter::init()
+{
+    return gnutls_rnd(GNUTLS_RND_KEY, m_Secret, sizeof m_Secret) >= 0 && m_Tls.init(settings());
+}
+
+unsigned short QuicRouter::getPort() const
+{
+    return ntohs(getAddress().sin_port);
+}
+
+QuicTime QuicRouter::now()
+{
+    const unsigned int tick = getTimeTick();
+    m_Now += (tick - m_LastTick) * NGTCP2_MILLISECONDS;
+    m_LastTick = tick;
+    return m_Now;
+}
+
+bool QuicRouter::join(const std::shared_ptr<Reactor>& reactor)
+{
+    if (reactor == m_Reactor)
+        return true;
+    m_Port->flush();
+    const unsigned int handle = m_Port->detach();
+    // The waits of the old reactor are over; it is looked at once more, so that they are gone.
+    m_Reactor->pollOutsideTick();
+    const auto port = UdpPort::open(reactor, 0, handle);
+    if (!port)
+        return false;
+    m_Port = port;
+    m_Reactor = reactor;
+    m_IsLate = false;
+    return true;
+}
+
+bool QuicRouter::connect(Connection& connection, const wchar_t* ip, unsigned short port, const Uuid& id)
+{
+    if (!m_Server || !ip || !*ip || !UdpLink::isFree(connection))
+        return false;
+    const String_T<char> name = StringHelper::wideToUtf8(ip);
+    sockaddr_in peer;
+    if (!resolve(name, port, peer, m_Reactor->context()))
+        return false;
+    QuicLink& link = keep(std::make_unique<QuicLink>(*this));
+    if (!link.openClient(peer, name, id))
+    {
+        forget(link);
+        return false;
+    }
+    ++m_Count;
+    link.setOwner(connection, Connection::kConnecting, id, static_cast<unsigned int>(peer.sin_addr.s_addr), port);
+    wake(link, QuicLink::kWrite);
+    return true;
+}
+
+bool QuicRouter::give(Connection& connection)
+{
+    if (m_Visitors.empty() || !UdpLink::isFree(connection))
+        return false;
+    QuicLink& link = *m_Visitors.front();
+    m_Visitors.pop_front();
+    const sockaddr_in& peer = link.getPeer();
+    link.setOwner(connection, Connection::kEstablished, link.getId(), static_cast<unsigned int>(peer.sin_addr.s_addr),
+                  ntohs(peer.sin_port));
+    wake(link, QuicLink::kTickOwner);
+    return true;
+}
+
+bool QuicRouter::sendUserData(const sockaddr_in& address, const void* data, int size)
+{
+    unsigned char* const room = m_Port->room();
+    if (!room)
+        return false;
+    std::memcpy(room, data, static_cast<size_t>(size));
+    post(address, static_cast<size_t>(size));
+    return true;
+}
+
+void QuicRouter::post(const sockaddr_in& address, size_t size)
+{
+    ++m_Traffic.m_DatagramsOut;
+    m_Traffic.m_BytesOut += size;
+    m_Port->commit(address, static_cast<int>(size));
+    if (m_IsTicking || m_IsLate)
+        return;
+    m_IsLate = m_Reactor->flushLater(weak_from_this());
+    if (!m_IsLate)
+        m_Port->flush();
+}
+
+void QuicRouter::list(QuicLink& link)
+{
+    if (std::exchange(link.m_IsListed, true))
+        return;
+    m_Listed.push_back(&link);
+    if (!m_IsTicking && !m_IsLate)
+        m_IsLate = m_Reactor->flushLater(weak_from_this());
+}
+
+void QuicRouter::wake(QuicLink& link, unsigned char pending)
+{
+    if (!m_Server)
+        return;
+    link.m_Pending |= pending;
+    list(link);
+}
+
+void QuicRouter::makeId(QuicLink& link, ngtcp2_cid& id)
+{
+    id.datalen = QuicId::kSize;
+    gnutls_rnd(GNUTLS_RND_RANDOM, id.data, id.datalen);
+    addId(link, id);
+}
+
+void QuicRouter::addId(QuicLink& link, const ngtcp2_cid& id)
+{
+    m_ByName.emplace(QuicId(id), &link);
+    link.addId(id);
+}
+
+void QuicRouter::removeId(const ngtcp2_cid& id)
+{
+    if (id.datalen == QuicId::kSize)
+        m_ByName.erase(QuicId(id));
+}
+
+QuicLink* QuicRouter::find(const unsigned char* id) const
+{
+    const auto place = m_ByName.find(QuicId(id));
+    return place == m_ByName.end() ? nullptr : place->second;
+}
+
+QuicLink& QuicRouter::keep(std::unique_ptr<QuicLink> link)
+{
+    link->m_Place = m_Links.size();
+    m_Links.push_back(std::move(link));
+    return *m_Links.back();
+}
+
+void QuicRouter::onOver(QuicLink& link)
+{
+    --m_Count;
+    if (link.isServer())
+    {
+        --m_VisitorCount;
+        if (link.isAnnounced() && !link.getOwner())
+            std::erase(m_Visitors, &link);
+    }
+    schedule(link);
+}
+
+void QuicRouter::forget(QuicLink& link)
+{
+    for (const QuicId& id : link.getIds())
+    {
+        const auto place = m_ByName.find(id);
+        if (place != m_ByName.end() && place->second == &link)
+            m_ByName.erase(place);
+    }
+    removeTimer(link);
+    if (link.m_IsListed)
+    {
+        std::replace(m_Listed.begin(), m_Listed.end(), &link, static_cast<QuicLink*>(nullptr));
+        std::replace(m_Round.begin(), m_Round.end(), &link, static_cast<QuicLink*>(nullptr));
+    }
+    const size_t place = link.m_Place;
+    m_Links.back()->m_Place = place;
+    std::swap(m_Links[place], m_Links.back());
+    m_Links.pop_back();
+}
+
+void QuicRouter::tick()
+{
+    if (m_IsTicking)
+        return;
+    struct Ticking
+    {
+        explicit Ticking(bool& flag) : m_Flag(flag) { m_Flag = true; }
+        ~Ticking() { m_Flag = false; }
+        bool& m_Flag;
+    } ticking(m_IsTicking);
+    m_Reactor->pollOutsideTick();
+    m_Greetings = 0;
+    receive();
+    runTimers();
+    callVisitors();
+    takeTurns();
+    if (!m_Server)
+        return;
+    // Who was woken behind his turn.
+    writeListed();
+    m_Port->flush();
+    hurry();
+}
+
+void QuicRouter::endTick()
+{
+    m_IsLate = false;
+    if (!m_Server)
+        return;
+    writeListed();
+    m_Port->flush();
+    hurry();
+}
+
+void QuicRouter::hurry()
+{
+    const auto mustWrite = [](const QuicLink* link) { return link && (link->m_Pending & QuicLink::kWrite); };
+    if (!m_Port->isBlocked() && (m_Port->isReadable() || std::any_of(m_Listed.begin(), m_Listed.end(), mustWrite)))
+        m_Reactor->hurry();
+}
+
+void QuicRouter::takeTurns()
+{
+    // What an exception has cut short goes on here.
+    if (m_TurnAt >= m_Round.size())
+    {
+        m_TurnAt = 0;
+        m_Round.clear();
+        m_Round.swap(m_Listed);
+    }
+    while (m_Server && m_TurnAt < m_Round.size())
+        if (QuicLink* const link = m_Round[m_TurnAt++])
+        {
+            link->m_IsListed = false;
+            turn(*link);
+        }
+}
+
+void QuicRouter::turn(QuicLink& link)
+{
+    if ((link.m_Pending & QuicLink::kTickOwner) && link.getOwner())
+    {
+        link.m_Pending &= static_cast<unsigned char>(~QuicLink::kTickOwner);
+        Connection* const owner = link.getOwner();
+        const Unknown::Handle_T<Connection> hold = owner->getRefCount() > 0 ? owner : nullptr;
+        UdpServer* const server = m_Server;
+        try
+        {
+            owner->onTick(m_LastTick);
+        }
+        catch (...)
+        {
+            if (m_Server)
+                list(link);
+            throw;
+        }
+        if (!m_Server)
+            return;
+        if (!link.getOwner() && link.end() != Connection::kEstablished)
+            server->onEnd(owner);
+        else if (link.getOwner() && (link.available() > 0 || link.isOver()))
+            // Left for the next tick, which need not hurry.
+            wake(link, QuicLink::kTickOwner);
+        if (!m_Server)
+            return;
+    }
+    link.m_Pending &= static_cast<unsigned char>(link.getOwner() ? 0xFF : ~QuicLink::kTickOwner);
+    link.settle();
+    if (std::exchange(link.m_Pending, link.m_Pending & ~QuicLink::kWrite) & QuicLink::kWrite)
+        link.write();
+}
+
+void QuicRouter::writeListed()
+{
+    std::vector<QuicLink*> listed;
+    listed.swap(m_Listed);
+    for (QuicLink* const link : listed)
+    {
+        if (!link)
+            continue;
+        link->m_IsListed = false;
+        if (link->m_Pending & QuicLink::kWrite)
+        {
+            link->m_Pending &= static_cast<unsigned char>(~QuicLink::kWrite);
+            link->write();
+        }
+        if (link->m_Pending != 0)
+            list(*link);
+    }
+}
+
+void QuicRouter::callVisitors()
+{
+    while (m_Server && !m_Visitors.empty())
+    {
+        const QuicLink* const first = m_Visitors.front();
+        m_Server->onAccept();
+        if (!m_Server || (!m_Visitors.empty() && m_Visitors.front() == first))
+            return;
+    }
+}
+
+void QuicRouter::finishAll()
+{
+    for (const auto& link : m_Links)
+    {
+        link->write();
+        link->finish(Connection::kBroken, QuicLink::kClosed);
+    }
+    m_Port->flush();
+    m_Server = nullptr;
+    m_Visitors.clear();
+    m_Listed.clear();
+    m_ByName.clear();
+    m_Timers.clear();
+    m_Closed.swap(m_Links);
+}
+
+void QuicRouter::close()
+{
+    if (!m_Server)
+        return;
+    const auto self = shared_from_this();
+    UdpServer& server = *m_Server;
+    finishAll();
+    m_Port->close();
+    tellOwners(server);
+}
+
+void QuicRouter::tellOwners(UdpServer& server)
+{
+    for (const auto& link : m_Closed)
+        if (Connection* const owner = link->getOwner())
+        {
+            const Unknown::Handle_T<Connection> hold = owner->getRefCount() > 0 ? owner : nullptr;
+            link->breakOwner();
+            server.onEnd(owner);
+        }
+}
+
+unsigned int QuicRouter::detach()
+{
+    if (!m_Server)
+        return zet::Socket::kNoHandle;
+    const auto self = shared_from_this();
+    UdpServer& server = *m_Server;
+    finishAll();
+    const unsigned int handle = m_Port->detach();
+    tellOwners(server);
+    return handle;
+}
+
+void QuicRouter::schedule(QuicLink& link)
+{
+    if (!m_Server)
+        return;
+    const QuicTime expiry = link.getExpiry();
+    if (expiry == kNever)
+    {
+        removeTimer(link);
+        return;
+    }
+    const size_t place = link.m_TimerPlace < m_Timers.size() ? link.m_TimerPlace : m_Timers.size();
+    if (place == m_Timers.size())
+        m_Timers.push_back(&link);
+    link.m_Expiry = expiry;
+    link.m_TimerPlace = place;
+    sift(place);
+}
+
+void QuicRouter::removeTimer(QuicLink& link)
+{
+    const size_t place = std::exchange(link.m_TimerPlace, std::numeric_limits<size_t>::max());
+    if (place >= m_Timers.size())
+        return;
+    QuicLink* const last = m_Timers.back();
+    m_Timers.pop_back();
+    if (last == &link)
+        return;
+    put(place, last);
+    sift(place);
+}
+
+void QuicRouter::put(size_t place, QuicLink* link)
+{
+    m_Timers[place] = link;
+    link->m_TimerPlace = place;
+}
+
+void QuicRouter::sift(size_t place)
+{
+    QuicLink* const link = m_Timers[place];
+    for (; place > 0 && link->m_Expiry < m_Timers[(place - 1) / 2]->m_Expiry; place = (place - 1) / 2)
+        put(place, m_Timers[(place - 1) / 2]);
+    for (size_t child = 2 * place + 1; child < m_Timers.size(); child = 2 * place + 1)
+    {
+        if (child + 1 < m_Timers.size() && m_Timers[child + 1]->m_Expiry < m_Timers[child]->m_Expiry)
+            ++child;
+        if (m_Timers[child]->m_Expiry >= link->m_Expiry)
+            break;
+        put(place, m_Timers[child]);
+        place = child;
+    }
+    put(place, link);
+}
+
+void QuicRouter::runTimers()
+{
+    const QuicTime time = now();
+    // One that is due again at once waits for the next tick.
+    for (size_t most = m_Timers.size(); most > 0 && m_Server && !m_Timers.empty(); --most)
+    {
+        QuicLink& link = *m_Timers.front();
+        if (link.m_Expiry > time)
+            return;
+        if (link.isForgettable(time))
+        {
+            forget(link);
+            continue;
+        }
+        removeTimer(link);
+        link.onExpiry();
+    }
+}
+
+} // namespace zet::inner

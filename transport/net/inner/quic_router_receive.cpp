@@ -1,0 +1,201 @@
+#include "transport/net/inner/quic_router.h"
+
+#include <gnutls/crypto.h>
+
+#include <cstring>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+// The first byte of a packet.
+constexpr unsigned char kLongHead = 0x80;
+constexpr unsigned char kFixedBit = 0x40;
+constexpr unsigned char kTypeBits = 0x30;
+constexpr unsigned char kInitial = 0x00;
+
+// Time that a token is good for.
+constexpr QuicTime kTokenTime = 10 * NGTCP2_SECONDS;
+
+// The head that all versions of QUIC share.
+struct LongHead
+{
+    bool read(const unsigned char* data, size_t size)
+    {
+        if (size < 7)
+            return false;
+        m_Version = static_cast<uint32_t>(data[1]) << 24 | static_cast<uint32_t>(data[2]) << 16 |
+                    static_cast<uint32_t>(data[3]) << 8 | data[4];
+        m_TargetSize = data[5];
+        m_Target = data + 6;
+        if (size < 7 + m_TargetSize)
+            return false;
+        m_SourceSize = data[6 + m_TargetSize];
+        m_Source = data + 7 + m_TargetSize;
+        return size >= 7 + m_TargetSize + m_SourceSize;
+    }
+
+    uint32_t m_Version = 0;
+    size_t m_TargetSize = 0;
+    const unsigned char* m_Target = nullptr;
+    size_t m_SourceSize = 0;
+    const unsigned char* m_Source = nullptr;
+};
+
+} // namespace
+
+void QuicRouter::receive()
+{
+    for (int total = 0; m_Server && m_Port->isReadable() && total < UdpServer::kDatagramsPerTick;)
+    {
+        const int count = m_Port->receive();
+        for (int i = 0; i < count && m_Server; ++i)
+        {
+            const UdpPort::Datagram datagram = m_Port->getDatagram(i);
+            if (datagram.m_Size >= 0)
+                route(*datagram.m_Address, datagram.m_Data, datagram.m_Size);
+        }
+        total += count;
+    }
+}
+
+void QuicRouter::deliver(const sockaddr_in& address, const void* data, int size)
+{
+    if (m_Server && size <= UdpPort::kMostBytes)
+        route(address, static_cast<const unsigned char*>(data), size);
+}
+
+void QuicRouter::route(const sockaddr_in& from, const unsigned char* data, int size)
+{
+    ++m_Traffic.m_DatagramsIn;
+    m_Traffic.m_BytesIn += static_cast<unsigned long long>(size);
+    if (size > 0 && (data[0] & kLongHead))
+    {
+        routeLong(from, data, size);
+        return;
+    }
+    QuicLink* const link = static_cast<size_t>(size) > QuicId::kSize ? find(data + 1) : nullptr;
+    if (link)
+        link->read(from, data, size);
+    else
+        m_Server->onUserData(from, data, size);
+}
+
+void QuicRouter::routeLong(const sockaddr_in& from, const unsigned char* data, int size)
+{
+    LongHead head;
+    const bool isHead = head.read(data, static_cast<size_t>(size));
+    const bool isOurs = isHead && (head.m_Version == NGTCP2_PROTO_VER_V1 || head.m_Version == 0);
+    QuicLink* const link = isOurs && head.m_TargetSize == QuicId::kSize ? find(head.m_Target) : nullptr;
+    if (link)
+    {
+        link->read(from, data, size);
+    }
+    else if (!isHead || !(data[0] & kFixedBit))
+    {
+        m_Server->onUserData(from, data, size);
+    }
+    else if (isOurs)
+    {
+        if (head.m_Version != 0 && (data[0] & kTypeBits) == kInitial)
+            greet(from, data, size);
+    }
+    else if (size >= NGTCP2_MAX_UDP_PAYLOAD_SIZE)
+    {
+        sendVersions(from, data, size);
+    }
+    else
+    {
+        m_Server->onUserData(from, data, size);
+    }
+}
+
+void QuicRouter::sendVersions(const sockaddr_in& to, const unsigned char* data, int size)
+{
+    LongHead head;
+    head.read(data, static_cast<size_t>(size));
+    unsigned char* const out = room();
+    if (!out || ++m_Greetings > UdpServer::kGreetingsPerTick)
+        return;
+    const uint32_t version = NGTCP2_PROTO_VER_V1;
+    const auto written =
+        ngtcp2_pkt_write_version_negotiation(out, UdpPort::kMostBytes, kFixedBit, head.m_Source, head.m_SourceSize,
+                                             head.m_Target, head.m_TargetSize, &version, 1);
+    if (written > 0)
+        post(to, static_cast<size_t>(written));
+}
+
+void QuicRouter::greet(const sockaddr_in& from, const unsigned char* data, int size)
+{
+    ngtcp2_pkt_hd head;
+    const int result = ngtcp2_accept(&head, data, static_cast<size_t>(size));
+    if ((result != 0 && result != NGTCP2_ERR_RETRY) || settings().m_ConnectionLimit <= 0)
+        return;
+    if (head.token.len == 0)
+    {
+        if (++m_Greetings <= UdpServer::kGreetingsPerTick)
+            sendRetry(from, head);
+        return;
+    }
+    ngtcp2_cid origin;
+    // What shows no address of its sender gets no answer.
+    if (head.dcid.datalen != QuicId::kSize || head.token.base[0] != NGTCP2_CRYPTO_TOKEN_MAGIC_RETRY ||
+        ngtcp2_crypto_verify_retry_token(&origin, head.token.base, head.token.len, m_Secret, sizeof m_Secret,
+                                         head.version, reinterpret_cast<const sockaddr*>(&from), sizeof from,
+                                         &head.dcid, kTokenTime, now()) != 0)
+        return;
+    if (m_VisitorCount >= settings().m_ConnectionLimit)
+        refuse(from, head);
+    else
+        admit(from, head, origin, data, size);
+}
+
+void QuicRouter::sendRetry(const sockaddr_in& to, const ngtcp2_pkt_hd& head)
+{
+    unsigned char* const out = room();
+    if (!out)
+        return;
+    ngtcp2_cid self;
+    self.datalen = QuicId::kSize;
+    unsigned char token[NGTCP2_CRYPTO_MAX_RETRY_TOKENLEN];
+    if (gnutls_rnd(GNUTLS_RND_RANDOM, self.data, self.datalen) < 0)
+        return;
+    const auto size =
+        ngtcp2_crypto_generate_retry_token(token, m_Secret, sizeof m_Secret, head.version,
+                                           reinterpret_cast<const sockaddr*>(&to), sizeof to, &self, &head.dcid, now());
+    if (size < 0)
+        return;
+    const auto written = ngtcp2_crypto_write_retry(out, UdpPort::kMostBytes, head.version, &head.scid, &self,
+                                                   &head.dcid, token, static_cast<size_t>(size));
+    if (written > 0)
+        post(to, static_cast<size_t>(written));
+}
+
+void QuicRouter::refuse(const sockaddr_in& to, const ngtcp2_pkt_hd& head)
+{
+    unsigned char* const out = room();
+    if (!out)
+        return;
+    const auto written = ngtcp2_crypto_write_connection_close(out, UdpPort::kMostBytes, head.version, &head.scid,
+                                                              &head.dcid, NGTCP2_CONNECTION_REFUSED, nullptr, 0);
+    if (written > 0)
+        post(to, static_cast<size_t>(written));
+}
+
+void QuicRouter::admit(const sockaddr_in& from, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin,
+                       const unsigned char* data, int size)
+{
+    QuicLink& link = keep(std::make_unique<QuicLink>(*this));
+    if (!link.openServer(from, head, origin))
+    {
+        forget(link);
+        return;
+    }
+    ++m_Count;
+    ++m_VisitorCount;
+    link.read(from, data, size);
+}
+
+} // namespace zet::inner

@@ -1,0 +1,77 @@
+// The socket of a UDP port: datagrams in by the batch, datagrams out by the batch.
+#pragma once
+
+#include "transport/net/inner/counted.h"
+#include "transport/net/inner/reactor.h"
+#include "transport/net/socket.h"
+
+#include <asio/ip/udp.hpp>
+
+#include <memory>
+
+namespace zet::inner
+{
+
+// The router and the waits under way share a port by its count. Both batches are one block, for as long as the port
+// is open.
+class UdpPort : public Counted<UdpPort>
+{
+public:
+    // The longest datagram that is taken, and the longest that is sent.
+    static constexpr int kMostBytes = 2048;
+    // Datagrams of one system call.
+    static constexpr int kBatch = 32;
+
+    struct Datagram
+    {
+        const sockaddr_in* m_Address;
+        const unsigned char* m_Data;
+        int m_Size;
+    };
+
+    // A socket on a port of all addresses, or one that is there already. Null where there is none; a handle that was
+    // given stays the caller's then.
+    static Ref<UdpPort> open(const std::shared_ptr<Reactor>& reactor, unsigned short port, unsigned int handle);
+    ~UdpPort();
+
+    const sockaddr_in& getAddress() const { return m_Address; }
+    unsigned int getHandle() { return static_cast<unsigned int>(m_Socket.native_handle()); }
+    void close();
+    unsigned int detach();
+
+    // Whether something may have come. It costs no system call.
+    bool isReadable() const { return m_IsReadable; }
+    // Takes what has come, up to a batch; 0 when nothing is left, and then the next wait begins.
+    int receive();
+    // The datagrams of the last receive(). One that was too long has the size -1.
+    Datagram getDatagram(int index) const;
+
+    // Room for a datagram of kMostBytes, or null while the operating system takes none; then isBlocked() is true until
+    // it does again.
+    unsigned char* room();
+    // What was written there goes to an address, with its batch.
+    void commit(const sockaddr_in& address, int size);
+    // Sends what was committed.
+    void flush();
+    bool isBlocked() const { return m_IsBlocked; }
+
+private:
+    struct Batches;
+
+    using Socket = asio::basic_datagram_socket<asio::ip::udp, asio::io_context::executor_type>;
+
+    explicit UdpPort(Reactor& reactor);
+    bool prepare();
+    void waitForInput();
+    void waitForOutput();
+
+    Socket m_Socket;
+    std::unique_ptr<Batches> m_Batches;
+    sockaddr_in m_Address{};
+    int m_Unsent = 0;
+    bool m_IsReadable = false;
+    bool m_IsInputWaited = false;
+    bool m_IsBlocked = false;
+};
+
+} // namespace zet::inner

@@ -1,0 +1,192 @@
+#include "transport/net/inner/udp_port.h"
+
+#include <sys/socket.h>
+#include <sys/uio.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+// What the operating system may hold of what comes and goes, as far as it allows: a tick may be late.
+constexpr int kSocketBuffer = 4 * 1024 * 1024;
+
+// Messages of one system call, each with one piece of memory.
+struct Batch
+{
+    void prepare(int index, int size)
+    {
+        m_Pieces[index] = {m_Bytes[index], static_cast<size_t>(size)};
+        msghdr& head = m_Messages[index].msg_hdr;
+        head = {};
+        head.msg_name = &m_Addresses[index];
+        head.msg_namelen = sizeof m_Addresses[index];
+        head.msg_iov = &m_Pieces[index];
+        head.msg_iovlen = 1;
+    }
+
+    mmsghdr m_Messages[UdpPort::kBatch];
+    iovec m_Pieces[UdpPort::kBatch];
+    sockaddr_in m_Addresses[UdpPort::kBatch];
+    unsigned char m_Bytes[UdpPort::kBatch][UdpPort::kMostBytes];
+};
+
+} // namespace
+
+struct UdpPort::Batches
+{
+    Batch m_In;
+    Batch m_Out;
+};
+
+UdpPort::UdpPort(Reactor& reactor) : m_Socket(reactor.context().get_executor()), m_Batches(new Batches) {}
+
+UdpPort::~UdpPort() = default;
+
+Ref<UdpPort> UdpPort::open(const std::shared_ptr<Reactor>& reactor, unsigned short port, unsigned int handle)
+{
+    using asio::ip::udp;
+    const Ref<UdpPort> made(new UdpPort(*reactor));
+    asio::error_code fault;
+    if (handle != zet::Socket::kNoHandle)
+    {
+        made->m_Socket.assign(udp::v4(), static_cast<Socket::native_handle_type>(handle), fault);
+    }
+    else
+    {
+        made->m_Socket.open(udp::v4(), fault);
+        if (!fault)
+            made->m_Socket.bind(udp::endpoint(udp::v4(), port), fault);
+        asio::error_code ignored;
+        made->m_Socket.set_option(asio::socket_base::receive_buffer_size(kSocketBuffer), ignored);
+        made->m_Socket.set_option(asio::socket_base::send_buffer_size(kSocketBuffer), ignored);
+    }
+    if (fault)
+        return Ref<UdpPort>();
+    if (made->prepare())
+        return made;
+    if (handle != zet::Socket::kNoHandle)
+        made->m_Socket.release(fault);
+    return Ref<UdpPort>();
+}
+
+bool UdpPort::prepare()
+{
+    asio::error_code fault;
+    m_Socket.non_blocking(true, fault);
+    if (fault)
+        return false;
+    const auto self = m_Socket.local_endpoint(fault);
+    if (fault || !self.address().is_v4())
+        return false;
+    m_Address = *reinterpret_cast<const sockaddr_in*>(self.data());
+    waitForInput();
+    return true;
+}
+
+void UdpPort::close()
+{
+    asio::error_code ignored;
+    m_Socket.close(ignored);
+}
+
+unsigned int UdpPort::detach()
+{
+    asio::error_code fault;
+    const auto handle = m_Socket.release(fault);
+    return fault ? zet::Socket::kNoHandle : static_cast<unsigned int>(handle);
+}
+
+void UdpPort::waitForInput()
+{
+    m_IsReadable = false;
+    if (m_IsInputWaited)
+        return;
+    m_IsInputWaited = true;
+    m_Socket.async_wait(asio::socket_base::wait_read,
+                        [port = Ref<UdpPort>(this)](const asio::error_code& fault)
+                        {
+                            port->m_IsInputWaited = false;
+                            port->m_IsReadable = !fault;
+                        });
+}
+
+void UdpPort::waitForOutput()
+{
+    if (m_IsBlocked)
+        return;
+    m_IsBlocked = true;
+    m_Socket.async_wait(asio::socket_base::wait_write,
+                        [port = Ref<UdpPort>(this)](const asio::error_code&) { port->m_IsBlocked = false; });
+}
+
+int UdpPort::receive()
+{
+    if (!m_IsReadable)
+        return 0;
+    Batch& in = m_Batches->m_In;
+    for (int i = 0; i < kBatch; ++i)
+        in.prepare(i, kMostBytes);
+    const int count = ::recvmmsg(m_Socket.native_handle(), in.m_Messages, kBatch, MSG_DONTWAIT, nullptr);
+    // A fault is that of an earlier datagram, and told once; what lies behind it comes with the next wait.
+    if (count < kBatch)
+        waitForInput();
+    return std::max(count, 0);
+}
+
+UdpPort::Datagram UdpPort::getDatagram(int index) const
+{
+    const Batch& in = m_Batches->m_In;
+    const mmsghdr& message = in.m_Messages[index];
+    const bool isWhole = !(message.msg_hdr.msg_flags & MSG_TRUNC) && message.msg_hdr.msg_namelen >= sizeof(sockaddr_in);
+    return {&in.m_Addresses[index], in.m_Bytes[index], isWhole ? static_cast<int>(message.msg_len) : -1};
+}
+
+unsigned char* UdpPort::room()
+{
+    if (m_Unsent == kBatch)
+        flush();
+    return m_Unsent < kBatch && !m_IsBlocked ? m_Batches->m_Out.m_Bytes[m_Unsent] : nullptr;
+}
+
+void UdpPort::commit(const sockaddr_in& address, int size)
+{
+    m_Batches->m_Out.m_Addresses[m_Unsent] = address;
+    m_Batches->m_Out.prepare(m_Unsent, size);
+    ++m_Unsent;
+}
+
+void UdpPort::flush()
+{
+    Batch& out = m_Batches->m_Out;
+    int at = 0;
+    while (at < m_Unsent && !m_IsBlocked)
+    {
+        const int sent = ::sendmmsg(m_Socket.native_handle(), out.m_Messages + at,
+                                    static_cast<unsigned int>(m_Unsent - at), MSG_DONTWAIT);
+        if (sent > 0)
+            at += sent;
+        else if (errno == EAGAIN || errno == EWOULDBLOCK || errno == ENOBUFS)
+            waitForOutput();
+        else if (errno != EINTR)
+            // No way to this address: the datagram is lost, as others are on the road.
+            ++at;
+    }
+    if (at == 0 || m_Unsent == 0)
+        return;
+    // What is left keeps its order, at the front.
+    for (int i = at; i < m_Unsent; ++i)
+    {
+        const int to = i - at;
+        std::swap(out.m_Bytes[to], out.m_Bytes[i]);
+        out.m_Addresses[to] = out.m_Addresses[i];
+        out.prepare(to, static_cast<int>(out.m_Pieces[i].iov_len));
+    }
+    m_Unsent -= at;
+}
+
+} // namespace zet::inner
