@@ -1,0 +1,19 @@
+#include "tests/support/udp_loopback.h"
+
+#ifdef _WIN32
+#include <winsock2.h>
+#else
+#include <netinet/in.h>
+#endif
+
+namespace test
+{
+
+void NoteUdpServer::onUserData(const sockaddr_in& address, const void* data, int size)
+{
+    const auto* const bytes = static_cast<const unsigned char*>(data);
+    m_UserData.push_back({static_cast<unsigned int>(address.sin_addr.s_addr), ntohs(address.sin_port),
+                          std::vector<unsigned char>(bytes, bytes + size)});
+}
+
+} // namespace test

@@ -1,0 +1,115 @@
+#include "transport/udp_client_socket.h"
+
+#include "packaging/cmd_packager.h"
+#include "packaging/command_head.h"
+
+#include <cstdlib>
+
+zet::Unknown::Handle_T<UdpClientSocket> UdpClientSocket::createInstance()
+{
+    return new UdpClientSocket;
+}
+
+UdpClientSocket::~UdpClientSocket()
+{
+    std::free(m_pBody);
+}
+
+bool UdpClientSocket::connect(zet::UdpServer* server, const wchar_t* ip, unsigned short port, const zet::Uuid& id)
+{
+    if (!zet::UdpServer::UdpConnection::connect(server, ip, port, id))
+        return false;
+    m_iHeadRead = 0;
+    m_iHead = 0;
+    m_iBodyRead = 0;
+    return true;
+}
+
+bool UdpClientSocket::connect(zet::UdpServer* server, const wchar_t* ip, short port, const zet::Uuid& id)
+{
+    return connect(server, ip, static_cast<unsigned short>(port), id);
+}
+
+void UdpClientSocket::onTick(unsigned int tick)
+{
+    // A handler may let go of the last handle.
+    const zet::Unknown::Handle_T<UdpClientSocket> hold = getRefCount() > 0 ? this : nullptr;
+    zet::UdpSecureConnection::onTick(tick);
+    while (readHead() && readBody())
+    {
+        // A pointer has more bits than an unsigned long on some platforms; a handler there knows its sockets.
+        m_CmdAnalyser.Analyse(m_pBody, m_iHead, static_cast<unsigned long>(reinterpret_cast<size_t>(this)), 0);
+        m_iHeadRead = 0;
+        m_iHead = 0;
+        m_iBodyRead = 0;
+    }
+}
+
+bool UdpClientSocket::readHead()
+{
+    if (m_iHeadRead < 2)
+    {
+        unsigned char bytes[2];
+        const int got = receive(bytes, 2 - m_iHeadRead);
+        if (got <= 0)
+            return false;
+        for (int i = 0; i < got; ++i)
+            m_iHead = static_cast<short>(m_iHead | bytes[i] << (8 * m_iHeadRead++));
+        m_iBodyRead = 0;
+    }
+    return m_iHeadRead == 2;
+}
+
+bool UdpClientSocket::readBody()
+{
+    if (m_iHead <= 0)
+    {
+        close();
+        return false;
+    }
+    if (m_iBodyCapacity < m_iHead)
+    {
+        void* const body = std::realloc(m_pBody, static_cast<size_t>(m_iHead));
+        if (!body)
+            return false;
+        m_pBody = static_cast<unsigned char*>(body);
+        m_iBodyCapacity = m_iHead;
+    }
+    const int got = receive(m_pBody + m_iBodyRead, m_iHead - m_iBodyRead);
+    if (got <= 0)
+        return false;
+    m_iBodyRead += got;
+    return m_iBodyRead == m_iHead;
+}
+
+void UdpClientSocket::onClose()
+{
+    close();
+}
+
+bool UdpClientSocket::send(const CCmdHead& command)
+{
+    CCmdPackager packager;
+    return command.Write(&packager) && send(packager);
+}
+
+bool UdpClientSocket::send(const CCmdPackager& packager)
+{
+    const int size = packager.Pack(nullptr, 0);
+    // The length has 16 bits with a sign. What does not fit is lost without a report.
+    if (size <= 0 || size > kFrameLimit)
+        return true;
+    unsigned char area[65536];
+    const int packed = packager.Pack(area, size);
+    const unsigned char head[2] = {static_cast<unsigned char>(packed), static_cast<unsigned char>(packed >> 8)};
+    const bool isConnected = getConnectionState() == kConnecting || getConnectionState() == kEstablished;
+    zet::UdpSecureConnection::send(head, sizeof head);
+    if (zet::UdpSecureConnection::send(area, packed) != packed && isConnected)
+        close();
+    return true;
+}
+
+const wchar_t* UdpClientSocket::getClassTimestamp() const
+{
+    return L"Mon Dec  9 15:18:49 2019";
+}

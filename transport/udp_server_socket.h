@@ -1,0 +1,44 @@
+// A UDP port and the command connections that were accepted on it.
+#pragma once
+
+#include "framework/dictionary.h"
+#include "transport/net/udp_connection.h"
+
+// Holds the connections that it accepted. A host derives from it and accepts a UdpClientSocket of its own in
+// onAccept(), its analyser filled.
+class COMMONGROUND_API UdpServerSocket : public zet::UdpServer
+{
+public:
+    using ClientSockets =
+        zet::Dictionary<zet::UdpServer::UdpConnection*, zet::Unknown::Handle_T<zet::UdpServer::UdpConnection>>;
+
+    static zet::Unknown::Handle_T<UdpServerSocket> createInstance();
+    // Closes as close() does.
+    ~UdpServerSocket() override;
+
+    // The server holds the connection from then on. False changes nothing.
+    bool accept(zet::UdpServer::UdpConnection* connection) override;
+    // Abandons a connection that has ended by itself or with the server.
+    void onEnd(zet::UdpServer::UdpConnection* connection) override;
+
+    // Listens, and keeps the address as its own; an empty one stands for the name of this machine.
+    virtual bool listen(const zet::String_T<wchar_t>& ip, unsigned short port);
+    using zet::UdpServer::listen;
+    // Lets go of a connection; it closes where nobody else holds it. One that the host closes stays held until then.
+    virtual void abandon(zet::UdpServer::UdpConnection* connection);
+
+    const zet::String_T<wchar_t>& GetIP() const { return m_IP; }
+    // The port really bound; 0 before listen().
+    unsigned short GetPort() const { return m_Port; }
+    int GetClientCount() const { return m_ClientSockets.getSize(); }
+
+    const wchar_t* getClassName() const override { return L"UdpServerSocket"; }
+    const wchar_t* getClassTimestamp() const override;
+
+protected:
+    UdpServerSocket() = default;
+
+    zet::String_T<wchar_t> m_IP;
+    unsigned short m_Port = 0;
+    ClientSockets m_ClientSockets;
+};
