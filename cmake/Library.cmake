@@ -17,6 +17,12 @@ foreach(floor ${COMMONGROUND_FLOORS})
 endforeach()
 list(FILTER sources EXCLUDE REGEX "/framework/modules/")
 commonground_keep_own_platform(sources)
+# What needs GnuTLS's sessions says so in its name, and so does what stands in for it.
+if(COMMONGROUND_TLS)
+  list(FILTER sources EXCLUDE REGEX "/tls_[a-z]+_none\\.cpp$")
+else()
+  list(FILTER sources EXCLUDE REGEX "/tls_[a-z]+_gnutls\\.cpp$")
+endif()
 
 if(COMMONGROUND_UDP)
   list(FILTER sources EXCLUDE REGEX "/inner/udp_router_none\\.cpp$")

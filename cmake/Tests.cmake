@@ -25,10 +25,17 @@ math(EXPR other "${all} - ${kept}")
 if(other GREATER 0)
   message(STATUS "Left out of the tests: ${other} files for another platform")
 endif()
+if(NOT COMMONGROUND_TLS)
+  list(FILTER sources EXCLUDE REGEX "/tls_[a-z_]+\\.cpp$")
+endif()
 if(sources)
   add_executable(commonground_tests ${sources})
   target_link_libraries(commonground_tests PRIVATE
     commonground commonground_tools commonground_warnings GTest::gtest_main GTest::gmock Threads::Threads)
+  if(COMMONGROUND_TLS)
+    # Certificates are made while the tests run.
+    target_link_libraries(commonground_tests PRIVATE PkgConfig::gnutls)
+  endif()
   # Where a test finds its data, and the programs that it starts.
   target_compile_definitions(commonground_tests PRIVATE
     COMMONGROUND_TESTS_DIR="${COMMONGROUND_DRIVE}${PROJECT_SOURCE_DIR}/tests"

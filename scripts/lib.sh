@@ -8,7 +8,7 @@ JOBS=$(nproc 2>/dev/null || echo 2)
 # What every build needs, and what the tests and the presets with Clang add.
 BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libasio-dev libfmt-dev nlohmann-json3-dev
     libgnutls28-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev)
-TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks)
+TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin)
 CLANG_PACKAGES=(clang libclang-rt-dev)
 
 say()

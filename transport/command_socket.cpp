@@ -100,7 +100,8 @@ void CCommandSocket::dispatch()
             return;
         analyse(stream);
     }
-    m_Pending |= kUnread;
+    if (getConnectionState() == kEstablished)
+        m_Pending |= kUnread;
 }
 
 void CCommandSocket::analyse(zet::InputStream& stream)

@@ -2,133 +2,14 @@
 #include "tests/support/allocations.h"
 #include "tests/support/loopback.h"
 #include "tests/support/net_pair.h"
+#include "tests/support/system_calls.h"
 
 #include <gtest/gtest.h>
 
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define IS_SANITIZED
-#endif
-#endif
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define IS_SANITIZED
-#endif
+#ifdef COUNTS_SYSTEM_CALLS
 
-#if defined(__GLIBC__) && !defined(IS_SANITIZED)
-
-#include <dlfcn.h>
 #include <malloc.h>
-#include <sys/epoll.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
-#include <sys/uio.h>
-
-#include <atomic>
-#include <cstdarg>
-
-namespace
-{
-
-// Calls of this process since start, counted on their way to the C library.
-std::atomic<long> g_Sends{0};
-std::atomic<long> g_Receives{0};
-std::atomic<long> g_Controls{0};
-std::atomic<long> g_Waits{0};
-std::atomic<long> g_Others{0};
-
-template <class Function>
-Function nextOf(const char* name)
-{
-    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
-}
-
-struct Calls
-{
-    long m_Sends = g_Sends;
-    long m_Receives = g_Receives;
-    long m_Controls = g_Controls;
-    long m_Waits = g_Waits;
-    long m_Others = g_Others;
-};
-
-} // namespace
-
-// Seen by the library, in place of the C library's.
-#pragma GCC visibility push(default)
-extern "C"
-{
-    ssize_t send(int handle, const void* data, size_t size, int flags)
-    {
-        static const auto next = nextOf<decltype(&send)>("send");
-        ++g_Sends;
-        return next(handle, data, size, flags);
-    }
-    ssize_t sendmsg(int handle, const msghdr* message, int flags)
-    {
-        static const auto next = nextOf<decltype(&sendmsg)>("sendmsg");
-        ++g_Sends;
-        return next(handle, message, flags);
-    }
-    ssize_t writev(int handle, const iovec* pieces, int count)
-    {
-        static const auto next = nextOf<decltype(&writev)>("writev");
-        ++g_Sends;
-        return next(handle, pieces, count);
-    }
-    ssize_t recv(int handle, void* data, size_t size, int flags)
-    {
-        static const auto next = nextOf<decltype(&recv)>("recv");
-        ++g_Receives;
-        return next(handle, data, size, flags);
-    }
-    ssize_t recvmsg(int handle, msghdr* message, int flags)
-    {
-        static const auto next = nextOf<decltype(&recvmsg)>("recvmsg");
-        ++g_Receives;
-        return next(handle, message, flags);
-    }
-    ssize_t readv(int handle, const iovec* pieces, int count)
-    {
-        static const auto next = nextOf<decltype(&readv)>("readv");
-        ++g_Receives;
-        return next(handle, pieces, count);
-    }
-    int epoll_ctl(int poll, int operation, int handle, epoll_event* event) noexcept
-    {
-        static const auto next = nextOf<int (*)(int, int, int, epoll_event*)>("epoll_ctl");
-        ++g_Controls;
-        return next(poll, operation, handle, event);
-    }
-    int epoll_wait(int poll, epoll_event* events, int count, int timeout)
-    {
-        static const auto next = nextOf<decltype(&epoll_wait)>("epoll_wait");
-        ++g_Waits;
-        return next(poll, events, count, timeout);
-    }
-    int accept(int handle, sockaddr* address, socklen_t* size)
-    {
-        static const auto next = nextOf<decltype(&accept)>("accept");
-        ++g_Others;
-        return next(handle, address, size);
-    }
-    int getsockopt(int handle, int level, int name, void* value, socklen_t* size) noexcept
-    {
-        static const auto next = nextOf<int (*)(int, int, int, void*, socklen_t*)>("getsockopt");
-        ++g_Others;
-        return next(handle, level, name, value, size);
-    }
-    int ioctl(int handle, unsigned long request, ...) noexcept
-    {
-        static const auto next = nextOf<int (*)(int, unsigned long, void*)>("ioctl");
-        va_list arguments;
-        va_start(arguments, request);
-        void* const argument = va_arg(arguments, void*);
-        va_end(arguments);
-        ++g_Others;
-        return next(handle, request, argument);
-    }
-} // extern "C"
-#pragma GCC visibility pop
 
 namespace
 {
@@ -138,6 +19,7 @@ using test::Loopback;
 using test::NoteAnalyser;
 using test::NoteCommand;
 using test::tickUntil;
+using Calls = test::SystemCalls;
 
 TEST(Idle, ATickOnIdleConnectionsCallsNothingButTheSystemsOwnWait)
 {

@@ -129,9 +129,15 @@ bool TcpConnection::attach(unsigned int handle)
     return true;
 }
 
-bool TcpConnection::take(TcpLink* link, const std::shared_ptr<Reactor>& reactor)
+bool TcpConnection::expect(const wchar_t*, TlsContext* context)
 {
-    if (!isInvalid() || !link->prepare())
+    // There is nothing here that could keep a secret.
+    return !context;
+}
+
+bool TcpConnection::take(TcpLink* link, const std::shared_ptr<Reactor>& reactor, TlsContext* context)
+{
+    if (!isInvalid() || !expect(nullptr, context) || !link->prepare())
         return false;
     m_LooksItself = false;
     m_Reactor = reactor;
@@ -190,6 +196,7 @@ void TcpConnection::drop()
     link->m_Socket.close(ignored);
     link->m_Input.drop(&m_Reactor->pool());
     link->m_Output.drop(&m_Reactor->pool());
+    link->m_Sealed.drop(&m_Reactor->pool());
     link->release();
     m_Pending = 0;
     // The connection is down, which its server is to see.
@@ -218,6 +225,7 @@ void TcpConnection::joinReactor()
     }
     link->m_Input.swap(m_Link->m_Input);
     link->m_Output.swap(m_Link->m_Output);
+    link->m_Sealed.swap(m_Link->m_Sealed);
     // Output is announced to the new reactor below.
     const unsigned char pending = m_Pending & static_cast<unsigned char>(~kOutput);
     drop();
@@ -236,6 +244,8 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
         return false;
     m_State = kConnectFailed;
     m_KeepAlive = keepAlive;
+    if (!expect(ip ? ip : L"", nullptr))
+        return false;
     const auto reactor = Reactor::of(getSystem());
     tcp::endpoint peer;
     if (!reactor || !resolve(ip, port, peer, reactor->context()))
@@ -297,11 +307,20 @@ int TcpConnection::receive(void* data, int size)
         return m_State == kConnecting ? 0 : -1;
     if (!(m_Pending & kReadable) || size <= 0)
         return 0;
+    ConnectionState end;
+    const int got = receiveNow(data, size, end);
+    if (got < 0)
+        fail(end);
+    return got;
+}
+
+int TcpConnection::receiveNow(void* data, int size, ConnectionState& end)
+{
     asio::error_code fault;
     const size_t got = m_Link->m_Socket.receive(asio::buffer(data, static_cast<size_t>(size)), 0, fault);
     if (fault && !TcpLink::isNothingYet(fault))
     {
-        fail(fault == asio::error::eof ? kClosedByPeer : kBroken);
+        end = fault == asio::error::eof ? kClosedByPeer : kBroken;
         return -1;
     }
     // Less than asked for is all there was.

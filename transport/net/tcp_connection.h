@@ -9,9 +9,11 @@ namespace zet
 {
 
 class TcpServer;
+class TlsContext;
 
 namespace inner
 {
+class OutputQueue;
 class Reactor;
 struct TcpLink;
 } // namespace inner
@@ -100,7 +102,9 @@ protected:
         // Output to flush.
         kOutput = 8,
         // Input was left unread for the next tick.
-        kUnread = 16
+        kUnread = 16,
+        // A handshake above this connection is under way and its time runs.
+        kSecuring = 32
     };
 
     // Nothing has happened since the last tick, and nothing was left to do: a tick would change nothing.
@@ -124,6 +128,16 @@ protected:
     void announceOutput();
     // Sends what is queued, as far as the operating system takes it.
     virtual void flush();
+    // The same with one queue; true once it is empty.
+    bool sendQueue(inner::OutputQueue& queue);
+    // Bytes off the socket; 0 where it has none, -1 at its end, which it names.
+    int receiveNow(void* data, int size, ConnectionState& end);
+    // Comes before a connection is made: with what connect() was given, or with null and the TLS context, if any, of
+    // the server that accepts. False refuses it.
+    virtual bool expect(const wchar_t* host, TlsContext* context);
+    // Moves to the reactor of a System that was joined meanwhile.
+    void joinReactor();
+    void discardInput();
     void fail(ConnectionState state);
 
     unsigned char m_State = kDown;
@@ -142,9 +156,7 @@ private:
     void setLink(inner::TcpLink* link);
     bool finishConnect();
     // Takes an accepted link on, by attach().
-    bool take(inner::TcpLink* link, const std::shared_ptr<inner::Reactor>& reactor);
-    void joinReactor();
-    void discardInput();
+    bool take(inner::TcpLink* link, const std::shared_ptr<inner::Reactor>& reactor, TlsContext* context);
     void readPeer();
     void drop();
 

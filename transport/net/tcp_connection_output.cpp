@@ -44,7 +44,7 @@ bool TcpConnection::takesOutput() const
 
 void TcpConnection::announceOutput()
 {
-    const size_t size = m_Link->m_Output.size();
+    const size_t size = getOutputSize();
     if (m_State != kEstablished || size == 0 || m_Link->m_IsOutputWaited)
         return;
     if (size >= kFlushAt)
@@ -70,31 +70,35 @@ int TcpConnection::send(const void* data, int size)
 void TcpConnection::flush()
 {
     m_Pending &= static_cast<unsigned char>(~(kOutput | kWritable));
-    if (m_State != kEstablished && m_State != kClosedByPeer)
-        return;
-    inner::OutputQueue& output = m_Link->m_Output;
-    while (output.size() > 0)
+    if (m_State == kEstablished || m_State == kClosedByPeer)
+        sendQueue(m_Link->m_Output);
+}
+
+bool TcpConnection::sendQueue(inner::OutputQueue& queue)
+{
+    while (queue.size() > 0)
     {
-        const Gathered gathered(output);
+        const Gathered gathered(queue);
         asio::error_code fault;
         const size_t sent = m_Link->m_Socket.send(gathered, 0, fault);
         if (fault && !inner::TcpLink::isNothingYet(fault))
         {
             fail(kBroken);
-            return;
+            return false;
         }
-        output.consume(sent, m_Reactor->pool());
+        queue.consume(sent, m_Reactor->pool());
         if (fault || sent < gathered.m_Size)
         {
             m_Link->waitForOutput();
-            return;
+            return false;
         }
     }
+    return true;
 }
 
 size_t TcpConnection::getOutputSize() const
 {
-    return m_Link ? m_Link->m_Output.size() : 0;
+    return m_Link ? m_Link->m_Output.size() + m_Link->m_Sealed.size() : 0;
 }
 
 } // namespace zet

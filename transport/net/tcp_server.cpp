@@ -130,6 +130,14 @@ void TcpServer::joinReactor()
         Socket::close();
 }
 
+bool TcpServer::setTlsContext(TlsContext* context)
+{
+    if (context && !context->servesServer())
+        return false;
+    m_TlsContext = context;
+    return true;
+}
+
 unsigned int TcpServer::detach()
 {
     if (m_Listener)
@@ -234,7 +242,7 @@ bool TcpServer::accept(TcpConnection* connection)
         return false;
     const TcpLinkRef link(m_Visitor);
     dismiss();
-    if (connection->take(link.get(), m_Reactor))
+    if (connection->take(link.get(), m_Reactor, m_TlsContext))
         return true;
     link->m_Owner = nullptr;
     return false;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "transport/net/tcp_connection.h"
+#include "transport/net/tls_context.h"
 
 #include <memory>
 #include <vector>
@@ -43,8 +44,8 @@ public:
     // largest. False, and no handle, where it listens already or the port is not to be had.
     virtual bool listen(unsigned short port, int backlog);
     // Gives the next connection that has come to an object without one, through that object's attach(). False where
-    // nobody has come and where the object has a connection, which changes nothing; and where attach() is false, which
-    // turns the visitor away.
+    // nobody has come and where the object has a connection, which changes nothing; and where attach() is false, or the
+    // server wants TLS and the object has no layer for it, which turns the visitor away.
     virtual bool accept(TcpConnection* connection);
     // Whether an address may connect. One on the reject list may not, unless it is on the permission list too; one on
     // neither may. So a reject rule of 0.0.0.0 0.0.0.0 lets in the permission list alone.
@@ -59,6 +60,11 @@ public:
     // The same by the four bytes, first number first.
     void addRejectAddress(const unsigned char (&address)[4], const unsigned char (&mask)[4]);
     void addPermissionAddress(const unsigned char (&address)[4], const unsigned char (&mask)[4]);
+
+    // Accepted connections go through TLS with this context from now on, those there are stay as they are; null for
+    // plain ones. False, and nothing changed, where it lacks what a server needs, and in a library without TLS.
+    bool setTlsContext(TlsContext* context);
+    TlsContext* getTlsContext() const { return m_TlsContext; }
 
     // The port listened on, also where listen() chose it; 0 when not listening.
     unsigned short getPort() const { return m_ListenPort; }
@@ -96,6 +102,7 @@ private:
     inner::TcpListener* m_Listener = nullptr;
     inner::TcpLink* m_Visitor = nullptr;
     std::shared_ptr<inner::Reactor> m_Reactor;
+    Unknown::Handle_T<TlsContext> m_TlsContext;
     unsigned int m_RestUntil = 0;
     unsigned short m_ListenPort = 0;
     bool m_IsReady = false;

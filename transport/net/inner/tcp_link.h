@@ -42,6 +42,8 @@ struct TcpLink : Counted<TcpLink>
     TcpConnection* m_Owner = nullptr;
     InputBuffer m_Input;
     OutputQueue m_Output;
+    // What of the output a secure layer has sealed; it leaves first.
+    OutputQueue m_Sealed;
     asio::error_code m_ConnectResult;
     bool m_IsInputWaited = false;
     bool m_IsOutputWaited = false;

@@ -1,0 +1,36 @@
+// Calls that the library makes to the operating system, counted on their way to the C library.
+#pragma once
+
+// The C library says its name in any of its headers.
+#include <cstddef>
+
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define IS_SANITIZED
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define IS_SANITIZED
+#endif
+
+#if defined(__GLIBC__) && !defined(IS_SANITIZED)
+#define COUNTS_SYSTEM_CALLS
+
+namespace test
+{
+
+// Of this process since start, as they were when this was made.
+struct SystemCalls
+{
+    SystemCalls();
+
+    long m_Sends;
+    long m_Receives;
+    long m_Controls;
+    long m_Waits;
+    long m_Others;
+};
+
+} // namespace test
+
+#endif

@@ -1,0 +1,68 @@
+// Certificates made while a test runs.
+#pragma once
+
+#include <ctime>
+#include <memory>
+#include <string>
+#include <vector>
+
+struct gnutls_x509_crt_int;
+struct gnutls_x509_privkey_int;
+
+namespace test
+{
+
+// Both PEM.
+struct Certificate
+{
+    std::string m_Chain;
+    std::string m_Key;
+};
+
+struct CertificateWish
+{
+    std::string m_CommonName;
+    // Host names, or IPv4 addresses, that it holds for.
+    std::vector<std::string> m_Hosts;
+    // From now, in seconds.
+    std::time_t m_From = -3600;
+    std::time_t m_To = 24 * 3600;
+    bool m_IsForServers = true;
+    bool m_IsForClients = true;
+};
+
+// Signs certificates with a key of its own.
+class Authority
+{
+public:
+    explicit Authority(const std::string& name);
+    ~Authority();
+    Authority(const Authority&) = delete;
+    Authority& operator=(const Authority&) = delete;
+
+    // What who trusts it needs.
+    const std::string& pem() const { return m_Pem; }
+    Certificate issue(const CertificateWish& wish) const;
+
+private:
+    gnutls_x509_privkey_int* m_Key = nullptr;
+    gnutls_x509_crt_int* m_Certificate = nullptr;
+    std::string m_Pem;
+};
+
+// A file in the system's place for temporary ones, gone with the object.
+class TextFile
+{
+public:
+    explicit TextFile(const std::string& text);
+    ~TextFile();
+    TextFile(const TextFile&) = delete;
+    TextFile& operator=(const TextFile&) = delete;
+    const std::string& path() const { return m_Path; }
+    std::wstring widePath() const { return std::wstring(m_Path.begin(), m_Path.end()); }
+
+private:
+    std::string m_Path;
+};
+
+} // namespace test

@@ -1,0 +1,330 @@
+#include "transport/net/inner/tls_layer.h"
+
+#include "framework/log.h"
+#include "framework/string_helper.h"
+#include "transport/net/inner/tls_store.h"
+
+#include <gnutls/x509.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+// Plain bytes of a record, the most that TLS has.
+constexpr int kRecord = 16384;
+// One message of a handshake; a long chain of certificates is well below.
+constexpr size_t kHandshakeMessage = 64 * 1024;
+// Warnings, keep-alives and the like that one step passes over.
+constexpr int kPassedOver = 8;
+
+// Text of a certificate as it is shown and compared; one with a zero inside could pass for another.
+std::string cleanText(const char* text, size_t size)
+{
+    return std::memchr(text, 0, size) ? std::string() : std::string(text, size);
+}
+
+std::string nameOf(gnutls_x509_crt_t certificate)
+{
+    char text[256];
+    size_t size = sizeof text;
+    if (gnutls_x509_crt_get_dn_by_oid(certificate, GNUTLS_OID_X520_COMMON_NAME, 0, 0, text, &size) == 0)
+        return cleanText(text, size);
+    for (unsigned int i = 0;; ++i)
+    {
+        size = sizeof text;
+        const int kind = gnutls_x509_crt_get_subject_alt_name(certificate, i, text, &size, nullptr);
+        if (kind == GNUTLS_SAN_DNSNAME)
+            return cleanText(text, size);
+        if (kind < 0)
+            return std::string();
+    }
+}
+
+bool isAddress(const std::string& host)
+{
+    return host.find_first_not_of("0123456789.") == std::string::npos || host.find(':') != std::string::npos;
+}
+
+} // namespace
+
+// What GnuTLS calls while an operation of the layer runs.
+struct TlsLayer::Calls
+{
+    static TlsLayer& of(gnutls_session_t session) { return *static_cast<TlsLayer*>(gnutls_session_get_ptr(session)); }
+
+    static ssize_t push(gnutls_transport_ptr_t self, const void* data, size_t size)
+    {
+        TlsLayer& layer = *static_cast<TlsLayer*>(self);
+        if (layer.m_Wire && layer.m_Wire->m_Sealed.write(data, static_cast<int>(size), layer.m_Wire->m_Pool))
+            return static_cast<ssize_t>(size);
+        gnutls_transport_set_errno(layer.m_Session, ENOMEM);
+        return -1;
+    }
+
+    static ssize_t pull(gnutls_transport_ptr_t self, void* data, size_t size)
+    {
+        TlsLayer& layer = *static_cast<TlsLayer*>(self);
+        const size_t count = std::min(size, static_cast<size_t>(layer.m_Input.size()));
+        if (count == 0)
+        {
+            gnutls_transport_set_errno(layer.m_Session, EAGAIN);
+            return -1;
+        }
+        std::memcpy(data, layer.m_Input.data(), count);
+        layer.m_Input.consume(static_cast<int>(count));
+        return static_cast<ssize_t>(count);
+    }
+
+    // Nothing is ever waited for.
+    static int isReadable(gnutls_transport_ptr_t self, unsigned int)
+    {
+        return static_cast<TlsLayer*>(self)->m_Input.size() > 0 ? 1 : 0;
+    }
+
+    static int verify(gnutls_session_t session) { return of(session).verify(); }
+
+    static int onTicket(gnutls_session_t session, unsigned int, unsigned int, unsigned int, const gnutls_datum_t*)
+    {
+        of(session).m_HasTicket = true;
+        return 0;
+    }
+};
+
+bool TlsLayer::begin(const String_T<wchar_t>& peer)
+{
+    end();
+    TlsStore& store = *m_Context->m_Store;
+    if (!store.m_IsReady)
+        return false;
+    store.m_IsFixed = true;
+    const unsigned int flags =
+        (m_IsClient ? GNUTLS_CLIENT : GNUTLS_SERVER) | static_cast<unsigned int>(GNUTLS_NONBLOCK);
+    if (gnutls_init(&m_Session, flags) != GNUTLS_E_SUCCESS)
+    {
+        m_Session = nullptr;
+        return false;
+    }
+    gnutls_session_set_ptr(m_Session, this);
+    gnutls_transport_set_ptr(m_Session, this);
+    gnutls_transport_set_push_function(m_Session, Calls::push);
+    gnutls_transport_set_pull_function(m_Session, Calls::pull);
+    gnutls_transport_set_pull_timeout_function(m_Session, Calls::isReadable);
+    gnutls_handshake_set_timeout(m_Session, 0);
+    gnutls_handshake_set_max_packet_length(m_Session, kHandshakeMessage);
+    gnutls_session_set_verify_function(m_Session, Calls::verify);
+    int fault = gnutls_priority_set(m_Session, store.m_Priority);
+    if (fault == GNUTLS_E_SUCCESS)
+        fault = gnutls_credentials_set(m_Session, GNUTLS_CRD_CERTIFICATE, store.m_Credentials);
+    if (fault == GNUTLS_E_SUCCESS && !m_IsClient)
+        fault = gnutls_session_ticket_enable_server(m_Session, &store.m_TicketKey);
+    if (fault != GNUTLS_E_SUCCESS)
+    {
+        end();
+        return false;
+    }
+    if (!m_IsClient)
+    {
+        const auto wanted = m_Context->getClientCertificate();
+        if (wanted != TlsContext::kNotAsked)
+            gnutls_certificate_server_set_request(m_Session, wanted == TlsContext::kRequired ? GNUTLS_CERT_REQUIRE
+                                                                                             : GNUTLS_CERT_REQUEST);
+        return true;
+    }
+    m_HostName = StringHelper::wideToUtf8(m_SetHost.isEmpty() ? m_Host.getBuffer() : m_SetHost.getBuffer()).getBuffer();
+    // An address is no server name.
+    if (!isAddress(m_HostName))
+        gnutls_server_name_set(m_Session, GNUTLS_NAME_DNS, m_HostName.data(), m_HostName.size());
+    gnutls_handshake_set_hook_function(m_Session, GNUTLS_HANDSHAKE_NEW_SESSION_TICKET, GNUTLS_HOOK_POST,
+                                       Calls::onTicket);
+    m_SessionKey = m_HostName + ' ' + StringHelper::wideToUtf8(peer.getBuffer()).getBuffer();
+    const TlsStore::Session session = store.take(m_SessionKey);
+    if (!session.empty())
+        gnutls_session_set_data(m_Session, session.data(), session.size());
+    return true;
+}
+
+void TlsLayer::end()
+{
+    if (m_Session)
+        gnutls_deinit(m_Session);
+    m_Session = nullptr;
+    m_Wire = nullptr;
+    m_Input.drop(nullptr);
+    m_HandshakeInput = 0;
+    m_IsDone = false;
+    m_HasTicket = false;
+}
+
+int TlsLayer::verify()
+{
+    unsigned int count = 0;
+    if (!gnutls_certificate_get_peers(m_Session, &count) || count == 0)
+    {
+        // Where one is required GnuTLS itself insists.
+        if (!m_IsClient)
+            return 0;
+        m_Fault = L"The server has shown no certificate";
+        return GNUTLS_E_CERTIFICATE_ERROR;
+    }
+    gnutls_typed_vdata_st wanted[2] = {};
+    wanted[0].type = GNUTLS_DT_KEY_PURPOSE_OID;
+    wanted[0].data = reinterpret_cast<unsigned char*>(
+        const_cast<char*>(m_IsClient ? GNUTLS_KP_TLS_WWW_SERVER : GNUTLS_KP_TLS_WWW_CLIENT));
+    wanted[1].type = GNUTLS_DT_DNS_HOSTNAME;
+    wanted[1].data = reinterpret_cast<unsigned char*>(m_HostName.data());
+    unsigned int status = 0;
+    const int code = gnutls_certificate_verify_peers(m_Session, wanted, m_IsClient ? 2 : 1, &status);
+    if (code < 0)
+        return code;
+    if (status == 0)
+        return 0;
+    gnutls_datum_t text{nullptr, 0};
+    if (gnutls_certificate_verification_status_print(status, GNUTLS_CRT_X509, &text, 0) == 0)
+        m_Fault = StringHelper::utf8ToWide(reinterpret_cast<const char*>(text.data));
+    gnutls_free(text.data);
+    return GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR;
+}
+
+TlsLayer::Result TlsLayer::fail(int code)
+{
+    if (code == GNUTLS_E_FATAL_ALERT_RECEIVED)
+    {
+        const char* const name = gnutls_alert_get_name(gnutls_alert_get(m_Session));
+        m_Fault = L"The peer says: ";
+        m_Fault += StringHelper::utf8ToWide(name ? name : "unknown alert");
+        return kFailed;
+    }
+    if (code != GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR || m_Fault.isEmpty())
+        m_Fault = StringHelper::utf8ToWide(gnutls_strerror(code));
+    gnutls_alert_send_appropriate(m_Session, code);
+    return kFailed;
+}
+
+TlsLayer::Result TlsLayer::shakeHands(Wire wire)
+{
+    m_Wire = &wire;
+    m_Fault = String_T<wchar_t>();
+    int code = GNUTLS_E_AGAIN;
+    for (int i = 0; i < kPassedOver; ++i)
+    {
+        code = gnutls_handshake(m_Session);
+        if (code == GNUTLS_E_SUCCESS || code == GNUTLS_E_AGAIN || gnutls_error_is_fatal(code))
+            break;
+    }
+    Result result = kNothingYet;
+    if (code == GNUTLS_E_SUCCESS)
+        result = finish();
+    else if (gnutls_error_is_fatal(code))
+        result = fail(code);
+    m_Wire = nullptr;
+    return result;
+}
+
+TlsLayer::Result TlsLayer::finish()
+{
+    // A certificate that was good when the session began may have run out since.
+    if (isResumed())
+        if (const int code = verify())
+            return fail(code);
+    m_IsDone = true;
+    keepSession();
+    return kDone;
+}
+
+void TlsLayer::keepSession()
+{
+    if (!m_HasTicket || !m_IsDone)
+        return;
+    m_HasTicket = false;
+    // Without this flag GnuTLS would wait for a ticket.
+    gnutls_datum_t data{nullptr, 0};
+    if (!(gnutls_session_get_flags(m_Session) & GNUTLS_SFLAGS_SESSION_TICKET) ||
+        gnutls_session_get_data2(m_Session, &data) != GNUTLS_E_SUCCESS)
+        return;
+    m_Context->m_Store->keep(m_SessionKey, TlsStore::Session(data.data, data.data + data.size));
+    gnutls_free(data.data);
+}
+
+int TlsLayer::open(void* data, int size, Wire wire)
+{
+    m_Wire = &wire;
+    int result = kNothingYet;
+    for (int i = 0; i < kPassedOver && result == kNothingYet; ++i)
+    {
+        const ssize_t got = gnutls_record_recv(m_Session, data, static_cast<size_t>(size));
+        if (got > 0)
+            result = static_cast<int>(got);
+        else if (got == 0)
+            result = kEnded;
+        // Nobody agrees on a second handshake within the first.
+        else if (got == GNUTLS_E_REHANDSHAKE || gnutls_error_is_fatal(static_cast<int>(got)))
+            result = fail(static_cast<int>(got));
+        else if (m_Input.size() == 0)
+            break;
+    }
+    if (m_HasTicket && result != kFailed)
+        keepSession();
+    m_Wire = nullptr;
+    return result;
+}
+
+bool TlsLayer::seal(OutputQueue& plain, Wire wire)
+{
+    Block* const block = plain.front();
+    m_Wire = &wire;
+    const ssize_t taken = gnutls_record_send(m_Session, block->bytes() + block->m_Begin,
+                                             static_cast<size_t>(std::min(block->size(), kRecord)));
+    m_Wire = nullptr;
+    if (taken <= 0)
+        return false;
+    plain.consume(static_cast<size_t>(taken), wire.m_Pool);
+    return true;
+}
+
+void TlsLayer::sayGoodbye(Wire wire)
+{
+    m_Wire = &wire;
+    gnutls_bye(m_Session, GNUTLS_SHUT_WR);
+    m_Wire = nullptr;
+}
+
+bool TlsLayer::hasInput() const
+{
+    return m_Input.size() > 0 || gnutls_record_check_pending(m_Session) > 0;
+}
+
+bool TlsLayer::isResumed() const
+{
+    return m_Session && gnutls_session_is_resumed(m_Session) != 0;
+}
+
+String_T<wchar_t> TlsLayer::getPeerName() const
+{
+    unsigned int count = 0;
+    const gnutls_datum_t* const chain =
+        m_Session && m_IsDone ? gnutls_certificate_get_peers(m_Session, &count) : nullptr;
+    gnutls_x509_crt_t certificate = nullptr;
+    if (!chain || count == 0 || gnutls_x509_crt_init(&certificate) != GNUTLS_E_SUCCESS)
+        return String_T<wchar_t>();
+    std::string name;
+    if (gnutls_x509_crt_import(certificate, &chain[0], GNUTLS_X509_FMT_DER) == GNUTLS_E_SUCCESS)
+        name = nameOf(certificate);
+    gnutls_x509_crt_deinit(certificate);
+    return StringHelper::utf8ToWide(name.c_str());
+}
+
+String_T<wchar_t> TlsLayer::getDescription() const
+{
+    char* text = m_Session && m_IsDone ? gnutls_session_get_desc(m_Session) : nullptr;
+    const String_T<wchar_t> description = StringHelper::utf8ToWide(text);
+    gnutls_free(text);
+    return description;
+}
+
+} // namespace zet::inner
