@@ -73,7 +73,11 @@ bool CFrameworkClientProxySocket::connect(const wchar_t* ip, unsigned short port
 {
     m_TargetIP = ip;
     m_TargetPort = port;
-    if (!m_ProxyIP.isEmpty() && m_ProxyPort != 0)
+    const bool hasProxy = !m_ProxyIP.isEmpty() && m_ProxyPort != 0;
+    // The proxy is spoken to in plain, TLS is for the target.
+    if (getTlsContext())
+        delayTls(hasProxy);
+    if (hasProxy)
         return connectProxy(keepAlive);
     if (!CFrameworkClientSocket::connect(m_TargetIP, port, keepAlive))
         return false;
@@ -170,6 +174,12 @@ void CFrameworkClientProxySocket::takeTarget(const Reply& reply)
         return;
     report(L"Check proxy %s:%d ok, Start Working", m_ProxyIP, m_ProxyPort);
     m_ProxyState = kWorking;
+    if (getTlsContext() && !startTls(m_TargetIP))
+    {
+        // Something was sent too early, and would go out for all to read.
+        close();
+        return;
+    }
     OnProxyWorking();
 }
 

@@ -78,8 +78,6 @@ TEST(TlsLoad, AThousandConnectionsAreServedAndLeave)
         RecordProperty("BytesPerConnection", static_cast<int>(each));
         RecordProperty("FullHandshakes", kCount - 10 - resumed);
         RecordProperty("ResumedHandshakes", resumed);
-        std::printf("bytes per TLS connection: %lld; handshakes: %d full, %d resumed\n", each, kCount - 10 - resumed,
-                    resumed);
         for (int i = 0; i < kCount; i += 2)
             net.m_Clients[static_cast<size_t>(i)]->close();
         ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == kCount / 2; }));

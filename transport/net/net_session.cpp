@@ -52,7 +52,7 @@ bool NetSession::connect(const NetAddress& address, const Uuid& id)
     if (!isReady())
         return false;
     const auto link = makeLink(false);
-    if (!link->start(m_Module->getSystem()))
+    if (!link->setTlsContext(m_TlsContext) || !link->start(m_Module->getSystem()))
         return false;
     m_ConnectionId = id;
     m_Link = link;

@@ -5,6 +5,7 @@
 #include "framework/message.h"
 #include "transport/net/net_address.h"
 #include "transport/net/net_event.h"
+#include "transport/net/tls_context.h"
 
 namespace zet
 {
@@ -47,6 +48,8 @@ public:
     NetSession(const NetSession&) = delete;
     NetSession& operator=(const NetSession&) = delete;
 
+    // The next connect() goes through TLS; null for a plain one. An accepted session does as its module does.
+    void setTlsContext(TlsContext* context) { m_TlsContext = context; }
     // Takes the module's next visitor. False where nobody waits, and where the session has a connection.
     virtual bool accept();
     // Begins a connection, which stands with Evt_NetConnectOk or ends with Evt_NetConnectFail. The id reaches the
@@ -93,6 +96,7 @@ private:
     EventDispenser m_Events;
     MessageDispenser m_Messages;
     Uuid m_ConnectionId;
+    Unknown::Handle_T<TlsContext> m_TlsContext;
 };
 
 } // namespace zet

@@ -119,12 +119,14 @@ bool TcpSecureConnection::attach(unsigned int handle)
     return beginTls();
 }
 
-bool TcpSecureConnection::startTls()
+bool TcpSecureConnection::startTls(const wchar_t* host)
 {
     if (getConnectionState() != kEstablished || !m_Tls || !m_Tls->m_Context || m_Tls->isOn() ||
-        m_Link->m_Input.size() > 0 || m_Link->m_Output.size() > 0 || !m_Tls->begin(getPeerName()))
+        m_Link->m_Input.size() > 0 || m_Link->m_Output.size() > 0)
         return false;
-    return beginTls();
+    if (host)
+        m_Tls->m_Host = host;
+    return m_Tls->begin(getPeerName()) && beginTls();
 }
 
 bool TcpSecureConnection::beginTls()

@@ -32,9 +32,9 @@ public:
     void setTlsHostName(const wchar_t* name);
     // Keeps the next connections plain until startTls(): for who has to talk to a proxy first.
     void delayTls(bool isDelayed);
-    // Begins the handshake on an established connection that was kept plain; nothing may wait to be read or sent. False
-    // changes nothing.
-    bool startTls();
+    // Begins the handshake on an established connection that was kept plain; nothing may wait to be read or sent. The
+    // host takes the place of what connect() was given. False changes nothing.
+    bool startTls(const wchar_t* host = nullptr);
 
     // Whether what is sent now goes through TLS.
     bool isSecure() const;

@@ -92,7 +92,8 @@ void NetLink::dispatch()
         if (m_IsUnusable)
             return;
     }
-    m_Pending |= kUnread;
+    if (getConnectionState() == kEstablished)
+        m_Pending |= kUnread;
 }
 
 bool NetLink::greet(const Uuid& id)
