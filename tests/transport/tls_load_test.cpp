@@ -74,7 +74,7 @@ TEST(TlsLoad, AThousandConnectionsAreServedAndLeave)
             net.m_System.tick();
         // Each has two ends in this process.
         const long long each = (bytesInUse() - before) / (2 * (kCount - 10));
-        EXPECT_LT(each, 64 * 1024);
+        EXPECT_LT(each, 24 * 1024);
         RecordProperty("BytesPerConnection", static_cast<int>(each));
         RecordProperty("FullHandshakes", kCount - 10 - resumed);
         RecordProperty("ResumedHandshakes", resumed);
@@ -86,6 +86,24 @@ TEST(TlsLoad, AThousandConnectionsAreServedAndLeave)
 }
 
 #ifdef COUNTS_SYSTEM_CALLS
+
+TEST(TlsIdle, AConnectionThatNobodyHasSpokenOnTakesLittle)
+{
+    NoteAnalyser analyser;
+    TlsLoopback net(analyser);
+    const TlsHandle context = makeClientContext();
+    for (int i = 0; i < 40; ++i)
+        ASSERT_TRUE(net.connectTls(analyser, context));
+    const long long before = bytesInUse();
+    constexpr int kMore = 100;
+    for (int i = 0; i < kMore; ++i)
+        ASSERT_TRUE(net.connectTls(analyser, context));
+    for (int i = 0; i < 3; ++i)
+        net.m_System.tick();
+    const long long each = (bytesInUse() - before) / (2 * kMore);
+    EXPECT_LT(each, 24 * 1024);
+    RecordProperty("BytesPerConnection", static_cast<int>(each));
+}
 
 TEST(TlsIdle, ATickOnIdleConnectionsCallsNothingButTheSystemsOwnWait)
 {

@@ -187,6 +187,7 @@ void TcpSecureConnection::shakeHands()
     m_State = kEstablished;
     if (m_Tls->hasInput())
         m_Pending |= kReadable;
+    m_Tls->m_Input.settle(m_Reactor->pool());
     joinReactor();
     if (m_State == kEstablished)
         announceOutput();
