@@ -53,3 +53,14 @@ if(sources)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/DiscoverTests.cmake.in ${PROJECT_BINARY_DIR}/DiscoverTests.cmake @ONLY)
   set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${PROJECT_BINARY_DIR}/DiscoverTests.cmake)
 endif()
+
+# Commands through networks that lose, delay and reorder, between two network namespaces; the short form is a test.
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND COMMONGROUND_TLS)
+  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/impaired/*.cpp)
+  add_executable(impaired_networks ${sources}
+    ${PROJECT_SOURCE_DIR}/tests/support/tls_certificates.cpp ${PROJECT_SOURCE_DIR}/tests/support/udp_loopback.cpp)
+  target_link_libraries(impaired_networks PRIVATE commonground commonground_warnings PkgConfig::gnutls)
+  add_test(NAME Impaired.CommandsArriveOnceAndInOrder COMMAND ${PROJECT_SOURCE_DIR}/scripts/impaired --short)
+  set_tests_properties(Impaired.CommandsArriveOnceAndInOrder PROPERTIES
+    ENVIRONMENT IMPAIRED_BUILD=${PROJECT_BINARY_DIR} SKIP_RETURN_CODE 77 TIMEOUT 300)
+endif()
