@@ -26,6 +26,8 @@ constexpr int kRoundTrips = 5000;
 constexpr int kOneWay = 1000000;
 // Commands that the sender queues before it lets the network have them.
 constexpr int kBatch = 2000;
+// Bytes that may wait before the sender does.
+constexpr size_t kQueued = 1024 * 1024;
 
 void pinTo(int core)
 {
@@ -65,12 +67,15 @@ double secondsOf(const std::function<void()>& work)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// Of the client's process: commands that have come back, and those that the far end says it has counted.
+// Of the client's process: answers that have come, and commands that wait for the answer before them.
 unsigned long g_Back = 0;
+int g_Waiting = 0;
 
-void onBack(CCommandSocket*, CCmdHead*, unsigned long, unsigned long)
+void onBack(CCommandSocket* socket, CCmdHead* command, unsigned long, unsigned long)
 {
     ++g_Back;
+    if (g_Waiting > 0 && --g_Waiting >= 0)
+        socket->send(*command);
 }
 
 // The far end: answers each echo, or only each kOneWay-th.
@@ -155,16 +160,17 @@ std::vector<double> runOwn(int every, int count, int batch)
             {
                 g_Back = 0;
                 const unsigned long wanted = static_cast<unsigned long>(count / every);
-                for (int sent = 0; g_Back < wanted;)
+                // Of single commands the next one waits for the answer; many go as the queue empties.
+                int left = batch > 1 ? count : 1;
+                g_Waiting = count - left;
+                while (g_Back < wanted)
                 {
-                    // The answer to each batch of one comes before the next; longer ones go as the queue empties.
-                    const bool isReady = batch == 1 ? g_Back == static_cast<unsigned long>(sent) : true;
-                    if (isReady && client->getOutputSize() < 1024 * 1024)
-                        for (int i = 0; i < batch && sent < count; ++i, ++sent)
+                    if (client->getOutputSize() < kQueued)
+                        for (int i = 0; i < batch && left > 0; ++i, --left)
                             if (!client->send(echo))
                                 std::exit(1);
                     system.tick();
-                    if (batch == 1 || sent == count || client->getOutputSize() >= 1024 * 1024)
+                    if (g_Back < wanted && (left == 0 || client->getOutputSize() >= kQueued))
                         system.wait();
                     if (client->isInvalid())
                         std::exit(1);
