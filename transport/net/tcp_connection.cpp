@@ -277,7 +277,7 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
 bool TcpConnection::finishConnect()
 {
     m_Pending &= static_cast<unsigned char>(~kConnected);
-    if (m_Link->m_ConnectResult || !m_Link->prepare())
+    if (m_Link->m_ConnectResult || !m_Link->watchAnew() || !m_Link->prepare())
     {
         fail(kConnectFailed);
         return false;

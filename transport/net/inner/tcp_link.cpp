@@ -60,6 +60,15 @@ void TcpLink::flushOwner()
         m_Owner->flush();
 }
 
+bool TcpLink::watchAnew()
+{
+    asio::error_code fault;
+    const auto handle = m_Socket.release(fault);
+    if (!fault)
+        m_Socket.assign(asio::ip::tcp::v4(), handle, fault);
+    return !fault;
+}
+
 bool TcpLink::prepare()
 {
     asio::error_code fault;

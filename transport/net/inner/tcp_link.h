@@ -27,6 +27,9 @@ struct TcpLink : Counted<TcpLink>
     void waitForInput();
     void waitForOutput();
     void connect(const asio::ip::tcp::endpoint& peer);
+    // Forgets that room for output was ever waited for, which would show again with each wait for input. False leaves
+    // the socket closed.
+    bool watchAnew();
     void flushOwner();
     void tell(unsigned char pending);
     // Options of every connection of ours. A socket that has no such option goes without it.
