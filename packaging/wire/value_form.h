@@ -67,6 +67,16 @@ void store(unsigned char* at, const T& value)
     }
 }
 
+// The number in so many bytes, the highest first. In this form compilers see one load and a swap.
+template <int kSize>
+uint32_t bigEndian(const unsigned char* at)
+{
+    if constexpr (kSize == 1)
+        return *at;
+    else
+        return bigEndian<kSize - 1>(at) << 8 | at[kSize - 1];
+}
+
 template <class T>
 void load(const unsigned char* at, T& value)
 {
@@ -84,10 +94,7 @@ void load(const unsigned char* at, T& value)
     }
     else if constexpr (std::is_integral_v<T>)
     {
-        uint32_t bits = 0;
-        for (int i = 0; i < kFixedSize<T>; ++i)
-            bits = bits << 8 | at[i];
-        value = static_cast<T>(bits);
+        value = static_cast<T>(bigEndian<kFixedSize<T>>(at));
     }
     else
     {
