@@ -321,6 +321,13 @@ private:
         Access::took(m_Packager, static_cast<int>(count * size));
         return count;
     }
+    // Doubles the room of a full list, as the list itself would, but never beyond the elements that may still come.
+    template <class T>
+    static void makeRoom(std::vector<T>& list, int64_t more)
+    {
+        if (list.size() == list.capacity())
+            list.reserve(list.size() + std::min(static_cast<size_t>(more), std::max(list.size(), size_t{1})));
+    }
     template <unsigned Flags, class C>
     bool ontoList(C& list, int64_t bound)
     {
@@ -329,6 +336,7 @@ private:
             bound -= takeRun(list, bound);
         for (int64_t i = 0; i < bound; ++i)
         {
+            makeRoom(list, bound - i);
             list.emplace_back();
             good = one(list.back());
             if (!good && isTested(Flags))
@@ -348,6 +356,7 @@ private:
         for (int64_t i = 0; i < bound; ++i)
         {
             one(local);
+            makeRoom(list, bound - i);
             list.push_back(local);
         }
     }
