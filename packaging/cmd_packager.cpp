@@ -13,6 +13,13 @@ namespace
 constexpr int kStepSize = 0x10000;
 constexpr unsigned int kHasFrom = 1;
 constexpr unsigned int kHasTarget = 2;
+constexpr int kAddressSize = static_cast<int>(sizeof(zet::Uuid));
+
+// The size word of a stream frame, behind the id.
+unsigned int sizeWordOf(const unsigned char* frame)
+{
+    return frame[2] | frame[3] << 8 | frame[4] << 16 | static_cast<unsigned int>(frame[5]) << 24;
+}
 
 // A failed frame is a serious fault: the report and the whistle belong together.
 template <class... Args>
@@ -95,45 +102,91 @@ unsigned int CCmdPackager::sizeWord() const
 
 long long CCmdPackager::GetFrameSize(const unsigned char* header)
 {
-    unsigned int word = 0;
-    for (int i = 0; i < 4; ++i)
-        word |= static_cast<unsigned int>(header[2 + i]) << 8 * i;
-    constexpr int kAddressSize = static_cast<int>(sizeof(zet::Uuid));
+    const unsigned int word = sizeWordOf(header);
     return kMinHeaderSize + (word & kHasFrom ? kAddressSize : 0) + (word & kHasTarget ? kAddressSize : 0) +
            static_cast<long long>(word >> 2);
 }
 
-bool CCmdPackager::Send(zet::OutputStream& stream) const
+// Writes the stream frame's header and returns its size.
+int CCmdPackager::putHeader(unsigned char* place) const
 {
-    if (m_iDataSize < 0 || m_iDataSize > kMaxDataSize)
-        return false;
     const unsigned int word = sizeWord();
-    unsigned char header[kMaxHeaderSize];
-    unsigned char* at = header;
+    unsigned char* at = place;
     *at++ = static_cast<unsigned char>(m_CmdID);
     *at++ = static_cast<unsigned char>(m_CmdID >> 8);
     for (int shift = 0; shift < 32; shift += 8)
         *at++ = static_cast<unsigned char>(word >> shift);
     if (word & kHasFrom)
     {
-        std::memcpy(at, &m_FromAddress, sizeof m_FromAddress);
-        at += sizeof m_FromAddress;
+        std::memcpy(at, &m_FromAddress, kAddressSize);
+        at += kAddressSize;
     }
     if (word & kHasTarget)
     {
-        std::memcpy(at, &m_TargetAddress, sizeof m_TargetAddress);
-        at += sizeof m_TargetAddress;
+        std::memcpy(at, &m_TargetAddress, kAddressSize);
+        at += kAddressSize;
     }
+    return static_cast<int>(at - place);
+}
+
+bool CCmdPackager::Send(zet::OutputStream& stream) const
+{
+    if (m_iDataSize < 0 || m_iDataSize > kMaxDataSize)
+        return false;
+    unsigned char header[kMaxHeaderSize];
     // Whether the stream took the header shows at the payload.
-    stream.write(header, static_cast<int>(at - header));
+    stream.write(header, putHeader(header));
     if (m_iDataSize > 0 && stream.write(m_pBuffer, m_iDataSize) != m_iDataSize)
         return refuse(L"Send Command Package error!");
+    return true;
+}
+
+int CCmdPackager::SendTo(unsigned char* place) const
+{
+    if (m_iDataSize < 0 || m_iDataSize > kMaxDataSize)
+        return 0;
+    const int header = putHeader(place);
+    std::memcpy(place + header, m_pBuffer, static_cast<size_t>(m_iDataSize));
+    return header + m_iDataSize;
+}
+
+// Takes a frame that the stream shows whole from where it lies. False, and nothing taken, for any other one.
+bool CCmdPackager::receiveShown(zet::InputStream& stream)
+{
+    const int there = stream.available();
+    const unsigned char* const frame = there >= kMinHeaderSize ? stream.view(there) : nullptr;
+    if (!frame)
+        return false;
+    const long long whole = GetFrameSize(frame);
+    const unsigned int word = sizeWordOf(frame);
+    const int size = static_cast<int>(word >> 2);
+    if (whole > there || size > kMaxDataSize || !Alloc(size))
+        return false;
+    m_CmdID = static_cast<unsigned short>(frame[0] | frame[1] << 8);
+    const unsigned char* at = frame + kMinHeaderSize;
+    m_FromAddress = zet::Uuid();
+    if (word & kHasFrom)
+    {
+        std::memcpy(&m_FromAddress, at, kAddressSize);
+        at += kAddressSize;
+    }
+    m_TargetAddress = zet::Uuid();
+    if (word & kHasTarget)
+    {
+        std::memcpy(&m_TargetAddress, at, kAddressSize);
+        at += kAddressSize;
+    }
+    std::memcpy(m_pBuffer, at, static_cast<size_t>(size));
+    m_iDataSize = size;
+    stream.skip(static_cast<int>(whole));
     return true;
 }
 
 bool CCmdPackager::Receive(zet::InputStream& stream)
 {
     Clear();
+    if (receiveShown(stream))
+        return true;
     if (!stream.read16(m_CmdID))
         return refuse(L"Error:Read Command ID error!!");
     unsigned int word = 0;
@@ -141,7 +194,6 @@ bool CCmdPackager::Receive(zet::InputStream& stream)
     if (!stream.read32(word))
         return refuse(L"Error:Read Command Size(%d) error!", m_CmdID);
 
-    constexpr int kAddressSize = static_cast<int>(sizeof(zet::Uuid));
     m_FromAddress = zet::Uuid();
     if ((word & kHasFrom) && stream.read(&m_FromAddress, kAddressSize) != kAddressSize)
         return refuse(L"Error:Read Command(%d) Src Address error!", m_CmdID);

@@ -91,6 +91,9 @@ public:
     // Writes one stream frame, the whole payload whatever the read pointer. False, with the log told, where the
     // stream does not take the payload.
     bool Send(zet::OutputStream& stream) const;
+    // The same frame into memory with room for kMaxHeaderSize bytes and the payload. Returns its size, or 0 where
+    // Send() would be false.
+    int SendTo(unsigned char* place) const;
     // Reads one stream frame. False, with the log told, on a cut or oversized frame; what was read of id and
     // addresses stays, and the bytes taken from the stream are gone. Memory grows with the bytes that the stream
     // delivers, not with the size that the frame announces.
@@ -111,6 +114,8 @@ private:
 
     bool grow(int size);
     unsigned int sizeWord() const;
+    int putHeader(unsigned char* place) const;
+    bool receiveShown(zet::InputStream& stream);
 
     unsigned short m_CmdID = 0xFFFF;
     zet::Uuid m_FromAddress;

@@ -16,28 +16,6 @@
 namespace
 {
 
-// Writes one after the other into memory that someone else holds.
-class PlaceOutput final : public zet::Output
-{
-public:
-    PlaceOutput(unsigned char* place, int room) : m_Place(place), m_Room(room) {}
-
-    int write(const void* data, int size) override
-    {
-        if (size <= 0 || size > m_Room - m_Size)
-            return 0;
-        std::memcpy(m_Place + m_Size, data, static_cast<size_t>(size));
-        m_Size += size;
-        return size;
-    }
-    int getSize() const { return m_Size; }
-
-private:
-    unsigned char* m_Place;
-    int m_Room;
-    int m_Size = 0;
-};
-
 static_assert(zet::PacketReader::kDefaultLimit == CCmdPackager::kMaxHeaderSize + CCmdPackager::kMaxDataSize);
 
 // Payload of a frame that is put together on the stack; a larger one goes through a memory stream.
@@ -171,10 +149,9 @@ bool CCommandSocket::writePacket(const CCmdPackager& packager, bool& isFramed)
     if (packager.GetDataSize() <= kPlacedSize)
     {
         unsigned char place[zet::PacketWriter::kHeadSize + CCmdPackager::kMaxHeaderSize + kPlacedSize];
-        PlaceOutput frame(place + zet::PacketWriter::kHeadSize, sizeof place - zet::PacketWriter::kHeadSize);
-        zet::OutputStream stream(&frame);
-        isFramed = packager.Send(stream);
-        return isFramed && m_PacketWriter.writePlaced(place, frame.getSize());
+        const int size = packager.SendTo(place + zet::PacketWriter::kHeadSize);
+        isFramed = size > 0;
+        return isFramed && m_PacketWriter.writePlaced(place, size);
     }
     const auto frame = zet::MemoryStream::createInstance();
     zet::InputStream input(frame.get());
