@@ -25,8 +25,8 @@ TEST(StringHelper, TextsGoBothWays)
 {
     const struct
     {
-        std::string m_Narrow;
-        std::wstring m_Wide;
+        const char* m_Narrow;
+        const wchar_t* m_Wide;
     } cases[] = {{"", L""},
                  {"plain", L"plain"},
                  {"\xC2\x80\xDF\xBF", L"\u0080\u07FF"},

@@ -2,6 +2,7 @@
 #include "dispatch/analyser.h"
 #include "framework/memory_stream.h"
 #include "packaging/command_head.h"
+#include "tests/support/argument.h"
 #include "tests/support/payload_maker.h"
 #include "tools/object_json.h"
 #include "tools/reading.h"
@@ -28,7 +29,7 @@ struct Delivery
 
 void onEnvelope(CCmdHead* command, unsigned long arg1, unsigned long)
 {
-    Delivery& delivery = *reinterpret_cast<Delivery*>(arg1);
+    Delivery& delivery = test::objectOf<Delivery>(arg1);
     ++delivery.m_Count;
     const auto fields = tools::objectJson(delivery.m_Envelope->m_Wire(), command);
     ASSERT_TRUE(tools::bytesOfHex(fields["m_PackData"].get<std::string>(), delivery.m_Payload));
@@ -87,7 +88,7 @@ TEST(EnvelopeSweep, EveryMessageArrivesInItsEnvelope)
         const auto analyser = std::make_unique<CCmdAnalyser>();
         analyser->Install(envelope->m_Id, envelope->m_Process, onEnvelope);
         Delivery delivery{envelope};
-        analyser->Analyse(received, reinterpret_cast<unsigned long>(&delivery), 0);
+        analyser->Analyse(received, test::argumentOf(&delivery), 0);
         ASSERT_EQ(delivery.m_Count, 1);
 
         const Form form = carriedForm(message, *envelope);
