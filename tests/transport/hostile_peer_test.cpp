@@ -1,13 +1,12 @@
 // Peers that break the rules cost their own connection and little else.
 #include "tests/support/log_lines.h"
+#include "tests/support/raw_handle.h"
 #include "tests/support/raw_peer.h"
 
 #include <gtest/gtest.h>
 
 #if defined(__GLIBC__)
 #include <malloc.h>
-#include <sys/socket.h>
-#include <unistd.h>
 #endif
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
@@ -190,7 +189,6 @@ TEST(HostilePeer, APacketInManyPiecesOfTheNetworkArrivesWhole)
     EXPECT_TRUE(tickUntil(net.m_System, [&] { return ballast == 1000000; }));
 }
 
-#if defined(__GLIBC__)
 zet::Uuid someId(unsigned short node)
 {
     zet::Uuid id;
@@ -209,10 +207,7 @@ TEST(HostilePeer, AResetLeavesBothDictionaries)
     net.m_Server->SetFrameworkSocket(net.accepted());
     ASSERT_TRUE(peer.send({1, 2, 3}));
     net.m_System.tick();
-    const int handle = static_cast<int>(peer.m_Stream->detach());
-    const linger hard = {1, 0};
-    ASSERT_EQ(setsockopt(handle, SOL_SOCKET, SO_LINGER, &hard, sizeof hard), 0);
-    close(handle);
+    ASSERT_TRUE(test::resetRaw(peer.m_Stream->detach()));
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 0; }));
     EXPECT_EQ(net.m_Server->GetAllFrameworkSocket()->getSize(), 0);
     EXPECT_EQ(net.m_Server->m_Abandons, 1);
@@ -228,16 +223,15 @@ TEST(HostilePeer, AHalfClosedConnectionIsAnsweredAndLeavesBothDictionaries)
     net.accepted()->m_PeerServerId = someId(1);
     net.m_Server->SetFrameworkSocket(net.accepted());
     const auto question = packetOf(NoteCommand(1));
-    const int handle = static_cast<int>(peer.m_Stream->getHandle());
+    const unsigned int handle = peer.m_Stream->getHandle();
     // Both in one go, so that the end is there when the command is handled.
-    ASSERT_EQ(write(handle, question.data(), question.size()), static_cast<ssize_t>(question.size()));
-    ASSERT_EQ(shutdown(handle, SHUT_WR), 0);
+    ASSERT_TRUE(test::sendRaw(handle, question.data(), question.size()));
+    ASSERT_TRUE(test::endOutput(handle));
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 0; }));
     EXPECT_EQ(net.m_Server->GetAllFrameworkSocket()->getSize(), 0);
     EXPECT_TRUE(
         tickUntil(net.m_System,
                   [&] { return peer.m_Stream->available() == static_cast<int>(packetOf(NoteCommand(1, 5)).size()); }));
 }
-#endif
 
 } // namespace

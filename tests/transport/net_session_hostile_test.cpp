@@ -3,17 +3,13 @@
 #include "tests/support/allocations.h"
 #include "tests/support/log_lines.h"
 #include "tests/support/net_pair.h"
+#include "tests/support/raw_handle.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <future>
 #include <thread>
-
-#if defined(__GLIBC__)
-#include <sys/socket.h>
-#include <unistd.h>
-#endif
 
 namespace
 {
@@ -282,20 +278,15 @@ TEST(NetSessionPeer, AHugeLengthWithinTheLimitCostsWhatItsBytesCost)
     EXPECT_EQ(net.accepted()->m_Notes, "o");
 }
 
-#if defined(__GLIBC__)
 TEST(NetSessionPeer, AResetEndsTheSessionWithAnAbort)
 {
     NetPair net;
     RawPeer peer(net);
     peer.send(kGreeting);
     ASSERT_EQ(peer.notes("o"), "o");
-    const int handle = static_cast<int>(peer.m_Stream->detach());
-    const linger hard = {1, 0};
-    ASSERT_EQ(setsockopt(handle, SOL_SOCKET, SO_LINGER, &hard, sizeof hard), 0);
-    close(handle);
+    ASSERT_TRUE(test::resetRaw(peer.m_Stream->detach()));
     EXPECT_EQ(peer.notes("oax"), "oax");
 }
-#endif
 
 TEST(NetSessionPeer, AFloodOfMessagesIsHandledInOrder)
 {

@@ -336,6 +336,11 @@ TEST(TcpServer, AcceptingRestsWithoutHandlesAndGoesOn)
     net.m_System.tick();
     EXPECT_EQ(net.m_Server->m_Streams.size(), 1U);
 }
+#else
+TEST(TcpServer, AcceptingRestsWithoutHandlesAndGoesOn)
+{
+    GTEST_SKIP() << "no limit of handles that a test could run into";
+}
 #endif
 
 } // namespace

@@ -2,16 +2,13 @@
 
 #include "framework/thread.h"
 #include "tests/support/loopback.h"
+#include "tests/support/raw_handle.h"
 #include "transport/net/tcp_server.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
-
-#ifndef _WIN32
-#include <unistd.h>
-#endif
 
 namespace
 {
@@ -145,7 +142,6 @@ TEST(TcpStream, TheEndShowsBehindTheLastByte)
     EXPECT_EQ(pair.m_Far->getConnectionState(), zet::TcpConnection::kDown);
 }
 
-#ifndef _WIN32
 TEST(TcpStream, AResetBreaksTheConnection)
 {
     Pair pair;
@@ -155,12 +151,11 @@ TEST(TcpStream, AResetBreaksTheConnection)
     ASSERT_EQ(pair.m_Far->send("unseen", 6), 6);
     pair.m_System.tick();
     // What is left in the system's buffer at the end makes it a reset.
-    ::close(static_cast<int>(pair.m_Near->detach()));
+    test::closeRaw(pair.m_Near->detach());
     ASSERT_TRUE(tickUntil(pair.m_System, [&] { return pair.m_Far->getConnectionState() != 2; }));
     EXPECT_EQ(pair.m_Far->getConnectionState(), zet::TcpConnection::kBroken);
     EXPECT_EQ(pair.m_Far->send("x", 1), 0);
 }
-#endif
 
 TEST(TcpStream, OutputIsRefusedWholeOnceTheLimitWaits)
 {
