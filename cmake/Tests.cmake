@@ -33,10 +33,15 @@ endif()
 if(sources)
   add_executable(commonground_tests ${sources})
   target_link_libraries(commonground_tests PRIVATE
-    commonground commonground_tools commonground_warnings GTest::gtest_main GTest::gmock Threads::Threads)
+    commonground commonground_tools commonground_warnings GTest::gtest_main GTest::gmock Threads::Threads
+    $<$<PLATFORM_ID:Windows>:ws2_32>)
   if(COMMONGROUND_TLS)
     # Certificates are made while the tests run.
     target_link_libraries(commonground_tests PRIVATE PkgConfig::gnutls)
+  endif()
+  if(MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # This compiler takes the copy of a literal into a longer text for one into the text's short form.
+    target_compile_options(commonground_tests PRIVATE -Wno-array-bounds)
   endif()
   # Where a test finds its data, and the programs that it starts.
   target_compile_definitions(commonground_tests PRIVATE

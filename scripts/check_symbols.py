@@ -12,6 +12,8 @@ NAMESPACES = {"zet", "Quillo", "wire"}
 # What the library may ask for at load time.
 NEEDED = re.compile(r"^(libgnutls|libngtcp2|libngtcp2_crypto_gnutls|libstdc\+\+|libm|libgcc_s|libc|libpthread|libdl|"
                     r"ld-linux[-\w]*)\.so")
+NEEDED_ON_WINDOWS = re.compile(r"^(bcrypt|kernel32|msvcrt|ws2_32|mswsock|libstdc\+\+-6|libgcc_s_seh-1|"
+                               r"libwinpthread-1)\.dll$", re.IGNORECASE)
 # Names of other libraries that are compiled into this one and must neither leave it nor be asked for.
 INLINE = re.compile(r"\b(fmt|asio|nlohmann)::")
 WORDS_BEFORE = re.compile(r"^(vtable|VTT|typeinfo name|typeinfo|guard variable|construction vtable|"
@@ -53,15 +55,24 @@ def root_of(symbol):
             if char == "(":
                 break
             plain += char
-    return plain.split(" ")[-1].split("::")[0].split("[")[0]
+    return plain.split(" ")[-1].split("::")[0].split("[")[0].split("-in-")[0]
 
 
-def main():
-    library = sys.argv[1]
-    root = sys.argv[2] if len(sys.argv) > 2 else os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
-    own = exported_names(root) | NAMESPACES
+def check_windows(library, own):
+    """Exports and needs of a Windows library, which has no other undefined symbols."""
+    tables = run("x86_64-w64-mingw32-objdump", "-p", library)
+    mangled = re.findall(r"^\t\[ *\d+\] (\S+)$", tables.split("[Ordinal/Name Pointer] Table")[-1], re.MULTILINE)
+    exported = subprocess.run(["c++filt"], input="\n".join(mangled), capture_output=True, text=True,
+                              check=True).stdout.splitlines()
+    faults = [] if exported else ["exports nothing"]
+    faults += [f"exports {symbol}" for symbol in exported
+               if INLINE.search(symbol.split("(")[0]) or root_of(symbol) not in own]
+    faults += [f"needs {name}" for name in re.findall(r"DLL Name: (.*)", tables) if not NEEDED_ON_WINDOWS.match(name)]
+    return exported, faults
+
+
+def check_elf(library, own):
     faults = []
-
     exported = run("nm", "-D", "-C", "--defined-only", library).splitlines()
     if not exported:
         faults.append("exports nothing")
@@ -80,7 +91,14 @@ def main():
     for name in re.findall(r"\(NEEDED\).*\[(.*)\]", run("readelf", "-d", library)):
         if not NEEDED.match(name):
             faults.append(f"needs {name}")
+    return exported, faults
 
+
+def main():
+    library = sys.argv[1]
+    root = sys.argv[2] if len(sys.argv) > 2 else os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
+    own = exported_names(root) | NAMESPACES
+    exported, faults = (check_windows if library.endswith(".dll") else check_elf)(library, own)
     for fault in faults[:40]:
         print(f"{os.path.basename(library)} {fault}")
     print(f"{len(exported)} exported symbols, {len(faults)} faults")

@@ -5,11 +5,12 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 JOBS=$(nproc 2>/dev/null || echo 2)
 
-# What every build needs, and what the tests and the presets with Clang add.
+# What every build needs, and what the tests, the presets with Clang and the one for Windows add.
 BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libasio-dev libfmt-dev nlohmann-json3-dev
     libgnutls28-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin)
 CLANG_PACKAGES=(clang libclang-rt-dev)
+WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix googletest wine64)
 
 say()
 {
@@ -40,6 +41,7 @@ configure()
     local preset=$1 log
     say "Configuring build/$preset"
     log=$(cmake --preset "$preset" 2>&1) || { printf '%s\n' "$log"; return 1; }
+    printf '%s\n' "$log" | grep -i 'left out' || true
     printf '%s\n' "$log" | tail -n 1
 }
 
