@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 namespace
 {
 
@@ -109,6 +112,38 @@ TEST_F(Resuming, OneTicketServesOneConnection)
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return first->isSecure() && second->isSecure(); }));
     EXPECT_TRUE(first->isResumed());
     EXPECT_FALSE(second->isResumed());
+}
+
+TEST(TlsContext, OneContextServesSystemsOfSeveralThreads)
+{
+    const TlsHandle server = makeServerContext();
+    const TlsHandle client = makeClientContext();
+    std::atomic<int> stood{0};
+    std::atomic<int> resumed{0};
+    const auto work = [&]
+    {
+        int got = 0;
+        NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand&) { ++got; });
+        TlsLoopback net(analyser, server);
+        for (int i = 0; i < 10; ++i)
+        {
+            const ClientHandle socket = net.connectTls(analyser, client);
+            if (!socket || !net.accepted()->send(NoteCommand(i)) ||
+                !tickUntil(net.m_System, [&] { return got == i + 1; }))
+                return;
+            ++stood;
+            resumed += socket->isResumed();
+            socket->close();
+        }
+    };
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back(work);
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(stood, 40);
+    // Each thread's server has a port of its own, so each begins once anew.
+    EXPECT_EQ(resumed, 36);
 }
 
 } // namespace
