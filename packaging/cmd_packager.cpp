@@ -150,7 +150,8 @@ int CCmdPackager::SendTo(unsigned char* place) const
     return header + m_iDataSize;
 }
 
-// Takes a frame that the stream shows whole from where it lies. False, and nothing taken, for any other one.
+// Takes a frame that the stream shows whole, and for which there is room, from where it lies. False, and nothing taken,
+// for any other one.
 bool CCmdPackager::receiveShown(zet::InputStream& stream)
 {
     const int there = stream.available();
@@ -160,7 +161,7 @@ bool CCmdPackager::receiveShown(zet::InputStream& stream)
     const long long whole = GetFrameSize(frame);
     const unsigned int word = sizeWordOf(frame);
     const int size = static_cast<int>(word >> 2);
-    if (whole > there || size > kMaxDataSize || !Alloc(size))
+    if (whole > there || size > m_iBufSize)
         return false;
     m_CmdID = static_cast<unsigned short>(frame[0] | frame[1] << 8);
     const unsigned char* at = frame + kMinHeaderSize;
