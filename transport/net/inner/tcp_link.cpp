@@ -2,6 +2,10 @@
 
 #include "transport/net/tcp_connection.h"
 
+#ifndef _WIN32
+#include <unistd.h>
+#endif
+
 namespace zet::inner
 {
 
@@ -64,9 +68,17 @@ bool TcpLink::watchAnew()
 {
     asio::error_code fault;
     const auto handle = m_Socket.release(fault);
+    if (fault)
+        return false;
+    m_Socket.assign(asio::ip::tcp::v4(), handle, fault);
     if (!fault)
-        m_Socket.assign(asio::ip::tcp::v4(), handle, fault);
-    return !fault;
+        return true;
+#ifdef _WIN32
+    ::closesocket(handle);
+#else
+    ::close(handle);
+#endif
+    return false;
 }
 
 bool TcpLink::prepare()

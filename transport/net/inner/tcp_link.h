@@ -27,8 +27,8 @@ struct TcpLink : Counted<TcpLink>
     void waitForInput();
     void waitForOutput();
     void connect(const asio::ip::tcp::endpoint& peer);
-    // Forgets that room for output was ever waited for, which would show again with each wait for input. False leaves
-    // the socket closed.
+    // Forgets that room for output was ever waited for, which would show again with each wait for input. False,
+    // where the system does not watch it again, leaves it closed.
     bool watchAnew();
     void flushOwner();
     void tell(unsigned char pending);
