@@ -26,16 +26,17 @@ struct PropertyTable
     bool m_IsFilled = false;
 };
 
-// Made by their first user: other files may ask while the library is loaded.
+// Made by their first user and never destroyed: other files may ask while the library is loaded and while the process
+// ends.
 PropertyTable& tableOfNetMessage()
 {
-    static PropertyTable table;
+    static PropertyTable& table = *new PropertyTable;
     return table;
 }
 
 PropertyTable& tableOfNetCommand()
 {
-    static PropertyTable table;
+    static PropertyTable& table = *new PropertyTable;
     return table;
 }
 
