@@ -66,7 +66,7 @@ protected:
     bool SendAccountCheck();
     // Sends nothing and returns false where the user name or the password is too long.
     bool SendAccountID();
-    // Sends nothing and returns false where the resolver does not know the target.
+    // Sends nothing and returns false where the resolver, which it waits for, does not know the target.
     bool SendTargetAddress();
 
 private:
