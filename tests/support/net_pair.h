@@ -73,9 +73,15 @@ public:
     void onError(const zet::Evt_NetError* event) override { note('e', event), CNetSession::onError(event); }
     void onAbort(const zet::Evt_NetAbort* event) override { note('a', event), CNetSession::onAbort(event); }
 
-    void note(char what, const zet::NetEvent* event) { m_Notes += event->m_Session == this ? what : '?'; }
+    void note(char what, const zet::NetEvent* event)
+    {
+        m_Notes += event->m_Session == this ? what : '?';
+        m_StateAtEnd = getState();
+    }
 
     std::string m_Notes;
+    // What getState() said in the last handler but that of connect ok.
+    State m_StateAtEnd = kEstablished;
     std::function<void()> m_OnOk;
     std::function<void()> m_OnClosed;
 };

@@ -234,6 +234,16 @@ TEST(NetSession, WhatWasSentBeforeCloseArrives)
     EXPECT_EQ(calls, 3);
 }
 
+TEST(NetSession, IsDownForTheHandlerOfItsEnd)
+{
+    NetPair net;
+    const NotingHandle session = net.connect();
+    ASSERT_TRUE(session);
+    net.accepted()->close();
+    ASSERT_TRUE(tickUntil(net.m_System, [&] { return session->m_Notes == "ocx"; }));
+    EXPECT_EQ(session->m_StateAtEnd, NetSession::kDown);
+}
+
 TEST(NetSession, AfterOnClosedItIsClosedByTheVirtualOperationOnce)
 {
     NetPair net;

@@ -87,7 +87,7 @@ void NetSession::onMessage(Message* message)
 
 NetSession::State NetSession::getState() const
 {
-    return !m_Link ? kDown : m_Link->isOpen() ? kEstablished : kConnecting;
+    return !m_Link || m_Link->hasEnded() ? kDown : m_Link->isOpen() ? kEstablished : kConnecting;
 }
 
 String_T<wchar_t> NetSession::getPeerName() const

@@ -30,6 +30,7 @@ public:
     bool greet(const Uuid& id);
     // Both greetings have come, and the connection has not ended.
     bool isOpen() const { return m_Phase == kOpen; }
+    bool hasEnded() const { return m_Phase == kEnded; }
     bool sendMessage(const Message& message);
     // The session lets go: closes, and calls it no more.
     void leave();
