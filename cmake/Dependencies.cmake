@@ -13,8 +13,8 @@ else()
 endif()
 
 # Without it a UDP server gets no port, and the rest is as it was.
-option(COMMONGROUND_UDP "Build the connections over UDP (needs ngtcp2 with GnuTLS and a POSIX system)" ON)
-if(COMMONGROUND_UDP AND NOT WIN32)
+option(COMMONGROUND_UDP "Build the connections over UDP (needs COMMONGROUND_TLS, ngtcp2 with GnuTLS and a POSIX system)" ON)
+if(COMMONGROUND_UDP AND COMMONGROUND_TLS AND NOT WIN32)
   pkg_check_modules(ngtcp2 IMPORTED_TARGET libngtcp2 libngtcp2_crypto_gnutls)
 endif()
 if(TARGET PkgConfig::ngtcp2)

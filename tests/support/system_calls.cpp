@@ -43,6 +43,18 @@ extern "C"
         ++g_Sends;
         return next(handle, message, flags);
     }
+    int sendmmsg(int handle, mmsghdr* messages, unsigned int count, int flags)
+    {
+        static const auto next = nextOf<decltype(&sendmmsg)>("sendmmsg");
+        ++g_Sends;
+        return next(handle, messages, count, flags);
+    }
+    int recvmmsg(int handle, mmsghdr* messages, unsigned int count, int flags, timespec* timeout)
+    {
+        static const auto next = nextOf<decltype(&recvmmsg)>("recvmmsg");
+        ++g_Receives;
+        return next(handle, messages, count, flags, timeout);
+    }
     ssize_t writev(int handle, const iovec* pieces, int count)
     {
         static const auto next = nextOf<decltype(&writev)>("writev");

@@ -65,7 +65,16 @@ public:
     void onAccept() override
     {
         m_VisitorIds.push_back(getVisitorId());
-        const NoteSocketHandle socket = new NoteSocket;
+        NoteSocketHandle socket;
+        if (m_Spare.empty())
+        {
+            socket = new NoteSocket;
+        }
+        else
+        {
+            socket = m_Spare.back();
+            m_Spare.pop_back();
+        }
         socket->m_Handler = m_Handler;
         if (m_IsAccepting && accept(socket))
             m_Accepted.push_back(socket);
@@ -77,6 +86,8 @@ public:
     std::vector<zet::Uuid> m_VisitorIds;
     // Held here as well, so that a test can look at a connection that the server has let go of.
     std::vector<NoteSocketHandle> m_Accepted;
+    // Used before new ones are made.
+    std::vector<NoteSocketHandle> m_Spare;
     std::vector<UserData> m_UserData;
 };
 

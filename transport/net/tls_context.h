@@ -11,6 +11,7 @@ namespace zet
 
 namespace inner
 {
+class QuicTls;
 class TlsLayer;
 struct TlsStore;
 } // namespace inner
@@ -73,6 +74,7 @@ public:
     const wchar_t* getClassName() const override { return L"zet::TlsContext"; }
 
 private:
+    friend class inner::QuicTls;
     friend class inner::TlsLayer;
 
     bool isOpen() const;

@@ -3,6 +3,7 @@
 
 #include "framework/uuid.h"
 #include "transport/net/socket.h"
+#include "transport/net/tls_context.h"
 
 #include <memory>
 
@@ -31,9 +32,8 @@ class UdpRouter;
 // A visitor must first show that his address is his: until he has returned a token that is sent there, nothing is
 // kept of him, and he gets fewer bytes than he sent.
 //
-// Without a certificate the server makes one for itself. That keeps what is said between the two from others, and
-// proves to no one who the other is; a certificate of the host's on one side and its issuer in m_Trust on the other
-// prove the server.
+// Without a TLS context a port makes its own certificate and believes any. That keeps what is said between the two
+// from others, and proves to no one who the other is; contexts with a certificate and with authorities prove it.
 class COMMONGROUND_API UdpServer : public Socket
 {
 public:
@@ -61,13 +61,6 @@ public:
         int m_ConnectionLimit = 20000;
         // Bytes that a peer may send ahead of the reader.
         int m_InputLimit = 256 * 1024;
-        // In the form of PEM: the server's certificate with those up to its issuer, and its key. Empty for one of its
-        // own making.
-        String_T<char> m_Certificate;
-        String_T<char> m_Key;
-        // In the form of PEM: issuers that connect() trusts, and then the server's certificate must be for the name
-        // or address that connect() was given. Empty trusts anyone.
-        String_T<char> m_Trust;
     };
 
     struct Traffic
@@ -96,7 +89,7 @@ public:
     void close() override;
 
     // Takes the port on all addresses of this machine; 0 takes a free one. False, and no handle, where it has a port
-    // already, the port is not to be had, the certificate is none, or this build has no connections over UDP.
+    // already, the port is not to be had, or this build has no connections over UDP.
     virtual bool listen(unsigned short port);
     // Gives the visitor who has waited longest to an object without a connection. False changes nothing.
     virtual bool accept(UdpConnection* connection);
@@ -128,7 +121,14 @@ public:
     // What has passed the port since listen().
     Traffic getTraffic() const;
 
-    // Later connections go by new settings; certificate, key and trust are taken up by the next listen().
+    // The certificate and the authorities that the next listen() or attach() takes up; null for none, as above. With a
+    // certificate visitors are shown that one; with authorities connect() believes none but theirs, for the name or
+    // address that it was given. Clients' certificates are asked for as the context says. The context counts as used
+    // from then on.
+    void setTlsContext(TlsContext* context) { m_TlsContext = context; }
+    TlsContext* getTlsContext() const { return m_TlsContext; }
+
+    // Later connections go by new settings.
     void setSettings(const Settings& settings) { m_Settings = settings; }
     const Settings& getSettings() const { return m_Settings; }
 
@@ -137,6 +137,7 @@ private:
     void forget();
 
     Settings m_Settings;
+    Unknown::Handle_T<TlsContext> m_TlsContext;
     std::shared_ptr<inner::UdpRouter> m_Router;
     unsigned short m_UdpPort = 0;
 };

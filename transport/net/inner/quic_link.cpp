@@ -102,7 +102,7 @@ bool QuicLink::openClient(const sockaddr_in& peer, const char* name, const Uuid&
         return false;
     }
     m_Ref = {[](ngtcp2_crypto_conn_ref* ref) { return static_cast<QuicLink*>(ref->user_data)->m_Connection; }, this};
-    return open(m_Router.tls().openClient(m_Ref, m_Name)) && m_Output.write(&id, sizeof id, m_Router.pool());
+    return open(m_Router.tls().openClient(m_Ref)) && m_Output.write(&id, sizeof id, m_Router.pool());
 }
 
 bool QuicLink::openServer(const sockaddr_in& peer, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin)
@@ -185,7 +185,7 @@ void QuicLink::settle()
     m_Input.settle(m_Router.pool());
 }
 
-void QuicLink::read(const sockaddr_in& from, const unsigned char* data, int size)
+void QuicLink::read(const UdpPort::Datagram& datagram)
 {
     if (isOver())
     {
@@ -194,16 +194,18 @@ void QuicLink::read(const sockaddr_in& from, const unsigned char* data, int size
             if (unsigned char* room = m_Router.room())
             {
                 std::memcpy(room, m_Farewell.data(), m_Farewell.size());
-                m_Router.post(m_Peer, m_Farewell.size());
+                m_Router.post(m_Peer, m_Farewell.size(), m_Local);
             }
         ++m_LatePackets;
         return;
     }
     const bool stood = m_IsStanding;
-    const auto path = pathOf(m_Router.getAddress(), from);
+    if (m_IsServer && datagram.m_Local != 0)
+        m_Local = datagram.m_Local;
+    const auto path = pathOf(m_Router.getAddress(), *datagram.m_Address);
     const ngtcp2_pkt_info info{};
-    const int result =
-        ngtcp2_conn_read_pkt(m_Connection, &path, &info, data, static_cast<size_t>(size), m_Router.now());
+    const int result = ngtcp2_conn_read_pkt(m_Connection, &path, &info, datagram.m_Data,
+                                            static_cast<size_t>(datagram.m_Size), m_Router.now());
     if (m_IsStanding && !stood)
     {
         m_HasStood = true;
@@ -291,7 +293,7 @@ void QuicLink::keepFarewell(const ngtcp2_connection_close_error& reason)
     if (unsigned char* room = m_Router.room())
     {
         std::memcpy(room, packet, static_cast<size_t>(size));
-        m_Router.post(m_Peer, static_cast<size_t>(size));
+        m_Router.post(m_Peer, static_cast<size_t>(size), m_Local);
     }
 }
 
@@ -481,7 +483,7 @@ void QuicLink::write()
         }
         sockaddr_in peer;
         std::memcpy(&peer, path.path.remote.addr, sizeof peer);
-        m_Router.post(peer, static_cast<size_t>(size));
+        m_Router.post(peer, static_cast<size_t>(size), m_Local);
     }
     ngtcp2_conn_update_pkt_tx_time(m_Connection, now);
     m_Router.schedule(*this);

@@ -70,7 +70,7 @@ public:
     bool send(const void* data, int size) override;
     void close() override;
 
-    void read(const sockaddr_in& from, const unsigned char* data, int size);
+    void read(const UdpPort::Datagram& datagram);
     // Fills packets with what waits, as far as congestion, pacing and the port allow.
     void write();
     // Something is due.
@@ -88,6 +88,8 @@ public:
     bool isAnnounced() const { return m_IdRead == sizeof(Uuid); }
     bool isStanding() const { return m_IsStanding; }
     const Uuid& getId() const { return m_Id; }
+    // That connect() was given.
+    const String_T<char>& getName() const { return m_Name; }
     const sockaddr_in& getPeer() const { return m_Peer; }
     void addId(const ngtcp2_cid& id) { m_Ids.emplace_back(id); }
     const std::vector<QuicId>& getIds() const { return m_Ids; }
@@ -124,6 +126,8 @@ private:
     ngtcp2_crypto_conn_ref m_Ref{};
     String_T<char> m_Name;
     sockaddr_in m_Peer{};
+    // The address of ours that the peer speaks to; for the client's side the system chooses, also anew.
+    unsigned int m_Local = 0;
     Uuid m_Id;
     size_t m_IdRead = 0;
     std::vector<QuicId> m_Ids;

@@ -69,7 +69,7 @@ QuicRouter::~QuicRouter()
 
 bool QuicRouter::init()
 {
-    return gnutls_rnd(GNUTLS_RND_KEY, m_Secret, sizeof m_Secret) >= 0 && m_Tls.init(settings());
+    return gnutls_rnd(GNUTLS_RND_KEY, m_Secret, sizeof m_Secret) >= 0 && m_Tls.init(m_Server->getTlsContext());
 }
 
 unsigned short QuicRouter::getPort() const
@@ -141,15 +141,15 @@ bool QuicRouter::sendUserData(const sockaddr_in& address, const void* data, int 
     if (!room)
         return false;
     std::memcpy(room, data, static_cast<size_t>(size));
-    post(address, static_cast<size_t>(size));
+    post(address, static_cast<size_t>(size), 0);
     return true;
 }
 
-void QuicRouter::post(const sockaddr_in& address, size_t size)
+void QuicRouter::post(const sockaddr_in& address, size_t size, unsigned int local)
 {
     ++m_Traffic.m_DatagramsOut;
     m_Traffic.m_BytesOut += size;
-    m_Port->commit(address, static_cast<int>(size));
+    m_Port->commit(address, static_cast<int>(size), local);
     if (m_IsTicking || m_IsLate)
         return;
     m_IsLate = m_Reactor->flushLater(weak_from_this());
@@ -310,8 +310,7 @@ void QuicRouter::turn(QuicLink& link)
         }
         catch (...)
         {
-            if (m_Server)
-                list(link);
+            wake(link, QuicLink::kTickOwner);
             throw;
         }
         if (!m_Server)

@@ -58,18 +58,17 @@ public:
     void onOver(QuicLink& link);
     // Room for a packet, and its way out.
     unsigned char* room() { return m_Port->room(); }
-    void post(const sockaddr_in& address, size_t size);
+    void post(const sockaddr_in& address, size_t size, unsigned int local);
 
 private:
     void receive();
-    void route(const sockaddr_in& from, const unsigned char* data, int size);
-    void routeLong(const sockaddr_in& from, const unsigned char* data, int size);
-    void greet(const sockaddr_in& from, const unsigned char* data, int size);
-    void sendRetry(const sockaddr_in& to, const ngtcp2_pkt_hd& head);
-    void refuse(const sockaddr_in& to, const ngtcp2_pkt_hd& head);
-    void admit(const sockaddr_in& from, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin, const unsigned char* data,
-               int size);
-    void sendVersions(const sockaddr_in& to, const unsigned char* data, int size);
+    void route(const UdpPort::Datagram& datagram);
+    void routeLong(const UdpPort::Datagram& datagram);
+    void greet(const UdpPort::Datagram& datagram);
+    void sendRetry(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head);
+    void refuse(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head);
+    void admit(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin);
+    void sendVersions(const UdpPort::Datagram& datagram);
     void runTimers();
     void callVisitors();
     void takeTurns();

@@ -55,7 +55,7 @@ void QuicRouter::receive()
         {
             const UdpPort::Datagram datagram = m_Port->getDatagram(i);
             if (datagram.m_Size >= 0)
-                route(*datagram.m_Address, datagram.m_Data, datagram.m_Size);
+                route(datagram);
         }
         total += count;
     }
@@ -64,58 +64,62 @@ void QuicRouter::receive()
 void QuicRouter::deliver(const sockaddr_in& address, const void* data, int size)
 {
     if (m_Server && size <= UdpPort::kMostBytes)
-        route(address, static_cast<const unsigned char*>(data), size);
+        route({&address, 0, static_cast<const unsigned char*>(data), size});
 }
 
-void QuicRouter::route(const sockaddr_in& from, const unsigned char* data, int size)
+void QuicRouter::route(const UdpPort::Datagram& datagram)
 {
+    const unsigned char* const data = datagram.m_Data;
+    const int size = datagram.m_Size;
     ++m_Traffic.m_DatagramsIn;
     m_Traffic.m_BytesIn += static_cast<unsigned long long>(size);
     if (size > 0 && (data[0] & kLongHead))
     {
-        routeLong(from, data, size);
+        routeLong(datagram);
         return;
     }
     QuicLink* const link = static_cast<size_t>(size) > QuicId::kSize ? find(data + 1) : nullptr;
     if (link)
-        link->read(from, data, size);
+        link->read(datagram);
     else
-        m_Server->onUserData(from, data, size);
+        m_Server->onUserData(*datagram.m_Address, data, size);
 }
 
-void QuicRouter::routeLong(const sockaddr_in& from, const unsigned char* data, int size)
+void QuicRouter::routeLong(const UdpPort::Datagram& datagram)
 {
+    const unsigned char* const data = datagram.m_Data;
+    const int size = datagram.m_Size;
     LongHead head;
     const bool isHead = head.read(data, static_cast<size_t>(size));
     const bool isOurs = isHead && (head.m_Version == NGTCP2_PROTO_VER_V1 || head.m_Version == 0);
     QuicLink* const link = isOurs && head.m_TargetSize == QuicId::kSize ? find(head.m_Target) : nullptr;
     if (link)
     {
-        link->read(from, data, size);
+        link->read(datagram);
     }
     else if (!isHead || !(data[0] & kFixedBit))
     {
-        m_Server->onUserData(from, data, size);
+        m_Server->onUserData(*datagram.m_Address, data, size);
     }
     else if (isOurs)
     {
         if (head.m_Version != 0 && (data[0] & kTypeBits) == kInitial)
-            greet(from, data, size);
+            greet(datagram);
     }
     else if (size >= NGTCP2_MAX_UDP_PAYLOAD_SIZE)
     {
-        sendVersions(from, data, size);
+        sendVersions(datagram);
     }
     else
     {
-        m_Server->onUserData(from, data, size);
+        m_Server->onUserData(*datagram.m_Address, data, size);
     }
 }
 
-void QuicRouter::sendVersions(const sockaddr_in& to, const unsigned char* data, int size)
+void QuicRouter::sendVersions(const UdpPort::Datagram& datagram)
 {
     LongHead head;
-    head.read(data, static_cast<size_t>(size));
+    head.read(datagram.m_Data, static_cast<size_t>(datagram.m_Size));
     unsigned char* const out = room();
     if (!out || ++m_Greetings > UdpServer::kGreetingsPerTick)
         return;
@@ -124,19 +128,20 @@ void QuicRouter::sendVersions(const sockaddr_in& to, const unsigned char* data, 
         ngtcp2_pkt_write_version_negotiation(out, UdpPort::kMostBytes, kFixedBit, head.m_Source, head.m_SourceSize,
                                              head.m_Target, head.m_TargetSize, &version, 1);
     if (written > 0)
-        post(to, static_cast<size_t>(written));
+        post(*datagram.m_Address, static_cast<size_t>(written), datagram.m_Local);
 }
 
-void QuicRouter::greet(const sockaddr_in& from, const unsigned char* data, int size)
+void QuicRouter::greet(const UdpPort::Datagram& datagram)
 {
+    const sockaddr_in& from = *datagram.m_Address;
     ngtcp2_pkt_hd head;
-    const int result = ngtcp2_accept(&head, data, static_cast<size_t>(size));
+    const int result = ngtcp2_accept(&head, datagram.m_Data, static_cast<size_t>(datagram.m_Size));
     if ((result != 0 && result != NGTCP2_ERR_RETRY) || settings().m_ConnectionLimit <= 0)
         return;
     if (head.token.len == 0)
     {
         if (++m_Greetings <= UdpServer::kGreetingsPerTick)
-            sendRetry(from, head);
+            sendRetry(datagram, head);
         return;
     }
     ngtcp2_cid origin;
@@ -147,13 +152,14 @@ void QuicRouter::greet(const sockaddr_in& from, const unsigned char* data, int s
                                          &head.dcid, kTokenTime, now()) != 0)
         return;
     if (m_VisitorCount >= settings().m_ConnectionLimit)
-        refuse(from, head);
+        refuse(datagram, head);
     else
-        admit(from, head, origin, data, size);
+        admit(datagram, head, origin);
 }
 
-void QuicRouter::sendRetry(const sockaddr_in& to, const ngtcp2_pkt_hd& head)
+void QuicRouter::sendRetry(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head)
 {
+    const sockaddr_in& to = *datagram.m_Address;
     unsigned char* const out = room();
     if (!out)
         return;
@@ -170,10 +176,10 @@ void QuicRouter::sendRetry(const sockaddr_in& to, const ngtcp2_pkt_hd& head)
     const auto written = ngtcp2_crypto_write_retry(out, UdpPort::kMostBytes, head.version, &head.scid, &self,
                                                    &head.dcid, token, static_cast<size_t>(size));
     if (written > 0)
-        post(to, static_cast<size_t>(written));
+        post(*datagram.m_Address, static_cast<size_t>(written), datagram.m_Local);
 }
 
-void QuicRouter::refuse(const sockaddr_in& to, const ngtcp2_pkt_hd& head)
+void QuicRouter::refuse(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head)
 {
     unsigned char* const out = room();
     if (!out)
@@ -181,21 +187,20 @@ void QuicRouter::refuse(const sockaddr_in& to, const ngtcp2_pkt_hd& head)
     const auto written = ngtcp2_crypto_write_connection_close(out, UdpPort::kMostBytes, head.version, &head.scid,
                                                               &head.dcid, NGTCP2_CONNECTION_REFUSED, nullptr, 0);
     if (written > 0)
-        post(to, static_cast<size_t>(written));
+        post(*datagram.m_Address, static_cast<size_t>(written), datagram.m_Local);
 }
 
-void QuicRouter::admit(const sockaddr_in& from, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin,
-                       const unsigned char* data, int size)
+void QuicRouter::admit(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin)
 {
     QuicLink& link = keep(std::make_unique<QuicLink>(*this));
-    if (!link.openServer(from, head, origin))
+    if (!link.openServer(*datagram.m_Address, head, origin))
     {
         forget(link);
         return;
     }
     ++m_Count;
     ++m_VisitorCount;
-    link.read(from, data, size);
+    link.read(datagram);
 }
 
 } // namespace zet::inner

@@ -2,6 +2,8 @@
 
 #include "framework/log.h"
 #include "framework/string_helper.h"
+#include "transport/net/inner/quic_link.h"
+#include "transport/net/inner/tls_store.h"
 
 #include <gnutls/crypto.h>
 #include <gnutls/x509.h>
@@ -22,12 +24,6 @@ constexpr char kPriority[] = "NORMAL:-VERS-ALL:+VERS-TLS1.3:-CIPHER-ALL:+AES-128
 constexpr char kProtocol[] = "commonground/1";
 constexpr long kSecondsPerDay = 24 * 3600;
 
-gnutls_datum_t datumOf(const String_T<char>& text)
-{
-    return {reinterpret_cast<unsigned char*>(const_cast<char*>(text.getBuffer())),
-            static_cast<unsigned int>(text.getLength())};
-}
-
 bool tell(const wchar_t* what, int fault)
 {
     Log::error(L"Connections over UDP: %s: %s", what, StringHelper::utf8ToWide(gnutls_strerror(fault)));
@@ -38,36 +34,23 @@ bool tell(const wchar_t* what, int fault)
 
 QuicTls::~QuicTls()
 {
-    if (m_Credentials)
-        gnutls_certificate_free_credentials(m_Credentials);
+    if (m_Own)
+        gnutls_certificate_free_credentials(m_Own);
     if (m_Priority)
         gnutls_priority_deinit(m_Priority);
 }
 
-bool QuicTls::init(const UdpServer::Settings& settings)
+bool QuicTls::init(TlsContext* context)
 {
+    m_Context = context;
+    if (context)
+        context->m_Store->m_IsFixed = true;
     int fault = gnutls_priority_init(&m_Priority, kPriority, nullptr);
     if (fault >= 0)
-        fault = gnutls_certificate_allocate_credentials(&m_Credentials);
+        fault = gnutls_certificate_allocate_credentials(&m_Own);
     if (fault < 0)
         return tell(L"no TLS", fault);
-    if (settings.m_Trust.getLength() > 0)
-    {
-        const gnutls_datum_t trust = datumOf(settings.m_Trust);
-        fault = gnutls_certificate_set_x509_trust_mem(m_Credentials, &trust, GNUTLS_X509_FMT_PEM);
-        if (fault <= 0)
-            return tell(L"no issuer to trust", fault < 0 ? fault : GNUTLS_E_NO_CERTIFICATE_FOUND);
-        m_Trusts = true;
-    }
-    return settings.m_Certificate.getLength() > 0 ? takeCertificate(settings) : makeCertificate();
-}
-
-bool QuicTls::takeCertificate(const UdpServer::Settings& settings)
-{
-    const gnutls_datum_t certificate = datumOf(settings.m_Certificate);
-    const gnutls_datum_t key = datumOf(settings.m_Key);
-    const int fault = gnutls_certificate_set_x509_key_mem(m_Credentials, &certificate, &key, GNUTLS_X509_FMT_PEM);
-    return fault >= 0 || tell(L"no certificate", fault);
+    return makeCertificate();
 }
 
 bool QuicTls::makeCertificate()
@@ -98,7 +81,7 @@ bool QuicTls::makeCertificate()
     if (fault >= 0)
         fault = gnutls_x509_crt_sign2(certificate, certificate, key, GNUTLS_DIG_UNKNOWN, 0);
     if (fault >= 0)
-        fault = gnutls_certificate_set_x509_key(m_Credentials, &certificate, 1, key);
+        fault = gnutls_certificate_set_x509_key(m_Own, &certificate, 1, key);
     if (certificate)
         gnutls_x509_crt_deinit(certificate);
     if (key)
@@ -106,47 +89,76 @@ bool QuicTls::makeCertificate()
     return fault >= 0 || tell(L"no certificate", fault);
 }
 
-gnutls_session_t QuicTls::open(unsigned int flags, ngtcp2_crypto_conn_ref& ref)
+gnutls_session_t QuicTls::open(unsigned int flags, gnutls_certificate_credentials_t credentials,
+                               ngtcp2_crypto_conn_ref& ref)
 {
     gnutls_session_t session = nullptr;
     if (gnutls_init(&session, flags | GNUTLS_NONBLOCK | GNUTLS_NO_SIGNAL | GNUTLS_NO_TICKETS) < 0)
         return nullptr;
     const gnutls_datum_t protocol = {reinterpret_cast<unsigned char*>(const_cast<char*>(kProtocol)),
                                      sizeof kProtocol - 1};
+    gnutls_session_set_ptr(session, &ref);
+    const bool isServer = flags & GNUTLS_SERVER;
     if (gnutls_priority_set(session, m_Priority) < 0 ||
-        gnutls_credentials_set(session, GNUTLS_CRD_CERTIFICATE, m_Credentials) < 0 ||
-        gnutls_alpn_set_protocols(session, &protocol, 1, GNUTLS_ALPN_MANDATORY) < 0)
+        gnutls_credentials_set(session, GNUTLS_CRD_CERTIFICATE, credentials) < 0 ||
+        gnutls_alpn_set_protocols(session, &protocol, 1, GNUTLS_ALPN_MANDATORY) < 0 ||
+        (isServer ? ngtcp2_crypto_gnutls_configure_server_session(session)
+                  : ngtcp2_crypto_gnutls_configure_client_session(session)) != 0)
     {
         gnutls_deinit(session);
         return nullptr;
     }
-    gnutls_session_set_ptr(session, &ref);
     return session;
 }
 
 gnutls_session_t QuicTls::openServer(ngtcp2_crypto_conn_ref& ref)
 {
-    gnutls_session_t session = open(GNUTLS_SERVER, ref);
-    if (session && ngtcp2_crypto_gnutls_configure_server_session(session) != 0)
+    const bool hasOther = m_Context && m_Context->hasCertificate();
+    gnutls_session_t session = open(GNUTLS_SERVER, hasOther ? m_Context->m_Store->m_Credentials : m_Own, ref);
+    const auto wanted = m_Context ? m_Context->getClientCertificate() : TlsContext::kNotAsked;
+    if (session && wanted != TlsContext::kNotAsked)
     {
-        gnutls_deinit(session);
-        return nullptr;
+        gnutls_certificate_server_set_request(session, wanted == TlsContext::kRequired ? GNUTLS_CERT_REQUIRE
+                                                                                       : GNUTLS_CERT_REQUEST);
+        gnutls_session_set_verify_function(session, verifyClient);
     }
     return session;
 }
 
-gnutls_session_t QuicTls::openClient(ngtcp2_crypto_conn_ref& ref, const char* name)
+gnutls_session_t QuicTls::openClient(ngtcp2_crypto_conn_ref& ref)
 {
-    gnutls_session_t session = open(GNUTLS_CLIENT, ref);
-    if (session && ngtcp2_crypto_gnutls_configure_client_session(session) != 0)
-    {
-        gnutls_deinit(session);
-        return nullptr;
-    }
-    // The session keeps a copy for the extension, but not of the name to verify: that one is asked for at the end.
-    if (session && m_Trusts)
-        gnutls_session_set_verify_cert(session, name, 0);
+    gnutls_session_t session = open(GNUTLS_CLIENT, m_Context ? m_Context->m_Store->m_Credentials : m_Own, ref);
+    if (session && m_Context && m_Context->hasTrust())
+        gnutls_session_set_verify_function(session, verifyServer);
     return session;
+}
+
+int QuicTls::verifyServer(gnutls_session_t session)
+{
+    const auto* const ref = static_cast<const ngtcp2_crypto_conn_ref*>(gnutls_session_get_ptr(session));
+    const String_T<char>& name = static_cast<const QuicLink*>(ref->user_data)->getName();
+    gnutls_typed_vdata_st wanted[2] = {};
+    wanted[0].type = GNUTLS_DT_KEY_PURPOSE_OID;
+    wanted[0].data = reinterpret_cast<unsigned char*>(const_cast<char*>(GNUTLS_KP_TLS_WWW_SERVER));
+    wanted[1].type = GNUTLS_DT_DNS_HOSTNAME;
+    wanted[1].data = reinterpret_cast<unsigned char*>(const_cast<char*>(name.getBuffer()));
+    unsigned int status = 0;
+    const int fault = gnutls_certificate_verify_peers(session, wanted, 2, &status);
+    return fault < 0 ? fault : status == 0 ? 0 : GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR;
+}
+
+int QuicTls::verifyClient(gnutls_session_t session)
+{
+    unsigned int count = 0;
+    // Where one is required GnuTLS itself insists.
+    if (!gnutls_certificate_get_peers(session, &count) || count == 0)
+        return 0;
+    gnutls_typed_vdata_st wanted = {};
+    wanted.type = GNUTLS_DT_KEY_PURPOSE_OID;
+    wanted.data = reinterpret_cast<unsigned char*>(const_cast<char*>(GNUTLS_KP_TLS_WWW_CLIENT));
+    unsigned int status = 0;
+    const int fault = gnutls_certificate_verify_peers(session, &wanted, 1, &status);
+    return fault < 0 ? fault : status == 0 ? 0 : GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR;
 }
 
 } // namespace zet::inner

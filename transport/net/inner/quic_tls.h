@@ -18,21 +18,24 @@ public:
     QuicTls(const QuicTls&) = delete;
     QuicTls& operator=(const QuicTls&) = delete;
 
-    // Takes certificate and trust; makes a certificate where none was given. False, with the log told, where they are
-    // none.
-    bool init(const UdpServer::Settings& settings);
-    // A session on its way to a connection, which ref finds. Null where there is none. The name is that of the server.
+    // Takes a context, or null, and makes a certificate where that has none. False, with the log told, where there is
+    // no TLS to be had.
+    bool init(TlsContext* context);
+    // A session on its way to a connection, which ref finds. Null where there is none.
     gnutls_session_t openServer(ngtcp2_crypto_conn_ref& ref);
-    gnutls_session_t openClient(ngtcp2_crypto_conn_ref& ref, const char* name);
+    gnutls_session_t openClient(ngtcp2_crypto_conn_ref& ref);
 
 private:
-    bool takeCertificate(const UdpServer::Settings& settings);
     bool makeCertificate();
-    gnutls_session_t open(unsigned int flags, ngtcp2_crypto_conn_ref& ref);
+    gnutls_session_t open(unsigned int flags, gnutls_certificate_credentials_t credentials,
+                          ngtcp2_crypto_conn_ref& ref);
+    static int verifyServer(gnutls_session_t session);
+    static int verifyClient(gnutls_session_t session);
 
-    gnutls_certificate_credentials_t m_Credentials = nullptr;
+    // Null where the port makes its own certificate and believes any.
+    Unknown::Handle_T<TlsContext> m_Context;
+    gnutls_certificate_credentials_t m_Own = nullptr;
     gnutls_priority_t m_Priority = nullptr;
-    bool m_Trusts = false;
 };
 
 } // namespace zet::inner

@@ -25,6 +25,8 @@ public:
     struct Datagram
     {
         const sockaddr_in* m_Address;
+        // The address of this machine that it came to, in network order; 0 where the system does not tell.
+        unsigned int m_Local;
         const unsigned char* m_Data;
         int m_Size;
     };
@@ -49,8 +51,9 @@ public:
     // Room for a datagram of kMostBytes, or null while the operating system takes none; then isBlocked() is true until
     // it does again.
     unsigned char* room();
-    // What was written there goes to an address, with its batch.
-    void commit(const sockaddr_in& address, int size);
+    // What was written there goes to an address, with its batch; from this address of ours, or from one of the system's
+    // choice where it is 0.
+    void commit(const sockaddr_in& address, int size, unsigned int local);
     // Sends what was committed.
     void flush();
     bool isBlocked() const { return m_IsBlocked; }

@@ -1,10 +1,12 @@
 #include "transport/net/inner/udp_port.h"
 
+#include <netinet/in.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 
 namespace zet::inner
 {
@@ -29,7 +31,46 @@ struct Batch
         head.msg_iovlen = 1;
     }
 
+    // The address of ours that a datagram came to, or is to come from.
+    struct alignas(cmsghdr) Control
+    {
+        unsigned char m_Bytes[CMSG_SPACE(sizeof(in_pktinfo))];
+    };
+    void wantLocal(int index)
+    {
+        msghdr& head = m_Messages[index].msg_hdr;
+        head.msg_control = m_Controls[index].m_Bytes;
+        head.msg_controllen = sizeof m_Controls[index].m_Bytes;
+    }
+    unsigned int getLocal(int index)
+    {
+        msghdr& head = m_Messages[index].msg_hdr;
+        for (cmsghdr* part = CMSG_FIRSTHDR(&head); part; part = CMSG_NXTHDR(&head, part))
+            if (part->cmsg_level == IPPROTO_IP && part->cmsg_type == IP_PKTINFO)
+            {
+                in_pktinfo info;
+                std::memcpy(&info, CMSG_DATA(part), sizeof info);
+                return static_cast<unsigned int>(info.ipi_spec_dst.s_addr);
+            }
+        return 0;
+    }
+    void setLocal(int index, unsigned int local)
+    {
+        if (local == 0)
+            return;
+        wantLocal(index);
+        in_pktinfo info{};
+        info.ipi_spec_dst.s_addr = local;
+        cmsghdr* const part = CMSG_FIRSTHDR(&m_Messages[index].msg_hdr);
+        part->cmsg_level = IPPROTO_IP;
+        part->cmsg_type = IP_PKTINFO;
+        part->cmsg_len = CMSG_LEN(sizeof info);
+        std::memcpy(CMSG_DATA(part), &info, sizeof info);
+    }
+
     mmsghdr m_Messages[UdpPort::kBatch];
+    Control m_Controls[UdpPort::kBatch];
+    unsigned int m_Locals[UdpPort::kBatch];
     iovec m_Pieces[UdpPort::kBatch];
     sockaddr_in m_Addresses[UdpPort::kBatch];
     unsigned char m_Bytes[UdpPort::kBatch][UdpPort::kMostBytes];
@@ -80,6 +121,9 @@ bool UdpPort::prepare()
     m_Socket.non_blocking(true, fault);
     if (fault)
         return false;
+    // An answer leaves from the address that was asked. Where the system cannot tell, it chooses.
+    const int on = 1;
+    ::setsockopt(m_Socket.native_handle(), IPPROTO_IP, IP_PKTINFO, &on, sizeof on);
     const auto self = m_Socket.local_endpoint(fault);
     if (fault || !self.address().is_v4())
         return false;
@@ -130,7 +174,10 @@ int UdpPort::receive()
         return 0;
     Batch& in = m_Batches->m_In;
     for (int i = 0; i < kBatch; ++i)
+    {
         in.prepare(i, kMostBytes);
+        in.wantLocal(i);
+    }
     const int count = ::recvmmsg(m_Socket.native_handle(), in.m_Messages, kBatch, MSG_DONTWAIT, nullptr);
     // A fault is that of an earlier datagram, and told once; what lies behind it comes with the next wait.
     if (count < kBatch)
@@ -140,10 +187,11 @@ int UdpPort::receive()
 
 UdpPort::Datagram UdpPort::getDatagram(int index) const
 {
-    const Batch& in = m_Batches->m_In;
+    Batch& in = m_Batches->m_In;
     const mmsghdr& message = in.m_Messages[index];
     const bool isWhole = !(message.msg_hdr.msg_flags & MSG_TRUNC) && message.msg_hdr.msg_namelen >= sizeof(sockaddr_in);
-    return {&in.m_Addresses[index], in.m_Bytes[index], isWhole ? static_cast<int>(message.msg_len) : -1};
+    return {&in.m_Addresses[index], in.getLocal(index), in.m_Bytes[index],
+            isWhole ? static_cast<int>(message.msg_len) : -1};
 }
 
 unsigned char* UdpPort::room()
@@ -153,10 +201,13 @@ unsigned char* UdpPort::room()
     return m_Unsent < kBatch && !m_IsBlocked ? m_Batches->m_Out.m_Bytes[m_Unsent] : nullptr;
 }
 
-void UdpPort::commit(const sockaddr_in& address, int size)
+void UdpPort::commit(const sockaddr_in& address, int size, unsigned int local)
 {
-    m_Batches->m_Out.m_Addresses[m_Unsent] = address;
-    m_Batches->m_Out.prepare(m_Unsent, size);
+    Batch& out = m_Batches->m_Out;
+    out.m_Addresses[m_Unsent] = address;
+    out.m_Locals[m_Unsent] = local;
+    out.prepare(m_Unsent, size);
+    out.setLocal(m_Unsent, local);
     ++m_Unsent;
 }
 
@@ -184,7 +235,9 @@ void UdpPort::flush()
         const int to = i - at;
         std::swap(out.m_Bytes[to], out.m_Bytes[i]);
         out.m_Addresses[to] = out.m_Addresses[i];
+        out.m_Locals[to] = out.m_Locals[i];
         out.prepare(to, static_cast<int>(out.m_Pieces[i].iov_len));
+        out.setLocal(to, out.m_Locals[to]);
     }
     m_Unsent -= at;
 }

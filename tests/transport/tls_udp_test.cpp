@@ -1,0 +1,133 @@
+// Who proves what to whom over UDP.
+#include "tests/support/tls_certificates.h"
+#include "tests/support/udp_loopback.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using test::Authority;
+using test::Certificate;
+using test::NoteSocket;
+using test::NoteSocketHandle;
+using test::UdpNet;
+using Context = zet::Unknown::Handle_T<zet::TlsContext>;
+
+class TlsUdp : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!zet::UdpServer::isAvailable())
+            GTEST_SKIP() << "built without connections over UDP";
+    }
+
+    static Context contextOf(const Certificate& certificate, const Authority* trust)
+    {
+        const Context context = new zet::TlsContext;
+        EXPECT_TRUE(certificate.m_Chain.empty() ||
+                    context->setCertificate(certificate.m_Chain.c_str(), certificate.m_Key.c_str()));
+        EXPECT_TRUE(!trust || context->addTrust(trust->pem().c_str()));
+        return context;
+    }
+    Certificate here() const { return m_Authority.issue({"", {"127.0.0.1", "localhost"}}); }
+    // Both ports anew, with these contexts.
+    bool listen(const Context& server, const Context& client)
+    {
+        m_Net.m_Server->close();
+        m_Net.m_Server->setTlsContext(server);
+        m_Net.m_Port->close();
+        m_Net.m_Port->setTlsContext(client);
+        return m_Net.m_Server->listen(L"", 0) && m_Net.m_Port->listen(L"", 0);
+    }
+    bool succeeds(const wchar_t* name)
+    {
+        const NoteSocketHandle socket = new NoteSocket;
+        EXPECT_TRUE(socket->connect(m_Net.m_Port, name, m_Net.m_Server->getPort(), zet::Uuid()));
+        EXPECT_TRUE(socket->send(test::NoteCommand(1)));
+        const auto has = [&] { return !m_Net.m_Server->m_Accepted.empty() && !m_Net.accepted().m_Numbers.empty(); };
+        EXPECT_TRUE(m_Net.until([&] { return has() || socket->m_Closes > 0; }));
+        const bool isDone = has();
+        m_Net.m_Server->m_Accepted.clear();
+        return isDone && socket->m_Closes == 0;
+    }
+
+    Authority m_Authority{"Some Authority"};
+    UdpNet m_Net;
+};
+
+TEST_F(TlsUdp, ATrustedCertificateForTheAddressOrTheNameIsTaken)
+{
+    ASSERT_TRUE(listen(contextOf(here(), nullptr), contextOf({}, &m_Authority)));
+    EXPECT_TRUE(succeeds(L"127.0.0.1"));
+    EXPECT_TRUE(succeeds(L"localhost"));
+}
+
+TEST_F(TlsUdp, WhoTrustsNobodyInParticularTakesAnyCertificate)
+{
+    ASSERT_TRUE(listen(contextOf(m_Authority.issue({"", {"elsewhere.test"}}), nullptr), nullptr));
+    EXPECT_TRUE(succeeds(L"127.0.0.1"));
+}
+
+TEST_F(TlsUdp, ACertificateOfAnotherAuthorityIsRefused)
+{
+    const Authority other("Other Authority");
+    ASSERT_TRUE(listen(contextOf(here(), nullptr), contextOf({}, &other)));
+    EXPECT_FALSE(succeeds(L"127.0.0.1"));
+}
+
+TEST_F(TlsUdp, ACertificateForAnotherNameIsRefused)
+{
+    ASSERT_TRUE(listen(contextOf(m_Authority.issue({"", {"elsewhere.test", "10.0.0.1"}}), nullptr),
+                       contextOf({}, &m_Authority)));
+    EXPECT_FALSE(succeeds(L"127.0.0.1"));
+    EXPECT_FALSE(succeeds(L"localhost"));
+}
+
+TEST_F(TlsUdp, ACertificateThatRanOutIsRefused)
+{
+    ASSERT_TRUE(
+        listen(contextOf(m_Authority.issue({"", {"127.0.0.1"}, -7200, -3600}), nullptr), contextOf({}, &m_Authority)));
+    EXPECT_FALSE(succeeds(L"127.0.0.1"));
+}
+
+TEST_F(TlsUdp, ACertificateOfThePortsOwnMakingProvesNobody)
+{
+    ASSERT_TRUE(listen(nullptr, contextOf({}, &m_Authority)));
+    EXPECT_FALSE(succeeds(L"127.0.0.1"));
+    ASSERT_TRUE(listen(contextOf({}, &m_Authority), contextOf({}, &m_Authority)));
+    EXPECT_FALSE(succeeds(L"127.0.0.1"));
+    ASSERT_TRUE(listen(nullptr, nullptr));
+    EXPECT_TRUE(succeeds(L"127.0.0.1"));
+}
+
+TEST_F(TlsUdp, AServerMayAskForACertificateOfTheClient)
+{
+    const Authority other("Other Authority");
+    for (const auto wanted : {zet::TlsContext::kAsked, zet::TlsContext::kRequired})
+    {
+        const auto asking = [&]
+        {
+            const Context context = contextOf(here(), &m_Authority);
+            EXPECT_TRUE(context->setClientCertificate(wanted));
+            return context;
+        };
+        ASSERT_TRUE(listen(asking(), contextOf(m_Authority.issue({"player", {}}), &m_Authority)));
+        EXPECT_TRUE(succeeds(L"127.0.0.1"));
+        ASSERT_TRUE(listen(asking(), contextOf({}, &m_Authority)));
+        EXPECT_EQ(succeeds(L"127.0.0.1"), wanted == zet::TlsContext::kAsked);
+        ASSERT_TRUE(listen(asking(), contextOf(other.issue({"player", {}}), &m_Authority)));
+        EXPECT_FALSE(succeeds(L"127.0.0.1"));
+    }
+}
+
+TEST_F(TlsUdp, AContextInUseIsNotChanged)
+{
+    const Context context = contextOf(here(), nullptr);
+    ASSERT_TRUE(listen(context, nullptr));
+    EXPECT_FALSE(context->addTrust(m_Authority.pem().c_str()));
+    EXPECT_EQ(m_Net.m_Server->getTlsContext(), context.get());
+}
+
+} // namespace
