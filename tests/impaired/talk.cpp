@@ -196,12 +196,13 @@ Outcome askTcp(TlsHandle context, const std::string& address, unsigned short por
     return asker.outcome();
 }
 
-zet::Unknown::Handle_T<test::NoteUdpServer> makeUdpPort(zet::System& system, const zet::UdpServer::Settings& settings)
+zet::Unknown::Handle_T<test::NoteUdpServer> makeUdpPort(zet::System& system, const TlsHandle& context)
 {
     const zet::Unknown::Handle_T<test::NoteUdpServer> port = new test::NoteUdpServer;
-    zet::UdpServer::Settings own = settings;
-    own.m_ConnectTimeout = kBeginTime;
-    port->setSettings(own);
+    zet::UdpServer::Settings settings;
+    settings.m_ConnectTimeout = kBeginTime;
+    port->setSettings(settings);
+    port->setTlsContext(context);
     port->start(&system);
     return port;
 }
@@ -210,10 +211,7 @@ bool serveUdp(const Secrets& secrets, int ready, int stop)
 {
     zet::System system;
     system.init();
-    zet::UdpServer::Settings settings;
-    settings.m_Certificate = secrets.m_Certificate.m_Chain.c_str();
-    settings.m_Key = secrets.m_Certificate.m_Key.c_str();
-    const auto server = makeUdpPort(system, settings);
+    const auto server = makeUdpPort(system, serverContext(secrets));
     Echoer echoer;
     server->m_Handler = [&](test::NoteSocket& socket, const NoteCommand& note) { echoer.onCommand(socket, note); };
     const bool isServed =
@@ -228,9 +226,7 @@ Outcome askUdp(const Secrets& secrets, const std::string& address, unsigned shor
     Asker asker(plan);
     zet::System system;
     system.init();
-    zet::UdpServer::Settings settings;
-    settings.m_Trust = secrets.m_Authority.c_str();
-    const auto own = makeUdpPort(system, settings);
+    const auto own = makeUdpPort(system, clientContext(secrets));
     const test::NoteSocketHandle client = new test::NoteSocket;
     client->m_Handler = [&](test::NoteSocket&, const NoteCommand& note) { asker.onEcho(note); };
     if (!own->listen(L"", 0) ||
