@@ -117,8 +117,11 @@ TEST_F(TlsUdp, AServerMayAskForACertificateOfTheClient)
         EXPECT_TRUE(succeeds(L"127.0.0.1"));
         ASSERT_TRUE(listen(asking(), contextOf({}, &m_Authority)));
         EXPECT_EQ(succeeds(L"127.0.0.1"), wanted == zet::TlsContext::kAsked);
-        ASSERT_TRUE(listen(asking(), contextOf(other.issue({"player", {}}), &m_Authority)));
+        ASSERT_TRUE(listen(asking(), contextOf(m_Authority.issue({"player", {}, -7200, -3600}), &m_Authority)));
         EXPECT_FALSE(succeeds(L"127.0.0.1"));
+        // One that the server would not take is not shown at all.
+        ASSERT_TRUE(listen(asking(), contextOf(other.issue({"player", {}}), &m_Authority)));
+        EXPECT_EQ(succeeds(L"127.0.0.1"), wanted == zet::TlsContext::kAsked);
     }
 }
 

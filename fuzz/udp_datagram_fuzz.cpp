@@ -1,0 +1,39 @@
+// Datagrams of strangers at a UDP port: no connection comes of them, and they draw no more than they bring. Each is a
+// length of two bytes, a byte for the sender's port, and its bytes.
+#include "framework/time.h"
+#include "fuzz/support/budget.h"
+#include "transport/net/udp_connection.h"
+
+#include <netinet/in.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    static zet::UdpServer server;
+    static const bool isListening = server.listen(0);
+    if (!isListening)
+        return 0;
+    const fuzz::Budget budget(size);
+    const auto before = server.getTraffic();
+    while (size > 3)
+    {
+        const size_t length = std::min(static_cast<size_t>(data[0] | data[1] << 8), size - 3);
+        sockaddr_in sender{};
+        sender.sin_family = AF_INET;
+        sender.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        // Nobody listens there.
+        sender.sin_port = htons(static_cast<unsigned short>(1 + data[2] % 8));
+        server.deliver(sender, data + 3, static_cast<int>(length));
+        data += 3 + length;
+        size -= 3 + length;
+    }
+    server.onTick(zet::getTimeTick());
+    const auto after = server.getTraffic();
+    if (server.getConnectionCount() != 0 || after.m_BytesOut - before.m_BytesOut > after.m_BytesIn - before.m_BytesIn)
+        std::abort();
+    return 0;
+}
