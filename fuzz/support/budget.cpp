@@ -9,6 +9,9 @@ namespace
 
 // The largest object that the fewest bytes make: an item of 20 bytes holds twelve texts.
 constexpr size_t kObjectBytesPerByte = 64;
+// Whatever the input: a count of up to 1,024 is taken as told, also where no bytes follow, and the largest element of a
+// list has less than 2 KiB.
+constexpr size_t kTold = size_t{1024} * 2048;
 
 thread_local size_t t_Limit = 0;
 
@@ -69,7 +72,7 @@ namespace fuzz
 
 Budget::Budget(size_t inputSize)
 {
-    t_Limit = (4 + kObjectBytesPerByte) * inputSize + (1 << 20);
+    t_Limit = (4 + kObjectBytesPerByte) * inputSize + kTold;
 }
 
 Budget::~Budget()
