@@ -9,6 +9,9 @@
 namespace zet
 {
 
+// Hosts compare with this by reference, too. A Windows library exports such a constant only where it is defined.
+const unsigned int Socket::kNoHandle;
+
 bool Socket::attach(unsigned int handle)
 {
     if (handle == kNoHandle || (!isInvalid() && m_Handle != handle))
