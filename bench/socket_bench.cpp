@@ -74,8 +74,11 @@ int g_Waiting = 0;
 void onBack(CCommandSocket* socket, CCmdHead* command, unsigned long, unsigned long)
 {
     ++g_Back;
-    if (g_Waiting > 0 && --g_Waiting >= 0)
+    if (g_Waiting > 0)
+    {
+        --g_Waiting;
         socket->send(*command);
+    }
 }
 
 // The far end: answers each echo, or only each kOneWay-th.
