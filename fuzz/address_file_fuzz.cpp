@@ -1,11 +1,11 @@
 // Address files: any content gives the rules of its lines, and a rule of any text is one that prints and parses again.
 #include "framework/platform/platform.h"
 #include "fuzz/support/budget.h"
+#include "fuzz/support/require.h"
 #include "transport/address_file.h"
 
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -13,11 +13,7 @@
 namespace
 {
 
-void require(bool fact)
-{
-    if (!fact)
-        std::abort();
-}
+using fuzz::require;
 
 std::string textOf(const AddressRule& rule)
 {

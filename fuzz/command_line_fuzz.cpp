@@ -1,8 +1,8 @@
 // Command lines: the sizing pass tells exactly what the second pass fills, and parameters are parts of the arguments.
+#include "fuzz/support/require.h"
 #include "runtime/utility.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <cwchar>
 #include <string>
 #include <vector>
@@ -10,11 +10,7 @@
 namespace
 {
 
-void require(bool fact)
-{
-    if (!fact)
-        std::abort();
-}
+using fuzz::require;
 
 } // namespace
 

@@ -3,21 +3,17 @@
 #include "framework/json.h"
 #include "framework/string_helper.h"
 #include "fuzz/support/budget.h"
+#include "fuzz/support/require.h"
 #include "runtime/openmetrics.h"
 #include "runtime/system_cmd_info.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 namespace
 {
 
-void require(bool fact)
-{
-    if (!fact)
-        std::abort();
-}
+using fuzz::require;
 
 void checkValue(const zet::String_T<wchar_t>& text)
 {

@@ -3,11 +3,11 @@
 #include "framework/memory_stream.h"
 #include "framework/string_helper.h"
 #include "fuzz/support/budget.h"
+#include "fuzz/support/require.h"
 #include "packaging/cmd_packager.h"
 #include "transport/net_message.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 namespace
@@ -15,11 +15,7 @@ namespace
 
 using MessageHandle = zet::Unknown::Handle_T<zet::Message>;
 
-void require(bool fact)
-{
-    if (!fact)
-        std::abort();
-}
+using fuzz::require;
 
 std::string written(const zet::Message& message)
 {

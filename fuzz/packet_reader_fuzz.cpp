@@ -3,10 +3,10 @@
 // limit, the pieces, the source and what is read.
 #include "framework/packet.h"
 #include "fuzz/support/budget.h"
+#include "fuzz/support/require.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -14,11 +14,7 @@
 namespace
 {
 
-void require(bool fact)
-{
-    if (!fact)
-        std::abort();
-}
+using fuzz::require;
 
 struct Outcome
 {

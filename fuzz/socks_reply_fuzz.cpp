@@ -4,12 +4,12 @@
 // rest, behind which the proxy hangs up.
 #include "dispatch/analyser_socket.h"
 #include "fuzz/support/budget.h"
+#include "fuzz/support/require.h"
 #include "transport/framework_client_proxy_socket.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 #include <sys/socket.h>
@@ -23,11 +23,7 @@ const std::string kAccount("\x01\x04name\x06secret", 13);
 // What one tick takes.
 constexpr size_t kMostReply = 1023;
 
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
+using fuzz::require;
 
 class Client final : public CFrameworkClientProxySocket
 {

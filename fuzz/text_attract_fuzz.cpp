@@ -1,9 +1,9 @@
 // The attract data string: any text loads in its three calls, only valid attractions come out, and what is saved then
 // loads to the same attractions.
+#include "fuzz/support/require.h"
 #include "playerdata/travel_data.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 namespace
@@ -15,11 +15,7 @@ void load(AccountTravelData& travel, const zet::String_T<wchar_t>& text)
     travel.LoadAttractDataFromString(travel.getStringFromAnalyVersion(text));
 }
 
-void require(bool fact)
-{
-    if (!fact)
-        std::abort();
-}
+using fuzz::require;
 
 } // namespace
 

@@ -1,22 +1,18 @@
 // What wirelens is given: lines to read, and recordings in each framing, raw and as hexadecimal. Every answer prints as
 // one line, and a recording is never told more often than it has bytes.
+#include "fuzz/support/require.h"
 #include "tools/frame_reader.h"
 #include "tools/line_reader.h"
 #include "tools/object_json.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <sstream>
 #include <string>
 
 namespace
 {
 
-void require(bool fact)
-{
-    if (!fact)
-        std::abort();
-}
+using fuzz::require;
 
 void checkPrinted(const nlohmann::ordered_json& json)
 {
