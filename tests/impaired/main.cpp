@@ -240,6 +240,13 @@ void printHead()
     std::printf("| %8s %6s %6s %6s\n", "passed", "lost", "double", "held");
 }
 
+// A road that was to do something to its packets, often enough for chance not to matter, and did it to none is broken.
+bool isKept(double percent, long done, long passed)
+{
+    constexpr double kCertain = 20;
+    return done > 0 || percent * static_cast<double>(passed) / 100 < kCertain;
+}
+
 // Whether all went well.
 bool print(const Profile& profile, const Row& row)
 {
@@ -257,7 +264,13 @@ bool print(const Profile& profile, const Row& row)
     }
     std::printf("| %8ld %6ld %6ld %6ld\n", row.m_Counts.m_Passed, row.m_Counts.m_Lost, row.m_Counts.m_Doubled,
                 row.m_Counts.m_HeldBack);
-    return isGood;
+    const Counts& counts = row.m_Counts;
+    if (counts.m_Passed > 0 && isKept(profile.m_LossPercent, counts.m_Lost, counts.m_Passed) &&
+        isKept(profile.m_DuplicatePercent, counts.m_Doubled, counts.m_Passed) &&
+        isKept(profile.m_ReorderPercent, counts.m_HeldBack, counts.m_Passed))
+        return isGood;
+    std::printf("    the road did not do what the profile says\n");
+    return false;
 }
 
 bool runAll(const Options& options, const Profile* profiles, size_t count)
