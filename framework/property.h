@@ -89,6 +89,7 @@ struct COMMONGROUND_API PropertyFactory
 // Whole objects: {"class":"NetMessage","property":{...}}, and null for no object.
 struct COMMONGROUND_API PropertyHelper
 {
+    // False where a field does not come out; json then has the fields before it.
     static bool convertPropertyToJson(const Property* object, JsonValue& json);
     // Makes the object by Unknown::RtFactory. False, and null, where the JSON has another form, names no registered
     // class of properties, or its fields do not fit.

@@ -151,7 +151,7 @@ int CCmdPackager::SendTo(unsigned char* place) const
 }
 
 // Takes a frame that the stream shows whole, and for which there is room, from where it lies. False, and nothing taken,
-// for any other one.
+// for any other one: the reading below says of what is missing, step by step, and cannot share a step with this.
 bool CCmdPackager::receiveShown(zet::InputStream& stream)
 {
     const int there = stream.available();

@@ -1,5 +1,5 @@
-// Every golden vector cut at each byte and with each bit turned over, and frames of them likewise: no reading crashes,
-// passes the end of its bytes or takes more memory than the bytes allow.
+// Every golden vector cut at each byte and with each bit turned over, a long one at some hundred places, and frames of
+// them likewise: no reading crashes, passes the end of its bytes or takes more memory than the bytes allow.
 #include "framework/memory_stream.h"
 #include "packaging/cmd_packager.h"
 #include "tests/support/allocations.h"

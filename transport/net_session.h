@@ -14,7 +14,8 @@ class Msg_NetCommand;
 class COMMONGROUND_API CNetSession : public zet::NetSession
 {
 public:
-    // Module and analyser are not owned and outlive the session's use of them.
+    // Module and analyser are not owned and outlive the session's use of them. Without an analyser commands are
+    // dropped.
     static zet::Unknown::Handle_T<CNetSession> createInstance(zet::NetModule* module, CCmdAnalyser* analyser);
 
     // The session behind the first argument of an analyser's handler, for use within that handler.

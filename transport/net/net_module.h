@@ -28,7 +28,8 @@ public:
     static Unknown::Handle_T<NetModule> createInstance();
 
     // Bytes that a message may have, sent or received, class name included, from the next session on. A longer one is
-    // not sent; one that a peer announces ends the session with Evt_NetError.
+    // not sent; one that a peer announces ends the session with Evt_NetError. 1 to
+    // PacketReader::kLargestLimit; what lies outside counts as the nearer one.
     void setMessageLimit(int bytes) { m_MessageLimit = bytes; }
     int getMessageLimit() const { return m_MessageLimit; }
     // Bytes that may wait to be sent, from the next session on; a peer that takes none of them loses its session.
