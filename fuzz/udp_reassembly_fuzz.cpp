@@ -18,7 +18,7 @@ public:
     int receive(void* data, int size) override
     {
         const size_t count = std::min({static_cast<size_t>(std::max(size, 0)), m_Piece, m_Left});
-        if (m_IsClosed || count == 0)
+        if (count == 0)
             return 0;
         std::memcpy(data, m_Data, count);
         m_Data += count;
@@ -26,7 +26,8 @@ public:
         m_Piece -= count;
         return static_cast<int>(count);
     }
-    void close() override { m_IsClosed = true; }
+    // A length below 1 has come, where the connection breaks.
+    bool isBroken() const { return m_iHeadRead == 2 && m_iHead <= 0; }
 
     // As the bytes read so far, all at once, have it.
     bool isWhereItShouldBe(const uint8_t* begin) const
@@ -37,20 +38,18 @@ public:
         {
             const int length = static_cast<int16_t>(begin[at] | begin[at + 1] << 8);
             if (length <= 0)
-                return m_IsClosed && at + 2 == size && m_iHeadRead == 2 && m_iHead == length;
+                return isBroken() && at + 2 == size && m_iHead == length;
             if (size - at - 2 < static_cast<size_t>(length))
-                return !m_IsClosed && m_iHeadRead == 2 && m_iHead == length &&
-                       m_iBodyRead == static_cast<int>(size - at - 2);
+                return m_iHeadRead == 2 && m_iHead == length && m_iBodyRead == static_cast<int>(size - at - 2);
             at += 2 + static_cast<size_t>(length);
         }
-        return !m_IsClosed && m_iHeadRead == static_cast<int>(size - at) && m_iBodyRead == 0;
+        return m_iHeadRead == static_cast<int>(size - at) && m_iBodyRead == 0;
     }
 
     const uint8_t* m_Data = nullptr;
     size_t m_Left = 0;
     // Bytes that this tick gives.
     size_t m_Piece = 0;
-    bool m_IsClosed = false;
 };
 
 } // namespace
@@ -67,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     socket->m_Data = begin;
     socket->m_Left = size - 1;
     const fuzz::Budget budget(size);
-    while (socket->m_Left > 0 && !socket->m_IsClosed)
+    while (socket->m_Left > 0 && !socket->isBroken())
     {
         piece = 1 + (piece + growth) % 4096;
         socket->m_Piece = piece;

@@ -64,7 +64,9 @@ bool UdpClientSocket::readBody()
 {
     if (m_iHead <= 0)
     {
-        close();
+        // Not close(): the server that holds this socket is to hear of the end.
+        breakOff();
+        consume(available());
         return false;
     }
     if (m_iBodyCapacity < m_iHead)
@@ -102,10 +104,10 @@ bool UdpClientSocket::send(const CCmdPackager& packager)
     unsigned char area[65536];
     const int packed = packager.Pack(area, size);
     const unsigned char head[2] = {static_cast<unsigned char>(packed), static_cast<unsigned char>(packed >> 8)};
-    const bool isConnected = getConnectionState() == kConnecting || getConnectionState() == kEstablished;
     zet::UdpSecureConnection::send(head, sizeof head);
-    if (zet::UdpSecureConnection::send(area, packed) != packed && isConnected)
-        close();
+    // Not close(): a connection that has ended meanwhile has still to say so, and may hold commands.
+    if (zet::UdpSecureConnection::send(area, packed) != packed)
+        breakOff();
     return true;
 }
 

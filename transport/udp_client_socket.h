@@ -20,7 +20,8 @@ public:
     static zet::Unknown::Handle_T<UdpClientSocket> createInstance();
     ~UdpClientSocket() override;
 
-    // A length below 1 from the peer closes the socket. A frame that cannot be parsed costs its log lines.
+    // A length below 1 from the peer breaks the connection, and what came behind it is lost. A frame that cannot be
+    // parsed costs its log lines.
     void onTick(unsigned int tick) override;
     // Closes.
     void onClose() override;
@@ -35,8 +36,8 @@ public:
     }
 
     // False where the command does not write itself. A frame above the limit is not sent, and nobody is told; also
-    // then the result is true. Where the queue is full, the peer has not read for long: the socket closes, since the
-    // commands behind the gap would mean something else.
+    // then the result is true. Where the queue is full, the peer has not read for long: the connection breaks, since
+    // the commands behind the gap would mean something else; the next tick calls onClose().
     bool send(const CCmdHead& command);
     bool send(const CCmdPackager& packager);
     using zet::UdpStream::send;

@@ -18,13 +18,14 @@ public:
 
     // The server holds the connection from then on. False changes nothing.
     bool accept(zet::UdpServer::UdpConnection* connection) override;
-    // Abandons a connection that has ended by itself or with the server.
+    // Abandons the connection.
     void onEnd(zet::UdpServer::UdpConnection* connection) override;
 
     // Listens, and keeps the address as its own; an empty one stands for the name of this machine.
     virtual bool listen(const zet::String_T<wchar_t>& ip, unsigned short port);
     using zet::UdpServer::listen;
-    // Lets go of a connection; it closes where nobody else holds it. One that the host closes stays held until then.
+    // Lets go of a connection; it closes where nobody else holds it. One that the host closes
+    // outside the connection's own tick stays held until then.
     virtual void abandon(zet::UdpServer::UdpConnection* connection);
 
     const zet::String_T<wchar_t>& GetIP() const { return m_IP; }

@@ -190,7 +190,7 @@ TEST_F(UdpClient, ManyCommandsOfAllSizesArriveInOrderBothWays)
     EXPECT_EQ(socket->m_Numbers, expected);
 }
 
-TEST_F(UdpClient, ALengthBelowOneClosesTheConnection)
+TEST_F(UdpClient, ALengthBelowOneBreaksTheConnection)
 {
     for (const unsigned char high : {0x80, 0xFF, 0x00})
     {
@@ -202,7 +202,54 @@ TEST_F(UdpClient, ALengthBelowOneClosesTheConnection)
         ASSERT_TRUE(m_Net.until([&] { return far.getConnectionState() == NoteSocket::kDown; }));
         ASSERT_TRUE(m_Net.until([&] { return socket->m_Closes == 1; }));
         EXPECT_EQ(far.m_iHeadRead, 2);
+        EXPECT_EQ(far.m_Closes, 1);
+        EXPECT_EQ(far.m_StateAtClose, NoteSocket::kBroken);
     }
+    EXPECT_EQ(m_Net.m_Server->GetClientCount(), 0);
+}
+
+TEST_F(UdpClient, ALengthBelowOneEndsAlsoAConnectionWhoseOutputWaits)
+{
+    const NoteSocketHandle socket = m_Net.connect();
+    ASSERT_TRUE(socket);
+    NoteSocket& far = m_Net.accepted();
+    const unsigned char head[] = {0xFF, 0xFF};
+    ASSERT_TRUE(put(*socket, head, sizeof head));
+    for (int i = 0; i < 20; ++i)
+        ASSERT_TRUE(far.send(NoteCommand(i, 30000)));
+    // More than the peer's window lets out at once.
+    ASSERT_GT(far.getOutputSize(), static_cast<size_t>(zet::UdpServer::Settings().m_InputLimit));
+    ASSERT_TRUE(m_Net.until([&] { return m_Net.m_Server->GetClientCount() == 0; }));
+    EXPECT_EQ(far.m_Closes, 1);
+    EXPECT_EQ(far.m_StateAtClose, NoteSocket::kBroken);
+    ASSERT_TRUE(m_Net.until([&] { return socket->m_Closes == 1; }));
+    EXPECT_EQ(m_Net.m_Server->getConnectionCount(), 0);
+}
+
+TEST_F(UdpClient, WhoIsSentToInTheTickOfHisEndIsStillToldOfIt)
+{
+    const NoteSocketHandle first = m_Net.connect();
+    const NoteSocketHandle second = m_Net.connect();
+    ASSERT_TRUE(first && second);
+    m_Net.until([] { return false; }, 200);
+    NoteSocket& speaker = *m_Net.m_Server->m_Accepted[0];
+    NoteSocket& leaver = *m_Net.m_Server->m_Accepted[1];
+    bool wasTold = true;
+    speaker.m_Handler = [&](NoteSocket&, const NoteCommand&)
+    {
+        wasTold = leaver.getConnectionState() != NoteSocket::kEstablished;
+        EXPECT_TRUE(leaver.send(NoteCommand(2)));
+    };
+    ASSERT_TRUE(first->send(NoteCommand(1)));
+    second->close();
+    m_Net.step();
+    // Both have come; who has something to send has the first turn.
+    ASSERT_TRUE(speaker.send(NoteCommand(3)));
+    ASSERT_TRUE(m_Net.until([&] { return speaker.m_Numbers.size() == 1; }));
+    EXPECT_FALSE(wasTold);
+    ASSERT_TRUE(m_Net.until([&] { return m_Net.m_Server->GetClientCount() == 1; }, 10));
+    EXPECT_EQ(leaver.m_Closes, 1);
+    EXPECT_EQ(leaver.m_StateAtClose, NoteSocket::kClosedByPeer);
 }
 
 TEST_F(UdpClient, AFrameThatCannotBeParsedCostsItsLogLinesAlone)
@@ -230,6 +277,22 @@ TEST_F(UdpClient, AHandlerMayCloseItsSocket)
     ASSERT_TRUE(m_Net.until([&] { return socket->m_Closes == 1; }));
     EXPECT_EQ(far.m_Numbers, std::vector<int>{1});
     EXPECT_EQ(far.m_Closes, 0);
+    EXPECT_EQ(m_Net.m_Server->GetClientCount(), 0);
+}
+
+TEST_F(UdpClient, ASocketThatItsHandlerClosesIsAbandonedWhetherOrNotOutputWaits)
+{
+    const NoteSocketHandle socket = m_Net.connect();
+    ASSERT_TRUE(socket);
+    m_Net.accepted().m_Handler = [](NoteSocket& self, const NoteCommand&)
+    {
+        EXPECT_TRUE(self.send(NoteCommand(7)));
+        self.close();
+    };
+    ASSERT_TRUE(socket->send(NoteCommand(1)));
+    ASSERT_TRUE(m_Net.until([&] { return socket->m_Closes == 1; }));
+    EXPECT_EQ(socket->m_Numbers, std::vector<int>{7});
+    EXPECT_EQ(m_Net.m_Server->GetClientCount(), 0);
 }
 
 TEST_F(UdpClient, AHandlerMayLetGoOfTheLastHandle)
@@ -310,6 +373,9 @@ TEST_F(UdpClient, APeerThatNeverReadsCostsItsOwnConnection)
         ASSERT_LE(speaker.getOutputSize(), NoteSocket::kDefaultOutputLimit + 40000);
     }
     EXPECT_EQ(speaker.getConnectionState(), NoteSocket::kDown);
+    EXPECT_EQ(speaker.m_Closes, 1);
+    EXPECT_EQ(speaker.m_StateAtClose, NoteSocket::kBroken);
+    EXPECT_EQ(m_Net.m_Server->GetClientCount(), 1);
     // What the peer has got is what its window lets in.
     EXPECT_LE(deaf->available(), zet::UdpServer::Settings().m_InputLimit);
     ASSERT_TRUE(socket->send(NoteCommand(3)));

@@ -113,4 +113,10 @@ void UdpServer::UdpConnection::consume(int size)
         m_Link->consume(std::min(size, m_Link->available()));
 }
 
+void UdpServer::UdpConnection::breakOff()
+{
+    if (m_Link)
+        m_Link->breakOff();
+}
+
 } // namespace zet

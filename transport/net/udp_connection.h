@@ -84,6 +84,9 @@ protected:
     const unsigned char* getInput() const;
     // Takes bytes that have come, without copying them; at most as many as are there.
     void consume(int size);
+    // Ends the connection as broken, for what the peer has done. What has come can still be read; the tick behind that
+    // calls onClose(), and its server's onEnd() follows. Nothing on a connection that has ended.
+    void breakOff();
 
 private:
     friend class UdpServer;

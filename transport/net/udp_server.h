@@ -100,7 +100,8 @@ public:
     virtual void onAccept();
     // A datagram that belongs to no connection. The bytes are valid during the call.
     virtual void onUserData(const sockaddr_in& address, const void* data, int size);
-    // A connection of this port has ended by itself or with the server, and its onClose() was called.
+    // A connection of this port has ended by itself or with the server, and its onClose() was called; or it was closed
+    // within its own tick, so by a handler of what came on it.
     virtual void onEnd(UdpConnection* connection);
 
     // Sends a datagram as it is, now or at the end of the tick. False where there is no port, or no datagram of 1 to

@@ -69,6 +69,7 @@ public:
     void consume(int size) override;
     bool send(const void* data, int size) override;
     void close() override;
+    void breakOff() override { finish(UdpServer::UdpConnection::kBroken, kCutOff); }
 
     void read(const UdpPort::Datagram& datagram);
     // Fills packets with what waits, as far as congestion, pacing and the port allow.

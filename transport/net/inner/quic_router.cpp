@@ -315,9 +315,13 @@ void QuicRouter::turn(QuicLink& link)
         }
         if (!m_Server)
             return;
-        if (!link.getOwner() && link.end() != Connection::kEstablished)
-            server->onEnd(owner);
-        else if (link.getOwner() && (link.available() > 0 || link.isOver()))
+        if (!link.getOwner())
+        {
+            // Unless it has a new connection already.
+            if (UdpLink::isFree(*owner))
+                server->onEnd(owner);
+        }
+        else if (link.available() > 0 || link.isOver())
             // Left for the next tick, which need not hurry.
             wake(link, QuicLink::kTickOwner);
         if (!m_Server)

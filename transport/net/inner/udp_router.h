@@ -41,6 +41,8 @@ public:
     virtual bool send(const void* data, int size) = 0;
     // The object has let go. The link ends by itself.
     virtual void close() = 0;
+    // Ends it as broken; the object is told with its next tick. Nothing where it has ended.
+    virtual void breakOff() = 0;
 
 protected:
     UdpServer::UdpConnection* m_Owner = nullptr;
