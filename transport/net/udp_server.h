@@ -21,7 +21,8 @@ class UdpRouter;
 // bytes in either direction: encrypted, in order, nothing twice, nothing lost. It ticks the connections from its own
 // tick, and only those on which something has come or fallen due. Nothing here waits, and an idle port calls nothing
 // of the operating system. Everything belongs to the thread of the server's System; a server in no System looks for
-// itself with each onTick().
+// itself with each onTick(). What an override here or a connection's own throws within a tick, or while the server
+// closes, is logged and goes no further.
 //
 // The connections are QUIC version 1. Theirs is a datagram that names a connection of this port by its 16 random
 // bytes, where a packet has them; any other packet with a long head (first byte 0xC0 or more) of version 1 or 0; and

@@ -36,7 +36,32 @@ bool resolve(const char* name, unsigned short port, sockaddr_in& address, asio::
     return port != 0;
 }
 
+void reportThrown(const char* what)
+{
+    Log::error(L"Exception in a handler of a UDP port: %s", StringHelper::utf8ToWide(what));
+    Log::whistle(false);
+}
+
 } // namespace
+
+template <class Call>
+bool QuicRouter::guard(Call call)
+{
+    try
+    {
+        call();
+        return true;
+    }
+    catch (const std::exception& fault)
+    {
+        reportThrown(fault.what());
+    }
+    catch (...)
+    {
+        reportThrown("?");
+    }
+    return false;
+}
 
 bool UdpRouter::isAvailable()
 {
@@ -279,9 +304,14 @@ void QuicRouter::hurry()
         m_Reactor->hurry();
 }
 
+void QuicRouter::giveUserData(const UdpPort::Datagram& datagram)
+{
+    guard([&] { m_Server->onUserData(*datagram.m_Address, datagram.m_Data, datagram.m_Size); });
+}
+
 void QuicRouter::takeTurns()
 {
-    // What an exception has cut short goes on here.
+    // What a lack of memory has cut short goes on here.
     if (m_TurnAt >= m_Round.size())
     {
         m_TurnAt = 0;
@@ -304,24 +334,16 @@ void QuicRouter::turn(QuicLink& link)
         Connection* const owner = link.getOwner();
         const Unknown::Handle_T<Connection> hold = owner->getRefCount() > 0 ? owner : nullptr;
         UdpServer* const server = m_Server;
-        try
-        {
-            owner->onTick(m_LastTick);
-        }
-        catch (...)
-        {
-            wake(link, QuicLink::kTickOwner);
-            throw;
-        }
+        const bool isWhole = guard([&] { owner->onTick(m_LastTick); });
         if (!m_Server)
             return;
         if (!link.getOwner())
         {
             // Unless it has a new connection already.
             if (UdpLink::isFree(*owner))
-                server->onEnd(owner);
+                guard([&] { server->onEnd(owner); });
         }
-        else if (link.available() > 0 || link.isOver())
+        else if (!isWhole || link.available() > 0 || link.isOver())
             // Left for the next tick, which need not hurry.
             wake(link, QuicLink::kTickOwner);
         if (!m_Server)
@@ -357,7 +379,7 @@ void QuicRouter::callVisitors()
     while (m_Server && !m_Visitors.empty())
     {
         const QuicLink* const first = m_Visitors.front();
-        m_Server->onAccept();
+        guard([this] { m_Server->onAccept(); });
         if (!m_Server || (!m_Visitors.empty() && m_Visitors.front() == first))
             return;
     }
@@ -396,8 +418,8 @@ void QuicRouter::tellOwners(UdpServer& server)
         if (Connection* const owner = link->getOwner())
         {
             const Unknown::Handle_T<Connection> hold = owner->getRefCount() > 0 ? owner : nullptr;
-            link->breakOwner();
-            server.onEnd(owner);
+            guard([&] { link->breakOwner(); });
+            guard([&] { server.onEnd(owner); });
         }
 }
 

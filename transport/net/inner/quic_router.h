@@ -61,6 +61,10 @@ public:
     void post(const sockaddr_in& address, size_t size, unsigned int local);
 
 private:
+    // Calls what a host has written; what it throws is logged and goes no further. False where it has thrown.
+    template <class Call>
+    static bool guard(Call call);
+    void giveUserData(const UdpPort::Datagram& datagram);
     void receive();
     void route(const UdpPort::Datagram& datagram);
     void routeLong(const UdpPort::Datagram& datagram);

@@ -82,7 +82,7 @@ void QuicRouter::route(const UdpPort::Datagram& datagram)
     if (link)
         link->read(datagram);
     else
-        m_Server->onUserData(*datagram.m_Address, data, size);
+        giveUserData(datagram);
 }
 
 void QuicRouter::routeLong(const UdpPort::Datagram& datagram)
@@ -99,7 +99,7 @@ void QuicRouter::routeLong(const UdpPort::Datagram& datagram)
     }
     else if (!isHead || !(data[0] & kFixedBit))
     {
-        m_Server->onUserData(*datagram.m_Address, data, size);
+        giveUserData(datagram);
     }
     else if (isOurs)
     {
@@ -112,7 +112,7 @@ void QuicRouter::routeLong(const UdpPort::Datagram& datagram)
     }
     else
     {
-        m_Server->onUserData(*datagram.m_Address, data, size);
+        giveUserData(datagram);
     }
 }
 
