@@ -276,6 +276,25 @@ TEST_F(UdpServer, AVisitorWaitsUntilHeIsAccepted)
     EXPECT_EQ(m_Net.m_Server->m_Accepted[1]->m_Numbers, std::vector<int>{2});
 }
 
+TEST_F(UdpServer, AVisitorWhoIsNotAcceptedInTimeIsTurnedAway)
+{
+    const auto timeout = static_cast<int>(zet::UdpServer::Settings().m_ConnectTimeout);
+    const NoteSocketHandle accepted = m_Net.connect();
+    ASSERT_TRUE(accepted);
+    m_Net.m_Server->m_IsAccepting = false;
+    const NoteSocketHandle socket = m_Net.begin();
+    ASSERT_TRUE(socket);
+    m_Net.until([] { return false; }, timeout - 10);
+    EXPECT_TRUE(UdpNet::isUp(*socket));
+    EXPECT_EQ(m_Net.m_Server->getConnectionCount(), 2);
+    ASSERT_TRUE(m_Net.until([&] { return socket->m_Closes == 1; }, 30));
+    EXPECT_EQ(socket->m_StateAtClose, NoteSocket::kBroken);
+    EXPECT_TRUE(m_Net.m_Server->getVisitorId().isNull());
+    EXPECT_FALSE(m_Net.m_Server->accept(NoteSocketHandle(new NoteSocket)));
+    EXPECT_EQ(m_Net.m_Server->getConnectionCount(), 1);
+    EXPECT_TRUE(UdpNet::isUp(m_Net.accepted()));
+}
+
 TEST_F(UdpServer, AVisitorWhoEndsBeforeHeIsAcceptedIsForgotten)
 {
     m_Net.m_Server->m_IsAccepting = false;

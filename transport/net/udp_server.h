@@ -54,7 +54,7 @@ public:
         unsigned int m_IdleTimeout = 30000;
         // Milliseconds without traffic after which a sign of life is sent; 0 sends none.
         unsigned int m_KeepAlive = 10000;
-        // Milliseconds that a connection may take to come up.
+        // Milliseconds that a connection may take to come up; for a visitor also until he is accepted.
         unsigned int m_ConnectTimeout = 10000;
         // Milliseconds that a connection closed on this side goes on sending what waited.
         unsigned int m_LingerTime = 5000;
@@ -97,7 +97,8 @@ public:
     // Begins a connection from this port, as UdpConnection::connect() does.
     virtual bool connect(UdpConnection* connection, const wchar_t* ip, unsigned short port, const Uuid& id);
     // Someone has come: an override hands accept() an object for him. Who is not accepted here waits, those behind
-    // him too, and is announced again with the next tick.
+    // him too, and is announced again with the next tick, until m_ConnectTimeout after his first packet: then he is
+    // turned away. One who ends before he is accepted is forgotten, with all that he sent, also what was confirmed.
     virtual void onAccept();
     // A datagram that belongs to no connection. The bytes are valid during the call.
     virtual void onUserData(const sockaddr_in& address, const void* data, int size);

@@ -180,6 +180,12 @@ void QuicLink::close()
     m_Router.schedule(*this);
 }
 
+void QuicLink::onAccepted()
+{
+    m_Deadline = kNever;
+    m_Router.schedule(*this);
+}
+
 void QuicLink::settle()
 {
     m_Input.settle(m_Router.pool());
@@ -338,7 +344,7 @@ void QuicLink::onExpiry()
     const QuicTime now = m_Router.now();
     if (m_Deadline <= now)
     {
-        // A visitor who never told his id, or a peer that does not confirm.
+        // A visitor who never told his id or was not accepted, or a peer that does not confirm.
         finish(Connection::kBroken, kCutOff);
         return;
     }
@@ -361,11 +367,9 @@ int QuicLink::onStreamData(const unsigned char* data, size_t size, bool isLast)
         size -= count;
         ngtcp2_conn_extend_max_stream_offset(m_Connection, m_Stream, count);
         ngtcp2_conn_extend_max_offset(m_Connection, count);
+        // His time to be accepted goes on from his first packet.
         if (m_IdRead == sizeof m_Id)
-        {
-            m_Deadline = kNever;
             m_Router.announce(*this);
-        }
     }
     // Who has closed reads no more; the peer soon finds no room.
     if (size == 0 || m_IsLingering)

@@ -79,6 +79,8 @@ public:
     QuicTime getExpiry() const;
     // Ends it now: tells the peer, where a code is given, and keeps what the object has not read yet.
     void finish(UdpServer::UdpConnection::ConnectionState state, Code code);
+    // A visitor has an object now, and all the time he wants.
+    void onAccepted();
     void settle();
 
     bool isServer() const { return m_IsServer; }

@@ -156,6 +156,7 @@ bool QuicRouter::give(Connection& connection)
     const sockaddr_in& peer = link.getPeer();
     link.setOwner(connection, Connection::kEstablished, link.getId(), static_cast<unsigned int>(peer.sin_addr.s_addr),
                   ntohs(peer.sin_port));
+    link.onAccepted();
     wake(link, QuicLink::kTickOwner);
     return true;
 }
