@@ -552,6 +552,24 @@ TEST_F(UdpServer, AConnectionThatThrowsAtItsEndIsStillAbandoned)
     EXPECT_EQ(m_Net.m_Server->GetClientCount(), 0);
 }
 
+TEST_F(UdpServer, ATickBeginsNoMoreThan64Handshakes)
+{
+    // One tick for the token, and one for the packet that brings it.
+    constexpr int kCount = 80;
+    for (int i = 0; i < kCount; ++i)
+        ASSERT_TRUE(m_Net.begin());
+    int most = 0;
+    ASSERT_TRUE(m_Net.until(
+        [&, before = 0]() mutable
+        {
+            const int now = m_Net.m_Server->getConnectionCount();
+            most = std::max(most, now - std::exchange(before, now));
+            return m_Net.m_Server->m_Accepted.size() == kCount;
+        }));
+    EXPECT_EQ(most, 64);
+    EXPECT_EQ(zet::UdpServer::kAdmissionsPerTick, 64);
+}
+
 class LimitedUdpServer : public UdpServer
 {
 protected:

@@ -46,6 +46,8 @@ public:
     static constexpr int kDatagramsPerTick = 4096;
     // Visitors without a token that one tick answers at most; others are not answered and try again by themselves.
     static constexpr int kGreetingsPerTick = 1024;
+    // Visitors with a token whose handshake one tick begins, or refuses, at most; others come again by themselves.
+    static constexpr int kAdmissionsPerTick = 64;
 
     struct Settings
     {

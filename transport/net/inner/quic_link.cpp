@@ -21,6 +21,9 @@ constexpr int kPacketsPerTurn = 128;
 constexpr size_t kPiecesPerPacket = 4;
 // Answers to packets of a peer that does not know yet: the first, the second, the fourth and so on.
 constexpr unsigned int kMostLatePackets = 1024;
+// Milliseconds that the farewell is kept for such a peer.
+constexpr unsigned int kShortestRest = 1000;
+constexpr unsigned int kLongestRest = 30000;
 
 ngtcp2_path pathOf(const sockaddr_in& local, const sockaddr_in& remote)
 {
@@ -306,8 +309,10 @@ void QuicLink::keepFarewell(const ngtcp2_connection_close_error& reason)
 void QuicLink::drop(Connection::ConnectionState state)
 {
     // A peer that was told may miss it, and then goes on until it counts us as dead. One that told us is gone.
-    const QuicTime rest = m_Farewell.empty() ? 3 * ngtcp2_conn_get_pto(m_Connection)
-                                             : nanoseconds(std::max(m_Router.settings().m_IdleTimeout, 1000U));
+    const bool mayRest = !m_Farewell.empty() && m_Router.hasRoomForRemains();
+    const unsigned int idle = m_Router.settings().m_IdleTimeout;
+    const QuicTime rest =
+        mayRest ? nanoseconds(std::clamp(idle, kShortestRest, kLongestRest)) : 3 * ngtcp2_conn_get_pto(m_Connection);
     m_End = state;
     m_Deadline = m_Router.now() + rest;
     dropSession();

@@ -232,6 +232,12 @@ QuicLink& QuicRouter::keep(std::unique_ptr<QuicLink> link)
     return *m_Links.back();
 }
 
+bool QuicRouter::hasRoomForRemains() const
+{
+    constexpr int kRemains = 1024;
+    return static_cast<int>(m_Links.size()) - m_Count < std::max(settings().m_ConnectionLimit, kRemains);
+}
+
 void QuicRouter::onOver(QuicLink& link)
 {
     --m_Count;
@@ -276,6 +282,7 @@ void QuicRouter::tick()
     } ticking(m_IsTicking);
     m_Reactor->pollOutsideTick();
     m_Greetings = 0;
+    m_Admissions = 0;
     receive();
     runTimers();
     callVisitors();

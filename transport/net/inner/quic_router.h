@@ -56,6 +56,8 @@ public:
     // A visitor's id is known; a connection is over.
     void announce(QuicLink& link) { m_Visitors.push_back(&link); }
     void onOver(QuicLink& link);
+    // Whether one more that is over may stay for long: no more of those than visitors may be, or kRemains.
+    bool hasRoomForRemains() const;
     // Room for a packet, and its way out.
     unsigned char* room() { return m_Port->room(); }
     void post(const sockaddr_in& address, size_t size, unsigned int local);
@@ -112,6 +114,7 @@ private:
     int m_Count = 0;
     int m_VisitorCount = 0;
     int m_Greetings = 0;
+    int m_Admissions = 0;
     bool m_IsTicking = false;
     bool m_IsLate = false;
 };

@@ -146,11 +146,13 @@ void QuicRouter::greet(const UdpPort::Datagram& datagram)
     }
     ngtcp2_cid origin;
     // What shows no address of its sender gets no answer.
-    if (head.dcid.datalen != QuicId::kSize || head.token.base[0] != NGTCP2_CRYPTO_TOKEN_MAGIC_RETRY ||
+    if (m_Admissions >= UdpServer::kAdmissionsPerTick || head.dcid.datalen != QuicId::kSize ||
+        head.token.base[0] != NGTCP2_CRYPTO_TOKEN_MAGIC_RETRY ||
         ngtcp2_crypto_verify_retry_token(&origin, head.token.base, head.token.len, m_Secret, sizeof m_Secret,
                                          head.version, reinterpret_cast<const sockaddr*>(&from), sizeof from,
                                          &head.dcid, kTokenTime, now()) != 0)
         return;
+    ++m_Admissions;
     if (m_VisitorCount >= settings().m_ConnectionLimit)
         refuse(datagram, head);
     else
