@@ -105,7 +105,7 @@ int QuicCalls::onNewId(ngtcp2_conn*, ngtcp2_cid* id, uint8_t* token, size_t size
 
 int QuicCalls::onOldId(ngtcp2_conn*, const ngtcp2_cid* id, void* user)
 {
-    link(user).m_Router.removeId(*id);
+    link(user).m_Router.removeId(link(user), *id);
     return 0;
 }
 

@@ -95,6 +95,7 @@ public:
     const String_T<char>& getName() const { return m_Name; }
     const sockaddr_in& getPeer() const { return m_Peer; }
     void addId(const ngtcp2_cid& id) { m_Ids.emplace_back(id); }
+    void removeId(const QuicId& id) { std::erase(m_Ids, id); }
     const std::vector<QuicId>& getIds() const { return m_Ids; }
 
     // The router's notes: its place among those with a turn, among all, and among the timers.

@@ -213,10 +213,13 @@ void QuicRouter::addId(QuicLink& link, const ngtcp2_cid& id)
     link.addId(id);
 }
 
-void QuicRouter::removeId(const ngtcp2_cid& id)
+void QuicRouter::removeId(QuicLink& link, const ngtcp2_cid& id)
 {
-    if (id.datalen == QuicId::kSize)
-        m_ByName.erase(QuicId(id));
+    if (id.datalen != QuicId::kSize)
+        return;
+    m_ByName.erase(QuicId(id));
+    // A peer may have as many as it likes, one after the other.
+    link.removeId(QuicId(id));
 }
 
 QuicLink* QuicRouter::find(const unsigned char* id) const

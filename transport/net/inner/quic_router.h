@@ -52,7 +52,7 @@ public:
     // A new id of ours by which packets find the link.
     void makeId(QuicLink& link, ngtcp2_cid& id);
     void addId(QuicLink& link, const ngtcp2_cid& id);
-    void removeId(const ngtcp2_cid& id);
+    void removeId(QuicLink& link, const ngtcp2_cid& id);
     // A visitor's id is known; a connection is over.
     void announce(QuicLink& link) { m_Visitors.push_back(&link); }
     void onOver(QuicLink& link);
