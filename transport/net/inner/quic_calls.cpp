@@ -22,7 +22,6 @@ ngtcp2_callbacks QuicCalls::all()
     calls.stream_open = onStreamOpen;
     calls.stream_reset = onStreamReset;
     calls.stream_stop_sending = onStopSending;
-    calls.extend_max_stream_data = onRoom;
     calls.recv_retry = ngtcp2_crypto_recv_retry_cb;
     calls.rand = onRandom;
     calls.get_new_connection_id = onNewId;
@@ -77,13 +76,6 @@ int QuicCalls::onStreamReset(ngtcp2_conn*, int64_t, uint64_t, uint64_t, void* us
 int QuicCalls::onStopSending(ngtcp2_conn*, int64_t, uint64_t, void* user, void*)
 {
     link(user).m_IsPeerDone = true;
-    return 0;
-}
-
-int QuicCalls::onRoom(ngtcp2_conn*, int64_t, uint64_t, void* user, void*)
-{
-    link(user).m_IsFull = false;
-    link(user).wake(QuicLink::kWrite);
     return 0;
 }
 

@@ -213,6 +213,8 @@ void QuicLink::read(const UdpPort::Datagram& datagram)
         m_Local = datagram.m_Local;
     const auto path = pathOf(m_Router.getAddress(), *datagram.m_Address);
     const ngtcp2_pkt_info info{};
+    // Any packet may bring room, for the stream or for the whole connection; of the latter nothing tells.
+    m_IsFull = false;
     const int result = ngtcp2_conn_read_pkt(m_Connection, &path, &info, datagram.m_Data,
                                             static_cast<size_t>(datagram.m_Size), m_Router.now());
     if (m_IsStanding && !stood)
