@@ -7,6 +7,19 @@
 namespace zet::inner
 {
 
+template <class Call>
+int QuicCalls::guard(Call call)
+{
+    try
+    {
+        return call();
+    }
+    catch (...)
+    {
+        return NGTCP2_ERR_CALLBACK_FAILURE;
+    }
+}
+
 ngtcp2_callbacks QuicCalls::all()
 {
     ngtcp2_callbacks calls{};
@@ -52,13 +65,17 @@ int QuicCalls::onHandshakeCompleted(ngtcp2_conn*, void* user)
 int QuicCalls::onStreamData(ngtcp2_conn*, uint32_t flags, int64_t, uint64_t, const uint8_t* data, size_t size,
                             void* user, void*)
 {
-    return link(user).onStreamData(data, size, flags & NGTCP2_STREAM_DATA_FLAG_FIN);
+    return guard([&] { return link(user).onStreamData(data, size, flags & NGTCP2_STREAM_DATA_FLAG_FIN); });
 }
 
 int QuicCalls::onConfirmed(ngtcp2_conn*, int64_t, uint64_t, uint64_t size, void* user, void*)
 {
-    link(user).onConfirmed(static_cast<size_t>(size));
-    return 0;
+    return guard(
+        [&]
+        {
+            link(user).onConfirmed(static_cast<size_t>(size));
+            return 0;
+        });
 }
 
 int QuicCalls::onStreamOpen(ngtcp2_conn*, int64_t stream, void* user)
@@ -83,16 +100,12 @@ int QuicCalls::onNewId(ngtcp2_conn*, ngtcp2_cid* id, uint8_t* token, size_t size
 {
     if (size != QuicId::kSize || gnutls_rnd(GNUTLS_RND_RANDOM, token, NGTCP2_STATELESS_RESET_TOKENLEN) < 0)
         return NGTCP2_ERR_CALLBACK_FAILURE;
-    try
-    {
-        link(user).m_Router.makeId(link(user), *id);
-        return 0;
-    }
-    catch (const std::exception&)
-    {
-        // Memory is short, and no exception may pass through C.
-        return NGTCP2_ERR_CALLBACK_FAILURE;
-    }
+    return guard(
+        [&]
+        {
+            link(user).m_Router.makeId(link(user), *id);
+            return 0;
+        });
 }
 
 int QuicCalls::onOldId(ngtcp2_conn*, const ngtcp2_cid* id, void* user)

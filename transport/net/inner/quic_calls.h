@@ -6,13 +6,16 @@
 namespace zet::inner
 {
 
-// Each has a link as its user data.
+// Each has a link as its user data. Memory may be short in any that takes some, and no exception may pass through C.
 struct QuicCalls
 {
     static ngtcp2_callbacks all();
 
 private:
     static QuicLink& link(void* user) { return *static_cast<QuicLink*>(user); }
+    // The call's result, or a fault where it throws.
+    template <class Call>
+    static int guard(Call call);
     static int onCryptoData(ngtcp2_conn* connection, ngtcp2_crypto_level level, uint64_t offset, const uint8_t* data,
                             size_t size, void* user);
     static int onHandshakeCompleted(ngtcp2_conn* connection, void* user);
