@@ -15,16 +15,6 @@ UdpClientSocket::~UdpClientSocket()
     std::free(m_pBody);
 }
 
-bool UdpClientSocket::connect(zet::UdpServer* server, const wchar_t* ip, unsigned short port, const zet::Uuid& id)
-{
-    if (!zet::UdpServer::UdpConnection::connect(server, ip, port, id))
-        return false;
-    m_iHeadRead = 0;
-    m_iHead = 0;
-    m_iBodyRead = 0;
-    return true;
-}
-
 bool UdpClientSocket::connect(zet::UdpServer* server, const wchar_t* ip, short port, const zet::Uuid& id)
 {
     return connect(server, ip, static_cast<unsigned short>(port), id);
@@ -39,14 +29,22 @@ void UdpClientSocket::onTick(unsigned int tick)
     {
         // A pointer has more bits than an unsigned long on some platforms; a handler there knows its sockets.
         m_CmdAnalyser.Analyse(m_pBody, m_iHead, static_cast<unsigned long>(reinterpret_cast<size_t>(this)), 0);
-        m_iHeadRead = 0;
-        m_iHead = 0;
-        m_iBodyRead = 0;
+        beginCommand();
     }
+}
+
+void UdpClientSocket::beginCommand()
+{
+    m_iHeadRead = 0;
+    m_iHead = 0;
+    m_iBodyRead = 0;
 }
 
 bool UdpClientSocket::readHead()
 {
+    // What the connection before has left half read is not of this one.
+    if (takeBeginning())
+        beginCommand();
     if (m_iHeadRead < 2)
     {
         unsigned char bytes[2];

@@ -25,9 +25,8 @@ public:
     void onTick(unsigned int tick) override;
     // Closes.
     void onClose() override;
-    // As zet::UdpServer::UdpConnection::connect(). What an earlier connection left half read is forgotten.
-    bool connect(zet::UdpServer* server, const wchar_t* ip, unsigned short port, const zet::Uuid& id) override;
-    // The same; a port above 32,767 is given as the negative number of its bits.
+    using zet::UdpStream::connect;
+    // As zet::UdpServer::UdpConnection::connect(); a port above 32,767 is given as the negative number of its bits.
     virtual bool connect(zet::UdpServer* server, const wchar_t* ip, short port, const zet::Uuid& id);
     // For a port written as a plain number.
     bool connect(zet::UdpServer* server, const wchar_t* ip, int port, const zet::Uuid& id)
@@ -52,7 +51,8 @@ protected:
     UdpClientSocket() = default;
 
     CCmdAnalyser m_CmdAnalyser;
-    // Where reading stands; a close leaves it as it is. Bytes of the length that have come, and the length.
+    // Where reading stands; a close leaves it as it is, and the next connection begins anew. Bytes of the length that
+    // have come, and the length.
     int m_iHeadRead = 0;
     short m_iHead = 0;
     // Memory for a frame, which only grows, and the bytes of the frame that have come.
@@ -64,4 +64,5 @@ private:
     // One step of reading; false where there is no more for now.
     bool readHead();
     bool readBody();
+    void beginCommand();
 };

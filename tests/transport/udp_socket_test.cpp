@@ -352,6 +352,26 @@ TEST_F(UdpClient, ASocketThatClosedInTheMiddleOfACommandBeginsANewOneWithItsNext
     EXPECT_EQ(socket->m_Numbers[0], 6);
 }
 
+TEST_F(UdpClient, ASocketThatIsAcceptedAgainBeginsANewCommand)
+{
+    NoteSocketHandle socket = m_Net.connect();
+    ASSERT_TRUE(socket);
+    const NoteSocketHandle far = m_Net.m_Server->m_Accepted.back();
+    const auto bytes = messageOf(NoteCommand(5, 30));
+    ASSERT_TRUE(put(*socket, bytes.data(), bytes.size() - 1));
+    ASSERT_TRUE(m_Net.until([&] { return far->m_iBodyRead > 0; }));
+    socket->close();
+    ASSERT_TRUE(m_Net.until([&] { return far->m_Closes == 1; }));
+    EXPECT_EQ(far->m_iBodyRead, static_cast<int>(bytes.size()) - 3);
+    m_Net.m_Server->m_Spare.push_back(far);
+    socket = m_Net.connect();
+    ASSERT_TRUE(socket);
+    ASSERT_EQ(m_Net.m_Server->m_Accepted.back(), far);
+    ASSERT_TRUE(socket->send(NoteCommand(6)));
+    ASSERT_TRUE(m_Net.until([&] { return far->m_Numbers.size() == 1; }));
+    EXPECT_EQ(far->m_Numbers[0], 6);
+}
+
 TEST_F(UdpClient, APeerThatNeverReadsCostsItsOwnConnection)
 {
     class Deaf : public zet::UdpStream

@@ -113,6 +113,11 @@ void UdpServer::UdpConnection::consume(int size)
         m_Link->consume(std::min(size, m_Link->available()));
 }
 
+bool UdpServer::UdpConnection::takeBeginning()
+{
+    return std::exchange(m_HasBegun, false);
+}
+
 void UdpServer::UdpConnection::breakOff()
 {
     if (m_Link)

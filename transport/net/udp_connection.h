@@ -87,6 +87,8 @@ protected:
     // Ends the connection as broken, for what the peer has done. What has come can still be read; the tick behind that
     // calls onClose(), and its server's onEnd() follows. Nothing on a connection that has ended.
     void breakOff();
+    // Whether a connection has begun, by connect() or by a server's accept(), since this was last asked.
+    bool takeBeginning();
 
 private:
     friend class UdpServer;
@@ -98,6 +100,7 @@ private:
     inner::UdpLink* m_Link = nullptr;
     ConnectionState m_State = kDown;
     bool m_IsEndTold = true;
+    bool m_HasBegun = false;
     unsigned short m_PeerPort = 0;
     unsigned int m_PeerAddress = 0;
     Uuid m_ConnectionId;

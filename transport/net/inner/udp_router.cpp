@@ -10,6 +10,7 @@ void UdpLink::setOwner(UdpServer::UdpConnection& owner, UdpServer::UdpConnection
     owner.m_Link = this;
     owner.m_State = state;
     owner.m_IsEndTold = false;
+    owner.m_HasBegun = true;
     owner.m_ConnectionId = id;
     owner.m_PeerAddress = address;
     owner.m_PeerPort = port;
