@@ -52,6 +52,9 @@ private:
 };
 using NoteSocketHandle = zet::Unknown::Handle_T<NoteSocket>;
 
+// A port of this machine.
+sockaddr_in loopback(unsigned short port);
+
 struct UserData
 {
     unsigned int m_Address;

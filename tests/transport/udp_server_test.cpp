@@ -1,6 +1,5 @@
 #include "transport/net/udp_server.h"
 
-#include "tests/support/log_lines.h"
 #include "tests/support/udp_loopback.h"
 
 #include <gtest/gtest.h>
@@ -22,15 +21,6 @@ using test::NoteSocket;
 using test::NoteSocketHandle;
 using test::NoteUdpServer;
 using test::UdpNet;
-
-sockaddr_in loopback(unsigned short port)
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = static_cast<unsigned int>(zet::Socket::inet_addr("127.0.0.1"));
-    address.sin_port = htons(port);
-    return address;
-}
 
 class UdpServer : public testing::Test
 {
@@ -121,7 +111,7 @@ TEST_F(UdpServer, UserDataReachesTheOtherPortWhateverItsFirstByte)
 {
     const NoteSocketHandle socket = m_Net.connect();
     ASSERT_TRUE(socket);
-    const sockaddr_in to = loopback(m_Net.m_Server->getPort());
+    const sockaddr_in to = test::loopback(m_Net.m_Server->getPort());
     for (int first = 0; first < 256; ++first)
     {
         const std::string bytes = static_cast<char>(first) + std::string(static_cast<size_t>(first), 'x');
@@ -142,7 +132,7 @@ TEST_F(UdpServer, UserDataReachesTheOtherPortWhateverItsFirstByte)
 
 TEST_F(UdpServer, UserDataHasOneTo2048Bytes)
 {
-    const sockaddr_in to = loopback(m_Net.m_Server->getPort());
+    const sockaddr_in to = test::loopback(m_Net.m_Server->getPort());
     const std::string bytes(2049, 'a');
     EXPECT_FALSE(m_Net.m_Port->sendUserData(to, bytes.data(), 0));
     EXPECT_FALSE(m_Net.m_Port->sendUserData(to, bytes.data(), -1));
@@ -413,143 +403,6 @@ TEST_F(UdpServer, APortThatIsTakenIsNotToBeHad)
     EXPECT_FALSE(server->listen(L"", m_Net.m_Server->getPort()));
     EXPECT_TRUE(server->isInvalid());
     EXPECT_EQ(server->getPort(), 0);
-}
-
-TEST_F(UdpServer, WhatATaskThrowsInItsTickLosesNothing)
-{
-    const NoteSocketHandle socket = m_Net.connect();
-    const NoteSocketHandle other = m_Net.connect();
-    ASSERT_TRUE(socket && other);
-    class Thrower : public NoteSocket
-    {
-    public:
-        void onReceive() override
-        {
-            if (m_Throws-- > 0)
-                throw std::runtime_error("as the test wants it");
-        }
-        int m_Throws = 2;
-    };
-    const zet::Unknown::Handle_T<Thrower> thrower = new Thrower;
-    ASSERT_TRUE(thrower->connect(m_Net.m_Port, L"127.0.0.1", m_Net.m_Server->getPort(), zet::Uuid()));
-    ASSERT_TRUE(m_Net.until([&] { return m_Net.m_Server->m_Accepted.size() == 3; }));
-    for (const NoteSocketHandle& accepted : m_Net.m_Server->m_Accepted)
-        for (int i = 0; i < 3; ++i)
-            ASSERT_TRUE(accepted->send(NoteCommand(i)));
-    const std::vector<int> expected{0, 1, 2};
-    ASSERT_TRUE(m_Net.until(
-        [&]
-        { return socket->m_Numbers == expected && other->m_Numbers == expected && thrower->m_Numbers == expected; }));
-}
-
-// Throws from what a test names.
-class ThrowingServer : public NoteUdpServer
-{
-public:
-    void onAccept() override
-    {
-        if (std::exchange(m_ThrowsOnAccept, false))
-            throw std::runtime_error("as the test wants it");
-        NoteUdpServer::onAccept();
-    }
-    void onUserData(const sockaddr_in& address, const void* data, int size) override
-    {
-        NoteUdpServer::onUserData(address, data, size);
-        throw 7;
-    }
-    void onEnd(zet::UdpServer::UdpConnection* connection) override
-    {
-        NoteUdpServer::onEnd(connection);
-        throw std::runtime_error("as the test wants it");
-    }
-
-    bool m_ThrowsOnAccept = false;
-};
-
-class ThrowingSocket : public NoteSocket
-{
-public:
-    void onClose() override
-    {
-        NoteSocket::onClose();
-        throw std::runtime_error("as the test wants it");
-    }
-};
-
-TEST_F(UdpServer, WhatTheServersOverridesThrowCostsNobodyElseATurn)
-{
-    const test::LogLines log;
-    const zet::Unknown::Handle_T<ThrowingServer> server = new ThrowingServer;
-    ASSERT_TRUE(server->listen(L"", 0));
-    m_Net.m_Road = server->getPort();
-    server->m_ThrowsOnAccept = true;
-    const NoteSocketHandle first = m_Net.begin();
-    const NoteSocketHandle second = m_Net.begin();
-    const auto until = [&](auto condition)
-    {
-        return m_Net.until(
-            [&]
-            {
-                server->onTick(zet::getTimeTick());
-                return condition();
-            });
-    };
-    ASSERT_TRUE(until([&] { return server->m_Accepted.size() == 2; }));
-    EXPECT_FALSE(server->m_ThrowsOnAccept);
-    EXPECT_TRUE(log.has(zet::Log::kError, L"Exception in a handler of a UDP port: as the test wants it"));
-    m_Net.until([] { return false; }, 100);
-    // In one tick: data of a stranger, two commands, and behind it the ends of both.
-    const sockaddr_in stranger = loopback(9);
-    server->deliver(stranger, "a", 1);
-    EXPECT_TRUE(log.has(zet::Log::kError, L"Exception in a handler of a UDP port: ?"));
-    ASSERT_TRUE(m_Net.m_Port->sendUserData(loopback(server->getPort()), "b", 1));
-    ASSERT_TRUE(first->send(NoteCommand(1)) && second->send(NoteCommand(2)));
-    m_Net.step();
-    server->onTick(zet::getTimeTick());
-    EXPECT_EQ(server->m_UserData.size(), 2U);
-    EXPECT_EQ(server->m_Accepted[0]->m_Numbers.size() + server->m_Accepted[1]->m_Numbers.size(), 2U);
-    first->close();
-    second->close();
-    ASSERT_TRUE(until([&] { return server->GetClientCount() == 0; }));
-    EXPECT_EQ(server->m_Accepted[0]->m_Closes, 1);
-    EXPECT_EQ(server->m_Accepted[1]->m_Closes, 1);
-    server->close();
-}
-
-TEST_F(UdpServer, WhatAConnectionThrowsAtItsEndKeepsNoOtherFromBeingTold)
-{
-    for (const bool isDetaching : {false, true})
-    {
-        const zet::Unknown::Handle_T<NoteUdpServer> server = new NoteUdpServer;
-        ASSERT_TRUE(server->listen(L"", 0));
-        std::vector<NoteSocketHandle> sockets;
-        for (int i = 0; i < 3; ++i)
-        {
-            sockets.push_back(new ThrowingSocket);
-            ASSERT_TRUE(sockets.back()->connect(server, L"127.0.0.1", m_Net.m_Server->getPort(), zet::Uuid()));
-        }
-        const unsigned int handle = isDetaching ? server->detach() : zet::Socket::kNoHandle;
-        EXPECT_EQ(handle != zet::Socket::kNoHandle, isDetaching);
-        server->close();
-        for (const NoteSocketHandle& socket : sockets)
-        {
-            EXPECT_EQ(socket->m_Closes, 1);
-            EXPECT_FALSE(socket->send("x", 1));
-        }
-        // So that the handle is closed.
-        EXPECT_EQ(server->attach(handle), isDetaching);
-        server->close();
-    }
-}
-
-TEST_F(UdpServer, AConnectionThatThrowsAtItsEndIsStillAbandoned)
-{
-    m_Net.m_Server->m_Spare.push_back(new ThrowingSocket);
-    const NoteSocketHandle socket = m_Net.connect();
-    ASSERT_TRUE(socket);
-    socket->close();
-    ASSERT_TRUE(m_Net.until([&] { return m_Net.accepted().m_Closes == 1; }));
-    EXPECT_EQ(m_Net.m_Server->GetClientCount(), 0);
 }
 
 TEST_F(UdpServer, ATickBeginsNoMoreThan64Handshakes)
