@@ -1,4 +1,5 @@
 // Who proves what to whom over UDP.
+#include "tests/support/log_lines.h"
 #include "tests/support/tls_certificates.h"
 #include "tests/support/udp_loopback.h"
 
@@ -70,11 +71,18 @@ TEST_F(TlsUdp, WhoTrustsNobodyInParticularTakesAnyCertificate)
     EXPECT_TRUE(succeeds(L"127.0.0.1"));
 }
 
-TEST_F(TlsUdp, ACertificateOfAnotherAuthorityIsRefused)
+TEST_F(TlsUdp, ACertificateOfAnotherAuthorityIsRefusedAndTheLogSaysWhy)
 {
     const Authority other("Other Authority");
     ASSERT_TRUE(listen(contextOf(here(), nullptr), contextOf({}, &other)));
+    const test::LogLines log;
     EXPECT_FALSE(succeeds(L"127.0.0.1"));
+    ASSERT_FALSE(log.texts().empty());
+    const std::wstring said = log.texts()[0];
+    const std::wstring peer = L"127.0.0.1:" + std::to_wstring(m_Net.m_Server->getPort());
+    EXPECT_EQ(said.find(L"TLS handshake over UDP with " + peer + L" failed: "), 0u)
+        << std::string(said.begin(), said.end());
+    EXPECT_NE(said.find(L"issuer is unknown"), std::wstring::npos) << std::string(said.begin(), said.end());
 }
 
 TEST_F(TlsUdp, ACertificateForAnotherNameIsRefused)

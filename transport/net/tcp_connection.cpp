@@ -2,6 +2,7 @@
 
 #include "framework/string_helper.h"
 #include "framework/thread.h"
+#include "transport/net/inner/peer_text.h"
 #include "transport/net/inner/tcp_link.h"
 
 #include <asio/ip/tcp.hpp>
@@ -347,9 +348,7 @@ String_T<wchar_t> TcpConnection::getPeerName() const
 {
     if (m_PeerAddress == 0 && m_PeerPort == 0)
         return String_T<wchar_t>();
-    unsigned char bytes[4];
-    std::memcpy(bytes, &m_PeerAddress, sizeof bytes);
-    return formatText(L"%d.%d.%d.%d:%d", bytes[0], bytes[1], bytes[2], bytes[3], m_PeerPort);
+    return inner::peerText(m_PeerAddress, m_PeerPort);
 }
 
 } // namespace zet

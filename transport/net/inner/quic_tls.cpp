@@ -2,8 +2,10 @@
 
 #include "framework/log.h"
 #include "framework/string_helper.h"
+#include "transport/net/inner/peer_text.h"
 #include "transport/net/inner/quic_link.h"
 #include "transport/net/inner/tls_store.h"
+#include "transport/net/inner/tls_verify_gnutls.h"
 
 #include <gnutls/crypto.h>
 #include <gnutls/x509.h>
@@ -118,9 +120,8 @@ gnutls_session_t QuicTls::openServer(ngtcp2_crypto_conn_ref& ref)
     const auto wanted = m_Context ? m_Context->getClientCertificate() : TlsContext::kNotAsked;
     if (session && wanted != TlsContext::kNotAsked)
     {
-        gnutls_certificate_server_set_request(session, wanted == TlsContext::kRequired ? GNUTLS_CERT_REQUIRE
-                                                                                       : GNUTLS_CERT_REQUEST);
-        gnutls_session_set_verify_function(session, verifyClient);
+        requestCertificate(session, wanted);
+        gnutls_session_set_verify_function(session, verify);
     }
     return session;
 }
@@ -129,36 +130,23 @@ gnutls_session_t QuicTls::openClient(ngtcp2_crypto_conn_ref& ref)
 {
     gnutls_session_t session = open(GNUTLS_CLIENT, m_Context ? m_Context->m_Store->m_Credentials : m_Own, ref);
     if (session && m_Context && m_Context->hasTrust())
-        gnutls_session_set_verify_function(session, verifyServer);
+        gnutls_session_set_verify_function(session, verify);
     return session;
 }
 
-int QuicTls::verifyServer(gnutls_session_t session)
+int QuicTls::verify(gnutls_session_t session)
 {
     const auto* const ref = static_cast<const ngtcp2_crypto_conn_ref*>(gnutls_session_get_ptr(session));
-    const String_T<char>& name = static_cast<const QuicLink*>(ref->user_data)->getName();
-    gnutls_typed_vdata_st wanted[2] = {};
-    wanted[0].type = GNUTLS_DT_KEY_PURPOSE_OID;
-    wanted[0].data = reinterpret_cast<unsigned char*>(const_cast<char*>(GNUTLS_KP_TLS_WWW_SERVER));
-    wanted[1].type = GNUTLS_DT_DNS_HOSTNAME;
-    wanted[1].data = reinterpret_cast<unsigned char*>(const_cast<char*>(name.getBuffer()));
-    unsigned int status = 0;
-    const int fault = gnutls_certificate_verify_peers(session, wanted, 2, &status);
-    return fault < 0 ? fault : status == 0 ? 0 : GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR;
-}
-
-int QuicTls::verifyClient(gnutls_session_t session)
-{
-    unsigned int count = 0;
-    // Where one is required GnuTLS itself insists.
-    if (!gnutls_certificate_get_peers(session, &count) || count == 0)
-        return 0;
-    gnutls_typed_vdata_st wanted = {};
-    wanted.type = GNUTLS_DT_KEY_PURPOSE_OID;
-    wanted.data = reinterpret_cast<unsigned char*>(const_cast<char*>(GNUTLS_KP_TLS_WWW_CLIENT));
-    unsigned int status = 0;
-    const int fault = gnutls_certificate_verify_peers(session, &wanted, 1, &status);
-    return fault < 0 ? fault : status == 0 ? 0 : GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR;
+    const auto& link = *static_cast<const QuicLink*>(ref->user_data);
+    String_T<wchar_t> fault;
+    const int code = verifyPeer(session, !link.isServer(), link.getName(), fault);
+    if (code != 0)
+    {
+        const sockaddr_in& peer = link.getPeer();
+        Log::warning(L"TLS handshake over UDP with %s failed: %s",
+                     peerText(static_cast<unsigned int>(peer.sin_addr.s_addr), ntohs(peer.sin_port)), fault);
+    }
+    return code;
 }
 
 } // namespace zet::inner

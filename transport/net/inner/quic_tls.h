@@ -29,8 +29,7 @@ private:
     bool makeCertificate();
     gnutls_session_t open(unsigned int flags, gnutls_certificate_credentials_t credentials,
                           ngtcp2_crypto_conn_ref& ref);
-    static int verifyServer(gnutls_session_t session);
-    static int verifyClient(gnutls_session_t session);
+    static int verify(gnutls_session_t session);
 
     // Null where the port makes its own certificate and believes any.
     Unknown::Handle_T<TlsContext> m_Context;

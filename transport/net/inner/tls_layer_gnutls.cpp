@@ -3,6 +3,7 @@
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "transport/net/inner/tls_store.h"
+#include "transport/net/inner/tls_verify_gnutls.h"
 
 #include <gnutls/x509.h>
 
@@ -130,10 +131,7 @@ bool TlsLayer::begin(const String_T<wchar_t>& peer)
     }
     if (!m_IsClient)
     {
-        const auto wanted = m_Context->getClientCertificate();
-        if (wanted != TlsContext::kNotAsked)
-            gnutls_certificate_server_set_request(m_Session, wanted == TlsContext::kRequired ? GNUTLS_CERT_REQUIRE
-                                                                                             : GNUTLS_CERT_REQUEST);
+        requestCertificate(m_Session, m_Context->getClientCertificate());
         return true;
     }
     m_HostName = StringHelper::wideToUtf8(m_SetHost.isEmpty() ? m_Host.getBuffer() : m_SetHost.getBuffer()).getBuffer();
@@ -163,32 +161,7 @@ void TlsLayer::end()
 
 int TlsLayer::verify()
 {
-    unsigned int count = 0;
-    if (!gnutls_certificate_get_peers(m_Session, &count) || count == 0)
-    {
-        // Where one is required GnuTLS itself insists.
-        if (!m_IsClient)
-            return 0;
-        m_Fault = L"The server has shown no certificate";
-        return GNUTLS_E_CERTIFICATE_ERROR;
-    }
-    gnutls_typed_vdata_st wanted[2] = {};
-    wanted[0].type = GNUTLS_DT_KEY_PURPOSE_OID;
-    wanted[0].data = reinterpret_cast<unsigned char*>(
-        const_cast<char*>(m_IsClient ? GNUTLS_KP_TLS_WWW_SERVER : GNUTLS_KP_TLS_WWW_CLIENT));
-    wanted[1].type = GNUTLS_DT_DNS_HOSTNAME;
-    wanted[1].data = reinterpret_cast<unsigned char*>(m_HostName.data());
-    unsigned int status = 0;
-    const int code = gnutls_certificate_verify_peers(m_Session, wanted, m_IsClient ? 2 : 1, &status);
-    if (code < 0)
-        return code;
-    if (status == 0)
-        return 0;
-    gnutls_datum_t text{nullptr, 0};
-    if (gnutls_certificate_verification_status_print(status, GNUTLS_CRT_X509, &text, 0) == 0)
-        m_Fault = StringHelper::utf8ToWide(reinterpret_cast<const char*>(text.data));
-    gnutls_free(text.data);
-    return GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR;
+    return verifyPeer(m_Session, m_IsClient, m_HostName.c_str(), m_Fault);
 }
 
 TlsLayer::Result TlsLayer::fail(int code)
@@ -200,7 +173,8 @@ TlsLayer::Result TlsLayer::fail(int code)
         m_Fault += StringHelper::utf8ToWide(name ? name : "unknown alert");
         return kFailed;
     }
-    if (code != GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR || m_Fault.isEmpty())
+    // What verify() said is more than the code says.
+    if (m_Fault.isEmpty())
         m_Fault = StringHelper::utf8ToWide(gnutls_strerror(code));
     gnutls_alert_send_appropriate(m_Session, code);
     return kFailed;

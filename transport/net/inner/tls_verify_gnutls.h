@@ -1,0 +1,19 @@
+// What a TLS session asks of its peer's certificate, the same over TCP and over UDP.
+#pragma once
+
+#include "transport/net/tls_context.h"
+
+#include <gnutls/gnutls.h>
+
+namespace zet::inner
+{
+
+// A server's session asks for a certificate of its client, as a context wants it.
+void requestCertificate(gnutls_session_t session, TlsContext::ClientCertificate wanted);
+
+// Holds the peer's certificate against the authorities of the session's credentials and against its purpose; a client
+// also against the server's name or address. A client that shows none has none to be bad, and where one is required
+// GnuTLS itself insists. 0 where the peer is believed; otherwise a code of GnuTLS, and the fault says why.
+int verifyPeer(gnutls_session_t session, bool isClient, const char* name, String_T<wchar_t>& fault);
+
+} // namespace zet::inner
