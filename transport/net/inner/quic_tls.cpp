@@ -44,6 +44,9 @@ QuicTls::~QuicTls()
 
 bool QuicTls::init(TlsContext* context)
 {
+    // The log was told when the context was made.
+    if (context && !context->m_Store->m_IsReady)
+        return false;
     m_Context = context;
     if (context)
         context->m_Store->m_IsFixed = true;
