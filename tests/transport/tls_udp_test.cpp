@@ -71,6 +71,16 @@ TEST_F(TlsUdp, WhoTrustsNobodyInParticularTakesAnyCertificate)
     EXPECT_TRUE(succeeds(L"127.0.0.1"));
 }
 
+TEST_F(TlsUdp, AContextWithoutAuthoritiesServesNoClient)
+{
+    ASSERT_TRUE(listen(contextOf(here(), nullptr), contextOf(here(), nullptr)));
+    const test::LogLines log;
+    const NoteSocketHandle socket = new NoteSocket;
+    EXPECT_FALSE(socket->connect(m_Net.m_Port, L"127.0.0.1", m_Net.m_Server->getPort(), zet::Uuid()));
+    EXPECT_EQ(m_Net.m_Port->getConnectionCount(), 0);
+    EXPECT_TRUE(log.has(zet::Log::kError, L"A TLS client needs authorities to hold the server's certificate against"));
+}
+
 TEST_F(TlsUdp, ACertificateOfAnotherAuthorityIsRefusedAndTheLogSaysWhy)
 {
     const Authority other("Other Authority");

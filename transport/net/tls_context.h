@@ -18,8 +18,11 @@ struct TlsStore;
 
 // Shared by any number of servers and connections, of any threads. It is set up first, by one thread: the first
 // connection that uses it fixes it, and what would change it then returns false. A renewed certificate comes with a new
-// context, which new connections take; old ones keep theirs alive. Certificates and keys are PEM. TLS is 1.3, or 1.2
-// where the peer knows no better.
+// context, which new connections take; old ones keep theirs alive. Certificates and keys are PEM. Over TCP TLS is 1.3,
+// or 1.2 where the peer knows no better.
+//
+// Over UDP it is 1.3 alone, no session is resumed, and the port's own time for a connection to come up counts in place
+// of the handshake's. A port by a context without a certificate makes one of its own, so that it can be a client.
 class COMMONGROUND_API TlsContext : public virtual Unknown
 {
 public:
@@ -32,7 +35,7 @@ public:
         kRequired = 2
     };
 
-    // Milliseconds from the standing connection to the end of the handshake.
+    // Milliseconds from the standing connection to the end of the handshake, over TCP.
     static constexpr unsigned int kDefaultHandshakeTime = 10000;
     // Bytes that a peer may send for its handshake.
     static constexpr int kHandshakeInput = 128 * 1024;
@@ -60,7 +63,7 @@ public:
     bool addSystemTrust();
     // For servers. What is asked for is held against the authorities above, so there must be some.
     bool setClientCertificate(ClientCertificate wanted);
-    // 1 at least.
+    // 1 to 2,147,483,647; for connections over TCP.
     bool setHandshakeTime(unsigned int milliseconds);
 
     bool hasCertificate() const;

@@ -128,9 +128,11 @@ public:
     Traffic getTraffic() const;
 
     // The certificate and the authorities that the next listen() or attach() takes up; null for none, as above. With a
-    // certificate visitors are shown that one; with authorities connect() believes none but theirs, for the name or
-    // address that it was given. Clients' certificates are asked for as the context says. The context counts as used
-    // from then on.
+    // certificate visitors are shown that one, without they get one of the port's own making, which no authority
+    // knows. connect() believes none but the context's authorities, for the name or address that it was given; where
+    // the context has none it fails, with a log line. Clients' certificates are asked for as the context says. Its
+    // handshake time does not count here: Settings::m_ConnectTimeout does; and no session is resumed. The context
+    // counts as used from then on.
     void setTlsContext(TlsContext* context) { m_TlsContext = context; }
     TlsContext* getTlsContext() const { return m_TlsContext; }
 

@@ -131,8 +131,10 @@ gnutls_session_t QuicTls::openServer(ngtcp2_crypto_conn_ref& ref)
 
 gnutls_session_t QuicTls::openClient(ngtcp2_crypto_conn_ref& ref)
 {
+    if (m_Context && !m_Context->servesClient())
+        return nullptr;
     gnutls_session_t session = open(GNUTLS_CLIENT, m_Context ? m_Context->m_Store->m_Credentials : m_Own, ref);
-    if (session && m_Context && m_Context->hasTrust())
+    if (session && m_Context)
         gnutls_session_set_verify_function(session, verify);
     return session;
 }
