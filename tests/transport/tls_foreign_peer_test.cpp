@@ -162,6 +162,11 @@ TEST_F(ForeignPeer, AGnuTlsClientOfAnOldVersionIsRefused)
                                      "NORMAL:-VERS-ALL:+VERS-TLS1.1:%COMPAT", "--port", "PORT", "127.0.0.1"});
     EXPECT_EQ(said.find("Handshake was completed"), std::string::npos) << said;
     EXPECT_FALSE(m_Server->m_Streams.at(0)->isSecure());
+    std::wstring line;
+    for (const std::wstring& text : log.texts())
+        if (text.find(L"TLS handshake with 127.0.0.1:") == 0)
+            line = text;
+    EXPECT_NE(line.find(L" failed: "), std::wstring::npos);
 }
 
 TEST_F(ForeignPeer, AGnuTlsClientIsServed)
