@@ -225,6 +225,30 @@ TEST(TlsRefusal, AHandshakeOfEndlessRecordsIsCutOff)
     EXPECT_FALSE(failures(log).empty());
 }
 
+TEST(TlsRefusal, AHandshakeOfEndlessSmallMessagesIsCutOff)
+{
+    NoteAnalyser analyser;
+    TlsLoopback net(analyser);
+    const LogLines log;
+    RawPeer peer(net);
+    ASSERT_TRUE(peer.m_IsUp);
+    // The greeting of an honest client of TLS 1.2, and then warnings, each a whole record, that a handshake passes
+    // over.
+    std::vector<unsigned char> all{0x16, 3, 1, 0, 79, 1, 0, 0, 75, 3, 3};
+    all.resize(all.size() + 32, 7);
+    // No session; two ciphers, one for either kind of key; no compression.
+    all.insert(all.end(), {0, 0, 4, 0xC0, 0x2B, 0xC0, 0x2F, 1, 0});
+    // Groups, forms of points, algorithms of signatures.
+    all.insert(all.end(),
+               {0, 30, 0, 10, 0, 6, 0, 4, 0, 29, 0, 23, 0, 11, 0, 2, 1, 0, 0, 13, 0, 10, 0, 8, 4, 3, 8, 4, 4, 1, 8, 7});
+    const std::vector<unsigned char> warning{0x15, 3, 3, 0, 2, 1, 90};
+    while (all.size() <= zet::TlsContext::kHandshakeInput + warning.size())
+        all.insert(all.end(), warning.begin(), warning.end());
+    peer.send(all);
+    ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->m_Abandons == 1; }));
+    EXPECT_EQ(failures(log), L"too long\n");
+}
+
 TEST(TlsRefusal, GarbageInAnEstablishedSessionBreaksItAlone)
 {
     int got = 0;
