@@ -1,7 +1,13 @@
 #include "tests/support/allocations.h"
 
+#include "tests/support/system_calls.h"
+
 #include <cstdlib>
 #include <new>
+
+#if defined(__GLIBC__) && !defined(IS_SANITIZED)
+#include <malloc.h>
+#endif
 
 namespace
 {
@@ -71,6 +77,16 @@ long long AllocationCount::blocks() const
 long long AllocationCount::bytes() const
 {
     return t_Bytes - m_Bytes;
+}
+
+std::optional<long long> bytesInUse()
+{
+#if defined(__GLIBC__) && !defined(IS_SANITIZED)
+    const auto info = mallinfo2();
+    return static_cast<long long>(info.uordblks + info.hblkhd);
+#else
+    return std::nullopt;
+#endif
 }
 
 } // namespace test

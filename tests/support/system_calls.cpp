@@ -2,6 +2,8 @@
 
 #ifdef COUNTS_SYSTEM_CALLS
 
+#include <gtest/gtest.h>
+
 #include <dlfcn.h>
 #include <sys/epoll.h>
 #include <sys/socket.h>
@@ -122,6 +124,14 @@ namespace test
 SystemCalls::SystemCalls()
     : m_Sends(g_Sends), m_Receives(g_Receives), m_Controls(g_Controls), m_Waits(g_Waits), m_Others(g_Others)
 {
+}
+
+void expectNoCalls(const SystemCalls& before, const SystemCalls& after)
+{
+    EXPECT_EQ(after.m_Sends, before.m_Sends);
+    EXPECT_EQ(after.m_Receives, before.m_Receives);
+    EXPECT_EQ(after.m_Controls, before.m_Controls);
+    EXPECT_EQ(after.m_Others, before.m_Others);
 }
 
 } // namespace test

@@ -31,6 +31,9 @@ struct SystemCalls
     long m_Others;
 };
 
+// Expects that nothing was called in between but waits.
+void expectNoCalls(const SystemCalls& before, const SystemCalls& after);
+
 } // namespace test
 
 #endif

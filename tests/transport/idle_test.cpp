@@ -1,5 +1,6 @@
 // What connections cost while nothing happens on them, and in what portions output leaves.
 #include "tests/support/allocations.h"
+#include "tests/support/handle_limit.h"
 #include "tests/support/loopback.h"
 #include "tests/support/net_pair.h"
 #include "tests/support/system_calls.h"
@@ -7,9 +8,6 @@
 #include <gtest/gtest.h>
 
 #ifdef COUNTS_SYSTEM_CALLS
-
-#include <malloc.h>
-#include <sys/resource.h>
 
 namespace
 {
@@ -35,10 +33,7 @@ TEST(Idle, ATickOnIdleConnectionsCallsNothingButTheSystemsOwnWait)
         net.m_System.tick();
     const Calls after;
     const long long blocks = allocations.blocks();
-    EXPECT_EQ(after.m_Sends, before.m_Sends);
-    EXPECT_EQ(after.m_Receives, before.m_Receives);
-    EXPECT_EQ(after.m_Controls, before.m_Controls);
-    EXPECT_EQ(after.m_Others, before.m_Others);
+    test::expectNoCalls(before, after);
     EXPECT_GT(after.m_Waits, before.m_Waits);
     EXPECT_LE(after.m_Waits - before.m_Waits, 20);
     EXPECT_EQ(blocks, 0);
@@ -61,10 +56,7 @@ TEST(Idle, ATickOnIdleNetSessionsCallsNothingButTheSystemsOwnWait)
         net.m_System.tick();
     const Calls after;
     const long long blocks = allocations.blocks();
-    EXPECT_EQ(after.m_Sends, before.m_Sends);
-    EXPECT_EQ(after.m_Receives, before.m_Receives);
-    EXPECT_EQ(after.m_Controls, before.m_Controls);
-    EXPECT_EQ(after.m_Others, before.m_Others);
+    test::expectNoCalls(before, after);
     EXPECT_LE(after.m_Waits - before.m_Waits, 20);
     EXPECT_EQ(blocks, 0);
 }
@@ -122,18 +114,14 @@ TEST(Idle, AnIdleConnectionTakesLessThanTwoKibibytes)
 {
     NoteAnalyser analyser;
     Loopback net(analyser);
-    const auto inUse = []
-    {
-        const auto info = mallinfo2();
-        return static_cast<long long>(info.uordblks + info.hblkhd);
-    };
     int got = 0;
     analyser.m_Handler = [&](CCommandSocket*, const NoteCommand&) { ++got; };
     for (int i = 0; i < 100; ++i)
         ASSERT_TRUE(net.connect(analyser));
     for (int i = 0; i < 3; ++i)
         net.m_System.tick();
-    const long long before = inUse();
+    const auto before = test::bytesInUse();
+    ASSERT_TRUE(before);
     constexpr int kMore = 200;
     for (int i = 0; i < kMore; ++i)
     {
@@ -145,7 +133,7 @@ TEST(Idle, AnIdleConnectionTakesLessThanTwoKibibytes)
     for (int i = 0; i < 3; ++i)
         net.m_System.tick();
     // Each has two ends in this process.
-    const long long each = (inUse() - before) / (2 * kMore);
+    const long long each = (*test::bytesInUse() - *before) / (2 * kMore);
     EXPECT_LT(each, 2048);
     RecordProperty("BytesPerConnection", static_cast<int>(each));
 }
@@ -173,44 +161,37 @@ TEST(Idle, SendingSmallCommandsAllocatesNothingOnceWarm)
 TEST(Load, FiveThousandConnectionsAreServedAndLeave)
 {
     constexpr int kCount = 5000;
-    rlimit limit;
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
-    const rlimit old = limit;
-    if (limit.rlim_max < 2 * kCount + 200)
-        GTEST_SKIP() << "the system gives this process " << limit.rlim_max << " handles at most";
-    limit.rlim_cur = limit.rlim_max;
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
-    {
-        NoteAnalyser server([](CCommandSocket* socket, const NoteCommand& note)
-                            { EXPECT_TRUE(socket->send(NoteCommand(note.m_Number + 1))); });
-        long long sum = 0;
-        int answers = 0;
-        NoteAnalyser client(
-            [&](CCommandSocket*, const NoteCommand& note)
-            {
-                sum += note.m_Number;
-                ++answers;
-            });
-        Loopback net(server);
-        for (int i = 0; i < kCount; ++i)
+    const test::RaisedHandleLimit handles;
+    if (handles.count() < 2 * kCount + 200)
+        GTEST_SKIP() << "the system gives this process " << handles.count() << " handles at most";
+    NoteAnalyser server([](CCommandSocket* socket, const NoteCommand& note)
+                        { EXPECT_TRUE(socket->send(NoteCommand(note.m_Number + 1))); });
+    long long sum = 0;
+    int answers = 0;
+    NoteAnalyser client(
+        [&](CCommandSocket*, const NoteCommand& note)
         {
-            const ClientHandle socket = new test::Client(client);
-            socket->start(&net.m_System);
-            ASSERT_TRUE(socket->connect(L"127.0.0.1", net.m_Server->getPort(), false)) << i;
-            net.m_Clients.push_back(socket);
-            if (i % 50 == 49)
-                net.m_System.tick();
-        }
-        ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == kCount; }));
-        for (int i = 0; i < kCount; ++i)
-            ASSERT_TRUE(net.m_Clients[static_cast<size_t>(i)]->send(NoteCommand(i)));
-        ASSERT_TRUE(tickUntil(net.m_System, [&] { return answers == kCount; }));
-        EXPECT_EQ(sum, static_cast<long long>(kCount) * (kCount + 1) / 2);
-        for (int i = 0; i < kCount; i += 2)
-            net.m_Clients[static_cast<size_t>(i)]->close();
-        ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == kCount / 2; }));
+            sum += note.m_Number;
+            ++answers;
+        });
+    Loopback net(server);
+    for (int i = 0; i < kCount; ++i)
+    {
+        const ClientHandle socket = new test::Client(client);
+        socket->start(&net.m_System);
+        ASSERT_TRUE(socket->connect(L"127.0.0.1", net.m_Server->getPort(), false)) << i;
+        net.m_Clients.push_back(socket);
+        if (i % 50 == 49)
+            net.m_System.tick();
     }
-    setrlimit(RLIMIT_NOFILE, &old);
+    ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == kCount; }));
+    for (int i = 0; i < kCount; ++i)
+        ASSERT_TRUE(net.m_Clients[static_cast<size_t>(i)]->send(NoteCommand(i)));
+    ASSERT_TRUE(tickUntil(net.m_System, [&] { return answers == kCount; }));
+    EXPECT_EQ(sum, static_cast<long long>(kCount) * (kCount + 1) / 2);
+    for (int i = 0; i < kCount; i += 2)
+        net.m_Clients[static_cast<size_t>(i)]->close();
+    ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == kCount / 2; }));
 }
 
 } // namespace

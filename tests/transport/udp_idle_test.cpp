@@ -9,8 +9,6 @@
 
 #ifdef COUNTS_SYSTEM_CALLS
 
-#include <malloc.h>
-
 namespace
 {
 
@@ -32,10 +30,7 @@ TEST(UdpIdle, ATickOnIdleConnectionsCallsNothingButTheSystemsOwnWait)
         net.step(100);
     const Calls after;
     const long long blocks = allocations.blocks();
-    EXPECT_EQ(after.m_Sends, before.m_Sends);
-    EXPECT_EQ(after.m_Receives, before.m_Receives);
-    EXPECT_EQ(after.m_Controls, before.m_Controls);
-    EXPECT_EQ(after.m_Others, before.m_Others);
+    test::expectNoCalls(before, after);
     EXPECT_GT(after.m_Waits, before.m_Waits);
     EXPECT_LE(after.m_Waits - before.m_Waits, 20);
     EXPECT_EQ(blocks, 0);
@@ -77,12 +72,8 @@ TEST(UdpIdle, AThousandConnectionsOnOnePortAreServedAndLeave)
         socket = new test::NoteSocket;
     net.m_Server->m_Spare = spare;
     spare.clear();
-    const auto inUse = []
-    {
-        const auto info = mallinfo2();
-        return static_cast<long long>(info.uordblks + info.hblkhd);
-    };
-    const long long before = inUse();
+    const auto before = test::bytesInUse();
+    ASSERT_TRUE(before);
     net.m_Server->m_Handler = [](test::NoteSocket& socket, const NoteCommand& note)
     { EXPECT_TRUE(socket.send(NoteCommand(note.m_Number + 1))); };
     for (int i = 0; i < kCount; ++i)
@@ -96,7 +87,7 @@ TEST(UdpIdle, AThousandConnectionsOnOnePortAreServedAndLeave)
     EXPECT_EQ(net.m_Server->getConnectionCount(), kCount);
     EXPECT_EQ(net.m_Port->getConnectionCount(), kCount);
     net.until([] { return false; }, 500);
-    const long long each = (inUse() - before) / (2 * kCount);
+    const long long each = (*test::bytesInUse() - *before) / (2 * kCount);
     RecordProperty("BytesPerConnection", static_cast<int>(each));
     EXPECT_LT(each, 128 * 1024);
     for (int i = 0; i < kCount; ++i)
