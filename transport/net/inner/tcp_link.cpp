@@ -1,10 +1,7 @@
 #include "transport/net/inner/tcp_link.h"
 
+#include "transport/net/inner/native_handle.h"
 #include "transport/net/tcp_connection.h"
-
-#ifndef _WIN32
-#include <unistd.h>
-#endif
 
 namespace zet::inner
 {
@@ -73,11 +70,7 @@ bool TcpLink::watchAnew()
     m_Socket.assign(asio::ip::tcp::v4(), handle, fault);
     if (!fault)
         return true;
-#ifdef _WIN32
-    ::closesocket(handle);
-#else
-    ::close(handle);
-#endif
+    closeHandle(handle);
     return false;
 }
 
