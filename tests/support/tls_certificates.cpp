@@ -1,12 +1,14 @@
 #include "tests/support/tls_certificates.h"
 
+#include "framework/platform/platform.h"
+#include "framework/string_helper.h"
+
 #include <arpa/inet.h>
 #include <gnutls/crypto.h>
 #include <gnutls/gnutls.h>
 #include <gnutls/x509.h>
-#include <unistd.h>
 
-#include <cstdlib>
+#include <cstdio>
 #include <stdexcept>
 
 namespace test
@@ -110,17 +112,22 @@ Certificate Authority::issue(const CertificateWish& wish) const
     return made;
 }
 
-TextFile::TextFile(const std::string& text) : m_Path("/tmp/commonground_tls_XXXXXX")
+TextFile::TextFile(const std::string& text) : m_Path(zet::platform::createTempFile(zet::platform::getTempDirectory()))
 {
-    const int file = mkstemp(m_Path.data());
-    if (file < 0 || write(file, text.data(), text.size()) != static_cast<ssize_t>(text.size()))
+    std::FILE* const file = zet::platform::openFile(m_Path, "wb");
+    const bool isWritten = file && std::fwrite(text.data(), 1, text.size(), file) == text.size();
+    if (!file || std::fclose(file) != 0 || !isWritten)
         throw std::runtime_error("no temporary file");
-    ::close(file);
 }
 
 TextFile::~TextFile()
 {
-    unlink(m_Path.c_str());
+    zet::platform::deleteFile(m_Path);
+}
+
+std::string TextFile::path() const
+{
+    return zet::StringHelper::wideToUtf8(m_Path).getBuffer();
 }
 
 } // namespace test

@@ -1,6 +1,8 @@
 // Certificates made while a test runs.
 #pragma once
 
+#include "framework/string.h"
+
 #include <ctime>
 #include <memory>
 #include <string>
@@ -58,11 +60,11 @@ public:
     ~TextFile();
     TextFile(const TextFile&) = delete;
     TextFile& operator=(const TextFile&) = delete;
-    const std::string& path() const { return m_Path; }
-    std::wstring widePath() const { return std::wstring(m_Path.begin(), m_Path.end()); }
+    std::string path() const;
+    std::wstring widePath() const { return m_Path.getBuffer(); }
 
 private:
-    std::string m_Path;
+    zet::String_T<wchar_t> m_Path;
 };
 
 } // namespace test
