@@ -39,11 +39,9 @@ bool TcpSecureConnection::setTlsContext(TlsContext* context)
 {
     if (!isInvalid())
         return false;
+    // A library without TLS serves nobody, and says so.
     if (context && !TlsContext::isAvailable())
-    {
-        Log::error(L"This library was built without TLS");
-        return false;
-    }
+        return context->servesClient();
     if (context || m_Tls)
         layer().m_Context = context;
     return true;
@@ -124,9 +122,13 @@ bool TcpSecureConnection::startTls(const wchar_t* host)
     if (getConnectionState() != kEstablished || !m_Tls || !m_Tls->m_Context || m_Tls->isOn() ||
         m_Link->m_Input.size() > 0 || m_Link->m_Output.size() > 0)
         return false;
+    const String_T<wchar_t> before = m_Tls->m_Host;
     if (host)
         m_Tls->m_Host = host;
-    return m_Tls->begin(getPeerName()) && beginTls();
+    if (m_Tls->begin(getPeerName()))
+        return beginTls();
+    m_Tls->m_Host = before;
+    return false;
 }
 
 bool TcpSecureConnection::beginTls()

@@ -33,7 +33,8 @@ public:
     // Keeps the next connections plain until startTls(): for who has to talk to a proxy first.
     void delayTls(bool isDelayed);
     // Begins the handshake on an established connection that was kept plain; nothing may wait to be read or sent. The
-    // host takes the place of what connect() was given. False changes nothing.
+    // host takes the place of what connect() was given. True says that it has begun; isSecure(), or the connection's
+    // end, says how it went. False changes nothing.
     bool startTls(const wchar_t* host = nullptr);
 
     // Whether what is sent now goes through TLS.
