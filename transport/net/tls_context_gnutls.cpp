@@ -56,9 +56,12 @@ bool TlsContext::isAvailable()
 
 bool TlsContext::isOpen() const
 {
-    if (m_Store->m_IsReady && !m_Store->m_IsFixed)
+    if (!m_Store->m_IsReady)
+        Log::error(L"A TLS context without GnuTLS behind it takes nothing");
+    else if (m_Store->m_IsFixed)
+        Log::error(L"A TLS context in use is not changed");
+    else
         return true;
-    Log::error(L"A TLS context in use is not changed");
     return false;
 }
 
