@@ -1,4 +1,5 @@
-// A program that a test starts and ends, with its input and output in the test's hands.
+// A program that a test starts and ends, with its input and output in the test's hands. It has none of the test's other
+// handles, and where the system can do so it ends with the test, should that die first.
 #pragma once
 
 #include <string>
@@ -19,6 +20,7 @@ public:
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
+    // Whether it has a process. One that is not to be found ends at once, with the code 127.
     bool isStarted() const { return m_Id > 0; }
     bool write(const std::string& text);
     void closeInput();

@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,10 +11,20 @@
 #include <cstdlib>
 #include <sstream>
 
-extern char** environ;
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
 
 namespace test
 {
+
+namespace
+{
+
+// Handles of the test that a program is kept from.
+constexpr int kMostHandles = 1024;
+
+} // namespace
 
 Child::Child(const std::vector<std::string>& words)
 {
@@ -30,18 +39,25 @@ Child::Child(const std::vector<std::string>& words)
         close(input[1]);
         return;
     }
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, input[0], 0);
-    posix_spawn_file_actions_adddup2(&actions, output[1], 1);
-    posix_spawn_file_actions_adddup2(&actions, output[1], 2);
     std::vector<char*> arguments;
     for (const std::string& word : words)
         arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
-    if (posix_spawnp(&m_Id, arguments[0], &actions, nullptr, arguments.data(), environ) != 0)
-        m_Id = -1;
-    posix_spawn_file_actions_destroy(&actions);
+    m_Id = fork();
+    if (m_Id == 0)
+    {
+        // Only what is safe between fork and exec.
+#ifdef __linux__
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+#endif
+        dup2(input[0], 0);
+        dup2(output[1], 1);
+        dup2(output[1], 2);
+        for (int handle = 3; handle < kMostHandles; ++handle)
+            close(handle);
+        execvp(arguments[0], arguments.data());
+        _exit(127);
+    }
     close(input[0]);
     close(output[1]);
     m_Input = input[1];

@@ -1,13 +1,16 @@
 // A real SOCKS5 server, from a package of the system, while a test lasts.
 #pragma once
 
-#include "tests/support/loopback.h"
+#include "framework/system.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace test
 {
+
+class Child;
 
 // Listens on a free port of 127.0.0.1. Ended with the object, and with the test should that die first.
 class SocksServer
@@ -25,12 +28,7 @@ public:
     unsigned short port() const { return m_Port; }
 
 private:
-    bool begin(const std::string& program, const std::vector<std::string>& words);
-    bool hasEnded();
-    void end();
-
-    // The process's number; 0 for none.
-    int m_Process = 0;
+    std::unique_ptr<Child> m_Child;
     unsigned short m_Port = 0;
     bool m_IsUp = false;
     std::string m_Reason;

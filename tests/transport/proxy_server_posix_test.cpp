@@ -1,6 +1,7 @@
 // The proxy socket through real SOCKS5 servers, to a real server of commands.
 #include "transport/framework_client_proxy_socket.h"
 
+#include "tests/support/loopback.h"
 #include "tests/support/proxy_client.h"
 #include "tests/support/socks_server.h"
 
