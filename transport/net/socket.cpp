@@ -39,7 +39,8 @@ String_T<wchar_t> Socket::getHostName()
 
 hostent* Socket::gethostbyname(const char* name)
 {
-    return name ? ::gethostbyname(name) : nullptr;
+    // The empty name is this machine to Windows, and nobody elsewhere.
+    return name && *name ? ::gethostbyname(name) : nullptr;
 }
 
 unsigned int Socket::inet_addr(const char* text)
