@@ -176,8 +176,10 @@ String_T<wchar_t> getTempDirectory()
 
 String_T<wchar_t> createTempFile(const wchar_t* directory)
 {
+    // Windows refuses a longer one; Wine writes past the end of the path.
+    constexpr size_t kMaxDirectory = MAX_PATH - 14;
     wchar_t path[MAX_PATH + 1] = L"";
-    if (!GetTempFileNameW(directory, L"", 0, path))
+    if (wcslen(directory) > kMaxDirectory || !GetTempFileNameW(directory, L"", 0, path))
         return String_T<wchar_t>();
     return withForwardSlashes(path, static_cast<DWORD>(wcslen(path)));
 }

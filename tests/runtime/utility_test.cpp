@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstdlib>
 #include <cwchar>
 #include <filesystem>
 #include <fstream>
@@ -282,7 +283,9 @@ TEST_F(CZETUtilityPaths, AnotherTempPathTakesTheFileAway)
     // The path that is set already may be given again.
     CZETUtility::SetTempPath(CZETUtility::GetTempPathW());
     EXPECT_EQ(filesIn(m_Root / "b"), 1u);
-    EXPECT_TRUE(fs::equivalent(pathOf(CZETUtility::tempPath), m_Root / "b"));
+    const fs::path path = pathOf(CZETUtility::tempPath);
+    EXPECT_FALSE(path.has_filename());
+    EXPECT_TRUE(fs::equivalent(path.parent_path(), m_Root / "b"));
 }
 
 TEST_F(CZETUtilityPaths, RelativeTempPathIsMadeBelowTheCurrentDirectory)
@@ -349,6 +352,9 @@ TEST_F(CZETUtilityPaths, TempPathTakes130UnitsOfTheWorkPath)
 
 TEST_F(CZETUtilityPaths, GivenTempPathIsCutAt275Units)
 {
+#ifdef _WIN32
+    GTEST_SKIP() << "Windows makes no file in so long a path";
+#endif
     Wide path = textOf(m_Root);
     while (path.getLength() < 300)
         path += L"/0123456789";
@@ -358,9 +364,34 @@ TEST_F(CZETUtilityPaths, GivenTempPathIsCutAt275Units)
     EXPECT_FALSE(fs::exists(pathOf(path)));
 }
 
+#ifdef _WIN32
+TEST_F(CZETUtilityPaths, GivenPathTooLongForWindowsGivesWayToTheWorkDirectory)
+{
+    CZETUtility::SetWorkPath(textOf(m_Root));
+    const Wide expected = textOf(m_Root / "tmp");
+    const std::wstring root = textOf(m_Root).getBuffer();
+    for (const size_t length : {size_t{247}, size_t{260}, size_t{275}, size_t{300}})
+    {
+        std::wstring path = root;
+        while (path.size() < length)
+            path += L"/0123456789";
+        EXPECT_STREQ(CZETUtility::SetTempPath(path.substr(0, length).c_str()), expected.getBuffer()) << length;
+        EXPECT_EQ(filesIn(m_Root / "tmp"), 1u);
+    }
+}
+#endif
+
 TEST_F(CZETUtilityPaths, TempFileGoesWithTheProcess)
 {
-    const fs::path directory = m_Root / "exit";
+    fs::path directory = m_Root / "exit";
+#ifdef _WIN32
+    // The child is the program started anew, with a root of its own: it is told the parent's directory.
+    constexpr char kTold[] = "COMMONGROUND_TEST_DIRECTORY";
+    if (const char* told = std::getenv(kTold))
+        directory = told;
+    else
+        _putenv_s(kTold, directory.string().c_str());
+#endif
     EXPECT_EXIT(
         {
             CZETUtility::SetTempPath(textOf(directory));
@@ -369,6 +400,9 @@ TEST_F(CZETUtilityPaths, TempFileGoesWithTheProcess)
             std::exit(filesIn(directory) == 1 ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
+#ifdef _WIN32
+    _putenv_s(kTold, "");
+#endif
     EXPECT_EQ(filesIn(directory), 0u);
 }
 
