@@ -2,6 +2,8 @@
 
 #ifdef _WIN32
 #include <winsock2.h>
+// After winsock2.h, which takes the place of an older one in it.
+#include <windows.h>
 #else
 #include <sys/socket.h>
 #include <unistd.h>
@@ -27,6 +29,12 @@ void closeRaw(unsigned int handle)
     ::closesocket(handle);
 }
 
+bool looksResetLikeEnd()
+{
+    const HMODULE system = ::GetModuleHandleW(L"ntdll.dll");
+    return system && ::GetProcAddress(system, "wine_get_version") != nullptr;
+}
+
 #else
 
 bool sendRaw(unsigned int handle, const void* data, std::size_t size)
@@ -42,6 +50,11 @@ bool endOutput(unsigned int handle)
 void closeRaw(unsigned int handle)
 {
     ::close(static_cast<int>(handle));
+}
+
+bool looksResetLikeEnd()
+{
+    return false;
 }
 
 #endif

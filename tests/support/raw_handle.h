@@ -14,5 +14,7 @@ bool endOutput(unsigned int handle);
 void closeRaw(unsigned int handle);
 // Closes the handle with a reset.
 bool resetRaw(unsigned int handle);
+// Whether a reset reaches the peer as an orderly end: Wine answers each receive behind one with 0.
+bool looksResetLikeEnd();
 
 } // namespace test

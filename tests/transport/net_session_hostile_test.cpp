@@ -280,6 +280,8 @@ TEST(NetSessionPeer, AHugeLengthWithinTheLimitCostsWhatItsBytesCost)
 
 TEST(NetSessionPeer, AResetEndsTheSessionWithAnAbort)
 {
+    if (test::looksResetLikeEnd())
+        GTEST_SKIP() << "Wine tells of a reset as of an orderly end";
     NetPair net;
     RawPeer peer(net);
     peer.send(kGreeting);
