@@ -136,8 +136,9 @@ TEST(Json, TextThatIsNoValueIsRefused)
                                 L"{a:1}", L"tru",     L"\"open",      L"'a'",    L"-",    L"1.",       L"1e",
                                 L"1e999", L"\"\\x\"", L"\"\\ud800\"", L"\"\n\"", L"]",    L"// no\n1", L"NaN"})
         EXPECT_EQ(taken(text), -1) << std::string(text, text + std::wcslen(text));
+    // A unit of 16 bits is a character whatever it is.
     const wchar_t odd[] = {L'"', static_cast<wchar_t>(-1), L'"', L'\0'};
-    EXPECT_EQ(taken(odd), -1);
+    EXPECT_EQ(taken(odd), sizeof(wchar_t) == 2 ? 3 : -1);
     JsonValue value(5);
     EXPECT_EQ(Json::parseValue(nullptr, value), nullptr);
     EXPECT_TRUE(value.isNull());

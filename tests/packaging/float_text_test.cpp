@@ -38,6 +38,16 @@ bool sameBits(float a, float b)
 // One float both ways against the standard functions.
 void check(float value)
 {
+    if (std::isnan(value))
+    {
+        // Not every platform's functions tell the sign of one.
+        const std::string text = std::signbit(value) ? "-nan" : "nan";
+        ASSERT_EQ(printed(value), text);
+        float got = -7;
+        ASSERT_TRUE(scan(text, got));
+        ASSERT_TRUE(sameBits(got, std::copysign(std::numeric_limits<float>::quiet_NaN(), value))) << text;
+        return;
+    }
     const std::string text = byPrintf(value);
     ASSERT_EQ(printed(value), text);
     float expected = -7;
