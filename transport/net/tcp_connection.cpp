@@ -3,6 +3,7 @@
 #include "framework/string_helper.h"
 #include "framework/thread.h"
 #include "transport/net/inner/peer_text.h"
+#include "transport/net/inner/resolve.h"
 #include "transport/net/inner/tcp_link.h"
 
 #include <asio/ip/tcp.hpp>
@@ -19,27 +20,6 @@ using asio::ip::tcp;
 using inner::Reactor;
 using inner::TcpLink;
 using inner::TcpLinkRef;
-
-// The address of a text; a host name is asked of the resolver.
-bool resolve(const wchar_t* text, unsigned short port, tcp::endpoint& endpoint, asio::io_context& context)
-{
-    if (!text || !*text)
-        return false;
-    const String_T<char> name = StringHelper::wideToUtf8(text);
-    asio::error_code fault;
-    const auto address = asio::ip::make_address_v4(name.getBuffer(), fault);
-    if (!fault)
-    {
-        endpoint = tcp::endpoint(address, port);
-        return true;
-    }
-    tcp::resolver resolver(context);
-    const auto found = resolver.resolve(tcp::v4(), name.getBuffer(), std::to_string(port), fault);
-    if (fault || found.empty())
-        return false;
-    endpoint = found.begin()->endpoint();
-    return true;
-}
 
 } // namespace
 
@@ -249,7 +229,7 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
         return false;
     const auto reactor = Reactor::of(getSystem());
     tcp::endpoint peer;
-    if (!reactor || !resolve(ip, port, peer, reactor->context()))
+    if (!reactor || !ip || !*ip || !inner::resolve<tcp>(StringHelper::wideToUtf8(ip), port, peer, reactor->context()))
         return false;
     const TcpLinkRef link(new TcpLink(*reactor));
     asio::error_code fault;

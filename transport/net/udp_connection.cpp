@@ -1,6 +1,6 @@
 #include "transport/net/udp_connection.h"
 
-#include "framework/string_helper.h"
+#include "transport/net/inner/peer_text.h"
 #include "transport/net/inner/udp_router.h"
 
 #include <algorithm>
@@ -90,11 +90,7 @@ void UdpServer::UdpConnection::onClose() {}
 
 String_T<wchar_t> UdpServer::UdpConnection::getPeerName() const
 {
-    if (m_PeerAddress == 0 && m_PeerPort == 0)
-        return String_T<wchar_t>();
-    unsigned char bytes[4];
-    std::memcpy(bytes, &m_PeerAddress, sizeof bytes);
-    return formatText(L"%d.%d.%d.%d:%d", bytes[0], bytes[1], bytes[2], bytes[3], m_PeerPort);
+    return m_PeerAddress == 0 && m_PeerPort == 0 ? String_T<wchar_t>() : inner::peerText(m_PeerAddress, m_PeerPort);
 }
 
 size_t UdpServer::UdpConnection::getOutputSize() const

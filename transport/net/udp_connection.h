@@ -113,7 +113,7 @@ class COMMONGROUND_API UdpReliableConnection : public UdpServer::UdpConnection
 {
 };
 
-// Encrypted, and with certificate and trust proven; also the transport's doing.
+// Encrypted, and proven as far as the TLS contexts of both sides ask; also the transport's doing.
 class COMMONGROUND_API UdpSecureConnection : public UdpReliableConnection
 {
 };

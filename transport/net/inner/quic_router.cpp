@@ -3,6 +3,7 @@
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "framework/time.h"
+#include "transport/net/inner/resolve.h"
 
 #include <asio/ip/udp.hpp>
 #include <gnutls/crypto.h>
@@ -17,24 +18,6 @@ namespace
 {
 
 using Connection = UdpServer::UdpConnection;
-
-// The address of a text; a host name is asked of the resolver.
-bool resolve(const char* name, unsigned short port, sockaddr_in& address, asio::io_context& context)
-{
-    using asio::ip::udp;
-    asio::error_code fault;
-    udp::endpoint endpoint(asio::ip::make_address_v4(name, fault), port);
-    if (fault)
-    {
-        udp::resolver resolver(context);
-        const auto found = resolver.resolve(udp::v4(), name, std::to_string(port), fault);
-        if (fault || found.empty())
-            return false;
-        endpoint = found.begin()->endpoint();
-    }
-    address = *reinterpret_cast<const sockaddr_in*>(endpoint.data());
-    return port != 0;
-}
 
 void reportThrown(const char* what)
 {
@@ -132,9 +115,10 @@ bool QuicRouter::connect(Connection& connection, const wchar_t* ip, unsigned sho
     if (!m_Server || !ip || !*ip || !UdpLink::isFree(connection))
         return false;
     const String_T<char> name = StringHelper::wideToUtf8(ip);
-    sockaddr_in peer;
-    if (!resolve(name, port, peer, m_Reactor->context()))
+    asio::ip::udp::endpoint endpoint;
+    if (port == 0 || !resolve<asio::ip::udp>(name, port, endpoint, m_Reactor->context()))
         return false;
+    const sockaddr_in& peer = *reinterpret_cast<const sockaddr_in*>(endpoint.data());
     QuicLink& link = keep(std::make_unique<QuicLink>(*this));
     if (!link.openClient(peer, name, id))
     {
