@@ -74,16 +74,17 @@ bool Demo::play()
     const int count = static_cast<int>(std::size(kSteps));
     for (int i = 0; i < count; ++i)
     {
-        say("[%d/%d] %s", i + 1, count, kSteps[i].m_Title);
+        const Step& step = kSteps[i];
+        say("[%d/%d] %s", i + 1, count, step.m_Title);
         try
         {
-            (this->*kSteps[i].m_Play)();
+            (this->*step.m_Play)();
         }
         catch (const Failure& failure)
         {
             for (Actor* actor : std::initializer_list<Actor*>{&m_Registry, &m_Alpha, &m_Beta, &m_Gamma})
                 actor->showLines();
-            say("demo: step %d of %d failed (%s): %s", i + 1, count, kSteps[i].m_Title, failure.what());
+            say("demo: step %d of %d failed (%s): %s", i + 1, count, step.m_Title, failure.what());
             return false;
         }
     }
