@@ -1,6 +1,5 @@
 // What connections cost while nothing happens on them, and in what portions output leaves.
 #include "tests/support/allocations.h"
-#include "tests/support/handle_limit.h"
 #include "tests/support/loopback.h"
 #include "tests/support/net_pair.h"
 #include "tests/support/system_calls.h"
@@ -8,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #ifdef COUNTS_SYSTEM_CALLS
+#include "tests/support/handle_limit.h"
 
 namespace
 {
