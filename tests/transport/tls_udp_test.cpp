@@ -1,9 +1,7 @@
 // Who proves what to whom over UDP.
 #include "tests/support/log_lines.h"
 #include "tests/support/tls_certificates.h"
-#include "tests/support/udp_loopback.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/udp_test.h"
 
 namespace
 {
@@ -12,18 +10,11 @@ using test::Authority;
 using test::Certificate;
 using test::NoteSocket;
 using test::NoteSocketHandle;
-using test::UdpNet;
 using Context = zet::Unknown::Handle_T<zet::TlsContext>;
 
-class TlsUdp : public testing::Test
+class TlsUdp : public test::UdpTest
 {
 protected:
-    void SetUp() override
-    {
-        if (!zet::UdpServer::isAvailable())
-            GTEST_SKIP() << "built without connections over UDP";
-    }
-
     static Context contextOf(const Certificate& certificate, const Authority* trust)
     {
         const Context context = new zet::TlsContext;
@@ -55,7 +46,6 @@ protected:
     }
 
     Authority m_Authority{"Some Authority"};
-    UdpNet m_Net;
 };
 
 TEST_F(TlsUdp, ATrustedCertificateForTheAddressOrTheNameIsTaken)

@@ -1,9 +1,7 @@
 // Datagrams of those who hide who they are, or know nothing of the protocol.
 #include "tests/support/allocations.h"
-#include "tests/support/udp_loopback.h"
 #include "tests/support/udp_road.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/udp_test.h"
 
 #include <random>
 
@@ -13,17 +11,10 @@ namespace
 using test::BareUdp;
 using test::NoteCommand;
 using test::NoteSocketHandle;
-using test::UdpNet;
 
-class UdpForged : public testing::Test
+class UdpForged : public test::UdpTest
 {
 protected:
-    void SetUp() override
-    {
-        if (!zet::UdpServer::isAvailable())
-            GTEST_SKIP() << "built without connections over UDP";
-        ASSERT_TRUE(m_Net.m_IsListening);
-    }
     std::string noise(size_t size)
     {
         std::string bytes(size, 0);
@@ -45,7 +36,6 @@ protected:
         return bytes + noise(rest);
     }
 
-    UdpNet m_Net;
     std::mt19937 m_Random{7};
 };
 
@@ -53,7 +43,7 @@ TEST_F(UdpForged, TenThousandForgedAttemptsKeepNothingAndDrawLessThanTheySend)
 {
     const NoteSocketHandle socket = m_Net.connect();
     ASSERT_TRUE(socket);
-    m_Net.until([] { return false; }, 200);
+    settle();
     std::optional<long long> before;
     size_t sent = 0, drawn = 0, answers = 0;
     const auto traffic = m_Net.m_Server->getTraffic();

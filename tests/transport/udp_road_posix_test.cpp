@@ -1,8 +1,6 @@
 // Connections over a road that loses, doubles, delays and reorders datagrams; and a road that ends.
-#include "tests/support/udp_loopback.h"
 #include "tests/support/udp_road.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/udp_test.h"
 
 #include <optional>
 
@@ -16,14 +14,9 @@ using test::Road;
 using test::RoadProfile;
 using test::UdpNet;
 
-class UdpRoad : public testing::Test
+class UdpRoad : public test::UdpTest
 {
 protected:
-    void SetUp() override
-    {
-        if (!zet::UdpServer::isAvailable())
-            GTEST_SKIP() << "built without connections over UDP";
-    }
     void build(const RoadProfile& profile, unsigned int seed)
     {
         m_Road.emplace(m_Net.m_Server->getPort(), m_Net.m_Port->getPort(), profile, seed);
@@ -72,7 +65,6 @@ protected:
         EXPECT_TRUE(m_Net.m_Port->m_UserData.empty());
     }
 
-    UdpNet m_Net;
     std::optional<Road> m_Road;
 };
 
@@ -172,7 +164,7 @@ TEST_F(UdpRoad, APeerWhoMissedTheFarewellGetsItAgain)
     build({}, 1);
     const NoteSocketHandle socket = m_Net.connect();
     ASSERT_TRUE(socket);
-    m_Net.until([] { return false; }, 200);
+    settle();
     socket->close();
     m_Road->m_IsCut = true;
     m_Net.step();

@@ -1,8 +1,6 @@
 #include "transport/net/udp_server.h"
 
-#include "tests/support/udp_loopback.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/udp_test.h"
 
 #include <algorithm>
 #include <string>
@@ -22,18 +20,10 @@ using test::NoteSocketHandle;
 using test::NoteUdpServer;
 using test::UdpNet;
 
-class UdpServer : public testing::Test
+class UdpServer : public test::UdpTest
 {
 protected:
-    explicit UdpServer(const zet::UdpServer::Settings& settings = {}) : m_Net(settings) {}
-    void SetUp() override
-    {
-        if (!zet::UdpServer::isAvailable())
-            GTEST_SKIP() << "built without connections over UDP";
-        ASSERT_TRUE(m_Net.m_IsListening);
-    }
-
-    UdpNet m_Net;
+    explicit UdpServer(const zet::UdpServer::Settings& settings = {}) : UdpTest(settings) {}
 };
 
 TEST_F(UdpServer, TheIdThatConnectTakesReachesTheServerBeforeItAccepts)

@@ -1,9 +1,7 @@
 #include "transport/udp_client_socket.h"
 
 #include "tests/support/log_lines.h"
-#include "tests/support/udp_loopback.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/udp_test.h"
 
 namespace
 {
@@ -13,16 +11,9 @@ using test::NoteSocket;
 using test::NoteSocketHandle;
 using test::UdpNet;
 
-class UdpClient : public testing::Test
+class UdpClient : public test::UdpTest
 {
 protected:
-    void SetUp() override
-    {
-        if (!zet::UdpServer::isAvailable())
-            GTEST_SKIP() << "built without connections over UDP";
-        ASSERT_TRUE(m_Net.m_IsListening);
-    }
-
     // Bytes as they lie on the connection, sent beside the commands.
     static std::vector<unsigned char> messageOf(const CCmdHead& command)
     {
@@ -48,8 +39,6 @@ protected:
         ASSERT_TRUE(packager.Write(bytes.data(), static_cast<int>(bytes.size())));
         ASSERT_EQ(packager.Pack(nullptr, 0), frame);
     }
-
-    UdpNet m_Net;
 };
 
 TEST_F(UdpClient, ACommandArrivesAndIsAnswered)
@@ -231,7 +220,7 @@ TEST_F(UdpClient, WhoIsSentToInTheTickOfHisEndIsStillToldOfIt)
     const NoteSocketHandle first = m_Net.connect();
     const NoteSocketHandle second = m_Net.connect();
     ASSERT_TRUE(first && second);
-    m_Net.until([] { return false; }, 200);
+    settle();
     NoteSocket& speaker = *m_Net.m_Server->m_Accepted[0];
     NoteSocket& leaver = *m_Net.m_Server->m_Accepted[1];
     bool wasTold = true;

@@ -1,8 +1,6 @@
 // What a host's overrides throw, on a port of connections over UDP.
 #include "tests/support/log_lines.h"
-#include "tests/support/udp_loopback.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/udp_test.h"
 
 #include <stdexcept>
 
@@ -19,19 +17,9 @@ using test::NoteCommand;
 using test::NoteSocket;
 using test::NoteSocketHandle;
 using test::NoteUdpServer;
-using test::UdpNet;
 
-class UdpThrowing : public testing::Test
+class UdpThrowing : public test::UdpTest
 {
-protected:
-    void SetUp() override
-    {
-        if (!zet::UdpServer::isAvailable())
-            GTEST_SKIP() << "built without connections over UDP";
-        ASSERT_TRUE(m_Net.m_IsListening);
-    }
-
-    UdpNet m_Net;
 };
 
 TEST_F(UdpThrowing, WhatATaskThrowsInItsTickLosesNothing)

@@ -1,0 +1,31 @@
+// What tests of connections over UDP begin with.
+#pragma once
+
+#include "tests/support/udp_loopback.h"
+
+#include <gtest/gtest.h>
+
+namespace test
+{
+
+// A test with one UdpNet; skipped where the library has no connections over UDP.
+class UdpTest : public testing::Test
+{
+protected:
+    explicit UdpTest(const zet::UdpServer::Settings& settings = {}) : m_Net(settings) {}
+    void SetUp() override
+    {
+        if (!zet::UdpServer::isAvailable())
+            GTEST_SKIP() << "built without connections over UDP";
+        ASSERT_TRUE(m_Net.m_IsListening);
+    }
+    // Until all that was under way has arrived and was confirmed.
+    void settle()
+    {
+        m_Net.until([] { return false; }, 200);
+    }
+
+    UdpNet m_Net;
+};
+
+} // namespace test
