@@ -57,6 +57,8 @@ public:
     // Takes what has come and passes on what is due.
     void step();
 
+    // Sees each datagram that comes, and the port that it is for.
+    std::function<void(unsigned short to, const std::string& bytes)> m_Watch;
     // Nothing passes while it is set.
     bool m_IsCut = false;
     int m_Passed = 0;

@@ -83,6 +83,8 @@ void Road::step()
     while (m_Socket.receive(bytes, from))
     {
         const unsigned short to = from == m_Server ? m_Clients : m_Server;
+        if (m_Watch)
+            m_Watch(to, bytes);
         if (m_IsCut || static_cast<int>(m_Random() % 1000) < m_Profile.m_Lost)
         {
             ++m_LostCount;
