@@ -30,6 +30,9 @@ if(COMMONGROUND_TLS)
 else()
   list(FILTER sources EXCLUDE REGEX "/tls_[a-z_]+\\.cpp$")
 endif()
+if(NOT COMMONGROUND_UDP)
+  list(FILTER sources EXCLUDE REGEX "/quic_[a-z_]+\\.cpp$")
+endif()
 if(sources)
   add_executable(commonground_tests ${sources})
   target_link_libraries(commonground_tests PRIVATE
@@ -38,6 +41,10 @@ if(sources)
   if(COMMONGROUND_TLS)
     # Certificates are made while the tests run.
     target_link_libraries(commonground_tests PRIVATE PkgConfig::gnutls)
+  endif()
+  if(COMMONGROUND_UDP)
+    # A peer of another make.
+    target_link_libraries(commonground_tests PRIVATE PkgConfig::ngtcp2)
   endif()
   if(MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # This compiler takes copies into and out of longer texts for such of a text's short form.
