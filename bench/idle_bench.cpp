@@ -1,9 +1,7 @@
 // What thousands of connections cost a server while nothing happens on them: a tick's time, and the memory of each.
 // Beside it a tick with no connection. How many: idle_bench [CONNECTIONS].
+#include "bench/support/loopback.h"
 #include "bench/support/rounds.h"
-#include "dispatch/analyser_socket.h"
-#include "framework/system.h"
-#include "transport/framework_server_socket.h"
 
 #include <arpa/inet.h>
 #include <sys/resource.h>
@@ -19,22 +17,6 @@ namespace
 {
 
 constexpr int kConnections = 10000;
-
-class Client : public CFrameworkClientSocket
-{
-public:
-    explicit Client(CCmdAnalyserSocket* analyser) : CFrameworkClientSocket(analyser) {}
-};
-
-class Server : public CFrameworkServerSocket
-{
-public:
-    explicit Server(CCmdAnalyserSocket* analyser) : CFrameworkServerSocket(L"127.0.0.1", 0), m_pAnalyser(analyser) {}
-
-    void onAccept() override { accept(zet::Unknown::Handle_T<Client>(new Client(m_pAnalyser))); }
-
-    CCmdAnalyserSocket* m_pAnalyser;
-};
 
 long residentBytes()
 {
@@ -81,7 +63,7 @@ int main(int argc, char** argv)
     CCmdAnalyserSocket analyser;
     zet::System system;
     system.init();
-    const zet::Unknown::Handle_T<Server> server = new Server(&analyser);
+    const zet::Unknown::Handle_T<bench::Server> server = new bench::Server(&analyser);
     server->start(&system);
     if (count < 1 || !server->listen(0, 4096))
     {

@@ -1,11 +1,9 @@
 // Commands over the loopback against an epoll loop by hand with the same packets. Two processes, once on one core and
 // once where the system puts them: there and back again, and one way as fast as they go.
+#include "bench/support/loopback.h"
 #include "bench/support/raw_echo.h"
 #include "bench/support/rounds.h"
 #include "commands/registry.h"
-#include "dispatch/analyser_socket.h"
-#include "framework/system.h"
-#include "transport/framework_server_socket.h"
 
 #include <sched.h>
 #include <sys/socket.h>
@@ -90,22 +88,6 @@ void onEcho(CCommandSocket* socket, CCmdHead* command, unsigned long every, unsi
         socket->send(*command);
 }
 
-class Client : public CFrameworkClientSocket
-{
-public:
-    explicit Client(CCmdAnalyserSocket* analyser) : CFrameworkClientSocket(analyser) {}
-};
-
-class Server : public CFrameworkServerSocket
-{
-public:
-    explicit Server(CCmdAnalyserSocket* analyser) : CFrameworkServerSocket(L"127.0.0.1", 0), m_pAnalyser(analyser) {}
-
-    void onAccept() override { accept(zet::Unknown::Handle_T<Client>(new Client(m_pAnalyser))); }
-
-    CCmdAnalyserSocket* m_pAnalyser;
-};
-
 // Rounds of commands to a server in another process. A round sends batch commands at a time, count in all, and ends
 // when the answers are there.
 std::vector<double> runOwn(int every, int count, int batch)
@@ -121,7 +103,7 @@ std::vector<double> runOwn(int every, int count, int batch)
                              static_cast<unsigned long>(every), 0);
             zet::System system;
             system.init();
-            const zet::Unknown::Handle_T<Server> server = new Server(&analyser);
+            const zet::Unknown::Handle_T<bench::Server> server = new bench::Server(&analyser);
             server->start(&system);
             const int port = server->listen(0, 5) ? server->zet::TcpServer::getPort() : 0;
             if (write(ports[1], &port, sizeof port) != sizeof port)
@@ -146,7 +128,7 @@ std::vector<double> runOwn(int every, int count, int batch)
     analyser.Install(command_id::CCmdServerEcho, CCmdServerEcho::CCmdServerEcho_ProcessSocket, onBack, 0, 0);
     zet::System system;
     system.init();
-    const zet::Unknown::Handle_T<Client> client = new Client(&analyser);
+    const zet::Unknown::Handle_T<bench::Client> client = new bench::Client(&analyser);
     client->start(&system);
     client->connect(L"127.0.0.1", static_cast<unsigned short>(port), false);
     while (client->getConnectionState() == zet::TcpConnection::kConnecting)

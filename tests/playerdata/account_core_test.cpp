@@ -5,6 +5,7 @@
 #include "packaging/data_packager.h"
 #include "playerdata/game_kinds.h"
 #include "tests/support/allocations.h"
+#include "tests/support/record_helpers.h"
 
 #include <gtest/gtest.h>
 
@@ -15,14 +16,8 @@
 namespace
 {
 
-FGameItem itemOf(const wchar_t* name, int num, const wchar_t* deadline = L"")
-{
-    FGameItem item;
-    item.m_Name = name;
-    item.m_Num = num;
-    item.m_Deadline = deadline;
-    return item;
-}
+using test::bytesOf;
+using test::itemOf;
 
 FGameTraining trainingOf(int id)
 {
@@ -33,13 +28,6 @@ FGameTraining trainingOf(int id)
     game.m_CDDuration = 1800;
     game.m_CDTime = 600.0f;
     return game;
-}
-
-std::string bytesOf(const AccountData& account)
-{
-    CCmdPackager packager;
-    EXPECT_TRUE(account.Write(&packager));
-    return {reinterpret_cast<const char*>(packager.GetBuffer()), static_cast<size_t>(packager.GetDataSize())};
 }
 
 // Every member away from its default.

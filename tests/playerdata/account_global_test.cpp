@@ -4,6 +4,7 @@
 #include "packaging/cmd_packager.h"
 #include "packaging/data_packager.h"
 #include "playerdata/account_core.h"
+#include "tests/support/record_helpers.h"
 
 #include <gtest/gtest.h>
 
@@ -13,14 +14,10 @@
 namespace
 {
 
-constexpr const wchar_t* kNow = L"2020-5-6 12:00:00";
+using test::bytesOf;
+using test::secondsOf;
 
-long long secondsOf(const wchar_t* date)
-{
-    zet::Time time;
-    EXPECT_TRUE(time.convertFromString(date));
-    return time.getSeconds();
-}
+constexpr const wchar_t* kNow = L"2020-5-6 12:00:00";
 
 zet::String_T<wchar_t> dateOf(long long seconds)
 {
@@ -52,13 +49,6 @@ std::vector<int> loadedServers(const wchar_t* text)
     AccountGlobalData global;
     global.ConvertLastServerListFromString(text);
     return global.m_LastServerList;
-}
-
-std::string bytesOf(const AccountGlobalData& global)
-{
-    CCmdPackager packager;
-    EXPECT_TRUE(global.Write(&packager));
-    return {reinterpret_cast<const char*>(packager.GetBuffer()), static_cast<size_t>(packager.GetDataSize())};
 }
 
 AccountGlobalData filledGlobal()

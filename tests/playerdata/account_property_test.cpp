@@ -7,6 +7,7 @@
 #include "packaging/cmd_packager.h"
 #include "packaging/data_packager.h"
 #include "tests/support/allocations.h"
+#include "tests/support/record_helpers.h"
 
 #include <gtest/gtest.h>
 
@@ -19,6 +20,7 @@
 namespace
 {
 
+using test::bytesOf;
 using Text = zet::String_T<wchar_t>;
 using Random = std::mt19937;
 
@@ -116,14 +118,6 @@ AccountData freshAccount()
     for (int id = 1; id < 100; ++id)
         account.m_TrainingMap[id].m_GameId = id;
     return account;
-}
-
-template <class Packager, class Record>
-std::string bytesOf(const Record& record)
-{
-    const auto packager = std::make_unique<Packager>();
-    EXPECT_TRUE(record.Write(packager.get()));
-    return {reinterpret_cast<const char*>(packager->GetBuffer()), static_cast<size_t>(packager->GetDataSize())};
 }
 
 template <class Packager>

@@ -1,6 +1,7 @@
 #include "playerdata/account_core.h"
 
 #include "framework/time.h"
+#include "tests/support/record_helpers.h"
 
 #include <gtest/gtest.h>
 
@@ -10,14 +11,9 @@
 namespace
 {
 
+using test::itemOf;
+using test::secondsOf;
 using Text = zet::String_T<wchar_t>;
-
-long long secondsOf(const wchar_t* date)
-{
-    zet::Time time;
-    EXPECT_TRUE(time.convertFromString(date));
-    return time.getSeconds();
-}
 
 std::wstring wide(const Text& text)
 {
@@ -38,15 +34,6 @@ FGameTraining trainingOf(int id)
     FGameTraining game;
     game.m_GameId = id;
     return game;
-}
-
-FGameItem itemOf(const wchar_t* name, int num, const wchar_t* deadline = L"")
-{
-    FGameItem item;
-    item.m_Name = name;
-    item.m_Num = num;
-    item.m_Deadline = deadline;
-    return item;
 }
 
 // The pieces of a loaded record, 0 where it was dropped.

@@ -3,6 +3,7 @@
 #include "framework/time.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/data_packager.h"
+#include "tests/support/record_helpers.h"
 
 #include <gtest/gtest.h>
 
@@ -13,12 +14,8 @@
 namespace
 {
 
-long long secondsOf(const wchar_t* date)
-{
-    zet::Time time;
-    EXPECT_TRUE(time.convertFromString(date));
-    return time.getSeconds();
-}
+using test::bytesOf;
+using test::secondsOf;
 
 // Every field of the base away from its default.
 FGameObject filledObject()
@@ -51,15 +48,6 @@ void expectBase(const FGameObject& object, int gameType)
     EXPECT_TRUE(object.m_Text5 == L"t5");
     EXPECT_EQ(object.m_BestScore, 85.5f);
     EXPECT_EQ(object.m_SecondScore, 7.25f);
-}
-
-// The bytes of a record, which compare records member by member.
-template <class Record>
-std::string bytesOf(const Record& record)
-{
-    CCmdPackager packager;
-    EXPECT_TRUE(record.Write(&packager));
-    return {reinterpret_cast<const char*>(packager.GetBuffer()), static_cast<size_t>(packager.GetDataSize())};
 }
 
 template <class Game>

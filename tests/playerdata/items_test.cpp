@@ -4,6 +4,7 @@
 #include "framework/time.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/data_packager.h"
+#include "tests/support/record_helpers.h"
 
 #include <gtest/gtest.h>
 
@@ -13,21 +14,8 @@
 namespace
 {
 
-long long secondsOf(const wchar_t* date)
-{
-    zet::Time time;
-    EXPECT_TRUE(time.convertFromString(date));
-    return time.getSeconds();
-}
-
-FGameItem itemOf(const wchar_t* name, int num, const wchar_t* deadline = L"")
-{
-    FGameItem item;
-    item.m_Name = name;
-    item.m_Num = num;
-    item.m_Deadline = deadline;
-    return item;
-}
+using test::itemOf;
+using test::secondsOf;
 
 FInPurchaseGameTrade tradeOf(const wchar_t* name, int cost)
 {
