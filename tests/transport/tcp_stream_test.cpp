@@ -62,6 +62,22 @@ std::string readAll(zet::TcpStream& stream)
     return text;
 }
 
+// The bytes and the end come with the same news, and nothing tells of the end again.
+TEST(TcpStream, AnEndThatComesTogetherWithTheLastBytesIsSeen)
+{
+    Pair pair;
+    ASSERT_TRUE(pair.m_IsUp);
+    ASSERT_EQ(pair.m_Near->send("last", 4), 4);
+    pair.m_Near->close();
+    ASSERT_TRUE(tickUntil(pair.m_System, [&] { return pair.m_Far->available() == 4; }));
+    EXPECT_EQ(readAll(*pair.m_Far), "last");
+    EXPECT_TRUE(tickUntil(pair.m_System,
+                          [&] {
+                              return pair.m_Far->available() == 0 &&
+                                     pair.m_Far->getConnectionState() == zet::TcpConnection::kClosedByPeer;
+                          }));
+}
+
 TEST(TcpStream, BytesArriveAndAreReadPeekedAndSkipped)
 {
     Pair pair;

@@ -94,7 +94,7 @@ bool TcpConnection::attach(unsigned int handle)
         link->m_Socket.assign(tcp::v4(), static_cast<TcpLink::Socket::native_handle_type>(handle), fault);
         if (fault)
             return false;
-        if (!link->prepare())
+        if (!link->prepare() || !link->watch())
         {
             link->m_Socket.release(fault);
             return false;
@@ -104,8 +104,9 @@ bool TcpConnection::attach(unsigned int handle)
         m_Handle = handle;
         readPeer();
     }
+    if (!m_Link->watch())
+        return false;
     m_State = kEstablished;
-    m_Link->waitForInput();
     announceOutput();
     return true;
 }
@@ -136,6 +137,7 @@ unsigned int TcpConnection::detach()
 {
     if (m_Link)
     {
+        m_Link->unwatch();
         asio::error_code ignored;
         m_Link->m_Socket.release(ignored);
         drop();
@@ -173,6 +175,7 @@ void TcpConnection::drop()
 {
     TcpLink* const link = std::exchange(m_Link, nullptr);
     link->m_Owner = nullptr;
+    link->unwatch();
     asio::error_code ignored;
     link->m_Socket.close(ignored);
     link->m_Input.drop(&m_Reactor->pool());
@@ -193,13 +196,15 @@ void TcpConnection::joinReactor()
     if (!reactor || reactor == m_Reactor)
         return;
     const TcpLinkRef link(new TcpLink(*reactor));
+    m_Link->unwatch();
     asio::error_code fault;
     const auto handle = m_Link->m_Socket.release(fault);
     if (!fault)
         link->m_Socket.assign(tcp::v4(), handle, fault);
-    if (fault || !link->prepare())
+    if (fault || !link->prepare() || !link->watch())
     {
         // The old socket takes the handle back, to be closed with it.
+        link->m_Socket.release(fault);
         m_Link->m_Socket.assign(tcp::v4(), handle, fault);
         fail(kBroken);
         return;
@@ -210,12 +215,9 @@ void TcpConnection::joinReactor()
     // Output is announced to the new reactor below.
     const unsigned char pending = m_Pending & static_cast<unsigned char>(~kOutput);
     drop();
-    // The waits of the old reactor are over; it is looked at once more, so that they are gone.
-    m_Reactor->pollOutsideTick();
     m_Reactor = reactor;
     setLink(link.get());
     m_Pending = pending;
-    m_Link->waitForInput();
     announceOutput();
 }
 
@@ -243,11 +245,13 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
     std::memcpy(&m_PeerAddress, bytes.data(), bytes.size());
     m_PeerPort = port;
     m_State = kConnecting;
-    m_Link->connect(peer);
-    // A peer on this machine has answered by now.
-    reactor->poll();
-    if (!(m_Pending & kConnected) || finishConnect())
-        return true;
+    if (m_Link->connect(peer))
+    {
+        // A peer on this machine has answered by now.
+        reactor->poll();
+        if (!(m_Pending & kConnected) || finishConnect())
+            return true;
+    }
     if (m_Link)
         drop();
     m_Handle = kNoHandle;
@@ -258,7 +262,7 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
 bool TcpConnection::finishConnect()
 {
     m_Pending &= static_cast<unsigned char>(~kConnected);
-    if (m_Link->m_ConnectResult || !m_Link->watchAnew() || !m_Link->prepare())
+    if (!m_Link->isConnected())
     {
         fail(kConnectFailed);
         return false;
@@ -304,8 +308,12 @@ int TcpConnection::receiveNow(void* data, int size, ConnectionState& end)
         end = fault == asio::error::eof ? kClosedByPeer : kBroken;
         return -1;
     }
-    // Less than asked for is all there was.
-    if (fault || got < static_cast<size_t>(size))
+    // Less than asked for is all there was; behind it may come the end, which is not told twice.
+    if (!fault && got < static_cast<size_t>(size) && m_Link->m_IsEnded)
+    {
+        hurry();
+    }
+    else if (fault || got < static_cast<size_t>(size))
     {
         m_Pending &= static_cast<unsigned char>(~kReadable);
         m_Link->waitForInput();

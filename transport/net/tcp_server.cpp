@@ -22,7 +22,6 @@ using inner::Reactor;
 using inner::TcpLink;
 using inner::TcpLinkRef;
 using inner::TcpListener;
-using ListenerRef = inner::Ref<TcpListener>;
 
 bool isOutOfHandles(const asio::error_code& fault)
 {
@@ -54,7 +53,7 @@ bool TcpServer::listen(unsigned short port, int backlog)
     const auto reactor = Reactor::of(getSystem());
     if (!reactor)
         return false;
-    const ListenerRef listener(new TcpListener(*reactor));
+    auto listener = std::make_unique<TcpListener>(*this, *reactor);
     asio::error_code fault;
     auto& acceptor = listener->m_Acceptor;
     acceptor.open(tcp::v4(), fault);
@@ -70,7 +69,7 @@ bool TcpServer::listen(unsigned short port, int backlog)
     if (fault)
         return false;
     m_Reactor = reactor;
-    return setListener(listener.get());
+    return setListener(listener);
 }
 
 bool TcpServer::attach(unsigned int handle)
@@ -80,33 +79,30 @@ bool TcpServer::attach(unsigned int handle)
     const auto reactor = Reactor::of(getSystem());
     if (!reactor)
         return false;
-    const ListenerRef listener(new TcpListener(*reactor));
+    auto listener = std::make_unique<TcpListener>(*this, *reactor);
     asio::error_code fault;
     listener->m_Acceptor.assign(tcp::v4(), static_cast<TcpListener::Acceptor::native_handle_type>(handle), fault);
     if (fault)
         return false;
     m_Reactor = reactor;
-    if (setListener(listener.get()))
+    if (setListener(listener))
         return true;
     listener->m_Acceptor.release(fault);
     return false;
 }
 
-bool TcpServer::setListener(TcpListener* listener)
+bool TcpServer::setListener(std::unique_ptr<TcpListener>& listener)
 {
     asio::error_code fault;
     listener->m_Acceptor.non_blocking(true, fault);
-    if (fault)
+    if (fault || !listener->watch())
         return false;
     const tcp::endpoint self = listener->m_Acceptor.local_endpoint(fault);
     m_ListenPort = fault ? static_cast<unsigned short>(0) : self.port();
     m_Handle = static_cast<unsigned int>(listener->m_Acceptor.native_handle());
     m_IsReady = false;
     m_IsResting = false;
-    m_Listener = listener;
-    m_Listener->addRef();
-    m_Listener->m_Owner = this;
-    m_Listener->waitForVisitor();
+    m_Listener = std::move(listener);
     return true;
 }
 
@@ -117,16 +113,15 @@ void TcpServer::joinReactor()
     const auto reactor = Reactor::of(getSystem());
     if (!reactor || reactor == m_Reactor)
         return;
-    const ListenerRef listener(new TcpListener(*reactor));
+    auto listener = std::make_unique<TcpListener>(*this, *reactor);
     asio::error_code fault;
+    m_Listener->unwatch();
     const auto handle = m_Listener->m_Acceptor.release(fault);
-    const auto old = m_Reactor;
     drop();
-    old->pollOutsideTick();
     if (!fault)
         listener->m_Acceptor.assign(tcp::v4(), handle, fault);
     m_Reactor = reactor;
-    if (fault || !setListener(listener.get()))
+    if (fault || !setListener(listener))
         Socket::close();
 }
 
@@ -142,6 +137,7 @@ unsigned int TcpServer::detach()
 {
     if (m_Listener)
     {
+        m_Listener->unwatch();
         asio::error_code ignored;
         m_Listener->m_Acceptor.release(ignored);
         drop();
@@ -159,11 +155,7 @@ void TcpServer::close()
 void TcpServer::drop()
 {
     dismiss();
-    TcpListener* const listener = std::exchange(m_Listener, nullptr);
-    listener->m_Owner = nullptr;
-    asio::error_code ignored;
-    listener->m_Acceptor.close(ignored);
-    listener->release();
+    m_Listener.reset();
     m_ListenPort = 0;
     m_IsReady = false;
 }
@@ -240,8 +232,7 @@ bool TcpServer::accept(TcpConnection* connection)
 {
     if (!m_Listener || !connection || !connection->isInvalid() || (!m_Visitor && visit() != kCome))
         return false;
-    const TcpLinkRef link(m_Visitor);
-    dismiss();
+    const TcpLinkRef link = TcpLinkRef::adopt(std::exchange(m_Visitor, nullptr));
     if (connection->take(link.get(), m_Reactor, m_TlsContext))
         return true;
     link->m_Owner = nullptr;

@@ -91,7 +91,7 @@ private:
 
     static Rule ruleOf(const unsigned char* address, const unsigned char* mask);
     static bool holds(const std::vector<Rule>& rules, unsigned int address);
-    bool setListener(inner::TcpListener* listener);
+    bool setListener(std::unique_ptr<inner::TcpListener>& listener);
     void joinReactor();
     Visit visit();
     void dismiss();
@@ -99,7 +99,7 @@ private:
 
     std::vector<Rule> m_Rejected;
     std::vector<Rule> m_Permitted;
-    inner::TcpListener* m_Listener = nullptr;
+    std::unique_ptr<inner::TcpListener> m_Listener;
     inner::TcpLink* m_Visitor = nullptr;
     std::shared_ptr<inner::Reactor> m_Reactor;
     Unknown::Handle_T<TlsContext> m_TlsContext;

@@ -21,7 +21,7 @@ private:
     int m_Count = 0;
 };
 
-// A hold on a counted object; also what a wait under way holds on to, whether it ends or is destroyed unfinished.
+// A hold on a counted object.
 template <class T>
 class Ref
 {
@@ -31,6 +31,13 @@ public:
     {
         if (m_Object)
             m_Object->addRef();
+    }
+    // Takes over what addRef() has counted.
+    static Ref adopt(T* object)
+    {
+        Ref made;
+        made.m_Object = object;
+        return made;
     }
     Ref(const Ref& other) : Ref(other.m_Object) {}
     Ref(Ref&& other) noexcept : m_Object(std::exchange(other.m_Object, nullptr)) {}

@@ -6,7 +6,7 @@
 namespace zet::inner
 {
 
-// For a handle that no socket object holds.
-void closeHandle(asio::ip::tcp::socket::native_handle_type handle);
+// Begins a connection with a socket that does not block, and waits for nothing. False where there is no way.
+bool beginConnect(asio::ip::tcp::socket::native_handle_type handle, const asio::ip::tcp::endpoint& peer);
 
 } // namespace zet::inner

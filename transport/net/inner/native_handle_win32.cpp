@@ -3,9 +3,9 @@
 namespace zet::inner
 {
 
-void closeHandle(asio::ip::tcp::socket::native_handle_type handle)
+bool beginConnect(asio::ip::tcp::socket::native_handle_type handle, const asio::ip::tcp::endpoint& peer)
 {
-    ::closesocket(handle);
+    return ::connect(handle, peer.data(), static_cast<int>(peer.size())) == 0 || ::WSAGetLastError() == WSAEWOULDBLOCK;
 }
 
 } // namespace zet::inner

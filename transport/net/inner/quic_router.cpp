@@ -99,8 +99,6 @@ bool QuicRouter::join(const std::shared_ptr<Reactor>& reactor)
         return true;
     m_Port->flush();
     const unsigned int handle = m_Port->detach();
-    // The waits of the old reactor are over; it is looked at once more, so that they are gone.
-    m_Reactor->pollOutsideTick();
     const auto port = UdpPort::open(reactor, 0, handle);
     if (!port)
         return false;

@@ -5,10 +5,7 @@
 #include "transport/net/inner/tcp_link.h"
 #include "transport/net/inner/udp_router.h"
 
-#include <asio/post.hpp>
-#include <asio/system_error.hpp>
-
-#include <chrono>
+#include <exception>
 
 namespace zet::inner
 {
@@ -31,11 +28,8 @@ std::shared_ptr<Reactor> makeReactor(bool isTicked)
 
 } // namespace
 
-// Only one thread runs it, so the descriptors need no locks; wake() comes from others through the queue, which has one.
-Reactor::Reactor(bool isTicked)
-    : m_Context(ASIO_CONCURRENCY_HINT_UNSAFE_IO), m_Guard(m_Context.get_executor()), m_IsTicked(isTicked)
-{
-}
+// Only one thread uses it, so the sockets need no locks.
+Reactor::Reactor(bool isTicked) : m_Context(ASIO_CONCURRENCY_HINT_UNSAFE), m_IsTicked(isTicked) {}
 
 Reactor::~Reactor()
 {
@@ -64,26 +58,21 @@ void Reactor::wait(unsigned int milliseconds)
 {
     if (m_IsHurried || milliseconds == 0)
         return;
-    m_Context.run_one_for(std::chrono::milliseconds(milliseconds));
+    m_Poller.wait(milliseconds);
+    m_HasLooked = true;
 }
 
 void Reactor::wake()
 {
-    if (!m_IsWoken.exchange(true))
-        asio::post(m_Context, [this] { m_IsWoken = false; });
-}
-
-void Reactor::poll()
-{
-    for (int i = 0; i < kHandlersPerPoll && m_Context.poll_one() > 0; ++i)
-        continue;
+    m_Poller.wake();
 }
 
 void Reactor::beginTick()
 {
     m_IsHurried = false;
     m_IsTicking = true;
-    poll();
+    if (!std::exchange(m_HasLooked, false))
+        poll();
 }
 
 void Reactor::endTick()

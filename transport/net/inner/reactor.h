@@ -1,12 +1,12 @@
-// Readiness for the sockets of one System, by an io_context of its own that only the System's thread runs.
+// What the sockets of one System share: their readiness, their memory, and the end of the tick, when output leaves.
 #pragma once
 
 #include "framework/system.h"
 #include "transport/net/inner/blocks.h"
+#include "transport/net/inner/poller.h"
 
 #include <asio/io_context.hpp>
 
-#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -16,7 +16,7 @@ namespace zet::inner
 struct TcpLink;
 class UdpRouter;
 
-// The Waiter of a System with sockets. Its handlers only set flags: what is ready is done by the ticks.
+// The Waiter of a System with sockets. News only set flags: what is ready is done by the ticks.
 class Reactor final : public System::Waiter
 {
 public:
@@ -35,11 +35,8 @@ public:
     void beginTick() override;
     void endTick() override;
 
-    // What one poll() runs at most: news that come faster than they are taken wait for the next one.
-    static constexpr int kHandlersPerPoll = 16384;
-
-    // Runs what is ready.
-    void poll();
+    // Learns what is ready.
+    void poll() { m_Poller.wait(0); }
     // For a socket that may be ticked outside its System's tick, where nobody has looked yet.
     void pollOutsideTick()
     {
@@ -54,20 +51,22 @@ public:
     // Calls the router's endTick() once, at the end of the tick. True where that will come by itself.
     bool flushLater(std::weak_ptr<UdpRouter> router);
 
+    // What Asio's sockets and its resolver ask for. Nothing waits in it.
     Context& context() { return m_Context; }
+    Poller& poller() { return m_Poller; }
     BlockPool& pool() { return m_Pool; }
 
 private:
-    // Before the context: what it destroys gives its memory back here.
     BlockPool m_Pool;
     std::vector<TcpLink*> m_Unflushed;
     std::vector<TcpLink*> m_Flushing;
     std::vector<std::weak_ptr<UdpRouter>> m_Routers;
     Context m_Context;
-    asio::executor_work_guard<Context::executor_type> m_Guard;
-    std::atomic<bool> m_IsWoken{false};
+    Poller m_Poller;
     const bool m_IsTicked;
     bool m_IsTicking = false;
+    // The last wait has told what is ready, and no tick has come since.
+    bool m_HasLooked = false;
     bool m_IsHurried = false;
 };
 

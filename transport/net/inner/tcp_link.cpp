@@ -6,50 +6,69 @@
 namespace zet::inner
 {
 
+bool TcpLink::startWatch(unsigned char ready)
+{
+    m_IsWatched = m_Poller.add(m_Socket.native_handle(), *this, ready);
+    return m_IsWatched;
+}
+
+void TcpLink::unwatch()
+{
+    if (m_IsWatched)
+        m_Poller.remove(m_Socket.native_handle(), *this);
+    m_IsWatched = false;
+}
+
 void TcpLink::waitForInput()
 {
-    if (m_IsInputWaited)
-        return;
     m_IsInputWaited = true;
-    m_Socket.async_wait(asio::socket_base::wait_read,
-                        [link = TcpLinkRef(this)](const asio::error_code& fault)
-                        {
-                            if (fault == asio::error::operation_aborted)
-                                return;
-                            // Any other fault shows again, and better, when the socket is read.
-                            link->m_IsInputWaited = false;
-                            link->tell(TcpConnection::kReadable);
-                        });
+    m_Poller.want(m_Socket.native_handle(), *this, kReadyInput);
 }
 
 void TcpLink::waitForOutput()
 {
-    if (m_IsOutputWaited)
-        return;
     m_IsOutputWaited = true;
-    m_Socket.async_wait(asio::socket_base::wait_write,
-                        [link = TcpLinkRef(this)](const asio::error_code& fault)
-                        {
-                            if (fault == asio::error::operation_aborted)
-                                return;
-                            link->m_IsOutputWaited = false;
-                            link->tell(TcpConnection::kWritable);
-                        });
+    m_Poller.want(m_Socket.native_handle(), *this, kReadyOutput);
 }
 
-void TcpLink::connect(const asio::ip::tcp::endpoint& peer)
+bool TcpLink::connect(const asio::ip::tcp::endpoint& peer)
 {
-    m_Socket.async_connect(peer,
-                           [link = TcpLinkRef(this)](const asio::error_code& fault)
-                           {
-                               link->m_ConnectResult = fault;
-                               link->tell(TcpConnection::kConnected);
-                           });
+    if (!prepare() || !beginConnect(m_Socket.native_handle(), peer))
+        return false;
+    // Not before: a socket that nobody called counts as broken.
+    m_IsConnecting = true;
+    return startWatch(kReadyInput | kReadyOutput);
 }
 
-void TcpLink::tell(unsigned char pending)
+bool TcpLink::isConnected()
 {
-    if (!m_Owner)
+    int fault = 0;
+    socklen_t size = sizeof fault;
+    return ::getsockopt(m_Socket.native_handle(), SOL_SOCKET, SO_ERROR, reinterpret_cast<char*>(&fault), &size) == 0 &&
+           fault == 0;
+}
+
+void TcpLink::onReady(unsigned char ready)
+{
+    unsigned char pending = 0;
+    if ((ready & kReadyOutput) && m_IsConnecting)
+    {
+        m_IsConnecting = false;
+        pending |= TcpConnection::kConnected;
+    }
+    if ((ready & kReadyOutput) && m_IsOutputWaited)
+    {
+        m_IsOutputWaited = false;
+        pending |= TcpConnection::kWritable;
+    }
+    if ((ready & kReadyInput) && m_IsInputWaited)
+    {
+        m_IsInputWaited = false;
+        pending |= TcpConnection::kReadable;
+    }
+    if (ready & kReadyEnd)
+        m_IsEnded = true;
+    if (!m_Owner || pending == 0)
         return;
     m_Owner->m_Pending |= pending;
     m_Owner->ring();
@@ -59,19 +78,6 @@ void TcpLink::flushOwner()
 {
     if (m_Owner && (m_Owner->m_Pending & TcpConnection::kOutput))
         m_Owner->flush();
-}
-
-bool TcpLink::watchAnew()
-{
-    asio::error_code fault;
-    const auto handle = m_Socket.release(fault);
-    if (fault)
-        return false;
-    m_Socket.assign(asio::ip::tcp::v4(), handle, fault);
-    if (!fault)
-        return true;
-    closeHandle(handle);
-    return false;
 }
 
 bool TcpLink::prepare()

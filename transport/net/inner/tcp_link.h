@@ -1,4 +1,4 @@
-// What stands behind an open TCP connection: the socket, its waits and its bytes.
+// What stands behind an open TCP connection: the socket, its readiness and its bytes.
 #pragma once
 
 #include "transport/net/inner/blocks.h"
@@ -15,23 +15,28 @@ class TcpConnection;
 namespace zet::inner
 {
 
-// A connection, the waits under way and the reactor's list of what to flush share a link by its count, which is
-// touched by the reactor's thread only. Closing the socket ends the waits, which then find no owner.
-struct TcpLink : Counted<TcpLink>
+// A connection and the reactor's list of what to flush share a link by its count, which is touched by the reactor's
+// thread only.
+struct TcpLink final : Counted<TcpLink>, Watch
 {
     using Socket = asio::basic_stream_socket<asio::ip::tcp, asio::io_context::executor_type>;
 
-    explicit TcpLink(Reactor& reactor) : m_Socket(reactor.context().get_executor()) {}
+    explicit TcpLink(Reactor& reactor) : m_Poller(reactor.poller()), m_Socket(reactor.context().get_executor()) {}
+    ~TcpLink() { unwatch(); }
 
-    // Each sets a flag of the owner once the socket is ready. One wait of a kind at a time; more do nothing.
+    // From now on the owner is told when input comes. True where it is so already.
+    bool watch() { return m_IsWatched || startWatch(kReadyInput); }
+    // No more of it; before the socket is closed or given away.
+    void unwatch();
+    // The owner has found the socket empty, or full, and is told of the change.
     void waitForInput();
     void waitForOutput();
-    void connect(const asio::ip::tcp::endpoint& peer);
-    // Forgets that room for output was ever waited for, which would show again with each wait for input. False,
-    // where the system does not watch it again, leaves it closed.
-    bool watchAnew();
+    // Begins a connection with an open socket; the owner is told when the answer is there. False where there is no way.
+    bool connect(const asio::ip::tcp::endpoint& peer);
+    // Once the answer is there, and only once: whether it was yes.
+    bool isConnected();
+    void onReady(unsigned char ready) override;
     void flushOwner();
-    void tell(unsigned char pending);
     // Options of every connection of ours. A socket that has no such option goes without it.
     bool prepare();
     // Whether a call found nothing to do, which is no fault.
@@ -41,16 +46,25 @@ struct TcpLink : Counted<TcpLink>
                fault == asio::error::interrupted;
     }
 
+    Poller& m_Poller;
     Socket m_Socket;
     TcpConnection* m_Owner = nullptr;
     InputBuffer m_Input;
     OutputQueue m_Output;
     // What of the output a secure layer has sealed; it leaves first.
     OutputQueue m_Sealed;
-    asio::error_code m_ConnectResult;
-    bool m_IsInputWaited = false;
+    // No news of it have come since the socket was found empty, or full; nobody has read a new socket yet.
+    bool m_IsInputWaited = true;
     bool m_IsOutputWaited = false;
+    // Nothing comes behind what the socket holds.
+    bool m_IsEnded = false;
     bool m_IsListed = false;
+
+private:
+    bool startWatch(unsigned char ready);
+
+    bool m_IsWatched = false;
+    bool m_IsConnecting = false;
 };
 
 using TcpLinkRef = Ref<TcpLink>;

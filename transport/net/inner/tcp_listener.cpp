@@ -5,20 +5,27 @@
 namespace zet::inner
 {
 
+bool TcpListener::watch()
+{
+    m_IsWatched = m_Poller.add(m_Acceptor.native_handle(), *this, kReadyInput);
+    return m_IsWatched;
+}
+
+void TcpListener::unwatch()
+{
+    if (m_IsWatched)
+        m_Poller.remove(m_Acceptor.native_handle(), *this);
+    m_IsWatched = false;
+}
+
 void TcpListener::waitForVisitor()
 {
-    if (m_IsWaited)
-        return;
-    m_IsWaited = true;
-    m_Acceptor.async_wait(asio::socket_base::wait_read,
-                          [self = Ref(this)](const asio::error_code& fault)
-                          {
-                              if (fault == asio::error::operation_aborted)
-                                  return;
-                              self->m_IsWaited = false;
-                              if (self->m_Owner)
-                                  self->m_Owner->m_IsReady = true;
-                          });
+    m_Poller.want(m_Acceptor.native_handle(), *this, kReadyInput);
+}
+
+void TcpListener::onReady(unsigned char)
+{
+    m_Owner.m_IsReady = true;
 }
 
 } // namespace zet::inner

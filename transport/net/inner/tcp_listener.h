@@ -1,7 +1,6 @@
-// What stands behind a listening port: the acceptor and its wait.
+// What stands behind a listening port: the acceptor and its readiness.
 #pragma once
 
-#include "transport/net/inner/counted.h"
 #include "transport/net/inner/reactor.h"
 
 #include <asio/ip/tcp.hpp>
@@ -14,18 +13,30 @@ class TcpServer;
 namespace zet::inner
 {
 
-// Shared by a server and the wait under way, as a link is.
-struct TcpListener : Counted<TcpListener>
+struct TcpListener final : Watch
 {
     using Acceptor = asio::basic_socket_acceptor<asio::ip::tcp, asio::io_context::executor_type>;
 
-    explicit TcpListener(Reactor& reactor) : m_Acceptor(reactor.context().get_executor()) {}
+    TcpListener(TcpServer& owner, Reactor& reactor)
+        : m_Owner(owner), m_Poller(reactor.poller()), m_Acceptor(reactor.context().get_executor())
+    {
+    }
+    ~TcpListener() { unwatch(); }
 
+    // From now on the owner is told when a visitor comes. False where the system does not watch the port.
+    bool watch();
+    // No more of it; before the port is closed or given away.
+    void unwatch();
+    // The owner has found nobody, and is told of the next one.
     void waitForVisitor();
+    void onReady(unsigned char ready) override;
 
+    TcpServer& m_Owner;
+    Poller& m_Poller;
     Acceptor m_Acceptor;
-    TcpServer* m_Owner = nullptr;
-    bool m_IsWaited = false;
+
+private:
+    bool m_IsWatched = false;
 };
 
 } // namespace zet::inner

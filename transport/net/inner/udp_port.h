@@ -12,9 +12,8 @@
 namespace zet::inner
 {
 
-// The router and the waits under way share a port by its count. Both batches are one block, for as long as the port
-// is open.
-class UdpPort : public Counted<UdpPort>
+// The router and who opens it share a port by its count. Both batches are one block, for as long as the port is open.
+class UdpPort final : public Counted<UdpPort>, public Watch
 {
 public:
     // The longest datagram that is taken, and the longest that is sent.
@@ -43,7 +42,7 @@ public:
 
     // Whether something may have come. It costs no system call.
     bool isReadable() const { return m_IsReadable; }
-    // Takes what has come, up to a batch; 0 when nothing is left, and then the next wait begins.
+    // Takes what has come, up to a batch; 0 when nothing is left.
     int receive();
     // The datagrams of the last receive(). One that was too long has the size -1.
     Datagram getDatagram(int index) const;
@@ -58,6 +57,8 @@ public:
     void flush();
     bool isBlocked() const { return m_IsBlocked; }
 
+    void onReady(unsigned char ready) override;
+
 private:
     struct Batches;
 
@@ -65,15 +66,16 @@ private:
 
     explicit UdpPort(Reactor& reactor);
     bool prepare();
-    void waitForInput();
+    void unwatch();
     void waitForOutput();
 
+    Poller& m_Poller;
     Socket m_Socket;
     std::unique_ptr<Batches> m_Batches;
     sockaddr_in m_Address{};
     int m_Unsent = 0;
     bool m_IsReadable = false;
-    bool m_IsInputWaited = false;
+    bool m_IsWatched = false;
     bool m_IsBlocked = false;
 };
 

@@ -84,9 +84,15 @@ struct UdpPort::Batches
     Batch m_Out;
 };
 
-UdpPort::UdpPort(Reactor& reactor) : m_Socket(reactor.context().get_executor()), m_Batches(new Batches) {}
+UdpPort::UdpPort(Reactor& reactor)
+    : m_Poller(reactor.poller()), m_Socket(reactor.context().get_executor()), m_Batches(new Batches)
+{
+}
 
-UdpPort::~UdpPort() = default;
+UdpPort::~UdpPort()
+{
+    unwatch();
+}
 
 Ref<UdpPort> UdpPort::open(const std::shared_ptr<Reactor>& reactor, unsigned short port, unsigned int handle)
 {
@@ -128,44 +134,44 @@ bool UdpPort::prepare()
     if (fault || !self.address().is_v4())
         return false;
     m_Address = *reinterpret_cast<const sockaddr_in*>(self.data());
-    waitForInput();
-    return true;
+    m_IsWatched = m_Poller.add(m_Socket.native_handle(), *this, kReadyInput);
+    return m_IsWatched;
 }
 
 void UdpPort::close()
 {
+    unwatch();
     asio::error_code ignored;
     m_Socket.close(ignored);
 }
 
 unsigned int UdpPort::detach()
 {
+    unwatch();
     asio::error_code fault;
     const auto handle = m_Socket.release(fault);
     return fault ? zet::Socket::kNoHandle : static_cast<unsigned int>(handle);
 }
 
-void UdpPort::waitForInput()
+void UdpPort::unwatch()
 {
-    m_IsReadable = false;
-    if (m_IsInputWaited)
-        return;
-    m_IsInputWaited = true;
-    m_Socket.async_wait(asio::socket_base::wait_read,
-                        [port = Ref<UdpPort>(this)](const asio::error_code& fault)
-                        {
-                            port->m_IsInputWaited = false;
-                            port->m_IsReadable = !fault;
-                        });
+    if (m_IsWatched)
+        m_Poller.remove(m_Socket.native_handle(), *this);
+    m_IsWatched = false;
 }
 
 void UdpPort::waitForOutput()
 {
-    if (m_IsBlocked)
-        return;
     m_IsBlocked = true;
-    m_Socket.async_wait(asio::socket_base::wait_write,
-                        [port = Ref<UdpPort>(this)](const asio::error_code&) { port->m_IsBlocked = false; });
+    m_Poller.want(m_Socket.native_handle(), *this, kReadyOutput);
+}
+
+void UdpPort::onReady(unsigned char ready)
+{
+    if (ready & kReadyInput)
+        m_IsReadable = true;
+    if (ready & kReadyOutput)
+        m_IsBlocked = false;
 }
 
 int UdpPort::receive()
@@ -178,10 +184,13 @@ int UdpPort::receive()
         in.prepare(i, kMostBytes);
         in.wantLocal(i);
     }
-    const int count = ::recvmmsg(m_Socket.native_handle(), in.m_Messages, kBatch, MSG_DONTWAIT, nullptr);
-    // A fault is that of an earlier datagram, and told once; what lies behind it comes with the next wait.
-    if (count < kBatch)
-        waitForInput();
+    const auto take = [&]
+    { return ::recvmmsg(m_Socket.native_handle(), in.m_Messages, kBatch, MSG_DONTWAIT, nullptr); };
+    int count = take();
+    // A fault is that of an earlier datagram, and told once; something may lie behind it.
+    if (count < 0 && errno != EAGAIN && errno != EWOULDBLOCK)
+        count = take();
+    m_IsReadable = count == kBatch;
     return std::max(count, 0);
 }
 

@@ -1,0 +1,73 @@
+// Readiness of sockets, by the operating system's own means.
+#pragma once
+
+#include <asio/ip/tcp.hpp>
+
+#include <memory>
+
+namespace zet::inner
+{
+
+// What a socket has become ready for.
+enum Ready : unsigned char
+{
+    kReadyInput = 1,
+    kReadyOutput = 2,
+    // Nothing comes behind what is there: the peer has ended its side, or the socket is broken. Not every system tells.
+    kReadyEnd = 4
+};
+
+// A socket's place in a Poller, for as long as it is watched.
+class Watch
+{
+public:
+    // Only sets flags: no socket is closed and none is added while news are told.
+    virtual void onReady(unsigned char ready) = 0;
+
+protected:
+    ~Watch() = default;
+
+private:
+    friend class Poller;
+
+    unsigned char m_Wanted = 0;
+    int m_Place = 0;
+};
+
+// Tells each watch once what its socket is ready for, and again only after want(): who was told reads until nothing is
+// left, or writes until nothing more is taken, and then asks. One thread owns it; wake() is for any.
+//
+// It stands in the place of Asio's waits, which arm a socket by a system call each time and look once more behind each
+// sleep. Here a socket is announced once, and a sleep's news are a tick's news.
+class Poller
+{
+public:
+    using Handle = asio::ip::tcp::socket::native_handle_type;
+
+    // News of one look; more of them wait for the next one.
+    static constexpr int kNewsPerLook = 16384;
+
+    // Throws std::system_error where the operating system has none to give.
+    Poller();
+    ~Poller();
+    Poller(const Poller&) = delete;
+    Poller& operator=(const Poller&) = delete;
+
+    // Tells at once what the socket is ready for already. False where the system does not watch it. Watch and socket
+    // stay until remove().
+    bool add(Handle handle, Watch& watch, unsigned char ready);
+    // For a watch that was added.
+    void want(Handle handle, Watch& watch, unsigned char ready);
+    void remove(Handle handle, Watch& watch);
+
+    // Tells the news there are, or, where there are none, those that come within so many milliseconds.
+    void wait(unsigned int milliseconds);
+    // Ends the present or the next wait().
+    void wake();
+
+private:
+    struct State;
+    std::unique_ptr<State> m_State;
+};
+
+} // namespace zet::inner
