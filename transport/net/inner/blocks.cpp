@@ -12,8 +12,6 @@ namespace zet::inner
 namespace
 {
 
-// The first block of a queue, and what an input buffer may hold on to beside its bytes.
-constexpr int kSmall = 1024;
 // Less room than this is not worth a system call.
 constexpr int kLeastRoom = 4096;
 
@@ -29,17 +27,26 @@ void release(Block* block, BlockPool* pool)
 
 BlockPool::~BlockPool()
 {
-    while (m_Free)
-        std::free(std::exchange(m_Free, m_Free->m_Next));
+    for (Shelf* const shelf : {&m_Usual, &m_Small})
+        while (shelf->m_First)
+            std::free(std::exchange(shelf->m_First, shelf->m_First->m_Next));
+}
+
+BlockPool::Shelf* BlockPool::shelfOf(int capacity)
+{
+    if (capacity == kUsual)
+        return &m_Usual;
+    return capacity == kSmall ? &m_Small : nullptr;
 }
 
 Block* BlockPool::take(int capacity)
 {
-    Block* block = m_Free;
-    if (capacity == kUsual && block)
+    Shelf* const shelf = shelfOf(capacity);
+    Block* block = shelf ? shelf->m_First : nullptr;
+    if (block)
     {
-        m_Free = block->m_Next;
-        --m_Count;
+        shelf->m_First = block->m_Next;
+        --shelf->m_Count;
     }
     else
     {
@@ -56,14 +63,15 @@ Block* BlockPool::take(int capacity)
 
 void BlockPool::give(Block* block)
 {
-    if (block->m_Capacity != kUsual || m_Count == kKept)
+    Shelf* const shelf = shelfOf(block->m_Capacity);
+    if (!shelf || shelf->m_Count == kKept)
     {
         std::free(block);
         return;
     }
-    block->m_Next = m_Free;
-    m_Free = block;
-    ++m_Count;
+    block->m_Next = shelf->m_First;
+    shelf->m_First = block;
+    ++shelf->m_Count;
 }
 
 bool InputBuffer::moveTo(Block* block, BlockPool& pool)
@@ -119,7 +127,7 @@ void InputBuffer::settle(BlockPool& pool)
     const int held = size();
     if (held == 0)
         drop(&pool);
-    else if (m_Block->m_Capacity / 4 > held && m_Block->m_Capacity > kSmall)
+    else if (m_Block->m_Capacity / 4 > held && m_Block->m_Capacity > BlockPool::kSmall)
         // Where memory is short, the large block does as well.
         moveTo(pool.take(held), pool);
 }
@@ -137,7 +145,7 @@ void InputBuffer::swap(InputBuffer& other)
 
 bool OutputQueue::append(int size, BlockPool& pool)
 {
-    const size_t usual = std::clamp<size_t>(m_Size * 2, kSmall, BlockPool::kUsual);
+    const size_t usual = std::clamp<size_t>(m_Size * 2, BlockPool::kSmall, BlockPool::kUsual);
     Block* block = pool.take(std::max(size, static_cast<int>(usual)));
     if (!block)
         return false;

@@ -20,12 +20,15 @@ struct Block
     int room() const { return m_Capacity - m_End; }
 };
 
-// Keeps some blocks of the usual size for the next one who needs one. Belongs to one thread.
+// Keeps some blocks of two sizes for the next one who needs one. Belongs to one thread.
 class BlockPool
 {
 public:
     // Capacity of the usual block: 64 KiB together with its head.
     static constexpr int kUsual = 0x10000 - static_cast<int>(sizeof(Block));
+    // Of the one that a few commands fit in.
+    static constexpr int kSmall = 1024;
+    // Blocks of each size.
     static constexpr int kKept = 16;
 
     BlockPool() = default;
@@ -38,8 +41,17 @@ public:
     void give(Block* block);
 
 private:
-    Block* m_Free = nullptr;
-    int m_Count = 0;
+    struct Shelf
+    {
+        Block* m_First = nullptr;
+        int m_Count = 0;
+    };
+
+    // Null for a capacity of which none is kept.
+    Shelf* shelfOf(int capacity);
+
+    Shelf m_Usual;
+    Shelf m_Small;
 };
 
 // What has come and was not yet read, in one piece.
