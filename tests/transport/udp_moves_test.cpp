@@ -85,6 +85,10 @@ TEST_F(UdpMoves, WhatWasSentBeforeTheMoveLeavesBehindIt)
     ASSERT_TRUE(m_Net.accepted().send(NoteCommand(7)));
     m_Net.m_Server->stop();
     ASSERT_TRUE(m_Net.m_Server->start(&m_Other));
+    // The System that it has left does nothing for it any more.
+    const auto before = m_Net.m_Server->getTraffic().m_DatagramsOut;
+    m_Net.m_System.tick();
+    EXPECT_EQ(m_Net.m_Server->getTraffic().m_DatagramsOut, before);
     ASSERT_TRUE(m_Net.until([&] { return socket->m_Numbers == std::vector<int>{7}; }, 500));
 }
 

@@ -99,6 +99,8 @@ bool QuicRouter::join(const std::shared_ptr<Reactor>& reactor)
         return true;
     m_Port->flush();
     const unsigned int handle = m_Port->detach();
+    // The System that it leaves may go on elsewhere, and then must not come by here.
+    m_Reactor->forgetLater(*this);
     const auto port = UdpPort::open(reactor, 0, handle);
     if (!port)
         return false;

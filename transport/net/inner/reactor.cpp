@@ -109,4 +109,9 @@ bool Reactor::flushLater(std::weak_ptr<UdpRouter> router)
     return m_IsTicked;
 }
 
+void Reactor::forgetLater(const UdpRouter& router)
+{
+    std::erase_if(m_Routers, [&](const auto& each) { return each.lock().get() == &router; });
+}
+
 } // namespace zet::inner

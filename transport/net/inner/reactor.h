@@ -50,6 +50,8 @@ public:
     void flushLater(TcpLink& link);
     // Calls the router's endTick() once, at the end of the tick. True where that will come by itself.
     bool flushLater(std::weak_ptr<UdpRouter> router);
+    // Takes that back: the router goes to another reactor.
+    void forgetLater(const UdpRouter& router);
 
     // What Asio's sockets and its resolver ask for. Nothing waits in it.
     Context& context() { return m_Context; }
