@@ -109,6 +109,16 @@ TEST_F(QuicPeer, WhoMovesAndRetiresHisIdsIsFoundByTheNextOnes)
     EXPECT_LT(*used - *before, 2048);
 }
 
+TEST_F(QuicPeer, WhoMovesManyTimesASecondKeepsHisConnection)
+{
+    for (int i = 1; i <= 20; ++i)
+    {
+        ASSERT_TRUE(m_Peer->move());
+        ASSERT_NO_FATAL_FAILURE(expectTraffic(i)) << i;
+        settle();
+    }
+}
+
 TEST_F(QuicPeer, WhosePortChangesOnTheWayKeepsHisConnection)
 {
     for (int i = 1; i <= 20; ++i)

@@ -21,6 +21,9 @@ constexpr unsigned int kMostLatePackets = 1024;
 // Milliseconds that the farewell is kept for such a peer.
 constexpr unsigned int kShortestRest = 1000;
 constexpr unsigned int kLongestRest = 30000;
+// Ids that a peer may give beforehand. The ways that one who moves has left keep theirs while they are still looked
+// after; with two of them the third move within a second would be one too many.
+constexpr uint64_t kPeerIds = 8;
 
 ngtcp2_path pathOf(const sockaddr_in& local, const sockaddr_in& remote)
 {
@@ -58,7 +61,7 @@ ngtcp2_transport_params paramsOf(const UdpServer::Settings& settings, bool isSer
     params.initial_max_data = window;
     params.max_idle_timeout = nanoseconds(settings.m_IdleTimeout);
     params.max_udp_payload_size = UdpPort::kMostBytes;
-    params.active_connection_id_limit = NGTCP2_DEFAULT_ACTIVE_CONNECTION_ID_LIMIT;
+    params.active_connection_id_limit = kPeerIds;
     return params;
 }
 
