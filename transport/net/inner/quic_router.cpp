@@ -103,7 +103,12 @@ bool QuicRouter::join(const std::shared_ptr<Reactor>& reactor)
     m_Reactor->forgetLater(*this);
     const auto port = UdpPort::open(reactor, 0, handle);
     if (!port)
+    {
+        // A port where it was takes the handle back, to be closed with it.
+        if (const auto again = UdpPort::open(m_Reactor, 0, handle))
+            m_Port = again;
         return false;
+    }
     m_Port = port;
     m_Reactor = reactor;
     m_IsLate = false;
