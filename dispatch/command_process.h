@@ -1,10 +1,10 @@
 // The pair of static functions that every receivable command has, and the types that the analysers install.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "dispatch/trace.h"
+#include "packaging/cmd_packager.h"
 
 class CCmdHead;
-class CCmdPackager;
 class CCommandSocket;
 
 // Gets a command that lives only as long as the call: what it keeps it must copy.
@@ -24,6 +24,25 @@ COMMONGROUND_API bool ProcessCommand(CCmdHead& command, CCmdPackager* pk, CmdHan
 COMMONGROUND_API bool ProcessSocketCommand(CCmdHead& command, CCommandSocket* socket, CCmdPackager* pk,
                                            SocketCmdHandler handler, unsigned long arg1, unsigned long arg2);
 
+// Tells the log that the command's payload was refused; the socket is the one that it came by, if any. Always false.
+COMMONGROUND_API bool RefuseCommand(const CCmdHead& command, CCommandSocket* socket);
+// Prints the command to the trace.
+COMMONGROUND_API void TraceReceivedCommand(const CCmdHead& command, CCommandSocket* socket);
+
+// What the above have in common, over what calls the handler. Inline, so that the reading of a command whose class is
+// known is called directly.
+template <class Command, class Handle>
+inline bool ProcessCommandBy(Command& command, CCommandSocket* socket, CCmdPackager* pk, Handle handle)
+{
+    // Sender and receiver must agree on the fields exactly: bytes left over are as wrong as bytes missing.
+    if (!command.Read(pk) || pk->GetReadPointer() != pk->GetDataSize())
+        return RefuseCommand(command, socket);
+    if constexpr (kTraceCommands)
+        TraceReceivedCommand(command, socket);
+    handle();
+    return true;
+}
+
 // Declares what a command class has beside its fields: its order, its schema, its pair.
 #define COMMAND_INTERFACE(Class)                                                                                       \
     bool Write(CCmdPackager* pk) const override;                                                                       \
@@ -38,11 +57,11 @@ COMMONGROUND_API bool ProcessSocketCommand(CCmdHead& command, CCommandSocket* so
     bool Class::Class##_Process(CCmdPackager* pk, CmdHandler handler, unsigned long arg1, unsigned long arg2)          \
     {                                                                                                                  \
         Class command;                                                                                                 \
-        return ProcessCommand(command, pk, handler, arg1, arg2);                                                       \
+        return ProcessCommandBy(command, nullptr, pk, [&] { handler(&command, arg1, arg2); });                         \
     }                                                                                                                  \
     bool Class::Class##_ProcessSocket(CCommandSocket* socket, CCmdPackager* pk, SocketCmdHandler handler,              \
                                       unsigned long arg1, unsigned long arg2)                                          \
     {                                                                                                                  \
         Class command;                                                                                                 \
-        return ProcessSocketCommand(command, socket, pk, handler, arg1, arg2);                                         \
+        return ProcessCommandBy(command, socket, pk, [&] { handler(socket, &command, arg1, arg2); });                  \
     }

@@ -4,8 +4,6 @@
 #include "packaging/socket_seam.h"
 #include "packaging/wire/order.h"
 
-CCmdHead::~CCmdHead() = default;
-
 void CCmdHead::SetClientAddress(const zet::Uuid&) {}
 
 void CCmdHead::SetAccountName(const zet::String_T<wchar_t>&) {}

@@ -30,7 +30,7 @@ public:
     CCmdHead(const CCmdHead&) = default;
     CCmdHead& operator=(const CCmdHead&) = default;
 
-    virtual ~CCmdHead();
+    virtual ~CCmdHead() = default;
     // Without an account of its own a command drops what these two are given.
     virtual void SetClientAddress(const zet::Uuid& address);
     virtual void SetAccountName(const zet::String_T<wchar_t>& name);

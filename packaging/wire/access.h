@@ -54,7 +54,13 @@ struct Access
 
 private:
     static unsigned char* storage(CDataPackager& packager) { return packager.m_Buffer; }
-    static unsigned char* storage(CCmdPackager& packager) { return packager.m_pBuffer; }
+    static unsigned char* storage(CCmdPackager& packager)
+    {
+        // The storage is never null. Where that is told, a look at the bytes left is no second one at the pointer.
+        if (!packager.m_pBuffer)
+            __builtin_unreachable();
+        return packager.m_pBuffer;
+    }
 };
 
 } // namespace wire

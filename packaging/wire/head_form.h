@@ -16,9 +16,33 @@ inline constexpr bool kIsHead = kIsFamilyHead<Base> || std::is_same_v<Base, CCmd
 constexpr int kFamilyHeadSize = 20;
 constexpr int kNamelessHeadSize = kFamilyHeadSize + 1;
 
+// The head part by part: with a name, or where room or bytes may end within. Not inline: only the usual form is short.
+template <class Head>
+[[gnu::noinline]] bool writeHeadInParts(CCmdPackager& packager, const Head& head)
+{
+    writeScalar(packager, head.m_HeadVersion);
+    writeScalar(packager, head.m_ClientIndex);
+    if constexpr (kIsFamilyHead<Head>)
+        return writeScalar(packager, head.m_ClientAddress) && writeText(packager, head.m_AccountName);
+    return true;
+}
+
+template <class Head>
+[[gnu::noinline]] bool readHeadInParts(CCmdPackager& packager, Head& head)
+{
+    unsigned short version = 0;
+    if (!readScalar(packager, &version) || version != head.m_HeadVersion)
+        return false;
+    // A payload may end behind the version: the index then keeps its value.
+    readScalar(packager, &head.m_ClientIndex);
+    if constexpr (kIsFamilyHead<Head>)
+        return readScalar(packager, &head.m_ClientAddress) && readText(packager, &head.m_AccountName);
+    return true;
+}
+
 // Sets id and addresses and writes the head. Whether version and index fitted is not looked at.
 template <class Head>
-bool writeHead(CCmdPackager& packager, const Head& head)
+inline bool writeHead(CCmdPackager& packager, const Head& head)
 {
     packager.SetCmdID(head.m_ID);
     packager.SetAddress(head.m_FromAddress, head.m_TargetAddress);
@@ -36,39 +60,28 @@ bool writeHead(CCmdPackager& packager, const Head& head)
             return true;
         }
     }
-    writeScalar(packager, head.m_HeadVersion);
-    writeScalar(packager, head.m_ClientIndex);
-    if constexpr (kIsFamilyHead<Head>)
-        return writeScalar(packager, head.m_ClientAddress) && writeText(packager, head.m_AccountName);
-    return true;
+    return writeHeadInParts(packager, head);
 }
 
 template <class Head>
-bool readHead(CCmdPackager& packager, Head& head)
+inline bool readHead(CCmdPackager& packager, Head& head)
 {
     if (head.m_ID != packager.GetCmdID())
         return false;
     head.SetAddress(packager.GetFromAddress(), packager.GetTargetAddress());
     if constexpr (kIsFamilyHead<Head>)
     {
+        // A command that is made to be read has no name to clear.
         const unsigned char* const at = Access::next(packager, kNamelessHeadSize);
-        if (at && at[0] == 0 && at[1] == head.m_HeadVersion && at[kFamilyHeadSize] == 0)
+        if (at && bigEndian<2>(at) == head.m_HeadVersion && at[kFamilyHeadSize] == 0 && head.m_AccountName.isEmpty())
         {
             load(at + 2, head.m_ClientIndex);
             load(at + 4, head.m_ClientAddress);
-            head.m_AccountName.clear();
             Access::took(packager, kNamelessHeadSize);
             return true;
         }
     }
-    unsigned short version = 0;
-    if (!readScalar(packager, &version) || version != head.m_HeadVersion)
-        return false;
-    // A payload may end behind the version: the index then keeps its value.
-    readScalar(packager, &head.m_ClientIndex);
-    if constexpr (kIsFamilyHead<Head>)
-        return readScalar(packager, &head.m_ClientAddress) && readText(packager, &head.m_AccountName);
-    return true;
+    return readHeadInParts(packager, head);
 }
 
 } // namespace wire
