@@ -21,7 +21,7 @@ int CCmdAnalyser::Analyse(CCmdPackager& pk, unsigned long arg1, unsigned long ar
     const unsigned short id = pk.GetCmdID();
     if (id >= kCommandIdLimit)
     {
-        zet::Log::error(L"CCmdAnalyser cannot Analyse OverFlow CMD(0x%04x)", id);
+        zet::Log::error(L"CCmdAnalyser cannot Analyse OverFlow CMD(0x%04x)", pk.GetCmdID());
         return 0;
     }
     // What a handler or a fallback throws is this command's loss and goes no further.

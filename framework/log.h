@@ -23,20 +23,21 @@ public:
     // sink is dropped, and a sink adds and removes no sinks.
     using Sink = std::function<void(Level, const String_T<wchar_t>&)>;
 
+    // Not inline: what has nothing to say pays one jump.
     template <class... Args>
-    static void message(const wchar_t* pattern, const Args&... args)
+    [[gnu::cold, gnu::noinline]] static void message(const wchar_t* pattern, const Args&... args)
     {
         if (isWanted())
             write(kMessage, formatText(pattern, args...));
     }
     template <class... Args>
-    static void warning(const wchar_t* pattern, const Args&... args)
+    [[gnu::cold, gnu::noinline]] static void warning(const wchar_t* pattern, const Args&... args)
     {
         if (isWanted())
             write(kWarning, formatText(pattern, args...));
     }
     template <class... Args>
-    static void error(const wchar_t* pattern, const Args&... args)
+    [[gnu::cold, gnu::noinline]] static void error(const wchar_t* pattern, const Args&... args)
     {
         if (isWanted())
             write(kError, formatText(pattern, args...));
