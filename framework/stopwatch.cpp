@@ -6,14 +6,27 @@
 namespace zet
 {
 
-Stopwatch::Stopwatch() : m_Start(getTimeTick()), m_Cycles(platform::readCycles()) {}
+namespace
+{
+
+unsigned long long trustedCycles()
+{
+    return TestClock::isOn() ? 0 : platform::kCyclesOfTenthMillisecond;
+}
+
+} // namespace
+
+Stopwatch::Stopwatch() : m_Trusted(trustedCycles()), m_Start(getTimeTick()), m_Cycles(platform::readCycles()) {}
 
 unsigned int Stopwatch::getElapsed()
 {
-    const unsigned long long cycles = platform::readCycles();
-    if (platform::kHasCycles && cycles - m_Cycles < platform::kCyclesOfTenthMillisecond && !TestClock::isOn())
-        return m_Elapsed;
-    m_Cycles = cycles;
+    return platform::readCycles() - m_Cycles < m_Trusted ? m_Elapsed : readClock();
+}
+
+unsigned int Stopwatch::readClock()
+{
+    m_Cycles = platform::readCycles();
+    m_Trusted = trustedCycles();
     m_Elapsed = getTimeTick() - m_Start;
     return m_Elapsed;
 }
