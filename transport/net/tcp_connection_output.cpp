@@ -78,7 +78,9 @@ int TcpConnection::send(const void* data, int size)
 {
     if (size <= 0 || !takesOutput() || !m_Link->m_Output.write(data, size, m_Reactor->pool()))
         return 0;
-    announceOutput();
+    // Mostly the output is announced already, and there is too little of it to leave by now.
+    if (!(m_Pending & kOutput) || getOutputSize() >= kFlushAt)
+        announceOutput();
     return size;
 }
 

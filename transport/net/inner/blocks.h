@@ -111,9 +111,10 @@ public:
 private:
     void put(Block* block, const void* data, int size)
     {
-        std::memcpy(block->bytes() + block->m_End, data, static_cast<size_t>(size));
+        unsigned char* const at = block->bytes() + block->m_End;
         block->m_End += size;
         m_Size += static_cast<size_t>(size);
+        std::memcpy(at, data, static_cast<size_t>(size));
     }
     bool split(const void* data, int size, BlockPool& pool);
     bool append(int size, BlockPool& pool);
