@@ -18,17 +18,14 @@ void CCmdAnalyserSocket::Install(unsigned short id, SocketCmdProcess process, So
     m_Commands[id] = std::make_shared<CCmdProcessor>(CCmdProcessor{process, handler, arg1, arg2});
 }
 
-bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, CCmdPackager& pk) const
+// Of a socket that is not null.
+inline bool CCmdAnalyserSocket::dispatch(CCommandSocket* socket, CCmdPackager& pk) const
 {
     const unsigned short id = pk.GetCmdID();
-    if (!socket)
-    {
-        zet::Log::error(L"CCmdAnalyserSocket cannot Analyse CMD(0x%04x), Socket NULL", id);
-        return false;
-    }
     if (id >= kCommandIdLimit)
     {
-        zet::Log::error(L"CCmdAnalyserSocket cannot Analyse OverFlow CMD(0x%04x) \t(%s)", id, PeerNameOf(socket));
+        zet::Log::error(L"CCmdAnalyserSocket cannot Analyse OverFlow CMD(0x%04x) \t(%s)", pk.GetCmdID(),
+                        PeerNameOf(socket));
         return false;
     }
     // Commands that nobody serves count as received traffic, too.
@@ -39,7 +36,8 @@ bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, CCmdPackager& pk) const
     {
         if (!m_pfnUnknownCmd)
         {
-            zet::Log::error(L"CCmdAnalyserSocket cannot Analyse NULL command(0x%04x) \t(%s)", id, PeerNameOf(socket));
+            zet::Log::error(L"CCmdAnalyserSocket cannot Analyse NULL command(0x%04x) \t(%s)", pk.GetCmdID(),
+                            PeerNameOf(socket));
             return false;
         }
         m_pfnUnknownCmd(socket, &pk, m_UnknownArg1, m_UnknownArg2);
@@ -49,7 +47,8 @@ bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, CCmdPackager& pk) const
     {
         if (!m_pfnErrorCmd)
         {
-            zet::Log::error(L"CCmdAnalyserSocket cannot Analyse ERROR command(0x%04x) \t(%s)", id, PeerNameOf(socket));
+            zet::Log::error(L"CCmdAnalyserSocket cannot Analyse ERROR command(0x%04x) \t(%s)", pk.GetCmdID(),
+                            PeerNameOf(socket));
             return false;
         }
         m_pfnErrorCmd(socket, &pk, m_ErrorArg1, m_ErrorArg2);
@@ -57,7 +56,8 @@ bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, CCmdPackager& pk) const
     return true;
 }
 
-bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, zet::InputStream& stream) const
+template <class... Frame>
+inline bool CCmdAnalyserSocket::analyseFrame(CCommandSocket* socket, Frame... frame) const
 {
     if (!socket)
     {
@@ -65,10 +65,30 @@ bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, zet::InputStream& strea
         return false;
     }
     CCmdPackager pk;
-    if (!pk.Receive(stream))
+    if (!pk.Receive(frame...))
     {
         zet::Log::error(L"Error:CmdPackager analyze error! (%s)", PeerNameOf(socket));
         return false;
     }
-    return Analyse(socket, pk);
+    return dispatch(socket, pk);
+}
+
+bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, CCmdPackager& pk) const
+{
+    if (!socket)
+    {
+        zet::Log::error(L"CCmdAnalyserSocket cannot Analyse CMD(0x%04x), Socket NULL", pk.GetCmdID());
+        return false;
+    }
+    return dispatch(socket, pk);
+}
+
+bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, zet::InputStream& stream) const
+{
+    return analyseFrame<zet::InputStream&>(socket, stream);
+}
+
+bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, const void* frame, int size) const
+{
+    return analyseFrame(socket, frame, size);
 }

@@ -37,8 +37,13 @@ public:
     bool Analyse(CCommandSocket* socket, CCmdPackager& pk) const;
     // The same for one stream frame; a frame that cannot be received is false, too.
     bool Analyse(CCommandSocket* socket, zet::InputStream& stream) const;
+    bool Analyse(CCommandSocket* socket, const void* frame, int size) const;
 
 private:
+    template <class... Frame>
+    bool analyseFrame(CCommandSocket* socket, Frame... frame) const;
+    bool dispatch(CCommandSocket* socket, CCmdPackager& pk) const;
+
     zet::SharedPtr<CCmdProcessor> m_Commands[kCommandIdLimit];
     SocketCmdFallback m_pfnUnknownCmd;
     unsigned long m_UnknownArg1;

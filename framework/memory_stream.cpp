@@ -1,9 +1,31 @@
 #include "framework/memory_stream.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace zet
 {
+
+int MemoryInput::peek(void* data, int size)
+{
+    const int count = std::clamp(size, 0, m_Size);
+    if (count > 0)
+        std::memcpy(data, m_At, static_cast<size_t>(count));
+    return count;
+}
+
+int MemoryInput::read(void* data, int size)
+{
+    return skip(peek(data, size));
+}
+
+int MemoryInput::skip(int size)
+{
+    const int count = std::clamp(size, 0, m_Size);
+    m_At += count;
+    m_Size -= count;
+    return count;
+}
 
 Unknown::Handle_T<MemoryStream> MemoryStream::createInstance()
 {

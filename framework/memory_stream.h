@@ -1,10 +1,34 @@
-// A growing byte store: what is written can be read back.
+// Bytes in memory as streams: a growing store, and a view of bytes that lie elsewhere.
 #pragma once
 
 #include "framework/stream.h"
 
 namespace zet
 {
+
+// Shows bytes where they lie; they outlive it.
+class COMMONGROUND_API MemoryInput final : public Input
+{
+public:
+    MemoryInput() = default;
+    MemoryInput(const void* bytes, int size) { show(bytes, size); }
+
+    // Shows other bytes from now on.
+    void show(const void* bytes, int size)
+    {
+        m_At = static_cast<const unsigned char*>(bytes);
+        m_Size = size;
+    }
+    int available() const override { return m_Size; }
+    int peek(void* data, int size) override;
+    int read(void* data, int size) override;
+    const unsigned char* view(int size) override { return size <= m_Size ? m_At : nullptr; }
+    int skip(int size) override;
+
+private:
+    const unsigned char* m_At = nullptr;
+    int m_Size = 0;
+};
 
 // Reads from the front, writes at the end. A write may throw away what was read and move the rest.
 class COMMONGROUND_API MemoryStream : public IO

@@ -24,33 +24,6 @@ void putHead(unsigned char* place, int size)
 
 } // namespace
 
-int PacketReader::Window::peek(void* data, int size)
-{
-    const int count = std::clamp(size, 0, m_Size);
-    if (count > 0)
-        std::memcpy(data, m_At, static_cast<size_t>(count));
-    return count;
-}
-
-int PacketReader::Window::read(void* data, int size)
-{
-    const int count = std::min(size, m_Size);
-    if (count <= 0)
-        return 0;
-    std::memcpy(data, m_At, static_cast<size_t>(count));
-    m_At += count;
-    m_Size -= count;
-    return count;
-}
-
-int PacketReader::Window::skip(int size)
-{
-    const int count = std::clamp(size, 0, m_Size);
-    m_At += count;
-    m_Size -= count;
-    return count;
-}
-
 void PacketReader::attach(Input* input)
 {
     attachOwner(input);
@@ -70,38 +43,38 @@ Unknown::Handle_T<Input> PacketReader::detach()
     m_Shown = 0;
     m_Next = -1;
     m_IsCollectedShown = false;
-    m_Window.m_At = nullptr;
-    m_Window.m_Size = 0;
+    m_Window.show(nullptr, 0);
     std::vector<unsigned char>().swap(m_Collected);
     m_Input = nullptr;
     return std::move(m_Owner);
 }
 
-void PacketReader::drop()
+bool PacketReader::read(InputStream& stream)
 {
-    m_Window.m_Size = 0;
-    if (m_Shown > 0)
-        m_Input->skip(std::exchange(m_Shown, 0));
-    if (std::exchange(m_IsCollectedShown, false))
-        std::vector<unsigned char>().swap(m_Collected);
-}
-
-bool PacketReader::hand(const unsigned char* packet, int size, InputStream& stream)
-{
-    m_Window.m_At = packet;
-    m_Window.m_Size = size;
+    stream = InputStream();
+    std::span<const unsigned char> packet;
+    const bool isGood = read(packet);
+    if (packet.empty())
+        return isGood;
+    m_Window.show(packet.data(), static_cast<int>(packet.size()));
     stream = InputStream(&m_Window);
     return true;
 }
 
-bool PacketReader::read(InputStream& stream)
+bool PacketReader::read(std::span<const unsigned char>& packet)
 {
-    stream = InputStream();
+    packet = {};
+    m_Window.show(nullptr, 0);
     if (!m_Input)
         return true;
-    drop();
+    if (m_Shown > 0)
+        m_Input->skip(std::exchange(m_Shown, 0));
     if (!m_Collected.empty())
-        return collect(stream);
+    {
+        if (!std::exchange(m_IsCollectedShown, false))
+            return collect(packet);
+        std::vector<unsigned char>().swap(m_Collected);
+    }
     for (;;)
     {
         unsigned int size = static_cast<unsigned int>(m_Next);
@@ -112,7 +85,7 @@ bool PacketReader::read(InputStream& stream)
             {
                 // A source that shows its bytes keeps them until there are enough; any other one may be out of room.
                 const int there = m_Input->available();
-                return there >= kHeadSize || (there > 0 && !m_Input->view(1)) ? collect(stream) : true;
+                return there >= kHeadSize || (there > 0 && !m_Input->view(1)) ? collect(packet) : true;
             }
             size = headOf(head);
         }
@@ -125,15 +98,16 @@ bool PacketReader::read(InputStream& stream)
         }
         const int whole = kHeadSize + static_cast<int>(size);
         // Mostly the next head is there, too, and one look does for both.
-        const unsigned char* packet = m_Input->view(whole + kHeadSize);
-        if (packet)
-            m_Next = static_cast<int>(std::min(headOf(packet + whole), 0x7FFFFFFFU));
+        const unsigned char* shown = m_Input->view(whole + kHeadSize);
+        if (shown)
+            m_Next = headOf(shown + whole);
         else
-            packet = m_Input->view(whole);
-        if (!packet)
-            return m_Input->available() >= whole ? collect(stream) : true;
+            shown = m_Input->view(whole);
+        if (!shown)
+            return m_Input->available() >= whole ? collect(packet) : true;
         m_Shown = whole;
-        return hand(packet + kHeadSize, static_cast<int>(size), stream);
+        packet = {shown + kHeadSize, size};
+        return true;
     }
 }
 
@@ -151,7 +125,7 @@ bool PacketReader::take(size_t upTo)
     return true;
 }
 
-bool PacketReader::collect(InputStream& stream)
+bool PacketReader::collect(std::span<const unsigned char>& packet)
 {
     for (;;)
     {
@@ -168,7 +142,8 @@ bool PacketReader::collect(InputStream& stream)
         if (!take(kHeadSize + size))
             return true;
         m_IsCollectedShown = true;
-        return hand(m_Collected.data() + kHeadSize, static_cast<int>(size), stream);
+        packet = {m_Collected.data() + kHeadSize, size};
+        return true;
     }
 }
 

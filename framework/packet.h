@@ -1,8 +1,9 @@
 // Packets on a byte stream: a length word of 32 bits, little-endian, and so many bytes. One write is one read.
 #pragma once
 
-#include "framework/stream.h"
+#include "framework/memory_stream.h"
 
+#include <span>
 #include <vector>
 
 namespace zet
@@ -34,6 +35,8 @@ public:
     // packet only until the next read() or detach(), and what the caller leaves of it is skipped. Packets of no bytes
     // are passed over.
     bool read(InputStream& stream);
+    // The same without a stream: the packet's bytes where they lie, or none.
+    bool read(std::span<const unsigned char>& packet);
 
     // Bytes that a packet may have, without its length word; 1 to kLargestLimit.
     static constexpr int kLargestLimit = 0x7FFFFF00;
@@ -41,34 +44,19 @@ public:
     int getLimit() const { return m_Limit; }
 
 private:
-    // The packet that read() handed over, where it lies.
-    class COMMONGROUND_API Window final : public Input
-    {
-    public:
-        int available() const override { return m_Size; }
-        int peek(void* data, int size) override;
-        int read(void* data, int size) override;
-        const unsigned char* view(int size) override { return size <= m_Size ? m_At : nullptr; }
-        int skip(int size) override;
-
-        const unsigned char* m_At = nullptr;
-        int m_Size = 0;
-    };
-
-    bool hand(const unsigned char* packet, int size, InputStream& stream);
-    bool collect(InputStream& stream);
+    bool collect(std::span<const unsigned char>& packet);
     // Takes bytes until so many are collected; false where the source runs dry before.
     bool take(size_t upTo);
-    void drop();
 
     Input* m_Input = nullptr;
     Unknown::Handle_T<Input> m_Owner;
-    Window m_Window;
+    // The packet that a stream was given.
+    MemoryInput m_Window;
     int m_Limit = kDefaultLimit;
     // Bytes of the source that the packet last handed over still takes up.
     int m_Shown = 0;
     // The length of the packet behind it, where the source has shown that too; else -1.
-    int m_Next = -1;
+    long long m_Next = -1;
     // A packet whose source cannot show it in one piece is put together here, its length word included.
     std::vector<unsigned char> m_Collected;
     bool m_IsCollectedShown = false;

@@ -16,8 +16,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         store->write(data, static_cast<int>(size));
         zet::InputStream in(store.get());
         CCmdPackager frame;
-        if (frame.Receive(in))
+        CCmdPackager fromMemory;
+        const bool isReceived = frame.Receive(in);
+        if (fromMemory.Receive(data, static_cast<int>(size)) != isReceived ||
+            fromMemory.GetDataSize() != frame.GetDataSize() || fromMemory.GetCmdID() != frame.GetCmdID())
+            std::abort();
+        if (isReceived)
         {
+            if (std::memcmp(fromMemory.GetBuffer(), frame.GetBuffer(), static_cast<size_t>(frame.GetDataSize())) != 0)
+                std::abort();
             const size_t taken = size - static_cast<size_t>(in.available());
             const auto again = zet::MemoryStream::createInstance();
             zet::OutputStream out(again.get());

@@ -14,6 +14,15 @@ constexpr int kStepSize = 0x10000;
 constexpr unsigned int kHasFrom = 1;
 constexpr unsigned int kHasTarget = 2;
 constexpr int kAddressSize = static_cast<int>(sizeof(zet::Uuid));
+// By the lowest two bits of the size word.
+constexpr int kHeaderSizes[] = {CCmdPackager::kMinHeaderSize, CCmdPackager::kMinHeaderSize + kAddressSize,
+                                CCmdPackager::kMinHeaderSize + kAddressSize, CCmdPackager::kMaxHeaderSize};
+
+// Of the header that begins with this size word.
+int headerSizeOf(unsigned int word)
+{
+    return kHeaderSizes[word & (kHasFrom | kHasTarget)];
+}
 
 // The size word of a stream frame, behind the id.
 unsigned int sizeWordOf(const unsigned char* frame)
@@ -28,6 +37,14 @@ bool refuse(const wchar_t* pattern, const Args&... args)
     zet::Log::error(pattern, args...);
     zet::Log::whistle(false);
     return false;
+}
+
+// The general way for a frame in memory, out of the way of the usual one.
+[[gnu::noinline]] bool receiveInSteps(CCmdPackager& packager, const void* frame, int size)
+{
+    zet::MemoryInput input(frame, size);
+    zet::InputStream stream(&input);
+    return packager.Receive(stream);
 }
 
 } // namespace
@@ -103,8 +120,7 @@ unsigned int CCmdPackager::sizeWord() const
 long long CCmdPackager::GetFrameSize(const unsigned char* header)
 {
     const unsigned int word = sizeWordOf(header);
-    return kMinHeaderSize + (word & kHasFrom ? kAddressSize : 0) + (word & kHasTarget ? kAddressSize : 0) +
-           static_cast<long long>(word >> 2);
+    return headerSizeOf(word) + static_cast<long long>(word >> 2);
 }
 
 // Writes the stream frame's header and returns its size.
@@ -150,18 +166,15 @@ int CCmdPackager::SendTo(unsigned char* place) const
     return header + m_iDataSize;
 }
 
-// Takes a frame that the stream shows whole, and for which there is room, from where it lies. False, and nothing taken,
-// for any other one: the reading below says of what is missing, step by step, and cannot share a step with this.
-bool CCmdPackager::receiveShown(zet::InputStream& stream)
+// Takes a frame from where it lies whole. False, and nothing taken, for a cut one, or one for which there is no room
+// yet: the reading below says of what is missing, step by step, and cannot share a step with this.
+inline bool CCmdPackager::takeFrame(const unsigned char* frame, int there)
 {
-    const int there = stream.available();
-    const unsigned char* const frame = there >= kMinHeaderSize ? stream.view(there) : nullptr;
-    if (!frame)
+    if (there < kMinHeaderSize)
         return false;
-    const long long whole = GetFrameSize(frame);
     const unsigned int word = sizeWordOf(frame);
     const int size = static_cast<int>(word >> 2);
-    if (whole > there || size > m_iBufSize)
+    if (GetFrameSize(frame) > there || size > m_iBufSize)
         return false;
     m_CmdID = static_cast<unsigned short>(frame[0] | frame[1] << 8);
     const unsigned char* at = frame + kMinHeaderSize;
@@ -177,17 +190,27 @@ bool CCmdPackager::receiveShown(zet::InputStream& stream)
         std::memcpy(&m_TargetAddress, at, kAddressSize);
         at += kAddressSize;
     }
-    std::memcpy(m_pBuffer, at, static_cast<size_t>(size));
     m_iDataSize = size;
-    stream.skip(static_cast<int>(whole));
+    std::memcpy(m_pBuffer, at, static_cast<size_t>(size));
     return true;
+}
+
+bool CCmdPackager::Receive(const void* frame, int size)
+{
+    Clear();
+    return takeFrame(static_cast<const unsigned char*>(frame), size) || receiveInSteps(*this, frame, size);
 }
 
 bool CCmdPackager::Receive(zet::InputStream& stream)
 {
     Clear();
-    if (receiveShown(stream))
+    const int there = stream.available();
+    const unsigned char* const shown = there >= kMinHeaderSize ? stream.view(there) : nullptr;
+    if (shown && takeFrame(shown, there))
+    {
+        stream.skip(static_cast<int>(GetFrameSize(shown)));
         return true;
+    }
     if (!stream.read16(m_CmdID))
         return refuse(L"Error:Read Command ID error!!");
     unsigned int word = 0;

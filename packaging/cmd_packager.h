@@ -98,6 +98,8 @@ public:
     // addresses stays, and the bytes taken from the stream are gone. Memory grows with the bytes that the stream
     // delivers, not with the size that the frame announces.
     bool Receive(zet::InputStream& stream);
+    // The same for a frame that begins size bytes in memory; what lies behind it is not looked at.
+    bool Receive(const void* frame, int size);
 
     // Writes one datagram frame and returns its length, or 0 where it does not fit size bytes. A null buffer
     // measures. The buffer has at least two bytes.
@@ -115,7 +117,7 @@ private:
     bool grow(int size);
     unsigned int sizeWord() const;
     int putHeader(unsigned char* place) const;
-    bool receiveShown(zet::InputStream& stream);
+    bool takeFrame(const unsigned char* frame, int there);
 
     unsigned short m_CmdID = 0xFFFF;
     zet::Uuid m_FromAddress;

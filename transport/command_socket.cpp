@@ -68,28 +68,28 @@ void CCommandSocket::dispatch()
     zet::Stopwatch watch;
     while (getConnectionState() == kEstablished && watch.getElapsed() < kDispatchTime && !m_bNetError)
     {
-        zet::InputStream stream;
-        if (!m_PacketReader.read(stream))
+        std::span<const unsigned char> frame;
+        if (!m_PacketReader.read(frame))
         {
             m_bNetError = true;
             continue;
         }
-        if (stream.isEmpty())
+        if (frame.empty())
             return;
-        analyse(stream);
+        analyse(frame);
     }
     if (getConnectionState() == kEstablished)
         m_Pending |= kUnread;
 }
 
-void CCommandSocket::analyse(zet::InputStream& stream)
+void CCommandSocket::analyse(std::span<const unsigned char> frame)
 {
     // What one peer's command throws is that command's loss, not that of the connections ticked behind this one.
     if (!m_pCmdAnalyser)
         return;
     try
     {
-        m_pCmdAnalyser->Analyse(this, stream);
+        m_pCmdAnalyser->Analyse(this, frame.data(), static_cast<int>(frame.size()));
     }
     catch (const zet::Exception& fault)
     {

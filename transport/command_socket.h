@@ -61,6 +61,6 @@ private:
     const void* m_PlainTick;
 
     void dispatch();
-    void analyse(zet::InputStream& stream);
+    void analyse(std::span<const unsigned char> frame);
     bool writePacket(const CCmdPackager& packager, bool& isFramed);
 };

@@ -144,6 +144,26 @@ TEST_F(AnalyserSocket, FrameThatCannotBeReceivedIsTold)
     EXPECT_TRUE(log.has(Log::kError, L"Error:CmdPackager analyze error! ()"));
 }
 
+TEST_F(AnalyserSocket, AFrameInMemoryIsHandledAsOneInAStream)
+{
+    const auto analyser = std::make_unique<CCmdAnalyserSocket>();
+    installEcho(*analyser);
+    writeEcho(0x12345678);
+    zet::Buffer buffer;
+    ASSERT_TRUE(CCmdPackager_packageToBuffer(pk, buffer));
+    const unsigned char* const frame = buffer.getBuffer();
+    const int size = buffer.getBufferSize();
+    EXPECT_TRUE(analyser->Analyse(socket.get(), frame, size));
+    EXPECT_EQ(seen.m_Data, 0x12345678ul);
+    EXPECT_EQ(socket->m_Sizes, std::vector<int>{pk.GetDataSize()});
+    const test::LogLines log;
+    EXPECT_FALSE(analyser->Analyse(socket.get(), frame, size - 1));
+    EXPECT_TRUE(log.has(Log::kError, L"Error:CmdPackager analyze error! ()"));
+    EXPECT_FALSE(analyser->Analyse(nullptr, frame, size));
+    EXPECT_TRUE(log.has(Log::kError, L"CCmdAnalyserSocket error Socket NULL"));
+    EXPECT_EQ(seen.m_Calls, 1);
+}
+
 TEST_F(AnalyserSocket, CopySharesItsProcessorsAndOutlivesItsSource)
 {
     auto source = std::make_unique<CCmdAnalyserSocket>();

@@ -245,6 +245,52 @@ TEST(PacketReader, ThePacketIsShownWithoutACopy)
     EXPECT_EQ(stream.available(), 8);
 }
 
+TEST(PacketReader, APacketWithoutAStreamIsTheSame)
+{
+    const auto wire = zet::MemoryStream::createInstance();
+    put(*wire, packetOf(bytesOf("first")));
+    put(*wire, packetOf({}));
+    put(*wire, packetOf(bytesOf("second")));
+    put(*wire, packetOf(bytesOf("third")));
+    const unsigned char* const there = wire->view(9);
+    zet::PacketReader reader;
+    reader.attach(wire.get());
+    std::span<const unsigned char> packet;
+    ASSERT_TRUE(reader.read(packet));
+    EXPECT_EQ(packet.data(), there + 4);
+    EXPECT_EQ(Bytes(packet.begin(), packet.end()), bytesOf("first"));
+    zet::InputStream stream;
+    ASSERT_TRUE(reader.read(stream));
+    EXPECT_EQ(stream.available(), 6);
+    // The stream shows its packet no longer than until then.
+    ASSERT_TRUE(reader.read(packet));
+    EXPECT_TRUE(stream.isEmpty());
+    EXPECT_EQ(Bytes(packet.begin(), packet.end()), bytesOf("third"));
+    ASSERT_TRUE(reader.read(packet));
+    EXPECT_TRUE(packet.empty());
+}
+
+TEST(PacketReader, APacketPutTogetherNeedsNoStream)
+{
+    DripInput drip(3);
+    for (const char* const text : {"one", "two"})
+    {
+        const Bytes packet = packetOf(bytesOf(text));
+        drip.m_Bytes.insert(drip.m_Bytes.end(), packet.begin(), packet.end());
+    }
+    zet::PacketReader reader;
+    reader.attachOwner(&drip);
+    std::vector<Bytes> got;
+    for (int i = 0; i < 20; ++i)
+    {
+        std::span<const unsigned char> packet;
+        ASSERT_TRUE(reader.read(packet));
+        if (!packet.empty())
+            got.emplace_back(packet.begin(), packet.end());
+    }
+    EXPECT_EQ(got, (std::vector<Bytes>{bytesOf("one"), bytesOf("two")}));
+}
+
 TEST(PacketReader, APacketOfNoBytesIsPassedOver)
 {
     const auto wire = zet::MemoryStream::createInstance();

@@ -80,6 +80,27 @@ std::wstring textOfThrow(const std::function<void()>& action)
     return L"nothing was thrown";
 }
 
+TEST(MemoryInput, ShowsAndTakesTheBytesWhereTheyLie)
+{
+    const unsigned char bytes[] = {1, 2, 3, 4, 5};
+    zet::MemoryInput input(bytes, 5);
+    EXPECT_EQ(input.view(5), bytes);
+    EXPECT_EQ(input.view(6), nullptr);
+    unsigned char out[8] = {};
+    EXPECT_EQ(input.peek(out, -1), 0);
+    EXPECT_EQ(input.peek(out, 2), 2);
+    EXPECT_EQ(input.read(out, 2), 2);
+    EXPECT_EQ(out[1], 2);
+    EXPECT_EQ(input.view(1), bytes + 2);
+    EXPECT_EQ(input.skip(-1), 0);
+    EXPECT_EQ(input.skip(1), 1);
+    EXPECT_EQ(input.available(), 2);
+    EXPECT_EQ(input.read(out, 8), 2);
+    EXPECT_EQ(out[0], 4);
+    EXPECT_EQ(input.read(out, 1), 0);
+    EXPECT_EQ(input.skip(1), 0);
+}
+
 } // namespace
 
 TEST(MemoryStream, GivesBackWhatWasWritten)

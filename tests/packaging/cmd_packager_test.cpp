@@ -304,6 +304,45 @@ TEST(CmdPackager, FailedReceiveKeepsIdAndAddressesThatItRead)
     EXPECT_EQ(pk.GetFromAddress(), idFrom(0x20));
 }
 
+TEST(CmdPackager, AFrameInMemoryIsReceivedAsOneInAStream)
+{
+    CCmdPackager pk;
+    pk.SetCmdID(0x1234);
+    pk.SetAddress(idFrom(1), idFrom(2));
+    EXPECT_TRUE(pk.Write(5));
+    const Bytes whole = sent(pk);
+    for (size_t size = 0; size <= whole.size(); ++size)
+    {
+        const Bytes bytes(whole.begin(), whole.begin() + static_cast<long>(size));
+        CCmdPackager fromStream;
+        CCmdPackager fromMemory;
+        const test::LogLines log;
+        const bool isReceived = receive(fromStream, bytes);
+        EXPECT_EQ(isReceived, size == whole.size());
+        EXPECT_EQ(fromMemory.Receive(bytes.data(), static_cast<int>(size)), isReceived) << size;
+        ASSERT_EQ(log.texts().size(), isReceived ? 0U : 2U);
+        if (!isReceived)
+        {
+            EXPECT_EQ(log.texts()[0], log.texts()[1]);
+        }
+        EXPECT_EQ(fromMemory.GetCmdID(), fromStream.GetCmdID());
+        EXPECT_EQ(fromMemory.GetFromAddress(), fromStream.GetFromAddress());
+        EXPECT_EQ(fromMemory.GetTargetAddress(), fromStream.GetTargetAddress());
+        EXPECT_EQ(payload(fromMemory), payload(fromStream));
+    }
+}
+
+TEST(CmdPackager, WhatLiesBehindAFrameInMemoryIsLeft)
+{
+    CCmdPackager pk;
+    Bytes bytes{0x34, 0x12, 0x08, 0, 0, 0, 'a', 'b', 'c'};
+    EXPECT_TRUE(pk.Receive(bytes.data(), static_cast<int>(bytes.size())));
+    EXPECT_EQ(payload(pk), (Bytes{'a', 'b'}));
+    // The payload is the packager's own.
+    bytes[6] = 'x';
+    EXPECT_EQ(payload(pk), (Bytes{'a', 'b'}));
+}
+
 TEST(CmdPackager, SizeWordAboveTheLimitIsRefusedBeforeAnyPayload)
 {
     const test::LogLines log;
