@@ -16,12 +16,6 @@ unsigned int headOf(const unsigned char* bytes)
     return bytes[0] | bytes[1] << 8 | bytes[2] << 16 | static_cast<unsigned int>(bytes[3]) << 24;
 }
 
-void putHead(unsigned char* place, int size)
-{
-    for (int i = 0; i < kHeadSize; ++i)
-        place[i] = static_cast<unsigned char>(static_cast<unsigned int>(size) >> 8 * i);
-}
-
 } // namespace
 
 void PacketReader::attach(Input* input)
@@ -164,16 +158,6 @@ Unknown::Handle_T<Output> PacketWriter::detach()
 {
     m_Output = nullptr;
     return std::move(m_Owner);
-}
-
-bool PacketWriter::writePlaced(unsigned char* place, int size)
-{
-    if (!m_Output)
-        return false;
-    if (size <= 0)
-        return true;
-    putHead(place, size);
-    return m_Output->write(place, kHeadSize + size) == kHeadSize + size;
 }
 
 bool PacketWriter::write(InputStream& stream)

@@ -85,9 +85,23 @@ public:
 
     // Sends the size bytes behind the first kHeadSize bytes of place as one packet, with one write; the head is
     // written into place. The same result as write().
-    bool writePlaced(unsigned char* place, int size);
+    bool writePlaced(unsigned char* place, int size)
+    {
+        if (!m_Output)
+            return false;
+        if (size <= 0)
+            return true;
+        putHead(place, size);
+        return m_Output->write(place, kHeadSize + size) == kHeadSize + size;
+    }
 
 private:
+    static void putHead(unsigned char* place, int size)
+    {
+        for (int i = 0; i < kHeadSize; ++i)
+            place[i] = static_cast<unsigned char>(static_cast<unsigned int>(size) >> 8 * i);
+    }
+
     Output* m_Output = nullptr;
     Unknown::Handle_T<Output> m_Owner;
 };

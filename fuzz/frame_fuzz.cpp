@@ -36,6 +36,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
                 std::abort();
             if (static_cast<size_t>(again->getSize()) > taken)
                 std::abort();
+            int placed = 0;
+            const unsigned char* const place = frame.FrameInPlace(placed);
+            if (placed != again->getSize() || std::memcmp(place, bytes, static_cast<size_t>(placed)) != 0)
+                std::abort();
         }
     }
     CCmdPackager frame;

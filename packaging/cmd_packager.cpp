@@ -61,18 +61,6 @@ bool CCmdPackager::Read(zet::uuid_node_t* value)
     return wire::readScalar(*this, value);
 }
 
-// Only the bytes that Unpack may take for addresses are cleared: old stack contents must not leave through them.
-CCmdPackager::CCmdPackager() : m_pBuffer(m_Msg)
-{
-    std::memset(m_Msg, 0, 2 * sizeof(zet::Uuid));
-}
-
-CCmdPackager::~CCmdPackager()
-{
-    if (m_pBuffer != m_Msg)
-        delete[] m_pBuffer;
-}
-
 CCmdPackager& CCmdPackager::operator=(const CCmdPackager& other)
 {
     if (this == &other)
@@ -100,18 +88,17 @@ bool CCmdPackager::grow(int size)
             return refuse(L"Command Package extends max length limit(%d)", kMaxDataSize);
         want = kMaxDataSize;
     }
-    unsigned char* block = new (std::nothrow) unsigned char[static_cast<size_t>(want)];
+    unsigned char* block = new (std::nothrow) unsigned char[static_cast<size_t>(kFrontSize + want)];
     if (!block)
         return refuse(L"Error: malloc(%d) error!", static_cast<int>(want));
-    std::memcpy(block, m_pBuffer, static_cast<size_t>(m_iDataSize));
-    if (m_pBuffer != m_Msg)
-        delete[] m_pBuffer;
-    m_pBuffer = block;
+    std::memcpy(block + kFrontSize, m_pBuffer, static_cast<size_t>(m_iDataSize));
+    release();
+    m_pBuffer = block + kFrontSize;
     m_iBufSize = static_cast<int>(want);
     return true;
 }
 
-unsigned int CCmdPackager::sizeWord() const
+inline unsigned int CCmdPackager::sizeWord() const
 {
     return static_cast<unsigned int>(m_iDataSize) << 2 | (m_FromAddress.isNull() ? 0 : kHasFrom) |
            (m_TargetAddress.isNull() ? 0 : kHasTarget);
@@ -123,26 +110,23 @@ long long CCmdPackager::GetFrameSize(const unsigned char* header)
     return headerSizeOf(word) + static_cast<long long>(word >> 2);
 }
 
-// Writes the stream frame's header and returns its size.
-int CCmdPackager::putHeader(unsigned char* place) const
+// Writes the stream frame's header up to end and returns where it begins.
+inline unsigned char* CCmdPackager::putHeader(unsigned char* end) const
 {
     const unsigned int word = sizeWord();
-    unsigned char* at = place;
-    *at++ = static_cast<unsigned char>(m_CmdID);
-    *at++ = static_cast<unsigned char>(m_CmdID >> 8);
-    for (int shift = 0; shift < 32; shift += 8)
-        *at++ = static_cast<unsigned char>(word >> shift);
+    const unsigned long long both = m_CmdID | static_cast<unsigned long long>(word) << 16;
+    unsigned char* const begin = end - headerSizeOf(word);
+    for (int i = 0; i < kMinHeaderSize; ++i)
+        begin[i] = static_cast<unsigned char>(both >> 8 * i);
+    unsigned char* at = begin + kMinHeaderSize;
     if (word & kHasFrom)
     {
         std::memcpy(at, &m_FromAddress, kAddressSize);
         at += kAddressSize;
     }
     if (word & kHasTarget)
-    {
         std::memcpy(at, &m_TargetAddress, kAddressSize);
-        at += kAddressSize;
-    }
-    return static_cast<int>(at - place);
+    return begin;
 }
 
 bool CCmdPackager::Send(zet::OutputStream& stream) const
@@ -150,20 +134,22 @@ bool CCmdPackager::Send(zet::OutputStream& stream) const
     if (m_iDataSize < 0 || m_iDataSize > kMaxDataSize)
         return false;
     unsigned char header[kMaxHeaderSize];
+    unsigned char* const end = header + kMaxHeaderSize;
+    const unsigned char* const begin = putHeader(end);
     // Whether the stream took the header shows at the payload.
-    stream.write(header, putHeader(header));
+    stream.write(begin, static_cast<int>(end - begin));
     if (m_iDataSize > 0 && stream.write(m_pBuffer, m_iDataSize) != m_iDataSize)
         return refuse(L"Send Command Package error!");
     return true;
 }
 
-int CCmdPackager::SendTo(unsigned char* place) const
+unsigned char* CCmdPackager::FrameInPlace(int& size) const
 {
     if (m_iDataSize < 0 || m_iDataSize > kMaxDataSize)
-        return 0;
-    const int header = putHeader(place);
-    std::memcpy(place + header, m_pBuffer, static_cast<size_t>(m_iDataSize));
-    return header + m_iDataSize;
+        return nullptr;
+    unsigned char* const frame = putHeader(m_pBuffer);
+    size = static_cast<int>(m_pBuffer - frame) + m_iDataSize;
+    return frame;
 }
 
 // Takes a frame from where it lies whole. False, and nothing taken, for a cut one, or one for which there is no room

@@ -12,6 +12,8 @@
 #include "framework/uuid.h"
 #include "packaging/value_operations.h"
 
+#include <cstring>
+
 namespace wire
 {
 struct Access;
@@ -39,9 +41,10 @@ public:
     // Bytes of the stream frame that begins with these kMinHeaderSize bytes, payload included.
     static long long GetFrameSize(const unsigned char* header);
 
-    CCmdPackager();
+    // Only the bytes that Unpack may take for addresses are cleared: old stack contents must not leave through them.
+    CCmdPackager() : m_pBuffer(m_Store + kFrontSize) { std::memset(m_pBuffer, 0, 2 * sizeof(zet::Uuid)); }
     CCmdPackager(const CCmdPackager& other) : CCmdPackager() { *this = other; }
-    ~CCmdPackager();
+    ~CCmdPackager() { release(); }
     // Copies id, addresses, payload and read pointer. Where memory is short the payload is left empty.
     CCmdPackager& operator=(const CCmdPackager& other);
 
@@ -91,9 +94,11 @@ public:
     // Writes one stream frame, the whole payload whatever the read pointer. False, with the log told, where the
     // stream does not take the payload.
     bool Send(zet::OutputStream& stream) const;
-    // The same frame into memory with room for kMaxHeaderSize bytes and the payload. Returns its size, or 0 where
-    // Send() would be false.
-    int SendTo(unsigned char* place) const;
+    // Bytes in front of a frame in place, for the head of a packet.
+    static constexpr int kSpareSize = 10;
+    // The same frame and its size, put together where the payload lies, or null where Send() would be false. The
+    // kSpareSize bytes in front of it may be written. Valid until the next write or call.
+    unsigned char* FrameInPlace(int& size) const;
     // Reads one stream frame. False, with the log told, on a cut or oversized frame; what was read of id and
     // addresses stays, and the bytes taken from the stream are gone. Memory grows with the bytes that the stream
     // delivers, not with the size that the frame announces.
@@ -113,10 +118,17 @@ private:
     friend struct wire::Access;
 
     static constexpr int kInlineSize = 0x10000;
+    // Room in front of the payload, for all that may stand in front of it on its way.
+    static constexpr int kFrontSize = kSpareSize + kMaxHeaderSize;
 
+    void release()
+    {
+        if (m_pBuffer != m_Store + kFrontSize)
+            delete[](m_pBuffer - kFrontSize);
+    }
     bool grow(int size);
     unsigned int sizeWord() const;
-    int putHeader(unsigned char* place) const;
+    unsigned char* putHeader(unsigned char* end) const;
     bool takeFrame(const unsigned char* frame, int there);
 
     unsigned short m_CmdID = 0xFFFF;
@@ -126,8 +138,8 @@ private:
     int m_iBufSize = kInlineSize;
     int m_iDataSize = 0;
     int m_iReadPointer = 0;
-    // Never zero-filled: a small command touches no more of it than its payload.
-    unsigned char m_Msg[kInlineSize];
+    // Never zero-filled: a small command touches no more of it than its frame. Mutable for the room in front.
+    mutable unsigned char m_Store[kFrontSize + kInlineSize];
 };
 
 // A whole stream frame in a buffer, and back. False, with the log told, where the frame does not fit or is cut.

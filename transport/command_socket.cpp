@@ -2,7 +2,6 @@
 
 #include "dispatch/analyser_socket.h"
 #include "framework/log.h"
-#include "framework/memory_stream.h"
 #include "framework/platform/virtual_target.h"
 #include "framework/stopwatch.h"
 #include "framework/string_helper.h"
@@ -11,15 +10,11 @@
 #include "packaging/command_head.h"
 #include "packaging/socket_seam.h"
 
-#include <cstring>
-
 namespace
 {
 
 static_assert(zet::PacketReader::kDefaultLimit == CCmdPackager::kMaxHeaderSize + CCmdPackager::kMaxDataSize);
-
-// Payload of a frame that is put together on the stack; a larger one goes through a memory stream.
-constexpr int kPlacedSize = 0x10000;
+static_assert(zet::PacketWriter::kHeadSize <= CCmdPackager::kSpareSize);
 
 } // namespace
 
@@ -129,35 +124,19 @@ bool CCommandSocket::send(const CCmdPackager& packager)
         return false;
     }
     OnCmdSend(packager.GetDataSize());
-    bool isFramed = true;
-    if (writePacket(packager, isFramed))
-        return true;
-    if (isFramed)
-    {
-        m_bNetError = true;
-        ring();
-        zet::Log::error(L"Error while writing data to network:%s", getPeerName());
-    }
-    return false;
-}
-
-bool CCommandSocket::writePacket(const CCmdPackager& packager, bool& isFramed)
-{
+    int size = 0;
+    unsigned char* const frame = packager.FrameInPlace(size);
+    if (!frame)
+        return false;
     // attach() comes when the connection stands; until then the queue takes what is sent.
     if (!m_PacketWriter.isAttached() && getConnectionState() == kConnecting)
         m_PacketWriter.attachOwner(this);
-    if (packager.GetDataSize() <= kPlacedSize)
-    {
-        unsigned char place[zet::PacketWriter::kHeadSize + CCmdPackager::kMaxHeaderSize + kPlacedSize];
-        const int size = packager.SendTo(place + zet::PacketWriter::kHeadSize);
-        isFramed = size > 0;
-        return isFramed && m_PacketWriter.writePlaced(place, size);
-    }
-    const auto frame = zet::MemoryStream::createInstance();
-    zet::InputStream input(frame.get());
-    zet::OutputStream output(frame.get());
-    isFramed = packager.Send(output);
-    return isFramed && m_PacketWriter.write(input);
+    if (m_PacketWriter.writePlaced(frame - zet::PacketWriter::kHeadSize, size))
+        return true;
+    m_bNetError = true;
+    ring();
+    zet::Log::error(L"Error while writing data to network:%s", getPeerName());
+    return false;
 }
 
 bool CCommandSocket::attach(unsigned int handle)

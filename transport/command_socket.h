@@ -62,5 +62,4 @@ private:
 
     void dispatch();
     void analyse(std::span<const unsigned char> frame);
-    bool writePacket(const CCmdPackager& packager, bool& isFramed);
 };

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -341,6 +342,34 @@ TEST(CmdPackager, WhatLiesBehindAFrameInMemoryIsLeft)
     // The payload is the packager's own.
     bytes[6] = 'x';
     EXPECT_EQ(payload(pk), (Bytes{'a', 'b'}));
+}
+
+TEST(CmdPackager, AFrameInPlaceIsTheOneThatIsSent)
+{
+    // Within the object, at its end, and in a block of its own.
+    for (const size_t size : {size_t{0}, size_t{3}, size_t{0x10000}, size_t{300000}})
+    {
+        for (const int addresses : {0, 1, 2, 3})
+        {
+            CCmdPackager pk;
+            pk.SetCmdID(0x1234);
+            if (addresses & 1)
+                pk.SetFromAddress(idFrom(1));
+            if (addresses & 2)
+                pk.SetTargetAddress(idFrom(2));
+            const Bytes bytes(size, 'p');
+            ASSERT_TRUE(pk.Write(bytes.data(), static_cast<int>(size)));
+            const CCmdPackager& constant = pk;
+            int length = 0;
+            unsigned char* const frame = constant.FrameInPlace(length);
+            ASSERT_NE(frame, nullptr);
+            EXPECT_EQ(Bytes(frame, frame + length), sent(pk));
+            std::fill(frame - CCmdPackager::kSpareSize, frame, static_cast<unsigned char>(0xFF));
+            EXPECT_EQ(Bytes(frame, frame + length), sent(pk));
+            EXPECT_EQ(payload(pk), bytes);
+            EXPECT_EQ(pk.GetFromAddress().isNull(), !(addresses & 1));
+        }
+    }
 }
 
 TEST(CmdPackager, SizeWordAboveTheLimitIsRefusedBeforeAnyPayload)
