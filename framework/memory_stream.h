@@ -13,11 +13,11 @@ public:
     MemoryInput() = default;
     MemoryInput(const void* bytes, int size) { show(bytes, size); }
 
-    // Shows other bytes from now on.
+    // Shows other bytes from now on; none for a negative size.
     void show(const void* bytes, int size)
     {
         m_At = static_cast<const unsigned char*>(bytes);
-        m_Size = size;
+        m_Size = size > 0 ? size : 0;
     }
     int available() const override { return m_Size; }
     int peek(void* data, int size) override;

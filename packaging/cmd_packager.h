@@ -97,7 +97,8 @@ public:
     // Bytes in front of a frame in place, for the head of a packet.
     static constexpr int kSpareSize = 10;
     // The same frame and its size, put together where the payload lies, or null where Send() would be false. The
-    // kSpareSize bytes in front of it may be written. Valid until the next write or call.
+    // kSpareSize bytes in front of it may be written. Valid until the next write or call; it is room of the packager's,
+    // so one thread at a time calls this, and sends by a socket, which does.
     unsigned char* FrameInPlace(int& size) const;
     // Reads one stream frame. False, with the log told, on a cut or oversized frame; what was read of id and
     // addresses stays, and the bytes taken from the stream are gone. Memory grows with the bytes that the stream

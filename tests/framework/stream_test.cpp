@@ -99,6 +99,9 @@ TEST(MemoryInput, ShowsAndTakesTheBytesWhereTheyLie)
     EXPECT_EQ(out[0], 4);
     EXPECT_EQ(input.read(out, 1), 0);
     EXPECT_EQ(input.skip(1), 0);
+    input.show(bytes, -1);
+    EXPECT_EQ(input.available(), 0);
+    EXPECT_EQ(input.read(out, 8), 0);
 }
 
 } // namespace
