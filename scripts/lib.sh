@@ -8,7 +8,7 @@ JOBS=$(nproc 2>/dev/null || echo 2)
 # What every build needs, and what the tests, the presets with Clang and the one for Windows add.
 BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libasio-dev libfmt-dev nlohmann-json3-dev
     libgnutls28-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev)
-TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin)
+TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin iproute2)
 CLANG_PACKAGES=(clang libclang-rt-dev)
 WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix googletest wine64)
 
