@@ -1,9 +1,10 @@
 #include "transport/net/inner/blocks.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <bit>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <utility>
 
 namespace zet::inner
@@ -20,23 +21,33 @@ void release(Block* block, BlockPool* pool)
     if (pool)
         pool->give(block);
     else
-        std::free(block);
+        ::operator delete(block);
 }
 
 } // namespace
 
 BlockPool::~BlockPool()
 {
-    for (Shelf* const shelf : {&m_Usual, &m_Small})
-        while (shelf->m_First)
-            std::free(std::exchange(shelf->m_First, shelf->m_First->m_Next));
+    for (Shelf& shelf : m_Shelves)
+        while (shelf.m_First)
+            ::operator delete(std::exchange(shelf.m_First, shelf.m_First->m_Next));
+}
+
+int BlockPool::roundUp(int size)
+{
+    if (size > kUsual)
+        return size;
+    return std::min(static_cast<int>(std::bit_ceil(static_cast<unsigned int>(std::max(size, kSmall)))), kUsual);
 }
 
 BlockPool::Shelf* BlockPool::shelfOf(int capacity)
 {
     if (capacity == kUsual)
-        return &m_Usual;
-    return capacity == kSmall ? &m_Small : nullptr;
+        return &m_Shelves[kShelves - 1];
+    const auto bits = static_cast<unsigned int>(capacity);
+    if (capacity < kSmall || capacity > kUsual || !std::has_single_bit(bits))
+        return nullptr;
+    return &m_Shelves[std::bit_width(bits) - std::bit_width(static_cast<unsigned int>(kSmall))];
 }
 
 Block* BlockPool::take(int capacity)
@@ -50,7 +61,7 @@ Block* BlockPool::take(int capacity)
     }
     else
     {
-        block = static_cast<Block*>(std::malloc(sizeof(Block) + static_cast<size_t>(capacity)));
+        block = static_cast<Block*>(::operator new(sizeof(Block) + static_cast<size_t>(capacity), std::nothrow));
         if (!block)
             return nullptr;
         block->m_Capacity = capacity;
@@ -66,7 +77,7 @@ void BlockPool::give(Block* block)
     Shelf* const shelf = shelfOf(block->m_Capacity);
     if (!shelf || shelf->m_Count == kKept)
     {
-        std::free(block);
+        ::operator delete(block);
         return;
     }
     block->m_Next = shelf->m_First;
@@ -146,7 +157,7 @@ void InputBuffer::swap(InputBuffer& other)
 bool OutputQueue::append(int size, BlockPool& pool)
 {
     const size_t usual = std::clamp<size_t>(m_Size * 2, BlockPool::kSmall, BlockPool::kUsual);
-    Block* block = pool.take(std::max(size, static_cast<int>(usual)));
+    Block* block = pool.take(BlockPool::roundUp(std::max(size, static_cast<int>(usual))));
     if (!block)
         return false;
     if (m_Tail)

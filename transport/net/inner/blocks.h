@@ -20,14 +20,14 @@ struct Block
     int room() const { return m_Capacity - m_End; }
 };
 
-// Keeps some blocks of two sizes for the next one who needs one. Belongs to one thread.
+// Keeps some blocks of each usual size for the next one who needs one. Belongs to one thread.
 class BlockPool
 {
 public:
-    // Capacity of the usual block: 64 KiB together with its head.
-    static constexpr int kUsual = 0x10000 - static_cast<int>(sizeof(Block));
-    // Of the one that a few commands fit in.
+    // Capacity of the smallest usual block, in which a few commands fit; each further one has twice as much.
     static constexpr int kSmall = 1024;
+    // Of the largest: 64 KiB together with its head.
+    static constexpr int kUsual = 0x10000 - static_cast<int>(sizeof(Block));
     // Blocks of each size.
     static constexpr int kKept = 16;
 
@@ -36,6 +36,8 @@ public:
     BlockPool(const BlockPool&) = delete;
     BlockPool& operator=(const BlockPool&) = delete;
 
+    // The capacity of the smallest usual block for so many bytes, or just as many where none has the room.
+    static int roundUp(int size);
     // An empty block, or null where memory is short.
     Block* take(int capacity);
     void give(Block* block);
@@ -47,11 +49,13 @@ private:
         int m_Count = 0;
     };
 
-    // Null for a capacity of which none is kept.
+    static constexpr int kShelves = 7;
+    static_assert(kSmall << (kShelves - 2) < kUsual && kSmall << (kShelves - 1) > kUsual);
+
+    // Null for a capacity that is not usual.
     Shelf* shelfOf(int capacity);
 
-    Shelf m_Usual;
-    Shelf m_Small;
+    Shelf m_Shelves[kShelves];
 };
 
 // What has come and was not yet read, in one piece.
