@@ -21,14 +21,3 @@ void TraceReceivedCommand(const CCmdHead& command, CCommandSocket* socket)
     else
         TraceCommand(command);
 }
-
-bool ProcessCommand(CCmdHead& command, CCmdPackager* pk, CmdHandler handler, unsigned long arg1, unsigned long arg2)
-{
-    return ProcessCommandBy(command, nullptr, pk, [&] { handler(&command, arg1, arg2); });
-}
-
-bool ProcessSocketCommand(CCmdHead& command, CCommandSocket* socket, CCmdPackager* pk, SocketCmdHandler handler,
-                          unsigned long arg1, unsigned long arg2)
-{
-    return ProcessCommandBy(command, socket, pk, [&] { handler(socket, &command, arg1, arg2); });
-}

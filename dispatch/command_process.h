@@ -2,6 +2,7 @@
 #pragma once
 
 #include "dispatch/trace.h"
+#include "framework/platform/export.h"
 #include "packaging/cmd_packager.h"
 
 class CCmdHead;
@@ -17,22 +18,16 @@ using SocketCmdProcess = bool (*)(CCommandSocket* socket, CCmdPackager* pk, Sock
                                   unsigned long arg1, unsigned long arg2);
 using SocketCmdFallback = void (*)(CCommandSocket* socket, CCmdPackager* pk, unsigned long arg1, unsigned long arg2);
 
-// Reads the payload into the command, refuses it unless it ends exactly where the command does, and calls the
-// handler, which must not be null. False, with the log told, on a refused payload.
-COMMONGROUND_API bool ProcessCommand(CCmdHead& command, CCmdPackager* pk, CmdHandler handler, unsigned long arg1,
-                                     unsigned long arg2);
-COMMONGROUND_API bool ProcessSocketCommand(CCmdHead& command, CCommandSocket* socket, CCmdPackager* pk,
-                                           SocketCmdHandler handler, unsigned long arg1, unsigned long arg2);
-
 // Tells the log that the command's payload was refused; the socket is the one that it came by, if any. Always false.
 COMMONGROUND_API bool RefuseCommand(const CCmdHead& command, CCommandSocket* socket);
 // Prints the command to the trace.
 COMMONGROUND_API void TraceReceivedCommand(const CCmdHead& command, CCommandSocket* socket);
 
-// What the above have in common, over what calls the handler. Inline, so that the reading of a command whose class is
-// known is called directly.
+// Reads the payload into the command, refuses it unless it ends exactly where the command does, and calls handle.
+// False, with the log told, on a refused payload. The socket is the one that it came by, or null. A template, so that
+// the reading of a known class is called directly; the trace is a switch of whoever compiles it.
 template <class Command, class Handle>
-inline bool ProcessCommandBy(Command& command, CCommandSocket* socket, CCmdPackager* pk, Handle handle)
+bool ProcessCommandBy(Command& command, CCommandSocket* socket, CCmdPackager* pk, Handle handle)
 {
     // Sender and receiver must agree on the fields exactly: bytes left over are as wrong as bytes missing.
     if (!command.Read(pk) || pk->GetReadPointer() != pk->GetDataSize())

@@ -38,7 +38,7 @@ public:
                         unsigned long arg2)
     {
         NoteCommand command;
-        return ProcessSocketCommand(command, socket, pk, handler, arg1, arg2);
+        return ProcessCommandBy(command, socket, pk, [&] { handler(socket, &command, arg1, arg2); });
     }
 
     int m_Number;

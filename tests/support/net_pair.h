@@ -29,14 +29,12 @@ private:
     static bool process(CCmdPackager* pk, CmdHandler, unsigned long arg1, unsigned long arg2)
     {
         NoteCommand command;
-        return ProcessCommand(
-            command, pk,
-            [](CCmdHead* head, unsigned long first, unsigned long second)
-            {
-                if (s_Handler)
-                    s_Handler(first, second, *static_cast<NoteCommand*>(head));
-            },
-            arg1, arg2);
+        return ProcessCommandBy(command, nullptr, pk,
+                                [&]
+                                {
+                                    if (s_Handler)
+                                        s_Handler(arg1, arg2, command);
+                                });
     }
 };
 

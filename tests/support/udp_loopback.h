@@ -38,7 +38,7 @@ private:
     static bool process(CCmdPackager* pk, CmdHandler handler, unsigned long arg1, unsigned long arg2)
     {
         NoteCommand command;
-        return ProcessCommand(command, pk, handler, arg1, arg2);
+        return ProcessCommandBy(command, nullptr, pk, [&] { handler(&command, arg1, arg2); });
     }
     static void call(CCmdHead* command, unsigned long arg1, unsigned long arg2)
     {
