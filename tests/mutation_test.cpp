@@ -1,5 +1,6 @@
-// Every golden vector, and every frame made of one, cut at each byte and with each bit turned over: no reading crashes,
-// passes the end of its bytes or takes more memory than the bytes allow.
+// Every golden vector cut at each byte and with each bit turned over, and every command's frames cut at each byte and
+// with each bit of their heads turned over: no reading crashes, passes the end of its bytes or takes more memory than
+// the bytes allow.
 #include "framework/memory_stream.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"

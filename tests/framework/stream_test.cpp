@@ -86,6 +86,7 @@ TEST(MemoryInput, ShowsAndTakesTheBytesWhereTheyLie)
     zet::MemoryInput input(bytes, 5);
     EXPECT_EQ(input.view(5), bytes);
     EXPECT_EQ(input.view(6), nullptr);
+    EXPECT_EQ(input.view(-1), nullptr);
     unsigned char out[8] = {};
     EXPECT_EQ(input.peek(out, -1), 0);
     EXPECT_EQ(input.peek(out, 2), 2);

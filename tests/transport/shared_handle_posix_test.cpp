@@ -44,7 +44,7 @@ TEST(SharedHandle, WhatComesForAConnectionThatWasClosedTellsNobody)
     {
         EXPECT_TRUE(near->send(NoteCommand(i)));
         net.m_System.tick();
-        net.m_System.wait();
+        net.m_System.tick();
     }
     EXPECT_EQ(got, 0);
     EXPECT_EQ(near->getConnectionState(), zet::TcpConnection::kEstablished);
@@ -71,7 +71,7 @@ TEST(SharedHandle, APortThatWasClosedTellsNobodyOfItsVisitors)
     for (int i = 0; i < 3; ++i)
     {
         net.m_System.tick();
-        net.m_System.wait();
+        net.m_System.tick();
     }
     EXPECT_TRUE(net.m_Server->m_Accepted.empty());
 }

@@ -9,7 +9,6 @@ namespace
 using test::NoteCommand;
 using test::NoteSocket;
 using test::NoteSocketHandle;
-using test::UdpNet;
 
 class UdpClient : public test::UdpTest
 {
