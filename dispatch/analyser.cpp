@@ -18,6 +18,7 @@ void CCmdAnalyser::Install(unsigned short id, CmdProcess process, CmdHandler han
 
 int CCmdAnalyser::Analyse(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const
 {
+    // The log takes what it is given by reference, and this one is to stay in a register.
     const unsigned short id = pk.GetCmdID();
     if (id >= kCommandIdLimit)
     {

@@ -21,6 +21,7 @@ void CCmdAnalyserSocket::Install(unsigned short id, SocketCmdProcess process, So
 // Of a socket that is not null.
 inline bool CCmdAnalyserSocket::dispatch(CCommandSocket* socket, CCmdPackager& pk) const
 {
+    // The log takes what it is given by reference, and this one is to stay in a register.
     const unsigned short id = pk.GetCmdID();
     if (id >= kCommandIdLimit)
     {

@@ -35,7 +35,8 @@ public:
 
     // Hands the command to its handler or a fallback. False, with the log told, where there was neither.
     bool Analyse(CCommandSocket* socket, CCmdPackager& pk) const;
-    // The same for one stream frame; a frame that cannot be received is false, too.
+    // The same for one stream frame, in a stream or at the front of size bytes in memory; what lies behind it there is
+    // not looked at. A frame that cannot be received is false, too.
     bool Analyse(CCommandSocket* socket, zet::InputStream& stream) const;
     bool Analyse(CCommandSocket* socket, const void* frame, int size) const;
 

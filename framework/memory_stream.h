@@ -22,7 +22,7 @@ public:
     int available() const override { return m_Size; }
     int peek(void* data, int size) override;
     int read(void* data, int size) override;
-    const unsigned char* view(int size) override { return size <= m_Size ? m_At : nullptr; }
+    const unsigned char* view(int size) override { return size >= 0 && size <= m_Size ? m_At : nullptr; }
     int skip(int size) override;
 
 private:

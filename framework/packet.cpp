@@ -1,7 +1,7 @@
 #include "framework/packet.h"
 
 #include <algorithm>
-#include <cstring>
+#include <utility>
 
 namespace zet
 {

@@ -35,7 +35,8 @@ public:
     // packet only until the next read() or detach(), and what the caller leaves of it is skipped. Packets of no bytes
     // are passed over.
     bool read(InputStream& stream);
-    // The same without a stream: the packet's bytes where they lie, or none.
+    // The same without a stream: the packet's bytes where they lie, valid as long; none where the stream would be
+    // empty.
     bool read(std::span<const unsigned char>& packet);
 
     // Bytes that a packet may have, without its length word; 1 to kLargestLimit.

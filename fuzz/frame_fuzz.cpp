@@ -1,4 +1,4 @@
-// Both frame forms on foreign bytes; what is received is sent again with the same bytes.
+// Both frame forms on foreign bytes, from a stream and from memory; what is received is sent again with the same bytes.
 #include "framework/memory_stream.h"
 #include "fuzz/support/budget.h"
 #include "packaging/cmd_packager.h"

@@ -94,17 +94,20 @@ public:
     // Writes one stream frame, the whole payload whatever the read pointer. False, with the log told, where the
     // stream does not take the payload.
     bool Send(zet::OutputStream& stream) const;
-    // Bytes in front of a frame in place, for the head of a packet.
+    // Bytes in front of a frame in place that its sender may write: room for a packet's head, and with the longest
+    // frame head a multiple of 16, so that the payload lies as its memory does.
     static constexpr int kSpareSize = 10;
-    // The same frame and its size, put together where the payload lies, or null where Send() would be false. The
-    // kSpareSize bytes in front of it may be written. Valid until the next write or call; it is room of the packager's,
-    // so one thread at a time calls this, and sends by a socket, which does.
+    // The frame as Send() writes it, put together in front of and with the payload where that lies, and its bytes in
+    // size. Null, with size untouched, where the payload is too large. The frame is the packager's memory, valid until
+    // the next call that writes; const as it is, this and CCommandSocket::send() use that memory, so a packager that
+    // several threads send needs a copy for each.
     unsigned char* FrameInPlace(int& size) const;
     // Reads one stream frame. False, with the log told, on a cut or oversized frame; what was read of id and
     // addresses stays, and the bytes taken from the stream are gone. Memory grows with the bytes that the stream
     // delivers, not with the size that the frame announces.
     bool Receive(zet::InputStream& stream);
-    // The same for a frame that begins size bytes in memory; what lies behind it is not looked at.
+    // The same for a frame at the front of size bytes in memory, which are copied; what lies behind it is not looked
+    // at.
     bool Receive(const void* frame, int size);
 
     // Writes one datagram frame and returns its length, or 0 where it does not fit size bytes. A null buffer

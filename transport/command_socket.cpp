@@ -10,13 +10,8 @@
 #include "packaging/command_head.h"
 #include "packaging/socket_seam.h"
 
-namespace
-{
-
 static_assert(zet::PacketReader::kDefaultLimit == CCmdPackager::kMaxHeaderSize + CCmdPackager::kMaxDataSize);
 static_assert(zet::PacketWriter::kHeadSize <= CCmdPackager::kSpareSize);
-
-} // namespace
 
 zet::Unknown::Handle_T<CCommandSocket> CCommandSocket::createInstance(CCmdAnalyserSocket* analyser)
 {

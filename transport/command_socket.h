@@ -29,7 +29,8 @@ public:
 
     // Queues the command as one packet. False, with the log told, where the command does not write itself or the
     // packet layer failed; false where the socket is closed. After a failure of the packet layer further sends fail
-    // until the socket has closed. On a connection still on its way up commands wait until it stands.
+    // until the socket has closed. On a connection still on its way up commands wait until it stands. A packager's
+    // frame is put together in the packager itself: one thread at a time sends it.
     bool send(const CCmdHead& command);
     bool send(const CCmdPackager& packager);
     using zet::TcpStream::send;

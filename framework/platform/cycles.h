@@ -6,7 +6,6 @@ namespace zet::platform
 
 #if defined(__x86_64__) || defined(__i386__)
 
-constexpr bool kHasCycles = true;
 // At least a thousand million a second on every processor in use; so many pass in 0.1 ms or less.
 constexpr unsigned long long kCyclesOfTenthMillisecond = 100000;
 
@@ -17,7 +16,7 @@ inline unsigned long long readCycles()
 
 #else
 
-constexpr bool kHasCycles = false;
+// None: what a clock said holds for no time.
 constexpr unsigned long long kCyclesOfTenthMillisecond = 0;
 
 inline unsigned long long readCycles()

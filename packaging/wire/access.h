@@ -56,7 +56,7 @@ private:
     static unsigned char* storage(CDataPackager& packager) { return packager.m_Buffer; }
     static unsigned char* storage(CCmdPackager& packager)
     {
-        // The storage is never null. Where that is told, a look at the bytes left is no second one at the pointer.
+        // The storage is never null. Told so, the compiler tests the bytes left alone, not the pointer as well.
         if (!packager.m_pBuffer)
             __builtin_unreachable();
         return packager.m_pBuffer;

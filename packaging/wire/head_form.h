@@ -1,4 +1,4 @@
-// The heads of commands, inline: every command begins with one, so no call is spent on it.
+// The heads of commands. Every command begins with one, so the usual form is inline and no call is spent on it.
 #pragma once
 
 #include "packaging/command_head.h"

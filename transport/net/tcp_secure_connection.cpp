@@ -209,7 +209,7 @@ void TcpSecureConnection::failHandshake(const String_T<wchar_t>& reason)
 // Bytes that have come from the network, 0 for none now, -1 for the end.
 int TcpSecureConnection::fillInput()
 {
-    // The wait says when the socket is worth a look.
+    // The flag says when the socket is worth a look.
     if (m_Link->m_IsInputWaited)
     {
         m_Pending &= static_cast<unsigned char>(~kReadable);

@@ -31,21 +31,17 @@ private:
     friend class Poller;
 
     unsigned char m_Wanted = 0;
+    // For a Poller that keeps the list itself.
     int m_Place = 0;
 };
 
-// Tells each watch once what its socket is ready for, and again only after want(): who was told reads until nothing is
-// left, or writes until nothing more is taken, and then asks. One thread owns it; wake() is for any.
-//
-// It stands in the place of Asio's waits, which arm a socket by a system call each time and look once more behind each
-// sleep. Here a socket is announced once, and a sleep's news are a tick's news.
+// Tells each watch what its socket has become ready for. It surely tells again only after want(), which comes once the
+// socket was read until nothing was left, or written until nothing more was taken; with edges it may tell without. One
+// thread owns it; wake() is for any.
 class Poller
 {
 public:
     using Handle = asio::ip::tcp::socket::native_handle_type;
-
-    // News of one look; more of them wait for the next one.
-    static constexpr int kNewsPerLook = 16384;
 
     // Throws std::system_error where the operating system has none to give.
     Poller();

@@ -19,6 +19,8 @@ namespace
 
 // News of one system call.
 constexpr int kBatch = 256;
+// News of one look; more of them wait for the next one.
+constexpr int kNewsPerLook = 16384;
 
 // Edges: the system tells what has changed, and a socket that was left half read is its owner's business.
 uint32_t eventsOf(unsigned char ready)

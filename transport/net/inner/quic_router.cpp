@@ -104,7 +104,7 @@ bool QuicRouter::join(const std::shared_ptr<Reactor>& reactor)
     const auto port = UdpPort::open(reactor, 0, handle);
     if (!port)
     {
-        // A port where it was takes the handle back, to be closed with it.
+        // A port where it was takes the handle back, to be closed with it; one that nobody can watch is closed already.
         if (const auto again = UdpPort::open(m_Reactor, 0, handle))
             m_Port = again;
         return false;

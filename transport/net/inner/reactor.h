@@ -53,7 +53,7 @@ public:
     // Takes that back: the router goes to another reactor.
     void forgetLater(const UdpRouter& router);
 
-    // What Asio's sockets and its resolver ask for. Nothing waits in it.
+    // What Asio's sockets and its resolver ask for. It watches each socket as well, and nobody asks it for news.
     Context& context() { return m_Context; }
     Poller& poller() { return m_Poller; }
     BlockPool& pool() { return m_Pool; }

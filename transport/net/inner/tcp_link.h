@@ -53,7 +53,7 @@ struct TcpLink final : Counted<TcpLink>, Watch
     OutputQueue m_Output;
     // What of the output a secure layer has sealed; it leaves first.
     OutputQueue m_Sealed;
-    // No news of it have come since the socket was found empty, or full; nobody has read a new socket yet.
+    // Nothing was told since the socket was found empty, or full. A new socket counts as empty.
     bool m_IsInputWaited = true;
     bool m_IsOutputWaited = false;
     // Nothing comes behind what the socket holds.

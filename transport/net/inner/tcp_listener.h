@@ -13,6 +13,7 @@ class TcpServer;
 namespace zet::inner
 {
 
+// Its server owns it. unwatch() comes before the acceptor is closed or released.
 struct TcpListener final : Watch
 {
     using Acceptor = asio::basic_socket_acceptor<asio::ip::tcp, asio::io_context::executor_type>;

@@ -190,6 +190,7 @@ int UdpPort::receive()
     // A fault is that of an earlier datagram, and told once; something may lie behind it.
     if (count < 0 && errno != EAGAIN && errno != EWOULDBLOCK)
         count = take();
+    // The next edge comes without being asked for.
     m_IsReadable = count == kBatch;
     return std::max(count, 0);
 }
