@@ -42,7 +42,7 @@ public:
     static long long GetFrameSize(const unsigned char* header);
 
     // Only the bytes that Unpack may take for addresses are cleared: old stack contents must not leave through them.
-    CCmdPackager() : m_pBuffer(m_Store + kFrontSize) { std::memset(m_pBuffer, 0, 2 * sizeof(zet::Uuid)); }
+    CCmdPackager() : m_pBuffer(m_Msg + kFrontSize) { std::memset(m_pBuffer, 0, 2 * sizeof(zet::Uuid)); }
     CCmdPackager(const CCmdPackager& other) : CCmdPackager() { *this = other; }
     ~CCmdPackager() { release(); }
     // Copies id, addresses, payload and read pointer. Where memory is short the payload is left empty.
@@ -127,7 +127,7 @@ private:
 
     void release()
     {
-        if (m_pBuffer != m_Store + kFrontSize)
+        if (m_pBuffer != m_Msg + kFrontSize)
             delete[](m_pBuffer - kFrontSize);
     }
     bool grow(int size);
@@ -143,7 +143,7 @@ private:
     int m_iDataSize = 0;
     int m_iReadPointer = 0;
     // Never zero-filled: a small command touches no more of it than its frame. Mutable for the room in front.
-    mutable unsigned char m_Store[kFrontSize + kInlineSize];
+    mutable unsigned char m_Msg[kFrontSize + kInlineSize];
 };
 
 // A whole stream frame in a buffer, and back. False, with the log told, where the frame does not fit or is cut.
