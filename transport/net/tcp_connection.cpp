@@ -247,8 +247,9 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
     m_State = kConnecting;
     if (m_Link->connect(peer))
     {
-        // A peer on this machine has answered by now.
+        // A peer on this machine has answered by now. What else is told comes too late for this tick.
         reactor->poll();
+        reactor->hurry();
         if (!(m_Pending & kConnected) || finishConnect())
             return true;
     }
@@ -308,15 +309,11 @@ int TcpConnection::receiveNow(void* data, int size, ConnectionState& end)
         end = fault == asio::error::eof ? kClosedByPeer : kBroken;
         return -1;
     }
-    // Less than asked for is all there was; behind it may come the end, which is not told twice.
-    if (!fault && got < static_cast<size_t>(size) && m_Link->m_IsEnded)
-    {
-        hurry();
-    }
-    else if (fault || got < static_cast<size_t>(size))
+    // Less than asked for is all there was, of bytes. An end behind them comes with the next look, when they are read.
+    if (fault || got < static_cast<size_t>(size))
     {
         m_Pending &= static_cast<unsigned char>(~kReadable);
-        m_Link->waitForInput();
+        m_Link->waitForInput(!fault);
     }
     return fault ? 0 : static_cast<int>(got);
 }

@@ -13,8 +13,9 @@ enum Ready : unsigned char
 {
     kReadyInput = 1,
     kReadyOutput = 2,
-    // Nothing comes behind what is there: the peer has ended its side, or the socket is broken. Not every system tells.
-    kReadyEnd = 4
+    // Something may lie behind the bytes that are there of which no news come: the end, a fault, urgent data. Not every
+    // system tells, or needs to.
+    kReadyTail = 4
 };
 
 // A socket's place in a Poller, for as long as it is watched.
@@ -31,7 +32,7 @@ private:
     friend class Poller;
 
     unsigned char m_Wanted = 0;
-    // For a Poller that keeps the list itself.
+    // The handle, or an index where the Poller keeps the list itself.
     int m_Place = 0;
 };
 
@@ -52,12 +53,15 @@ public:
     // Tells at once what the socket is ready for already. False where the system does not watch it. Watch and socket
     // stay until remove().
     bool add(Handle handle, Watch& watch, unsigned char ready);
-    // For a watch that was added.
-    void want(Handle handle, Watch& watch, unsigned char ready);
-    void remove(Handle handle, Watch& watch);
+    // For watches that were added, these three.
+    void want(Watch& watch, unsigned char ready);
+    // Tells of the input that there is, and of its tail, though it may have been told before.
+    void tellInputAgain(Watch& watch);
+    void remove(Watch& watch);
 
-    // Tells the news there are, or, where there are none, those that come within so many milliseconds.
-    void wait(unsigned int milliseconds);
+    // Tells the news there are, or, where there are none, those that come within so many milliseconds. False where it
+    // was kept from looking.
+    bool wait(unsigned int milliseconds);
     // Ends the present or the next wait().
     void wake();
 

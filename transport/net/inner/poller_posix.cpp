@@ -27,7 +27,7 @@ uint32_t eventsOf(unsigned char ready)
 {
     uint32_t events = EPOLLET | EPOLLRDHUP;
     if (ready & kReadyInput)
-        events |= EPOLLIN;
+        events |= EPOLLIN | EPOLLPRI;
     if (ready & kReadyOutput)
         events |= EPOLLOUT;
     return events;
@@ -37,14 +37,15 @@ unsigned char readyOf(uint32_t events)
 {
     // What is broken shows when it is used.
     if (events & (EPOLLERR | EPOLLHUP))
-        return kReadyInput | kReadyOutput | kReadyEnd;
+        return kReadyInput | kReadyOutput | kReadyTail;
     unsigned char ready = 0;
     if (events & EPOLLIN)
         ready |= kReadyInput;
     if (events & EPOLLOUT)
         ready |= kReadyOutput;
-    if (events & EPOLLRDHUP)
-        ready |= kReadyInput | kReadyEnd;
+    // A read ends in front of urgent data as it does where nothing is left.
+    if (events & (EPOLLRDHUP | EPOLLPRI))
+        ready |= kReadyInput | kReadyTail;
     return ready;
 }
 
@@ -76,13 +77,15 @@ struct Poller::State
         event.data.ptr = watch;
         return ::epoll_ctl(m_Poll, operation, handle, &event) == 0;
     }
+    void tell(Watch& watch, unsigned char ready);
     void hear()
     {
-        // In this order, or a call that comes between the two is lost.
-        m_IsWoken = false;
         uint64_t count;
         while (::read(m_Alarm, &count, sizeof count) < 0 && errno == EINTR)
             continue;
+        // Not before: the read would take away what a call in between has written, and leave its flag for ever. This
+        // way such a call is one of those that the present sleep ends for.
+        m_IsWoken.exchange(false);
     }
 
     const Descriptor m_Poll{::epoll_create1(EPOLL_CLOEXEC)};
@@ -100,26 +103,44 @@ Poller::~Poller() = default;
 
 bool Poller::add(Handle handle, Watch& watch, unsigned char ready)
 {
+    watch.m_Place = handle;
     watch.m_Wanted = ready;
     return m_State->control(EPOLL_CTL_ADD, handle, &watch, eventsOf(ready));
 }
 
-void Poller::want(Handle handle, Watch& watch, unsigned char ready)
+void Poller::want(Watch& watch, unsigned char ready)
 {
-    // The next edge of what was ever asked for comes by itself.
-    if ((watch.m_Wanted & ready) == ready)
+    // Room for output is wanted seldom. Of input the next edge comes by itself.
+    if (!(ready & kReadyOutput) && (watch.m_Wanted & ready) == ready)
         return;
     watch.m_Wanted |= ready;
-    m_State->control(EPOLL_CTL_MOD, handle, &watch, eventsOf(watch.m_Wanted));
+    m_State->control(EPOLL_CTL_MOD, watch.m_Place, &watch, eventsOf(watch.m_Wanted));
 }
 
-void Poller::remove(Handle handle, Watch& watch)
+void Poller::tellInputAgain(Watch& watch)
+{
+    // Whatever is ready is an edge to a watch that was changed.
+    m_State->control(EPOLL_CTL_MOD, watch.m_Place, &watch, eventsOf(watch.m_Wanted));
+}
+
+void Poller::remove(Watch& watch)
 {
     // Closing alone would leave the watch in place where a child process has the socket, too.
-    m_State->control(EPOLL_CTL_DEL, handle, &watch, 0);
+    m_State->control(EPOLL_CTL_DEL, watch.m_Place, &watch, 0);
 }
 
-void Poller::wait(unsigned int milliseconds)
+void Poller::State::tell(Watch& watch, unsigned char ready)
+{
+    // Room that nobody waits for would end a sleep with each datagram that leaves.
+    if (ready & watch.m_Wanted & kReadyOutput)
+    {
+        watch.m_Wanted &= static_cast<unsigned char>(~kReadyOutput);
+        control(EPOLL_CTL_MOD, watch.m_Place, &watch, eventsOf(watch.m_Wanted));
+    }
+    watch.onReady(ready);
+}
+
+bool Poller::wait(unsigned int milliseconds)
 {
     constexpr unsigned int kLongest = std::numeric_limits<int>::max();
     int time = static_cast<int>(std::min(milliseconds, kLongest));
@@ -129,12 +150,13 @@ void Poller::wait(unsigned int milliseconds)
         const int count = ::epoll_wait(m_State->m_Poll, news, kBatch, time);
         for (int i = 0; i < count; ++i)
             if (auto* const watch = static_cast<Watch*>(news[i].data.ptr))
-                watch->onReady(readyOf(news[i].events));
+                m_State->tell(*watch, readyOf(news[i].events));
             else
                 m_State->hear();
         if (count < kBatch)
-            return;
+            return count >= 0 || told > 0;
     }
+    return true;
 }
 
 void Poller::wake()

@@ -49,8 +49,10 @@ unsigned char readyOf(short events)
         ready |= kReadyInput;
     if (events & POLLWRNORM)
         ready |= kReadyOutput;
-    // What has ended or is broken shows when it is used.
-    if (events & (POLLERR | POLLHUP | POLLNVAL))
+    // What has ended or is broken shows when it is used. Behind an end alone there may be no room for output yet.
+    if (events & POLLHUP)
+        ready |= kReadyInput;
+    if (events & (POLLERR | POLLNVAL))
         ready |= kReadyInput | kReadyOutput;
     return ready;
 }
@@ -74,11 +76,12 @@ struct Poller::State
 
     void hear()
     {
-        // In this order, or a call that comes between the two is lost.
-        m_IsWoken = false;
         char byte;
         while (::recv(m_Entries.front().m_Socket, &byte, 1, 0) > 0)
             continue;
+        // Not before: the call would take away what a call in between has sent, and leave its flag for ever. This way
+        // such a call is one of those that the present sleep ends for.
+        m_IsWoken.exchange(false);
     }
 
     // The first one is the alarm.
@@ -101,12 +104,17 @@ bool Poller::add(Handle handle, Watch& watch, unsigned char ready)
     return true;
 }
 
-void Poller::want(Handle, Watch& watch, unsigned char ready)
+void Poller::want(Watch& watch, unsigned char ready)
 {
     watch.m_Wanted |= ready;
 }
 
-void Poller::remove(Handle, Watch& watch)
+void Poller::tellInputAgain(Watch& watch)
+{
+    want(watch, kReadyInput);
+}
+
+void Poller::remove(Watch& watch)
 {
     State::Entry& place = m_State->m_Entries[static_cast<size_t>(watch.m_Place)];
     place = m_State->m_Entries.back();
@@ -114,7 +122,7 @@ void Poller::remove(Handle, Watch& watch)
     m_State->m_Entries.pop_back();
 }
 
-void Poller::wait(unsigned int milliseconds)
+bool Poller::wait(unsigned int milliseconds)
 {
     auto& asked = m_State->m_Asked;
     auto& askedFor = m_State->m_AskedFor;
@@ -130,7 +138,7 @@ void Poller::wait(unsigned int milliseconds)
     const int count =
         ::WSAPoll(asked.data(), static_cast<ULONG>(asked.size()), static_cast<int>(std::min(milliseconds, kLongest)));
     if (count <= 0)
-        return;
+        return count == 0;
     for (size_t i = 0; i < asked.size(); ++i)
     {
         const unsigned char ready = readyOf(asked[i].revents);
@@ -145,6 +153,7 @@ void Poller::wait(unsigned int milliseconds)
         watch->m_Wanted &= static_cast<unsigned char>(~ready);
         watch->onReady(ready);
     }
+    return true;
 }
 
 void Poller::wake()

@@ -58,8 +58,7 @@ void Reactor::wait(unsigned int milliseconds)
 {
     if (m_IsHurried || milliseconds == 0)
         return;
-    m_Poller.wait(milliseconds);
-    m_HasLooked = true;
+    m_HasLooked = m_Poller.wait(milliseconds);
 }
 
 void Reactor::wake()

@@ -15,20 +15,23 @@ bool TcpLink::startWatch(unsigned char ready)
 void TcpLink::unwatch()
 {
     if (m_IsWatched)
-        m_Poller.remove(m_Socket.native_handle(), *this);
+        m_Poller.remove(*this);
     m_IsWatched = false;
 }
 
-void TcpLink::waitForInput()
+void TcpLink::waitForInput(bool isCutShort)
 {
     m_IsInputWaited = true;
-    m_Poller.want(m_Socket.native_handle(), *this, kReadyInput);
+    if (isCutShort && m_HasTail)
+        m_Poller.tellInputAgain(*this);
+    else
+        m_Poller.want(*this, kReadyInput);
 }
 
 void TcpLink::waitForOutput()
 {
     m_IsOutputWaited = true;
-    m_Poller.want(m_Socket.native_handle(), *this, kReadyOutput);
+    m_Poller.want(*this, kReadyOutput);
 }
 
 bool TcpLink::connect(const asio::ip::tcp::endpoint& peer)
@@ -66,8 +69,8 @@ void TcpLink::onReady(unsigned char ready)
         m_IsInputWaited = false;
         pending |= TcpConnection::kReadable;
     }
-    if (ready & kReadyEnd)
-        m_IsEnded = true;
+    if (ready & kReadyTail)
+        m_HasTail = true;
     if (!m_Owner || pending == 0)
         return;
     m_Owner->m_Pending |= pending;

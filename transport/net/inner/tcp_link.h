@@ -28,8 +28,9 @@ struct TcpLink final : Counted<TcpLink>, Watch
     bool watch() { return m_IsWatched || startWatch(kReadyInput); }
     // No more of it; before the socket is closed or given away.
     void unwatch();
-    // The owner has found the socket empty, or full, and is told of the change.
-    void waitForInput();
+    // The owner has found the socket empty, or full, and is told of the change. A read that was cut short has found it
+    // empty only where nothing but bytes can follow.
+    void waitForInput(bool isCutShort);
     void waitForOutput();
     // Begins a connection with an open socket; the owner is told when the answer is there. False where there is no way.
     bool connect(const asio::ip::tcp::endpoint& peer);
@@ -56,8 +57,6 @@ struct TcpLink final : Counted<TcpLink>, Watch
     // Nothing was told since the socket was found empty, or full. A new socket counts as empty.
     bool m_IsInputWaited = true;
     bool m_IsOutputWaited = false;
-    // Nothing comes behind what the socket holds.
-    bool m_IsEnded = false;
     bool m_IsListed = false;
 
 private:
@@ -65,6 +64,8 @@ private:
 
     bool m_IsWatched = false;
     bool m_IsConnecting = false;
+    // Behind the bytes that were read may be what no news tell of.
+    bool m_HasTail = false;
 };
 
 using TcpLinkRef = Ref<TcpLink>;

@@ -14,13 +14,13 @@ bool TcpListener::watch()
 void TcpListener::unwatch()
 {
     if (m_IsWatched)
-        m_Poller.remove(m_Acceptor.native_handle(), *this);
+        m_Poller.remove(*this);
     m_IsWatched = false;
 }
 
 void TcpListener::waitForVisitor()
 {
-    m_Poller.want(m_Acceptor.native_handle(), *this, kReadyInput);
+    m_Poller.want(*this, kReadyInput);
 }
 
 void TcpListener::onReady(unsigned char)

@@ -156,14 +156,14 @@ unsigned int UdpPort::detach()
 void UdpPort::unwatch()
 {
     if (m_IsWatched)
-        m_Poller.remove(m_Socket.native_handle(), *this);
+        m_Poller.remove(*this);
     m_IsWatched = false;
 }
 
 void UdpPort::waitForOutput()
 {
     m_IsBlocked = true;
-    m_Poller.want(m_Socket.native_handle(), *this, kReadyOutput);
+    m_Poller.want(*this, kReadyOutput);
 }
 
 void UdpPort::onReady(unsigned char ready)

@@ -1,0 +1,51 @@
+// A System with sockets, woken from other threads.
+#include "framework/system.h"
+#include "transport/net/tcp_server.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+namespace
+{
+
+// Two threads wake without end, so that now and then one does so while a sleep is ending for the other's call. A call
+// that is lost there would leave the sleeper deaf, and its next sleep is longer than a test may take.
+TEST(Wake, NoneIsLostAmongManyAtOnce)
+{
+    constexpr unsigned int kHour = 3'600'000;
+    constexpr int kSleeps = 300'000;
+    zet::System system;
+    system.init();
+    const zet::Unknown::Handle_T<zet::TcpServer> server = new zet::TcpServer;
+    ASSERT_TRUE(server->start(&system));
+    ASSERT_TRUE(server->listen(0, 5));
+    // A System would spare its waiter the calls that come while it is awake.
+    zet::System::Waiter& waiter = *system.getWaiter();
+    std::atomic<bool> isOver{false};
+    const auto wakeOn = [&]
+    {
+        while (!isOver)
+            waiter.wake();
+    };
+    std::thread first(wakeOn);
+    std::thread second(wakeOn);
+    int slept = 0;
+    for (; slept < kSleeps; ++slept)
+        waiter.wait(kHour);
+    isOver = true;
+    first.join();
+    second.join();
+    // What is left of those calls ends one sleep at most.
+    waiter.wake();
+    waiter.wait(kHour);
+    std::thread last([&] { waiter.wake(); });
+    waiter.wait(kHour);
+    last.join();
+    EXPECT_EQ(slept, kSleeps);
+    server->close();
+    system.exit();
+}
+
+} // namespace
