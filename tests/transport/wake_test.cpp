@@ -15,7 +15,12 @@ namespace
 TEST(Wake, NoneIsLostAmongManyAtOnce)
 {
     constexpr unsigned int kHour = 3'600'000;
+#ifdef _WIN32
+    // A call there costs a hundred times as much.
+    constexpr int kSleeps = 3'000;
+#else
     constexpr int kSleeps = 300'000;
+#endif
     zet::System system;
     system.init();
     const zet::Unknown::Handle_T<zet::TcpServer> server = new zet::TcpServer;
