@@ -1,6 +1,7 @@
 #include "transport/framework_client_proxy_socket.h"
 
 #include "framework/log.h"
+#include "framework/platform/platform.h"
 #include "framework/quillo/app_log.h"
 #include "framework/string_helper.h"
 
@@ -36,10 +37,26 @@ zet::String_T<char> toUtf8(const zet::String_T<wchar_t>& text)
     return zet::StringHelper::wideToUtf8(text);
 }
 
-bool fits(const zet::String_T<char>& text)
+// User name and password as the proxy is sent them. Leaves nothing of them in memory.
+struct Account
 {
-    return text.getLength() <= CFrameworkClientProxySocket::kMostAccountBytes;
-}
+    Account(const zet::String_T<wchar_t>& name, const zet::String_T<wchar_t>& password)
+        : m_Name(toUtf8(name)), m_Password(toUtf8(password))
+    {
+    }
+    ~Account() { zet::platform::wipe(m_Password); }
+    Account(const Account&) = delete;
+    Account& operator=(const Account&) = delete;
+
+    bool fits() const
+    {
+        constexpr int kMost = CFrameworkClientProxySocket::kMostAccountBytes;
+        return m_Name.getLength() <= kMost && m_Password.getLength() <= kMost;
+    }
+
+    zet::String_T<char> m_Name;
+    zet::String_T<char> m_Password;
+};
 
 } // namespace
 
@@ -66,7 +83,15 @@ void CFrameworkClientProxySocket::SetProxy(zet::String_T<wchar_t> ip, unsigned s
     m_ProxyIP = std::move(ip);
     m_ProxyPort = port;
     m_ProxyAccount = std::move(account);
-    m_ProxyPassword = std::move(password);
+    zet::platform::wipe(m_ProxyPassword);
+    // Moving a short text leaves its units behind.
+    m_ProxyPassword = static_cast<const zet::String_T<wchar_t>&>(password);
+    zet::platform::wipe(password);
+}
+
+CFrameworkClientProxySocket::~CFrameworkClientProxySocket()
+{
+    zet::platform::wipe(m_ProxyPassword);
 }
 
 bool CFrameworkClientProxySocket::connect(const wchar_t* ip, unsigned short port, bool keepAlive)
@@ -91,7 +116,7 @@ bool CFrameworkClientProxySocket::connect(const wchar_t* ip, unsigned short port
 bool CFrameworkClientProxySocket::connectProxy(bool keepAlive)
 {
     // Better no connection than one that ends, unheard, when the proxy asks for an account that cannot be told.
-    const bool canTell = !hasAccount() || (fits(toUtf8(m_ProxyAccount)) && fits(toUtf8(m_ProxyPassword)));
+    const bool canTell = !hasAccount() || Account(m_ProxyAccount, m_ProxyPassword).fits();
     if (!canTell || !CFrameworkClientSocket::connect(m_ProxyIP, m_ProxyPort, keepAlive))
     {
         m_ProxyState = kNoProxy;
@@ -203,21 +228,22 @@ bool CFrameworkClientProxySocket::SendAccountCheck()
 
 bool CFrameworkClientProxySocket::SendAccountID()
 {
-    const zet::String_T<char> account = toUtf8(m_ProxyAccount);
-    const zet::String_T<char> password = toUtf8(m_ProxyPassword);
-    if (!fits(account) || !fits(password))
+    const Account account(m_ProxyAccount, m_ProxyPassword);
+    if (!account.fits())
         return false;
     unsigned char message[1 + 2 * (1 + kMostAccountBytes)];
     size_t size = 0;
     message[size++] = kAccountVersion;
-    for (const zet::String_T<char>* text : {&account, &password})
+    for (const zet::String_T<char>* text : {&account.m_Name, &account.m_Password})
     {
         const auto length = static_cast<size_t>(text->getLength());
         message[size++] = static_cast<unsigned char>(length);
         std::memcpy(message + size, text->getBuffer(), length);
         size += length;
     }
-    return sendBare(message, size);
+    const bool isSent = sendBare(message, size);
+    zet::platform::wipe(message, sizeof message);
+    return isSent;
 }
 
 bool CFrameworkClientProxySocket::SendTargetAddress()

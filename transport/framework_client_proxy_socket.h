@@ -29,6 +29,13 @@ public:
     // Bytes in UTF-8 that a user name or a password may have; the message has one byte for each length.
     static constexpr int kMostAccountBytes = 255;
 
+    // Overwrites the password in memory.
+    ~CFrameworkClientProxySocket() override;
+    CFrameworkClientProxySocket(const CFrameworkClientProxySocket&) = default;
+    CFrameworkClientProxySocket(CFrameworkClientProxySocket&&) = default;
+    CFrameworkClientProxySocket& operator=(const CFrameworkClientProxySocket&) = default;
+    CFrameworkClientProxySocket& operator=(CFrameworkClientProxySocket&&) = default;
+
     // For the next connect(). An empty address or port 0 means no proxy. User name and password count only together,
     // and the log tells them both when they are sent.
     void SetProxy(zet::String_T<wchar_t> ip, unsigned short port, zet::String_T<wchar_t> account,

@@ -14,6 +14,20 @@ namespace zet::platform
 // Unpredictable bytes; false when the system has none to give.
 COMMONGROUND_API bool fillRandom(void* data, size_t size);
 
+// Overwrites a secret with zeros, which the compiler keeps even where the memory is not read again.
+inline void wipe(void* data, size_t size)
+{
+    for (volatile unsigned char* place = static_cast<unsigned char*>(data); size > 0; --size)
+        *place++ = 0;
+}
+template <class T>
+void wipe(String_T<T>& text)
+{
+    const int length = text.getLength();
+    wipe(text.resizeForOverwrite(length), static_cast<size_t>(length) * sizeof(T));
+    text.clear();
+}
+
 // Milliseconds of a clock that nobody sets.
 COMMONGROUND_API unsigned long long getMonotonicMilliseconds();
 // Milliseconds since 1970-01-01 00:00:00 UTC.

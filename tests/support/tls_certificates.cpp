@@ -30,12 +30,22 @@ std::string textOf(gnutls_datum_t data)
     return text;
 }
 
-gnutls_x509_privkey_t makeKey()
+gnutls_x509_privkey_t makeKey(unsigned int rsaBits = 0)
 {
     gnutls_x509_privkey_t key;
     must(gnutls_x509_privkey_init(&key));
-    must(gnutls_x509_privkey_generate(key, GNUTLS_PK_ECDSA, GNUTLS_CURVE_TO_BITS(GNUTLS_ECC_CURVE_SECP256R1), 0));
+    if (rsaBits > 0)
+        must(gnutls_x509_privkey_generate(key, GNUTLS_PK_RSA, rsaBits, 0));
+    else
+        must(gnutls_x509_privkey_generate(key, GNUTLS_PK_ECDSA, GNUTLS_CURVE_TO_BITS(GNUTLS_ECC_CURVE_SECP256R1), 0));
     return key;
+}
+
+std::string pemOf(gnutls_x509_privkey_t key)
+{
+    gnutls_datum_t data;
+    must(gnutls_x509_privkey_export2_pkcs8(key, GNUTLS_X509_FMT_PEM, nullptr, GNUTLS_PKCS_PLAIN, &data));
+    return textOf(data);
 }
 
 gnutls_x509_crt_t makeCertificate(const std::string& name, gnutls_x509_privkey_t key, std::time_t from, std::time_t to)
@@ -83,7 +93,7 @@ Authority::~Authority()
 
 Certificate Authority::issue(const CertificateWish& wish) const
 {
-    const gnutls_x509_privkey_t key = makeKey();
+    const gnutls_x509_privkey_t key = makeKey(wish.m_RsaBits);
     const gnutls_x509_crt_t certificate = makeCertificate(wish.m_CommonName, key, wish.m_From, wish.m_To);
     for (const std::string& host : wish.m_Hosts)
     {
@@ -104,12 +114,36 @@ Certificate Authority::issue(const CertificateWish& wish) const
     must(gnutls_x509_crt_sign2(certificate, m_Certificate, m_Key, GNUTLS_DIG_SHA256, 0));
     Certificate made;
     made.m_Chain = pemOf(certificate);
-    gnutls_datum_t data;
-    must(gnutls_x509_privkey_export2_pkcs8(key, GNUTLS_X509_FMT_PEM, nullptr, GNUTLS_PKCS_PLAIN, &data));
-    made.m_Key = textOf(data);
+    made.m_Key = pemOf(key);
     gnutls_x509_crt_deinit(certificate);
     gnutls_x509_privkey_deinit(key);
     return made;
+}
+
+std::string Authority::revoke(const Certificate& certificate) const
+{
+    gnutls_x509_crt_t revoked;
+    must(gnutls_x509_crt_init(&revoked));
+    const gnutls_datum_t pem = {reinterpret_cast<unsigned char*>(const_cast<char*>(certificate.m_Chain.data())),
+                                static_cast<unsigned int>(certificate.m_Chain.size())};
+    must(gnutls_x509_crt_import(revoked, &pem, GNUTLS_X509_FMT_PEM));
+    gnutls_x509_crl_t list;
+    must(gnutls_x509_crl_init(&list));
+    must(gnutls_x509_crl_set_version(list, 2));
+    must(gnutls_x509_crl_set_crt(list, revoked, std::time(nullptr) - 60));
+    must(gnutls_x509_crl_set_this_update(list, std::time(nullptr) - 60));
+    must(gnutls_x509_crl_set_next_update(list, std::time(nullptr) + 3600));
+    must(gnutls_x509_crl_sign2(list, m_Certificate, m_Key, GNUTLS_DIG_SHA256, 0));
+    gnutls_datum_t data;
+    must(gnutls_x509_crl_export2(list, GNUTLS_X509_FMT_PEM, &data));
+    gnutls_x509_crl_deinit(list);
+    gnutls_x509_crt_deinit(revoked);
+    return textOf(data);
+}
+
+std::string Authority::key() const
+{
+    return pemOf(m_Key);
 }
 
 TextFile::TextFile(const std::string& text) : m_Path(zet::platform::createTempFile(zet::platform::getTempDirectory()))

@@ -31,6 +31,8 @@ struct CertificateWish
     std::time_t m_To = 24 * 3600;
     bool m_IsForServers = true;
     bool m_IsForClients = true;
+    // Bits of an RSA key; 0 for a P-256 key.
+    unsigned int m_RsaBits = 0;
 };
 
 // Signs certificates with a key of its own.
@@ -45,6 +47,10 @@ public:
     // What who trusts it needs.
     const std::string& pem() const { return m_Pem; }
     Certificate issue(const CertificateWish& wish) const;
+    // A list of revoked certificates with this one on it; PEM.
+    std::string revoke(const Certificate& certificate) const;
+    // For programs of others that sign in its name; PEM.
+    std::string key() const;
 
 private:
     gnutls_x509_privkey_int* m_Key = nullptr;

@@ -6,6 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
+#include <new>
+
 namespace
 {
 
@@ -150,6 +154,31 @@ TEST(ProxySocketLife, ACopyTakesTheFieldsAndNoConnection)
     EXPECT_TRUE(copy.isInvalid());
     EXPECT_EQ(copy.getConnectionState(), 0);
     EXPECT_EQ(net.m_Client->getConnectionState(), 2);
+}
+
+TEST(ProxySocketLife, ThePasswordIsNotLeftInMemory)
+{
+    // A text of this length lies within the object.
+    const std::wstring password = L"geheim";
+    std::vector<unsigned char> needle(password.size() * sizeof(wchar_t));
+    std::memcpy(needle.data(), password.data(), needle.size());
+    void* const place = ::operator new(sizeof(ProxyClient));
+    std::memset(place, 0, sizeof(ProxyClient));
+    const auto isThere = [&]
+    {
+        const auto* const bytes = static_cast<const unsigned char*>(place);
+        const auto* const end = bytes + sizeof(ProxyClient);
+        return std::search(bytes, end, needle.begin(), needle.end()) != end;
+    };
+    auto* const client = new (place) ProxyClient(nullptr);
+    client->SetProxy(L"127.0.0.1", 1080, L"name", password.c_str());
+    EXPECT_TRUE(isThere());
+    client->SetProxy(L"127.0.0.1", 1080, L"name", L"x");
+    EXPECT_FALSE(isThere());
+    client->SetProxy(L"127.0.0.1", 1080, L"name", password.c_str());
+    client->~ProxyClient();
+    EXPECT_FALSE(isThere());
+    ::operator delete(place);
 }
 
 } // namespace

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
+
 namespace
 {
 
@@ -154,6 +157,27 @@ TEST_F(ForeignPeer, AnOpenSslClientOfTheVersionBeforeIsServed)
     EXPECT_NE(said.find("hello from afar"), std::string::npos) << said;
 }
 
+TEST_F(ForeignPeer, AnOpenSslClientWithoutAnAuthenticatingCipherIsRefused)
+{
+    NEED("openssl");
+    const test::LogLines log;
+    const std::string said =
+        echoTo({"openssl", "s_client", "-connect", "127.0.0.1:PORT", "-CAfile", m_Trust.path(), "-tls1_2", "-cipher",
+                "ECDHE-ECDSA-AES128-SHA:ECDHE-ECDSA-AES256-SHA384:@SECLEVEL=0"});
+    EXPECT_NE(said.find("handshake failure"), std::string::npos) << said;
+    EXPECT_EQ(said.find("hello from afar"), std::string::npos) << said;
+}
+
+TEST_F(ForeignPeer, AnOpenSslClientThatTakesSignaturesBySha1AloneIsRefused)
+{
+    NEED("openssl");
+    const test::LogLines log;
+    const std::string said = echoTo({"openssl", "s_client", "-connect", "127.0.0.1:PORT", "-CAfile", m_Trust.path(),
+                                     "-tls1_2", "-cipher", "ALL:@SECLEVEL=0", "-sigalgs", "ECDSA+SHA1"});
+    EXPECT_NE(said.find("alert"), std::string::npos) << said;
+    EXPECT_EQ(said.find("hello from afar"), std::string::npos) << said;
+}
+
 TEST_F(ForeignPeer, AGnuTlsClientOfAnOldVersionIsRefused)
 {
     NEED("gnutls-cli");
@@ -255,6 +279,55 @@ TEST_F(ForeignPeer, AGnuTlsServerIsTalkedTo)
     EXPECT_EQ(readUntil(*stream, "hello from here"), "hello from here\n") << server.output();
     stream->close();
     stream->stop();
+}
+
+// What an authority says of a certificate now, as a server staples it: a file in DER.
+std::string makeResponse(const TextFile& chain, bool isRevoked)
+{
+    const TextFile trust(someAuthority().pem());
+    const TextFile key(someAuthority().key());
+    Child serial({"openssl", "x509", "-in", chain.path(), "-noout", "-serial"});
+    serial.wait();
+    const std::string said = serial.output();
+    const std::string number = said.substr(said.find('=') + 1, said.find('\n') - said.find('=') - 1);
+    // State, expiry, revocation, serial number, file and name, with tabs between them.
+    const TextFile index(isRevoked ? "R\t491231235959Z\t200101000000Z\t" + number + "\tunknown\t/CN=server.example\n"
+                                   : "V\t491231235959Z\t\t" + number + "\tunknown\t/CN=server.example\n");
+    const TextFile response("");
+    Child answer({"openssl", "ocsp", "-index", index.path(), "-CA", trust.path(), "-rsigner", trust.path(), "-rkey",
+                  key.path(), "-issuer", trust.path(), "-cert", chain.path(), "-ndays", "1", "-respout",
+                  response.path(), "-noverify"});
+    EXPECT_EQ(answer.wait(), 0) << answer.output();
+    std::ifstream file(response.path(), std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+TEST_F(ForeignPeer, AnOpenSslServersStapledResponseCounts)
+{
+    NEED("openssl");
+    for (const bool isRevoked : {false, true})
+    {
+        const TextFile response(makeResponse(m_Chain, isRevoked));
+        const unsigned short port = findFreePort();
+        Child server({"openssl", "s_server", "-accept", "127.0.0.1:" + std::to_string(port), "-cert", m_Chain.path(),
+                      "-key", m_Key.path(), "-rev", "-status_file", response.path()});
+        const test::LogLines log;
+        const StreamHandle stream = sayTo(server, port, makeClientContext());
+        if (isRevoked)
+        {
+            EXPECT_EQ(stream->getConnectionState(), zet::TcpConnection::kConnectFailed);
+            bool isTold = false;
+            for (const std::wstring& text : log.texts())
+                isTold = isTold || text.find(L"revoked") != std::wstring::npos;
+            EXPECT_TRUE(isTold);
+        }
+        else
+        {
+            EXPECT_EQ(readUntil(*stream, "ereh morf olleh"), "ereh morf olleh\n") << server.output();
+        }
+        stream->close();
+        stream->stop();
+    }
 }
 
 TEST_F(ForeignPeer, AnOpenSslServerOfAnotherNameIsRefused)

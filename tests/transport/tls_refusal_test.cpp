@@ -93,6 +93,63 @@ TEST(TlsRefusal, ACertificateForClientsIsNoServers)
     EXPECT_NE(refusal.of(makeClientContext()).find(L"intended purpose"), std::wstring::npos);
 }
 
+TEST(TlsRefusal, AShortRsaKeyIsRefused)
+{
+    test::CertificateWish wish{"", {"127.0.0.1"}};
+    wish.m_RsaBits = 1024;
+    Refusal refusal(makeServerContext(someAuthority().issue(wish)));
+    EXPECT_NE(refusal.of(makeClientContext()).find(L"insecure"), std::wstring::npos);
+    wish.m_RsaBits = 2048;
+    NoteAnalyser analyser;
+    TlsLoopback net(analyser, makeServerContext(someAuthority().issue(wish)));
+    EXPECT_TRUE(net.connectTls(analyser, makeClientContext()));
+}
+
+TEST(TlsRefusal, AHostNamedInTheSubjectAloneIsRefused)
+{
+    Refusal refusal(makeServerContext(someAuthority().issue({"localhost", {}})));
+    EXPECT_NE(refusal.of(makeClientContext(), L"localhost").find(L"names no host"), std::wstring::npos);
+}
+
+TEST(TlsRefusal, ARevokedCertificateIsRefused)
+{
+    const auto revoked = someAuthority().issue({"", {"127.0.0.1"}});
+    const TlsHandle knows = makeClientContext();
+    ASSERT_TRUE(knows->addRevocations(someAuthority().revoke(revoked).c_str()));
+    Refusal refusal(makeServerContext(revoked));
+    EXPECT_NE(refusal.of(knows).find(L"revoked"), std::wstring::npos);
+    // Another certificate of the same authority is still good, and so is this one for who has no list.
+    NoteAnalyser analyser;
+    TlsLoopback other(analyser);
+    EXPECT_TRUE(other.connectTls(analyser, knows));
+    TlsLoopback unlisted(analyser, makeServerContext(revoked));
+    EXPECT_TRUE(unlisted.connectTls(analyser, makeClientContext()));
+}
+
+TEST(TlsRefusal, ARevokedClientIsRefused)
+{
+    const auto revoked = someAuthority().issue({"player 7", {}});
+    const test::TextFile list(someAuthority().revoke(revoked));
+    const TlsHandle wants = makeServerContext();
+    ASSERT_TRUE(wants->addTrust(someAuthority().pem().c_str()));
+    ASSERT_TRUE(wants->addRevocationFile(list.widePath().c_str()));
+    ASSERT_TRUE(wants->setClientCertificate(zet::TlsContext::kRequired));
+    Refusal refusal(wants);
+    const TlsHandle shows = makeClientContext();
+    ASSERT_TRUE(shows->setCertificate(revoked.m_Chain.c_str(), revoked.m_Key.c_str()));
+    EXPECT_NE(refusal.of(shows).find(L"revoked"), std::wstring::npos);
+}
+
+TEST(TlsRefusal, WhatIsNoListOfRevokedCertificatesIsNotTaken)
+{
+    const LogLines log;
+    const TlsHandle context = makeClientContext();
+    EXPECT_FALSE(context->addRevocations(nullptr));
+    EXPECT_FALSE(context->addRevocations(someAuthority().pem().c_str()));
+    EXPECT_FALSE(context->addRevocationFile(L"no such file"));
+    EXPECT_EQ(log.texts().size(), 3u);
+}
+
 TEST(TlsRefusal, AClientWithoutTheRequiredCertificateIsRefused)
 {
     const TlsHandle wants = makeServerContext();

@@ -21,6 +21,10 @@ struct TlsStore;
 // context, which new connections take; old ones keep theirs alive. Certificates and keys are PEM. Over TCP TLS is 1.3,
 // or 1.2 where the peer knows no better.
 //
+// What a peer must bring: a cipher with authentication of its own (AEAD), no SHA-1 anywhere, a certificate with a key
+// of 2,048 bits of RSA, or 256 of an elliptic curve, or more. A server's certificate names the host, or its address, in
+// the subject alternative name; the common name does not count. An OCSP response that it staples is checked.
+//
 // Over UDP it is 1.3 alone, no session is resumed, and the port's own time for a connection to come up counts in place
 // of the handshake's. A port by a context without a certificate makes one of its own, so that it can be a client.
 class COMMONGROUND_API TlsContext : public virtual Unknown
@@ -61,6 +65,11 @@ public:
     bool addTrustFile(const wchar_t* certificates);
     // The authorities that the operating system believes.
     bool addSystemTrust();
+    // Lists of revoked certificates (CRL) of those authorities, beside those there are. A peer whose certificate is on
+    // one is refused; where an authority's list is out of date, so are all its certificates. False, with a log line,
+    // where none was found.
+    bool addRevocations(const char* lists);
+    bool addRevocationFile(const wchar_t* lists);
     // For servers. What is asked for is held against the authorities above, so there must be some.
     bool setClientCertificate(ClientCertificate wanted);
     // 1 to 2,147,483,647; for connections over TCP.

@@ -20,24 +20,44 @@ gnutls_datum_t datumOf(const char* text, size_t size)
     return {reinterpret_cast<unsigned char*>(const_cast<char*>(text)), static_cast<unsigned int>(size)};
 }
 
+void wipe(std::string& text)
+{
+    gnutls_memset(text.data(), 0, text.size());
+}
+
 String_T<wchar_t> faultText(int code)
 {
     return StringHelper::utf8ToWide(gnutls_strerror(code));
 }
 
+// The file may hold a key, so nothing of it stays in a buffer of the C library or in a block that the text has
+// outgrown.
 bool readFile(const wchar_t* path, std::string& text)
 {
     std::FILE* const file = path ? platform::openFile(path, "rb") : nullptr;
     if (file)
     {
-        char piece[4096];
-        for (size_t got; text.size() <= TlsContext::kFileLimit && (got = std::fread(piece, 1, sizeof piece, file)) > 0;)
-            text.append(piece, got);
-        const bool isWhole = !std::ferror(file) && text.size() <= TlsContext::kFileLimit;
+        std::setvbuf(file, nullptr, _IONBF, 0);
+        size_t size = 0;
+        text.resize(4096);
+        for (size_t got; (got = std::fread(text.data() + size, 1, text.size() - size, file)) > 0;)
+        {
+            size += got;
+            if (size < text.size())
+                continue;
+            if (size > TlsContext::kFileLimit)
+                break;
+            std::string grown(2 * size, 0);
+            std::memcpy(grown.data(), text.data(), size);
+            wipe(text);
+            text.swap(grown);
+        }
+        const bool isWhole = !std::ferror(file) && size <= TlsContext::kFileLimit;
         std::fclose(file);
-        gnutls_memset(piece, 0, sizeof piece);
+        text.resize(size);
         if (isWhole)
             return true;
+        wipe(text);
     }
     Log::error(L"File '%s' is not to be read for TLS", path ? path : L"");
     return false;
@@ -88,7 +108,7 @@ bool TlsContext::setCertificateFiles(const wchar_t* certificates, const wchar_t*
     std::string secret;
     const bool isSet =
         readFile(certificates, chain) && readFile(key, secret) && setCertificate(chain.c_str(), secret.c_str());
-    gnutls_memset(secret.data(), 0, secret.size());
+    wipe(secret);
     return isSet;
 }
 
@@ -126,6 +146,25 @@ bool TlsContext::addSystemTrust()
     }
     m_Store->m_HasTrust = true;
     return true;
+}
+
+bool TlsContext::addRevocations(const char* lists)
+{
+    if (!isOpen())
+        return false;
+    const gnutls_datum_t revoked = datumOf(lists, lists ? std::strlen(lists) : 0);
+    const int count = gnutls_certificate_set_x509_crl_mem(m_Store->m_Credentials, &revoked, GNUTLS_X509_FMT_PEM);
+    if (count > 0)
+        return true;
+    Log::error(L"No lists of revoked TLS certificates: %s",
+               count < 0 ? faultText(count) : String_T<wchar_t>(L"none found"));
+    return false;
+}
+
+bool TlsContext::addRevocationFile(const wchar_t* lists)
+{
+    std::string revoked;
+    return readFile(lists, revoked) && addRevocations(revoked.c_str());
 }
 
 bool TlsContext::setClientCertificate(ClientCertificate wanted)

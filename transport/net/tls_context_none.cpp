@@ -55,6 +55,16 @@ bool TlsContext::addSystemTrust()
     return isOpen();
 }
 
+bool TlsContext::addRevocations(const char*)
+{
+    return isOpen();
+}
+
+bool TlsContext::addRevocationFile(const wchar_t*)
+{
+    return isOpen();
+}
+
 bool TlsContext::setClientCertificate(ClientCertificate)
 {
     return isOpen();

@@ -21,7 +21,8 @@ namespace
 {
 
 constexpr char kPriority[] = "NORMAL:-VERS-ALL:+VERS-TLS1.3:-CIPHER-ALL:+AES-128-GCM:+AES-256-GCM:+CHACHA20-POLY1305:"
-                             "-GROUP-ALL:+GROUP-X25519:+GROUP-SECP256R1:%DISABLE_TLS13_COMPAT_MODE";
+                             "-GROUP-ALL:+GROUP-X25519:+GROUP-SECP256R1:-SIGN-RSA-SHA1:-SIGN-ECDSA-SHA1:-SIGN-DSA-SHA1:"
+                             "%PROFILE_MEDIUM:%DISABLE_TLS13_COMPAT_MODE";
 // What both sides must name: another service on the port is no peer.
 constexpr char kProtocol[] = "commonground/1";
 constexpr long kSecondsPerDay = 24 * 3600;

@@ -141,9 +141,10 @@ bool TlsLayer::begin(const String_T<wchar_t>& peer)
     gnutls_handshake_set_hook_function(m_Session, GNUTLS_HANDSHAKE_NEW_SESSION_TICKET, GNUTLS_HOOK_POST,
                                        Calls::onTicket);
     m_SessionKey = m_HostName + ' ' + StringHelper::wideToUtf8(peer.getBuffer()).getBuffer();
-    const TlsStore::Session session = store.take(m_SessionKey);
+    TlsStore::Session session = store.take(m_SessionKey);
     if (!session.empty())
         gnutls_session_set_data(m_Session, session.data(), session.size());
+    TlsStore::wipe(session);
     return true;
 }
 
@@ -222,6 +223,7 @@ void TlsLayer::keepSession()
         gnutls_session_get_data2(m_Session, &data) != GNUTLS_E_SUCCESS)
         return;
     m_Context->m_Store->keep(m_SessionKey, TlsStore::Session(data.data, data.data + data.size));
+    gnutls_memset(data.data, 0, data.size);
     gnutls_free(data.data);
 }
 

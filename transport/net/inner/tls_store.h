@@ -21,6 +21,9 @@ struct TlsStore
     TlsStore(const TlsStore&) = delete;
     TlsStore& operator=(const TlsStore&) = delete;
 
+    // Overwrites a session's secrets with zeros.
+    static void wipe(Session& session);
+
     void keep(const std::string& peer, Session session);
     // The session of a peer, which is used once: two connections with one ticket could be told to be of one client.
     Session take(const std::string& peer);

@@ -12,10 +12,19 @@ namespace zet::inner
 namespace
 {
 
-// Nothing below TLS 1.2, and no exchange whose recorded traffic a stolen key opens later.
-constexpr const char* kPriority = "NORMAL:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2:-RSA";
+// TLS 1.3 and 1.2. No key exchange whose recorded traffic a stolen key opens later, ciphers with authentication of
+// their own (AEAD) alone, and no SHA-1. The profile refuses certificates with keys below 2,048 bits of RSA or their
+// like.
+constexpr const char* kPriority =
+    "NORMAL:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2:-RSA:-CIPHER-ALL:+AES-256-GCM:+CHACHA20-POLY1305:+AES-128-GCM:"
+    "-MAC-ALL:+AEAD:-SIGN-RSA-SHA1:-SIGN-ECDSA-SHA1:-SIGN-DSA-SHA1:%PROFILE_MEDIUM";
 
 } // namespace
+
+void TlsStore::wipe(Session& session)
+{
+    gnutls_memset(session.data(), 0, session.size());
+}
 
 TlsStore::TlsStore()
 {
@@ -34,6 +43,8 @@ TlsStore::TlsStore()
 
 TlsStore::~TlsStore()
 {
+    for (auto& [peer, session] : m_Sessions)
+        wipe(session);
     if (m_TicketKey.data)
         gnutls_memset(m_TicketKey.data, 0, m_TicketKey.size);
     gnutls_free(m_TicketKey.data);
@@ -47,8 +58,13 @@ void TlsStore::keep(const std::string& peer, Session session)
 {
     const std::lock_guard lock(m_Mutex);
     if (m_Sessions.size() >= TlsContext::kKeptSessions && !m_Sessions.contains(peer))
+    {
+        wipe(m_Sessions.begin()->second);
         m_Sessions.erase(m_Sessions.begin());
-    m_Sessions[peer] = std::move(session);
+    }
+    Session& kept = m_Sessions[peer];
+    wipe(kept);
+    kept = std::move(session);
 }
 
 TlsStore::Session TlsStore::take(const std::string& peer)

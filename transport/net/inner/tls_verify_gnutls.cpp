@@ -2,6 +2,7 @@
 
 #include "framework/string_helper.h"
 
+#include <gnutls/x509-ext.h>
 #include <gnutls/x509.h>
 
 namespace zet::inner
@@ -18,6 +19,32 @@ gnutls_typed_vdata_st dataOf(gnutls_vdata_types_t type, const char* text)
     return data;
 }
 
+// Whether a certificate names a host or an address where it belongs, in its subject alternative name. GnuTLS would
+// take a name from the subject where there is none.
+bool namesHost(const gnutls_datum_t& der)
+{
+    gnutls_x509_crt_t certificate = nullptr;
+    gnutls_subject_alt_names_t names = nullptr;
+    gnutls_datum_t extension{nullptr, 0};
+    bool isNamed = false;
+    if (gnutls_x509_crt_init(&certificate) >= 0 && gnutls_subject_alt_names_init(&names) >= 0 &&
+        gnutls_x509_crt_import(certificate, &der, GNUTLS_X509_FMT_DER) >= 0 &&
+        gnutls_x509_crt_get_extension_by_oid2(certificate, GNUTLS_X509EXT_OID_SAN, 0, &extension, nullptr) >= 0 &&
+        gnutls_x509_ext_import_subject_alt_names(&extension, names, 0) >= 0)
+    {
+        unsigned int kind = 0;
+        gnutls_datum_t name;
+        for (unsigned int i = 0; !isNamed && gnutls_subject_alt_names_get(names, i, &kind, &name, nullptr) >= 0; ++i)
+            isNamed = kind == GNUTLS_SAN_DNSNAME || kind == GNUTLS_SAN_IPADDRESS;
+    }
+    gnutls_free(extension.data);
+    if (names)
+        gnutls_subject_alt_names_deinit(names);
+    if (certificate)
+        gnutls_x509_crt_deinit(certificate);
+    return isNamed;
+}
+
 } // namespace
 
 void requestCertificate(gnutls_session_t session, TlsContext::ClientCertificate wanted)
@@ -30,7 +57,8 @@ void requestCertificate(gnutls_session_t session, TlsContext::ClientCertificate 
 int verifyPeer(gnutls_session_t session, bool isClient, const char* name, String_T<wchar_t>& fault)
 {
     unsigned int count = 0;
-    if (!gnutls_certificate_get_peers(session, &count) || count == 0)
+    const gnutls_datum_t* const chain = gnutls_certificate_get_peers(session, &count);
+    if (!chain || count == 0)
     {
         if (!isClient)
             return 0;
@@ -43,7 +71,12 @@ int verifyPeer(gnutls_session_t session, bool isClient, const char* name, String
     unsigned int status = 0;
     const int code = gnutls_certificate_verify_peers(session, wanted, isClient ? 2 : 1, &status);
     if (code >= 0 && status == 0)
-        return 0;
+    {
+        if (!isClient || namesHost(chain[0]))
+            return 0;
+        fault = L"The server's certificate names no host but in its subject";
+        return GNUTLS_E_CERTIFICATE_ERROR;
+    }
     const int told = code < 0 ? code : GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR;
     gnutls_datum_t text{nullptr, 0};
     if (code >= 0 && gnutls_certificate_verification_status_print(status, GNUTLS_CRT_X509, &text, 0) == 0)
