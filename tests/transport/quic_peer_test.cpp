@@ -1,8 +1,7 @@
 // A server over UDP whose client is of another make: he moves, and retires ids.
-#include "tests/support/quic_peer.h"
+#include "tests/support/quic_test.h"
 
 #include "tests/support/allocations.h"
-#include "tests/support/udp_test.h"
 
 #include <netinet/in.h>
 
@@ -15,30 +14,14 @@ namespace
 using test::NoteCommand;
 using test::NoteSocket;
 
-class QuicPeer : public test::UdpTest
+class QuicPeer : public test::QuicTest
 {
 protected:
     void SetUp() override
     {
-        UdpTest::SetUp();
-        m_Net.m_Between = [this]
-        {
-            if (m_Peer)
-                m_Peer->step();
-        };
-        m_Peer.emplace(m_Net.m_Server->getPort());
-        // The id that a client's connect() takes.
-        m_Peer->send(std::string(16, 'i'));
-        ASSERT_TRUE(m_Net.until([&] { return m_Peer->isUp() && !m_Net.m_Server->m_Accepted.empty(); }));
+        QuicTest::SetUp();
+        ASSERT_TRUE(connectPeer());
         settle();
-    }
-    static std::string messageOf(const CCmdHead& command)
-    {
-        CCmdPackager packager;
-        EXPECT_TRUE(command.Write(&packager));
-        std::string bytes(static_cast<size_t>(packager.Pack(nullptr, 0)), 0);
-        packager.Pack(bytes.data(), static_cast<int>(bytes.size()));
-        return static_cast<char>(bytes.size()) + ('\0' + bytes);
     }
     // A command each way arrives.
     void expectTraffic(int number)
@@ -67,8 +50,6 @@ protected:
         m_Net.m_Server->deliver(test::loopback(1), packet.data(), static_cast<int>(packet.size()));
         return m_Net.m_Server->m_UserData.size() > before;
     }
-
-    std::optional<test::QuicPeer> m_Peer;
 };
 
 TEST_F(QuicPeer, SpeaksWithOurServer)
