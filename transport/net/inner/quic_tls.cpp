@@ -105,6 +105,10 @@ gnutls_session_t QuicTls::open(unsigned int flags, gnutls_certificate_credential
                                      sizeof kProtocol - 1};
     gnutls_session_set_ptr(session, &ref);
     const bool isServer = flags & GNUTLS_SERVER;
+    // The last moment before a client gets keys by which it would speak; a server has seen the parameters, or has not,
+    // as soon as it has read the hello.
+    gnutls_handshake_set_hook_function(session, isServer ? GNUTLS_HANDSHAKE_CLIENT_HELLO : GNUTLS_HANDSHAKE_FINISHED,
+                                       isServer ? GNUTLS_HOOK_POST : GNUTLS_HOOK_PRE, requireParams);
     if (gnutls_priority_set(session, m_Priority) < 0 ||
         gnutls_credentials_set(session, GNUTLS_CRD_CERTIFICATE, credentials) < 0 ||
         gnutls_alpn_set_protocols(session, &protocol, 1, GNUTLS_ALPN_MANDATORY) < 0 ||
@@ -115,6 +119,14 @@ gnutls_session_t QuicTls::open(unsigned int flags, gnutls_certificate_credential
         return nullptr;
     }
     return session;
+}
+
+int QuicTls::requireParams(gnutls_session_t session, unsigned int, unsigned int, unsigned int isIncoming,
+                           const gnutls_datum_t*)
+{
+    auto* const ref = static_cast<ngtcp2_crypto_conn_ref*>(gnutls_session_get_ptr(session));
+    const bool isMissing = isIncoming && !ngtcp2_conn_get_remote_transport_params(ref->get_conn(ref));
+    return isMissing ? GNUTLS_E_MISSING_EXTENSION : 0;
 }
 
 gnutls_session_t QuicTls::openServer(ngtcp2_crypto_conn_ref& ref)

@@ -31,6 +31,10 @@ private:
     gnutls_session_t open(unsigned int flags, gnutls_certificate_credentials_t credentials,
                           ngtcp2_crypto_conn_ref& ref);
     static int verify(gnutls_session_t session);
+    // What GnuTLS calls with a message of the handshake: refuses a peer that has sent no transport parameters, without
+    // which ngtcp2 stops at an assertion.
+    static int requireParams(gnutls_session_t session, unsigned int type, unsigned int when, unsigned int isIncoming,
+                             const gnutls_datum_t* message);
 
     // Null where the port makes its own certificate and believes any.
     Unknown::Handle_T<TlsContext> m_Context;
