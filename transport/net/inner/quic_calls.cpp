@@ -50,8 +50,9 @@ ngtcp2_callbacks QuicCalls::all()
 int QuicCalls::onCryptoData(ngtcp2_conn* connection, ngtcp2_crypto_level level, uint64_t offset, const uint8_t* data,
                             size_t size, void* user)
 {
-    // Behind the handshake there is nothing in it for us, and no session any more.
-    if (!link(user).m_Session)
+    // Behind the handshake TLS has nothing to say to us. While its session is still there, a message that asks for new
+    // keys would reach an assertion of ngtcp2's, which has other ways for that.
+    if (!link(user).m_Session || level == NGTCP2_CRYPTO_LEVEL_APPLICATION)
         return 0;
     return ngtcp2_crypto_recv_crypto_data_cb(connection, level, offset, data, size, user);
 }
