@@ -35,6 +35,7 @@ ngtcp2_callbacks QuicCalls::all()
     calls.stream_open = onStreamOpen;
     calls.stream_reset = onStreamReset;
     calls.stream_stop_sending = onStopSending;
+    calls.dcid_status = onPeerId;
     calls.recv_retry = ngtcp2_crypto_recv_retry_cb;
     calls.rand = onRandom;
     calls.get_new_connection_id = onNewId;
@@ -94,6 +95,13 @@ int QuicCalls::onStreamReset(ngtcp2_conn*, int64_t, uint64_t, uint64_t, void* us
 int QuicCalls::onStopSending(ngtcp2_conn*, int64_t, uint64_t, void* user, void*)
 {
     link(user).m_IsPeerDone = true;
+    return 0;
+}
+
+int QuicCalls::onPeerId(ngtcp2_conn*, int type, uint64_t, const ngtcp2_cid*, const uint8_t*, void* user)
+{
+    if (type == NGTCP2_CONNECTION_ID_STATUS_TYPE_ACTIVATE)
+        link(user).m_IsHandshakeSent = true;
     return 0;
 }
 

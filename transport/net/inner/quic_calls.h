@@ -27,6 +27,9 @@ private:
     static int onStreamReset(ngtcp2_conn* connection, int64_t stream, uint64_t size, uint64_t code, void* user,
                              void* streamUser);
     static int onStopSending(ngtcp2_conn* connection, int64_t stream, uint64_t code, void* user, void* streamUser);
+    // The first id of the peer's is in use once the last packet of the handshake has left.
+    static int onPeerId(ngtcp2_conn* connection, int type, uint64_t number, const ngtcp2_cid* id, const uint8_t* token,
+                        void* user);
     static int onNewId(ngtcp2_conn* connection, ngtcp2_cid* id, uint8_t* token, size_t size, void* user);
     static int onOldId(ngtcp2_conn* connection, const ngtcp2_cid* id, void* user);
     static void onRandom(uint8_t* data, size_t size, const ngtcp2_rand_ctx* context);

@@ -50,6 +50,24 @@ ngtcp2_settings settingsOf(const UdpServer::Settings& settings, QuicTime now)
     return chosen;
 }
 
+// Bytes of the packets with a long head that a datagram begins with. Where ngtcp2 would not read on, all of them.
+size_t longPackets(const unsigned char* data, size_t size)
+{
+    size_t at = 0;
+    while (at < size && (data[at] & 0x80))
+    {
+        ngtcp2_pkt_hd head;
+        const auto read = ngtcp2_pkt_decode_hd_long(&head, data + at, size - at);
+        if (read < 0 || head.type == NGTCP2_PKT_RETRY || head.type == NGTCP2_PKT_VERSION_NEGOTIATION)
+            return size;
+        const size_t whole = static_cast<size_t>(read) + head.len;
+        if (whole > size - at)
+            return size;
+        at += whole;
+    }
+    return at;
+}
+
 ngtcp2_transport_params paramsOf(const UdpServer::Settings& settings, bool isServer)
 {
     ngtcp2_transport_params params;
@@ -208,15 +226,34 @@ void QuicLink::read(const UdpPort::Datagram& datagram)
         ++m_LatePackets;
         return;
     }
-    const bool stood = m_IsStanding;
     if (m_IsServer && datagram.m_Local != 0)
         m_Local = datagram.m_Local;
+    const auto size = static_cast<size_t>(datagram.m_Size);
+    if (m_IsServer || m_IsHandshakeSent)
+    {
+        feed(datagram, 0, size);
+        return;
+    }
+    // A client's ngtcp2 is not prepared for packets behind the handshake before it has sent its own part: they wait
+    // for that, or are dropped where it is not due yet, and come again.
+    const size_t first = longPackets(datagram.m_Data, size);
+    if (first > 0)
+        feed(datagram, 0, first);
+    if (first == size || isOver() || !m_IsStanding)
+        return;
+    write();
+    if (m_IsHandshakeSent && !isOver())
+        feed(datagram, first, size - first);
+}
+
+void QuicLink::feed(const UdpPort::Datagram& datagram, size_t from, size_t size)
+{
+    const bool stood = m_IsStanding;
     const auto path = pathOf(m_Router.getAddress(), *datagram.m_Address);
     const ngtcp2_pkt_info info{};
     // Any packet may bring room, for the stream or for the whole connection; of the latter nothing tells.
     m_IsFull = false;
-    const int result = ngtcp2_conn_read_pkt(m_Connection, &path, &info, datagram.m_Data,
-                                            static_cast<size_t>(datagram.m_Size), m_Router.now());
+    const int result = ngtcp2_conn_read_pkt(m_Connection, &path, &info, datagram.m_Data + from, size, m_Router.now());
     if (m_IsStanding && !stood)
     {
         m_HasStood = true;

@@ -109,6 +109,7 @@ private:
     friend struct QuicCalls;
 
     bool open(gnutls_session_t session);
+    void feed(const UdpPort::Datagram& datagram, size_t from, size_t size);
     void endRead(int result);
     void endByFault(int fault);
     void keepFarewell(const ngtcp2_connection_close_error& reason);
@@ -148,6 +149,8 @@ private:
     bool m_IsLingering = false;
     bool m_IsFull = false;
     bool m_IsPeerDone = false;
+    // A client's: all that it has to say in the handshake has left.
+    bool m_IsHandshakeSent = false;
 };
 
 } // namespace zet::inner
