@@ -44,9 +44,9 @@ ngtcp2_settings settingsOf(const UdpServer::Settings& settings, QuicTime now)
     ngtcp2_settings_default(&chosen);
     chosen.initial_ts = now;
     chosen.handshake_timeout = nanoseconds(settings.m_ConnectTimeout);
-    // Packets of 1,200 bytes pass everywhere, without probing.
+    // Packets of 1,200 bytes pass everywhere, so there is nothing to probe for. The search for more is not switched
+    // off: ngtcp2 asserts that it is on when a peer comes back to a path that it has left.
     chosen.max_tx_udp_payload_size = NGTCP2_MAX_UDP_PAYLOAD_SIZE;
-    chosen.no_pmtud = 1;
     return chosen;
 }
 
