@@ -402,6 +402,9 @@ void QuicLink::onExpiry()
 int QuicLink::onStreamData(const unsigned char* data, size_t size, bool isLast)
 {
     m_IsPeerDone = m_IsPeerDone || isLast;
+    // A frame without bytes has no address either.
+    if (size == 0)
+        return 0;
     if (m_IsServer && m_IdRead < sizeof m_Id)
     {
         const size_t count = std::min(size, sizeof m_Id - m_IdRead);

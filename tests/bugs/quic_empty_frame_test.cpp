@@ -1,0 +1,21 @@
+// A stream that ended by a frame without bytes, before it had brought the 16 bytes of an id, made the server copy no
+// bytes from a null pointer, which the sanitizer for undefined behaviour reports.
+#include "tests/support/quic_test.h"
+
+namespace
+{
+
+class EmptyFrame : public test::QuicTest
+{
+};
+
+TEST_F(EmptyFrame, ThatEndsAStreamOfNoBytesEndsTheConnection)
+{
+    beginPeer();
+    m_Peer->finish();
+    ASSERT_TRUE(m_Net.until([&] { return m_Peer->isOver(); }, 2000));
+    EXPECT_EQ(m_Net.m_Server->getConnectionCount(), 0);
+    EXPECT_TRUE(m_Net.m_Server->m_VisitorIds.empty());
+}
+
+} // namespace
