@@ -34,7 +34,6 @@ ngtcp2_callbacks QuicCalls::all()
     calls.acked_stream_data_offset = onConfirmed;
     calls.stream_open = onStreamOpen;
     calls.stream_reset = onStreamReset;
-    calls.stream_stop_sending = onStopSending;
     calls.dcid_status = onPeerId;
     calls.recv_retry = ngtcp2_crypto_recv_retry_cb;
     calls.rand = onRandom;
@@ -88,13 +87,7 @@ int QuicCalls::onStreamOpen(ngtcp2_conn*, int64_t stream, void* user)
 
 int QuicCalls::onStreamReset(ngtcp2_conn*, int64_t, uint64_t, uint64_t, void* user, void*)
 {
-    link(user).m_IsPeerDone = true;
-    return 0;
-}
-
-int QuicCalls::onStopSending(ngtcp2_conn*, int64_t, uint64_t, void* user, void*)
-{
-    link(user).m_IsPeerDone = true;
+    link(user).m_IsCut = true;
     return 0;
 }
 

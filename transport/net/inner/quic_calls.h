@@ -26,7 +26,6 @@ private:
     static int onStreamOpen(ngtcp2_conn* connection, int64_t stream, void* user);
     static int onStreamReset(ngtcp2_conn* connection, int64_t stream, uint64_t size, uint64_t code, void* user,
                              void* streamUser);
-    static int onStopSending(ngtcp2_conn* connection, int64_t stream, uint64_t code, void* user, void* streamUser);
     // The first id of the peer's is in use once the last packet of the handshake has left.
     static int onPeerId(ngtcp2_conn* connection, int type, uint64_t number, const ngtcp2_cid* id, const uint8_t* token,
                         void* user);

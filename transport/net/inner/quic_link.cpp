@@ -284,6 +284,11 @@ void QuicLink::endRead(int result)
     {
         endByFault(result);
     }
+    else if (m_IsCut)
+    {
+        // Bytes are lost.
+        finish(Connection::kBroken, kCutOff);
+    }
     else if (m_IsPeerDone)
     {
         // One of ours never ends the stream; one of another make that does has nothing more to say.

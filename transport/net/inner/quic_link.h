@@ -148,7 +148,9 @@ private:
     bool m_IsStanding = false;
     bool m_IsLingering = false;
     bool m_IsFull = false;
+    // The peer has ended the stream; or has cut it off.
     bool m_IsPeerDone = false;
+    bool m_IsCut = false;
     // A client's: all that it has to say in the handshake has left.
     bool m_IsHandshakeSent = false;
 };

@@ -98,9 +98,10 @@ void QuicLink::write()
             m_IsFull = true;
             continue;
         }
+        // The peer has said that it takes no more; nothing but this tells of it.
         if (size == NGTCP2_ERR_STREAM_SHUT_WR || size == NGTCP2_ERR_STREAM_NOT_FOUND)
         {
-            finish(Connection::kClosedByPeer, kCutOff);
+            finish(Connection::kBroken, kCutOff);
             return;
         }
         if (size < 0)
