@@ -61,13 +61,13 @@ bool QuicTls::init(TlsContext* context)
 
 bool QuicTls::makeCertificate()
 {
-    // Nobody can hold it against anything, so it says little: a key, and that it is valid.
+    // No authority knows it, so it says little: a key, of the kind that all clients take, and that it is valid.
     gnutls_x509_privkey_t key = nullptr;
     gnutls_x509_crt_t certificate = nullptr;
     unsigned char serial[8];
     int fault = gnutls_x509_privkey_init(&key);
     if (fault >= 0)
-        fault = gnutls_x509_privkey_generate(key, GNUTLS_PK_EDDSA_ED25519, 256, 0);
+        fault = gnutls_x509_privkey_generate(key, GNUTLS_PK_ECDSA, GNUTLS_CURVE_TO_BITS(GNUTLS_ECC_CURVE_SECP256R1), 0);
     if (fault >= 0)
         fault = gnutls_x509_crt_init(&certificate);
     if (fault >= 0)
@@ -85,7 +85,7 @@ bool QuicTls::makeCertificate()
         fault = gnutls_x509_crt_set_key(certificate, key);
     }
     if (fault >= 0)
-        fault = gnutls_x509_crt_sign2(certificate, certificate, key, GNUTLS_DIG_UNKNOWN, 0);
+        fault = gnutls_x509_crt_sign2(certificate, certificate, key, GNUTLS_DIG_SHA256, 0);
     if (fault >= 0)
         fault = gnutls_certificate_set_x509_key(m_Own, &certificate, 1, key);
     if (certificate)
