@@ -21,8 +21,8 @@ public:
     // Takes a context, or null, and makes a certificate where that has none. False, with the log told, where there is
     // no TLS to be had.
     bool init(TlsContext* context);
-    // A session on its way to a connection, which ref finds. Null where there is none; a client gets none by a context
-    // without authorities, and the log is told.
+    // A session on its way to a connection, which ref finds, with its link as user data. Null where there is none; a
+    // client gets none by a context without authorities, and the log is told. A client asks for the link's name.
     gnutls_session_t openServer(ngtcp2_crypto_conn_ref& ref);
     gnutls_session_t openClient(ngtcp2_crypto_conn_ref& ref);
 
