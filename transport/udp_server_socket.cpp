@@ -12,8 +12,21 @@ UdpServerSocket::~UdpServerSocket()
 
 bool UdpServerSocket::listen(const zet::String_T<wchar_t>& ip, unsigned short port)
 {
-    if (!zet::UdpServer::listen(port))
-        return false;
+    return zet::UdpServer::listen(port) && keepAddress(ip);
+}
+
+bool UdpServerSocket::listen(unsigned short port)
+{
+    return zet::UdpServer::listen(port) && keepAddress({});
+}
+
+bool UdpServerSocket::attach(unsigned int handle)
+{
+    return zet::UdpServer::attach(handle) && keepAddress({});
+}
+
+bool UdpServerSocket::keepAddress(const zet::String_T<wchar_t>& ip)
+{
     m_IP = ip.getLength() > 0 ? ip : zet::Socket::getHostName();
     m_Port = getPort();
     return true;

@@ -21,15 +21,16 @@ public:
     // Abandons the connection.
     void onEnd(zet::UdpServer::UdpConnection* connection) override;
 
-    // Listens, and keeps the address as its own; an empty one stands for the name of this machine.
+    // Listens, and keeps the address as its own; an empty one, or none, stands for the name of this machine.
     virtual bool listen(const zet::String_T<wchar_t>& ip, unsigned short port);
-    using zet::UdpServer::listen;
+    bool listen(unsigned short port) override;
+    bool attach(unsigned int handle) override;
     // Lets go of a connection; it closes where nobody else holds it. One that the host closes
     // outside the connection's own tick stays held until then.
     virtual void abandon(zet::UdpServer::UdpConnection* connection);
 
     const zet::String_T<wchar_t>& GetIP() const { return m_IP; }
-    // The port really bound; 0 before listen().
+    // The port really bound; 0 before listen() and attach().
     unsigned short GetPort() const { return m_Port; }
     int GetClientCount() const { return m_ClientSockets.getSize(); }
 
@@ -42,4 +43,8 @@ protected:
     zet::String_T<wchar_t> m_IP;
     unsigned short m_Port = 0;
     ClientSockets m_ClientSockets;
+
+private:
+    // Always true.
+    bool keepAddress(const zet::String_T<wchar_t>& ip);
 };
