@@ -30,6 +30,8 @@ struct ClassInfo
     // Of a command its id and base; of a message the envelope that carries it.
     unsigned short m_Id = 0;
     const char* m_Base = "";
+    // The reply's envelope, of a message that travels either way.
+    const char* m_OtherEnvelope = "";
     const wire::Schema& (*m_Wire)() = nullptr;
     void* (*m_New)() = nullptr;
     void (*m_Delete)(void*) = nullptr;

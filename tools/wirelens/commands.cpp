@@ -61,6 +61,8 @@ int catalogue(const std::vector<std::string>& arguments)
                 row["forms"] = formsOf(info);
             if (info.m_Family == Family::kMessage)
                 row["envelope"] = info.m_Base;
+            if (*info.m_OtherEnvelope)
+                row["or_envelope"] = info.m_OtherEnvelope;
             all.push_back(row);
         }
         else if (info.m_Family == Family::kCommand)
@@ -72,6 +74,8 @@ int catalogue(const std::vector<std::string>& arguments)
             std::cout << tools::familyName(info.m_Family) << "  " << info.m_Name << "  " << formsOf(info);
             if (info.m_Family == Family::kMessage)
                 std::cout << "  in " << info.m_Base;
+            if (*info.m_OtherEnvelope)
+                std::cout << " or " << info.m_OtherEnvelope;
             std::cout << "\n";
         }
     }
