@@ -34,6 +34,9 @@ else()
 endif()
 
 commonground_program(wirelens tools/wirelens commonground_tools)
+if(TARGET wirelens)
+  target_compile_definitions(wirelens PRIVATE WIRELENS_VERSION="${PROJECT_VERSION}")
+endif()
 commonground_program(arena examples/arena)
 commonground_program(hello examples/hello)
 

@@ -1,7 +1,6 @@
 #include "tools/frame_reader.h"
 
 #include "framework/memory_stream.h"
-#include "framework/packet.h"
 #include "tools/object_json.h"
 #include "tools/reading.h"
 
@@ -22,98 +21,6 @@ std::string idText(unsigned short id)
     return text;
 }
 
-ordered_json failure(size_t offset, const std::string& what)
-{
-    return {{"offset", offset}, {"error", what}};
-}
-
-// Bytes that a stream frame takes, or 0 where its head is not whole yet.
-size_t streamFrameSize(std::string_view bytes)
-{
-    if (bytes.size() < static_cast<size_t>(CCmdPackager::kMinHeaderSize))
-        return 0;
-    return static_cast<size_t>(CCmdPackager::GetFrameSize(reinterpret_cast<const unsigned char*>(bytes.data())));
-}
-
-bool receive(CCmdPackager& frame, std::string_view bytes)
-{
-    const auto store = zet::MemoryStream::createInstance();
-    store->write(bytes.data(), static_cast<int>(bytes.size()));
-    zet::InputStream stream(store.get());
-    return frame.Receive(stream);
-}
-
-// One stream frame from the front of the bytes; false ends the input.
-bool tellStreamFrame(std::string_view bytes, size_t offset, size_t size,
-                     const std::function<void(const ordered_json&)>& tell)
-{
-    CCmdPackager frame;
-    if (size == 0 || size > bytes.size() || !receive(frame, bytes.substr(0, size)))
-    {
-        tell(failure(offset, size > bytes.size()
-                                 ? "frame of " + std::to_string(size) + " bytes, had " + std::to_string(bytes.size())
-                                 : "no whole frame head"));
-        return false;
-    }
-    ordered_json json = {{"offset", offset}};
-    json.update(describeCommand(frame, true));
-    tell(json);
-    return true;
-}
-
-int decodeStream(std::string_view bytes, const std::function<void(const ordered_json&)>& tell)
-{
-    int frames = 0;
-    for (size_t at = 0; at < bytes.size(); ++frames)
-    {
-        const size_t size = streamFrameSize(bytes.substr(at));
-        if (!tellStreamFrame(bytes.substr(at), at, size, tell))
-            break;
-        at += size;
-    }
-    return frames;
-}
-
-int decodePackets(std::string_view bytes, const std::function<void(const ordered_json&)>& tell)
-{
-    constexpr size_t kLength = zet::PacketWriter::kHeadSize;
-    int frames = 0;
-    for (size_t at = 0; at < bytes.size(); ++frames)
-    {
-        if (bytes.size() - at < kLength)
-        {
-            tell(failure(at, "no whole packet length"));
-            break;
-        }
-        size_t length = 0;
-        for (size_t i = 0; i < kLength; ++i)
-            length |= static_cast<size_t>(static_cast<unsigned char>(bytes[at + i])) << 8 * i;
-        at += kLength;
-        if (length > bytes.size() - at)
-        {
-            tell(failure(at,
-                         "packet of " + std::to_string(length) + " bytes, had " + std::to_string(bytes.size() - at)));
-            break;
-        }
-        if (!tellStreamFrame(bytes.substr(at, length), at, streamFrameSize(bytes.substr(at, length)), tell))
-            break;
-        at += length;
-    }
-    return frames;
-}
-
-int decodeDatagram(std::string_view bytes, const std::function<void(const ordered_json&)>& tell)
-{
-    CCmdPackager frame;
-    if (frame.Unpack(bytes.data(), static_cast<int>(bytes.size())) <= 0)
-    {
-        tell(failure(0, "no whole datagram frame"));
-        return 0;
-    }
-    tell(describeCommand(frame, true));
-    return 1;
-}
-
 // A buffer field that holds one whole frame with a known id, opened; null where there is none.
 ordered_json innerFrame(const wire::Schema& schema, const ordered_json& fields)
 {
@@ -124,13 +31,28 @@ ordered_json innerFrame(const wire::Schema& schema, const ordered_json& fields)
         std::string bytes;
         CCmdPackager frame;
         if (bytesOfHex(fields[field.name].get<std::string>(), bytes) && streamFrameSize(bytes) == bytes.size() &&
-            receive(frame, bytes))
+            receiveFrame(frame, bytes))
             return describeCommand(frame, false);
     }
     return nullptr;
 }
 
 } // namespace
+
+uint64_t streamFrameSize(std::string_view bytes)
+{
+    if (bytes.size() < static_cast<size_t>(CCmdPackager::kMinHeaderSize))
+        return 0;
+    return static_cast<uint64_t>(CCmdPackager::GetFrameSize(reinterpret_cast<const unsigned char*>(bytes.data())));
+}
+
+bool receiveFrame(CCmdPackager& packager, std::string_view frame)
+{
+    const auto store = zet::MemoryStream::createInstance();
+    store->write(frame.data(), static_cast<int>(frame.size()));
+    zet::InputStream stream(store.get());
+    return packager.Receive(stream);
+}
 
 ordered_json describeCommand(const CCmdPackager& frame, bool openInner)
 {
@@ -174,26 +96,6 @@ ordered_json describeCommand(const CCmdPackager& frame, bool openInner)
         if (ordered_json inner = innerFrame(shown->m_Wire(), json["fields"]); !inner.is_null())
             json["inner"] = std::move(inner);
     return json;
-}
-
-int decodeFrames(std::string_view bytes, Framing framing, const std::function<void(const ordered_json&)>& tell)
-{
-    switch (framing)
-    {
-    case Framing::kPackets:
-        return decodePackets(bytes, tell);
-    case Framing::kDatagram:
-        return decodeDatagram(bytes, tell);
-    case Framing::kStream:
-        break;
-    }
-    return decodeStream(bytes, tell);
-}
-
-std::string recordedBytes(const std::string& content)
-{
-    std::string bytes;
-    return bytesOfHex(content, bytes) ? bytes : content;
 }
 
 } // namespace tools

@@ -165,16 +165,26 @@ std::string hexOf(const void* data, size_t size)
     return hex;
 }
 
+int hexDigit(char c)
+{
+    const char lower = static_cast<char>(c | 0x20);
+    return c >= '0' && c <= '9' ? c - '0' : lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
+bool isHexSpace(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 bool bytesOfHex(std::string_view hex, std::string& bytes)
 {
     bytes.clear();
     int high = -1;
     for (const char c : hex)
     {
-        if (c == ' ' || (c >= '\t' && c <= '\r'))
+        if (isHexSpace(c))
             continue;
-        const char lower = static_cast<char>(c | 0x20);
-        const int digit = c >= '0' && c <= '9' ? c - '0' : lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+        const int digit = hexDigit(c);
         if (digit < 0)
             return false;
         if (high < 0)

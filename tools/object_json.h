@@ -19,7 +19,11 @@ nlohmann::ordered_json objectJson(const wire::Schema& schema, const void* object
 // A text in UTF-8; what is no character comes out as U+FFFD.
 std::string utf8Of(const wchar_t* text);
 std::string hexOf(const void* data, size_t size);
-// False on an odd number of digits or anything that is no digit; spaces are passed over.
+// The value of a hexadecimal digit, or -1.
+int hexDigit(char c);
+// Whether it is white space, which hexadecimal text may have anywhere.
+bool isHexSpace(char c);
+// False on an odd number of digits or anything that is no digit; white space is passed over.
 bool bytesOfHex(std::string_view hex, std::string& bytes);
 
 } // namespace tools

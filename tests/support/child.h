@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <sys/types.h>
@@ -26,6 +27,8 @@ public:
     void closeInput();
     // What it has said so far, both ways; never waits.
     const std::string& output();
+    // Waits until it has said the text or closed its output, but for a child that does neither no more than a minute.
+    const std::string& outputWith(std::string_view text);
     // Whether it has closed its output, as it does when it ends. Asked of what output() has seen.
     bool isOver() const { return m_IsOver; }
     // Waits until it ends by itself. Its exit code, or -1.

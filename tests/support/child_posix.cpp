@@ -3,6 +3,7 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -96,6 +97,18 @@ const std::string& Child::output()
     while ((got = read(m_Output, piece, sizeof piece)) > 0)
         m_Text.append(piece, static_cast<size_t>(got));
     m_IsOver = got == 0;
+    return m_Text;
+}
+
+const std::string& Child::outputWith(std::string_view text)
+{
+    constexpr int kMostMilliseconds = 60000;
+    while (output().find(text) == std::string::npos && !m_IsOver)
+    {
+        pollfd waiting{m_Output, POLLIN, 0};
+        if (poll(&waiting, 1, kMostMilliseconds) == 0)
+            break;
+    }
     return m_Text;
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <regex>
 #include <string>
 
 namespace
@@ -124,7 +125,44 @@ TEST(Wirelens, CatalogueListsEveryClassOnce)
 TEST(Wirelens, MisuseIsExitCodeTwo)
 {
     EXPECT_EQ(wirelens("").m_Code, 2);
+    EXPECT_EQ(wirelens("nothing").m_Code, 2);
     EXPECT_EQ(wirelens("read too much").m_Code, 2);
+    EXPECT_EQ(wirelens("schema").m_Code, 2);
+    EXPECT_EQ(wirelens("catalogue --jason").m_Code, 2);
+    EXPECT_EQ(wirelens("decode --frames -").m_Code, 2);
+    EXPECT_EQ(wirelens("decode --packets --datagram").m_Code, 2);
+    EXPECT_EQ(wirelens("decode one two").m_Code, 2);
+}
+
+TEST(Wirelens, BadInputIsExitCodeOne)
+{
+    EXPECT_EQ(wirelens("schema Nobody").m_Code, 1);
+    EXPECT_EQ(wirelens("new Nobody").m_Code, 1);
+    EXPECT_EQ(wirelens("explain CCmdHostnameRequest xyz").m_Code, 1);
+    EXPECT_EQ(wirelens("decode is/not/there").m_Code, 1);
+    EXPECT_EQ(wirelens("decode ..").m_Code, 1);
+}
+
+TEST(Wirelens, EveryCommandHasHelp)
+{
+    const test::Run all = wirelens("--help");
+    EXPECT_EQ(all.m_Code, 0);
+    for (const char* const command : {"catalogue", "schema", "new", "read", "explain", "decode"})
+    {
+        const std::string form = std::string("wirelens ") + command;
+        EXPECT_NE(all.m_Output.find(form), std::string::npos) << all.m_Output;
+        const test::Run one = wirelens(std::string(command) + " --help");
+        EXPECT_EQ(one.m_Code, 0);
+        EXPECT_EQ(one.m_Output.rfind("usage: " + form, 0), 0u) << one.m_Output;
+        EXPECT_EQ(wirelens("help " + std::string(command)).m_Output, one.m_Output);
+    }
+}
+
+TEST(Wirelens, SaysItsVersion)
+{
+    const test::Run run = wirelens("--version");
+    EXPECT_EQ(run.m_Code, 0);
+    EXPECT_TRUE(std::regex_match(run.m_Output, std::regex("wirelens [0-9]+\\.[0-9]+\\.[0-9]+\n"))) << run.m_Output;
 }
 
 } // namespace

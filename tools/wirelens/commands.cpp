@@ -1,17 +1,16 @@
 #include "tools/wirelens/commands.h"
 
 #include "tools/class_table.h"
-#include "tools/frame_reader.h"
+#include "tools/frame_decoder.h"
 #include "tools/line_reader.h"
 #include "tools/object_json.h"
 #include "tools/reading.h"
 #include "tools/schema_reader.h"
 #include "tools/schema_text.h"
+#include "tools/wirelens/usage.h"
 
-#include <cstdio>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 
 namespace wirelens
 {
@@ -39,16 +38,28 @@ const ClassInfo* classOf(const std::string& name)
     return info;
 }
 
+// Waits for at least one byte and takes what is there by then. False at the end.
+bool nextPiece(std::istream& in, std::string& piece)
+{
+    constexpr std::streamsize kPiece = 0x10000;
+    piece.resize(kPiece);
+    if (in.peek() == std::istream::traits_type::eof())
+        return false;
+    std::streamsize got = in.readsome(piece.data(), kPiece);
+    // A buffer that does not know what it has gives one byte.
+    if (got <= 0 && in.get(piece[0]))
+        got = 1;
+    piece.resize(static_cast<size_t>(got));
+    return got > 0;
+}
+
 } // namespace
 
 int catalogue(const std::vector<std::string>& arguments)
 {
     const bool asJson = arguments.size() == 1 && arguments[0] == "--json";
     if (!arguments.empty() && !asJson)
-    {
-        std::cerr << "wirelens: catalogue takes --json or nothing\n";
-        return 2;
-    }
+        return misuse("catalogue", "catalogue takes --json or nothing");
     ordered_json all = ordered_json::array();
     for (const ClassInfo& info : tools::classTable())
     {
@@ -130,7 +141,7 @@ int explain(const std::string& className, const std::string& hex)
     if (hex != "-" && !tools::bytesOfHex(hex, bytes))
     {
         std::cerr << "wirelens: the bytes are no hexadecimal\n";
-        return 2;
+        return 1;
     }
     const tools::Explanation explanation = tools::explain(info->m_Wire(), bytes);
     for (const tools::ExplainedValue& value : explanation.m_Values)
@@ -146,39 +157,47 @@ int explain(const std::string& className, const std::string& hex)
 int decode(const std::vector<std::string>& arguments)
 {
     tools::Framing framing = tools::Framing::kStream;
-    std::string path = "-";
+    std::string path;
     for (const std::string& argument : arguments)
     {
-        if (argument == "--datagram")
-            framing = tools::Framing::kDatagram;
-        else if (argument == "--packets")
-            framing = tools::Framing::kPackets;
+        const bool isOption = argument == "--datagram" || argument == "--packets";
+        if (isOption ? framing != tools::Framing::kStream : !path.empty())
+            return misuse("decode", "decode takes one framing and one file");
+        if (!isOption && argument.size() > 1 && argument[0] == '-')
+            return misuse("decode", "decode has no option " + argument);
+        if (isOption)
+            framing = argument == "--datagram" ? tools::Framing::kDatagram : tools::Framing::kPackets;
         else
             path = argument;
     }
-    std::string content;
-    if (path == "-")
+    bool isBad = false;
+    tools::Recording recording(framing,
+                               [&](const ordered_json& json)
+                               {
+                                   isBad = isBad || json.contains("error");
+                                   printLine(json);
+                               });
+    const bool isStandardInput = path.empty() || path == "-";
+    // Its buffer then shows what has come, instead of what was asked for.
+    std::ios::sync_with_stdio(false);
+    std::ifstream file;
+    if (!isStandardInput)
+        file.open(path, std::ios::binary);
+    std::istream& in = isStandardInput ? std::cin : file;
+    if (!in)
     {
-        content.assign(std::istreambuf_iterator<char>(std::cin), {});
+        std::cerr << "wirelens: cannot open " << path << "\n";
+        return 1;
     }
-    else
+    for (std::string piece; nextPiece(in, piece);)
+        recording.add(piece);
+    if (in.bad())
     {
-        std::ifstream file(path, std::ios::binary);
-        if (!file)
-        {
-            std::cerr << "wirelens: cannot open " << path << "\n";
-            return 1;
-        }
-        content.assign(std::istreambuf_iterator<char>(file), {});
+        std::cerr << "wirelens: cannot read " << (isStandardInput ? "the input" : path) << "\n";
+        isBad = true;
     }
-    int failures = 0;
-    tools::decodeFrames(tools::recordedBytes(content), framing,
-                        [&](const ordered_json& json)
-                        {
-                            failures += json.contains("error") ? 1 : 0;
-                            printLine(json);
-                        });
-    return failures == 0 ? 0 : 1;
+    recording.finish();
+    return isBad ? 1 : 0;
 }
 
 void warn(const wchar_t* line)

@@ -1,4 +1,4 @@
-// The commands of wirelens; each returns the process's exit code: 0 well, 1 a failure that was told, 2 misuse.
+// The commands of wirelens; each returns the process's exit code: 0 good, 1 the input is bad, 2 misuse.
 #pragma once
 
 #include <string>

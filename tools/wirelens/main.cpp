@@ -1,9 +1,10 @@
 // wirelens: reads what the wire carries, for people and for scripts.
 #include "framework/log.h"
 #include "tools/wirelens/commands.h"
+#include "tools/wirelens/usage.h"
 
-#include <cstdio>
-#include <cstring>
+#include <algorithm>
+#include <iostream>
 #include <string>
 #include <vector>
 
@@ -15,14 +16,45 @@
 namespace
 {
 
-constexpr char kUsage[] =
-    "usage:\n"
-    "  wirelens catalogue [--json]                     every class: commands by id, records, messages by envelope\n"
-    "  wirelens schema CLASS                           fields in wire order, types, defaults, quirks, smallest size\n"
-    "  wirelens new CLASS                              a default-made object as JSON\n"
-    "  wirelens read                                   lines \"CLASS cmd|data HEX\" in, a JSON object a line out\n"
-    "  wirelens explain CLASS HEX                      offset, bytes, field and value, a line each\n"
-    "  wirelens decode [--datagram|--packets] [FILE|-] frames from binary or hexadecimal as JSON lines\n";
+bool isHelp(const std::string& word)
+{
+    return word == "--help" || word == "-h";
+}
+
+int run(const std::string& command, const std::vector<std::string>& arguments)
+{
+    using namespace wirelens;
+    if (command == "--version" && arguments.empty())
+    {
+        std::cout << "wirelens " WIRELENS_VERSION "\n";
+        return 0;
+    }
+    if (isHelp(command) || command == "help")
+    {
+        printHelp(std::cout, arguments.empty() ? "" : arguments[0]);
+        return 0;
+    }
+    if (!isCommand(command))
+        return misuse("", command.empty() ? "a command is missing" : "no command " + command);
+    if (std::any_of(arguments.begin(), arguments.end(), isHelp))
+    {
+        printHelp(std::cout, command);
+        return 0;
+    }
+    if (command == "catalogue")
+        return catalogue(arguments);
+    if (command == "decode")
+        return decode(arguments);
+    if (command == "schema" && arguments.size() == 1)
+        return schema(arguments[0]);
+    if (command == "new" && arguments.size() == 1)
+        return makeNew(arguments[0]);
+    if (command == "read" && arguments.empty())
+        return read();
+    if (command == "explain" && arguments.size() == 2)
+        return explain(arguments[0], arguments[1]);
+    return misuse(command, "wrong number of arguments");
+}
 
 } // namespace
 
@@ -37,19 +69,5 @@ int main(int argc, char** argv)
     zet::Log::addSink([](zet::Log::Level, const zet::String_T<wchar_t>& line) { wirelens::warn(line.getBuffer()); });
 
     const std::vector<std::string> arguments(argv + (argc > 1 ? 2 : argc), argv + argc);
-    const std::string command = argc > 1 ? argv[1] : "";
-    if (command == "catalogue")
-        return wirelens::catalogue(arguments);
-    if (command == "schema" && arguments.size() == 1)
-        return wirelens::schema(arguments[0]);
-    if (command == "new" && arguments.size() == 1)
-        return wirelens::makeNew(arguments[0]);
-    if (command == "read" && arguments.empty())
-        return wirelens::read();
-    if (command == "explain" && arguments.size() == 2)
-        return wirelens::explain(arguments[0], arguments[1]);
-    if (command == "decode" && arguments.size() <= 2)
-        return wirelens::decode(arguments);
-    std::fputs(kUsage, command == "--help" || command == "help" ? stdout : stderr);
-    return command == "--help" || command == "help" ? 0 : 2;
+    return run(argc > 1 ? argv[1] : "", arguments);
 }

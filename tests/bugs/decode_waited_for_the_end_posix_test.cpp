@@ -1,0 +1,31 @@
+// "wirelens decode" read its input to the end before it said a word: a connection that was watched showed nothing while
+// it lived, and a long recording stood in memory as a whole. Each frame is shown as soon as it is whole; how much is
+// held is in the tests of the decoder.
+#include "tests/support/child.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace
+{
+
+TEST(Bugs, DecodeShowsAFrameBeforeTheEndOfInput)
+{
+    const std::string raw("\x00\x10\x14\x00\x00\x00\x00\x02\x00\x07\x09", 11);
+    for (const auto& [framing, frame] :
+         {std::pair<const char*, std::string>("--packets", std::string("\x0b\x00\x00\x00", 4) + raw),
+          {"--packets", "0b000000 0010 14000000 0002000709\n"},
+          {"--datagram", "0010 14 0002000709\n"}})
+    {
+        test::Child child({COMMONGROUND_BUILD_DIR "/wirelens", "decode", framing, "-"});
+        ASSERT_TRUE(child.isStarted());
+        ASSERT_TRUE(child.write(frame));
+        EXPECT_NE(child.outputWith("\n").find("CCmdHostnameRequest"), std::string::npos) << framing;
+        EXPECT_FALSE(child.isOver());
+        child.closeInput();
+        EXPECT_EQ(child.wait(), 0);
+    }
+}
+
+} // namespace
