@@ -1,5 +1,6 @@
 // The end of a bill, the balance of a currency, exchange codes and cards.
-// The answers deliver the records after the change, so that the client replaces its own at once.
+// CCmdBillSuccess and CCmdCurrencyReply deliver the records after the change, so that the client replaces its own at
+// once; CCmdTrovCardReply delivers them in the other order.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -32,7 +33,7 @@ public:
     AccountData m_Account;
 };
 
-// Adds currency; nobody answers.
+// Adds currency. It has no request of its own.
 class COMMONGROUND_API CCmdCurrencyAdd : public CCmdPlatform
 {
 public:
@@ -43,7 +44,7 @@ public:
     int m_Value2 = 0;
 };
 
-// A bill that was paid, and the trade that was made.
+// Reports the good end of a bill, with the trade that was made. It has no request of its own.
 class COMMONGROUND_API CCmdBillSuccess : public CCmdPlatform
 {
 public:
@@ -64,6 +65,7 @@ public:
     FGameTrade m_GameTrade;
 };
 
+// Reports the bad end of a bill. It has no request of its own.
 class COMMONGROUND_API CCmdBillFail : public CCmdPlatform
 {
 public:
@@ -77,7 +79,7 @@ public:
     zet::String_T<wchar_t> m_Text3;
 };
 
-// Announces the result of a bill.
+// Announces the result of a bill. It has no request of its own.
 class COMMONGROUND_API CCmdBillReusltNotify : public CCmdPlatform
 {
 public:

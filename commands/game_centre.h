@@ -47,7 +47,8 @@ public:
     COMMAND_INTERFACE(CCmdGC_gameZoneListRequest)
 };
 
-// Zones that cannot be read stand with what was read of them.
+// Reading sizes the list to the count and does not clear it: of a zone that cannot be read, the object keeps the texts
+// that it held in that place.
 class COMMONGROUND_API CCmdGC_gameZoneListResponse : public CCmdPlatform
 {
 public:

@@ -82,7 +82,7 @@ public:
     zet::String_T<wchar_t> m_Text5;
 };
 
-// The whole account at one stroke. The order of the records is the same in all answers that deliver them.
+// The whole account at one stroke. All answers to a login deliver the records in this order.
 class COMMONGROUND_API CCmdLoginSuccess : public CCmdPlatform
 {
 public:
@@ -177,7 +177,7 @@ public:
     AccountData m_Account;
 };
 
-// The server tells a client that its session has ended; nobody answers.
+// The server tells a client that its session has ended. It has no answer.
 class COMMONGROUND_API CCmdAccountKickOut : public CCmdPlatform
 {
 public:

@@ -36,7 +36,9 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// A list cut off is a good reply with the letters that were there.
+// A list that is cut off is a good reply, and its letters are as many as the count says: one that is cut holds what was
+// read of it, one that is not there is a default-made letter. Of a count above 1,024 no more are made than the payload
+// could hold, and one.
 class COMMONGROUND_API CCmdMailReceiveReply : public CCmdPlatform
 {
 public:

@@ -77,7 +77,7 @@ public:
     zet::String_T<wchar_t> m_Text5;
 };
 
-// States a price; nobody asks for it.
+// States a price. It has no request of its own.
 class COMMONGROUND_API CCmdPayPrice : public CCmdPlatform
 {
 public:

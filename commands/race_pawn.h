@@ -1,5 +1,5 @@
-// The figure of a player in a race, its pawn, in the order of its states: ready, counted down, released, started,
-// running.
+// The figure of a player in a race, its pawn. The commands stand in the order of its states: ready, run down, released,
+// started, running. What the floats hold is agreed between game server and client.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -61,7 +61,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Goes out many times a second. Its list travels in front of the head.
+// Its list travels in front of the head, on both sides.
 class COMMONGROUND_API CCmdGS_PawnRunning : public CCmdPlatform
 {
 public:

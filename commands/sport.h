@@ -11,7 +11,7 @@
 
 class CDataPackager;
 
-// The scores of one player.
+// A list of scores.
 class COMMONGROUND_API CSportScore
 {
 public:
@@ -66,7 +66,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
-// Where a sport server is, and its load.
+// A sport server. What the numbers mean is its own.
 class COMMONGROUND_API CSportGameServerInfo
 {
 public:

@@ -80,7 +80,7 @@ class COMMONGROUND_API CCmdPlatform : public CCmdHead
 {
 public:
     explicit CCmdPlatform(unsigned short id) : CCmdHead(id) {}
-    // Without a move of its own: a command that is moved from keeps its fields.
+    // Without a move of its own: a command that is moved from keeps its head, but not what its own class moves.
     CCmdPlatform(const CCmdPlatform&) = default;
     CCmdPlatform& operator=(const CCmdPlatform&) = default;
 
@@ -103,7 +103,7 @@ class COMMONGROUND_API CCmdSystem : public CCmdHead
 {
 public:
     explicit CCmdSystem(unsigned short id) : CCmdHead(id) {}
-    // Without a move of its own: a command that is moved from keeps its fields.
+    // Without a move of its own: a command that is moved from keeps its head, but not what its own class moves.
     CCmdSystem(const CCmdSystem&) = default;
     CCmdSystem& operator=(const CCmdSystem&) = default;
 

@@ -88,7 +88,8 @@ struct COMMONGROUND_API AchievementPack_Notice_Reply
     std::map<int, AccountAchievementData> m_Achievements;
 };
 
-// Both sizes travel first, then the achievements, then the numbers.
+// Both sizes travel first, then the achievements, then the numbers. Reading sizes the numbers to their count and does
+// not clear them: one that cannot be read keeps its old value.
 struct COMMONGROUND_API AchievementPack_GetAllAchievement_Request
 {
     bool Write(CCmdPackager* pk) const;

@@ -1,5 +1,6 @@
-// The older changing room, which speaks through the data packager: wearables by kind, and what is worn where. Behind
-// the first fields nothing is tested on reading: a message that ends there is a good one.
+// The messages of the changing room that travel by the data packager: wearables in ten lists, and six maps. Fields are
+// tested on reading; lists and maps, which follow them, are not: a message that ends there is a good one, and has
+// default-made elements up to each count that was there.
 #pragma once
 
 #include "framework/platform/export.h"

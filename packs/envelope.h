@@ -7,7 +7,8 @@
 //
 // To send, a host writes its message into m_PackData; to receive, it makes the message that m_PackType names and reads
 // it from there. Reading adds to what m_PackData holds and leaves its read pointer; writing sends all of it, wherever
-// the read pointer stands. A size that is negative, or more than is there, is refused. Copies are deep.
+// the read pointer stands. A size that is more than is there is refused, and so is a negative one, but by the void-data
+// pair, which takes it for 0. Copies are deep.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -47,8 +48,10 @@ protected:
     explicit CCmdRecordEnvelope(unsigned short id) : CCmdPlatform(id) {}
 };
 
-// Type and index, and a message of up to 65,536 bytes. Read is true for a payload that ends before its size: the
-// dispatch refuses it by the read pointer, or delivers what there is.
+// Type and index, and a message of up to 65,536 bytes. Read is true where head, type or index cannot be read, and the
+// object keeps what it held from there on: the dispatch refuses what the read pointer has not reached, and delivers the
+// command where nothing is left. It is false where the size cannot be read. A size of 0 or less is good and adds no
+// bytes.
 class COMMONGROUND_API CCmdVoidDataEnvelope : public CCmdPlatform
 {
 public:

@@ -160,7 +160,7 @@ struct COMMONGROUND_API Match4Pack_FindMate_Reply
     int m_Value1 = 0;
 };
 
-// One earlier result.
+// One line of the history of earlier results.
 struct COMMONGROUND_API Match4HistoryRec
 {
     bool Write(CCmdPackager* pk) const;
@@ -217,7 +217,8 @@ struct COMMONGROUND_API Match4Pack_RememberStateIn_Request
     int m_Value1 = 0;
 };
 
-// The ranks of the season: a row of five for each of six boards, in two tables.
+// The ranks of the season: two tables of six rows and five columns each. A cell of the first table travels in front of
+// the same cell of the second. What a peer sends beyond the tables is read and dropped.
 struct COMMONGROUND_API Match4Pack_SportRank_Reply
 {
     bool Write(CCmdPackager* pk) const;

@@ -29,7 +29,9 @@ public:
     int m_Value3 = 0;
 };
 
-// A message cut off keeps what was there; one that does not fit its packager is sent cut.
+// Reading empties the map and is always good. Of a message that is cut off the map holds the entries that were there,
+// the cut one as far as it was read; those that were not there are one entry with an empty name. A message that does
+// not fit its packager is sent cut.
 class COMMONGROUND_API CmdProfilingPack_GetMaxValues
 {
 public:

@@ -1,5 +1,5 @@
-// The words for every departure from "tested in order; count, clear, tested elements", one definition each.
-// A statement of an order that carries no word has no departure.
+// The words for the departures of a list from "tested count, clear, tested elements", one definition each. A list that
+// carries no word has no departure. Other departures are steps of their own, or a Read that is written by hand.
 #pragma once
 
 #include <cstdint>
@@ -59,23 +59,25 @@ inline constexpr Word<kUntestedElementsOnRead> ElementsUntestedOnRead;
 inline constexpr Word<kUntestedCountOnRead | kUntestedElementsOnRead> UntestedOnRead;
 // Neither decides a writing; a reader tests both.
 inline constexpr Word<kUntestedOnWrite> UntestedOnWrite;
-// Reading sizes the list to the count and then fills it in place.
+// Reading sizes the list to the count and fills it in place, uncleared: an element that fails keeps what it had.
 inline constexpr Word<kSizedFirst> SizedFirst;
 // Reading stores into the slots that the list has; elements beyond them are taken from the payload and dropped.
 inline constexpr Word<kIntoExistingSlots> IntoExistingSlots;
-// Reading stores every element, and the last one read decides the result.
+// Reading stores every element, and the last one read decides the result. A writer tests each.
 inline constexpr Word<kUntestedElementsOnRead | kLastElementDecides> LastElementDecides;
 // The map's key is the element's place on the wire, from 0: holes close when it travels.
 inline constexpr Word<kByPosition> KeyedByPosition;
 // The map's key travels in front of its value.
 inline constexpr Word<kPairs> Pairs;
-// A count that cannot be read or is below 1 ends the list well and leaves it as it was; elements are read untested.
+// A count that cannot be read or is below 1 ends the list well and leaves it as it was; above that the list is cleared,
+// and its elements are read untested. A writer tests both.
 inline constexpr Word<kOnlyAboveZero | kUntestedElementsOnRead> OnlyAboveZero;
 
 template <class... W>
 inline constexpr unsigned kFlagsOf = (0u | ... | W::kFlags);
 
-// Counts up to this are taken as told, so that every honest payload, cut or whole, behaves as it always did.
+// Counts up to this are taken as told, so that a payload of no more elements, cut or whole, behaves as it always did. A
+// whole payload does so at any count.
 constexpr int64_t kTrustedCount = 1024;
 
 // How many elements a count from the wire may ask for, when each takes at least smallest bytes and left are there.

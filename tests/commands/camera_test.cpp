@@ -78,6 +78,17 @@ TEST(MaskImage, FullImageComesThrough)
     EXPECT_EQ(std::memcmp(received->m_Data, image->m_Data, sizeof image->m_Data), 0);
 }
 
+// A connection over UDP puts a signed 16-bit length in front of each frame.
+TEST(MaskImage, FullImageIsTooLongForAConnectionOverUdp)
+{
+    const auto image = std::make_unique<CCmdMaskImage>();
+    image->m_Size = kMaskImageSize;
+    std::memset(image->m_Data, 7, sizeof image->m_Data);
+    CCmdPackager pk;
+    ASSERT_TRUE(image->Write(&pk));
+    EXPECT_GT(pk.Pack(nullptr, 0), 32767);
+}
+
 TEST(MaskImage, BytesBeyondTheArrayAreTakenAndDropped)
 {
     CCmdPackager pk;
@@ -160,6 +171,28 @@ TEST(Skeletons, ThirdFloatOfAJointStaysAtHome)
         EXPECT_TRUE(joint.m_State);
     }
     EXPECT_EQ(written(*command), tests::bytesOf(pk));
+}
+
+TEST(Skeletons, TwoFullImagesGoInOneStreamFrame)
+{
+    const auto sent = std::make_unique<CCmdSkeletons>();
+    sent->m_SkeletonCount = CCmdSkeletons::kSkeletons;
+    sent->m_Mask1Size = kMaskImageSize;
+    sent->m_Mask2Size = kMaskImageSize;
+    std::memset(sent->m_Mask1, 1, sizeof sent->m_Mask1);
+    std::memset(sent->m_Mask2, 2, sizeof sent->m_Mask2);
+    CCmdPackager pk;
+    ASSERT_TRUE(sent->Write(&pk));
+    zet::Buffer frame;
+    ASSERT_TRUE(CCmdPackager_packageToBuffer(pk, frame));
+    EXPECT_EQ(frame.getBufferSize(), 113772);
+
+    CCmdPackager arrived;
+    ASSERT_TRUE(CCmdPackager_bufferToPackage(frame, arrived));
+    const auto received = std::make_unique<CCmdSkeletons>();
+    ASSERT_TRUE(received->Read(&arrived));
+    EXPECT_EQ(arrived.GetReadPointer(), arrived.GetDataSize());
+    EXPECT_EQ(received->m_Mask2[kMaskImageSize - 1], 2);
 }
 
 TEST(Skeletons, ThirdSkeletonIsTakenAndDropped)

@@ -53,6 +53,25 @@ TEST(MailReceiveReply, CutLetterStaysAsFarAsItWasRead)
     EXPECT_EQ(reply.m_Letters[1].m_LetterId, -1);
 }
 
+TEST(MailReceiveReply, LettersThatAreNotThereAreDefaultMadeUpToTheCount)
+{
+    CCmdPackager pk;
+    beginReply(pk);
+    pk.Write(3);
+    CLetter letter;
+    letter.m_LetterId = 5;
+    ASSERT_TRUE(letter.Write(&pk));
+    CCmdMailReceiveReply reply;
+    EXPECT_TRUE(reply.Read(&pk));
+    ASSERT_EQ(reply.m_Letters.size(), 3u);
+    EXPECT_EQ(reply.m_Letters[0].m_LetterId, 5);
+    for (size_t i : {1, 2})
+    {
+        EXPECT_EQ(reply.m_Letters[i].m_LetterId, CLetter().m_LetterId);
+        EXPECT_EQ(reply.m_Letters[i].m_Text1, L"");
+    }
+}
+
 TEST(MailReceiveReply, HostileCountTakesNoMemory)
 {
     CCmdPackager pk;

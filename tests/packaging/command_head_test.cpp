@@ -1,5 +1,6 @@
 #include "packaging/command_head.h"
 
+#include "commands/mail.h"
 #include "commands/registry.h"
 #include "packaging/cmd_packager.h"
 #include "tests/support/log_lines.h"
@@ -147,6 +148,22 @@ TEST(CommandHead, CopyTakesEverything)
     EXPECT_EQ(copy.GetAccountName(), L"somebody");
     // A move copies: the source keeps its name.
     EXPECT_EQ(command.GetAccountName(), L"somebody");
+}
+
+TEST(CommandHead, OfACommandThatIsMovedFromTheHeadStays)
+{
+    CCmdMessageSend command;
+    command.SetClientIndex(5);
+    command.SetAccountName(L"somebody");
+    command.m_Text1 = L"a text that is too long to be kept inside the object";
+    CCmdMessageSend moved(std::move(command));
+    EXPECT_EQ(moved.m_Text1, L"a text that is too long to be kept inside the object");
+    for (const CCmdMessageSend* one : {&command, &moved})
+    {
+        EXPECT_EQ(one->GetClientIndex(), 5);
+        EXPECT_EQ(one->m_AccountName, L"somebody");
+    }
+    EXPECT_EQ(command.m_Text1, L"");
 }
 
 TEST(CommandTrace, RegistryCommandsPrintTheirFields)

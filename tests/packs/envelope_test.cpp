@@ -307,6 +307,35 @@ TEST(VoidDataEnvelope, HostileSizesAreRefusedWithoutATrace)
     }
 }
 
+TEST(VoidDataEnvelope, SizeOfZeroOrLessIsGoodAndAddsNothing)
+{
+    for (int size : {0, -1, -0x7fffffff})
+    {
+        CCmdPackager pk;
+        beginTwoWords(pk, command_id::CCmdVoidDataReply, size);
+        CCmdVoidDataReply reply;
+        EXPECT_TRUE(reply.Read(&pk)) << size;
+        EXPECT_EQ(reply.m_PackData.GetDataSize(), 0);
+        EXPECT_EQ(pk.GetReadPointer(), pk.GetDataSize());
+    }
+    CCmdPackager pk;
+    beginTwoWords(pk, command_id::CCmdMatchPackReply, -1);
+    EXPECT_FALSE(CCmdMatchPackReply().Read(&pk));
+}
+
+TEST(VoidDataEnvelope, SizeThatCannotBeReadIsRefused)
+{
+    CCmdPackager whole;
+    beginTwoWords(whole, command_id::CCmdVoidDataReply, 4);
+    for (int missing : {1, 4})
+    {
+        CCmdPackager pk;
+        pk.SetCmdID(command_id::CCmdVoidDataReply);
+        pk.Write(whole.GetBuffer(), whole.GetDataSize() - missing);
+        EXPECT_FALSE(CCmdVoidDataReply().Read(&pk)) << missing;
+    }
+}
+
 TEST(VoidDataEnvelope, ReadAddsAndFailsWhereItDoesNotFit)
 {
     CCmdVoidDataReply reply;

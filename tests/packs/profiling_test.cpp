@@ -39,6 +39,24 @@ TEST(ProfilingPack, ReadEmptiesTheMapEvenWithoutBytes)
     EXPECT_TRUE(message.m_ProfilingMaxValues.empty());
 }
 
+TEST(ProfilingPack, EntriesThatAreNotThereAreOneWithAnEmptyName)
+{
+    CDataPackager pk;
+    pk.Write(4);
+    cProfilingMaxValue whole = value(1, 2, 3);
+    whole.m_Name = L"whole";
+    ASSERT_TRUE(whole.Write(&pk));
+    pk.Write(zet::String_T<wchar_t>(L"cut"));
+    pk.Write(9);
+    CmdProfilingPack_GetMaxValues message;
+    EXPECT_TRUE(message.Read(&pk));
+    ASSERT_EQ(message.m_ProfilingMaxValues.size(), 3u);
+    EXPECT_EQ(message.m_ProfilingMaxValues[L"whole"].m_Value3, 3);
+    EXPECT_EQ(message.m_ProfilingMaxValues[L"cut"].m_Value1, 9);
+    EXPECT_EQ(message.m_ProfilingMaxValues[L"cut"].m_Value2, 0);
+    EXPECT_FALSE(message.m_ProfilingMaxValues.at(L"").IsValid());
+}
+
 TEST(ProfilingPack, KeyThatDisagreesWithTheRecordDoesNotTravel)
 {
     CmdProfilingPack_SubmitMaxValues message;
