@@ -1,0 +1,47 @@
+// What docs/operating.md says of SSLKEYLOGFILE. The variable is read once a process, so another one looks.
+#include "tests/support/child.h"
+#include "transport/net/udp_server.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace
+{
+
+// The kinds of secrets that are in the file after some tests have run.
+std::set<std::string> secretsOf(const std::string& tests, bool isAsked)
+{
+    const std::filesystem::path path = std::filesystem::path(COMMONGROUND_BUILD_DIR) / ("keys_of_" + tests);
+    std::filesystem::remove(path);
+    test::Child runner({"env", (isAsked ? "SSLKEYLOGFILE=" : "NOTHING=") + path.string(),
+                        COMMONGROUND_BUILD_DIR "/commonground_tests", "--gtest_filter=" + tests});
+    runner.outputWith("no text of a test");
+    EXPECT_EQ(runner.wait(), 0) << runner.output();
+    std::set<std::string> kinds;
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);)
+        kinds.insert(line.substr(0, line.find(' ')));
+    file.close();
+    std::filesystem::remove(path);
+    return kinds;
+}
+
+TEST(TlsKeyLog, SecretsAreWrittenForTcpAndUdpWhereTheyAreAskedFor)
+{
+    for (const char* const tests : {"TlsSession.MessagesGoThroughTls", "UdpClient.ACommandArrivesAndIsAnswered"})
+    {
+        if (std::string_view(tests).starts_with("Udp") && !zet::UdpServer::isAvailable())
+            continue;
+        const auto kinds = secretsOf(tests, true);
+        EXPECT_TRUE(kinds.contains("CLIENT_TRAFFIC_SECRET_0")) << tests;
+        EXPECT_TRUE(kinds.contains("SERVER_TRAFFIC_SECRET_0")) << tests;
+    }
+    EXPECT_TRUE(secretsOf("TlsSession.MessagesGoThroughTls", false).empty());
+}
+
+} // namespace
