@@ -9,8 +9,9 @@ namespace zet
 int MemoryInput::peek(void* data, int size)
 {
     const int count = std::clamp(size, 0, m_Size);
+    // What is shown may lie where it is read to.
     if (count > 0)
-        std::memcpy(data, m_At, static_cast<size_t>(count));
+        std::memmove(data, m_At, static_cast<size_t>(count));
     return count;
 }
 

@@ -177,7 +177,8 @@ inline bool CCmdPackager::takeFrame(const unsigned char* frame, int there)
         at += kAddressSize;
     }
     m_iDataSize = size;
-    std::memcpy(m_pBuffer, at, static_cast<size_t>(size));
+    // The frame may lie in this storage itself.
+    std::memmove(m_pBuffer, at, static_cast<size_t>(size));
     return true;
 }
 
@@ -306,7 +307,7 @@ int CCmdPackager::Unpack(const void* buffer, int size)
     {
         if (!Alloc(payload))
             return 0;
-        std::memcpy(m_pBuffer, in + used, static_cast<size_t>(payload));
+        std::memmove(m_pBuffer, in + used, static_cast<size_t>(payload));
         m_iDataSize += payload;
     }
     return used + m_iDataSize;

@@ -106,8 +106,8 @@ public:
     // addresses stays, and the bytes taken from the stream are gone. Memory grows with the bytes that the stream
     // delivers, not with the size that the frame announces.
     bool Receive(zet::InputStream& stream);
-    // The same for a frame at the front of size bytes in memory, which are copied; what lies behind it is not looked
-    // at.
+    // The same for a frame at the front of size bytes in memory, which are copied and may be this packager's own; what
+    // lies behind it is not looked at.
     bool Receive(const void* frame, int size);
 
     // Writes one datagram frame and returns its length, or 0 where it does not fit size bytes. A null buffer

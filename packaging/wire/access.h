@@ -5,7 +5,9 @@
 #include "packaging/cmd_packager.h"
 #include "packaging/data_packager.h"
 
+#include <cstdint>
 #include <cstring>
+#include <optional>
 #include <type_traits>
 
 namespace wire
@@ -26,6 +28,15 @@ struct Access
         if (packager.m_iBufSize - packager.m_iDataSize < size && !packager.Alloc(size))
             return nullptr;
         return storage(packager) + packager.m_iDataSize;
+    }
+    // Where in the packager's storage these bytes lie, or nothing for bytes of another place.
+    template <class P>
+    static std::optional<size_t> placeWithin(P& packager, const void* bytes)
+    {
+        const uintptr_t place = reinterpret_cast<uintptr_t>(bytes) - reinterpret_cast<uintptr_t>(storage(packager));
+        if (place < static_cast<uintptr_t>(packager.m_iBufSize))
+            return place;
+        return std::nullopt;
     }
     template <class P>
     static void wrote(P& packager, int size)

@@ -7,6 +7,7 @@
 
 #include <climits>
 #include <cstdint>
+#include <optional>
 #include <type_traits>
 
 namespace wire
@@ -129,9 +130,17 @@ bool writeBytes(P& packager, const void* data, int size)
 {
     if (size < 0)
         return false;
-    unsigned char* at = Access::room(packager, size);
+    unsigned char* at = Access::freeRoom(packager, size);
     if (!at)
-        return false;
+    {
+        // Bytes of the packager itself move with all others where it grows.
+        const std::optional<size_t> place = Access::placeWithin(packager, data);
+        at = Access::room(packager, size);
+        if (!at)
+            return false;
+        if (place)
+            data = packager.GetBuffer() + *place;
+    }
     if (size > 0)
         std::memcpy(at, data, static_cast<size_t>(size));
     Access::wrote(packager, size);

@@ -13,7 +13,7 @@ template <class P>
 class Writer
 {
 public:
-    explicit Writer(P& packager) : m_Packager(packager) {}
+    explicit Writer(P& packager) : m_Packager(packager), m_SizeBefore(packager.GetDataSize()) {}
 
     // Fields in order, up to the first that fails.
     template <class... T>
@@ -81,11 +81,14 @@ public:
         (List(names, lists, Untested), ...);
         return true;
     }
-    // All bytes that the inner packager holds, wherever its read pointer stands.
+    // All bytes that the inner packager holds, wherever its read pointer stands. A class that is written into its own
+    // inner packager takes along what that held before.
     template <class Inner>
     bool Payload(const char*, const Inner& inner)
     {
-        const int size = inner.GetDataSize();
+        int size = inner.GetDataSize();
+        if constexpr (std::is_same_v<Inner, P>)
+            size = &inner == &m_Packager ? m_SizeBefore : size;
         return one(size) && writeBytes(m_Packager, inner.GetBuffer(), size);
     }
     // No more than the array has.
@@ -254,6 +257,7 @@ private:
     }
 
     P& m_Packager;
+    const int m_SizeBefore;
 };
 
 } // namespace wire
