@@ -1,10 +1,23 @@
 #include "dispatch/analyser.h"
 
+#include "dispatch/inner/boundary.h"
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "packaging/cmd_packager.h"
 
-#include <exception>
+namespace
+{
+
+// Tells what a handler or a fallback threw, null for what has no words.
+void tellThrown(const char* what)
+{
+    if (what)
+        zet::Log::error(L"Exception in a command handler: %s", zet::StringHelper::utf8ToWide(what));
+    else
+        zet::Log::error(L"Exception in a command handler");
+}
+
+} // namespace
 
 CCmdAnalyser::CCmdAnalyser(CmdFallback unknownCmd, CmdFallback errorCmd)
     : m_pfnUnknownCmd(unknownCmd), m_pfnErrorCmd(errorCmd)
@@ -18,33 +31,26 @@ void CCmdAnalyser::Install(unsigned short id, CmdProcess process, CmdHandler han
 
 int CCmdAnalyser::Analyse(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const
 {
+    withinBoundary(
+        [&]
+        {
+            dispatch(pk, arg1, arg2);
+            return true;
+        },
+        tellThrown);
+    return 0;
+}
+
+void CCmdAnalyser::dispatch(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const
+{
     // The log takes what it is given by reference, and this one is to stay in a register.
     const unsigned short id = pk.GetCmdID();
     if (id >= kCommandIdLimit)
     {
         zet::Log::error(L"CCmdAnalyser cannot Analyse OverFlow CMD(0x%04x)", pk.GetCmdID());
-        return 0;
+        return;
     }
-    // What a handler or a fallback throws is this command's loss and goes no further.
-    try
-    {
-        dispatch(m_Commands[id], pk, arg1, arg2);
-    }
-    catch (const std::exception& fault)
-    {
-        zet::Log::error(L"Exception in a command handler: %s", zet::StringHelper::utf8ToWide(fault.what()));
-        zet::Log::whistle(false);
-    }
-    catch (...)
-    {
-        zet::Log::error(L"Exception in a command handler");
-        zet::Log::whistle(false);
-    }
-    return 0;
-}
-
-void CCmdAnalyser::dispatch(const Entry& entry, CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const
-{
+    const Entry& entry = m_Commands[id];
     if (!entry.m_Process)
     {
         if (m_pfnUnknownCmd)
@@ -64,16 +70,28 @@ void CCmdAnalyser::dispatch(const Entry& entry, CCmdPackager& pk, unsigned long 
 
 int CCmdAnalyser::Analyse(const void* data, int size, unsigned long arg1, unsigned long arg2) const
 {
+    withinBoundary(
+        [&]
+        {
+            dispatch(data, size, arg1, arg2);
+            return true;
+        },
+        tellThrown);
+    return 0;
+}
+
+void CCmdAnalyser::dispatch(const void* data, int size, unsigned long arg1, unsigned long arg2) const
+{
     if (!data)
     {
         zet::Log::error(L"CCmdAnalyser cannot Analyse NULL data");
-        return 0;
+        return;
     }
     CCmdPackager pk;
     if (pk.Unpack(data, size) <= 0)
     {
         zet::Log::error(L"cmdPackager Unpack data error");
-        return 0;
+        return;
     }
-    return Analyse(pk, arg1, arg2);
+    dispatch(pk, arg1, arg2);
 }

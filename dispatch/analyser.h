@@ -29,7 +29,8 @@ private:
         CmdHandler m_Handler = nullptr;
     };
 
-    void dispatch(const Entry& entry, CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const;
+    void dispatch(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const;
+    void dispatch(const void* data, int size, unsigned long arg1, unsigned long arg2) const;
 
     Entry m_Commands[kCommandIdLimit];
     CmdFallback m_pfnUnknownCmd;

@@ -1,8 +1,30 @@
 #include "dispatch/analyser_socket.h"
 
+#include "dispatch/inner/boundary.h"
 #include "framework/log.h"
+#include "framework/string_helper.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/socket_seam.h"
+
+namespace
+{
+
+// Runs what dispatches a command of this socket, and ends there what a handler or a fallback throws.
+template <class Dispatch>
+bool guarded(CCommandSocket* socket, Dispatch dispatch)
+{
+    return withinBoundary(dispatch,
+                          [socket](const char* what)
+                          {
+                              if (what)
+                                  zet::Log::error(L"Exception in a command handler: %s (%s)",
+                                                  zet::StringHelper::utf8ToWide(what), PeerNameOf(socket));
+                              else
+                                  zet::Log::error(L"Exception in a command handler (%s)", PeerNameOf(socket));
+                          });
+}
+
+} // namespace
 
 CCmdAnalyserSocket::CCmdAnalyserSocket(SocketCmdFallback unknownCmd, unsigned long unknownArg1,
                                        unsigned long unknownArg2, SocketCmdFallback errorCmd, unsigned long errorArg1,
@@ -65,13 +87,15 @@ inline bool CCmdAnalyserSocket::analyseFrame(CCommandSocket* socket, Frame... fr
         zet::Log::error(L"CCmdAnalyserSocket error Socket NULL");
         return false;
     }
-    CCmdPackager pk;
-    if (!pk.Receive(frame...))
-    {
-        zet::Log::error(L"Error:CmdPackager analyze error! (%s)", PeerNameOf(socket));
-        return false;
-    }
-    return dispatch(socket, pk);
+    return guarded(socket,
+                   [&]
+                   {
+                       CCmdPackager pk;
+                       if (pk.Receive(frame...))
+                           return dispatch(socket, pk);
+                       zet::Log::error(L"Error:CmdPackager analyze error! (%s)", PeerNameOf(socket));
+                       return false;
+                   });
 }
 
 bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, CCmdPackager& pk) const
@@ -81,7 +105,7 @@ bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, CCmdPackager& pk) const
         zet::Log::error(L"CCmdAnalyserSocket cannot Analyse CMD(0x%04x), Socket NULL", pk.GetCmdID());
         return false;
     }
-    return dispatch(socket, pk);
+    return guarded(socket, [&] { return dispatch(socket, pk); });
 }
 
 bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, zet::InputStream& stream) const

@@ -33,7 +33,8 @@ public:
     void Install(unsigned short id, SocketCmdProcess process, SocketCmdHandler handler, unsigned long arg1,
                  unsigned long arg2);
 
-    // Hands the command to its handler or a fallback. False, with the log told, where there was neither.
+    // Hands the command to its handler or a fallback. False, with the log told, where there was neither, or where one
+    // threw: that goes no further.
     bool Analyse(CCommandSocket* socket, CCmdPackager& pk) const;
     // The same for one stream frame, in a stream or at the front of size bytes in memory; what lies behind it there is
     // not looked at. A frame that cannot be received is false, too.

@@ -74,28 +74,9 @@ void CCommandSocket::dispatch()
 
 void CCommandSocket::analyse(std::span<const unsigned char> frame)
 {
-    // What one peer's command throws is that command's loss, not that of the connections ticked behind this one.
-    if (!m_pCmdAnalyser)
-        return;
-    try
-    {
+    // What a handler throws ends at the analyser: it is that command's loss alone.
+    if (m_pCmdAnalyser)
         m_pCmdAnalyser->Analyse(this, frame.data(), static_cast<int>(frame.size()));
-    }
-    catch (const zet::Exception& fault)
-    {
-        fault.report();
-    }
-    catch (const std::exception& fault)
-    {
-        zet::Log::error(L"Exception in a command handler: %s (%s)", zet::StringHelper::utf8ToWide(fault.what()),
-                        getPeerName());
-        zet::Log::whistle(false);
-    }
-    catch (...)
-    {
-        zet::Log::error(L"Exception in a command handler (%s)", getPeerName());
-        zet::Log::whistle(false);
-    }
 }
 
 bool CCommandSocket::send(const CCmdHead& command)
