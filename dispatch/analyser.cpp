@@ -5,6 +5,8 @@
 #include "framework/string_helper.h"
 #include "packaging/cmd_packager.h"
 
+#include <cassert>
+
 namespace
 {
 
@@ -26,6 +28,12 @@ CCmdAnalyser::CCmdAnalyser(CmdFallback unknownCmd, CmdFallback errorCmd)
 
 void CCmdAnalyser::Install(unsigned short id, CmdProcess process, CmdHandler handler)
 {
+    if (id >= kCommandIdLimit)
+    {
+        zet::Log::error(L"CCmdAnalyser cannot Install CMD(0x%04x)", id);
+        assert(id < kCommandIdLimit);
+        return;
+    }
     m_Commands[id] = {process, handler};
 }
 

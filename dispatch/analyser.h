@@ -13,7 +13,8 @@ public:
     // The fallbacks may be null; the log is told in their place.
     explicit CCmdAnalyser(CmdFallback unknownCmd = nullptr, CmdFallback errorCmd = nullptr);
 
-    // Replaces the entry of an id, which must be below kCommandIdLimit.
+    // Replaces the entry of an id, which must be below kCommandIdLimit: another one is refused, with the log told, and
+    // is an assertion.
     void Install(unsigned short id, CmdProcess process, CmdHandler handler);
 
     // Hands the command to its handler with the two arguments. Always 0: the result carries no information. What a

@@ -6,6 +6,8 @@
 #include "packaging/cmd_packager.h"
 #include "packaging/socket_seam.h"
 
+#include <cassert>
+
 namespace
 {
 
@@ -37,6 +39,12 @@ CCmdAnalyserSocket::CCmdAnalyserSocket(SocketCmdFallback unknownCmd, unsigned lo
 void CCmdAnalyserSocket::Install(unsigned short id, SocketCmdProcess process, SocketCmdHandler handler,
                                  unsigned long arg1, unsigned long arg2)
 {
+    if (id >= kCommandIdLimit)
+    {
+        zet::Log::error(L"CCmdAnalyserSocket cannot Install CMD(0x%04x)", id);
+        assert(id < kCommandIdLimit);
+        return;
+    }
     m_Commands[id] = std::make_shared<CCmdProcessor>(CCmdProcessor{process, handler, arg1, arg2});
 }
 

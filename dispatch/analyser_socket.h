@@ -29,7 +29,8 @@ public:
                                 unsigned long unknownArg2 = 0, SocketCmdFallback errorCmd = nullptr,
                                 unsigned long errorArg1 = 0, unsigned long errorArg2 = 0);
 
-    // Replaces the entry of an id, which must be below kCommandIdLimit; the arguments are the handler's.
+    // Replaces the entry of an id, which must be below kCommandIdLimit: another one is refused, with the log told, and
+    // is an assertion. The arguments are the handler's.
     void Install(unsigned short id, SocketCmdProcess process, SocketCmdHandler handler, unsigned long arg1,
                  unsigned long arg2);
 
