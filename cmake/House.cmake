@@ -50,6 +50,14 @@ foreach(file ${files})
       ${CMAKE_CXX_COMPILER} -std=c++20 -Wall -Wextra -I${PROJECT_SOURCE_DIR})
 endforeach()
 
+# The trace of commands, which a build of the library switches on, in a program that is compiled with the switch.
+add_executable(traced ${PROJECT_SOURCE_DIR}/tests/traced/traced.cpp ${PROJECT_SOURCE_DIR}/dispatch/trace.cpp)
+target_compile_definitions(traced PRIVATE COMMONGROUND_TRACE_COMMANDS)
+target_link_libraries(traced PRIVATE commonground commonground_warnings)
+add_test(NAME House.TraceStandsInFrontOfTheHandler COMMAND traced)
+set_tests_properties(House.TraceStandsInFrontOfTheHandler PROPERTIES PASS_REGULAR_EXPRESSION
+  "^\\*\\*\\* [0-9/]+ [0-9:.]+ \\*\\*\\* <<<\nits fields\nhandled\n$")
+
 if(NOT WIN32)
   add_test(NAME House.LibraryExportsOnlyItsOwnNames
     COMMAND Python3::Interpreter ${scripts}/check_symbols.py $<TARGET_FILE:commonground> ${PROJECT_SOURCE_DIR})

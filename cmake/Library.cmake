@@ -39,6 +39,10 @@ target_compile_features(commonground PUBLIC cxx_std_20)
 target_include_directories(commonground PUBLIC
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/commonground>)
 target_compile_definitions(commonground PRIVATE COMMONGROUND_BUILDING)
+if(COMMONGROUND_TRACE_COMMANDS)
+  set_property(SOURCE ${PROJECT_SOURCE_DIR}/dispatch/trace.cpp APPEND
+    PROPERTY COMPILE_DEFINITIONS COMMONGROUND_TRACE_COMMANDS)
+endif()
 target_link_libraries(commonground PRIVATE commonground_warnings commonground_dependencies)
 target_precompile_headers(commonground PRIVATE ${PROJECT_SOURCE_DIR}/cmake/std_pch.h)
 if(NOT WIN32)

@@ -25,14 +25,14 @@ COMMONGROUND_API void TraceReceivedCommand(const CCmdHead& command, CCommandSock
 
 // Reads the payload into the command, refuses it unless it ends exactly where the command does, and calls handle.
 // False, with the log told, on a refused payload. The socket is the one that it came by, or null. A template, so that
-// the reading of a known class is called directly; the trace is a switch of whoever compiles it.
+// the reading of a known class is called directly.
 template <class Command, class Handle>
 bool ProcessCommandBy(Command& command, CCommandSocket* socket, CCmdPackager* pk, Handle handle)
 {
     // Sender and receiver must agree on the fields exactly: bytes left over are as wrong as bytes missing.
     if (!command.Read(pk) || pk->GetReadPointer() != pk->GetDataSize())
         return RefuseCommand(command, socket);
-    if constexpr (kTraceCommands)
+    if (kTraceCommands)
         TraceReceivedCommand(command, socket);
     handle();
     return true;

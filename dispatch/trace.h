@@ -1,4 +1,5 @@
-// The trace of received commands on the standard output, a switch of the build that stands at off.
+// The trace of received commands on the standard output, off by default: the option COMMONGROUND_TRACE_COMMANDS of the
+// library's build.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -6,11 +7,8 @@
 
 class CCmdHead;
 
-#ifdef COMMONGROUND_TRACE_COMMANDS
-inline constexpr bool kTraceCommands = true;
-#else
-inline constexpr bool kTraceCommands = false;
-#endif
+// Whether the library was built with the trace. The same for every file of a process, whoever compiled it.
+extern COMMONGROUND_API const bool kTraceCommands;
 
 // Print the local time, the peer where there is one, and the command's OutDebug.
 COMMONGROUND_API void TraceCommand(const CCmdHead& command);
