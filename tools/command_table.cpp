@@ -2,12 +2,6 @@
 
 #include "tools/all_classes.h"
 
-#define COMMAND(id, Class, Base) class Class;
-#define SHARED(id, Class, Base) class Class;
-#include "dispatch/commands.def"
-#undef COMMAND
-#undef SHARED
-
 namespace tools
 {
 
@@ -15,21 +9,12 @@ namespace
 {
 
 template <class T>
-concept Landed = requires
-{
-    sizeof(T);
-};
-
-template <class T>
 void add(std::vector<ClassInfo>& table, unsigned short id, const char* name, const char* base, auto pair)
 {
-    if constexpr (Landed<T>)
-    {
-        ClassInfo info = infoOf<T>(name, Family::kCommand, base);
-        info.m_Id = id;
-        pair(info, static_cast<T*>(nullptr));
-        table.push_back(info);
-    }
+    ClassInfo info = infoOf<T>(name, Family::kCommand, base);
+    info.m_Id = id;
+    pair(info, static_cast<T*>(nullptr));
+    table.push_back(info);
 }
 
 } // namespace
