@@ -168,6 +168,7 @@ public:
     template <class C, class... W>
     bool List(const char* names, const C& list, W...)
     {
+        checkWords<C, W...>();
         addList(names, Kind::kList, kFlagsOf<W...>, list);
         return true;
     }
@@ -180,6 +181,9 @@ public:
     template <class C, class... W>
     bool ElementsOf(const char* names, const C& list, W...)
     {
+        checkWords<C, W...>();
+        static_assert(!(kFlagsOf<W...> & kClearedFirst),
+                      "ClearedFirst empties a list before its count, which stands apart from ELEMENTS_OF");
         addList(names, Kind::kElementsOf, kFlagsOf<W...>, list);
         return true;
     }

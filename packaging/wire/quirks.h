@@ -76,6 +76,17 @@ inline constexpr Word<kOnlyAboveZero | kUntestedElementsOnRead> OnlyAboveZero;
 template <class... W>
 inline constexpr unsigned kFlagsOf = (0u | ... | W::kFlags);
 
+// The four things that words can say of a list; of each, one word is all there can be.
+constexpr unsigned kWordsOfKey = kKeyed | kByPosition | kPairs;
+constexpr unsigned kWordsOfPlace = kAppends | kClearedFirst | kSizedFirst | kIntoExistingSlots;
+constexpr unsigned kWordsOfReading = kUntestedCount | kUntestedElements | kUntestedElementsOnRead |
+                                     kUntestedCountOnRead | kLastElementDecides | kOnlyAboveZero;
+constexpr unsigned kWordsOfWriting = kUntestedCount | kUntestedElements | kUntestedOnWrite;
+
+// How many of the words say one of them.
+template <unsigned What, class... W>
+inline constexpr int kWordsAbout = (0 + ... + ((W::kFlags & What) != 0));
+
 // Counts up to this are taken as told, so that a payload of no more elements, cut or whole, behaves as it always did. A
 // whole payload does so at any count.
 constexpr int64_t kTrustedCount = 1024;

@@ -78,6 +78,28 @@ struct ElementOf<std::map<K, T>>
     using Type = T;
 };
 
+// Refuses words that contradict each other or the container. Every order is described once, so the describer asks.
+template <class C, class... W>
+constexpr void checkWords()
+{
+    constexpr unsigned flags = kFlagsOf<W...>;
+    constexpr bool fillsSlots = flags & (kSizedFirst | kIntoExistingSlots);
+    static_assert(!kIsMap<C> || (flags & kWordsOfKey),
+                  "the list of a map needs KeyedBy, KeyedByPosition or Pairs: without a key all elements are one");
+    static_assert(kIsMap<C> || !(flags & kWordsOfKey),
+                  "KeyedBy, KeyedByPosition and Pairs are words for a map: the elements of another list have no key");
+    static_assert(!(flags & kLastElementDecides) || !(kIsMap<C> || fillsSlots),
+                  "LastElementDecides is for a list that elements are put behind: no map, SizedFirst or "
+                  "IntoExistingSlots");
+    static_assert(!(kIsMap<C> && fillsSlots), "SizedFirst and IntoExistingSlots are for a list with places: no map");
+    static_assert(!((flags & kOnlyAboveZero) && (flags & kClearedFirst)),
+                  "OnlyAboveZero leaves a list as it was, which ClearedFirst has emptied by then");
+    static_assert(kWordsAbout<kWordsOfKey, W...> <= 1 && kWordsAbout<kWordsOfPlace, W...> <= 1 &&
+                      kWordsAbout<kWordsOfReading, W...> <= 1 && kWordsAbout<kWordsOfWriting, W...> <= 1,
+                  "the words of a list contradict each other: one at most for the key, for where elements go, for what "
+                  "decides a reading, for what decides a writing");
+}
+
 // Where in a run of fixed-size fields a field stands: the bytes of the run if it is the first of one, its place in it.
 struct Place
 {

@@ -1,0 +1,19 @@
+// expect: the words of a list contradict each other
+#include "packaging/wire/order.h"
+
+struct Record
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+    std::vector<int> m_Values;
+};
+
+WIRE_ORDER_CMD(Record)
+{
+#ifdef COMPILE_FAIL
+    return LIST(r.m_Values, wire::Appends, wire::ClearedFirst, wire::Untested, wire::UntestedOnWrite);
+#else
+    return LIST(r.m_Values, wire::ClearedFirst, wire::Untested);
+#endif
+}

@@ -1,0 +1,19 @@
+// expect: the list of a map needs KeyedBy, KeyedByPosition or Pairs
+#include "packaging/wire/order.h"
+
+struct Record
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+    std::map<int, int> m_Values;
+};
+
+WIRE_ORDER_CMD(Record)
+{
+#ifdef COMPILE_FAIL
+    return COUNT_OF(r.m_Values) && ELEMENTS_OF(r.m_Values);
+#else
+    return COUNT_OF(r.m_Values) && ELEMENTS_OF(r.m_Values, wire::Pairs);
+#endif
+}
