@@ -67,7 +67,7 @@ struct COMMONGROUND_API CmdGetUserDataReply
     AccountGlobalData m_GlobalData;
 };
 
-struct COMMONGROUND_API CmdGetV5UserDataRequest
+struct COMMONGROUND_API CmdGetV5UserDataRequest final
 {
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Read(CDataPackager* pk);
@@ -76,7 +76,7 @@ struct COMMONGROUND_API CmdGetV5UserDataRequest
     int m_Value1 = 0;
 };
 
-struct COMMONGROUND_API CmdGetV5UserDataReply
+struct COMMONGROUND_API CmdGetV5UserDataReply final
 {
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Read(CDataPackager* pk);
@@ -114,7 +114,7 @@ struct COMMONGROUND_API CmdCommitPhoneRequest
     zet::String_T<wchar_t> m_Text1;
 };
 
-struct COMMONGROUND_API CmdCommitQuestionnaireRequest
+struct COMMONGROUND_API CmdCommitQuestionnaireRequest final
 {
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Read(CDataPackager* pk);
@@ -125,7 +125,7 @@ struct COMMONGROUND_API CmdCommitQuestionnaireRequest
     int m_Value3 = 0;
 };
 
-struct COMMONGROUND_API CmdCommitQuestionnaireReply
+struct COMMONGROUND_API CmdCommitQuestionnaireReply final
 {
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Read(CDataPackager* pk);

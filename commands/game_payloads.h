@@ -16,7 +16,7 @@ namespace wire
 struct Schema;
 }
 
-struct COMMONGROUND_API CmdUnlockGameRequest
+struct COMMONGROUND_API CmdUnlockGameRequest final
 {
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Read(CDataPackager* pk);
@@ -29,7 +29,7 @@ struct COMMONGROUND_API CmdUnlockGameRequest
     AccountData m_Account;
 };
 
-struct COMMONGROUND_API CmdUnlockGameReply
+struct COMMONGROUND_API CmdUnlockGameReply final
 {
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Read(CDataPackager* pk);
@@ -43,7 +43,7 @@ struct COMMONGROUND_API CmdUnlockGameReply
     AccountData m_Account;
 };
 
-struct COMMONGROUND_API CmdCancelCDRequest
+struct COMMONGROUND_API CmdCancelCDRequest final
 {
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Read(CDataPackager* pk);
@@ -57,7 +57,7 @@ struct COMMONGROUND_API CmdCancelCDRequest
     AccountData m_Account;
 };
 
-struct COMMONGROUND_API CmdCancelCDReply
+struct COMMONGROUND_API CmdCancelCDReply final
 {
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Read(CDataPackager* pk);
@@ -72,7 +72,7 @@ struct COMMONGROUND_API CmdCancelCDReply
 };
 
 // The games stand under their ids. Their reads decide nothing, as in AccountData.
-struct COMMONGROUND_API CmdDropScoreNotVIPRequest
+struct COMMONGROUND_API CmdDropScoreNotVIPRequest final
 {
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Read(CDataPackager* pk);
@@ -82,7 +82,7 @@ struct COMMONGROUND_API CmdDropScoreNotVIPRequest
     std::map<int, FGameTraining> m_TrainingMap;
 };
 
-struct COMMONGROUND_API CmdDropScoreNotVIPReply
+struct COMMONGROUND_API CmdDropScoreNotVIPReply final
 {
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Read(CDataPackager* pk);

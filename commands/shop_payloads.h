@@ -137,7 +137,7 @@ struct COMMONGROUND_API CmdUseGiftReply
     AccountData m_Account;
 };
 
-struct COMMONGROUND_API CmdExchangeGoldRequest
+struct COMMONGROUND_API CmdExchangeGoldRequest final
 {
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Read(CDataPackager* pk);
@@ -150,7 +150,7 @@ struct COMMONGROUND_API CmdExchangeGoldRequest
     AccountData m_Account;
 };
 
-struct COMMONGROUND_API CmdExchangeGoldReply
+struct COMMONGROUND_API CmdExchangeGoldReply final
 {
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Read(CDataPackager* pk);

@@ -16,7 +16,7 @@ namespace wire
 struct Schema;
 }
 
-struct COMMONGROUND_API AchievementPack_StartGame_Request
+struct COMMONGROUND_API AchievementPack_StartGame_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -27,7 +27,7 @@ struct COMMONGROUND_API AchievementPack_StartGame_Request
 };
 
 // The text travels ahead of each size; the second one stays.
-struct COMMONGROUND_API AchievementPack_StartGame_Reply
+struct COMMONGROUND_API AchievementPack_StartGame_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -38,7 +38,7 @@ struct COMMONGROUND_API AchievementPack_StartGame_Reply
     std::vector<AccountBehaviourData> m_Behaviours;
 };
 
-struct COMMONGROUND_API AchievementPack_SendAchievement_Request
+struct COMMONGROUND_API AchievementPack_SendAchievement_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -49,7 +49,7 @@ struct COMMONGROUND_API AchievementPack_SendAchievement_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
-struct COMMONGROUND_API AchievementPack_SendAchievement_Reply
+struct COMMONGROUND_API AchievementPack_SendAchievement_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -59,7 +59,7 @@ struct COMMONGROUND_API AchievementPack_SendAchievement_Reply
     std::map<int, AccountAchievementData> m_Achievements;
 };
 
-struct COMMONGROUND_API AchievementPack_EndGame_Request
+struct COMMONGROUND_API AchievementPack_EndGame_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -69,7 +69,7 @@ struct COMMONGROUND_API AchievementPack_EndGame_Request
     std::map<int, AccountAchievementData> m_Achievements;
 };
 
-struct COMMONGROUND_API AchievementPack_EndGame_Reply
+struct COMMONGROUND_API AchievementPack_EndGame_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -78,7 +78,7 @@ struct COMMONGROUND_API AchievementPack_EndGame_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
-struct COMMONGROUND_API AchievementPack_Notice_Reply
+struct COMMONGROUND_API AchievementPack_Notice_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);

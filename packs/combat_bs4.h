@@ -141,7 +141,7 @@ struct COMMONGROUND_API CombatPack_TicketGoodConfig_Reply
 };
 
 // The orders come as letters.
-struct COMMONGROUND_API CombatPack_OrderRecord_Reply
+struct COMMONGROUND_API CombatPack_OrderRecord_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);

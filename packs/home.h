@@ -57,7 +57,7 @@ struct COMMONGROUND_API HomePack_SaveData_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
-struct COMMONGROUND_API HomePack_StartGame_Request
+struct COMMONGROUND_API HomePack_StartGame_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -72,7 +72,7 @@ struct COMMONGROUND_API HomePack_StartGame_Request
     zet::String_T<wchar_t> m_Text2;
 };
 
-struct COMMONGROUND_API HomePack_StartGame_Reply
+struct COMMONGROUND_API HomePack_StartGame_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -86,7 +86,7 @@ struct COMMONGROUND_API HomePack_StartGame_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
-struct COMMONGROUND_API HomePack_EndGame_Request
+struct COMMONGROUND_API HomePack_EndGame_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -104,7 +104,7 @@ struct COMMONGROUND_API HomePack_EndGame_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
-struct COMMONGROUND_API HomePack_EndGame_Reply
+struct COMMONGROUND_API HomePack_EndGame_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -136,14 +136,14 @@ struct COMMONGROUND_API HomePack_EndGame_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
-struct COMMONGROUND_API HomePack_CountdownTime_Request
+struct COMMONGROUND_API HomePack_CountdownTime_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
     static const wire::Schema& Wire();
 };
 
-struct COMMONGROUND_API HomePack_CountdownTime_Reply
+struct COMMONGROUND_API HomePack_CountdownTime_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -154,7 +154,7 @@ struct COMMONGROUND_API HomePack_CountdownTime_Reply
     AccountHomeData m_HomeData;
 };
 
-struct COMMONGROUND_API HomePack_JumpOff_Request
+struct COMMONGROUND_API HomePack_JumpOff_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -169,7 +169,7 @@ struct COMMONGROUND_API HomePack_JumpOff_Request
     AccountHomeData m_HomeData;
 };
 
-struct COMMONGROUND_API HomePack_JumpOff_Reply
+struct COMMONGROUND_API HomePack_JumpOff_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -184,7 +184,7 @@ struct COMMONGROUND_API HomePack_JumpOff_Reply
 };
 
 // A reward without a game played.
-struct COMMONGROUND_API HomePack_DirectReWard_Request
+struct COMMONGROUND_API HomePack_DirectReWard_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -198,7 +198,7 @@ struct COMMONGROUND_API HomePack_DirectReWard_Request
     AccountGlobalData m_GlobalData;
 };
 
-struct COMMONGROUND_API HomePack_DirectReWard_Reply
+struct COMMONGROUND_API HomePack_DirectReWard_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -213,7 +213,7 @@ struct COMMONGROUND_API HomePack_DirectReWard_Reply
     AccountGlobalData m_GlobalData;
 };
 
-struct COMMONGROUND_API HomePack_UnlockGame_Request
+struct COMMONGROUND_API HomePack_UnlockGame_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -226,7 +226,7 @@ struct COMMONGROUND_API HomePack_UnlockGame_Request
     AccountHomeData m_HomeData;
 };
 
-struct COMMONGROUND_API HomePack_UnlockGame_Reply
+struct COMMONGROUND_API HomePack_UnlockGame_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -241,7 +241,7 @@ struct COMMONGROUND_API HomePack_UnlockGame_Reply
     AccountGlobalData m_GlobalData;
 };
 
-struct COMMONGROUND_API HomePack_GetPlayerList_Request
+struct COMMONGROUND_API HomePack_GetPlayerList_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -251,7 +251,7 @@ struct COMMONGROUND_API HomePack_GetPlayerList_Request
 };
 
 // The list always travels in full, without a count.
-struct COMMONGROUND_API HomePack_GetPlayerList_Reply
+struct COMMONGROUND_API HomePack_GetPlayerList_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);

@@ -71,7 +71,7 @@ struct COMMONGROUND_API InPurchasePack_SaveOrderId_Reply
 };
 
 // Asks how a payment ended.
-struct COMMONGROUND_API InPurchasePack_GetCheckResult_Request
+struct COMMONGROUND_API InPurchasePack_GetCheckResult_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -94,7 +94,7 @@ struct COMMONGROUND_API InPurchasePack_GetCheckResult_Reply
 };
 
 // Tells the player of a purchase that succeeded. The members lie in another order than they travel in.
-struct COMMONGROUND_API InPurchasePack_SendBuySuccessMessage_Request
+struct COMMONGROUND_API InPurchasePack_SendBuySuccessMessage_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);

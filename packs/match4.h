@@ -197,7 +197,7 @@ struct COMMONGROUND_API Match4Pack_CheckHstryRec_Reply
 };
 
 // By the clock of the server.
-struct COMMONGROUND_API Match4Pack_CheckBeWeekend_Reply
+struct COMMONGROUND_API Match4Pack_CheckBeWeekend_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);

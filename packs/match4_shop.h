@@ -71,7 +71,7 @@ struct COMMONGROUND_API Match4Pack_TicketGoodConfig_Reply
 };
 
 // The orders come as letters.
-struct COMMONGROUND_API Match4Pack_OrderRecord_Reply
+struct COMMONGROUND_API Match4Pack_OrderRecord_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);

@@ -28,7 +28,7 @@ struct COMMONGROUND_API MatchPack_ExchangeStampRequest
     AccountMatchData m_MatchData;
 };
 
-struct COMMONGROUND_API MatchPack_ExchangeStampReply
+struct COMMONGROUND_API MatchPack_ExchangeStampReply final
 {
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Write(CCmdPackager* pk) const;
@@ -45,7 +45,7 @@ struct COMMONGROUND_API MatchPack_ExchangeStampReply
 };
 
 // The answer in place of the goods when the stock is short.
-struct COMMONGROUND_API MatchPack_NotEnoughStockReply
+struct COMMONGROUND_API MatchPack_NotEnoughStockReply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);

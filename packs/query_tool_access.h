@@ -13,7 +13,7 @@ namespace wire
 struct Schema;
 }
 
-struct COMMONGROUND_API QT_Login_Request
+struct COMMONGROUND_API QT_Login_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -23,7 +23,7 @@ struct COMMONGROUND_API QT_Login_Request
     zet::String_T<wchar_t> m_Text2;
 };
 
-struct COMMONGROUND_API QT_Login_Reply
+struct COMMONGROUND_API QT_Login_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -34,7 +34,7 @@ struct COMMONGROUND_API QT_Login_Reply
     zet::String_T<wchar_t> m_Text2;
 };
 
-struct COMMONGROUND_API QT_CheckVersion_Request
+struct COMMONGROUND_API QT_CheckVersion_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -43,7 +43,7 @@ struct COMMONGROUND_API QT_CheckVersion_Request
     zet::String_T<wchar_t> m_Version;
 };
 
-struct COMMONGROUND_API QT_CheckVersion_Reply
+struct COMMONGROUND_API QT_CheckVersion_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -53,7 +53,7 @@ struct COMMONGROUND_API QT_CheckVersion_Reply
     zet::String_T<wchar_t> m_Text1;
 };
 
-struct COMMONGROUND_API QT_SendProductType
+struct COMMONGROUND_API QT_SendProductType final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -62,7 +62,7 @@ struct COMMONGROUND_API QT_SendProductType
     int m_ProductType = 0;
 };
 
-struct COMMONGROUND_API QT_InsertMac_Request
+struct COMMONGROUND_API QT_InsertMac_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -71,7 +71,7 @@ struct COMMONGROUND_API QT_InsertMac_Request
     std::vector<zet::String_T<wchar_t>> m_Texts;
 };
 
-struct COMMONGROUND_API QT_TableTimeFrom_Reply
+struct COMMONGROUND_API QT_TableTimeFrom_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -82,7 +82,7 @@ struct COMMONGROUND_API QT_TableTimeFrom_Reply
 };
 
 // The nine lists of choices that a query offers. All counts travel ahead of all texts.
-struct COMMONGROUND_API QT_QueryCondition_Reply
+struct COMMONGROUND_API QT_QueryCondition_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);

@@ -12,7 +12,7 @@ namespace wire
 struct Schema;
 }
 
-struct COMMONGROUND_API QT_BstFmy3_DailyStats_Request
+struct COMMONGROUND_API QT_BstFmy3_DailyStats_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -22,7 +22,7 @@ struct COMMONGROUND_API QT_BstFmy3_DailyStats_Request
     zet::String_T<wchar_t> m_Text2;
 };
 
-struct COMMONGROUND_API QT_BstFmy3_DailyStats_Reply
+struct COMMONGROUND_API QT_BstFmy3_DailyStats_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -36,7 +36,7 @@ struct COMMONGROUND_API QT_BstFmy3_DailyStats_Reply
     std::vector<int> m_Column5;
 };
 
-struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Request
+struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -46,7 +46,7 @@ struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Request
     zet::String_T<wchar_t> m_Text2;
 };
 
-struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Reply
+struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -59,7 +59,7 @@ struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Reply
     std::vector<int> m_Column4;
 };
 
-struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Request
+struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -69,7 +69,7 @@ struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Request
     zet::String_T<wchar_t> m_Text2;
 };
 
-struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Reply
+struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -83,7 +83,7 @@ struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Reply
     std::vector<int> m_Column5;
 };
 
-struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Request
+struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -93,7 +93,7 @@ struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Request
     zet::String_T<wchar_t> m_Text2;
 };
 
-struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Reply
+struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -108,7 +108,7 @@ struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Reply
     std::vector<int> m_Column6;
 };
 
-struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Request
+struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -118,7 +118,7 @@ struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Request
     zet::String_T<wchar_t> m_Text2;
 };
 
-struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Reply
+struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -132,7 +132,7 @@ struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Reply
     std::vector<int> m_Column5;
 };
 
-struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Request
+struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -142,7 +142,7 @@ struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Request
     zet::String_T<wchar_t> m_Text2;
 };
 
-struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Reply
+struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);

@@ -12,7 +12,7 @@ namespace wire
 struct Schema;
 }
 
-struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Request
+struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -22,7 +22,7 @@ struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Request
     zet::String_T<wchar_t> m_Text2;
 };
 
-struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Reply
+struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -33,7 +33,7 @@ struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Reply
     std::vector<int> m_Column2;
 };
 
-struct COMMONGROUND_API QT_OnlineQuery_DaysOnline_Request
+struct COMMONGROUND_API QT_OnlineQuery_DaysOnline_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -44,7 +44,7 @@ struct COMMONGROUND_API QT_OnlineQuery_DaysOnline_Request
     int m_Value1 = 0;
 };
 
-struct COMMONGROUND_API QT_OnlineQuery_DaysOnline_Reply
+struct COMMONGROUND_API QT_OnlineQuery_DaysOnline_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);

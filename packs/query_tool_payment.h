@@ -14,7 +14,7 @@ namespace wire
 struct Schema;
 }
 
-struct COMMONGROUND_API QT_OverviewPay_Request
+struct COMMONGROUND_API QT_OverviewPay_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -25,7 +25,7 @@ struct COMMONGROUND_API QT_OverviewPay_Request
     int m_Value1 = 0;
 };
 
-struct COMMONGROUND_API QT_OverviewPay_Reply
+struct COMMONGROUND_API QT_OverviewPay_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -42,7 +42,7 @@ struct COMMONGROUND_API QT_OverviewPay_Reply
     float m_Float8 = 0;
 };
 
-struct COMMONGROUND_API QT_Payment_Pay_Request
+struct COMMONGROUND_API QT_Payment_Pay_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -56,7 +56,7 @@ struct COMMONGROUND_API QT_Payment_Pay_Request
     zet::String_T<wchar_t> m_Text5;
 };
 
-struct COMMONGROUND_API QT_Payment_Pay_Reply
+struct COMMONGROUND_API QT_Payment_Pay_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -76,7 +76,7 @@ struct COMMONGROUND_API QT_Payment_Pay_Reply
     std::vector<zet::String_T<wchar_t>> m_Column6;
 };
 
-struct COMMONGROUND_API QT_Payment_Consumption_Request
+struct COMMONGROUND_API QT_Payment_Consumption_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -88,7 +88,7 @@ struct COMMONGROUND_API QT_Payment_Consumption_Request
     zet::String_T<wchar_t> m_Text3;
 };
 
-struct COMMONGROUND_API QT_Payment_Consumption_Reply
+struct COMMONGROUND_API QT_Payment_Consumption_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -105,7 +105,7 @@ struct COMMONGROUND_API QT_Payment_Consumption_Reply
     std::vector<zet::String_T<wchar_t>> m_Column5;
 };
 
-struct COMMONGROUND_API QT_Nib2Nib3_Pay_Request
+struct COMMONGROUND_API QT_Nib2Nib3_Pay_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
@@ -119,7 +119,7 @@ struct COMMONGROUND_API QT_Nib2Nib3_Pay_Request
     zet::String_T<wchar_t> m_Text5;
 };
 
-struct COMMONGROUND_API QT_Nib2Nib3_Pay_Reply
+struct COMMONGROUND_API QT_Nib2Nib3_Pay_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);

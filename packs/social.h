@@ -83,6 +83,8 @@ enum SocialPackType : unsigned short
     kSocialCreateAccessToken = 3
 };
 
+COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_BEGIN
+
 // A message of the envelope. Its type travels as the envelope's m_PackType and not among its own bytes.
 class COMMONGROUND_API CmdSocialSubPack
 {
@@ -162,3 +164,5 @@ public:
     zet::String_T<wchar_t> m_Text2;
     int m_Value1 = 0;
 };
+
+COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_END

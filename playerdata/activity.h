@@ -47,7 +47,7 @@ protected:
 };
 
 // The Christmas activity: points that decay on the days missed.
-class COMMONGROUND_API FGameActivityChristmas : public FGameActivityBase
+class COMMONGROUND_API FGameActivityChristmas final : public FGameActivityBase
 {
 public:
     enum State

@@ -4,6 +4,8 @@
 
 #include "playerdata/game_object.h"
 
+COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_BEGIN
+
 // A mission with three targets.
 class COMMONGROUND_API FGameMission : public FGameObject
 {
@@ -169,3 +171,5 @@ public:
     zet::String_T<wchar_t> m_BrainText;
     bool m_BrainFlag = true;
 };
+
+COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_END

@@ -15,6 +15,8 @@ namespace wire
 struct Schema;
 }
 
+COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_BEGIN
+
 // The base of all kinds of game. The order of the virtual operations is part of the interface, and so is that there
 // are no more of them: a game record is never destroyed through its base.
 class COMMONGROUND_API FGameObject
@@ -77,3 +79,5 @@ public:
     bool Read(CDataPackager* pk) override;
     static const wire::Schema& Wire();
 };
+
+COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_END

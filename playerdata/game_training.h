@@ -6,6 +6,8 @@
 
 #include "playerdata/game_object.h"
 
+COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_BEGIN
+
 // A training game.
 class COMMONGROUND_API FGameTraining : public FGameObject
 {
@@ -86,3 +88,5 @@ public:
     int m_CDDuration = 0;
     float m_CDTime = 0.0f;
 };
+
+COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_END

@@ -19,7 +19,7 @@ namespace wire
 struct Schema;
 }
 
-class COMMONGROUND_API FAttractData
+class COMMONGROUND_API FAttractData final
 {
 public:
     virtual bool Write(CCmdPackager* pk) const;

@@ -19,3 +19,15 @@
 #else
 #define ZET_MODULE_EXPORT __attribute__((visibility("default")))
 #endif
+
+// Around classes that are made as they are published: with virtual operations, a base, and no virtual destructor, which
+// would be one more entry of their tables. They are destroyed as what they are, never through the base, so there is
+// nothing to warn a host of.
+#if defined(__GNUC__)
+#define COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_BEGIN                                                                       \
+    _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wnon-virtual-dtor\"")
+#define COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_END _Pragma("GCC diagnostic pop")
+#else
+#define COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_BEGIN
+#define COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_END
+#endif
