@@ -4,7 +4,8 @@
 Usage: check_compile_fail.py FILE COMPILER ARGUMENT...
 
 The wrong part may stand under `#ifdef COMPILE_FAIL`: then the file must compile without that macro and fail with it,
-so that it cannot fail for another reason.
+so that it cannot fail for another reason. Where the wrong part is an option of the compiler, the second line names it
+as `// flags: OPTIONS`; it goes with that macro.
 """
 import re
 import subprocess
@@ -28,7 +29,8 @@ def main():
         if sound.returncode != 0:
             print(f"{path}: does not compile without COMPILE_FAIL either:\n{sound.stderr}")
             return 1
-    wrong = compile_file(path, command, "-DCOMPILE_FAIL")
+    flags = re.match(r".*\n// flags: (.+)", text)
+    wrong = compile_file(path, command, "-DCOMPILE_FAIL", *(flags.group(1).split() if flags else []))
     if wrong.returncode == 0:
         print(f"{path}: compiles")
         return 1

@@ -1,6 +1,11 @@
 // Marks what the shared library exports; everything else stays hidden.
 #pragma once
 
+// Messages, events, commands and sockets of a host are asked for their class by the library. Exceptions may be off.
+#if !defined(__GXX_RTTI) && !defined(_CPPRTTI)
+#error "commonground asks the host's objects for their class: compile with run-time type information (-frtti)"
+#endif
+
 #if defined(COMMONGROUND_STATIC)
 #define COMMONGROUND_API
 #elif defined(_WIN32)

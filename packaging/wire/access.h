@@ -5,6 +5,7 @@
 #include "packaging/cmd_packager.h"
 #include "packaging/data_packager.h"
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <optional>
@@ -12,6 +13,10 @@
 
 namespace wire
 {
+
+static_assert(std::endian::native == std::endian::little,
+              "the wire holds the id of a datagram, the units of nodes and of texts as they lie in the memory of a "
+              "little-endian machine: another one would send other bytes");
 
 struct Access
 {
