@@ -4,7 +4,6 @@
 #include "framework/log.h"
 #include "framework/platform/virtual_target.h"
 #include "framework/stopwatch.h"
-#include "framework/string_helper.h"
 #include "framework/thread.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"

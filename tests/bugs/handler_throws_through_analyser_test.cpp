@@ -42,7 +42,7 @@ void throwingFallback(CCommandSocket*, CCmdPackager*, unsigned long arg1, unsign
     throwBy(arg1);
 }
 
-// A frame of an empty CCmdServerEcho, or of an id that nobody installed.
+// A frame of an empty CCmdServerEcho, or of an id without a handler.
 void fill(CCmdPackager& packager, unsigned short id = command_id::CCmdServerEcho)
 {
     ASSERT_TRUE(CCmdServerEcho().Write(&packager));
