@@ -40,7 +40,7 @@ Unknown::Handle_T<Message> readUnguarded(InputStream& stream)
     if (stream.read(name, count) != count || !isClassName(name, count))
         return nullptr;
     const Unknown::Handle_T<Unknown> object = Unknown::RtFactory::create(StringHelper::utf8ToWide(name));
-    const Unknown::Handle_T<Message> message = dynamic_cast<Message*>(object.get());
+    const Unknown::Handle_T<Message> message = object.castTo<Message>();
     return message && message->importFrom(stream) ? message : nullptr;
 }
 

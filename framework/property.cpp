@@ -96,7 +96,7 @@ bool PropertyHelper::convertPropertyToClass(const JsonValue& json, Unknown::Hand
     if (json.isNull())
         return true;
     const Unknown::Handle_T<Unknown> made = Unknown::RtFactory::create(json[kClassKey].asString());
-    const Unknown::Handle_T<Property> property = dynamic_cast<Property*>(made.get());
+    const Unknown::Handle_T<Property> property = made.castTo<Property>();
     if (!property || !property->importProperty(json[kPropertyKey]))
         return false;
     object = property;

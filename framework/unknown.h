@@ -5,6 +5,7 @@
 #include "framework/uuid.h"
 
 #include <atomic>
+#include <type_traits>
 #include <utility>
 
 namespace zet
@@ -58,7 +59,8 @@ private:
     mutable std::atomic<int> m_Count{0};
 };
 
-// A counted handle; null when it holds nothing.
+// A counted handle; null when it holds nothing. It converts to a handle of a base, as its pointer does. The way down to
+// a derived class is castTo().
 template <class T>
 class Unknown::Handle_T
 {
@@ -70,7 +72,7 @@ public:
             m_Object->addRef();
     }
     Handle_T(const Handle_T& other) : Handle_T(other.m_Object) {}
-    template <class U>
+    template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
     Handle_T(const Handle_T<U>& other) : Handle_T(static_cast<T*>(other.get()))
     {
     }
@@ -88,6 +90,12 @@ public:
     operator T*() const { return m_Object; }
     explicit operator bool() const { return m_Object != nullptr; }
     bool isNull() const { return m_Object == nullptr; }
+    // The same object as one of class U, in a handle of its own; null where it is no U.
+    template <class U>
+    Handle_T<U> castTo() const
+    {
+        return Handle_T<U>(dynamic_cast<U*>(m_Object));
+    }
     void clear()
     {
         if (T* old = std::exchange(m_Object, nullptr))

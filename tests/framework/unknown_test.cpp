@@ -4,6 +4,7 @@
 
 #include <string>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 using zet::Unknown;
@@ -101,6 +102,30 @@ TEST(Handle, ConvertsToABase)
     EXPECT_EQ(std::wstring(base->getClassName()), L"test::Derived");
     base.clear();
     EXPECT_EQ(alive, 0);
+}
+
+TEST(Handle, ConvertsWhereItsPointerDoes)
+{
+    using Base = Unknown::Handle_T<Counted>;
+    using Below = Unknown::Handle_T<Derived>;
+    EXPECT_TRUE((std::is_convertible_v<Below, Base>));
+    EXPECT_TRUE((std::is_convertible_v<Base, Unknown::Handle_T<Unknown>>));
+    EXPECT_FALSE((std::is_constructible_v<Below, Base>));
+    EXPECT_FALSE((std::is_assignable_v<Below&, Base>));
+    EXPECT_FALSE((std::is_constructible_v<Unknown::Handle_T<zet::Object>, Base>));
+}
+
+TEST(Handle, CastsDownByNameAlone)
+{
+    int alive = 0;
+    const Unknown::Handle_T<Unknown> base = new Derived(&alive);
+    const Unknown::Handle_T<Derived> derived = base.castTo<Derived>();
+    EXPECT_EQ(derived.get(), dynamic_cast<Derived*>(base.get()));
+    EXPECT_EQ(base->getRefCount(), 2);
+    const Unknown::Handle_T<zet::Object> other = base.castTo<zet::Object>();
+    EXPECT_TRUE(other.isNull());
+    EXPECT_EQ(base->getRefCount(), 2);
+    EXPECT_TRUE(Unknown::Handle_T<Unknown>().castTo<Derived>().isNull());
 }
 
 TEST(Handle, CountsHoldAcrossThreads)
