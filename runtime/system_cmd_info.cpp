@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cwchar>
 #include <utility>
 
 namespace
@@ -81,6 +82,12 @@ void tick(SystemCmdInfo::ServerTPS& socket, unsigned long elapsedMs)
     socket.m_RecvCount = 0;
     socket.m_SendCount = 0;
     socket.m_Elapsed = 0;
+}
+
+// Whether nothing but the white space of JSON follows.
+bool isBlank(const wchar_t* text)
+{
+    return text[std::wcsspn(text, L" \t\r\n")] == L'\0';
 }
 
 unsigned long sumOf(const std::map<zet::String_T<wchar_t>, SystemCmdInfo::ServerTPS>& sockets,
@@ -238,8 +245,8 @@ zet::String_T<wchar_t> SystemCmdInfo::ToJsonString()
 void SystemCmdInfo::FromJsonString(const zet::String_T<wchar_t>& text)
 {
     zet::JsonValue parsed;
-    zet::Json::parseValue(text, parsed);
-    if (parsed.isNull())
+    const wchar_t* const end = zet::Json::parseValue(text, parsed);
+    if (parsed.isNull() || (!parsed.isObject() && !isBlank(end)))
         return;
     const zet::JsonValue& document = parsed;
     m_Process.m_MemoryMB = OptInt(document, kMem);

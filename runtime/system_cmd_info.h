@@ -97,9 +97,10 @@ public:
     //    "servertps":[{"socket":"gate","recvsize":1536,"sendsize":0}]}
     // "servertps" stands only where there is a socket.
     zet::String_T<wchar_t> ToJsonString();
-    // Takes the figures of such a document. A text that begins with no JSON value, or with null, changes nothing. A key
-    // that is missing, of another type or beyond 32 bits gives 0 or the empty text, and keys of no meaning here are
-    // passed over. A socket of the document replaces the record of its name; other records stay.
+    // Takes the figures of such a document, behind which other text may stand. A text that neither begins with a whole
+    // object nor is a JSON value as a whole, such as "404 page not found", changes nothing; null changes nothing
+    // either. A key that is missing, of another type or beyond 32 bits gives 0 or the empty text, and keys of no
+    // meaning here are passed over. A socket of the document replaces the record of its name; other records stay.
     void FromJsonString(const zet::String_T<wchar_t>& text);
 
     // The inner type of a pack command, by which hosts group them; 0 for a null pointer, for a command of another id
