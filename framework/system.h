@@ -33,6 +33,8 @@ public:
 
     // Takes the calling thread as the run thread. False ends run() before its first tick; here, only within a tick.
     virtual bool init();
+    // Stops all tasks. It stands here for the order of the virtual operations, which hosts are built against.
+    virtual void exit();
     // init(), ticks until shutdown(), exit(). Returns what init() returned.
     virtual bool run();
     // One pass over all tasks that are due; it never waits. A call from within a tick does nothing.
@@ -41,8 +43,6 @@ public:
     virtual void onTick(unsigned int tick);
     // Asks run() to end behind the present tick.
     virtual void shutdown();
-    // Stops all tasks.
-    virtual void exit();
     // Told of what a task threw, after the log has been told; the task stays and the tick goes on with the next one.
     virtual void onException(unsigned long code);
 
@@ -166,8 +166,11 @@ public:
     virtual void ServiceOff();
     void exit() override;
 
-    // The name of the executable without its extension, until setSystemName() gives another.
+    // getDefaultSystemName() of the process's executable, until setSystemName() gives another.
     const String_T<wchar_t>& getSystemName() const { return m_SystemName; }
+    // The name of the file at a path without its extension, which is what follows the last dot, but for a number: of
+    // "zone.exe" it is "zone", of "zone.1" all of it. Never empty where the file's name is not.
+    static String_T<wchar_t> getDefaultSystemName(const String_T<wchar_t>& executable);
     void setSystemName(const String_T<wchar_t>& name) { m_SystemName = name; }
 
 private:

@@ -2,25 +2,26 @@
 
 #include "framework/platform/platform.h"
 
+#include <string_view>
+
 namespace zet
 {
 
-namespace
-{
+ServiceSystem::ServiceSystem() : m_SystemName(getDefaultSystemName(platform::getExecutablePath())) {}
 
-String_T<wchar_t> findProcessName()
+String_T<wchar_t> ServiceSystem::getDefaultSystemName(const String_T<wchar_t>& executable)
 {
-    const String_T<wchar_t> path = platform::getExecutablePath();
-    int first = path.getLength();
-    while (first > 0 && path[first - 1] != L'/')
-        --first;
-    const int dot = path.find(L'.', first);
-    return path.getSubString(first, (dot < 0 ? path.getLength() : dot) - first);
+    const std::wstring_view path = executable.view();
+    const std::wstring_view name = path.substr(path.rfind(L'/') + 1);
+    const size_t dot = name.rfind(L'.');
+    if (dot == std::wstring_view::npos || dot == 0)
+        return executable.getSubString(static_cast<int>(path.size() - name.size()), static_cast<int>(name.size()));
+    const std::wstring_view extension = name.substr(dot + 1);
+    // Processes of one program are told apart by such numbers.
+    const bool isNumber = !extension.empty() && extension.find_first_not_of(L"0123456789") == std::wstring_view::npos;
+    return executable.getSubString(static_cast<int>(path.size() - name.size()),
+                                   static_cast<int>(isNumber ? name.size() : dot));
 }
-
-} // namespace
-
-ServiceSystem::ServiceSystem() : m_SystemName(findProcessName()) {}
 
 bool ServiceSystem::run()
 {
