@@ -6,6 +6,7 @@
 #include "playerdata/text_scan.h"
 
 #include <algorithm>
+#include <limits>
 #include <string_view>
 
 namespace
@@ -42,7 +43,7 @@ void AccountGlobalData::CheckVIP(AccountData& account)
     const long long left = secondsUntil(m_VIPExpireTime);
     if (m_VIPLevel > 0 && left > 0)
     {
-        m_VIPDaysLeft = static_cast<int>(left / 86400);
+        m_VIPDaysLeft = static_cast<int>(std::min<long long>(left / 86400, std::numeric_limits<int>::max()));
         account.OnGetVIP(m_VIPNewFlag);
         m_VIPNewFlag = 0;
         return;
