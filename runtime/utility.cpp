@@ -28,6 +28,11 @@ namespace
 
 using WideText = zet::String_T<wchar_t>;
 
+// The temporary file as it is from the root, and the process that opened it: a forked one inherits the file and the
+// clean-up at its end, but the file stays its parent's.
+WideText openFilePath;
+unsigned long openFileProcess = 0;
+
 // Units of the work directory that the temporary directory in it is made from.
 constexpr int kMaxTempWorkPath = 130;
 
@@ -187,6 +192,8 @@ bool openTempFile(const WideText& directory)
         platform::deleteFile(name);
         return false;
     }
+    openFilePath = platform::getAbsolutePath(name);
+    openFileProcess = platform::getProcessId();
     copyPath(CZETUtility::tempFileName, name);
     copyPath(CZETUtility::tempPath, directory);
     // The process is told once, however many files follow one another.
@@ -316,8 +323,8 @@ void CZETUtility::DeleteTempFile()
     {
         std::fclose(tempFile);
         tempFile = nullptr;
-        if (!platform::deleteFile(tempFileName))
-            platform::deleteFile(tempFileName);
+        if (openFileProcess == platform::getProcessId() && !platform::deleteFile(openFilePath))
+            platform::deleteFile(openFilePath);
     }
     initTempFile = false;
 }

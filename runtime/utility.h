@@ -39,9 +39,10 @@ public:
     static const wchar_t* GetTempPathW();
     // Chooses the first place in which a temporary file opens, making its directories: the given path, its first 275
     // units, if it is not null; "tmp" in the work directory; else the system's temporary directory, without a file. The
-    // file stays open, and goes when the process ends or another place is chosen.
+    // file stays open, and goes when the process ends or another place is chosen, whatever the current directory is
+    // then. A forked process leaves it to its parent.
     static const wchar_t* SetTempPath(const wchar_t* path);
-    // Closes and deletes the temporary file, if there is one.
+    // Closes and deletes the temporary file, if there is one; one that a parent process opened is only closed.
     static void DeleteTempFile();
 
     // The MD5 of a text as 32 lower-case hexadecimal digits; empty where the platform refuses MD5.

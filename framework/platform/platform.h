@@ -75,12 +75,17 @@ inline constexpr wchar_t kPathSeparators[] = L"/";
 COMMONGROUND_API bool createDirectory(const wchar_t* path);
 COMMONGROUND_API bool setCurrentDirectory(const wchar_t* path);
 COMMONGROUND_API String_T<wchar_t> getCurrentDirectory();
+// A path as it is from the root, by the present directory; it need not name anything that is there.
+COMMONGROUND_API String_T<wchar_t> getAbsolutePath(const wchar_t* path);
 // The system's place for temporary files, with a closing '/'.
 COMMONGROUND_API String_T<wchar_t> getTempDirectory();
 // Makes an empty file with a new name in a directory and returns its path.
 COMMONGROUND_API String_T<wchar_t> createTempFile(const wchar_t* directory);
 COMMONGROUND_API bool deleteFile(const wchar_t* path);
 COMMONGROUND_API std::FILE* openFile(const wchar_t* path, const char* mode);
+
+// The number of this process. A forked process has another one than its parent.
+COMMONGROUND_API unsigned long getProcessId();
 
 // Bytes of the process that lie in physical memory now; 0 when the system does not tell.
 COMMONGROUND_API unsigned long long getWorkingSetSize();

@@ -26,6 +26,23 @@ long long getMilliseconds(clockid_t clock)
     return static_cast<long long>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
 }
 
+// strerror_r() comes in two forms: the one of GNU returns the text, which need not lie in the buffer; the one of POSIX
+// returns a number and fills the buffer where that is 0.
+[[maybe_unused]] const char* textOf(const char* text, const char*)
+{
+    return text;
+}
+
+[[maybe_unused]] const char* textOf(int result, const char* buffer)
+{
+    return result == 0 ? buffer : "";
+}
+
+#ifdef __GLIBC__
+// The calendar goes on behind 2038, on 32-bit systems where the library is built so.
+static_assert(sizeof(time_t) >= 8, "build with _TIME_BITS=64 and _FILE_OFFSET_BITS=64");
+#endif
+
 // A path up to its last '/', that included.
 String_T<wchar_t> directoryOf(const String_T<wchar_t>& path)
 {
@@ -119,8 +136,7 @@ int getLastError()
 String_T<wchar_t> getErrorText(int error)
 {
     char buffer[256] = "";
-    // The form that returns the text, which need not lie in the buffer.
-    return StringHelper::utf8ToWide(strerror_r(error, buffer, sizeof buffer));
+    return StringHelper::utf8ToWide(textOf(strerror_r(error, buffer, sizeof buffer), buffer));
 }
 
 String_T<wchar_t> getExecutablePath()
@@ -184,6 +200,11 @@ String_T<wchar_t> getCurrentDirectory()
     return StringHelper::utf8ToWide(getcwd(path, sizeof path));
 }
 
+String_T<wchar_t> getAbsolutePath(const wchar_t* path)
+{
+    return *path == L'/' ? String_T<wchar_t>(path) : withSlash(getCurrentDirectory()) + path;
+}
+
 String_T<wchar_t> getTempDirectory()
 {
     const char* place = std::getenv("TMPDIR");
@@ -215,6 +236,11 @@ bool deleteFile(const wchar_t* path)
 std::FILE* openFile(const wchar_t* path, const char* mode)
 {
     return std::fopen(StringHelper::wideToUtf8(path), mode);
+}
+
+unsigned long getProcessId()
+{
+    return static_cast<unsigned long>(getpid());
 }
 
 unsigned long long getWorkingSetSize()

@@ -167,6 +167,13 @@ String_T<wchar_t> getCurrentDirectory()
     return length < kMaxPath ? withForwardSlashes(path.getBuffer(), length) : String_T<wchar_t>();
 }
 
+String_T<wchar_t> getAbsolutePath(const wchar_t* path)
+{
+    String_T<wchar_t> whole;
+    const DWORD length = GetFullPathNameW(path, kMaxPath, whole.resizeForOverwrite(kMaxPath - 1), nullptr);
+    return length < kMaxPath ? withForwardSlashes(whole.getBuffer(), length) : String_T<wchar_t>();
+}
+
 String_T<wchar_t> getTempDirectory()
 {
     wchar_t path[MAX_PATH + 1];
@@ -198,6 +205,11 @@ std::FILE* openFile(const wchar_t* path, const char* mode)
         wideMode += unit;
     }
     return _wfopen(path, wideMode);
+}
+
+unsigned long getProcessId()
+{
+    return GetCurrentProcessId();
 }
 
 unsigned long long getWorkingSetSize()
