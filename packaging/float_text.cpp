@@ -86,18 +86,32 @@ bool startsWith(const char* text, const char* end, const char* word)
     return true;
 }
 
-// Takes a run of digits with at most one point among them; false where there is no digit.
-template <class IsDigit>
-bool takeMantissa(const char*& at, const char* end, IsDigit isDigitOf, bool& nonZero)
+// What a run of digits says about the size of its number.
+struct Mantissa
 {
-    bool digits = false;
+    bool m_HasDigits = false;
+    bool m_IsZero = true;
+    // Digits from the first one that is not 0 to the point; 0 or less where that digit stands behind the point.
+    long long m_Place = 0;
+};
+
+// Takes a run of digits with at most one point among them.
+template <class IsDigit>
+Mantissa takeMantissa(const char*& at, const char* end, IsDigit isDigitOf)
+{
+    Mantissa mantissa;
     bool point = false;
     for (; at != end; ++at)
     {
         if (isDigitOf(*at))
         {
-            digits = true;
-            nonZero = nonZero || *at != '0';
+            mantissa.m_HasDigits = true;
+            const bool wasZero = mantissa.m_IsZero;
+            mantissa.m_IsZero = wasZero && *at == '0';
+            if (!point && !mantissa.m_IsZero)
+                ++mantissa.m_Place;
+            else if (point && wasZero && mantissa.m_IsZero)
+                --mantissa.m_Place;
         }
         else if (*at == '.' && !point)
         {
@@ -108,24 +122,27 @@ bool takeMantissa(const char*& at, const char* end, IsDigit isDigitOf, bool& non
             break;
         }
     }
-    return digits;
+    return mantissa;
 }
 
-// Takes an exponent; one without digits is left where it stands.
-void takeExponent(const char*& at, const char* end, char letter, bool& negative)
+// Takes an exponent and returns it, within a bound that no mantissa makes up for; one without digits is left where it
+// stands and is 0.
+long long takeExponent(const char*& at, const char* end, char letter)
 {
+    constexpr long long kMost = 1LL << 40;
     const char* next = at;
     if (next == end || (*next++ | 0x20) != letter)
-        return;
+        return 0;
     const bool minus = next != end && *next == '-';
     if (next != end && (*next == '+' || *next == '-'))
         ++next;
     if (next == end || !isDigit(*next))
-        return;
-    while (next != end && isDigit(*next))
-        ++next;
-    negative = minus;
+        return 0;
+    long long exponent = 0;
+    for (; next != end && isDigit(*next); ++next)
+        exponent = exponent < kMost ? exponent * 10 + (*next - '0') : kMost;
     at = next;
+    return minus ? -exponent : exponent;
 }
 
 // Every form that "%f" takes: decimal, hexadecimal, infinity, not a number.
@@ -157,17 +174,19 @@ bool scanAny(const char* at, const char* end, float& value)
     if (hex)
         at += 2;
     const char* const first = at;
-    bool nonZero = false;
-    bool shrinking = false;
-    if (hex ? !takeMantissa(at, end, isHexDigit, nonZero) : !takeMantissa(at, end, isDigit, nonZero))
+    const Mantissa mantissa = hex ? takeMantissa(at, end, isHexDigit) : takeMantissa(at, end, isDigit);
+    if (!mantissa.m_HasDigits)
         return false;
-    takeExponent(at, end, hex ? 'p' : 'e', shrinking);
+    const long long exponent = takeExponent(at, end, hex ? 'p' : 'e');
 
     float magnitude = 0.0f;
     const std::from_chars_result result =
         std::from_chars(first, at, magnitude, hex ? std::chars_format::hex : std::chars_format::general);
+    // No float is nearer than infinity or 0 then; which of them, the place of the first digit says.
     if (result.ec == std::errc::result_out_of_range)
-        magnitude = nonZero && !shrinking ? std::numeric_limits<float>::infinity() : 0.0f;
+        magnitude = !mantissa.m_IsZero && mantissa.m_Place * (hex ? 4 : 1) + exponent > 0
+                        ? std::numeric_limits<float>::infinity()
+                        : 0.0f;
     else if (result.ec != std::errc())
         return false;
     value = sign * magnitude;
