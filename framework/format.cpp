@@ -4,6 +4,11 @@
 
 #include <fmt/printf.h>
 
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <string_view>
+
 namespace zet
 {
 
@@ -202,24 +207,122 @@ private:
             value = isSigned ? static_cast<signed char>(value) : static_cast<unsigned char>(value);
         else if (conversion.m_Bytes == 2)
             value = isSigned ? static_cast<short>(value) : static_cast<unsigned short>(value);
-        if (isWide && isSigned)
-            return putNumber(conversion, value);
-        if (isWide)
-            return putNumber(conversion, static_cast<unsigned long long>(value));
-        if (isSigned)
-            return putNumber(conversion, static_cast<int>(value));
-        return putNumber(conversion, static_cast<unsigned int>(value));
+        if (!isWide && isSigned)
+            value = static_cast<int>(value);
+        else if (!isWide)
+            value = static_cast<unsigned int>(value);
+        return putDigits(conversion, isSigned, value);
+    }
+
+    // A sign, a base, zeros up to the precision and the digits, as C has them: the sign of '+' and ' ' is for the
+    // conversions with a sign, a precision switches '0' off, and a precision of 0 shows nothing of a 0.
+    bool putDigits(const Conversion& conversion, bool isSigned, long long value)
+    {
+        const bool isNegative = isSigned && value < 0;
+        unsigned long long rest = static_cast<unsigned long long>(value);
+        rest = isNegative ? 0 - rest : rest;
+        const char letter = conversion.m_Letter;
+        const bool isHex = letter == 'x' || letter == 'X';
+        const unsigned int base = isHex ? 16 : letter == 'o' ? 8 : 10;
+        const char* const digits = letter == 'X' ? "0123456789ABCDEF" : "0123456789abcdef";
+        // 22 octal digits are the most.
+        char text[24];
+        char* const end = text + sizeof text;
+        char* first = end;
+        for (; rest; rest /= base)
+            *--first = digits[rest % base];
+        size_t zeros = conversion.m_Precision < 0 ? (first == end ? 1 : 0) : 0;
+        const size_t length = static_cast<size_t>(end - first);
+        if (conversion.m_Precision > 0 && static_cast<size_t>(conversion.m_Precision) > length)
+            zeros = static_cast<size_t>(conversion.m_Precision) - length;
+        if (conversion.m_Alternate && letter == 'o' && zeros == 0)
+            zeros = 1;
+        std::string prefix = signOf(conversion, isSigned, isNegative);
+        if (conversion.m_Alternate && isHex && value != 0)
+            prefix += letter == 'X' ? "0X" : "0x";
+        putFilled(conversion, prefix, zeros, std::string_view(first, length), conversion.m_Precision < 0);
+        return true;
+    }
+
+    static std::string signOf(const Conversion& conversion, bool isSigned, bool isNegative)
+    {
+        if (isNegative)
+            return "-";
+        return !isSigned ? "" : conversion.m_Plus ? "+" : conversion.m_Space ? " " : "";
+    }
+
+    // Puts a number's parts, blanks on one side or zeros behind the prefix up to the width.
+    void putFilled(const Conversion& conversion, std::string_view prefix, size_t zeros, std::string_view digits,
+                   bool takesZeros)
+    {
+        const size_t length = prefix.size() + zeros + digits.size();
+        const size_t width = static_cast<size_t>(conversion.m_Width);
+        const size_t padding = width > length ? width - length : 0;
+        if (conversion.m_Zero && takesZeros && !conversion.m_Left)
+            zeros += padding;
+        else if (!conversion.m_Left)
+            put(T(' '), padding);
+        put(prefix);
+        put(T('0'), zeros);
+        put(digits);
+        if (conversion.m_Left)
+            put(T(' '), padding);
+    }
+
+    void put(T unit, size_t count)
+    {
+        for (size_t i = 0; i < count; ++i)
+            m_Out.push_back(unit);
+    }
+
+    void put(std::string_view text)
+    {
+        for (const char c : text)
+            m_Out.push_back(static_cast<T>(c));
     }
 
     bool putFloat(const Conversion& conversion, const Arg& arg)
     {
-        if (arg.m_Kind == Arg::kFloat)
-            return putNumber(conversion, arg.m_Float);
-        if (arg.m_Kind == Arg::kSigned)
-            return putNumber(conversion, static_cast<double>(arg.m_Signed));
-        if (arg.m_Kind == Arg::kUnsigned)
-            return putNumber(conversion, static_cast<double>(arg.m_Unsigned));
-        return false;
+        const double value = arg.m_Kind == Arg::kFloat      ? arg.m_Float
+                             : arg.m_Kind == Arg::kSigned   ? static_cast<double>(arg.m_Signed)
+                             : arg.m_Kind == Arg::kUnsigned ? static_cast<double>(arg.m_Unsigned)
+                                                            : 0.0;
+        if (arg.m_Kind == Arg::kText || arg.m_Kind == Arg::kPointer)
+            return false;
+        const std::string text = digitsOf(conversion, std::abs(value));
+        std::string prefix = signOf(conversion, true, std::signbit(value));
+        std::string_view digits = text;
+        if (conversion.m_Letter == 'a' || conversion.m_Letter == 'A')
+        {
+            const size_t base = std::isfinite(value) ? 2 : 0;
+            prefix += digits.substr(0, base);
+            digits.remove_prefix(base);
+        }
+        putFilled(conversion, prefix, 0, digits, std::isfinite(value));
+        return true;
+    }
+
+    // A number that is not negative, without sign and padding.
+    static std::string digitsOf(const Conversion& conversion, double value)
+    {
+        const bool isGeneral = conversion.m_Letter == 'g' || conversion.m_Letter == 'G';
+        if (isGeneral && conversion.m_Alternate && std::isfinite(value))
+            return significantDigitsOf(conversion, value);
+        const std::string precision = conversion.m_Precision < 0 ? "" : "." + std::to_string(conversion.m_Precision);
+        return fmt::sprintf((conversion.m_Alternate ? "%#" : "%") + precision + conversion.m_Letter, value);
+    }
+
+    // "%#g", of which the formatting library takes off zeros that C leaves: as many digits as the precision says,
+    // behind an exponent where the number is too large or too small for them.
+    static std::string significantDigitsOf(const Conversion& conversion, double value)
+    {
+        const int digits = conversion.m_Precision < 0 ? 6 : std::max(conversion.m_Precision, 1);
+        const char letter = conversion.m_Letter == 'g' ? 'e' : 'E';
+        const std::string scientific = fmt::sprintf("%#." + std::to_string(digits - 1) + letter, value);
+        const int exponent = std::stoi(scientific.substr(scientific.find(letter) + 1));
+        if (exponent < -4 || exponent >= digits)
+            return scientific;
+        return fmt::sprintf("%#." + std::to_string(digits - 1 - exponent) + "f", value);
     }
 
     bool putUnit(const Conversion& conversion, const Arg& arg)
@@ -248,10 +351,11 @@ private:
 
     bool putPointer(const Conversion& conversion, const Arg& arg)
     {
-        const void* address = arg.m_Kind == Arg::kPointer ? arg.m_Pointer : arg.m_Text;
         if (arg.m_Kind != Arg::kPointer && arg.m_Kind != Arg::kText)
             return false;
-        return putNumber(conversion, address);
+        const void* address = arg.m_Kind == Arg::kPointer ? arg.m_Pointer : arg.m_Text;
+        putFilled(conversion, "", 0, address ? fmt::sprintf("%p", address) : "(nil)", false);
+        return true;
     }
 
     void putPadded(const Conversion& conversion, const T* text, size_t length)
@@ -263,45 +367,6 @@ private:
         m_Out.append(text, text + length);
         for (size_t i = 0; i < padding && conversion.m_Left; ++i)
             m_Out.push_back(T(' '));
-    }
-
-    // Gives one number with its conversion, written out again without length letters, to the formatting library.
-    template <class V>
-    bool putNumber(const Conversion& conversion, const V& value)
-    {
-        T pattern[40];
-        int length = 0;
-        pattern[length++] = T('%');
-        if (conversion.m_Left)
-            pattern[length++] = T('-');
-        if (conversion.m_Plus)
-            pattern[length++] = T('+');
-        if (conversion.m_Space)
-            pattern[length++] = T(' ');
-        if (conversion.m_Alternate)
-            pattern[length++] = T('#');
-        if (conversion.m_Zero)
-            pattern[length++] = T('0');
-        if (conversion.m_Width)
-            length = digits(pattern, length, conversion.m_Width);
-        if (conversion.m_Precision >= 0)
-        {
-            pattern[length++] = T('.');
-            length = digits(pattern, length, conversion.m_Precision);
-        }
-        pattern[length++] = static_cast<T>(conversion.m_Letter);
-        using Context = fmt::basic_printf_context_t<T>;
-        fmt::detail::vprintf(m_Out, fmt::basic_string_view<T>(pattern, static_cast<size_t>(length)),
-                             fmt::basic_format_args<Context>(fmt::make_format_args<Context>(value)));
-        return true;
-    }
-
-    static int digits(T* pattern, int length, int value)
-    {
-        const std::string text = std::to_string(value);
-        for (const char digit : text)
-            pattern[length++] = static_cast<T>(digit);
-        return length;
     }
 
     const T* m_At;
