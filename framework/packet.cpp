@@ -58,6 +58,7 @@ bool PacketReader::read(InputStream& stream)
 bool PacketReader::read(std::span<const unsigned char>& packet)
 {
     packet = {};
+    m_HasPaused = false;
     m_Window.show(nullptr, 0);
     if (!m_Input)
         return true;
@@ -69,7 +70,7 @@ bool PacketReader::read(std::span<const unsigned char>& packet)
             return collect(packet);
         std::vector<unsigned char>().swap(m_Collected);
     }
-    for (;;)
+    for (int i = 0; i < kEmptyAtOnce; ++i)
     {
         unsigned int size = static_cast<unsigned int>(m_Next);
         if (std::exchange(m_Next, -1) < 0)
@@ -103,6 +104,8 @@ bool PacketReader::read(std::span<const unsigned char>& packet)
         packet = {shown + kHeadSize, size};
         return true;
     }
+    m_HasPaused = true;
+    return true;
 }
 
 bool PacketReader::take(size_t upTo)
@@ -121,7 +124,7 @@ bool PacketReader::take(size_t upTo)
 
 bool PacketReader::collect(std::span<const unsigned char>& packet)
 {
-    for (;;)
+    for (int i = 0; i < kEmptyAtOnce; ++i)
     {
         if (!take(kHeadSize))
             return true;
@@ -139,6 +142,8 @@ bool PacketReader::collect(std::span<const unsigned char>& packet)
         packet = {m_Collected.data() + kHeadSize, size};
         return true;
     }
+    m_HasPaused = true;
+    return true;
 }
 
 void PacketWriter::attach(Output* output)

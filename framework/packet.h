@@ -33,11 +33,15 @@ public:
     // Hands over the next whole packet, or leaves the stream empty and returns true where none is there yet or no
     // source is attached. False once the byte stream is broken, by a length above the limit. The stream shows the
     // packet only until the next read() or detach(), and what the caller leaves of it is skipped. Packets of no bytes
-    // are passed over.
+    // are passed over, up to kEmptyAtOnce of them by one call: a peer that sends nothing else gets no longer turn.
     bool read(InputStream& stream);
     // The same without a stream: the packet's bytes where they lie, valid as long; none where the stream would be
     // empty.
     bool read(std::span<const unsigned char>& packet);
+    // Whether the last read() handed nothing over because of empty packets; another call may find more.
+    bool hasPaused() const { return m_HasPaused; }
+
+    static constexpr int kEmptyAtOnce = 256;
 
     // Bytes that a packet may have, without its length word; 1 to kLargestLimit.
     static constexpr int kLargestLimit = 0x7FFFFF00;
@@ -61,6 +65,7 @@ private:
     // A packet whose source cannot show it in one piece is put together here, its length word included.
     std::vector<unsigned char> m_Collected;
     bool m_IsCollectedShown = false;
+    bool m_HasPaused = false;
 };
 
 // Puts packets on an Output. One writer belongs to one thread.

@@ -95,6 +95,8 @@ void drain(zet::PacketReader& reader, int reading, Outcome& outcome)
             break;
         }
         const int size = stream.available();
+        if (size == 0 && reader.hasPaused())
+            continue;
         if (size == 0)
             break;
         std::string packet(static_cast<size_t>(size), '\0');

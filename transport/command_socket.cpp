@@ -63,9 +63,10 @@ void CCommandSocket::dispatch()
             m_bNetError = true;
             continue;
         }
-        if (frame.empty())
+        if (!frame.empty())
+            analyse(frame);
+        else if (!m_PacketReader.hasPaused())
             return;
-        analyse(frame);
     }
     if (getConnectionState() == kEstablished)
         m_Pending |= kUnread;

@@ -10,6 +10,7 @@
 #include <sys/uio.h>
 
 #include <atomic>
+#include <cerrno>
 #include <cstdarg>
 
 namespace
@@ -20,6 +21,7 @@ std::atomic<long> g_Receives{0};
 std::atomic<long> g_Controls{0};
 std::atomic<long> g_Waits{0};
 std::atomic<long> g_Others{0};
+std::atomic<const test::AnsweredReceives*> g_Answered{nullptr};
 
 template <class Function>
 Function nextOf(const char* name)
@@ -67,7 +69,13 @@ extern "C"
     {
         static const auto next = nextOf<decltype(&recv)>("recv");
         ++g_Receives;
-        return next(handle, data, size, flags);
+        const test::AnsweredReceives* const answered = g_Answered;
+        if (!answered)
+            return next(handle, data, size, flags);
+        const long got = answered->m_Answer(data, size);
+        if (got < 0)
+            errno = EAGAIN;
+        return got;
     }
     ssize_t recvmsg(int handle, msghdr* message, int flags)
     {
@@ -124,6 +132,16 @@ namespace test
 SystemCalls::SystemCalls()
     : m_Sends(g_Sends), m_Receives(g_Receives), m_Controls(g_Controls), m_Waits(g_Waits), m_Others(g_Others)
 {
+}
+
+AnsweredReceives::AnsweredReceives(Answer answer) : m_Answer(std::move(answer))
+{
+    g_Answered = this;
+}
+
+AnsweredReceives::~AnsweredReceives()
+{
+    g_Answered = nullptr;
 }
 
 void expectNoCalls(const SystemCalls& before, const SystemCalls& after)

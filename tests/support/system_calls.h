@@ -16,6 +16,8 @@
 #if defined(__GLIBC__) && !defined(IS_SANITIZED)
 #define COUNTS_SYSTEM_CALLS
 
+#include <functional>
+
 namespace test
 {
 
@@ -29,6 +31,21 @@ struct SystemCalls
     long m_Controls;
     long m_Waits;
     long m_Others;
+};
+
+// While it lives, recv() of each socket of this process is answered by a function: the bytes that it put at data, or -1
+// for none now. One at a time.
+class AnsweredReceives
+{
+public:
+    using Answer = std::function<long(void* data, size_t size)>;
+
+    explicit AnsweredReceives(Answer answer);
+    ~AnsweredReceives();
+    AnsweredReceives(const AnsweredReceives&) = delete;
+    AnsweredReceives& operator=(const AnsweredReceives&) = delete;
+
+    const Answer m_Answer;
 };
 
 // Expects that nothing was called in between but waits.

@@ -83,6 +83,8 @@ void NetLink::dispatch()
         InputStream stream;
         if (!m_Reader.read(stream))
             m_IsUnusable = true;
+        else if (m_Reader.hasPaused())
+            continue;
         else if (stream.isEmpty())
             return;
         else if (m_Phase == kOpen)
