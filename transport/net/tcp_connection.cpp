@@ -283,7 +283,8 @@ bool TcpConnection::finishConnect()
 
 void TcpConnection::fail(ConnectionState state)
 {
-    m_State = static_cast<unsigned char>(state);
+    // A peer that ended before it took everything has not closed in order.
+    m_State = static_cast<unsigned char>(m_Pending & kOutputLost ? kBroken : state);
     hurry();
 }
 
@@ -291,13 +292,28 @@ int TcpConnection::receive(void* data, int size)
 {
     if (m_State != kEstablished)
         return m_State == kConnecting ? 0 : -1;
-    if (!(m_Pending & kReadable) || size <= 0)
+    if (size <= 0)
         return 0;
-    ConnectionState end;
-    const int got = receiveNow(data, size, end);
+    int got = 0;
+    ConnectionState end = kBroken;
+    if (m_Pending & kReadable)
+        got = receiveNow(data, size, end);
+    if (got <= 0 && (m_Pending & kOutputLost))
+        return endLost() ? -1 : 0;
     if (got < 0)
         fail(end);
     return got;
+}
+
+bool TcpConnection::endLost()
+{
+    if (!(m_Pending & kInputOver))
+    {
+        m_Pending |= kInputOver;
+        return false;
+    }
+    fail(kBroken);
+    return true;
 }
 
 int TcpConnection::receiveNow(void* data, int size, ConnectionState& end)

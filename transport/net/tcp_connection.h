@@ -66,7 +66,8 @@ public:
     // Bytes received, up to size, as they come from the network; 0 when there are none; -1 once the connection is down.
     virtual int receive(void* data, int size);
     // Queues the bytes, also on a connection still on its way up. Returns size, or 0 where the connection is down or
-    // the queue is full.
+    // the queue is full. Where the operating system has refused bytes of this connection, those that follow are thrown
+    // away until what had come before is received; then the connection is broken.
     virtual int send(const void* data, int size);
 
     ConnectionState getConnectionState() const { return static_cast<ConnectionState>(m_State); }
@@ -104,7 +105,11 @@ protected:
         // Input was left unread for the next tick.
         kUnread = 16,
         // A handshake above this connection is under way and its time runs.
-        kSecuring = 32
+        kSecuring = 32,
+        // A send has failed: nothing leaves any more, and the end shows behind what has come before it.
+        kOutputLost = 64,
+        // With that, a receive has found nothing more: who asks again has used up what came.
+        kInputOver = 128
     };
 
     // Nothing has happened since the last tick, and nothing was left to do: a tick would change nothing.
@@ -130,6 +135,11 @@ protected:
     virtual void flush();
     // The same with one queue; true once it is empty.
     bool sendQueue(inner::OutputQueue& queue);
+    // Whether a receive() would do more than say that there is nothing.
+    bool isWorthReceiving() const { return (m_Pending & (kReadable | kOutputLost)) != 0; }
+    // A connection whose output is lost has nothing more to be received. It ends, and true is returned, with the second
+    // call: who looks whether something follows a packet still has the packet to handle.
+    bool endLost();
     // Bytes off the socket; 0 where it has none, -1 at its end, which it names.
     int receiveNow(void* data, int size, ConnectionState& end);
     // Comes before a connection is made: with what connect() was given, or with null and the TLS context, if any, of
@@ -155,6 +165,7 @@ private:
     void lookNow();
     void setLink(inner::TcpLink* link);
     bool finishConnect();
+    void loseOutput();
     // Takes an accepted link on, by attach().
     bool take(inner::TcpLink* link, const std::shared_ptr<inner::Reactor>& reactor, TlsContext* context);
     void readPeer();

@@ -76,7 +76,11 @@ void TcpConnection::announceOutput()
 
 int TcpConnection::send(const void* data, int size)
 {
-    if (size <= 0 || !takesOutput() || !m_Link->m_Output.write(data, size, m_Reactor->pool()))
+    if (size <= 0 || !takesOutput())
+        return 0;
+    if (m_Pending & kOutputLost)
+        return size;
+    if (!m_Link->m_Output.write(data, size, m_Reactor->pool()))
         return 0;
     // Mostly the output is announced already, and there is too little of it to leave by now.
     if (!(m_Pending & kOutput) || getOutputSize() >= kFlushAt)
@@ -100,7 +104,7 @@ bool TcpConnection::sendQueue(inner::OutputQueue& queue)
         const size_t sent = sendOnce(m_Link->m_Socket, queue, offered, fault);
         if (fault && !inner::TcpLink::isNothingYet(fault))
         {
-            fail(kBroken);
+            loseOutput();
             return false;
         }
         queue.consume(sent, m_Reactor->pool());
@@ -111,6 +115,22 @@ bool TcpConnection::sendQueue(inner::OutputQueue& queue)
         }
     }
     return true;
+}
+
+void TcpConnection::loseOutput()
+{
+    if (m_State != kEstablished)
+    {
+        fail(kBroken);
+        return;
+    }
+    // What the peer sent before is still to be read, and the socket says itself where that ends.
+    m_Link->m_Output.drop(&m_Reactor->pool());
+    m_Link->m_Sealed.drop(&m_Reactor->pool());
+    m_Link->m_IsInputWaited = false;
+    m_Pending &= static_cast<unsigned char>(~(kOutput | kWritable));
+    m_Pending |= kOutputLost | kReadable;
+    hurry();
 }
 
 size_t TcpConnection::getOutputSize() const

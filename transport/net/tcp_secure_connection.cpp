@@ -239,7 +239,7 @@ int TcpSecureConnection::receive(void* data, int size)
         return TcpConnection::receive(data, size);
     if (m_State != kEstablished)
         return m_State == kConnecting ? 0 : -1;
-    if (!(m_Pending & kReadable) || size <= 0)
+    if (!isWorthReceiving() || size <= 0)
         return 0;
     int got = TlsLayer::kNothingYet;
     for (int i = 0; i < kRounds; ++i)
@@ -247,19 +247,26 @@ int TcpSecureConnection::receive(void* data, int size)
         got = m_Tls->open(data, size, {m_Link->m_Sealed, m_Reactor->pool()});
         if (got != TlsLayer::kNothingYet)
             break;
+        // The network is asked when the session has taken what there was.
+        if (m_Tls->m_Input.size() > 0)
+            continue;
         const int more = fillInput();
-        if (more < 0)
+        if (more < 0 && !(m_Pending & kOutputLost))
             return breakTls(L"ended without a goodbye");
-        if (more == 0)
+        if (more <= 0)
             break;
     }
     // An alert, or a new key.
-    if (m_Link->m_Sealed.size() > 0 && !m_Link->m_IsOutputWaited)
+    if (m_Pending & kOutputLost)
+        m_Link->m_Sealed.drop(&m_Reactor->pool());
+    else if (m_Link->m_Sealed.size() > 0 && !m_Link->m_IsOutputWaited)
         sendQueue(m_Link->m_Sealed);
     if (m_State != kEstablished)
         return -1;
     if (got == TlsLayer::kFailed)
         return breakTls(m_Tls->getFault());
+    if (got <= 0 && (m_Pending & kOutputLost) && !m_Tls->hasInput())
+        return endLost() ? -1 : 0;
     if (got == TlsLayer::kEnded)
     {
         fail(kClosedByPeer);

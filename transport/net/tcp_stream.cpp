@@ -32,7 +32,7 @@ void TcpStream::onTick(unsigned int tick)
     TcpSecureConnection::onTick(tick);
     if (!m_Link)
         return;
-    if ((m_Pending & kReadable) && m_Link->m_Input.size() == 0)
+    if (isWorthReceiving() && m_Link->m_Input.size() == 0)
     {
         fill(1);
         if (available() > 0)
@@ -44,7 +44,7 @@ void TcpStream::onTick(unsigned int tick)
 void TcpStream::fill(int wanted)
 {
     inner::InputBuffer& input = m_Link->m_Input;
-    for (int total = 0; (m_Pending & kReadable) && input.size() < wanted && total < kFillMost;)
+    for (int total = 0; isWorthReceiving() && input.size() < wanted && total < kFillMost;)
     {
         const int room = input.prepare(m_Reactor->pool());
         if (room <= 0)
