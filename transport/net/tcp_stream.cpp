@@ -14,6 +14,8 @@ namespace
 // Bytes that one request may take from the network: a peer that sends a huge packet quickly lets the others have their
 // turn in between.
 constexpr int kFillMost = 1024 * 1024;
+// Times that one request may ask for bytes: each opens one record of a secure layer, which may hold a byte.
+constexpr int kReceivesMost = 256;
 
 } // namespace
 
@@ -44,7 +46,8 @@ void TcpStream::onTick(unsigned int tick)
 void TcpStream::fill(int wanted)
 {
     inner::InputBuffer& input = m_Link->m_Input;
-    for (int total = 0; isWorthReceiving() && input.size() < wanted && total < kFillMost;)
+    int total = 0;
+    for (int i = 0; i < kReceivesMost && isWorthReceiving() && input.size() < wanted && total < kFillMost; ++i)
     {
         const int room = input.prepare(m_Reactor->pool());
         if (room <= 0)
