@@ -145,6 +145,7 @@ void CFrameworkClientProxySocket::onTick(unsigned int tick)
     if (m_ProxyState < kAwaitsMethod || m_ProxyState > kWorking)
         return;
     const Handle_T<CFrameworkClientProxySocket> keep = getRefCount() > 0 ? this : nullptr;
+    look();
     // Not as the stream and the secure layer above receive: these are the proxy's bytes, not the target's.
     Reply reply;
     reply.m_Size = TcpConnection::receive(reply.m_Bytes, kMostReply);
