@@ -152,7 +152,7 @@ void TcpSecureConnection::onTick(unsigned int tick)
 
 void TcpSecureConnection::secure()
 {
-    if (m_State == kConnecting && (m_Pending & kReadable))
+    if (m_State == kConnecting && ((m_Pending & kReadable) || m_Tls->m_Input.size() > 0))
         shakeHands();
     if (!(m_Pending & kSecuring) || m_State != kConnecting)
         return;

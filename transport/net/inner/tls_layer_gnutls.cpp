@@ -19,8 +19,9 @@ namespace
 
 // Plain bytes of a record, the most that TLS has.
 constexpr int kRecord = 16384;
-// One message of a handshake; a long chain of certificates is well below.
-constexpr size_t kHandshakeMessage = 64 * 1024;
+// GnuTLS's own bound for a handshake, over the messages of both sides: with long chains a ticket of the version before
+// holds the peer's once more. What the peer may send is bounded by TlsContext::kHandshakeInput.
+constexpr size_t kHandshakeMessages = 4 * static_cast<size_t>(TlsContext::kHandshakeInput);
 // Warnings, keep-alives and the like that one step passes over.
 constexpr int kPassedOver = 8;
 
@@ -117,7 +118,7 @@ bool TlsLayer::begin(const String_T<wchar_t>& peer)
     gnutls_transport_set_pull_function(m_Session, Calls::pull);
     gnutls_transport_set_pull_timeout_function(m_Session, Calls::isReadable);
     gnutls_handshake_set_timeout(m_Session, 0);
-    gnutls_handshake_set_max_packet_length(m_Session, kHandshakeMessage);
+    gnutls_handshake_set_max_packet_length(m_Session, kHandshakeMessages);
     gnutls_session_set_verify_function(m_Session, Calls::verify);
     int fault = gnutls_priority_set(m_Session, store.m_Priority);
     if (fault == GNUTLS_E_SUCCESS)
@@ -186,10 +187,11 @@ TlsLayer::Result TlsLayer::shakeHands(Wire wire)
     m_Wire = &wire;
     m_Fault = String_T<wchar_t>();
     int code = GNUTLS_E_AGAIN;
-    for (int i = 0; i < kPassedOver; ++i)
+    int passedOver = 0;
+    for (bool goesOn = true; goesOn;)
     {
         code = gnutls_handshake(m_Session);
-        if (code == GNUTLS_E_SUCCESS || code == GNUTLS_E_AGAIN || gnutls_error_is_fatal(code))
+        if (code == GNUTLS_E_SUCCESS || gnutls_error_is_fatal(code))
             break;
     }
     Result result = kNothingYet;
@@ -202,9 +204,12 @@ TlsLayer::Result TlsLayer::shakeHands(Wire wire)
 }
 
 TlsLayer::Result TlsLayer::finish()
+        const int before = m_Input.size();
 {
     // A certificate that was good when the session began may have run out since.
     if (isResumed())
+        // A record that holds a part of a message ends a call. The next one may hold the rest of it.
+        goesOn = code == GNUTLS_E_AGAIN ? m_Input.size() > 0 && m_Input.size() < before : ++passedOver < kPassedOver;
         if (const int code = verify())
             return fail(code);
     m_IsDone = true;
