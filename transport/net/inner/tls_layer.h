@@ -77,6 +77,7 @@ private:
     struct Calls;
 
     Result fail(int code);
+    int alertOf(int code) const;
     Result finish();
     int verify();
     void keepSession();
@@ -91,3 +92,5 @@ private:
 };
 
 } // namespace zet::inner
+    // What verify() has found is told to the peer by this alert; 0 for the usual one.
+    int m_VerifyAlert = 0;

@@ -159,11 +159,21 @@ void TlsLayer::end()
     m_HandshakeInput = 0;
     m_IsDone = false;
     m_HasTicket = false;
+    m_VerifyAlert = 0;
 }
 
 int TlsLayer::verify()
 {
-    return verifyPeer(m_Session, m_IsClient, m_HostName.c_str(), m_Fault);
+    return verifyPeer(m_Session, m_IsClient, m_HostName.c_str(), m_Fault, &m_VerifyAlert);
+}
+
+// The alert that the protocol names where GnuTLS takes a more general one; 0 where it takes the right one.
+int TlsLayer::alertOf(int code) const
+{
+    if (code == GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR)
+        return m_VerifyAlert;
+    const bool lacksCertificate = code == GNUTLS_E_NO_CERTIFICATE_FOUND || code == GNUTLS_E_CERTIFICATE_REQUIRED;
+    return lacksCertificate && gnutls_protocol_get_version(m_Session) != GNUTLS_TLS1_3 ? GNUTLS_A_HANDSHAKE_FAILURE : 0;
 }
 
 TlsLayer::Result TlsLayer::fail(int code)
@@ -178,7 +188,10 @@ TlsLayer::Result TlsLayer::fail(int code)
     // What verify() said is more than the code says.
     if (m_Fault.isEmpty())
         m_Fault = StringHelper::utf8ToWide(gnutls_strerror(code));
-    gnutls_alert_send_appropriate(m_Session, code);
+    if (const int alert = alertOf(code))
+        gnutls_alert_send(m_Session, GNUTLS_AL_FATAL, static_cast<gnutls_alert_description_t>(alert));
+    else
+        gnutls_alert_send_appropriate(m_Session, code);
     return kFailed;
 }
 
@@ -190,9 +203,12 @@ TlsLayer::Result TlsLayer::shakeHands(Wire wire)
     int passedOver = 0;
     for (bool goesOn = true; goesOn;)
     {
+        const int before = m_Input.size();
         code = gnutls_handshake(m_Session);
         if (code == GNUTLS_E_SUCCESS || gnutls_error_is_fatal(code))
             break;
+        // A record that holds a part of a message ends a call. The next one may hold the rest of it.
+        goesOn = code == GNUTLS_E_AGAIN ? m_Input.size() > 0 && m_Input.size() < before : ++passedOver < kPassedOver;
     }
     Result result = kNothingYet;
     if (code == GNUTLS_E_SUCCESS)
@@ -204,12 +220,9 @@ TlsLayer::Result TlsLayer::shakeHands(Wire wire)
 }
 
 TlsLayer::Result TlsLayer::finish()
-        const int before = m_Input.size();
 {
     // A certificate that was good when the session began may have run out since.
     if (isResumed())
-        // A record that holds a part of a message ends a call. The next one may hold the rest of it.
-        goesOn = code == GNUTLS_E_AGAIN ? m_Input.size() > 0 && m_Input.size() < before : ++passedOver < kPassedOver;
         if (const int code = verify())
             return fail(code);
     m_IsDone = true;

@@ -45,6 +45,15 @@ bool namesHost(const gnutls_datum_t& der)
     return isNamed;
 }
 
+int alertOf(unsigned int status)
+{
+    if (status & GNUTLS_CERT_SIGNER_NOT_FOUND)
+        return GNUTLS_A_UNKNOWN_CA;
+    if (status & GNUTLS_CERT_REVOKED)
+        return GNUTLS_A_CERTIFICATE_REVOKED;
+    return status & GNUTLS_CERT_EXPIRED ? GNUTLS_A_CERTIFICATE_EXPIRED : 0;
+}
+
 } // namespace
 
 void requestCertificate(gnutls_session_t session, TlsContext::ClientCertificate wanted)
@@ -54,8 +63,10 @@ void requestCertificate(gnutls_session_t session, TlsContext::ClientCertificate 
                                                                                        : GNUTLS_CERT_REQUEST);
 }
 
-int verifyPeer(gnutls_session_t session, bool isClient, const char* name, String_T<wchar_t>& fault)
+int verifyPeer(gnutls_session_t session, bool isClient, const char* name, String_T<wchar_t>& fault, int* alert)
 {
+    if (alert)
+        *alert = 0;
     unsigned int count = 0;
     const gnutls_datum_t* const chain = gnutls_certificate_get_peers(session, &count);
     if (!chain || count == 0)
@@ -77,6 +88,8 @@ int verifyPeer(gnutls_session_t session, bool isClient, const char* name, String
         fault = L"The server's certificate names no host but in its subject";
         return GNUTLS_E_CERTIFICATE_ERROR;
     }
+    if (alert && code >= 0)
+        *alert = alertOf(status);
     const int told = code < 0 ? code : GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR;
     gnutls_datum_t text{nullptr, 0};
     if (code >= 0 && gnutls_certificate_verification_status_print(status, GNUTLS_CRT_X509, &text, 0) == 0)
