@@ -5,6 +5,7 @@
 #include "transport/net/tls_context.h"
 
 #include <string>
+#include <vector>
 
 struct gnutls_session_int;
 
@@ -76,8 +77,8 @@ public:
 private:
     struct Calls;
 
-    Result fail(int code);
     int alertOf(int code) const;
+    Result fail(int code);
     Result finish();
     int verify();
     void keepSession();
@@ -86,11 +87,13 @@ private:
     Wire* m_Wire = nullptr;
     std::string m_HostName;
     std::string m_SessionKey;
+    // The session that a client hopes to resume, until the handshake is done.
+    std::vector<unsigned char> m_Offered;
     String_T<wchar_t> m_Fault;
     bool m_IsDone = false;
     bool m_HasTicket = false;
+    // What verify() has found is told to the peer by this alert; 0 for the usual one.
+    int m_VerifyAlert = 0;
 };
 
 } // namespace zet::inner
-    // What verify() has found is told to the peer by this alert; 0 for the usual one.
-    int m_VerifyAlert = 0;

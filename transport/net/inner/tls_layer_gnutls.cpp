@@ -142,10 +142,9 @@ bool TlsLayer::begin(const String_T<wchar_t>& peer)
     gnutls_handshake_set_hook_function(m_Session, GNUTLS_HANDSHAKE_NEW_SESSION_TICKET, GNUTLS_HOOK_POST,
                                        Calls::onTicket);
     m_SessionKey = m_HostName + ' ' + StringHelper::wideToUtf8(peer.getBuffer()).getBuffer();
-    TlsStore::Session session = store.take(m_SessionKey);
-    if (!session.empty())
-        gnutls_session_set_data(m_Session, session.data(), session.size());
-    TlsStore::wipe(session);
+    m_Offered = store.take(m_SessionKey);
+    if (!m_Offered.empty())
+        gnutls_session_set_data(m_Session, m_Offered.data(), m_Offered.size());
     return true;
 }
 
@@ -160,6 +159,8 @@ void TlsLayer::end()
     m_IsDone = false;
     m_HasTicket = false;
     m_VerifyAlert = 0;
+    TlsStore::wipe(m_Offered);
+    m_Offered = {};
 }
 
 int TlsLayer::verify()
@@ -226,6 +227,11 @@ TlsLayer::Result TlsLayer::finish()
         if (const int code = verify())
             return fail(code);
     m_IsDone = true;
+    // A ticket of TLS 1.2 may be used again, and a server that resumes need not send another.
+    if (isResumed() && !m_HasTicket && gnutls_protocol_get_version(m_Session) == GNUTLS_TLS1_2)
+        m_Context->m_Store->keep(m_SessionKey, std::move(m_Offered));
+    TlsStore::wipe(m_Offered);
+    m_Offered = {};
     keepSession();
     return kDone;
 }
