@@ -1,8 +1,13 @@
 #include "framework/log.h"
 
+#include "framework/inner/log_mailbox.h"
+#include "framework/inner/log_time.h"
 #include "framework/log_module.h"
+#include "framework/modules/log_line.h"
+#include "framework/platform/platform.h"
 
 #include <atomic>
+#include <cstdlib>
 #include <mutex>
 #include <vector>
 
@@ -11,6 +16,14 @@ namespace zet
 
 namespace
 {
+
+using inner::LogMailbox;
+
+// Milliseconds that stop() waits for the modules, and whistle(), which does so once in a while at most.
+constexpr unsigned int kStopWait = 2000;
+constexpr unsigned int kExitWait = 1000;
+constexpr unsigned int kWhistleWait = 100;
+constexpr unsigned long long kWhistleInterval = 1000;
 
 struct NumberedSink
 {
@@ -29,7 +42,8 @@ struct Sinks
 {
     std::mutex m_Mutex;
     std::vector<NumberedSink> m_Own;
-    std::vector<const LogModule*> m_Modules;
+    // Never taken out, and never destroyed.
+    std::vector<LogMailbox*> m_Modules;
     std::vector<Param> m_Params;
     int m_LastNumber = 0;
     bool m_IsStarted = false;
@@ -64,18 +78,112 @@ public:
     SinkScope& operator=(const SinkScope&) = delete;
 };
 
+// All modules there are now.
+std::vector<LogMailbox*> getModules()
+{
+    Sinks& sinks = getSinks();
+    const std::lock_guard lock(sinks.m_Mutex);
+    return sinks.m_Modules;
+}
+
+// Waits for all modules together.
+bool waitForModules(const std::vector<LogMailbox*>& modules, unsigned int milliseconds)
+{
+    const unsigned long long begin = platform::getMonotonicMilliseconds();
+    bool isDone = true;
+    for (LogMailbox* module : modules)
+    {
+        const unsigned long long gone = platform::getMonotonicMilliseconds() - begin;
+        isDone &= module->waitUntilDone(gone < milliseconds ? milliseconds - static_cast<unsigned int>(gone) : 0);
+    }
+    return isDone;
+}
+
+// What a module has to say about itself goes to all other sinks, or to standard error where there are none.
+void reportFromModule(const LogMailbox& from, Log::Level level, const String_T<wchar_t>& text)
+{
+    bool isTold = false;
+    {
+        Sinks& sinks = getSinks();
+        const std::lock_guard lock(sinks.m_Mutex);
+        const SinkScope scope;
+        for (const NumberedSink& own : sinks.m_Own)
+        {
+            own.m_Sink(level, text);
+            isTold = true;
+        }
+        for (LogMailbox* module : sinks.m_Modules)
+        {
+            if (!sinks.m_IsStarted || module == &from)
+                continue;
+            module->postLine(inner::getLogTime(), level, text);
+            isTold = true;
+        }
+    }
+    if (!isTold)
+    {
+        const String_T<wchar_t> line = formatLogLine(inner::getLogTime(), level, text);
+        platform::writeConsole(line.getBuffer(), line.getLength());
+    }
+}
+
+// Locks held from the one to the other by the thread that forks. A sink that forks holds the log already; what it
+// starts has to leave the log alone.
+void beginFork()
+{
+    if (isInSink())
+        return;
+    getSinks().m_Mutex.lock();
+    for (LogMailbox* module : getSinks().m_Modules)
+        module->beginFork();
+}
+
+void endFork(bool isChild)
+{
+    if (isInSink())
+        return;
+    for (LogMailbox* module : getSinks().m_Modules)
+        module->endFork(isChild);
+    getSinks().m_Mutex.unlock();
+}
+
 } // namespace
 
 void Log::whistle(bool on)
 {
+    static std::atomic<unsigned long long> lastWait{0};
     if (isInSink())
         return;
-    Sinks& sinks = getSinks();
-    const std::lock_guard lock(sinks.m_Mutex);
-    const SinkScope scope;
-    if (sinks.m_IsStarted)
-        for (const LogModule* module : sinks.m_Modules)
-            module->m_Whistle(on);
+    std::vector<LogMailbox*> modules;
+    {
+        Sinks& sinks = getSinks();
+        const std::lock_guard lock(sinks.m_Mutex);
+        if (!sinks.m_IsStarted)
+            return;
+        modules = sinks.m_Modules;
+        for (LogMailbox* module : modules)
+            module->postWhistle(on);
+    }
+    // A peer can bring about faults as fast as it sends, and nobody is held for each.
+    const unsigned long long now = platform::getMonotonicMilliseconds();
+    unsigned long long last = lastWait.load(std::memory_order_relaxed);
+    if (!on && now - last >= kWhistleInterval && lastWait.compare_exchange_strong(last, now))
+        waitForModules(modules, kWhistleWait);
+}
+
+bool Log::flush(unsigned int milliseconds)
+{
+    return !isInSink() && waitForModules(getModules(), milliseconds);
+}
+
+unsigned long long Log::getLostLines()
+{
+    if (isInSink())
+        return 0;
+    unsigned long long lost = 0;
+    for (const LogMailbox* module : getModules())
+        lost += module->getLostLines();
+    return lost;
 }
 
 void Log::setparam(const wchar_t* text)
@@ -94,10 +202,9 @@ void Log::setparam(const wchar_t* text)
         return;
     Sinks& sinks = getSinks();
     const std::lock_guard lock(sinks.m_Mutex);
-    const SinkScope scope;
-    for (const LogModule* module : sinks.m_Modules)
-        if (param.m_Module == module->m_Name)
-            module->m_SetParam(param.m_Name, param.m_Value);
+    for (LogMailbox* module : sinks.m_Modules)
+        if (param.m_Module == module->getModule().m_Name)
+            module->postParam(param.m_Name, param.m_Value);
     for (Param& kept : sinks.m_Params)
     {
         if (kept.m_Module == param.m_Module && kept.m_Name == param.m_Name)
@@ -115,12 +222,11 @@ bool Log::start()
         return false;
     Sinks& sinks = getSinks();
     const std::lock_guard lock(sinks.m_Mutex);
-    const SinkScope scope;
     if (!sinks.m_IsStarted)
     {
         sinks.m_IsStarted = true;
-        for (const LogModule* module : sinks.m_Modules)
-            module->m_Start();
+        for (LogMailbox* module : sinks.m_Modules)
+            module->postStart();
     }
     sinks.updateWanted();
     return true;
@@ -130,16 +236,20 @@ void Log::stop()
 {
     if (isInSink())
         return;
-    Sinks& sinks = getSinks();
-    const std::lock_guard lock(sinks.m_Mutex);
-    const SinkScope scope;
-    if (sinks.m_IsStarted)
+    std::vector<LogMailbox*> modules;
     {
+        Sinks& sinks = getSinks();
+        const std::lock_guard lock(sinks.m_Mutex);
+        if (!sinks.m_IsStarted)
+            return;
         sinks.m_IsStarted = false;
-        for (const LogModule* module : sinks.m_Modules)
-            module->m_Stop();
+        sinks.updateWanted();
+        modules = sinks.m_Modules;
+        for (LogMailbox* module : modules)
+            module->postStop();
     }
-    sinks.updateWanted();
+    // Behind the lock, which a module takes to report.
+    waitForModules(modules, kStopWait);
 }
 
 int Log::addSink(Sink sink)
@@ -182,9 +292,11 @@ void Log::write(Level level, const String_T<wchar_t>& line)
     const SinkScope scope;
     for (const NumberedSink& own : sinks.m_Own)
         own.m_Sink(level, line);
-    if (sinks.m_IsStarted)
-        for (const LogModule* module : sinks.m_Modules)
-            module->m_Write(level, line.getBuffer(), line.getLength());
+    if (!sinks.m_IsStarted)
+        return;
+    const long long time = inner::getLogTime();
+    for (LogMailbox* module : sinks.m_Modules)
+        module->postLine(time, level, line);
 }
 
 bool registerLogModule(const LogModule* module)
@@ -193,16 +305,21 @@ bool registerLogModule(const LogModule* module)
         return false;
     Sinks& sinks = getSinks();
     const std::lock_guard lock(sinks.m_Mutex);
-    const SinkScope scope;
-    for (const LogModule* known : sinks.m_Modules)
-        if (known == module)
+    for (const LogMailbox* known : sinks.m_Modules)
+        if (&known->getModule() == module)
             return true;
+    if (sinks.m_Modules.empty())
+    {
+        platform::callAroundFork([] { beginFork(); }, [] { endFork(false); }, [] { endFork(true); });
+        std::atexit([] { waitForModules(getModules(), kExitWait); });
+    }
+    LogMailbox* const mailbox = new LogMailbox(*module, reportFromModule);
+    sinks.m_Modules.push_back(mailbox);
     for (const Param& param : sinks.m_Params)
         if (param.m_Module == module->m_Name)
-            module->m_SetParam(param.m_Name, param.m_Value);
+            mailbox->postParam(param.m_Name, param.m_Value);
     if (sinks.m_IsStarted)
-        module->m_Start();
-    sinks.m_Modules.push_back(module);
+        mailbox->postStart();
     sinks.updateWanted();
     return true;
 }

@@ -1,5 +1,8 @@
 // The log of a process: three levels, printf-style wide patterns, and whatever sinks are loaded.
 // Every operation may be called from any thread.
+//
+// Modules write on threads of their own: who logs never waits for a disk or a console. What waits for a module is
+// bounded; lines beyond that are lost, counted, and reported when there is room again.
 #pragma once
 
 #include "framework/format.h"
@@ -19,8 +22,9 @@ public:
         kWarning,
         kError
     };
-    // Takes one finished line. Called on the thread that logs, one line at a time. A line that is logged from inside a
-    // sink is dropped, and a sink adds and removes no sinks.
+    // Takes one finished line. Called on the thread that logs, one line at a time, or on a module's thread for what
+    // stands in that module's way; it holds whoever logs. A line that is logged from inside a sink is dropped, and a
+    // sink adds and removes no sinks.
     using Sink = std::function<void(Level, const String_T<wchar_t>&)>;
 
     // Not inline: what has nothing to say pays one jump.
@@ -43,14 +47,20 @@ public:
             write(kError, formatText(pattern, args...));
     }
 
-    // Called with false right behind the report of a serious fault. It tells the sinks to put out all that they hold;
-    // with true it tells them that the fault is over.
+    // Called with false right behind the report of a serious fault. Once in a second at most it waits until the modules
+    // have put out all lines, 100 ms at most; with true it tells them that the fault is over.
     static void whistle(bool on);
+    // Waits until the modules have put out what was logged before. False where that takes longer than so many
+    // milliseconds, and inside a sink.
+    static bool flush(unsigned int milliseconds);
+    // Lines that modules have lost since the start of the process, whatever the reason.
+    static unsigned long long getLostLines();
 
     // "FileLog@path=DIR/" and the like: the name of a log module, what to set, its value. Kept for modules loaded
     // later.
     static void setparam(const wchar_t* text);
-    // Opens the loaded sinks. Lines logged before start() or behind stop() reach only sinks added by addSink.
+    // Opens the loaded sinks. Lines logged before start() or behind stop() reach only sinks added by addSink. stop()
+    // waits until the modules have put out all lines, 2 seconds at most.
     static bool start();
     static void stop();
 

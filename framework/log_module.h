@@ -7,11 +7,13 @@
 namespace zet
 {
 
-// What a module gives of itself. All operations are called one at a time, on whichever thread logs.
+// What a module gives of itself. All operations are called one at a time, in order, on a thread that the log keeps for
+// the module: what holds them holds nobody who logs. Nothing that they log reaches the module itself in time, so they
+// say what stands in their way as the result of m_Flush.
 struct LogModule
 {
     // Rises with every change of this structure; a module of another version is not taken.
-    static constexpr int kVersion = 1;
+    static constexpr int kVersion = 2;
 
     int m_Version;
     // The name that Log::setparam knows it by, such as "FileLog".
@@ -20,10 +22,14 @@ struct LogModule
     // Between start and stop the module gets lines.
     void (*m_Start)();
     void (*m_Stop)();
-    // level is a Log::Level; the line holds length units and a terminator.
-    void (*m_Write)(int level, const wchar_t* line, int length);
-    // 0: put out all that is held.
+    // time is when the line was logged, in milliseconds since 1970 UTC, level a Log::Level; the line holds length units
+    // and a terminator. A module may gather lines until m_Flush.
+    void (*m_Write)(long long time, int level, const wchar_t* line, int length);
+    // 0: a serious fault was reported; its lines are put out already.
     void (*m_Whistle)(int on);
+    // Called behind the last of the lines that wait: puts out what was gathered. Null, or what stands in the way, as a
+    // text that lasts until the next call; the lines gathered are lost then.
+    const wchar_t* (*m_Flush)();
 };
 
 // A module that has this entry point is a log module.

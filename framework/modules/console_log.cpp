@@ -1,4 +1,4 @@
-// The log module that shows each line on the console of the process as it comes.
+// The log module that shows the lines on the console of the process.
 #include "framework/modules/log_line.h"
 
 #include "framework/log_module.h"
@@ -9,22 +9,56 @@ namespace zet
 namespace
 {
 
+// Of the module's one thread. Never destroyed, since that thread may outlive the process's globals.
+struct ConsoleLog
+{
+    // Lines gathered since the last flush.
+    String_T<wchar_t> m_Text;
+    bool m_HasFailed = false;
+};
+
+// Units of gathered lines that go out without waiting for the flush.
+constexpr int kMostGathered = 16384;
+
+ConsoleLog& getConsoleLog()
+{
+    static ConsoleLog* const consoleLog = new ConsoleLog;
+    return *consoleLog;
+}
+
+void putOut(ConsoleLog& log)
+{
+    if (!log.m_Text.isEmpty() && !platform::writeConsole(log.m_Text.getBuffer(), log.m_Text.getLength()))
+        log.m_HasFailed = true;
+    log.m_Text = String_T<wchar_t>();
+}
+
 void setParam(const wchar_t*, const wchar_t*) {}
 
 void start() {}
 
 void stop() {}
 
-void write(int level, const wchar_t* line, int)
+void write(long long time, int level, const wchar_t* line, int)
 {
-    const String_T<wchar_t> text = formatLogLine(platform::getLocalTime(), level, line);
-    platform::writeConsole(text.getBuffer(), text.getLength());
+    ConsoleLog& log = getConsoleLog();
+    log.m_Text += formatLogLine(time, level, line);
+    if (log.m_Text.getLength() > kMostGathered)
+        putOut(log);
 }
 
-// Each line went out when it came, so nothing is held.
 void whistle(int) {}
 
-constexpr LogModule kModule = {LogModule::kVersion, L"ConsoleLog", setParam, start, stop, write, whistle};
+const wchar_t* flush()
+{
+    ConsoleLog& log = getConsoleLog();
+    putOut(log);
+    const bool hasFailed = log.m_HasFailed;
+    log.m_HasFailed = false;
+    return hasFailed ? L"the console takes nothing" : nullptr;
+}
+
+constexpr LogModule kModule = {LogModule::kVersion, L"ConsoleLog", setParam, start, stop, write, whistle, flush};
 
 } // namespace
 

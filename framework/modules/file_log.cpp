@@ -13,21 +13,35 @@ namespace zet
 namespace
 {
 
-// Touched by one thread at a time, which the log sees to.
+// Of the module's one thread. Never destroyed, since that thread may outlive the process's globals.
 struct FileLog
 {
     String_T<wchar_t> m_Directory;
     std::FILE* m_File = nullptr;
-    // The day that the file belongs to, also when it could not be opened: that is not tried again with every line.
+    // The day that the file belongs to.
     int m_Day = 0;
-    int m_FlushedSecond = -1;
-    bool m_IsStarted = false;
+    // Lines gathered since the last flush, and the day that they all belong to.
+    String_T<wchar_t> m_Text;
+    platform::LocalTime m_TextTime;
+    // Whether the last write ended within a line.
+    bool m_IsCut = false;
+    // What has stood in the way since the last flush, and what the last flush said.
+    String_T<wchar_t> m_Failure;
+    String_T<wchar_t> m_Said;
 };
+
+// Units of gathered lines that go out without waiting for the flush.
+constexpr int kMostGathered = 65536;
 
 FileLog& getFileLog()
 {
-    static FileLog fileLog;
-    return fileLog;
+    static FileLog* const fileLog = new FileLog;
+    return *fileLog;
+}
+
+int dayOf(const platform::LocalTime& time)
+{
+    return (time.m_Year * 12 + time.m_Month) * 31 + time.m_Day;
 }
 
 void close(FileLog& log)
@@ -35,18 +49,48 @@ void close(FileLog& log)
     if (log.m_File)
         std::fclose(log.m_File);
     log.m_File = nullptr;
-    log.m_Day = 0;
 }
 
-void open(FileLog& log, const platform::LocalTime& time, int day)
+void fail(FileLog& log, const String_T<wchar_t>& path)
 {
+    log.m_Failure = formatText(L"cannot write %s: %s", path, platform::getErrorText(platform::getLastError()));
     close(log);
-    log.m_Day = day;
-    // Every directory on the way is made; those that stand already refuse, which is as good.
-    for (int slash = log.m_Directory.find(L'/', 1); slash > 0; slash = log.m_Directory.find(L'/', slash + 1))
-        platform::createDirectory(log.m_Directory.getSubString(0, slash));
-    const String_T<wchar_t> name = formatText(L"%04d-%02d-%02d.log", time.m_Year, time.m_Month, time.m_Day);
-    log.m_File = platform::openFile(log.m_Directory + name, "ab");
+}
+
+// Puts out what is gathered. A file that could not be opened or written is tried anew each time, which is once for all
+// lines that waited.
+void putOut(FileLog& log)
+{
+    if (log.m_Text.isEmpty())
+        return;
+    const String_T<char> bytes = StringHelper::wideToUtf8((log.m_IsCut ? L"\n" : L"") + log.m_Text);
+    log.m_Text = String_T<wchar_t>();
+    if (log.m_Directory.isEmpty())
+        return;
+    const platform::LocalTime& time = log.m_TextTime;
+    const String_T<wchar_t> path =
+        log.m_Directory + formatText(L"%04d-%02d-%02d.log", time.m_Year, time.m_Month, time.m_Day);
+    if (log.m_Day != dayOf(time))
+        close(log);
+    if (!log.m_File)
+    {
+        // Every directory on the way is made; those that stand already refuse, which is as good.
+        for (int slash = log.m_Directory.find(L'/', 1); slash > 0; slash = log.m_Directory.find(L'/', slash + 1))
+            platform::createDirectory(log.m_Directory.getSubString(0, slash));
+        log.m_File = platform::openLogFile(path);
+        log.m_Day = dayOf(time);
+    }
+    if (!log.m_File)
+    {
+        fail(log, path);
+        return;
+    }
+    const size_t size = static_cast<size_t>(bytes.getLength());
+    const size_t written = std::fwrite(bytes.getBuffer(), 1, size, log.m_File);
+    if (written != size)
+        fail(log, path);
+    if (written > 0)
+        log.m_IsCut = written != size;
 }
 
 void setParam(const wchar_t* name, const wchar_t* value)
@@ -55,53 +99,42 @@ void setParam(const wchar_t* name, const wchar_t* value)
     if (!(String_T<wchar_t>(name) == L"path"))
         return;
     close(log);
+    log.m_IsCut = false;
     log.m_Directory = value;
     const int length = log.m_Directory.getLength();
     if (length > 0 && log.m_Directory[length - 1] != L'/')
         log.m_Directory += L"/";
 }
 
-void start()
-{
-    getFileLog().m_IsStarted = true;
-}
+void start() {}
 
 void stop()
 {
-    FileLog& log = getFileLog();
-    log.m_IsStarted = false;
-    close(log);
+    close(getFileLog());
 }
 
-void write(int level, const wchar_t* line, int)
+void write(long long time, int level, const wchar_t* line, int)
 {
     FileLog& log = getFileLog();
-    if (!log.m_IsStarted || log.m_Directory.isEmpty())
-        return;
-    const platform::LocalTime time = platform::getLocalTime();
-    const int day = (time.m_Year * 12 + time.m_Month) * 31 + time.m_Day;
-    if (day != log.m_Day)
-        open(log, time, day);
-    if (!log.m_File)
-        return;
-    const String_T<char> bytes = StringHelper::wideToUtf8(formatLogLine(time, level, line));
-    std::fwrite(bytes.getBuffer(), 1, static_cast<size_t>(bytes.getLength()), log.m_File);
-    // Messages wait for company for up to a second; what went wrong does not wait.
-    if (level != Log::kMessage || time.m_Second != log.m_FlushedSecond)
-    {
-        std::fflush(log.m_File);
-        log.m_FlushedSecond = time.m_Second;
-    }
+    const platform::LocalTime local = platform::getLocalTime(time);
+    if (log.m_Text.getLength() > kMostGathered || dayOf(local) != dayOf(log.m_TextTime))
+        putOut(log);
+    log.m_TextTime = local;
+    log.m_Text += formatLogLine(local, level, line);
 }
 
-void whistle(int on)
+void whistle(int) {}
+
+const wchar_t* flush()
 {
     FileLog& log = getFileLog();
-    if (!on && log.m_File)
-        std::fflush(log.m_File);
+    putOut(log);
+    log.m_Said = log.m_Failure;
+    log.m_Failure = String_T<wchar_t>();
+    return log.m_Said.isEmpty() ? nullptr : log.m_Said.getBuffer();
 }
 
-constexpr LogModule kModule = {LogModule::kVersion, L"FileLog", setParam, start, stop, write, whistle};
+constexpr LogModule kModule = {LogModule::kVersion, L"FileLog", setParam, start, stop, write, whistle, flush};
 
 } // namespace
 

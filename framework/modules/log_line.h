@@ -17,4 +17,9 @@ inline String_T<wchar_t> formatLogLine(const platform::LocalTime& time, int leve
                       time.m_Hour, time.m_Minute, time.m_Second, time.m_Milliseconds, letter, line);
 }
 
+inline String_T<wchar_t> formatLogLine(long long time, int level, const wchar_t* line)
+{
+    return formatLogLine(platform::getLocalTime(time), level, line);
+}
+
 } // namespace zet

@@ -45,8 +45,9 @@ struct LocalTime
     int m_Second = 0;
     int m_Milliseconds = 0;
 };
-// What a clock on the wall shows now, daylight saving included.
+// What a clock on the wall shows, daylight saving included: now, and at a moment in milliseconds since 1970 UTC.
 COMMONGROUND_API LocalTime getLocalTime();
+COMMONGROUND_API LocalTime getLocalTime(long long calendarMilliseconds);
 
 // The number of the calling thread's last failure, and a number's text.
 COMMONGROUND_API int getLastError();
@@ -82,7 +83,10 @@ COMMONGROUND_API String_T<wchar_t> getTempDirectory();
 // Makes an empty file with a new name in a directory and returns its path.
 COMMONGROUND_API String_T<wchar_t> createTempFile(const wchar_t* directory);
 COMMONGROUND_API bool deleteFile(const wchar_t* path);
+// Programs that this process starts do not inherit a file that is opened here.
 COMMONGROUND_API std::FILE* openFile(const wchar_t* path, const char* mode);
+// Opens a file for writing at its end, without a buffer. A new one is for its owner and its owner's group alone.
+COMMONGROUND_API std::FILE* openLogFile(const wchar_t* path);
 
 // The number of this process. A forked process has another one than its parent.
 COMMONGROUND_API unsigned long getProcessId();
@@ -90,7 +94,15 @@ COMMONGROUND_API unsigned long getProcessId();
 // Bytes of the process that lie in physical memory now; 0 when the system does not tell.
 COMMONGROUND_API unsigned long long getWorkingSetSize();
 
-// One text to the console of the process, as it is; where output is redirected it goes out as UTF-8.
-COMMONGROUND_API void writeConsole(const wchar_t* text, int length);
+// One text to the console of the process, as it is; where output is redirected it goes out as UTF-8. False where it did
+// not go out whole. A reader that is gone raises no signal.
+COMMONGROUND_API bool writeConsole(const wchar_t* text, int length);
+
+// Runs a function on a thread of its own, which gets none of the process's signals and which nobody waits for. False
+// where there can be no further thread.
+COMMONGROUND_API bool startThread(void (*run)(void*), void* argument);
+// Has functions called around each fork() from now on: before it, and behind it in the parent and in the child. Does
+// nothing where processes do not fork.
+COMMONGROUND_API void callAroundFork(void (*before)(), void (*inParent)(), void (*inChild)());
 
 } // namespace zet::platform

@@ -7,8 +7,14 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <system_error>
+#include <thread>
 
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <pthread.h>
+#include <signal.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -37,6 +43,60 @@ long long getMilliseconds(clockid_t clock)
 {
     return result == 0 ? buffer : "";
 }
+
+// Milliseconds that a console may take to have room again.
+constexpr int kConsoleWait = 1000;
+
+// Keeps signals from the calling thread as long as it lives. One that the thread itself has raised meanwhile, as a
+// write to a pipe without a reader does, is taken away.
+class SignalBlock
+{
+public:
+    // All signals.
+    SignalBlock()
+    {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &m_Before);
+    }
+    explicit SignalBlock(int signal) : m_Signal(signal)
+    {
+        sigset_t one;
+        sigemptyset(&one);
+        sigaddset(&one, signal);
+        pthread_sigmask(SIG_BLOCK, &one, &m_Before);
+        m_WasPending = isPending();
+    }
+    ~SignalBlock()
+    {
+        const int error = errno;
+        if (m_Signal && !m_WasPending && isPending())
+        {
+            sigset_t one;
+            sigemptyset(&one);
+            sigaddset(&one, m_Signal);
+            int taken = 0;
+            sigwait(&one, &taken);
+        }
+        pthread_sigmask(SIG_SETMASK, &m_Before, nullptr);
+        errno = error;
+    }
+    SignalBlock(const SignalBlock&) = delete;
+    SignalBlock& operator=(const SignalBlock&) = delete;
+
+private:
+    bool isPending() const
+    {
+        sigset_t pending;
+        sigemptyset(&pending);
+        sigpending(&pending);
+        return sigismember(&pending, m_Signal) == 1;
+    }
+
+    int m_Signal = 0;
+    bool m_WasPending = false;
+    sigset_t m_Before;
+};
 
 #ifdef __GLIBC__
 // The calendar goes on behind 2038, on 32-bit systems where the library is built so.
@@ -113,8 +173,12 @@ long getStandardZoneBias()
 
 LocalTime getLocalTime()
 {
-    const long long now = getCalendarMilliseconds();
-    const time_t seconds = static_cast<time_t>(now / 1000);
+    return getLocalTime(getCalendarMilliseconds());
+}
+
+LocalTime getLocalTime(long long calendarMilliseconds)
+{
+    const time_t seconds = static_cast<time_t>(calendarMilliseconds / 1000);
     tm parts{};
     localtime_r(&seconds, &parts);
     LocalTime local;
@@ -124,7 +188,7 @@ LocalTime getLocalTime()
     local.m_Hour = parts.tm_hour;
     local.m_Minute = parts.tm_min;
     local.m_Second = parts.tm_sec;
-    local.m_Milliseconds = static_cast<int>(now % 1000);
+    local.m_Milliseconds = static_cast<int>(calendarMilliseconds % 1000);
     return local;
 }
 
@@ -221,7 +285,7 @@ String_T<wchar_t> createTempFile(const wchar_t* directory)
         return String_T<wchar_t>();
     }
     std::memcpy(name, path.getBuffer(), static_cast<size_t>(path.getLength()) + 1);
-    const int file = mkstemp(name);
+    const int file = mkostemp(name, O_CLOEXEC);
     if (file < 0)
         return String_T<wchar_t>();
     close(file);
@@ -235,7 +299,18 @@ bool deleteFile(const wchar_t* path)
 
 std::FILE* openFile(const wchar_t* path, const char* mode)
 {
-    return std::fopen(StringHelper::wideToUtf8(path), mode);
+    return std::fopen(StringHelper::wideToUtf8(path), (String_T<char>(mode) + "e").getBuffer());
+}
+
+std::FILE* openLogFile(const wchar_t* path)
+{
+    const int handle = open(StringHelper::wideToUtf8(path), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0640);
+    std::FILE* const file = handle < 0 ? nullptr : fdopen(handle, "ab");
+    if (file)
+        std::setvbuf(file, nullptr, _IONBF, 0);
+    else if (handle >= 0)
+        close(handle);
+    return file;
 }
 
 unsigned long getProcessId()
@@ -245,7 +320,7 @@ unsigned long getProcessId()
 
 unsigned long long getWorkingSetSize()
 {
-    std::FILE* file = std::fopen("/proc/self/statm", "r");
+    std::FILE* file = std::fopen("/proc/self/statm", "re");
     if (!file)
         return 0;
     unsigned long long whole = 0;
@@ -255,10 +330,49 @@ unsigned long long getWorkingSetSize()
     return fields == 2 ? resident * static_cast<unsigned long long>(sysconf(_SC_PAGESIZE)) : 0;
 }
 
-void writeConsole(const wchar_t* text, int length)
+bool writeConsole(const wchar_t* text, int length)
 {
     const String_T<char> bytes = StringHelper::wideToUtf8(String_T<wchar_t>(text, length));
-    std::fwrite(bytes.getBuffer(), 1, static_cast<size_t>(bytes.getLength()), stderr);
+    const SignalBlock block(SIGPIPE);
+    const char* at = bytes.getBuffer();
+    size_t left = static_cast<size_t>(bytes.getLength());
+    while (left > 0)
+    {
+        const ssize_t count = ::write(STDERR_FILENO, at, left);
+        if (count > 0)
+        {
+            at += count;
+            left -= static_cast<size_t>(count);
+            continue;
+        }
+        if (count < 0 && errno == EINTR)
+            continue;
+        // Somebody else has made the console one that does not wait.
+        pollfd ready{STDERR_FILENO, POLLOUT, 0};
+        if (count < 0 && errno == EAGAIN && poll(&ready, 1, kConsoleWait) > 0)
+            continue;
+        return false;
+    }
+    return true;
+}
+
+bool startThread(void (*run)(void*), void* argument)
+{
+    const SignalBlock block;
+    try
+    {
+        std::thread(run, argument).detach();
+        return true;
+    }
+    catch (const std::system_error&)
+    {
+        return false;
+    }
+}
+
+void callAroundFork(void (*before)(), void (*inParent)(), void (*inChild)())
+{
+    pthread_atfork(before, inParent, inChild);
 }
 
 } // namespace zet::platform

@@ -13,6 +13,9 @@
 #include <bcrypt.h>
 #include <psapi.h>
 
+#include <system_error>
+#include <thread>
+
 namespace zet::platform
 {
 
@@ -21,6 +24,9 @@ namespace
 
 // The longest path that the wide operations of the system give, with its terminator.
 constexpr DWORD kMaxPath = 32768;
+
+// The system counts units of 100 ns since 1601.
+constexpr long long kMillisecondsTo1970 = 11644473600000LL;
 
 String_T<wchar_t> withForwardSlashes(const wchar_t* path, DWORD length)
 {
@@ -68,9 +74,8 @@ long long getCalendarMilliseconds()
 {
     FILETIME time;
     GetSystemTimeAsFileTime(&time);
-    // Units of 100 ns since 1601; 11,644,473,600 seconds lie before 1970.
     const unsigned long long units = toNumber(time.dwHighDateTime, time.dwLowDateTime);
-    return static_cast<long long>(units / 10000) - 11644473600000LL;
+    return static_cast<long long>(units / 10000) - kMillisecondsTo1970;
 }
 
 long getStandardZoneBias()
@@ -83,16 +88,26 @@ long getStandardZoneBias()
 
 LocalTime getLocalTime()
 {
-    SYSTEMTIME now;
-    ::GetLocalTime(&now);
+    return getLocalTime(getCalendarMilliseconds());
+}
+
+LocalTime getLocalTime(long long calendarMilliseconds)
+{
+    const unsigned long long units =
+        static_cast<unsigned long long>(calendarMilliseconds + kMillisecondsTo1970) * 10000;
+    const FILETIME time{static_cast<DWORD>(units), static_cast<DWORD>(units >> 32)};
+    SYSTEMTIME utc{};
+    SYSTEMTIME shown{};
+    FileTimeToSystemTime(&time, &utc);
+    SystemTimeToTzSpecificLocalTime(nullptr, &utc, &shown);
     LocalTime local;
-    local.m_Year = now.wYear;
-    local.m_Month = now.wMonth;
-    local.m_Day = now.wDay;
-    local.m_Hour = now.wHour;
-    local.m_Minute = now.wMinute;
-    local.m_Second = now.wSecond;
-    local.m_Milliseconds = now.wMilliseconds;
+    local.m_Year = shown.wYear;
+    local.m_Month = shown.wMonth;
+    local.m_Day = shown.wDay;
+    local.m_Hour = shown.wHour;
+    local.m_Minute = shown.wMinute;
+    local.m_Second = shown.wSecond;
+    local.m_Milliseconds = shown.wMilliseconds;
     return local;
 }
 
@@ -204,7 +219,16 @@ std::FILE* openFile(const wchar_t* path, const char* mode)
         const wchar_t unit[] = {static_cast<wchar_t>(*mode), L'\0'};
         wideMode += unit;
     }
+    wideMode += L"N";
     return _wfopen(path, wideMode);
+}
+
+std::FILE* openLogFile(const wchar_t* path)
+{
+    std::FILE* const file = openFile(path, "ab");
+    if (file)
+        std::setvbuf(file, nullptr, _IONBF, 0);
+    return file;
 }
 
 unsigned long getProcessId()
@@ -218,20 +242,32 @@ unsigned long long getWorkingSetSize()
     return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) ? counters.WorkingSetSize : 0;
 }
 
-void writeConsole(const wchar_t* text, int length)
+bool writeConsole(const wchar_t* text, int length)
 {
     const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
     DWORD mode = 0;
     DWORD written = 0;
     if (GetConsoleMode(console, &mode))
-    {
-        WriteConsoleW(console, text, static_cast<DWORD>(length), &written, nullptr);
-        return;
-    }
+        return WriteConsoleW(console, text, static_cast<DWORD>(length), &written, nullptr) != 0;
     String_T<char> bytes;
     const int size = WideCharToMultiByte(CP_UTF8, 0, text, length, nullptr, 0, nullptr, nullptr);
     WideCharToMultiByte(CP_UTF8, 0, text, length, bytes.resizeForOverwrite(size), size, nullptr, nullptr);
-    WriteFile(console, bytes.getBuffer(), static_cast<DWORD>(size), &written, nullptr);
+    return WriteFile(console, bytes.getBuffer(), static_cast<DWORD>(size), &written, nullptr) != 0;
 }
+
+bool startThread(void (*run)(void*), void* argument)
+{
+    try
+    {
+        std::thread(run, argument).detach();
+        return true;
+    }
+    catch (const std::system_error&)
+    {
+        return false;
+    }
+}
+
+void callAroundFork(void (*)(), void (*)(), void (*)()) {}
 
 } // namespace zet::platform

@@ -50,9 +50,10 @@ const zet::LogModule kNotingModule = {
     [](const wchar_t* name, const wchar_t* value) { notes().push_back(L"param " + std::wstring(name) + L"=" + value); },
     [] { notes().emplace_back(L"start"); },
     [] { notes().emplace_back(L"stop"); },
-    [](int level, const wchar_t* line, int length)
+    [](long long, int level, const wchar_t* line, int length)
     { notes().push_back(L"line " + std::to_wstring(level) + L" " + std::wstring(line, static_cast<size_t>(length))); },
-    [](int on) { notes().push_back(L"whistle " + std::to_wstring(on)); }};
+    [](int on) { notes().push_back(L"whistle " + std::to_wstring(on)); },
+    []() -> const wchar_t* { return nullptr; }};
 
 } // namespace
 

@@ -111,11 +111,12 @@ TEST(FileLog, WritesUtf8LinesBelowItsPath)
     Log::message(L"\u4E0D\u80FD");
     Log::message(L"second");
     Log::error(L"third");
+    EXPECT_TRUE(Log::flush(10000));
     EXPECT_EQ(directory.getLines().size(), 3u);
     Log::message(L"fourth");
     Log::message(L"fifth");
-    Log::whistle(false);
-    // Still running: what whistle put out is in the file already.
+    EXPECT_TRUE(Log::flush(10000));
+    // Still running: what was put out is in the file already.
     const std::vector<std::string> lines = directory.getLines();
     Log::stop();
     Log::message(L"behind stop");
@@ -152,11 +153,12 @@ TEST(FileLog, PathThatCannotBeMadeCostsOnlyTheLines)
     Log::setparam(L"FileLog@path=");
     Log::error(L"nowhere");
     Log::stop();
-    testing::internal::GetCapturedStderr();
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("[E] FileLog: cannot write "), std::string::npos);
     std::vector<std::string> lines = directory.getLines();
     std::erase(lines, "no directory");
-    ASSERT_EQ(lines.size(), 1u);
+    ASSERT_EQ(lines.size(), 2u);
     EXPECT_EQ(withoutTime(lines[0]), "[E] kept");
+    EXPECT_EQ(withoutTime(lines[1]), "[W] FileLog writes again: 1 lines are lost");
 }
 
 TEST(Yield, BelongsToTheSystemThatItIsGiven)

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -16,15 +17,15 @@ namespace
 struct Told
 {
     std::vector<std::wstring> m_All;
-    static Told*& listener()
+    static std::atomic<Told*>& listener()
     {
-        static Told* told = nullptr;
+        static std::atomic<Told*> told = nullptr;
         return told;
     }
     static void tell(const std::wstring& what)
     {
-        if (listener())
-            listener()->m_All.push_back(what);
+        if (Told* const told = listener())
+            told->m_All.push_back(what);
     }
 
     Told()
@@ -35,9 +36,11 @@ struct Told
                                               { tell(std::wstring(name) + L"=" + value); },
                                               [] { tell(L"start"); },
                                               [] { tell(L"stop"); },
-                                              [](int, const wchar_t* line, int) { tell(line); },
-                                              [](int) {}};
+                                              [](long long, int, const wchar_t* line, int) { tell(line); },
+                                              [](int) {},
+                                              []() -> const wchar_t* { return nullptr; }};
         zet::registerLogModule(&module);
+        zet::Log::flush(10000);
         listener() = this;
     }
     ~Told() { listener() = nullptr; }

@@ -1,0 +1,16 @@
+// When a line of the log was logged.
+#pragma once
+
+#include "framework/platform/platform.h"
+#include "framework/time.h"
+
+namespace zet::inner
+{
+
+// Milliseconds since 1970 UTC.
+inline long long getLogTime()
+{
+    return TestClock::isOn() ? zet::time(nullptr) * 1000 : platform::getCalendarMilliseconds();
+}
+
+} // namespace zet::inner
