@@ -11,7 +11,7 @@ namespace
 
 unsigned long long trustedCycles()
 {
-    return TestClock::isOn() ? 0 : platform::kCyclesOfTenthMillisecond;
+    return TestClock::isOn() ? 0 : platform::getCyclesOfTenthMillisecond();
 }
 
 } // namespace

@@ -12,9 +12,11 @@ namespace zet::platform
 template <class Class, class Function>
 const void* getVirtualTarget(const Class& object, Function Class::*member)
 {
-#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
-    // The C++ ABI of these compilers: a pointer to a virtual member is the place in the table, in bytes and odd, and
-    // what to add to the object.
+#if defined(__GNUC__) && !defined(__arm64e__) &&                                                                       \
+    (defined(__x86_64__) || defined(__i386__) || defined(__aarch64__) || defined(__arm__))
+    // The C++ ABI of these compilers: a pointer to a virtual member is its place in the table, in bytes, and what to
+    // add to the object. A bit says that it is virtual: the lowest of the place, or on ARM, where a function may lie at
+    // an odd address, of the other, which is shifted for it.
     struct
     {
         std::ptrdiff_t m_Place;
@@ -22,13 +24,20 @@ const void* getVirtualTarget(const Class& object, Function Class::*member)
     } parts;
     static_assert(sizeof parts == sizeof member);
     std::memcpy(&parts, &member, sizeof parts);
-    if ((parts.m_Place & 1) == 0)
+#if defined(__aarch64__) || defined(__arm__)
+    const bool isVirtual = parts.m_Adjustment & 1;
+    parts.m_Adjustment >>= 1;
+#else
+    const bool isVirtual = parts.m_Place & 1;
+    parts.m_Place -= isVirtual;
+#endif
+    if (!isVirtual)
         return nullptr;
     const auto* const at = reinterpret_cast<const unsigned char*>(&object) + parts.m_Adjustment;
     const unsigned char* table;
     std::memcpy(&table, at, sizeof table);
     const void* target;
-    std::memcpy(&target, table + parts.m_Place - 1, sizeof target);
+    std::memcpy(&target, table + parts.m_Place, sizeof target);
     return target;
 #else
     static_cast<void>(object);

@@ -1,5 +1,6 @@
 #include "framework/stopwatch.h"
 
+#include "framework/platform/cycles.h"
 #include "framework/time.h"
 
 #include <gtest/gtest.h>
@@ -34,5 +35,17 @@ TEST(Stopwatch, IsNeverMoreThanAMillisecondBehindTheTick)
         ASSERT_LE(elapsed, most);
     }
 }
+
+#if defined(__x86_64__) || defined(__aarch64__)
+TEST(Stopwatch, HasACounterOfTheProcessor)
+{
+    EXPECT_GT(zet::platform::getCyclesOfTenthMillisecond(), 0U);
+    const unsigned long long first = zet::platform::readCycles();
+    unsigned long long next = first;
+    for (int i = 0; i < 1000000 && next == first; ++i)
+        next = zet::platform::readCycles();
+    EXPECT_GT(next, first);
+}
+#endif
 
 } // namespace
