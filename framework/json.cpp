@@ -280,8 +280,12 @@ struct Json::Builder
         std::vector<size_t> order(object.size());
         for (size_t i = 0; i < order.size(); ++i)
             order[i] = i;
-        std::stable_sort(order.begin(), order.end(),
-                         [&](size_t a, size_t b) { return object[a].first < object[b].first; });
+        std::sort(order.begin(), order.end(),
+                  [&](size_t a, size_t b)
+                  {
+                      const bool isLess = object[a].first < object[b].first;
+                      return isLess || (a < b && !(object[b].first < object[a].first));
+                  });
         std::vector<bool> isLeft(object.size(), true);
         size_t first = 0;
         for (size_t i = 1; i < order.size(); ++i)

@@ -1,5 +1,7 @@
 #include "packaging/float_text.h"
 
+#include "framework/platform/from_chars.h"
+
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -181,7 +183,7 @@ bool scanAny(const char* at, const char* end, float& value)
 
     float magnitude = 0.0f;
     const std::from_chars_result result =
-        std::from_chars(first, at, magnitude, hex ? std::chars_format::hex : std::chars_format::general);
+        zet::platform::fromChars(first, at, magnitude, hex ? std::chars_format::hex : std::chars_format::general);
     // No float is nearer than infinity or 0 then; which of them, the place of the first digit says.
     if (result.ec == std::errc::result_out_of_range)
         magnitude = !mantissa.m_IsZero && mantissa.m_Place * (hex ? 4 : 1) + exponent > 0

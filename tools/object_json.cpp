@@ -1,6 +1,7 @@
 #include "tools/object_json.h"
 
 #include "framework/buffer.h"
+#include "framework/platform/from_chars.h"
 #include "framework/string_helper.h"
 #include "framework/uuid.h"
 
@@ -55,7 +56,7 @@ ordered_json floatJson(float value)
     char text[32];
     const auto end = std::to_chars(text, text + sizeof text, value);
     double same = 0;
-    std::from_chars(text, end.ptr, same);
+    zet::platform::fromChars(text, end.ptr, same);
     return same;
 }
 

@@ -1,5 +1,6 @@
 #include "tools/schema_reader.h"
 
+#include "framework/platform/from_chars.h"
 #include "framework/string.h"
 #include "packaging/float_text.h"
 #include "tools/object_json.h"
@@ -248,7 +249,7 @@ private:
         char digits[32];
         const auto end = std::to_chars(digits, digits + sizeof digits, value);
         double same = 0;
-        std::from_chars(digits, end.ptr, same);
+        zet::platform::fromChars(digits, end.ptr, same);
         return same;
     }
     std::string textValue(const std::string& name)

@@ -2,6 +2,8 @@
 // format does not need. Floats go by std::to_chars and std::from_chars.
 #pragma once
 
+#include "framework/platform/from_chars.h"
+
 #include <charconv>
 #include <cstdint>
 #include <cstring>
@@ -125,7 +127,8 @@ public:
         const size_t length = u8();
         float value = 0;
         if (const unsigned char* at = take(length))
-            std::from_chars(reinterpret_cast<const char*>(at), reinterpret_cast<const char*>(at) + length, value);
+            zet::platform::fromChars(reinterpret_cast<const char*>(at), reinterpret_cast<const char*>(at) + length,
+                                     value);
         return value;
     }
     void text(std::wstring& out)
