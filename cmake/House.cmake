@@ -84,4 +84,5 @@ add_test(NAME House.ReadmeShowsTheCompiledExample
 # What is installed, as a host sees it.
 add_test(NAME House.InstalledPackageServesAHost
   COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR} -DSOURCE=${PROJECT_SOURCE_DIR}
-    -DCOMPILER=${CMAKE_CXX_COMPILER} -P ${PROJECT_SOURCE_DIR}/tests/package/check.cmake)
+    -DCOMPILER=${CMAKE_CXX_COMPILER} -DVERSION=${PROJECT_VERSION}
+    -P ${PROJECT_SOURCE_DIR}/tests/package/check.cmake)

@@ -1,6 +1,14 @@
 # Library, headers, tool and the CMake package `commonground`.
 include(CMakePackageConfigHelpers)
 
+# Programs find the library from where they lie, so that the prefix can be moved.
+file(RELATIVE_PATH library_place ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+string(REGEX REPLACE "/$" "" library_place "${library_place}")
+if(TARGET wirelens)
+  set_target_properties(wirelens PROPERTIES INSTALL_RPATH "$ORIGIN/${library_place}")
+endif()
+set_target_properties(zet_ConsoleLog zet_FileLog PROPERTIES INSTALL_RPATH $ORIGIN)
+
 install(TARGETS commonground EXPORT commonground
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})

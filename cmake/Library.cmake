@@ -32,9 +32,12 @@ endif()
 
 add_library(commonground SHARED ${sources})
 add_library(commonground::commonground ALIAS commonground)
-set_target_properties(commonground PROPERTIES
-  VERSION ${PROJECT_VERSION}
-  SOVERSION ${PROJECT_VERSION_MAJOR})
+# Before 1.0 each minor version is incompatible with the one before, as the CMake package says too.
+set(soversion ${PROJECT_VERSION_MAJOR})
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+  set(soversion 0.${PROJECT_VERSION_MINOR})
+endif()
+set_target_properties(commonground PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${soversion})
 target_compile_features(commonground PUBLIC cxx_std_20)
 target_include_directories(commonground PUBLIC
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/commonground>)

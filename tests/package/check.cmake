@@ -1,5 +1,5 @@
-# Installs the build into a folder of its own and builds and runs a host against what stands there.
-# cmake -DBUILD=... -DSOURCE=... -DCOMPILER=... -P check.cmake
+# Installs the build into a folder of its own, moves it, and builds and runs a host against what stands there.
+# cmake -DBUILD=... -DSOURCE=... -DCOMPILER=... -DVERSION=... -P check.cmake
 set(place ${BUILD}/package)
 file(REMOVE_RECURSE ${place})
 
@@ -9,9 +9,23 @@ function(run)
     string(JOIN " " command ${ARGN})
     message(FATAL_ERROR "${command}: ${result}\n${output}")
   endif()
+  set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${place}/prefix)
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${place}/first)
+file(RENAME ${place}/first ${place}/prefix)
+# The installed tool finds the library from where it lies, and not the one of the build.
+run(${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH ${place}/prefix/bin/wirelens new CCmdServerEcho)
+run(${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH ldd ${place}/prefix/bin/wirelens)
+if(NOT output MATCHES "=> ${place}/prefix/[^\n]*/libcommonground\\.so\\.([0-9.]+)")
+  message(FATAL_ERROR "wirelens does not take the library that is installed with it:\n${output}")
+endif()
+# Programs that were linked with one version ask for no other that is incompatible with it.
+set(soversion ${CMAKE_MATCH_1})
+string(REGEX REPLACE "^(0\\.[0-9]+|[0-9]+).*" "\\1" compatible ${VERSION})
+if(NOT soversion STREQUAL compatible)
+  message(FATAL_ERROR "version ${VERSION} asks for libcommonground.so.${soversion}")
+endif()
 run(${CMAKE_COMMAND} -S ${SOURCE}/tests/package -B ${place}/build -G Ninja
   -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_PREFIX_PATH=${place}/prefix
   -DHOST_SOURCE=${SOURCE}/examples/hello/hello.cpp -DCOMMONGROUND_HEADERS=${place}/prefix/include/commonground)
