@@ -76,6 +76,25 @@ if(NOT WIN32)
     COMMAND Python3::Interpreter ${scripts}/check_symbols.py $<TARGET_FILE:commonground> ${PROJECT_SOURCE_DIR})
 endif()
 
+# No folder of this machine is in what is built, and another folder builds the same bytes. The objects stand for all:
+# one whose exceptions name their file, one of the order machinery, one with another library's headers.
+set(objects framework/buffer.cpp packs/achievement.cpp transport/net/tcp_server.cpp)
+list(TRANSFORM objects REPLACE "(.+)" "CMakeFiles/commonground.dir/\\1${CMAKE_CXX_OUTPUT_EXTENSION}")
+if(NOT WIN32)
+  set(built $<TARGET_FILE:commonground>)
+  foreach(target wirelens zet_ConsoleLog zet_FileLog)
+    if(TARGET ${target})
+      list(APPEND built $<TARGET_FILE:${target}>)
+    endif()
+  endforeach()
+  add_test(NAME House.NoFolderIsInWhatIsBuilt
+    COMMAND Python3::Interpreter ${scripts}/check_folders.py paths ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR} -- ${built})
+  add_test(NAME House.AnotherFolderBuildsTheSameBytes
+    COMMAND Python3::Interpreter ${scripts}/check_folders.py copies ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}
+      ${CMAKE_CXX_COMPILER} ${objects})
+  set_tests_properties(House.AnotherFolderBuildsTheSameBytes PROPERTIES PROCESSORS 2 TIMEOUT 600)
+endif()
+
 # The example in README.md is the one that is compiled.
 add_test(NAME House.ReadmeShowsTheCompiledExample
   COMMAND Python3::Interpreter -c "import sys; sys.exit(open(sys.argv[2]).read() not in open(sys.argv[1]).read())"

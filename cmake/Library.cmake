@@ -47,13 +47,20 @@ if(COMMONGROUND_TRACE_COMMANDS)
     PROPERTY COMPILE_DEFINITIONS COMMONGROUND_TRACE_COMMANDS)
 endif()
 target_link_libraries(commonground PRIVATE commonground_warnings commonground_dependencies)
-target_precompile_headers(commonground PRIVATE ${PROJECT_SOURCE_DIR}/cmake/std_pch.h)
+target_precompile_headers(commonground PRIVATE <cmake/std_pch.h>)
 if(NOT WIN32)
   set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   # Nobody replaces a function of the library from outside, so calls within it need no detour.
   target_compile_options(commonground PRIVATE -fno-semantic-interposition)
   target_link_options(commonground PRIVATE -Wl,--version-script=${exports} -Wl,-Bsymbolic-functions)
   set_property(TARGET commonground APPEND PROPERTY LINK_DEPENDS ${exports})
+endif()
+
+if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND NOT WIN32)
+  # Times after 2038 in the one file that takes them apart. Elsewhere a time_t may be GnuTLS's, which is as long as the
+  # one that it was built with.
+  set_source_files_properties(${PROJECT_SOURCE_DIR}/framework/platform/platform_posix.cpp PROPERTIES
+    COMPILE_DEFINITIONS "_TIME_BITS=64;_FILE_OFFSET_BITS=64" SKIP_PRECOMPILE_HEADERS ON)
 endif()
 
 # The log modules are loaded by name while the program runs.

@@ -1,6 +1,6 @@
 # One runner for the tests of the code.
-if(CMAKE_CROSSCOMPILING)
-  # Nobody carries GoogleTest for the other system, but its sources are a package.
+if(CMAKE_CROSSCOMPILING AND WIN32)
+  # No package has GoogleTest for Windows, but its sources are a package.
   find_path(GOOGLETEST_SOURCE CMakeLists.txt PATHS /usr/src/googletest NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
   mark_as_advanced(GOOGLETEST_SOURCE)
   if(NOT GOOGLETEST_SOURCE)
@@ -51,11 +51,18 @@ if(sources)
     target_compile_options(commonground_tests PRIVATE
       -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread -Wno-restrict)
   endif()
-  # Where a test finds its data, and the programs that it starts.
-  target_compile_definitions(commonground_tests PRIVATE
+  # Where a test finds its data, and the programs that it starts. One file knows; the others are the same everywhere.
+  set(starter "")
+  if(CMAKE_CROSSCOMPILING AND NOT WIN32)
+    # Wine starts a program of its own system when a test asks for one; QEMU does not.
+    list(JOIN CMAKE_CROSSCOMPILING_EMULATOR " " starter)
+    string(APPEND starter " ")
+  endif()
+  set_property(SOURCE ${PROJECT_SOURCE_DIR}/tests/support/places.cpp APPEND PROPERTY COMPILE_DEFINITIONS
     COMMONGROUND_TESTS_DIR="${COMMONGROUND_DRIVE}${PROJECT_SOURCE_DIR}/tests"
-    COMMONGROUND_BUILD_DIR="${COMMONGROUND_DRIVE}${PROJECT_BINARY_DIR}")
-  target_precompile_headers(commonground_tests PRIVATE ${PROJECT_SOURCE_DIR}/cmake/std_pch.h <gtest/gtest.h>)
+    COMMONGROUND_BUILD_DIR="${COMMONGROUND_DRIVE}${PROJECT_BINARY_DIR}"
+    COMMONGROUND_STARTER="${starter}")
+  target_precompile_headers(commonground_tests PRIVATE <cmake/std_pch.h> <gtest/gtest.h>)
   foreach(needed wirelens arena zet_ConsoleLog zet_FileLog)
     if(TARGET ${needed})
       add_dependencies(commonground_tests ${needed})

@@ -1,5 +1,6 @@
 // Every class against the vectors that were worked out by hand for it.
 #include "tests/support/golden.h"
+#include "tests/support/places.h"
 #include "tools/object_json.h"
 #include "tools/reading.h"
 
@@ -16,7 +17,7 @@ using golden::Width;
 
 const Book& book()
 {
-    static const Book loaded(COMMONGROUND_TESTS_DIR "/golden");
+    static const Book loaded(test::getTestsFolder() + "/golden");
     return loaded;
 }
 

@@ -6,6 +6,7 @@
 #include "packaging/command_head.h"
 #include "tests/support/allocations.h"
 #include "tests/support/golden.h"
+#include "tests/support/places.h"
 #include "tools/frame_decoder.h"
 #include "tools/object_json.h"
 #include "tools/reading.h"
@@ -32,7 +33,7 @@ constexpr size_t kLong = 16 * 1024;
 
 const golden::Book& book()
 {
-    static const golden::Book loaded(COMMONGROUND_TESTS_DIR "/golden");
+    static const golden::Book loaded(test::getTestsFolder() + "/golden");
     return loaded;
 }
 

@@ -1,5 +1,7 @@
 #include "tests/support/run_program.h"
 
+#include "tests/support/places.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -27,13 +29,14 @@ std::string quoted(const std::filesystem::path& path)
 
 Run runProgram(const std::string& name, const std::string& words, const std::string& input)
 {
-    const std::filesystem::path folder(COMMONGROUND_BUILD_DIR);
+    const std::filesystem::path folder(getBuildFolder());
     const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
     const std::string stem = name + "_" + test.test_suite_name() + "_" + test.name();
     const std::filesystem::path in = folder / (stem + ".in");
     const std::filesystem::path out = folder / (stem + ".out");
     std::ofstream(in, std::ios::binary) << input;
-    std::string command = quoted(folder / name) + " " + words + " < " + quoted(in) + " > " + quoted(out) + " 2>&1";
+    std::string command =
+        getStarter() + quoted(folder / name) + " " + words + " < " + quoted(in) + " > " + quoted(out) + " 2>&1";
 #ifdef _WIN32
     // That shell takes the first and the last quote of a command away.
     command = '"' + command + '"';

@@ -1,5 +1,6 @@
 // The schemas of all classes, frozen: a difference is a change of the protocol and is reviewed as one.
 // wirelens prints them; scripts/freeze_schemas writes them anew.
+#include "tests/support/places.h"
 #include "tools/class_table.h"
 #include "tools/schema_text.h"
 
@@ -14,7 +15,7 @@ namespace
 
 std::string frozen(const std::string& name)
 {
-    std::ifstream file(COMMONGROUND_TESTS_DIR "/schema/" + name, std::ios::binary);
+    std::ifstream file(test::getTestsFolder() + "/schema/" + name, std::ios::binary);
     std::ostringstream text;
     text << file.rdbuf();
     return text.str();
