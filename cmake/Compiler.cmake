@@ -15,6 +15,31 @@ if(COMMONGROUND_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
+# What makes faults of memory harder to use. A sanitizer finds them instead, and wants the plain calls.
+if(COMMONGROUND_HARDENING AND NOT COMMONGROUND_SANITIZE AND NOT WIN32)
+  include(CheckCXXCompilerFlag)
+  include(CheckPIESupported)
+  check_pie_supported(LANGUAGES CXX)
+  foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection=full -mbranch-protection=standard)
+    string(MAKE_C_IDENTIFIER "COMMONGROUND_HAS${flag}" has)
+    check_cxx_compiler_flag(${flag} ${has})
+    if(${has})
+      add_compile_options(${flag})
+    endif()
+  endforeach()
+  # Only code that is optimised can check its copies.
+  set(configurations ${CMAKE_CONFIGURATION_TYPES} ${CMAKE_BUILD_TYPE})
+  list(REMOVE_DUPLICATES configurations)
+  foreach(configuration ${configurations})
+    string(TOUPPER ${configuration} upper)
+    if("${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${upper}}" MATCHES "-O([1-9sgz]|fast)")
+      add_compile_options($<$<CONFIG:${configuration}>:-U_FORTIFY_SOURCE>
+        $<$<CONFIG:${configuration}>:-D_FORTIFY_SOURCE=3>)
+    endif()
+  endforeach()
+  add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+endif()
+
 # A file is called by its place in the tree, so that the folder of the tree shows nowhere in what is built: neither as
 # the compiler was given it, nor as the cache gives it, seen from the build folder.
 file(RELATIVE_PATH up ${CMAKE_BINARY_DIR} ${PROJECT_SOURCE_DIR})

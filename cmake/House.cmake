@@ -95,6 +95,11 @@ if(NOT WIN32)
   set_tests_properties(House.AnotherFolderBuildsTheSameBytes PROPERTIES PROCESSORS 2 TIMEOUT 600)
 endif()
 
+# The protections of COMMONGROUND_HARDENING, read back from what was built.
+if(COMMONGROUND_HARDENING AND NOT WIN32)
+  add_test(NAME House.WhatIsBuiltIsHardened COMMAND Python3::Interpreter ${scripts}/check_hardening.py ${built})
+endif()
+
 # The example in README.md is the one that is compiled.
 add_test(NAME House.ReadmeShowsTheCompiledExample
   COMMAND Python3::Interpreter -c "import sys; sys.exit(open(sys.argv[2]).read() not in open(sys.argv[1]).read())"
