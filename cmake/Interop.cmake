@@ -1,16 +1,22 @@
-# Two processes that talk to each other, of either system where Windows programs run beside this one's.
+# Two processes that talk to each other, of either system where programs of another one run beside this one's.
 file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/interop/*.cpp)
 add_executable(interop ${sources} ${PROJECT_SOURCE_DIR}/tests/support/golden.cpp)
 target_link_libraries(interop PRIVATE commonground commonground_tools commonground_warnings)
-target_precompile_headers(interop PRIVATE ${PROJECT_SOURCE_DIR}/cmake/std_pch.h)
+target_precompile_headers(interop PRIVATE <cmake/std_pch.h>)
 
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 set(golden ${PROJECT_SOURCE_DIR}/tests/golden)
 if(CMAKE_CROSSCOMPILING)
   set(COMMONGROUND_NATIVE_BUILD ${PROJECT_SOURCE_DIR}/build/dev CACHE PATH
     "Build folder of this system's own programs, which tests of a cross build compare with")
-  set(pairs linux:windows windows:linux windows:windows)
-  set(places --native ${COMMONGROUND_NATIVE_BUILD} --windows ${PROJECT_BINARY_DIR} -- ${CMAKE_CROSSCOMPILING_EMULATOR})
+  if(WIN32)
+    set(foreign windows)
+  else()
+    set(foreign ${COMMONGROUND_ARCHITECTURE})
+  endif()
+  set(pairs linux:${foreign} ${foreign}:linux ${foreign}:${foreign})
+  set(places --native ${COMMONGROUND_NATIVE_BUILD} --foreign ${foreign} ${PROJECT_BINARY_DIR}
+    -- ${CMAKE_CROSSCOMPILING_EMULATOR})
 elseif(UNIX)
   set(pairs linux:linux)
   set(places --native ${PROJECT_BINARY_DIR})
@@ -22,18 +28,18 @@ foreach(pair ${pairs})
   list(GET pair 0 host)
   list(GET pair 1 visitor)
   add_test(NAME Interop.${host}_serves_${visitor}
-    COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/interop/check_interop.py ${host} ${visitor} ${golden}
+    COMMAND ${Python3_EXECUTABLE} -B ${PROJECT_SOURCE_DIR}/tests/interop/check_interop.py ${host} ${visitor} ${golden}
       ${places})
   add_test(NAME Interop.arena_of_${host}_with_${visitor}
-    COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/interop/check_arena.py ${host} ${visitor} ${places})
+    COMMAND ${Python3_EXECUTABLE} -B ${PROJECT_SOURCE_DIR}/tests/interop/check_arena.py ${host} ${visitor} ${places})
   set_tests_properties(Interop.${host}_serves_${visitor} Interop.arena_of_${host}_with_${visitor}
     PROPERTIES TIMEOUT 300 SKIP_RETURN_CODE 77)
 endforeach()
 if(CMAKE_CROSSCOMPILING)
   add_test(NAME House.LibraryExportsOnlyItsOwnNames
-    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/scripts/check_symbols.py $<TARGET_FILE:commonground>
+    COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/scripts/check_symbols.py $<TARGET_FILE:commonground>
       ${PROJECT_SOURCE_DIR})
   add_test(NAME Interop.wirelens_answers_alike
-    COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/interop/compare_wirelens.py ${golden} ${places})
+    COMMAND ${Python3_EXECUTABLE} -B ${PROJECT_SOURCE_DIR}/tests/interop/compare_wirelens.py ${golden} ${places})
   set_tests_properties(Interop.wirelens_answers_alike PROPERTIES TIMEOUT 900 PROCESSORS 2 SKIP_RETURN_CODE 77)
 endif()

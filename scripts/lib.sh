@@ -5,12 +5,21 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 JOBS=$(nproc 2>/dev/null || echo 2)
 
-# What every build needs, and what the tests, the presets with Clang and the one for Windows add.
+# What every build needs, and what the tests, the presets with Clang and those for other systems add.
 BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libasio-dev libfmt-dev nlohmann-json3-dev
     libgnutls28-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin iproute2)
 CLANG_PACKAGES=(clang libclang-rt-dev)
+SYNTAX_PACKAGES=(clang-19 libc++-19-dev libc++abi-19-dev)
 WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix googletest wine64)
+ARMHF_PACKAGES=(g++-arm-linux-gnueabihf qemu-user)
+ARM64_PACKAGES=(g++-aarch64-linux-gnu qemu-user)
+# What a build for another architecture takes of that architecture.
+SYSROOT_PACKAGES=(libc6-dev libstdc++6 libasio-dev libfmt-dev nlohmann-json3-dev libgnutls28-dev libngtcp2-dev
+    libngtcp2-crypto-gnutls-dev libgtest-dev libgmock-dev)
+
+# What tests of a build for another system need of this system's own build, preset dev.
+COMPARED_TARGETS=(wirelens arena interop zet_ConsoleLog zet_FileLog)
 
 say()
 {
@@ -33,6 +42,33 @@ need_packages()
     export DEBIAN_FRONTEND=noninteractive
     apt-get -q update
     apt-get -q install -y --no-install-recommends "${missing[@]}"
+}
+
+# Unpacks what a build for another architecture of Debian includes, links and loads into build/sysroot/ARCHITECTURE. The
+# packages are not installed: an apt with folders of its own fetches them, so that this system's packages stay as they
+# are, whatever state those of the other architecture are in.
+need_sysroot()
+{
+    local arch=$1 root=$PWD/build/sysroot/$1 own=$PWD/build/sysroot/$1.apt call package link
+    [ "$(cat "$root/packages" 2>/dev/null)" != "${SYSROOT_PACKAGES[*]}" ] || return 0
+    say "Fetching libraries of $arch"
+    rm -rf "$root" "$own"
+    mkdir -p "$root" "$own/state/lists/partial" "$own/cache/archives/partial"
+    touch "$own/status"
+    call=(apt-get -qq -o "APT::Architecture=$arch" -o "APT::Architectures::=$arch" -o "Dir::State=$own/state"
+        -o "Dir::State::status=$own/status" -o "Dir::Cache=$own/cache" -o APT::Sandbox::User= -o Debug::NoLocking=1)
+    # Some list may be out of step with its server. What is missing then, the next call says.
+    "${call[@]}" update || true
+    "${call[@]}" install -y --no-install-recommends --download-only "${SYSROOT_PACKAGES[@]}"
+    for package in "$own"/cache/archives/*.deb; do
+        dpkg-deb -x "$package" "$root"
+    done
+    # A link to an absolute place means the place below this root.
+    find "$root" -type l -lname '/*' | while read -r link; do
+        ln -sfnr "$root$(readlink "$link")" "$link"
+    done
+    rm -rf "$own"
+    printf '%s' "${SYSROOT_PACKAGES[*]}" > "$root/packages"
 }
 
 # Configures build/PRESET, anew each time, so that a changed preset is taken up.

@@ -1,4 +1,4 @@
-"""The programs of two builds on one machine: this system's, and Windows programs under an emulator."""
+"""The programs of two builds on one machine: this system's, and those of another system under an emulator."""
 
 import argparse
 import os
@@ -16,7 +16,8 @@ class Systems:
     """Which program is started how, and the width of its characters."""
 
     def __init__(self, arguments):
-        self.folders = {"linux": arguments.native, "windows": arguments.windows}
+        self.foreign, foreign_folder = arguments.foreign or ("windows", None)
+        self.folders = {"linux": arguments.native, self.foreign: foreign_folder}
         self.emulator = arguments.emulator
 
     def command(self, system, program, *words):
@@ -25,7 +26,7 @@ class Systems:
         if not folder or not os.path.exists(path):
             print(f"skipped: no {program} for {system} in {folder}; build the other preset first")
             sys.exit(SKIPPED)
-        return (self.emulator if system == "windows" else []) + [path, *words]
+        return (self.emulator if system == self.foreign else []) + [path, *words]
 
     @staticmethod
     def width(system):
@@ -40,8 +41,9 @@ def parse(description, *positional):
     for name in positional:
         parser.add_argument(name)
     parser.add_argument("--native", help="build folder of this system's programs")
-    parser.add_argument("--windows", help="build folder of the Windows programs")
-    # Behind "--" stands what runs a Windows program.
+    parser.add_argument("--foreign", nargs=2, metavar=("SYSTEM", "FOLDER"),
+                        help="the other system, such as windows or armhf, and the build folder of its programs")
+    # After "--" stands what runs a program of the other system.
     words = sys.argv[1:]
     end = words.index("--") if "--" in words else len(words)
     arguments = parser.parse_args(words[:end])

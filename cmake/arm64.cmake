@@ -1,0 +1,6 @@
+# Toolchain: ARM of 64 bits, Debian's arm64, made and run on another machine.
+set(CMAKE_SYSTEM_PROCESSOR aarch64)
+set(COMMONGROUND_ARCHITECTURE arm64)
+set(target aarch64-linux-gnu)
+set(emulator qemu-aarch64)
+include(${CMAKE_CURRENT_LIST_DIR}/debian_cross.cmake)
