@@ -10,7 +10,6 @@
 #include <cstdlib>
 #include <string>
 #include <type_traits>
-
 #endif
 
 namespace zet::platform
