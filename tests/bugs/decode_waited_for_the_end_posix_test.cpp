@@ -2,6 +2,7 @@
 // it lived, and a long recording stood in memory as a whole. Each frame is shown as soon as it is whole; how much is
 // held is in the tests of the decoder.
 #include "tests/support/child.h"
+#include "tests/support/places.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +19,9 @@ TEST(Bugs, DecodeShowsAFrameBeforeTheEndOfInput)
           {"--packets", "0b000000 0010 14000000 0002000709\n"},
           {"--datagram", "0010 14 0002000709\n"}})
     {
-        test::Child child({COMMONGROUND_BUILD_DIR "/wirelens", "decode", framing, "-"});
+        std::vector<std::string> words = test::getStartWords("wirelens");
+        words.insert(words.end(), {"decode", framing, "-"});
+        test::Child child(words);
         ASSERT_TRUE(child.isStarted());
         ASSERT_TRUE(child.write(frame));
         EXPECT_NE(child.outputWith("\n").find("CCmdHostnameRequest"), std::string::npos) << framing;

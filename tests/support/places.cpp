@@ -1,5 +1,7 @@
 #include "tests/support/places.h"
 
+#include <sstream>
+
 namespace test
 {
 
@@ -16,6 +18,16 @@ std::string getBuildFolder()
 std::string getStarter()
 {
     return COMMONGROUND_STARTER;
+}
+
+std::vector<std::string> getStartWords(const std::string& program)
+{
+    std::vector<std::string> words;
+    std::istringstream starter(getStarter());
+    for (std::string word; starter >> word;)
+        words.push_back(word);
+    words.push_back(getBuildFolder() + "/" + program);
+    return words;
 }
 
 } // namespace test

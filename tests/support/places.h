@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace test
 {
@@ -14,5 +15,8 @@ std::string getBuildFolder();
 
 // What stands before the name of such a program in a command that starts it: nothing, or an emulator's words.
 std::string getStarter();
+
+// The words that start a program of this build, as a child process takes them.
+std::vector<std::string> getStartWords(const std::string& program);
 
 } // namespace test

@@ -1,5 +1,6 @@
 // What docs/operating.md says of SSLKEYLOGFILE. The variable is read once a process, so another one looks.
 #include "tests/support/child.h"
+#include "tests/support/places.h"
 #include "transport/net/udp_server.h"
 
 #include <gtest/gtest.h>
@@ -16,10 +17,12 @@ namespace
 // The kinds of secrets that are in the file after some tests have run.
 std::set<std::string> secretsOf(const std::string& tests, bool isAsked)
 {
-    const std::filesystem::path path = std::filesystem::path(COMMONGROUND_BUILD_DIR) / ("keys_of_" + tests);
+    const std::filesystem::path path = std::filesystem::path(test::getBuildFolder()) / ("keys_of_" + tests);
     std::filesystem::remove(path);
-    test::Child runner({"env", (isAsked ? "SSLKEYLOGFILE=" : "NOTHING=") + path.string(),
-                        COMMONGROUND_BUILD_DIR "/commonground_tests", "--gtest_filter=" + tests});
+    std::vector<std::string> words = test::getStartWords("commonground_tests");
+    words.insert(words.begin(), {"env", (isAsked ? "SSLKEYLOGFILE=" : "NOTHING=") + path.string()});
+    words.push_back("--gtest_filter=" + tests);
+    test::Child runner(words);
     runner.outputWith("no text of a test");
     EXPECT_EQ(runner.wait(), 0) << runner.output();
     std::set<std::string> kinds;
