@@ -8,8 +8,14 @@ if(WIN32)
   target_link_libraries(commonground_dependencies INTERFACE bcrypt ws2_32 mswsock)
 else()
   find_package(PkgConfig REQUIRED)
-  pkg_check_modules(gnutls REQUIRED IMPORTED_TARGET gnutls)
-  target_link_libraries(commonground_dependencies INTERFACE PkgConfig::gnutls)
+  # Digests are GnuTLS's, or without TLS those of Nettle, which GnuTLS has them from.
+  if(COMMONGROUND_TLS)
+    set(provider gnutls)
+  else()
+    set(provider nettle)
+  endif()
+  pkg_check_modules(${provider} REQUIRED IMPORTED_TARGET ${provider})
+  target_link_libraries(commonground_dependencies INTERFACE PkgConfig::${provider})
 endif()
 
 # Without it a UDP server gets no port, and the rest is as it was.

@@ -17,11 +17,11 @@ foreach(floor ${COMMONGROUND_FLOORS})
 endforeach()
 list(FILTER sources EXCLUDE REGEX "/framework/modules/")
 commonground_keep_own_platform(sources)
-# What needs GnuTLS's sessions says so in its name, and so does what stands in for it.
+# What needs GnuTLS says so in its name, and so does what stands in for it.
 if(COMMONGROUND_TLS)
-  list(FILTER sources EXCLUDE REGEX "/tls_[a-z]+_none\\.cpp$")
+  list(FILTER sources EXCLUDE REGEX "/(tls_[a-z]+_none|hash_nettle_posix)\\.cpp$")
 else()
-  list(FILTER sources EXCLUDE REGEX "/tls_[a-z]+_gnutls\\.cpp$")
+  list(FILTER sources EXCLUDE REGEX "/(tls_[a-z]+_gnutls|hash_gnutls_posix)\\.cpp$")
 endif()
 
 if(COMMONGROUND_UDP)

@@ -40,6 +40,7 @@ THIRD_PARTY = {
     "fmt": ("framework/",),
     "nlohmann": ("framework/",),
     "gnutls": ("framework/", "transport/net/"),
+    "nettle": ("framework/platform/",),
     "asio": ("transport/net/",),
     "ngtcp2": ("transport/net/",),
 }

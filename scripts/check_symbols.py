@@ -10,7 +10,7 @@ import sys
 
 NAMESPACES = {"zet", "Quillo", "wire"}
 # What the library may ask for at load time.
-NEEDED = re.compile(r"^(libgnutls|libngtcp2|libngtcp2_crypto_gnutls|libstdc\+\+|libm|libgcc_s|libc|libpthread|libdl|"
+NEEDED = re.compile(r"^(libgnutls|libngtcp2|libngtcp2_crypto_gnutls|libnettle|libhogweed|libstdc\+\+|libm|libgcc_s|libc|libpthread|libdl|"
                     r"ld-linux[-\w]*)\.so")
 NEEDED_ON_WINDOWS = re.compile(r"^(bcrypt|kernel32|msvcrt|ws2_32|mswsock|libstdc\+\+-6|libgcc_s_seh-1|"
                                r"libwinpthread-1)\.dll$", re.IGNORECASE)

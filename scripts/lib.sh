@@ -7,7 +7,7 @@ JOBS=$(nproc 2>/dev/null || echo 2)
 
 # What every build needs, and what the tests, the presets with Clang and those for other systems add.
 BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libasio-dev libfmt-dev nlohmann-json3-dev
-    libgnutls28-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev)
+    libgnutls28-dev nettle-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin iproute2)
 CLANG_PACKAGES=(clang libclang-rt-dev)
 SYNTAX_PACKAGES=(clang-19 libc++-19-dev libc++abi-19-dev)

@@ -1,4 +1,4 @@
-// Digests by the platform's own provider: GnuTLS, or the system's where it has one.
+// Digests by the platform's own provider: GnuTLS, Nettle where TLS is left out, or the system's where it has one.
 #pragma once
 
 #include "framework/platform/export.h"

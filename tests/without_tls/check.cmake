@@ -1,0 +1,25 @@
+# Configures the library without TLS where pkg-config knows Nettle and no GnuTLS, and compiles what stands in for it.
+# cmake -DBUILD=... -DSOURCE=... -DCOMPILER=... -P check.cmake
+set(place ${BUILD}/without_tls)
+file(REMOVE_RECURSE ${place})
+
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  if(NOT result EQUAL 0)
+    string(JOIN " " command ${ARGN})
+    message(FATAL_ERROR "${command}: ${result}\n${output}")
+  endif()
+  set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+run(pkg-config --variable=pcfiledir nettle)
+string(STRIP "${output}" known)
+file(COPY ${known}/nettle.pc DESTINATION ${place}/known)
+run(${CMAKE_COMMAND} -E env --unset=PKG_CONFIG_PATH PKG_CONFIG_LIBDIR=${place}/known
+  ${CMAKE_COMMAND} -S ${SOURCE} -B ${place} -G Ninja -DCMAKE_CXX_COMPILER=${COMPILER} -DCOMMONGROUND_TLS=OFF
+  -DCOMMONGROUND_TESTS=OFF -DCOMMONGROUND_BENCH=OFF -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON)
+file(READ ${place}/build.ninja rules)
+if(rules MATCHES "[^\n]*gnutls[^\n]*")
+  message(FATAL_ERROR "GnuTLS is in the build: ${CMAKE_MATCH_0}")
+endif()
+run(${CMAKE_COMMAND} --build ${place} --target CMakeFiles/commonground.dir/framework/platform/hash_nettle_posix.cpp.o)
