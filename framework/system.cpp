@@ -1,5 +1,7 @@
 #include "framework/system.h"
 
+#include "framework/inner/mark.h"
+#include "framework/inner/report.h"
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "framework/thread.h"
@@ -84,42 +86,43 @@ void System::loop()
     }
 }
 
+// Nothing leaves a tick: not what a task throws, and not what its report throws where memory is short.
 template <class Call>
-void System::guard(Call call)
+void System::guard(Call call) noexcept
 {
+    unsigned long code = kOtherException;
     try
     {
         call();
+        return;
     }
     catch (const std::exception& fault)
     {
-        Log::error(L"Exception in a task: %s", StringHelper::utf8ToWide(fault.what()));
-        Log::whistle(false);
-        onException(kStandardException);
+        code = kStandardException;
+        inner::report([&] { Log::error(L"Exception in a task: %s", StringHelper::utf8ToWide(fault.what())); });
     }
     catch (...)
     {
-        Log::error(L"Unknown exception in a task");
-        Log::whistle(false);
-        onException(kOtherException);
+        inner::report([] { Log::error(L"Unknown exception in a task"); });
     }
+    inner::report([] { Log::whistle(false); });
+    inner::report([&] { onException(code); });
 }
 
 void System::tick()
 {
     if (m_IsTicking)
         return;
-    m_IsTicking = true;
-    Waiter& waiter = *m_Waiters.back();
-    waiter.beginTick();
-    m_LastTick = getTimeTick();
-    guard([this] { onTick(m_LastTick); });
-    tickTasks(m_LastTick);
-    // A task may have put another waiter in its place.
-    m_Waiters.back()->endTick();
-    m_IsTicking = false;
-    std::vector<Entry> stopped;
-    stopped.swap(m_Stopped);
+    {
+        const inner::Mark ticking(m_IsTicking);
+        guard([this] { m_Waiters.back()->beginTick(); });
+        m_LastTick = getTimeTick();
+        guard([this] { onTick(m_LastTick); });
+        tickTasks(m_LastTick);
+        // A task may have put another waiter in its place.
+        guard([this] { m_Waiters.back()->endTick(); });
+    }
+    dropStopped();
 }
 
 void System::tickTasks(unsigned int tick)
@@ -130,7 +133,26 @@ void System::tickTasks(unsigned int tick)
         if (Task* task = m_Tasks[i].m_Task)
             if (task->isDue(tick))
                 guard([=, this] { tickTask(*task, tick); });
-    std::erase_if(m_Tasks, [](const Entry& entry) { return entry.m_Task == nullptr; });
+}
+
+void System::dropStopped()
+{
+    while (std::exchange(m_HasStopped, false))
+    {
+        // Those that are left move to the front in their order.
+        size_t kept = 0;
+        for (size_t i = 0; i < m_Tasks.size(); ++i)
+            if (m_Tasks[i].m_Task)
+                std::swap(m_Tasks[kept++], m_Tasks[i]);
+        while (!m_Tasks.empty() && !m_Tasks.back().m_Task)
+        {
+            const Entry stopped = std::move(m_Tasks.back());
+            m_Tasks.pop_back();
+        }
+        // What is let go of may start a task behind those that are still to go.
+        for (const Entry& entry : m_Tasks)
+            m_HasStopped = m_HasStopped || !entry.m_Task;
+    }
 }
 
 void System::tickTask(Task& task, unsigned int tick)
@@ -170,10 +192,7 @@ void System::exit()
         guard([&] { entry.m_Task->stop(); });
     }
     if (!m_IsTicking)
-    {
         m_Tasks.clear();
-        m_Stopped.clear();
-    }
     m_IsShutdown.store(false, std::memory_order_relaxed);
 }
 
@@ -192,7 +211,7 @@ void System::wait()
     // The order of the two steps, and that of wake(), lets no waking fall between them.
     if (m_IsWoken.exchange(false))
         return;
-    m_Waiters.back()->wait(getWaitTime());
+    guard([this] { m_Waiters.back()->wait(getWaitTime()); });
     m_IsWoken = false;
 }
 
@@ -245,12 +264,10 @@ void System::remove(Task* task)
     {
         if (m_Tasks[i].m_Task != task)
             continue;
-        Entry entry = std::move(m_Tasks[i]);
-        m_Tasks[i] = Entry{nullptr, {}};
+        m_Tasks[i].m_Task = nullptr;
+        m_HasStopped = true;
         if (!m_IsTicking)
-            m_Tasks.erase(m_Tasks.begin() + static_cast<std::ptrdiff_t>(i));
-        else if (entry.m_Owner)
-            m_Stopped.push_back(std::move(entry));
+            dropStopped();
         return;
     }
 }

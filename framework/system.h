@@ -44,6 +44,7 @@ public:
     // Asks run() to end behind the present tick.
     virtual void shutdown();
     // Told of what a task threw, after the log has been told; the task stays and the tick goes on with the next one.
+    // What is thrown here goes no further.
     virtual void onException(unsigned long code);
 
     unsigned long getRunThreadId() const { return m_RunThreadId.load(std::memory_order_relaxed); }
@@ -80,11 +81,13 @@ private:
     void tickTask(Task& task, unsigned int tick);
     unsigned int getWaitTime() const;
     template <class Call>
-    void guard(Call call);
+    void guard(Call call) noexcept;
+    void dropStopped();
 
+    // A task that stops during a tick leaves a place without a task, which may still hold it: it is let go of at the
+    // end, and stopping takes no memory.
     std::vector<Entry> m_Tasks;
-    // Tasks that stopped during the tick; they are let go of at its end.
-    std::vector<Entry> m_Stopped;
+    bool m_HasStopped = false;
     // The last one is in use; earlier ones stay for a thread that is just waking them.
     std::vector<std::shared_ptr<Waiter>> m_Waiters;
     std::atomic<Waiter*> m_Waiter;

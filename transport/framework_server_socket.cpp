@@ -1,10 +1,24 @@
 #include "transport/framework_server_socket.h"
 
 #include "framework/app.h"
+#include "framework/inner/report.h"
 #include "framework/log.h"
 #include "transport/address_file.h"
 
 #include <algorithm>
+
+namespace
+{
+
+// Room for so many, twice as many as before where there is too little: what is put there later takes no memory.
+template <class T>
+void makeRoom(std::vector<T>& list, size_t size)
+{
+    if (list.capacity() < size)
+        list.reserve(std::max(size, 2 * list.capacity()));
+}
+
+} // namespace
 
 // Ticks a connection, and abandons it where it is down then.
 struct CFrameworkServerSocket::ClientSocketTick_Manager_foreach_N
@@ -99,16 +113,40 @@ void CFrameworkServerSocket::endWalk()
     if (m_Abandoned.empty() && m_Newcomers.empty())
         return;
     removeGone();
-    // The objects go last, when the server is whole again.
-    const auto abandoned = std::exchange(m_Abandoned, {});
+    auto abandoned = std::exchange(m_Abandoned, {});
     for (CFrameworkClientSocket* client : std::exchange(m_Newcomers, {}))
-        enlist(client);
+    {
+        try
+        {
+            enlist(client);
+        }
+        catch (const std::bad_alloc&)
+        {
+            lose(client);
+        }
+    }
+    // The objects go last, when the server is whole again; the room for them stays.
+    abandoned.clear();
+    if (m_Abandoned.empty())
+        m_Abandoned.swap(abandoned);
+}
+
+void CFrameworkServerSocket::lose(CFrameworkClientSocket* client)
+{
+    // What is in no list is never ticked.
+    const zet::Unknown::Handle_T<CFrameworkClientSocket> keep = client;
+    m_ClientSockets.erase(client);
+    zet::inner::report([&] { client->close(); });
 }
 
 unsigned char* CFrameworkServerSocket::takeBell()
 {
     if (m_FreeBells.empty())
+    {
+        // For when it is given back.
+        makeRoom(m_FreeBells, m_Bells.size() + 1);
         return &m_Bells.emplace_back();
+    }
     unsigned char* const bell = m_FreeBells.back();
     m_FreeBells.pop_back();
     return bell;
@@ -124,7 +162,11 @@ void CFrameworkServerSocket::enlist(CFrameworkClientSocket* client)
     // A host may have accepted an object that is still here: it stands in the list once.
     auto place = placeOf(client);
     if (place == m_Walk.end() || place->m_Client != client)
-        place = m_Walk.insert(place, {client, takeBell(), !client->HasOwnTick(), false});
+    {
+        const auto index = place - m_Walk.begin();
+        makeRoom(m_Walk, m_Walk.size() + 1);
+        place = m_Walk.insert(m_Walk.begin() + index, {client, takeBell(), !client->HasOwnTick(), false});
+    }
     client->setBell(place->m_Bell);
 }
 
@@ -178,8 +220,18 @@ bool CFrameworkServerSocket::accept(zet::TcpConnection* connection)
         return false;
     if (zet::System* system = getSystem())
         connection->bindRunThreadId(system->getRunThreadId());
-    m_ClientSockets.set(client, client);
-    enlist(client);
+    try
+    {
+        // For when it is abandoned during a walk.
+        makeRoom(m_Abandoned, m_Abandoned.size() + static_cast<size_t>(m_ClientSockets.getSize()) + 1);
+        m_ClientSockets.set(client, client);
+        enlist(client);
+    }
+    catch (const std::bad_alloc&)
+    {
+        lose(client);
+        throw;
+    }
     return true;
 }
 

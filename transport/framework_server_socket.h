@@ -81,6 +81,8 @@ private:
     void enlist(CFrameworkClientSocket* client);
     void strike(CFrameworkClientSocket* client);
     void endWalk();
+    // Closes a connection that there was no memory to keep.
+    void lose(CFrameworkClientSocket* client);
     unsigned char* takeBell();
     void removeGone();
     std::vector<Place>::iterator placeOf(CFrameworkClientSocket* client);

@@ -14,9 +14,16 @@ namespace
 
 thread_local long long t_Blocks = 0;
 thread_local long long t_Bytes = 0;
+thread_local long long t_Succeeding = 0;
+thread_local int t_Failing = 0;
 
 void* take(std::size_t size) noexcept
 {
+    if (t_Failing > 0 && t_Succeeding-- <= 0)
+    {
+        --t_Failing;
+        return nullptr;
+    }
     ++t_Blocks;
     t_Bytes += static_cast<long long>(size);
     return std::malloc(size ? size : 1);
@@ -77,6 +84,22 @@ long long AllocationCount::blocks() const
 long long AllocationCount::bytes() const
 {
     return t_Bytes - m_Bytes;
+}
+
+FailingAllocations::FailingAllocations(long long succeeding, int failing)
+{
+    t_Succeeding = succeeding;
+    t_Failing = failing;
+}
+
+FailingAllocations::~FailingAllocations()
+{
+    t_Failing = 0;
+}
+
+bool FailingAllocations::isOver() const
+{
+    return t_Failing == 0;
 }
 
 std::optional<long long> bytesInUse()

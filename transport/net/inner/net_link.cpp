@@ -1,5 +1,6 @@
 #include "transport/net/inner/net_link.h"
 
+#include "framework/inner/report.h"
 #include "framework/log.h"
 #include "framework/memory_stream.h"
 #include "framework/message.h"
@@ -192,8 +193,12 @@ void NetLink::end()
 
 void NetLink::reportThrown(const NetSession& session, const char* what)
 {
-    Log::error(L"Exception in a message handler: %s (%s)", StringHelper::utf8ToWide(what), session.getPeerName());
-    Log::whistle(false);
+    report(
+        [&] {
+            Log::error(L"Exception in a message handler: %s (%s)", StringHelper::utf8ToWide(what),
+                       session.getPeerName());
+        });
+    report([] { Log::whistle(false); });
 }
 
 } // namespace zet::inner

@@ -1,5 +1,7 @@
 #include "transport/net/inner/quic_router.h"
 
+#include "framework/inner/mark.h"
+#include "framework/inner/report.h"
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "framework/time.h"
@@ -21,8 +23,8 @@ using Connection = UdpServer::UdpConnection;
 
 void reportThrown(const char* what)
 {
-    Log::error(L"Exception in a handler of a UDP port: %s", StringHelper::utf8ToWide(what));
-    Log::whistle(false);
+    report([&] { Log::error(L"Exception in a handler of a UDP port: %s", StringHelper::utf8ToWide(what)); });
+    report([] { Log::whistle(false); });
 }
 
 } // namespace
@@ -174,9 +176,10 @@ void QuicRouter::post(const sockaddr_in& address, size_t size, unsigned int loca
 
 void QuicRouter::list(QuicLink& link)
 {
-    if (std::exchange(link.m_IsListed, true))
+    if (link.m_IsListed)
         return;
     m_Listed.push_back(&link);
+    link.m_IsListed = true;
     if (!m_IsTicking && !m_IsLate)
         m_IsLate = m_Reactor->flushLater(weak_from_this());
 }
@@ -266,12 +269,7 @@ void QuicRouter::tick()
 {
     if (m_IsTicking)
         return;
-    struct Ticking
-    {
-        explicit Ticking(bool& flag) : m_Flag(flag) { m_Flag = true; }
-        ~Ticking() { m_Flag = false; }
-        bool& m_Flag;
-    } ticking(m_IsTicking);
+    const Mark ticking(m_IsTicking);
     m_Reactor->pollOutsideTick();
     m_Greetings = 0;
     m_Admissions = 0;

@@ -1,5 +1,6 @@
 #include "transport/net/inner/reactor.h"
 
+#include "framework/inner/report.h"
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "transport/net/inner/tcp_link.h"
@@ -21,9 +22,30 @@ std::shared_ptr<Reactor> makeReactor(bool isTicked)
     }
     catch (const std::exception& fault)
     {
-        Log::error(L"No reactor for sockets: %s", StringHelper::utf8ToWide(fault.what()));
+        report([&] { Log::error(L"No reactor for sockets: %s", StringHelper::utf8ToWide(fault.what())); });
         return nullptr;
     }
+}
+
+// What one connection throws at the end of a tick is its own loss.
+template <class Call, class Fail>
+void guard(Call call, Fail fail)
+{
+    try
+    {
+        call();
+        return;
+    }
+    catch (const std::exception& fault)
+    {
+        report([&] { Log::error(L"Exception while sending: %s", StringHelper::utf8ToWide(fault.what())); });
+    }
+    catch (...)
+    {
+        report([] { Log::error(L"Exception while sending"); });
+    }
+    report([] { Log::whistle(false); });
+    report(fail);
 }
 
 } // namespace
@@ -33,7 +55,7 @@ Reactor::Reactor(bool isTicked) : m_Context(ASIO_CONCURRENCY_HINT_UNSAFE), m_IsT
 
 Reactor::~Reactor()
 {
-    for (TcpLink* link : m_Unflushed)
+    while (TcpLink* const link = takeUnflushed())
         link->release();
 }
 
@@ -76,20 +98,39 @@ void Reactor::beginTick()
 
 void Reactor::endTick()
 {
-    m_Flushing.swap(m_Unflushed);
-    for (TcpLink* link : m_Flushing)
+    // Those that are listed meanwhile wait for the next tick.
+    const TcpLink* const last = m_LastUnflushed;
+    while (TcpLink* const link = takeUnflushed())
     {
-        link->m_IsListed = false;
-        link->flushOwner();
-        link->release();
+        const bool isLast = link == last;
+        const TcpLinkRef held = TcpLinkRef::adopt(link);
+        guard([&] { link->flushOwner(); }, [&] { link->failOwner(); });
+        if (isLast)
+            break;
     }
-    m_Flushing.clear();
+    guard([this] { flushRouters(); }, [] {});
+    m_IsTicking = false;
+}
+
+TcpLink* Reactor::takeUnflushed()
+{
+    TcpLink* const link = m_FirstUnflushed;
+    if (!link)
+        return nullptr;
+    m_FirstUnflushed = std::exchange(link->m_NextUnflushed, nullptr);
+    if (!m_FirstUnflushed)
+        m_LastUnflushed = nullptr;
+    link->m_IsListed = false;
+    return link;
+}
+
+void Reactor::flushRouters()
+{
     std::vector<std::weak_ptr<UdpRouter>> routers;
     routers.swap(m_Routers);
     for (const auto& router : routers)
         if (const auto present = router.lock())
-            present->endTick();
-    m_IsTicking = false;
+            guard([&] { present->endTick(); }, [] {});
 }
 
 void Reactor::flushLater(TcpLink& link)
@@ -98,7 +139,8 @@ void Reactor::flushLater(TcpLink& link)
         return;
     link.m_IsListed = true;
     link.addRef();
-    m_Unflushed.push_back(&link);
+    (m_LastUnflushed ? m_LastUnflushed->m_NextUnflushed : m_FirstUnflushed) = &link;
+    m_LastUnflushed = &link;
 }
 
 bool Reactor::flushLater(std::weak_ptr<UdpRouter> router)

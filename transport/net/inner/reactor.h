@@ -59,9 +59,13 @@ public:
     BlockPool& pool() { return m_Pool; }
 
 private:
+    TcpLink* takeUnflushed();
+    void flushRouters();
+
     BlockPool m_Pool;
-    std::vector<TcpLink*> m_Unflushed;
-    std::vector<TcpLink*> m_Flushing;
+    // Linked through the links themselves, so that listing one takes no memory.
+    TcpLink* m_FirstUnflushed = nullptr;
+    TcpLink* m_LastUnflushed = nullptr;
     std::vector<std::weak_ptr<UdpRouter>> m_Routers;
     Context m_Context;
     Poller m_Poller;

@@ -83,6 +83,12 @@ void TcpLink::flushOwner()
         m_Owner->flush();
 }
 
+void TcpLink::failOwner()
+{
+    if (m_Owner)
+        m_Owner->fail(TcpConnection::kBroken);
+}
+
 bool TcpLink::prepare()
 {
     asio::error_code fault;

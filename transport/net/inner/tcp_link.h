@@ -38,6 +38,8 @@ struct TcpLink final : Counted<TcpLink>, Watch
     bool isConnected();
     void onReady(unsigned char ready) override;
     void flushOwner();
+    // The owner counts as broken.
+    void failOwner();
     // Options of every connection of ours. A socket that has no such option goes without it.
     bool prepare();
     // Whether a call found nothing to do, which is no fault.
@@ -57,7 +59,9 @@ struct TcpLink final : Counted<TcpLink>, Watch
     // Nothing was told since the socket was found empty, or full. A new socket counts as empty.
     bool m_IsInputWaited = true;
     bool m_IsOutputWaited = false;
+    // In the reactor's list of what to flush.
     bool m_IsListed = false;
+    TcpLink* m_NextUnflushed = nullptr;
 
 private:
     bool startWatch(unsigned char ready);

@@ -1,0 +1,239 @@
+// Three allocations that failed in a row ended a System for ever: a task threw, the guard around it filled a log line,
+// which threw out of the guard, and the mark that a tick runs stayed set, so that no later tick did anything.
+// Here every allocation of a session fails in turn, one, two and three in a row; at worst a connection is lost.
+#include "framework/log.h"
+#include "tests/support/allocations.h"
+#include "tests/support/loopback.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+namespace
+{
+
+using test::ClientHandle;
+using test::FailingAllocations;
+using test::NoteCommand;
+
+constexpr int kInARow = 3;
+
+// Takes every line, so that lines are made.
+class Listener
+{
+public:
+    Listener() : m_Number(zet::Log::addSink([this](zet::Log::Level, const zet::String_T<wchar_t>&) { ++m_Lines; })) {}
+    ~Listener() { zet::Log::removeSink(m_Number); }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    int m_Lines = 0;
+
+private:
+    int m_Number;
+};
+
+// One tick in which all allocations fail; whether nothing left it. What a test expects takes memory, and waits.
+bool ticksWithoutMemory(zet::System& system)
+{
+    try
+    {
+        const FailingAllocations failing(0, 1000);
+        system.tick();
+        return true;
+    }
+    catch (...)
+    {
+        return false;
+    }
+}
+
+class Throwing : public zet::System::Task
+{
+public:
+    void onTick(unsigned int) override
+    {
+        ++m_Ticks;
+        throw std::runtime_error("this text is longer than what a text keeps within itself");
+    }
+
+    int m_Ticks = 0;
+};
+
+// A System that throws again where it is told.
+class ThrowingSystem : public zet::System
+{
+public:
+    void onException(unsigned long) override
+    {
+        ++m_Exceptions;
+        throw std::bad_alloc();
+    }
+
+    int m_Exceptions = 0;
+};
+
+TEST(Bugs, NothingLeavesATickThatHasNoMemory)
+{
+    const Listener listener;
+    ThrowingSystem system;
+    system.init();
+    Throwing first;
+    Throwing second;
+    ASSERT_TRUE(first.start(&system));
+    ASSERT_TRUE(second.start(&system));
+    EXPECT_TRUE(ticksWithoutMemory(system));
+    EXPECT_FALSE(system.isTicking());
+    EXPECT_EQ(first.m_Ticks, 1);
+    EXPECT_EQ(second.m_Ticks, 1);
+    EXPECT_EQ(system.m_Exceptions, 2);
+    system.tick();
+    EXPECT_EQ(second.m_Ticks, 2);
+    EXPECT_EQ(listener.m_Lines, 2);
+    first.stop();
+    second.stop();
+}
+
+class StoppingItself : public zet::System::Task
+{
+public:
+    void onTick(unsigned int) override { stop(); }
+};
+
+TEST(Bugs, ATaskStopsWithinATickWithoutMemory)
+{
+    zet::System system;
+    system.init();
+    for (int i = 0; i < 3; ++i)
+    {
+        const zet::Unknown::Handle_T<StoppingItself> task(new StoppingItself);
+        ASSERT_TRUE(task->start(&system));
+    }
+    EXPECT_TRUE(ticksWithoutMemory(system));
+    EXPECT_EQ(system.getTaskCount(), 0);
+}
+
+// Ticks as often as a session over the loopback needs, without a sleep.
+void tickOften(zet::System& system)
+{
+    for (int i = 0; i < 12; ++i)
+        system.tick();
+}
+
+// Connects, sends commands of several sizes that are answered, and closes. What the host's part of it throws is the
+// host's affair.
+class Session
+{
+public:
+    explicit Session(test::Loopback& place, CCmdAnalyserSocket* analyser) : m_Place(place), m_Analyser(analyser) {}
+    ~Session()
+    {
+        if (!m_Client)
+            return;
+        m_Client->close();
+        m_Client->stop();
+    }
+
+    // Whether nothing left a tick.
+    bool run()
+    {
+        step(
+            [&]
+            {
+                m_Client = new test::Client(m_Analyser);
+                m_Client->start(&m_Place.m_System);
+                m_Client->connect(L"127.0.0.1", m_Place.m_Server->getPort(), false);
+            });
+        if (!m_Client)
+            return !m_HasThrown;
+        for (int number = 1; number <= 4; ++number)
+            step([&] { m_Client->send(NoteCommand(number, number * number * 20000)); });
+        step([&] { m_Client->close(); });
+        return !m_HasThrown;
+    }
+
+private:
+    template <class Call>
+    void step(Call call)
+    {
+        try
+        {
+            call();
+        }
+        catch (const std::bad_alloc&)
+        {
+        }
+        try
+        {
+            tickOften(m_Place.m_System);
+        }
+        catch (...)
+        {
+            m_HasThrown = true;
+        }
+    }
+
+    test::Loopback& m_Place;
+    CCmdAnalyserSocket* m_Analyser;
+    ClientHandle m_Client;
+    bool m_HasThrown = false;
+};
+
+// A server, and how many answers its clients got.
+class Scene
+{
+public:
+    Scene() : m_Place(m_ServerAnalyser) {}
+
+    // Two clients, one behind the other. False where something left a tick.
+    bool runSession()
+    {
+        const bool isGood = Session(m_Place, m_ClientAnalyser).run() && Session(m_Place, m_ClientAnalyser).run();
+        m_Place.m_Server->m_Accepted.clear();
+        return isGood;
+    }
+
+    int m_Answers = 0;
+    test::NoteAnalyser m_ServerAnalyser{[](CCommandSocket* socket, const NoteCommand& note)
+                                        { socket->send(NoteCommand(note.m_Number + 100, 1000)); }};
+    test::NoteAnalyser m_ClientAnalyser{[this](CCommandSocket*, const NoteCommand&) { ++m_Answers; }};
+    test::Loopback m_Place;
+};
+
+TEST(Bugs, AFailedAllocationCostsAConnectionAtWorst)
+{
+    const Listener listener;
+    long long allocations = 0;
+    {
+        Scene scene;
+        const test::AllocationCount count;
+        EXPECT_TRUE(scene.runSession());
+        EXPECT_EQ(scene.m_Answers, 8);
+        allocations = count.blocks();
+        ASSERT_GT(allocations, 0);
+    }
+    for (int failing = 1; failing <= kInARow; ++failing)
+    {
+        for (long long succeeding = 0; succeeding <= allocations; ++succeeding)
+        {
+            SCOPED_TRACE(std::to_string(failing) + " fail behind " + std::to_string(succeeding));
+            Scene scene;
+            bool isGood;
+            {
+                const FailingAllocations failures(succeeding, failing);
+                isGood = scene.runSession();
+            }
+            ASSERT_TRUE(isGood);
+            ASSERT_FALSE(scene.m_Place.m_System.isTicking());
+            // The server serves the next ones, and holds nothing of the earlier ones.
+            const int before = scene.m_Answers;
+            ASSERT_TRUE(scene.runSession());
+            ASSERT_EQ(scene.m_Answers - before, 8);
+            ASSERT_EQ(scene.m_Place.m_System.getTaskCount(), 1);
+            ASSERT_EQ(scene.m_Place.m_Server->GetClientCount(), 0);
+        }
+    }
+}
+
+} // namespace
