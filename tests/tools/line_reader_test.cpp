@@ -28,4 +28,10 @@ TEST(LineReader, TellsWhatIsWrongWithALine)
     EXPECT_EQ(answerLine("CCmdHostnameRequest cmd 0x")["error"], "the bytes are no hexadecimal");
 }
 
+TEST(LineReader, ControlCharactersAreEscaped)
+{
+    EXPECT_EQ(printedLine(answerLine("\x1B[2J\x07 cmd -")),
+              "{\"class\":\"\\u001b[2J\\u0007\",\"error\":\"unknown class\"}");
+}
+
 } // namespace

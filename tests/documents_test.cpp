@@ -1,0 +1,107 @@
+// What the documents say of the code, held against it: the defaults of the limits, and the tests that show a line.
+#include "framework/json.h"
+#include "packaging/cmd_packager.h"
+#include "packaging/wire/quirks.h"
+#include "transport/command_socket.h"
+#include "transport/net/net_module.h"
+#include "transport/net/net_session.h"
+#include "transport/net/tcp_server.h"
+#include "transport/net/tls_context.h"
+#include "transport/net/udp_connection.h"
+#include "transport/net/udp_server.h"
+#include "transport/udp_client_socket.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+
+namespace
+{
+
+const std::filesystem::path kTests(COMMONGROUND_TESTS_DIR);
+
+std::string contentOf(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_TRUE(file) << path;
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(Documents, TheTableOfLimitsHasTheDefaults)
+{
+    using Udp = zet::UdpServer;
+    const Udp::Settings udp;
+    const std::map<std::string, long long> limits = {
+        {"zet::PacketReader::kDefaultLimit", zet::PacketReader::kDefaultLimit},
+        {"zet::TcpConnection::kDefaultOutputLimit", zet::TcpConnection::kDefaultOutputLimit},
+        {"zet::TcpServer::kAcceptsPerTick", zet::TcpServer::kAcceptsPerTick},
+        {"zet::TcpServer::kRestTime", zet::TcpServer::kRestTime},
+        {"CCommandSocket::kDispatchTime", CCommandSocket::kDispatchTime},
+        {"zet::TlsContext::kDefaultHandshakeTime", zet::TlsContext::kDefaultHandshakeTime},
+        {"zet::TlsContext::kHandshakeInput", zet::TlsContext::kHandshakeInput},
+        {"zet::TlsContext::kKeptSessions", zet::TlsContext::kKeptSessions},
+        {"zet::TlsContext::kFileLimit", zet::TlsContext::kFileLimit},
+        {"zet::UdpServer::Settings::m_ConnectionLimit", udp.m_ConnectionLimit},
+        {"zet::UdpServer::Settings::m_InputLimit", udp.m_InputLimit},
+        {"zet::UdpServer::Settings::m_ConnectTimeout", udp.m_ConnectTimeout},
+        {"zet::UdpServer::Settings::m_IdleTimeout", udp.m_IdleTimeout},
+        {"zet::UdpServer::Settings::m_LingerTime", udp.m_LingerTime},
+        {"zet::UdpServer::kDatagramsPerTick", Udp::kDatagramsPerTick},
+        {"zet::UdpServer::kGreetingsPerTick", Udp::kGreetingsPerTick},
+        {"zet::UdpServer::kAdmissionsPerTick", Udp::kAdmissionsPerTick},
+        {"zet::UdpServer::kMostUserData", Udp::kMostUserData},
+        {"zet::UdpServer::UdpConnection::kDefaultOutputLimit", Udp::UdpConnection::kDefaultOutputLimit},
+        {"UdpClientSocket::kFrameLimit", UdpClientSocket::kFrameLimit},
+        {"zet::NetModule::kDefaultMessageLimit", zet::NetModule::kDefaultMessageLimit},
+        {"zet::NetSession::kGreetingTime", zet::NetSession::kGreetingTime},
+        {"zet::NetSession::kDispatchTime", zet::NetSession::kDispatchTime},
+        {"CCmdPackager::kMaxDataSize", CCmdPackager::kMaxDataSize},
+        {"CCmdPackager::kMaxTextUnits", CCmdPackager::kMaxTextUnits},
+        {"CCmdPackager::kMaxBufferSize", CCmdPackager::kMaxBufferSize},
+        {"wire::kTrustedCount", wire::kTrustedCount},
+        {"zet::Json::kMaxDepth", zet::Json::kMaxDepth},
+    };
+    const std::string page = contentOf(kTests.parent_path() / "docs" / "operating.md");
+    const std::regex row(R"(\n\| `([A-Za-z_:]+)` \| ([0-9,]+) \|)");
+    std::set<std::string> told;
+    for (auto at = std::sregex_iterator(page.begin(), page.end(), row); at != std::sregex_iterator(); ++at)
+    {
+        const std::string name = (*at)[1];
+        std::string number = (*at)[2];
+        std::erase(number, ',');
+        const auto limit = limits.find(name);
+        ASSERT_NE(limit, limits.end()) << name;
+        EXPECT_EQ(std::stoll(number), limit->second) << name;
+        told.insert(name);
+    }
+    EXPECT_EQ(told.size(), limits.size());
+}
+
+// Every name of the form `Suite.Fact` on the page is a test of this tree.
+TEST(Documents, TheTestsThatThePageOnSecurityNamesExist)
+{
+    std::set<std::string> tests;
+    const std::regex macro(R"(\nTEST(_F|_P)?\((\w+),\s*(\w+)\))");
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(kTests))
+        if (entry.path().extension() == ".cpp")
+        {
+            const std::string source = contentOf(entry.path());
+            for (auto at = std::sregex_iterator(source.begin(), source.end(), macro); at != std::sregex_iterator();
+                 ++at)
+                tests.insert((*at)[2].str() + '.' + (*at)[3].str());
+        }
+    const std::string page = contentOf(kTests.parent_path() / "SECURITY.md");
+    const std::regex name(R"(`([A-Z]\w*\.[A-Z]\w+)`)");
+    int named = 0;
+    for (auto at = std::sregex_iterator(page.begin(), page.end(), name); at != std::sregex_iterator(); ++at, ++named)
+        EXPECT_TRUE(tests.contains((*at)[1])) << (*at)[1];
+    EXPECT_GT(named, 50);
+}
+
+} // namespace
