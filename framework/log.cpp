@@ -122,7 +122,7 @@ void reportFromModule(const LogMailbox& from, Log::Level level, const String_T<w
     }
     if (!isTold)
     {
-        const String_T<wchar_t> line = formatLogLine(inner::getLogTime(), level, text);
+        const String_T<wchar_t> line = formatLogLine(inner::getLogTime(), level, text, text.getLength());
         platform::writeConsole(line.getBuffer(), line.getLength());
     }
 }

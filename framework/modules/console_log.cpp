@@ -39,10 +39,10 @@ void start() {}
 
 void stop() {}
 
-void write(long long time, int level, const wchar_t* line, int)
+void write(long long time, int level, const wchar_t* line, int length)
 {
     ConsoleLog& log = getConsoleLog();
-    log.m_Text += formatLogLine(time, level, line);
+    log.m_Text += formatLogLine(time, level, line, length);
     if (log.m_Text.getLength() > kMostGathered)
         putOut(log);
 }

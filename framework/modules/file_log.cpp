@@ -113,14 +113,14 @@ void stop()
     close(getFileLog());
 }
 
-void write(long long time, int level, const wchar_t* line, int)
+void write(long long time, int level, const wchar_t* line, int length)
 {
     FileLog& log = getFileLog();
     const platform::LocalTime local = platform::getLocalTime(time);
     if (log.m_Text.getLength() > kMostGathered || dayOf(local) != dayOf(log.m_TextTime))
         putOut(log);
     log.m_TextTime = local;
-    log.m_Text += formatLogLine(local, level, line);
+    log.m_Text += formatLogLine(local, level, line, length);
 }
 
 void whistle(int) {}
