@@ -2,6 +2,7 @@
 
 #include "framework/string_helper.h"
 #include "framework/thread.h"
+#include "transport/net/inner/native_handle.h"
 #include "transport/net/inner/peer_text.h"
 #include "transport/net/inner/resolve.h"
 #include "transport/net/inner/tcp_link.h"
@@ -235,7 +236,7 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
         return false;
     const TcpLinkRef link(new TcpLink(*reactor));
     asio::error_code fault;
-    link->m_Socket.open(tcp::v4(), fault);
+    inner::openSocket(link->m_Socket, tcp::v4(), fault);
     if (fault)
         return false;
     m_Reactor = reactor;

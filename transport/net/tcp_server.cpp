@@ -3,6 +3,7 @@
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "framework/time.h"
+#include "transport/net/inner/native_handle.h"
 #include "transport/net/inner/tcp_link.h"
 #include "transport/net/inner/tcp_listener.h"
 
@@ -56,7 +57,7 @@ bool TcpServer::listen(unsigned short port, int backlog)
     auto listener = std::make_unique<TcpListener>(*this, *reactor);
     asio::error_code fault;
     auto& acceptor = listener->m_Acceptor;
-    acceptor.open(tcp::v4(), fault);
+    inner::openSocket(acceptor, tcp::v4(), fault);
     if (fault)
         return false;
 #ifndef _WIN32
@@ -202,7 +203,9 @@ TcpServer::Visit TcpServer::visit()
     const TcpLinkRef link(new TcpLink(*m_Reactor));
     tcp::endpoint peer;
     asio::error_code fault;
-    m_Listener->m_Acceptor.accept(link->m_Socket, peer, fault);
+    const inner::NativeHandle handle = inner::acceptHandle(m_Listener->m_Acceptor.native_handle(), peer, fault);
+    if (!fault)
+        inner::assignHandle(link->m_Socket, tcp::v4(), handle, fault);
     if (fault == asio::error::would_block || fault == asio::error::try_again)
     {
         m_IsReady = false;

@@ -1,5 +1,7 @@
 #include "transport/net/inner/udp_port.h"
 
+#include "transport/net/inner/native_handle.h"
+
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
@@ -105,7 +107,7 @@ Ref<UdpPort> UdpPort::open(const std::shared_ptr<Reactor>& reactor, unsigned sho
     }
     else
     {
-        made->m_Socket.open(udp::v4(), fault);
+        openSocket(made->m_Socket, udp::v4(), fault);
         if (!fault)
             made->m_Socket.bind(udp::endpoint(udp::v4(), port), fault);
         asio::error_code ignored;
