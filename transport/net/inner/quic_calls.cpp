@@ -28,7 +28,7 @@ ngtcp2_callbacks QuicCalls::all()
     calls.recv_crypto_data = onCryptoData;
     calls.handshake_completed = onHandshakeCompleted;
     calls.encrypt = ngtcp2_crypto_encrypt_cb;
-    calls.decrypt = ngtcp2_crypto_decrypt_cb;
+    calls.decrypt = onOpen;
     calls.hp_mask = ngtcp2_crypto_hp_mask_cb;
     calls.recv_stream_data = onStreamData;
     calls.acked_stream_data_offset = onConfirmed;
@@ -45,6 +45,19 @@ ngtcp2_callbacks QuicCalls::all()
     calls.get_path_challenge_data = ngtcp2_crypto_get_path_challenge_data_cb;
     calls.version_negotiation = ngtcp2_crypto_version_negotiation_cb;
     return calls;
+}
+
+thread_local QuicLink* QuicCalls::s_Reader = nullptr;
+
+int QuicCalls::onOpen(uint8_t* out, const ngtcp2_crypto_aead* aead, const ngtcp2_crypto_aead_ctx* context,
+                      const uint8_t* sealed, size_t size, const uint8_t* nonce, size_t nonceSize, const uint8_t* head,
+                      size_t headSize)
+{
+    const int result = ngtcp2_crypto_decrypt_cb(out, aead, context, sealed, size, nonce, nonceSize, head, headSize);
+    const bool isShort = headSize > 0 && !(head[0] & 0x80);
+    if (result == 0 && isShort && s_Reader)
+        s_Reader->m_Frames.clean(out, size - aead->max_overhead);
+    return result;
 }
 
 int QuicCalls::onCryptoData(ngtcp2_conn* connection, ngtcp2_crypto_level level, uint64_t offset, const uint8_t* data,

@@ -11,11 +11,25 @@ struct QuicCalls
 {
     static ngtcp2_callbacks all();
 
+    // While it lives, packets are read for this link: with those that open and seal ngtcp2 gives no user data.
+    class Reading
+    {
+    public:
+        explicit Reading(QuicLink& link) { s_Reader = &link; }
+        ~Reading() { s_Reader = nullptr; }
+        Reading(const Reading&) = delete;
+        Reading& operator=(const Reading&) = delete;
+    };
+
 private:
     static QuicLink& link(void* user) { return *static_cast<QuicLink*>(user); }
     // The call's result, or a fault where it throws.
     template <class Call>
     static int guard(Call call);
+    // Opens a packet, and takes out of it what ngtcp2 must not see.
+    static int onOpen(uint8_t* out, const ngtcp2_crypto_aead* aead, const ngtcp2_crypto_aead_ctx* context,
+                      const uint8_t* sealed, size_t size, const uint8_t* nonce, size_t nonceSize, const uint8_t* head,
+                      size_t headSize);
     static int onCryptoData(ngtcp2_conn* connection, ngtcp2_crypto_level level, uint64_t offset, const uint8_t* data,
                             size_t size, void* user);
     static int onHandshakeCompleted(ngtcp2_conn* connection, void* user);
@@ -32,6 +46,8 @@ private:
     static int onNewId(ngtcp2_conn* connection, ngtcp2_cid* id, uint8_t* token, size_t size, void* user);
     static int onOldId(ngtcp2_conn* connection, const ngtcp2_cid* id, void* user);
     static void onRandom(uint8_t* data, size_t size, const ngtcp2_rand_ctx* context);
+
+    static thread_local QuicLink* s_Reader;
 };
 
 } // namespace zet::inner

@@ -253,7 +253,11 @@ void QuicLink::feed(const UdpPort::Datagram& datagram, size_t from, size_t size)
     const ngtcp2_pkt_info info{};
     // Any packet may bring room, for the stream or for the whole connection; of the latter nothing tells.
     m_IsFull = false;
-    const int result = ngtcp2_conn_read_pkt(m_Connection, &path, &info, datagram.m_Data + from, size, m_Router.now());
+    const int result = [&]
+    {
+        const QuicCalls::Reading reading(*this);
+        return ngtcp2_conn_read_pkt(m_Connection, &path, &info, datagram.m_Data + from, size, m_Router.now());
+    }();
     if (m_IsStanding && !stood)
     {
         m_HasStood = true;

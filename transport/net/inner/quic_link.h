@@ -1,6 +1,7 @@
 // One connection by QUIC.
 #pragma once
 
+#include "transport/net/inner/quic_frames.h"
 #include "transport/net/inner/udp_port.h"
 #include "transport/net/inner/udp_router.h"
 
@@ -136,6 +137,7 @@ private:
     Uuid m_Id;
     size_t m_IdRead = 0;
     std::vector<QuicId> m_Ids;
+    QuicFrames m_Frames;
     std::vector<unsigned char> m_Farewell;
     unsigned int m_LatePackets = 0;
     int64_t m_Stream = -1;
