@@ -335,7 +335,7 @@ void QuicPeer::stop()
 
 QuicPeer::Place& QuicPeer::addPlace()
 {
-    auto socket = std::make_unique<BareUdp>();
+    auto socket = std::make_unique<BareUdp>(m_Wish.m_Address);
     if (!socket->isOpen())
         throw std::runtime_error("no UDP socket");
     const unsigned short port = socket->getPort();
@@ -356,12 +356,13 @@ bool QuicPeer::move()
 
 void QuicPeer::rebind()
 {
-    m_PlaceBefore = std::exchange(m_Places.back().m_Socket, std::make_unique<BareUdp>());
+    m_PlaceBefore = std::exchange(m_Places.back().m_Socket, std::make_unique<BareUdp>(m_Wish.m_Address));
 }
 
 void QuicPeer::rebindBack()
 {
-    std::swap(m_Places.back().m_Socket, m_PlaceBefore);
+    if (m_PlaceBefore)
+        std::swap(m_Places.back().m_Socket, m_PlaceBefore);
 }
 
 std::vector<std::string> QuicPeer::getRetiredIds() const

@@ -36,6 +36,8 @@ struct QuicWish
     bool m_IsJoining = false;
     // A server's: bytes of a token that it sends with its first answer, in a packet with a short head.
     size_t m_TokenSize = 0;
+    // Where it sends from, an address of the loopback.
+    unsigned int m_Address = 0x7F000001;
     // Of the ids that it gives itself.
     size_t m_IdSize = 16;
     std::string m_Priority = "NORMAL:-VERS-ALL:+VERS-TLS1.3:%DISABLE_TLS13_COMPAT_MODE";
@@ -77,7 +79,8 @@ public:
     // Leaves for another port, and there for another of the server's ids; the one of before is retired. False where
     // the server has given no other, or the last move is not done.
     bool move();
-    // Has another port from now on without knowing it, as behind a router that forgot; and the one of before again.
+    // Has another port from now on without knowing it, as behind a router that forgot; and the one of before again, if
+    // there was one.
     void rebind();
     void rebindBack();
     unsigned short getPort() const { return m_Places.back().m_Socket->getPort(); }

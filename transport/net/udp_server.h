@@ -42,10 +42,14 @@ public:
 
     // Bytes of the longest datagram of user data, either way; a longer one is not sent, and dropped when it comes.
     static constexpr int kMostUserData = 2048;
-    // Datagrams that one tick takes at most; the rest comes with the next one.
+    // Datagrams that one tick takes at most, and the milliseconds that it may take for them; the rest comes with the
+    // next one.
     static constexpr int kDatagramsPerTick = 4096;
-    // Visitors without a token that one tick answers at most; others are not answered and try again by themselves.
-    static constexpr int kGreetingsPerTick = 1024;
+    static constexpr unsigned int kReceiveTime = 20;
+    // Of each kind of a visitor's first packets, those that one tick looks at: those without a token, which get one,
+    // those whose token is to be checked, and those of an unknown version. Others are dropped, and come again by
+    // themselves.
+    static constexpr int kGreetingsPerTick = 128;
     // Visitors with a token whose handshake one tick begins, or refuses, at most; others come again by themselves.
     static constexpr int kAdmissionsPerTick = 64;
 
@@ -62,6 +66,10 @@ public:
         unsigned int m_LingerTime = 5000;
         // Connections of visitors that there may be at once; more are refused. 0 accepts nobody.
         int m_ConnectionLimit = 20000;
+        // Those of one address, and of the 256 addresses that share its first three bytes, by where each was when it
+        // came. More are refused; 0 sets no limit. Behind one address there may be a whole provider's customers.
+        int m_AddressLimit = 1024;
+        int m_SubnetLimit = 4096;
         // Bytes that a peer may send ahead of the reader.
         int m_InputLimit = 256 * 1024;
     };

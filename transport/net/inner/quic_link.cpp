@@ -129,6 +129,7 @@ bool QuicLink::openClient(const sockaddr_in& peer, const char* name, const Uuid&
 bool QuicLink::openServer(const sockaddr_in& peer, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin)
 {
     m_Peer = peer;
+    m_Origin = peer;
     m_IsServer = true;
     ngtcp2_cid self;
     m_Router.makeId(*this, self);

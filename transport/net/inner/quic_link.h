@@ -95,6 +95,8 @@ public:
     // That connect() was given.
     const String_T<char>& getName() const { return m_Name; }
     const sockaddr_in& getPeer() const { return m_Peer; }
+    // Where the peer was when it came.
+    const sockaddr_in& getOrigin() const { return m_Origin; }
     void addId(const ngtcp2_cid& id) { m_Ids.emplace_back(id); }
     void removeId(const QuicId& id) { std::erase(m_Ids, id); }
     const std::vector<QuicId>& getIds() const { return m_Ids; }
@@ -132,6 +134,7 @@ private:
     ngtcp2_crypto_conn_ref m_Ref{};
     String_T<char> m_Name;
     sockaddr_in m_Peer{};
+    sockaddr_in m_Origin{};
     // The address of ours that the peer speaks to; for the client's side the system chooses, also anew.
     unsigned int m_Local = 0;
     Uuid m_Id;

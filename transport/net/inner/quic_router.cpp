@@ -239,6 +239,7 @@ void QuicRouter::onOver(QuicLink& link)
     if (link.isServer())
     {
         --m_VisitorCount;
+        uncount(link.getOrigin());
         if (link.isAnnounced() && !link.getOwner())
             std::erase(m_Visitors, &link);
     }
@@ -272,6 +273,8 @@ void QuicRouter::tick()
     const Mark ticking(m_IsTicking);
     m_Reactor->pollOutsideTick();
     m_Greetings = 0;
+    m_TokenChecks = 0;
+    m_VersionAnswers = 0;
     m_Admissions = 0;
     receive();
     runTimers();
@@ -395,6 +398,8 @@ void QuicRouter::finishAll()
     m_Visitors.clear();
     m_Listed.clear();
     m_ByName.clear();
+    m_ByAddress.clear();
+    m_BySubnet.clear();
     m_Timers.clear();
     m_Closed.swap(m_Links);
 }

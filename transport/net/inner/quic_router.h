@@ -75,6 +75,9 @@ private:
     void refuse(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head);
     void admit(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin);
     void sendVersions(const UdpPort::Datagram& datagram);
+    // Whether one more visitor may come from there; and one less is there.
+    bool hasRoomFor(const sockaddr_in& from) const;
+    void uncount(const sockaddr_in& from);
     void runTimers();
     void callVisitors();
     void takeTurns();
@@ -113,7 +116,13 @@ private:
     std::deque<QuicLink*> m_Visitors;
     int m_Count = 0;
     int m_VisitorCount = 0;
+    // Visitors that there are, by the addresses and the subnets that they came from.
+    std::unordered_map<unsigned int, int> m_ByAddress;
+    std::unordered_map<unsigned int, int> m_BySubnet;
+    // What this tick has done for visitors.
     int m_Greetings = 0;
+    int m_TokenChecks = 0;
+    int m_VersionAnswers = 0;
     int m_Admissions = 0;
     bool m_IsTicking = false;
     bool m_IsLate = false;

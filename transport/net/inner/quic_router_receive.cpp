@@ -1,5 +1,7 @@
 #include "transport/net/inner/quic_router.h"
 
+#include "framework/time.h"
+
 #include <gnutls/crypto.h>
 
 #include <cstring>
@@ -15,6 +17,14 @@ constexpr unsigned char kLongHead = 0x80;
 constexpr unsigned char kFixedBit = 0x40;
 constexpr unsigned char kTypeBits = 0x30;
 constexpr unsigned char kInitial = 0x00;
+
+// The part of an address, as a number, that those of one subnet share.
+constexpr unsigned int kSubnet = 0xFFFFFF00;
+
+unsigned int addressOf(const sockaddr_in& from)
+{
+    return ntohl(static_cast<unsigned int>(from.sin_addr.s_addr));
+}
 
 // Time that a token is good for.
 constexpr QuicTime kTokenTime = 10 * NGTCP2_SECONDS;
@@ -48,7 +58,9 @@ struct LongHead
 
 void QuicRouter::receive()
 {
-    for (int total = 0; m_Server && m_Port->isReadable() && total < UdpServer::kDatagramsPerTick;)
+    const unsigned int begin = getTimeTick();
+    for (int total = 0; m_Server && m_Port->isReadable() && total < UdpServer::kDatagramsPerTick &&
+                        getTimeTick() - begin < UdpServer::kReceiveTime;)
     {
         const int count = m_Port->receive();
         for (int i = 0; i < count && m_Server; ++i)
@@ -121,7 +133,7 @@ void QuicRouter::sendVersions(const UdpPort::Datagram& datagram)
     LongHead head;
     head.read(datagram.m_Data, static_cast<size_t>(datagram.m_Size));
     unsigned char* const out = room();
-    if (!out || ++m_Greetings > UdpServer::kGreetingsPerTick)
+    if (!out || ++m_VersionAnswers > UdpServer::kGreetingsPerTick)
         return;
     const uint32_t version = NGTCP2_PROTO_VER_V1;
     const auto written =
@@ -147,13 +159,13 @@ void QuicRouter::greet(const UdpPort::Datagram& datagram)
     ngtcp2_cid origin;
     // What shows no address of its sender gets no answer.
     if (m_Admissions >= UdpServer::kAdmissionsPerTick || head.dcid.datalen != QuicId::kSize ||
-        head.token.base[0] != NGTCP2_CRYPTO_TOKEN_MAGIC_RETRY ||
+        ++m_TokenChecks > UdpServer::kGreetingsPerTick || head.token.base[0] != NGTCP2_CRYPTO_TOKEN_MAGIC_RETRY ||
         ngtcp2_crypto_verify_retry_token(&origin, head.token.base, head.token.len, m_Secret, sizeof m_Secret,
                                          head.version, reinterpret_cast<const sockaddr*>(&from), sizeof from,
                                          &head.dcid, kTokenTime, now()) != 0)
         return;
     ++m_Admissions;
-    if (m_VisitorCount >= settings().m_ConnectionLimit)
+    if (m_VisitorCount >= settings().m_ConnectionLimit || !hasRoomFor(from))
         refuse(datagram, head);
     else
         admit(datagram, head, origin);
@@ -194,15 +206,46 @@ void QuicRouter::refuse(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& 
 
 void QuicRouter::admit(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin)
 {
+    // First what may lack memory, so that nothing is counted by half.
+    const unsigned int from = addressOf(*datagram.m_Address);
+    int& ofAddress = m_ByAddress[from];
+    int& ofSubnet = m_BySubnet[from & kSubnet];
     QuicLink& link = keep(std::make_unique<QuicLink>(*this));
-    if (!link.openServer(*datagram.m_Address, head, origin))
+    const bool isOpen = link.openServer(*datagram.m_Address, head, origin);
+    ++ofAddress;
+    ++ofSubnet;
+    if (!isOpen)
     {
+        uncount(*datagram.m_Address);
         forget(link);
         return;
     }
     ++m_Count;
     ++m_VisitorCount;
     link.read(datagram);
+}
+
+bool QuicRouter::hasRoomFor(const sockaddr_in& from) const
+{
+    const auto isBelow = [](const auto& counts, unsigned int key, int limit)
+    {
+        const auto place = counts.find(key);
+        return limit <= 0 || place == counts.end() || place->second < limit;
+    };
+    return isBelow(m_ByAddress, addressOf(from), settings().m_AddressLimit) &&
+           isBelow(m_BySubnet, addressOf(from) & kSubnet, settings().m_SubnetLimit);
+}
+
+void QuicRouter::uncount(const sockaddr_in& from)
+{
+    const auto removeOne = [](auto& counts, unsigned int key)
+    {
+        const auto place = counts.find(key);
+        if (place != counts.end() && --place->second <= 0)
+            counts.erase(place);
+    };
+    removeOne(m_ByAddress, addressOf(from));
+    removeOne(m_BySubnet, addressOf(from) & kSubnet);
 }
 
 } // namespace zet::inner

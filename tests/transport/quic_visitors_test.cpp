@@ -1,0 +1,149 @@
+// How many visitors a UDP port looks at, and how many it lets in.
+#include "tests/support/quic_test.h"
+
+#include <netinet/in.h>
+
+#include <list>
+
+namespace
+{
+
+using test::BareUdp;
+
+class QuicVisitors : public test::QuicTest
+{
+protected:
+    using QuicTest::QuicTest;
+    void deliver(const BareUdp& from, const std::string& bytes)
+    {
+        m_Net.m_Server->deliver(test::loopback(from.getPort()), bytes.data(), static_cast<int>(bytes.size()));
+    }
+};
+
+TEST_F(QuicVisitors, ATickChecksNoMoreThan128Tokens)
+{
+    // Stands between the peer and the server, so that the packet with the token can be held.
+    BareUdp between;
+    test::QuicPeer peer(between.getPort());
+    std::string hello;
+    unsigned short client = 0;
+    ASSERT_TRUE(between.receive(hello, client));
+    deliver(between, hello);
+    m_Net.step();
+    std::string retry;
+    unsigned short server = 0;
+    ASSERT_TRUE(between.receive(retry, server));
+    ASSERT_TRUE(between.send(client, retry));
+    peer.step();
+    std::string second;
+    ASSERT_TRUE(between.receive(second, client));
+    // Behind the ids, of 16 bytes each, and the token's length in two bytes.
+    std::string forged = second;
+    forged[6 + 16 + 1 + 16 + 2 + 20] ^= 1;
+    for (int i = 0; i < zet::UdpServer::kGreetingsPerTick; ++i)
+        deliver(between, forged);
+    deliver(between, second);
+    EXPECT_EQ(m_Net.m_Server->getConnectionCount(), 0);
+    m_Net.step();
+    for (int i = 1; i < zet::UdpServer::kGreetingsPerTick; ++i)
+        deliver(between, forged);
+    deliver(between, second);
+    EXPECT_EQ(m_Net.m_Server->getConnectionCount(), 1);
+}
+
+TEST_F(QuicVisitors, DatagramsHoldATickForABoundedTime)
+{
+    class SlowServer : public zet::UdpServer
+    {
+    public:
+        void onUserData(const sockaddr_in&, const void*, int) override
+        {
+            ++m_Count;
+            m_Clock->advance(1);
+        }
+        zet::TestClock* m_Clock = nullptr;
+        int m_Count = 0;
+    };
+    const zet::Unknown::Handle_T<SlowServer> server = new SlowServer;
+    server->m_Clock = &m_Net.m_Clock;
+    ASSERT_TRUE(server->start(&m_Net.m_System) && server->listen(0));
+    BareUdp sender;
+    constexpr int kDatagrams = 320;
+    for (int i = 0; i < kDatagrams; ++i)
+        ASSERT_TRUE(sender.send(server->getPort(), "data of a user"));
+    // A millisecond each: a batch is over before the time is looked at again.
+    m_Net.step();
+    EXPECT_LE(server->m_Count, static_cast<int>(zet::UdpServer::kReceiveTime) + 32);
+    EXPECT_GT(server->m_Count, 0);
+    EXPECT_TRUE(m_Net.until([&] { return server->m_Count == kDatagrams; }, 100));
+    server->close();
+}
+
+class LimitedQuicVisitors : public QuicVisitors
+{
+protected:
+    LimitedQuicVisitors() : QuicVisitors(limits()) {}
+    static zet::UdpServer::Settings limits()
+    {
+        zet::UdpServer::Settings settings;
+        settings.m_AddressLimit = 2;
+        settings.m_SubnetLimit = 3;
+        return settings;
+    }
+    void TearDown() override { m_Net.m_Between = nullptr; }
+    // Whether a peer from an address gets in; it stays.
+    bool getsIn(unsigned int address)
+    {
+        test::QuicWish wish;
+        wish.m_Address = address;
+        m_Peers.emplace_back(m_Net.m_Server->getPort(), wish);
+        m_Net.m_Between = [this]
+        {
+            for (auto& peer : m_Peers)
+                peer.step();
+        };
+        test::QuicPeer& peer = m_Peers.back();
+        peer.send(std::string(16, 'i'));
+        m_Net.until([&] { return peer.isUp() || peer.isOver(); }, 2000);
+        return peer.isUp();
+    }
+
+    std::list<test::QuicPeer> m_Peers;
+};
+
+TEST_F(LimitedQuicVisitors, AnAddressAndASubnetHaveTheirShare)
+{
+    EXPECT_TRUE(getsIn(0x7F000002));
+    EXPECT_TRUE(getsIn(0x7F000002));
+    EXPECT_FALSE(getsIn(0x7F000002));
+    EXPECT_EQ(m_Peers.back().getCloseCode(), 2U) << "CONNECTION_REFUSED";
+    EXPECT_TRUE(getsIn(0x7F000003));
+    EXPECT_FALSE(getsIn(0x7F000003));
+    EXPECT_FALSE(getsIn(0x7F000004));
+    // Another subnet.
+    EXPECT_TRUE(getsIn(0x7F000102));
+}
+
+TEST_F(LimitedQuicVisitors, AVisitorThatEndsMakesRoom)
+{
+    ASSERT_TRUE(getsIn(0x7F000002));
+    ASSERT_TRUE(getsIn(0x7F000002));
+    ASSERT_FALSE(getsIn(0x7F000002));
+    ASSERT_TRUE(m_Net.until([&] { return m_Net.m_Server->m_Accepted.size() == 2; }, 2000));
+    m_Net.m_Server->m_Accepted[0]->close();
+    settle();
+    EXPECT_TRUE(getsIn(0x7F000002));
+    EXPECT_FALSE(getsIn(0x7F000002));
+}
+
+TEST_F(LimitedQuicVisitors, WhereTheLimitIsZeroThereIsNone)
+{
+    auto settings = limits();
+    settings.m_AddressLimit = 0;
+    settings.m_SubnetLimit = 0;
+    m_Net.m_Server->setSettings(settings);
+    for (int i = 0; i < 5; ++i)
+        EXPECT_TRUE(getsIn(0x7F000002));
+}
+
+} // namespace
