@@ -51,6 +51,25 @@ TEST_F(QuicVisitors, ATickChecksNoMoreThan128Tokens)
     EXPECT_EQ(m_Net.m_Server->getConnectionCount(), 1);
 }
 
+TEST_F(QuicVisitors, TheHandshakesOfATickAreAsManyAsTheHostSays)
+{
+    zet::NetLimits limits;
+    limits.m_HandshakeSteps = 3;
+    m_Net.m_Server->setLimits(limits);
+    constexpr int kCount = 10;
+    for (int i = 0; i < kCount; ++i)
+        ASSERT_TRUE(m_Net.begin());
+    int most = 0;
+    ASSERT_TRUE(m_Net.until(
+        [&, before = 0]() mutable
+        {
+            const int now = m_Net.m_Server->getConnectionCount();
+            most = std::max(most, now - std::exchange(before, now));
+            return now == kCount;
+        }));
+    EXPECT_EQ(most, 3);
+}
+
 TEST_F(QuicVisitors, DatagramsHoldATickForABoundedTime)
 {
     class SlowServer : public zet::UdpServer
@@ -82,13 +101,14 @@ TEST_F(QuicVisitors, DatagramsHoldATickForABoundedTime)
 class LimitedQuicVisitors : public QuicVisitors
 {
 protected:
-    LimitedQuicVisitors() : QuicVisitors(limits()) {}
-    static zet::UdpServer::Settings limits()
+    void SetUp() override
     {
-        zet::UdpServer::Settings settings;
-        settings.m_AddressLimit = 2;
-        settings.m_SubnetLimit = 3;
-        return settings;
+        QuicVisitors::SetUp();
+        zet::NetLimits limits;
+        limits.m_ConnectionsPerAddress = 2;
+        limits.m_ConnectionsPerSubnet = 3;
+        limits.m_Connections = 5;
+        m_Net.m_Server->setLimits(limits);
     }
     void TearDown() override { m_Net.m_Between = nullptr; }
     // Whether a peer from an address gets in; it stays.
@@ -138,12 +158,16 @@ TEST_F(LimitedQuicVisitors, AVisitorThatEndsMakesRoom)
 
 TEST_F(LimitedQuicVisitors, WhereTheLimitIsZeroThereIsNone)
 {
-    auto settings = limits();
-    settings.m_AddressLimit = 0;
-    settings.m_SubnetLimit = 0;
-    m_Net.m_Server->setSettings(settings);
+    auto limits = m_Net.m_Server->getLimits();
+    limits.m_ConnectionsPerAddress = 0;
+    limits.m_ConnectionsPerSubnet = 0;
+    m_Net.m_Server->setLimits(limits);
     for (int i = 0; i < 5; ++i)
         EXPECT_TRUE(getsIn(0x7F000002));
+    EXPECT_FALSE(getsIn(0x7F000102));
+    limits.m_Connections = 0;
+    m_Net.m_Server->setLimits(limits);
+    EXPECT_TRUE(getsIn(0x7F000102));
 }
 
 } // namespace

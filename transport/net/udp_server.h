@@ -2,6 +2,7 @@
 #pragma once
 
 #include "framework/uuid.h"
+#include "transport/net/net_limits.h"
 #include "transport/net/socket.h"
 #include "transport/net/tls_context.h"
 
@@ -50,7 +51,8 @@ public:
     // those whose token is to be checked, and those of an unknown version. Others are dropped, and come again by
     // themselves.
     static constexpr int kGreetingsPerTick = 128;
-    // Visitors with a token whose handshake one tick begins, or refuses, at most; others come again by themselves.
+    // Visitors with a token whose handshake one tick begins, or refuses, at most, where NetLimits does not say fewer;
+    // others come again by themselves.
     static constexpr int kAdmissionsPerTick = 64;
 
     struct Settings
@@ -64,12 +66,9 @@ public:
         unsigned int m_ConnectTimeout = 10000;
         // Milliseconds that a connection closed on this side goes on sending what waited.
         unsigned int m_LingerTime = 5000;
-        // Connections of visitors that there may be at once; more are refused. 0 accepts nobody.
+        // Connections of visitors that there may be at once; more are refused. 0 accepts nobody. NetLimits has another
+        // number, and those of one address and of one subnet.
         int m_ConnectionLimit = 20000;
-        // Those of one address, and of the 256 addresses that share its first three bytes, by where each was when it
-        // came. More are refused; 0 sets no limit. Behind one address there may be a whole provider's customers.
-        int m_AddressLimit = 1024;
-        int m_SubnetLimit = 4096;
         // Bytes that a peer may send ahead of the reader.
         int m_InputLimit = 256 * 1024;
     };
@@ -144,6 +143,12 @@ public:
     void setTlsContext(TlsContext* context) { m_TlsContext = context; }
     TlsContext* getTlsContext() const { return m_TlsContext; }
 
+    // What visitors may take of the port: their connections in all (the smaller number of these and of the settings
+    // holds), of an address and of a subnet, as they were when they came, more of which are refused; and the handshakes
+    // that a tick begins, by number and time. Of the rest nothing counts here. Visitors that come later go by new ones.
+    void setLimits(const NetLimits& limits) { m_Limits = limits; }
+    const NetLimits& getLimits() const { return m_Limits; }
+
     // Later connections go by new settings.
     void setSettings(const Settings& settings) { m_Settings = settings; }
     const Settings& getSettings() const { return m_Settings; }
@@ -153,6 +158,7 @@ private:
     void forget();
 
     Settings m_Settings;
+    NetLimits m_Limits;
     Unknown::Handle_T<TlsContext> m_TlsContext;
     std::shared_ptr<inner::UdpRouter> m_Router;
     unsigned short m_UdpPort = 0;

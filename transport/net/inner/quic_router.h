@@ -43,6 +43,7 @@ public:
     BlockPool& pool() { return m_Reactor->pool(); }
     // Only while it is open.
     const UdpServer::Settings& settings() const { return m_Server->getSettings(); }
+    const NetLimits& limits() const { return m_Server->getLimits(); }
     const sockaddr_in& getAddress() const { return m_Port->getAddress(); }
     // False once close() has begun.
     bool isOpen() const { return m_Server != nullptr; }
@@ -75,6 +76,8 @@ private:
     void refuse(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head);
     void admit(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin);
     void sendVersions(const UdpPort::Datagram& datagram);
+    // Whether this tick begins one more handshake.
+    bool mayAdmit() const;
     // Whether one more visitor may come from there; and one less is there.
     bool hasRoomFor(const sockaddr_in& from) const;
     void uncount(const sockaddr_in& from);
@@ -124,6 +127,7 @@ private:
     int m_TokenChecks = 0;
     int m_VersionAnswers = 0;
     int m_Admissions = 0;
+    unsigned int m_ReceiveBegin = 0;
     bool m_IsTicking = false;
     bool m_IsLate = false;
 };

@@ -58,9 +58,9 @@ struct LongHead
 
 void QuicRouter::receive()
 {
-    const unsigned int begin = getTimeTick();
+    m_ReceiveBegin = getTimeTick();
     for (int total = 0; m_Server && m_Port->isReadable() && total < UdpServer::kDatagramsPerTick &&
-                        getTimeTick() - begin < UdpServer::kReceiveTime;)
+                        getTimeTick() - m_ReceiveBegin < UdpServer::kReceiveTime;)
     {
         const int count = m_Port->receive();
         for (int i = 0; i < count && m_Server; ++i)
@@ -158,14 +158,14 @@ void QuicRouter::greet(const UdpPort::Datagram& datagram)
     }
     ngtcp2_cid origin;
     // What shows no address of its sender gets no answer.
-    if (m_Admissions >= UdpServer::kAdmissionsPerTick || head.dcid.datalen != QuicId::kSize ||
-        ++m_TokenChecks > UdpServer::kGreetingsPerTick || head.token.base[0] != NGTCP2_CRYPTO_TOKEN_MAGIC_RETRY ||
+    if (!mayAdmit() || head.dcid.datalen != QuicId::kSize || ++m_TokenChecks > UdpServer::kGreetingsPerTick ||
+        head.token.base[0] != NGTCP2_CRYPTO_TOKEN_MAGIC_RETRY ||
         ngtcp2_crypto_verify_retry_token(&origin, head.token.base, head.token.len, m_Secret, sizeof m_Secret,
                                          head.version, reinterpret_cast<const sockaddr*>(&from), sizeof from,
                                          &head.dcid, kTokenTime, now()) != 0)
         return;
     ++m_Admissions;
-    if (m_VisitorCount >= settings().m_ConnectionLimit || !hasRoomFor(from))
+    if (!hasRoomFor(from))
         refuse(datagram, head);
     else
         admit(datagram, head, origin);
@@ -225,6 +225,16 @@ void QuicRouter::admit(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& h
     link.read(datagram);
 }
 
+bool QuicRouter::mayAdmit() const
+{
+    if (m_Admissions == 0)
+        return true;
+    const int steps = limits().m_HandshakeSteps;
+    const unsigned int time = limits().m_HandshakeTime;
+    return m_Admissions < UdpServer::kAdmissionsPerTick && (steps <= 0 || m_Admissions < steps) &&
+           (time == 0 || getTimeTick() - m_ReceiveBegin < time);
+}
+
 bool QuicRouter::hasRoomFor(const sockaddr_in& from) const
 {
     const auto isBelow = [](const auto& counts, unsigned int key, int limit)
@@ -232,8 +242,10 @@ bool QuicRouter::hasRoomFor(const sockaddr_in& from) const
         const auto place = counts.find(key);
         return limit <= 0 || place == counts.end() || place->second < limit;
     };
-    return isBelow(m_ByAddress, addressOf(from), settings().m_AddressLimit) &&
-           isBelow(m_BySubnet, addressOf(from) & kSubnet, settings().m_SubnetLimit);
+    return m_VisitorCount < settings().m_ConnectionLimit &&
+           (limits().m_Connections <= 0 || m_VisitorCount < limits().m_Connections) &&
+           isBelow(m_ByAddress, addressOf(from), limits().m_ConnectionsPerAddress) &&
+           isBelow(m_BySubnet, addressOf(from) & kSubnet, limits().m_ConnectionsPerSubnet);
 }
 
 void QuicRouter::uncount(const sockaddr_in& from)
