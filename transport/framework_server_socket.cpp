@@ -4,6 +4,7 @@
 #include "framework/inner/report.h"
 #include "framework/log.h"
 #include "transport/address_file.h"
+#include "transport/net/inner/guard.h"
 
 #include <algorithm>
 
@@ -20,20 +21,30 @@ void makeRoom(std::vector<T>& list, size_t size)
 
 } // namespace
 
-// Ticks a connection, and abandons it where it is down then.
+// Ticks a connection, and abandons it where it is down then. One that throws costs the others nothing.
 struct CFrameworkServerSocket::ClientSocketTick_Manager_foreach_N
 {
     class ClientSocketTick
     {
     public:
         ClientSocketTick(CFrameworkServerSocket& server, unsigned int tick) : m_Server(server), m_Tick(tick) {}
-        void onEntry(CFrameworkClientSocket* client)
+        // False where the connection threw and is to be ticked again: what had come for it is still there.
+        bool onEntry(CFrameworkClientSocket* client)
         {
-            if (!client->isInvalid())
-                client->onTick(m_Tick);
+            const bool isWhole = zet::inner::guard(L"a connection", client,
+                                                   [&]
+                                                   {
+                                                       if (!client->isInvalid())
+                                                           client->onTick(m_Tick);
+                                                   });
             const auto state = client->getConnectionState();
-            if (state != zet::TcpConnection::kConnecting && state != zet::TcpConnection::kEstablished)
-                m_Server.Abandon(client);
+            if (state == zet::TcpConnection::kConnecting || state == zet::TcpConnection::kEstablished)
+                return isWhole;
+            // Its own close() may be what threw.
+            if (!isWhole)
+                client->CCommandSocket::close();
+            m_Server.abandonGuarded(client);
+            return true;
         }
 
     private:
@@ -51,9 +62,9 @@ struct CFrameworkServerSocket::ClientSocketClose_Manager_foreach_N
         explicit ClientSocketClose(CFrameworkServerSocket& server) : m_Server(server) {}
         bool onEntry(CFrameworkClientSocket* const& key, zet::Unknown::Handle_T<CFrameworkClientSocket>&) override
         {
-            if (!key->isInvalid())
-                key->close();
-            m_Server.Abandon(key);
+            if (!key->isInvalid() && !zet::inner::guard(L"a connection", key, [&] { key->close(); }))
+                key->CCommandSocket::close();
+            m_Server.abandonGuarded(key);
             return true;
         }
 
@@ -102,7 +113,8 @@ void CFrameworkServerSocket::tickClients(unsigned int tick)
         if (place.m_IsGone || (place.m_IsPlain && !*place.m_Bell))
             continue;
         *place.m_Bell = 0;
-        walker.onEntry(place.m_Client);
+        if (!walker.onEntry(place.m_Client))
+            *place.m_Bell = 1;
     }
 }
 
@@ -233,6 +245,13 @@ bool CFrameworkServerSocket::accept(zet::TcpConnection* connection)
         throw;
     }
     return true;
+}
+
+void CFrameworkServerSocket::abandonGuarded(CFrameworkClientSocket* client)
+{
+    // Within a walk, which keeps the object.
+    if (!zet::inner::guard(L"Abandon()", client, [&] { Abandon(client); }))
+        CFrameworkServerSocket::Abandon(client);
 }
 
 void CFrameworkServerSocket::Abandon(zet::TcpConnection* connection)

@@ -10,7 +10,9 @@
 
 // Owns its connections, ticks them from its own tick and lets go of those that have ended. A host derives from it and
 // accepts a socket of its own in onAccept(). Everything belongs to the thread of the server's System, the accepted
-// connections too. A handler may close any connection, or the server itself.
+// connections too. A handler may close any connection, or the server itself. What an override of one connection throws
+// is logged and costs the others nothing: that connection has its next turn with the next tick, or, where it is down,
+// is abandoned.
 class COMMONGROUND_API CFrameworkServerSocket : public zet::TcpServer
 {
 public:
@@ -78,6 +80,7 @@ private:
     };
 
     void tickClients(unsigned int tick);
+    void abandonGuarded(CFrameworkClientSocket* client);
     void enlist(CFrameworkClientSocket* client);
     void strike(CFrameworkClientSocket* client);
     void endWalk();

@@ -3,6 +3,7 @@
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "framework/time.h"
+#include "transport/net/inner/guard.h"
 #include "transport/net/inner/native_handle.h"
 #include "transport/net/inner/tcp_link.h"
 #include "transport/net/inner/tcp_listener.h"
@@ -183,7 +184,9 @@ void TcpServer::onTick(unsigned int)
             return;
         if (come == kRefused)
             continue;
-        onAccept();
+        // Where it throws, the visitor is turned away, and those behind it have their turn.
+        if (!inner::guard(L"onAccept()", nullptr, [this] { onAccept(); }))
+            dismiss();
         if (m_Visitor)
             return;
     }

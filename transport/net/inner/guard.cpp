@@ -1,0 +1,24 @@
+#include "transport/net/inner/guard.h"
+
+#include "framework/log.h"
+#include "framework/string_helper.h"
+#include "transport/net/tcp_connection.h"
+
+namespace zet::inner
+{
+
+void reportThrown(const wchar_t* where, const char* what, const TcpConnection* connection) noexcept
+{
+    try
+    {
+        const String_T<wchar_t> peer = connection ? connection->getPeerName() : String_T<wchar_t>();
+        Log::error(L"Exception in %s: %s (%s)", where, StringHelper::utf8ToWide(what), peer);
+        Log::whistle(false);
+    }
+    catch (...)
+    {
+        return;
+    }
+}
+
+} // namespace zet::inner
