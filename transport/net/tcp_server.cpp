@@ -157,6 +157,7 @@ void TcpServer::close()
 void TcpServer::drop()
 {
     dismiss();
+    ++m_Listening;
     m_Listener.reset();
     m_ListenPort = 0;
     m_IsReady = false;
@@ -227,7 +228,12 @@ TcpServer::Visit TcpServer::visit()
     if (fault)
         return kRefused;
     m_IsResting = false;
-    if (!permission(*reinterpret_cast<const sockaddr_in*>(peer.data())))
+    const unsigned int listening = m_Listening;
+    bool isPermitted = false;
+    inner::guard(L"permission()", nullptr,
+                 [&] { isPermitted = permission(*reinterpret_cast<const sockaddr_in*>(peer.data())); });
+    // The host may have closed the server, or listen anew by now.
+    if (!isPermitted || m_Listening != listening)
         return kRefused;
     m_Visitor = link.get();
     m_Visitor->addRef();

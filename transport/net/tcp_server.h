@@ -103,6 +103,8 @@ private:
     inner::TcpLink* m_Visitor = nullptr;
     std::shared_ptr<inner::Reactor> m_Reactor;
     Unknown::Handle_T<TlsContext> m_TlsContext;
+    // Changes when listening ends.
+    unsigned int m_Listening = 0;
     unsigned int m_RestUntil = 0;
     unsigned short m_ListenPort = 0;
     bool m_IsReady = false;
