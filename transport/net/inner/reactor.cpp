@@ -3,6 +3,7 @@
 #include "framework/inner/report.h"
 #include "framework/log.h"
 #include "framework/string_helper.h"
+#include "transport/net/inner/guard.h"
 #include "transport/net/inner/tcp_link.h"
 #include "transport/net/inner/udp_router.h"
 
@@ -25,27 +26,6 @@ std::shared_ptr<Reactor> makeReactor(bool isTicked)
         report([&] { Log::error(L"No reactor for sockets: %s", StringHelper::utf8ToWide(fault.what())); });
         return nullptr;
     }
-}
-
-// What one connection throws at the end of a tick is its own loss.
-template <class Call, class Fail>
-void guard(Call call, Fail fail)
-{
-    try
-    {
-        call();
-        return;
-    }
-    catch (const std::exception& fault)
-    {
-        report([&] { Log::error(L"Exception while sending: %s", StringHelper::utf8ToWide(fault.what())); });
-    }
-    catch (...)
-    {
-        report([] { Log::error(L"Exception while sending"); });
-    }
-    report([] { Log::whistle(false); });
-    report(fail);
 }
 
 } // namespace
@@ -104,11 +84,13 @@ void Reactor::endTick()
     {
         const bool isLast = link == last;
         const TcpLinkRef held = TcpLinkRef::adopt(link);
-        guard([&] { link->flushOwner(); }, [&] { link->failOwner(); });
+        // What one connection throws at the end of a tick is its own loss.
+        if (!guard(L"a connection", link->m_Owner, [&] { link->flushOwner(); }))
+            link->failOwner();
         if (isLast)
             break;
     }
-    guard([this] { flushRouters(); }, [] {});
+    guard(L"the end of a tick", nullptr, [this] { flushRouters(); });
     m_IsTicking = false;
 }
 
@@ -130,7 +112,7 @@ void Reactor::flushRouters()
     routers.swap(m_Routers);
     for (const auto& router : routers)
         if (const auto present = router.lock())
-            guard([&] { present->endTick(); }, [] {});
+            guard(L"a UDP port", nullptr, [&] { present->endTick(); });
 }
 
 void Reactor::flushLater(TcpLink& link)
