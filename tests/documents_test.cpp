@@ -2,6 +2,7 @@
 #include "framework/json.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/wire/quirks.h"
+#include "tests/support/places.h"
 #include "transport/command_socket.h"
 #include "transport/net/net_module.h"
 #include "transport/net/net_session.h"
@@ -24,7 +25,7 @@
 namespace
 {
 
-const std::filesystem::path kTests(COMMONGROUND_TESTS_DIR);
+const std::filesystem::path kTests(test::getTestsFolder());
 
 std::string contentOf(const std::filesystem::path& path)
 {
