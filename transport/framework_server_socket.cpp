@@ -1,25 +1,13 @@
 #include "transport/framework_server_socket.h"
 
 #include "framework/app.h"
+#include "framework/inner/make_room.h"
 #include "framework/inner/report.h"
 #include "framework/log.h"
 #include "transport/address_file.h"
 #include "transport/net/inner/guard.h"
 
 #include <algorithm>
-
-namespace
-{
-
-// Room for so many, twice as many as before where there is too little: what is put there later takes no memory.
-template <class T>
-void makeRoom(std::vector<T>& list, size_t size)
-{
-    if (list.capacity() < size)
-        list.reserve(std::max(size, 2 * list.capacity()));
-}
-
-} // namespace
 
 // Ticks a connection, and abandons it where it is down then. One that throws costs the others nothing.
 struct CFrameworkServerSocket::ClientSocketTick_Manager_foreach_N
@@ -156,7 +144,7 @@ unsigned char* CFrameworkServerSocket::takeBell()
     if (m_FreeBells.empty())
     {
         // For when it is given back.
-        makeRoom(m_FreeBells, m_Bells.size() + 1);
+        zet::inner::makeRoom(m_FreeBells, m_Bells.size() + 1);
         return &m_Bells.emplace_back();
     }
     unsigned char* const bell = m_FreeBells.back();
@@ -176,7 +164,7 @@ void CFrameworkServerSocket::enlist(CFrameworkClientSocket* client)
     if (place == m_Walk.end() || place->m_Client != client)
     {
         const auto index = place - m_Walk.begin();
-        makeRoom(m_Walk, m_Walk.size() + 1);
+        zet::inner::makeRoom(m_Walk, m_Walk.size() + 1);
         place = m_Walk.insert(m_Walk.begin() + index, {client, takeBell(), !client->HasOwnTick(), false});
     }
     client->setBell(place->m_Bell);
@@ -235,7 +223,7 @@ bool CFrameworkServerSocket::accept(zet::TcpConnection* connection)
     try
     {
         // For when it is abandoned during a walk.
-        makeRoom(m_Abandoned, m_Abandoned.size() + static_cast<size_t>(m_ClientSockets.getSize()) + 1);
+        zet::inner::makeRoom(m_Abandoned, m_Abandoned.size() + static_cast<size_t>(m_ClientSockets.getSize()) + 1);
         m_ClientSockets.set(client, client);
         enlist(client);
     }

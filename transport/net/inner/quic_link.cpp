@@ -345,7 +345,14 @@ void QuicLink::keepFarewell(const ngtcp2_connection_close_error& reason)
                                                          &reason, m_Router.now());
     if (size <= 0)
         return;
-    m_Farewell.assign(packet, packet + size);
+    try
+    {
+        m_Farewell.assign(packet, packet + size);
+    }
+    catch (const std::bad_alloc&)
+    {
+        // Then it is said once.
+    }
     if (path.path.remote.addrlen == sizeof m_Peer)
         std::memcpy(&m_Peer, path.path.remote.addr, sizeof m_Peer);
     if (unsigned char* room = m_Router.room())

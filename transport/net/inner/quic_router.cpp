@@ -1,5 +1,6 @@
 #include "transport/net/inner/quic_router.h"
 
+#include "framework/inner/make_room.h"
 #include "framework/inner/mark.h"
 #include "framework/inner/report.h"
 #include "framework/log.h"
@@ -127,11 +128,8 @@ bool QuicRouter::connect(Connection& connection, const wchar_t* ip, unsigned sho
         return false;
     const sockaddr_in& peer = *reinterpret_cast<const sockaddr_in*>(endpoint.data());
     QuicLink& link = keep(std::make_unique<QuicLink>(*this));
-    if (!link.openClient(peer, name, id))
-    {
-        forget(link);
+    if (!open(link, [&] { return link.openClient(peer, name, id); }))
         return false;
-    }
     ++m_Count;
     link.setOwner(connection, Connection::kConnecting, id, static_cast<unsigned int>(peer.sin_addr.s_addr), port);
     wake(link, QuicLink::kWrite);
@@ -222,6 +220,13 @@ QuicLink* QuicRouter::find(const unsigned char* id) const
 
 QuicLink& QuicRouter::keep(std::unique_ptr<QuicLink> link)
 {
+    // What a link does as it goes takes no memory: its places in these lists are there from now on.
+    const size_t links = m_Links.size() + 1;
+    makeRoom(m_Timers, links);
+    const size_t listed = std::max({m_Listed.size(), m_Round.size(), m_Writing.size()}) + links;
+    makeRoom(m_Listed, listed);
+    makeRoom(m_Round, listed);
+    makeRoom(m_Writing, listed);
     link->m_Place = m_Links.size();
     m_Links.push_back(std::move(link));
     return *m_Links.back();
@@ -358,9 +363,8 @@ void QuicRouter::turn(QuicLink& link)
 
 void QuicRouter::writeListed()
 {
-    std::vector<QuicLink*> listed;
-    listed.swap(m_Listed);
-    for (QuicLink* const link : listed)
+    m_Writing.swap(m_Listed);
+    for (QuicLink* const link : m_Writing)
     {
         if (!link)
             continue;
@@ -373,6 +377,7 @@ void QuicRouter::writeListed()
         if (link->m_Pending != 0)
             list(*link);
     }
+    m_Writing.clear();
 }
 
 void QuicRouter::callVisitors()

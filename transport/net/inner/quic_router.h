@@ -67,6 +67,21 @@ private:
     // Calls what a host has written; what it throws is logged and goes no further. False where it has thrown.
     template <class Call>
     static bool guard(Call call);
+    // Whether a new link opens by this call. One that does not, or has no memory to, is forgotten.
+    template <class Call>
+    bool open(QuicLink& link, Call call)
+    {
+        try
+        {
+            if (call())
+                return true;
+        }
+        catch (const std::bad_alloc&)
+        {
+        }
+        forget(link);
+        return false;
+    }
     void giveUserData(const UdpPort::Datagram& datagram);
     void receive();
     void route(const UdpPort::Datagram& datagram);
@@ -116,6 +131,8 @@ private:
     std::vector<QuicLink*> m_Round;
     size_t m_TurnAt = 0;
     std::vector<QuicLink*> m_Listed;
+    // Those of m_Listed that writeListed() is at.
+    std::vector<QuicLink*> m_Writing;
     std::deque<QuicLink*> m_Visitors;
     int m_Count = 0;
     int m_VisitorCount = 0;

@@ -211,13 +211,11 @@ void QuicRouter::admit(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& h
     int& ofAddress = m_ByAddress[from];
     int& ofSubnet = m_BySubnet[from & kSubnet];
     QuicLink& link = keep(std::make_unique<QuicLink>(*this));
-    const bool isOpen = link.openServer(*datagram.m_Address, head, origin);
     ++ofAddress;
     ++ofSubnet;
-    if (!isOpen)
+    if (!open(link, [&] { return link.openServer(*datagram.m_Address, head, origin); }))
     {
         uncount(*datagram.m_Address);
-        forget(link);
         return;
     }
     ++m_Count;

@@ -113,6 +113,10 @@ void Reactor::flushRouters()
     for (const auto& router : routers)
         if (const auto present = router.lock())
             guard(L"a UDP port", nullptr, [&] { present->endTick(); });
+    // The room for them stays.
+    routers.clear();
+    if (m_Routers.empty())
+        m_Routers.swap(routers);
 }
 
 void Reactor::flushLater(TcpLink& link)
@@ -127,9 +131,17 @@ void Reactor::flushLater(TcpLink& link)
 
 bool Reactor::flushLater(std::weak_ptr<UdpRouter> router)
 {
-    if (m_IsTicked)
+    if (!m_IsTicked)
+        return false;
+    try
+    {
         m_Routers.push_back(std::move(router));
-    return m_IsTicked;
+        return true;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return false;
+    }
 }
 
 void Reactor::forgetLater(const UdpRouter& router)
