@@ -115,6 +115,8 @@ bool NetLink::takeGreeting(InputStream& stream)
     if (stream.available() != kGreetingSize || stream.read(mark, sizeof mark) != sizeof mark ||
         stream.read(&id, sizeof id) != sizeof id || std::memcmp(mark, kMark, sizeof mark) != 0)
         return false;
+    // While all can still fail: an open session was told so.
+    const auto event = Evt_NetConnectOk::createInstance();
     if (m_IsAccepting)
     {
         if (!greet(id))
@@ -129,7 +131,6 @@ bool NetLink::takeGreeting(InputStream& stream)
     m_Reader.setLimit(m_MessageLimit);
     NetSession* const session = m_Session;
     const Unknown::Handle_T<NetSession> keep = session->getRefCount() > 0 ? session : nullptr;
-    const auto event = Evt_NetConnectOk::createInstance();
     guard(*session, [&] { session->tell(*event); });
     return true;
 }
@@ -176,7 +177,6 @@ bool NetLink::sendMessage(const Message& message)
 void NetLink::end()
 {
     const bool wasOpen = m_Phase == kOpen;
-    m_Phase = kEnded;
     NetSession* const session = m_Session;
     const Unknown::Handle_T<NetSession> keep = session->getRefCount() > 0 ? session : nullptr;
     Unknown::Handle_T<NetEvent> event;
@@ -188,6 +188,8 @@ void NetLink::end()
         event = Evt_NetClosed::createInstance();
     else
         event = Evt_NetAbort::createInstance();
+    // Not before there is an event to tell: without memory for it the next tick tries again.
+    m_Phase = kEnded;
     session->finish(*event);
 }
 

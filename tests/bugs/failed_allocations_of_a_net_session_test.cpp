@@ -1,0 +1,131 @@
+// Every allocation of a net session fails in turn, one, two and three in a row; at worst the session is lost. A session
+// that found no memory for the event of its end told a wrong one with the next tick, and one that found none for the
+// event of its beginning was open without a word.
+#include "framework/log.h"
+#include "tests/support/allocations.h"
+#include "tests/support/net_pair.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace
+{
+
+using test::FailingAllocations;
+using test::NotingHandle;
+
+// Two modules, and what the connecting sessions have noted.
+class Scene
+{
+public:
+    Scene()
+    {
+        m_Pair.m_Server->m_Accepted.reserve(10);
+        test::NetNotes::s_Handler = [this](unsigned long, unsigned long, const test::NoteCommand&) { ++m_Commands; };
+    }
+
+    // Connects, sends commands, and is closed by the other end. False where something left a tick.
+    bool runSession()
+    {
+        m_IsGood = true;
+        m_Notes.clear();
+        NotingHandle session;
+        step(
+            [&]
+            {
+                session = m_Pair.make();
+                session->connect(m_Pair.address(), zet::Uuid());
+            });
+        for (int number = 1; number <= 3 && session; ++number)
+            step(
+                [&]
+                {
+                    test::NoteCommand command(number, number * 3000);
+                    session->sendNetCommand(&command);
+                });
+        step([&] { m_Pair.m_Server->m_Accepted.clear(); });
+        if (session)
+        {
+            m_Notes = session->m_Notes;
+            step([&] { session->close(); });
+        }
+        return m_IsGood;
+    }
+
+    int m_Commands = 0;
+    std::string m_Notes;
+    test::NetPair m_Pair;
+
+private:
+    template <class Call>
+    void step(Call call)
+    {
+        try
+        {
+            call();
+        }
+        catch (const std::bad_alloc&)
+        {
+        }
+        try
+        {
+            for (int i = 0; i < 10; ++i)
+                m_Pair.m_System.tick();
+        }
+        catch (...)
+        {
+            m_IsGood = false;
+        }
+    }
+
+    bool m_IsGood = true;
+};
+
+TEST(Bugs, AFailedAllocationCostsANetSessionAtWorst)
+{
+    // So that lines are made.
+    const int sink = zet::Log::addSink([](zet::Log::Level, const zet::String_T<wchar_t>&) {});
+    long long allocations = 0;
+    {
+        Scene scene;
+        const test::AllocationCount count;
+        EXPECT_TRUE(scene.runSession());
+        EXPECT_EQ(scene.m_Notes, "ocx");
+        EXPECT_EQ(scene.m_Commands, 3);
+        allocations = count.blocks();
+    }
+    for (int failing = 1; failing <= 3; ++failing)
+    {
+        for (long long succeeding = 0; succeeding <= allocations; ++succeeding)
+        {
+            SCOPED_TRACE(std::to_string(failing) + " fail behind " + std::to_string(succeeding));
+            Scene scene;
+            bool isGood;
+            {
+                const FailingAllocations failures(succeeding, failing);
+                isGood = scene.runSession();
+            }
+            EXPECT_TRUE(isGood);
+            EXPECT_FALSE(scene.m_Pair.m_System.isTicking());
+            // One that was told of its beginning is told of one end, and only such a one sends.
+            const std::string& notes = scene.m_Notes;
+            if (notes.find('o') == std::string::npos)
+            {
+                EXPECT_EQ(scene.m_Commands, 0) << notes;
+            }
+            else
+            {
+                EXPECT_TRUE(notes == "ocx" || notes == "oax" || notes == "oex") << notes;
+            }
+            const int before = scene.m_Commands;
+            EXPECT_TRUE(scene.runSession());
+            EXPECT_EQ(scene.m_Notes, "ocx");
+            EXPECT_EQ(scene.m_Commands - before, 3);
+            EXPECT_EQ(scene.m_Pair.m_System.getTaskCount(), 2);
+        }
+    }
+    zet::Log::removeSink(sink);
+}
+
+} // namespace
