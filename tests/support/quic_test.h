@@ -32,6 +32,10 @@ protected:
     void waitForOurs(QuicWish wish = {})
     {
         static const Certificate certificate = Authority("Some Authority").issue({"", {"localhost"}});
+        waitForOurs(certificate, std::move(wish));
+    }
+    void waitForOurs(const Certificate& certificate, QuicWish wish = {})
+    {
         m_Peer.emplace(certificate, std::move(wish));
         m_Net.m_Road = m_Peer->getPort();
     }

@@ -315,7 +315,7 @@ void QuicLink::endByFault(int fault)
     }
     ngtcp2_connection_close_error reason;
     ngtcp2_connection_close_error_default(&reason);
-    const uint8_t alert = ngtcp2_conn_get_tls_alert(m_Connection);
+    const uint8_t alert = m_Alert != 0 ? m_Alert : ngtcp2_conn_get_tls_alert(m_Connection);
     if (fault == NGTCP2_ERR_CRYPTO && alert != 0)
         ngtcp2_connection_close_error_set_transport_error_tls_alert(&reason, alert, nullptr, 0);
     else

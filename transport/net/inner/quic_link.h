@@ -94,6 +94,8 @@ public:
     const Uuid& getId() const { return m_Id; }
     // That connect() was given.
     const String_T<char>& getName() const { return m_Name; }
+    // A failed handshake tells the peer this alert; 0 for the one that GnuTLS chooses.
+    void setAlert(uint8_t alert) { m_Alert = alert; }
     const sockaddr_in& getPeer() const { return m_Peer; }
     // Where the peer was when it came.
     const sockaddr_in& getOrigin() const { return m_Origin; }
@@ -149,6 +151,7 @@ private:
     int m_NextByte = 0;
     size_t m_UnderWay = 0;
     QuicTime m_Deadline = kNever;
+    uint8_t m_Alert = 0;
     bool m_IsServer = false;
     bool m_IsStanding = false;
     bool m_IsLingering = false;

@@ -164,9 +164,11 @@ gnutls_session_t QuicTls::openClient(ngtcp2_crypto_conn_ref& ref)
 int QuicTls::verify(gnutls_session_t session)
 {
     const auto* const ref = static_cast<const ngtcp2_crypto_conn_ref*>(gnutls_session_get_ptr(session));
-    const auto& link = *static_cast<const QuicLink*>(ref->user_data);
+    auto& link = *static_cast<QuicLink*>(ref->user_data);
     String_T<wchar_t> fault;
-    const int code = verifyPeer(session, !link.isServer(), link.getName(), fault);
+    int alert = 0;
+    const int code = verifyPeer(session, !link.isServer(), link.getName(), fault, &alert);
+    link.setAlert(static_cast<uint8_t>(alert));
     if (code != 0)
     {
         const sockaddr_in& peer = link.getPeer();
