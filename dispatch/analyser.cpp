@@ -2,6 +2,7 @@
 
 #include "dispatch/inner/boundary.h"
 #include "framework/log.h"
+#include "framework/peer_log.h"
 #include "framework/string_helper.h"
 #include "packaging/cmd_packager.h"
 
@@ -55,7 +56,8 @@ void CCmdAnalyser::dispatch(CCmdPackager& pk, unsigned long arg1, unsigned long 
     const unsigned short id = pk.GetCmdID();
     if (id >= kCommandIdLimit)
     {
-        zet::Log::error(L"CCmdAnalyser cannot Analyse OverFlow CMD(0x%04x)", pk.GetCmdID());
+        if (zet::PeerLog::takesLine())
+            zet::Log::error(L"CCmdAnalyser cannot Analyse OverFlow CMD(0x%04x)", pk.GetCmdID());
         return;
     }
     const Entry& entry = m_Commands[id];
@@ -63,7 +65,7 @@ void CCmdAnalyser::dispatch(CCmdPackager& pk, unsigned long arg1, unsigned long 
     {
         if (m_pfnUnknownCmd)
             m_pfnUnknownCmd(&pk, arg1, arg2);
-        else
+        else if (zet::PeerLog::takesLine())
             zet::Log::error(L"CCmdAnalyser cannot Analyse NULL command(0x%04x)", pk.GetCmdID());
     }
     else if (!entry.m_Process(&pk, entry.m_Handler, arg1, arg2))
@@ -71,7 +73,7 @@ void CCmdAnalyser::dispatch(CCmdPackager& pk, unsigned long arg1, unsigned long 
         // The second closing parenthesis belongs to the text.
         if (m_pfnErrorCmd)
             m_pfnErrorCmd(&pk, arg1, arg2);
-        else
+        else if (zet::PeerLog::takesLine())
             zet::Log::error(L"CCmdAnalyser cannot Analyse ERROR command(0x%04x))", pk.GetCmdID());
     }
 }
@@ -98,7 +100,8 @@ void CCmdAnalyser::dispatch(const void* data, int size, unsigned long arg1, unsi
     CCmdPackager pk;
     if (pk.Unpack(data, size) <= 0)
     {
-        zet::Log::error(L"cmdPackager Unpack data error");
+        if (zet::PeerLog::takesLine())
+            zet::Log::error(L"cmdPackager Unpack data error");
         return;
     }
     dispatch(pk, arg1, arg2);

@@ -2,6 +2,7 @@
 
 #include "dispatch/inner/boundary.h"
 #include "framework/log.h"
+#include "framework/peer_log.h"
 #include "framework/string_helper.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/socket_seam.h"
@@ -55,8 +56,9 @@ inline bool CCmdAnalyserSocket::dispatch(CCommandSocket* socket, CCmdPackager& p
     const unsigned short id = pk.GetCmdID();
     if (id >= kCommandIdLimit)
     {
-        zet::Log::error(L"CCmdAnalyserSocket cannot Analyse OverFlow CMD(0x%04x) \t(%s)", pk.GetCmdID(),
-                        PeerNameOf(socket));
+        if (zet::PeerLog::takesLine())
+            zet::Log::error(L"CCmdAnalyserSocket cannot Analyse OverFlow CMD(0x%04x) \t(%s)", pk.GetCmdID(),
+                            PeerNameOf(socket));
         return false;
     }
     // Commands that nobody serves count as received traffic, too.
@@ -67,8 +69,9 @@ inline bool CCmdAnalyserSocket::dispatch(CCommandSocket* socket, CCmdPackager& p
     {
         if (!m_pfnUnknownCmd)
         {
-            zet::Log::error(L"CCmdAnalyserSocket cannot Analyse NULL command(0x%04x) \t(%s)", pk.GetCmdID(),
-                            PeerNameOf(socket));
+            if (zet::PeerLog::takesLine())
+                zet::Log::error(L"CCmdAnalyserSocket cannot Analyse NULL command(0x%04x) \t(%s)", pk.GetCmdID(),
+                                PeerNameOf(socket));
             return false;
         }
         m_pfnUnknownCmd(socket, &pk, m_UnknownArg1, m_UnknownArg2);
@@ -78,8 +81,9 @@ inline bool CCmdAnalyserSocket::dispatch(CCommandSocket* socket, CCmdPackager& p
     {
         if (!m_pfnErrorCmd)
         {
-            zet::Log::error(L"CCmdAnalyserSocket cannot Analyse ERROR command(0x%04x) \t(%s)", pk.GetCmdID(),
-                            PeerNameOf(socket));
+            if (zet::PeerLog::takesLine())
+                zet::Log::error(L"CCmdAnalyserSocket cannot Analyse ERROR command(0x%04x) \t(%s)", pk.GetCmdID(),
+                                PeerNameOf(socket));
             return false;
         }
         m_pfnErrorCmd(socket, &pk, m_ErrorArg1, m_ErrorArg2);
@@ -101,7 +105,8 @@ inline bool CCmdAnalyserSocket::analyseFrame(CCommandSocket* socket, Frame... fr
                        CCmdPackager pk;
                        if (pk.Receive(frame...))
                            return dispatch(socket, pk);
-                       zet::Log::error(L"Error:CmdPackager analyze error! (%s)", PeerNameOf(socket));
+                       if (zet::PeerLog::takesLine())
+                           zet::Log::error(L"Error:CmdPackager analyze error! (%s)", PeerNameOf(socket));
                        return false;
                    });
 }

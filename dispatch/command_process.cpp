@@ -1,11 +1,14 @@
 #include "dispatch/command_process.h"
 
 #include "framework/log.h"
+#include "framework/peer_log.h"
 #include "packaging/command_head.h"
 #include "packaging/socket_seam.h"
 
 bool RefuseCommand(const CCmdHead& command, CCommandSocket* socket)
 {
+    if (!zet::PeerLog::takesLine())
+        return false;
     if (socket)
         zet::Log::message(L"指令(0x%04x)解析出错 (%s)", command.GetID(), PeerNameOf(socket));
     else

@@ -2,6 +2,7 @@
 
 #include "framework/buffer.h"
 #include "framework/log.h"
+#include "framework/peer_log.h"
 #include "framework/stream.h"
 #include "framework/string_helper.h"
 
@@ -81,11 +82,13 @@ Unknown::Handle_T<Message> Message::readWhole(InputStream& stream)
     }
     catch (const Exception& fault)
     {
-        fault.report();
+        if (PeerLog::takesLine())
+            fault.report();
     }
     catch (const std::exception& fault)
     {
-        Log::error(L"Message is not read: %s", StringHelper::utf8ToWide(fault.what()));
+        if (PeerLog::takesLine())
+            Log::error(L"Message is not read: %s", StringHelper::utf8ToWide(fault.what()));
     }
     return nullptr;
 }

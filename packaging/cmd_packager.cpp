@@ -2,6 +2,7 @@
 
 #include "framework/log.h"
 #include "framework/memory_stream.h"
+#include "framework/peer_log.h"
 #include "packaging/wire/value_form.h"
 
 #include <algorithm>
@@ -34,6 +35,8 @@ unsigned int sizeWordOf(const unsigned char* frame)
 template <class... Args>
 bool refuse(const wchar_t* pattern, const Args&... args)
 {
+    if (!zet::PeerLog::takesLine())
+        return false;
     zet::Log::error(pattern, args...);
     zet::Log::whistle(false);
     return false;
@@ -343,7 +346,8 @@ bool CCmdPackager_bufferToPackage(const zet::Buffer& buffer, CCmdPackager& packa
     }
     catch (const zet::Exception& exception)
     {
-        exception.report();
+        if (zet::PeerLog::takesLine())
+            exception.report();
         return false;
     }
 }

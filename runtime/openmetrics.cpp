@@ -1,5 +1,7 @@
 #include "runtime/openmetrics.h"
 
+#include "framework/log.h"
+#include "framework/peer_log.h"
 #include "framework/string_helper.h"
 #include "runtime/system_cmd_info.h"
 
@@ -27,6 +29,13 @@ void addFamily(std::string& text, const std::string& name, const char* unit, con
 void addSample(std::string& text, const std::string& name, const std::string& value)
 {
     text += name + ' ' + value + '\n';
+}
+
+// A number that only grows.
+void addCounter(std::string& text, const std::string& name, const char* help, unsigned long long value)
+{
+    text += "# TYPE " + name + " counter\n# HELP " + name + ' ' + help + '\n';
+    addSample(text, name + "_total", std::to_string(value));
 }
 
 std::string withLabel(const std::string& name, const char* label, const std::string& value)
@@ -93,6 +102,12 @@ zet::String_T<char> convertToOpenMetrics(const SystemCmdInfo& info)
         for (const auto& [name, rates] : sockets)
             addSample(text, withLabel(sent, "socket", name), std::to_string(rates.m_Send));
     }
+
+    addCounter(text, "commonground_log_lines_left_out",
+               "Log lines about the bytes of peers that were beyond their shares of the log.",
+               zet::PeerLog::getLeftOut());
+    addCounter(text, "commonground_log_lines_lost", "Log lines that log modules could not write.",
+               zet::Log::getLostLines());
 
     text += "# EOF\n";
     return zet::String_T<char>(text.data(), static_cast<int>(text.size()));

@@ -6,7 +6,7 @@
 
 class SystemCmdInfo;
 
-// The figures of SystemCmdInfo's JSON document in the OpenMetrics text format, UTF-8, closed by "# EOF". All are
-// gauges, in base units: bytes and seconds. Sockets whose names become one in UTF-8 are one there, with the sum of
-// their rates.
+// The figures of SystemCmdInfo's JSON document and the lines that the process's log has lost or left out, in the
+// OpenMetrics text format, UTF-8, closed by "# EOF". Units are base units: bytes and seconds. Sockets whose names
+// become one in UTF-8 are one there, with the sum of their rates.
 COMMONGROUND_API zet::String_T<char> convertToOpenMetrics(const SystemCmdInfo& info);

@@ -54,6 +54,8 @@ void CCommandSocket::onTick(unsigned int tick)
 
 void CCommandSocket::dispatch()
 {
+    const zet::PeerLog::Scope scope(
+        m_PeerLog, this, [](const void* self) { return static_cast<const CCommandSocket*>(self)->getPeerName(); });
     zet::Stopwatch watch;
     while (getConnectionState() == kEstablished && watch.getElapsed() < kDispatchTime && !m_bNetError)
     {
@@ -130,6 +132,7 @@ void CCommandSocket::close()
     m_PacketReader.detach();
     m_PacketWriter.detach();
     m_bNetError = false;
+    m_PeerLog.finish();
     TcpStream::close();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "framework/packet.h"
+#include "framework/peer_log.h"
 #include "transport/net/tcp_stream.h"
 
 class CCmdAnalyserSocket;
@@ -9,9 +10,9 @@ class CCmdHead;
 class CCmdPackager;
 
 // Each tick takes the whole packets that have come, for 100 ms at most, and hands each to the analyser. A frame that
-// cannot be parsed costs its log lines; a failure of the packet layer closes the socket at the end of the tick.
-// All operations belong to the run thread; send() refuses any other one. There is no lock in this class. A handler
-// may send, close this or any other socket, or let go of the last handle to this one.
+// cannot be parsed costs its log lines, within the peer's share of the log; a failure of the packet layer closes the
+// socket at the end of the tick. All operations belong to the run thread; send() refuses any other one. There is no
+// lock in this class. A handler may send, close this or any other socket, or let go of the last handle to this one.
 class COMMONGROUND_API CCommandSocket : public zet::TcpStream
 {
 public:
@@ -60,6 +61,7 @@ protected:
 private:
     // Where onTick() of this class leads.
     const void* m_PlainTick;
+    zet::PeerLog m_PeerLog;
 
     void dispatch();
     void analyse(std::span<const unsigned char> frame);

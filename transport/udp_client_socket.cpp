@@ -25,6 +25,8 @@ void UdpClientSocket::onTick(unsigned int tick)
     // A handler may let go of the last handle.
     const zet::Unknown::Handle_T<UdpClientSocket> hold = getRefCount() > 0 ? this : nullptr;
     zet::UdpSecureConnection::onTick(tick);
+    const zet::PeerLog::Scope scope(
+        m_PeerLog, this, [](const void* self) { return static_cast<const UdpClientSocket*>(self)->getPeerName(); });
     while (readHead() && readBody())
     {
         // A pointer has more bits than an unsigned long on some platforms; a handler there knows its sockets.
@@ -84,6 +86,7 @@ bool UdpClientSocket::readBody()
 
 void UdpClientSocket::onClose()
 {
+    m_PeerLog.finish();
     close();
 }
 

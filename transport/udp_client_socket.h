@@ -2,6 +2,7 @@
 #pragma once
 
 #include "dispatch/analyser.h"
+#include "framework/peer_log.h"
 #include "transport/net/udp_stream.h"
 
 class CCmdHead;
@@ -21,7 +22,7 @@ public:
     ~UdpClientSocket() override;
 
     // A length below 1 from the peer breaks the connection, and what came behind it is lost. A frame that cannot be
-    // parsed costs its log lines.
+    // parsed costs its log lines, within the peer's share of the log.
     void onTick(unsigned int tick) override;
     // Closes.
     void onClose() override;
@@ -61,6 +62,8 @@ protected:
     int m_iBodyRead = 0;
 
 private:
+    zet::PeerLog m_PeerLog;
+
     // One step of reading; false where there is no more for now.
     bool readHead();
     bool readBody();

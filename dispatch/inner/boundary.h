@@ -4,11 +4,26 @@
 #include "framework/exception.h"
 #include "framework/inner/report.h"
 #include "framework/log.h"
+#include "framework/peer_log.h"
 
 #include <exception>
 
-// Returns what dispatch() returns, or false where it threw. Then tell(fault) has told the log of a standard exception,
-// tell(nullptr) of anything else; the stream layer's exception reports itself.
+// Reports what was thrown, within the share of the peer whose command it was.
+template <class Tell>
+void reportThrown(Tell tell) noexcept
+{
+    zet::inner::report(
+        [&]
+        {
+            if (!zet::PeerLog::takesLine())
+                return;
+            zet::inner::report(tell);
+            zet::Log::whistle(false);
+        });
+}
+
+// Returns what dispatch() returns, or false where it threw. Then tell(fault) has logged a standard exception and
+// tell(nullptr) anything else; the stream layer's exception reports itself.
 template <class Dispatch, class Tell>
 bool withinBoundary(Dispatch dispatch, Tell tell) noexcept
 {
@@ -18,17 +33,20 @@ bool withinBoundary(Dispatch dispatch, Tell tell) noexcept
     }
     catch (const zet::Exception& fault)
     {
-        zet::inner::report([&] { fault.report(); });
+        zet::inner::report(
+            [&]
+            {
+                if (zet::PeerLog::takesLine())
+                    fault.report();
+            });
     }
     catch (const std::exception& fault)
     {
-        zet::inner::report([&] { tell(fault.what()); });
-        zet::inner::report([] { zet::Log::whistle(false); });
+        reportThrown([&] { tell(fault.what()); });
     }
     catch (...)
     {
-        zet::inner::report([&] { tell(nullptr); });
-        zet::inner::report([] { zet::Log::whistle(false); });
+        reportThrown([&] { tell(nullptr); });
     }
     return false;
 }

@@ -47,7 +47,12 @@ void LogMailbox::postWhistle(bool on)
     Entry entry;
     entry.m_Kind = Entry::kWhistle;
     entry.m_Number = on;
-    post(std::move(entry));
+    const std::lock_guard lock(m_Mutex);
+    // A second one behind the first says nothing more, and they are not bounded as lines are.
+    const bool isRepeated =
+        !m_Waiting.empty() && m_Waiting.back().m_Kind == Entry::kWhistle && m_Waiting.back().m_Number == entry.m_Number;
+    if (!isRepeated && !m_IsOutOfReach)
+        addEntry(std::move(entry));
 }
 
 void LogMailbox::postLine(long long time, Log::Level level, const String_T<wchar_t>& text)

@@ -1,5 +1,7 @@
 #include "runtime/openmetrics.h"
 
+#include "framework/log.h"
+#include "framework/peer_log.h"
 #include "runtime/system_cmd_info.h"
 
 #include <gtest/gtest.h>
@@ -64,6 +66,16 @@ commonground_socket_receive_bytes_per_second{socket="zone"} 0
 # HELP commonground_socket_send_bytes_per_second Bytes sent through a named socket in its last period.
 commonground_socket_send_bytes_per_second{socket="gate"} 7
 commonground_socket_send_bytes_per_second{socket="zone"} 4294967295
+# TYPE commonground_log_lines_left_out counter
+# HELP commonground_log_lines_left_out Log lines about the bytes of peers that were beyond their shares of the log.
+commonground_log_lines_left_out_total )" +
+                                std::to_string(zet::PeerLog::getLeftOut()) +
+                                R"(
+# TYPE commonground_log_lines_lost counter
+# HELP commonground_log_lines_lost Log lines that log modules could not write.
+commonground_log_lines_lost_total )" +
+                                std::to_string(zet::Log::getLostLines()) +
+                                R"(
 # EOF
 )");
 }
@@ -72,7 +84,7 @@ TEST(OpenMetrics, WithoutSocketsThereAreNoSocketFamilies)
 {
     const std::string text = textOf(SystemCmdInfo());
     EXPECT_EQ(countOf(text, "socket"), 0u);
-    EXPECT_EQ(countOf(text, "# TYPE"), 4u);
+    EXPECT_EQ(countOf(text, "# TYPE"), 6u);
     EXPECT_EQ(text.substr(text.size() - 7), "\n# EOF\n");
 }
 

@@ -139,10 +139,12 @@ void NetLink::takeMessage(InputStream& stream)
 {
     NetSession* const session = m_Session;
     const Unknown::Handle_T<NetSession> keep = session->getRefCount() > 0 ? session : nullptr;
+    const PeerLog::Scope scope(m_PeerLog, this,
+                               [](const void* self) { return static_cast<const NetLink*>(self)->getPeerName(); });
     const Unknown::Handle_T<Message> message = Message::readWhole(stream);
     if (message && stream.isEmpty())
         guard(*session, [&] { session->onMessage(message); });
-    else
+    else if (PeerLog::takesLine())
         Log::error(L"Message is dropped \t(%s)", getPeerName());
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "framework/packet.h"
+#include "framework/peer_log.h"
 #include "framework/uuid.h"
 #include "transport/net/tcp_stream.h"
 
@@ -62,6 +63,7 @@ private:
     Phase m_Phase = kGreeting;
     bool m_IsAccepting;
     bool m_IsUnusable = false;
+    PeerLog m_PeerLog;
 };
 
 template <class Call>
