@@ -65,6 +65,12 @@ int main(int argc, char** argv)
     system.init();
     const zet::Unknown::Handle_T<bench::Server> server = new bench::Server(&analyser);
     server->start(&system);
+    // All of them come from this machine.
+    zet::NetLimits limits;
+    limits.m_ConnectionsPerAddress = 0;
+    limits.m_ConnectionsPerSubnet = 0;
+    limits.m_Connections = 0;
+    server->setLimits(limits);
     if (count < 1 || !server->listen(0, 4096))
     {
         std::fprintf(stderr, "usage: idle_bench [CONNECTIONS]\n");

@@ -8,6 +8,9 @@
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
 #include "packaging/socket_seam.h"
+#include "transport/net/net_limits.h"
+
+#include <algorithm>
 
 static_assert(zet::PacketReader::kDefaultLimit == CCmdPackager::kMaxHeaderSize + CCmdPackager::kMaxDataSize);
 static_assert(zet::PacketWriter::kHeadSize <= CCmdPackager::kSpareSize);
@@ -77,8 +80,11 @@ void CCommandSocket::dispatch()
 void CCommandSocket::analyse(std::span<const unsigned char> frame)
 {
     // What a handler throws ends at the analyser: it is that command's loss alone.
-    if (m_pCmdAnalyser)
-        m_pCmdAnalyser->Analyse(this, frame.data(), static_cast<int>(frame.size()));
+    if (m_pCmdAnalyser && m_pCmdAnalyser->Analyse(this, frame.data(), static_cast<int>(frame.size())) && m_IsStranger)
+    {
+        m_IsStranger = false;
+        limitPackets();
+    }
 }
 
 bool CCommandSocket::send(const CCmdHead& command)
@@ -124,7 +130,22 @@ bool CCommandSocket::attach(unsigned int handle)
     m_PacketReader.attachOwner(this);
     m_PacketWriter.attachOwner(this);
     m_bNetError = false;
+    const zet::NetLimits* const limits = getPortLimits();
+    m_IsStranger = limits && limits->m_FirstInput > 0;
+    limitPackets();
     return true;
+}
+
+void CCommandSocket::SetPacketLimit(int bytes)
+{
+    m_PacketLimit = bytes;
+    limitPackets();
+}
+
+void CCommandSocket::limitPackets()
+{
+    const zet::NetLimits* const limits = m_IsStranger ? getPortLimits() : nullptr;
+    m_PacketReader.setLimit(limits ? std::min(m_PacketLimit, limits->m_FirstInput) : m_PacketLimit);
 }
 
 void CCommandSocket::close()

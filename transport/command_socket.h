@@ -44,8 +44,9 @@ public:
     // nothing has happened does nothing.
     bool HasOwnTick() const;
 
-    // Bytes that a packet of the peer may have; a longer one closes the socket.
-    void SetPacketLimit(int bytes) { m_PacketReader.setLimit(bytes); }
+    // Bytes that a packet of the peer may have; a longer one closes the socket. On a connection that a port has
+    // accepted NetLimits::m_FirstInput counts, too, until a handler has taken the peer's first command.
+    void SetPacketLimit(int bytes);
 
     const wchar_t* getClassName() const override { return L"CCommandSocket"; }
     const wchar_t* getClassTimestamp() const override;
@@ -62,7 +63,11 @@ private:
     // Where onTick() of this class leads.
     const void* m_PlainTick;
     zet::PeerLog m_PeerLog;
+    int m_PacketLimit = zet::PacketReader::kDefaultLimit;
+    // No command of the peer was taken yet.
+    bool m_IsStranger = false;
 
     void dispatch();
+    void limitPackets();
     void analyse(std::span<const unsigned char> frame);
 };

@@ -28,6 +28,10 @@ TEST(HostilePeer, APacketOf256MebibytesAnnouncedAndTenBytesSentCostsNothing)
 {
     NoteAnalyser analyser;
     Loopback net(analyser);
+    // Not even from a stranger.
+    zet::NetLimits limits;
+    limits.m_FirstInput = 0;
+    net.m_Server->setLimits(limits);
     RawPeer peer(net);
     ASSERT_TRUE(peer.m_IsUp);
     auto bytes = announcement(0x0FFFFFFF);

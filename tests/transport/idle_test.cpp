@@ -226,6 +226,9 @@ TEST(Load, FiveThousandConnectionsAreServedAndLeave)
             ++answers;
         });
     Loopback net(server);
+    zet::NetLimits limits;
+    limits.m_ConnectionsPerAddress = kCount;
+    net.m_Server->setLimits(limits);
     for (int i = 0; i < kCount; ++i)
     {
         const ClientHandle socket = new test::Client(client);

@@ -267,6 +267,10 @@ TEST(NetSessionPeer, ALengthAboveTheLimitEndsTheSessionWithAnError)
 TEST(NetSessionPeer, AHugeLengthWithinTheLimitCostsWhatItsBytesCost)
 {
     NetPair net;
+    // Not even from a stranger.
+    zet::NetLimits limits;
+    limits.m_FirstInput = 0;
+    net.m_Server->setLimits(limits);
     RawPeer peer(net);
     peer.send(kGreeting);
     ASSERT_EQ(peer.notes("o"), "o");

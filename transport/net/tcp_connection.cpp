@@ -128,6 +128,8 @@ bool TcpConnection::take(TcpLink* link, const std::shared_ptr<Reactor>& reactor,
     m_Handle = static_cast<unsigned int>(link->m_Socket.native_handle());
     m_State = kEstablished;
     readPeer();
+    if (link->m_Seat)
+        link->m_Seat->setOwner(this);
     if (attach(m_Handle))
         return true;
     TcpConnection::close();
@@ -176,6 +178,7 @@ void TcpConnection::drop()
 {
     TcpLink* const link = std::exchange(m_Link, nullptr);
     link->m_Owner = nullptr;
+    link->leaveCrowd();
     link->unwatch();
     asio::error_code ignored;
     link->m_Socket.close(ignored);
@@ -213,6 +216,7 @@ void TcpConnection::joinReactor()
     link->m_Input.swap(m_Link->m_Input);
     link->m_Output.swap(m_Link->m_Output);
     link->m_Sealed.swap(m_Link->m_Sealed);
+    link->m_Seat = std::exchange(m_Link->m_Seat, {});
     // Output is announced to the new reactor below.
     const unsigned char pending = m_Pending & static_cast<unsigned char>(~kOutput);
     drop();
@@ -332,7 +336,14 @@ int TcpConnection::receiveNow(void* data, int size, ConnectionState& end)
         m_Pending &= static_cast<unsigned char>(~kReadable);
         m_Link->waitForInput(!fault);
     }
+    if (got > 0 && m_Link->m_Seat)
+        m_Link->m_Seat->noteInput();
     return fault ? 0 : static_cast<int>(got);
+}
+
+const NetLimits* TcpConnection::getPortLimits() const
+{
+    return m_Link && m_Link->m_Seat ? &m_Link->m_Seat->limits() : nullptr;
 }
 
 void TcpConnection::readPeer()

@@ -10,9 +10,11 @@ namespace zet
 
 class TcpServer;
 class TlsContext;
+struct NetLimits;
 
 namespace inner
 {
+class Crowd;
 class OutputQueue;
 class Reactor;
 struct TcpLink;
@@ -89,9 +91,13 @@ public:
         ring();
     }
 
+    // Also once the output of all connections of the port that accepted this one reaches the port's sum, and this one
+    // holds more than its equal part of it, a send fails.
     void setOutputLimit(size_t bytes) { m_OutputLimit = bytes; }
     // Bytes that wait to be sent.
     size_t getOutputSize() const;
+    // Those of the port that accepted this connection, as they were then; null for any other connection.
+    const NetLimits* getPortLimits() const;
 
 protected:
     // What onTick() has to look at.
@@ -149,6 +155,8 @@ protected:
     void joinReactor();
     void discardInput();
     void fail(ConnectionState state);
+    // Tells the port how much waits to be sent. False where that is too much for it.
+    bool countOutput();
 
     unsigned char m_State = kDown;
     unsigned char m_Pending = 0;
@@ -159,12 +167,14 @@ protected:
     std::shared_ptr<inner::Reactor> m_Reactor;
 
 private:
+    friend class inner::Crowd;
     friend struct inner::TcpLink;
     friend class TcpServer;
 
     void lookNow();
     void setLink(inner::TcpLink* link);
     bool finishConnect();
+    bool sendPieces(inner::OutputQueue& queue);
     void loseOutput();
     // Takes an accepted link on, by attach().
     bool take(inner::TcpLink* link, const std::shared_ptr<inner::Reactor>& reactor, TlsContext* context);

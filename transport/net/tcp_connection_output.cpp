@@ -57,6 +57,11 @@ bool TcpConnection::takesOutput() const
     return m_Link && m_State >= kConnecting && m_State <= kClosedByPeer && m_Link->m_Output.size() < m_OutputLimit;
 }
 
+bool TcpConnection::countOutput()
+{
+    return !m_Link->m_Seat || m_Link->m_Seat->holdOutput(getOutputSize());
+}
+
 void TcpConnection::announceOutput()
 {
     const size_t size = getOutputSize();
@@ -80,8 +85,9 @@ int TcpConnection::send(const void* data, int size)
         return 0;
     if (m_Pending & kOutputLost)
         return size;
-    if (!m_Link->m_Output.write(data, size, m_Reactor->pool()))
+    if (!countOutput() || !m_Link->m_Output.write(data, size, m_Reactor->pool()))
         return 0;
+    countOutput();
     // Mostly the output is announced already, and there is too little of it to leave by now.
     if (!(m_Pending & kOutput) || getOutputSize() >= kFlushAt)
         announceOutput();
@@ -96,6 +102,13 @@ void TcpConnection::flush()
 }
 
 bool TcpConnection::sendQueue(inner::OutputQueue& queue)
+{
+    const bool isSent = sendPieces(queue);
+    countOutput();
+    return isSent;
+}
+
+bool TcpConnection::sendPieces(inner::OutputQueue& queue)
 {
     while (queue.size() > 0)
     {

@@ -136,6 +136,8 @@ bool TcpSecureConnection::beginTls()
     m_State = kConnecting;
     m_Pending |= kSecuring;
     m_Tls->m_Begun = getTimeTick();
+    if (m_Link->m_Seat)
+        m_Link->m_Seat->beginHandshake(*this, m_Tls->m_Context->getHandshakeTime());
     ring();
     // The client has the first word.
     if (m_Tls->m_IsClient)
@@ -152,7 +154,15 @@ void TcpSecureConnection::onTick(unsigned int tick)
 
 void TcpSecureConnection::secure()
 {
-    if (m_State == kConnecting && ((m_Pending & kReadable) || m_Tls->m_Input.size() > 0))
+    const bool hasInput = m_State == kConnecting && ((m_Pending & kReadable) || m_Tls->m_Input.size() > 0);
+    if (m_Link && m_Link->m_Seat && m_Link->m_Seat->isTimed())
+    {
+        // The port watches the time of all, and takes a bounded number of steps.
+        if (hasInput && m_Link->m_Seat->waitForStep())
+            m_Reactor->hurry();
+        return;
+    }
+    if (hasInput)
         shakeHands();
     if (!(m_Pending & kSecuring) || m_State != kConnecting)
         return;
@@ -161,6 +171,31 @@ void TcpSecureConnection::secure()
     else
         // The clock is looked at again with the next tick, though nothing happens.
         ring();
+}
+
+void TcpSecureConnection::stepHandshake()
+{
+    if (!(m_Pending & kSecuring) || m_State != kConnecting)
+        return;
+    shakeHands();
+    // What came behind the handshake, or ended it, is for the next tick.
+    if (m_Pending & (kReadable | kSecuring))
+        ring();
+    if (m_State != kConnecting)
+        hurry();
+}
+
+void TcpSecureConnection::endLateHandshake()
+{
+    if ((m_Pending & kSecuring) && m_State == kConnecting)
+        failHandshake(L"no end of it in time");
+}
+
+void TcpSecureConnection::endSecuring()
+{
+    m_Pending &= static_cast<unsigned char>(~kSecuring);
+    if (m_Link->m_Seat)
+        m_Link->m_Seat->endHandshake();
 }
 
 void TcpSecureConnection::shakeHands()
@@ -185,7 +220,7 @@ void TcpSecureConnection::shakeHands()
             return m_Tls->m_Input.settle(m_Reactor->pool());
         m_Tls->m_HandshakeInput += got;
     }
-    m_Pending &= static_cast<unsigned char>(~kSecuring);
+    endSecuring();
     m_State = kEstablished;
     if (m_Tls->hasInput())
         m_Pending |= kReadable;
@@ -197,7 +232,7 @@ void TcpSecureConnection::shakeHands()
 
 void TcpSecureConnection::failHandshake(const String_T<wchar_t>& reason)
 {
-    m_Pending &= static_cast<unsigned char>(~kSecuring);
+    endSecuring();
     Log::warning(L"TLS handshake with %s failed: %s", getPeerName(), reason);
     // The alert is worth a try.
     if (!m_Link->m_IsOutputWaited)

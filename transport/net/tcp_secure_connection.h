@@ -59,10 +59,16 @@ protected:
     void flush() override;
 
 private:
+    friend class inner::Crowd;
+
     inner::TlsLayer& layer();
     bool beginTls();
     void secure();
     void shakeHands();
+    // What the port does for an accepted connection, in its turn.
+    void stepHandshake();
+    void endLateHandshake();
+    void endSecuring();
     void failHandshake(const String_T<wchar_t>& reason);
     int fillInput();
     int breakTls(const String_T<wchar_t>& reason);

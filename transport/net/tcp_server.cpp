@@ -1,6 +1,7 @@
 #include "transport/net/tcp_server.h"
 
 #include "framework/log.h"
+#include "framework/stopwatch.h"
 #include "framework/string_helper.h"
 #include "framework/time.h"
 #include "transport/net/inner/guard.h"
@@ -33,7 +34,7 @@ bool isOutOfHandles(const asio::error_code& fault)
 
 } // namespace
 
-TcpServer::TcpServer() = default;
+TcpServer::TcpServer() : m_Crowd(std::make_shared<inner::Crowd>()) {}
 
 TcpServer::~TcpServer()
 {
@@ -105,7 +106,18 @@ bool TcpServer::setListener(std::unique_ptr<TcpListener>& listener)
     m_IsReady = false;
     m_IsResting = false;
     m_Listener = std::move(listener);
+    m_Crowd->setServed(true);
     return true;
+}
+
+void TcpServer::setLimits(const NetLimits& limits)
+{
+    m_Crowd->setLimits(limits);
+}
+
+const NetLimits& TcpServer::getLimits() const
+{
+    return m_Crowd->limits();
 }
 
 void TcpServer::joinReactor()
@@ -157,6 +169,7 @@ void TcpServer::close()
 void TcpServer::drop()
 {
     dismiss();
+    m_Crowd->setServed(false);
     ++m_Listening;
     m_Listener.reset();
     m_ListenPort = 0;
@@ -174,9 +187,17 @@ void TcpServer::onTick(unsigned int)
     if (!m_Listener)
         return;
     look();
+    acceptVisitors();
+    if (m_Listener && m_Crowd->serve())
+        hurry();
+}
+
+void TcpServer::acceptVisitors()
+{
     if (m_IsResting && static_cast<int>(getTimeTick() - m_RestUntil) < 0)
         return;
-    for (int i = 0; i < kAcceptsPerTick; ++i)
+    Stopwatch watch;
+    for (int i = 0; i < kAcceptsPerTick && watch.getElapsed() < kAcceptTime; ++i)
     {
         if (!m_Listener || (!m_Visitor && !m_IsReady))
             return;
@@ -192,6 +213,11 @@ void TcpServer::onTick(unsigned int)
             return;
     }
     // There may be more, and nothing else says so.
+    hurry();
+}
+
+void TcpServer::hurry()
+{
     if (m_Reactor)
         m_Reactor->hurry();
 }
@@ -228,13 +254,18 @@ TcpServer::Visit TcpServer::visit()
     if (fault)
         return kRefused;
     m_IsResting = false;
+    const auto& address = *reinterpret_cast<const sockaddr_in*>(peer.data());
+    const unsigned int from = static_cast<unsigned int>(address.sin_addr.s_addr);
+    if (!m_Crowd->hasRoom(from))
+        return kRefused;
     const unsigned int listening = m_Listening;
     bool isPermitted = false;
-    inner::guard(L"permission()", nullptr,
-                 [&] { isPermitted = permission(*reinterpret_cast<const sockaddr_in*>(peer.data())); });
+    inner::guard(L"permission()", nullptr, [&] { isPermitted = permission(address); });
     // The host may have closed the server, or listen anew by now.
     if (!isPermitted || m_Listening != listening)
         return kRefused;
+    link->m_Seat = m_Crowd->admit(from);
+    inner::watchPeer(link->m_Socket.native_handle(), m_Crowd->limits());
     m_Visitor = link.get();
     m_Visitor->addRef();
     return kCome;

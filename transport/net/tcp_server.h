@@ -1,6 +1,7 @@
 // A listening TCP port, run as a task.
 #pragma once
 
+#include "transport/net/net_limits.h"
 #include "transport/net/tcp_connection.h"
 #include "transport/net/tls_context.h"
 
@@ -15,8 +16,9 @@ namespace zet
 
 namespace inner
 {
+class Crowd;
 struct TcpListener;
-}
+} // namespace inner
 
 // Accepts what has come with each tick, up to a number; the rest comes with the next one. A server started in a System
 // learns from it when someone has come; one in no System looks with each tick.
@@ -25,6 +27,8 @@ class COMMONGROUND_API TcpServer : public Socket
 public:
     // Connections that one tick accepts at most.
     static constexpr int kAcceptsPerTick = 256;
+    // Milliseconds after which a tick accepts no further one.
+    static constexpr unsigned int kAcceptTime = 20;
     // Milliseconds that accepting rests once the operating system has no handle left.
     static constexpr unsigned int kRestTime = 100;
 
@@ -66,12 +70,19 @@ public:
     bool setTlsContext(TlsContext* context);
     TlsContext* getTlsContext() const { return m_TlsContext; }
 
+    // What this port takes from peers that it does not know. The numbers of connections and of steps count from now on;
+    // the rest is what a connection keeps that is accepted from now on.
+    void setLimits(const NetLimits& limits);
+    const NetLimits& getLimits() const;
+
     // The port listened on, also where listen() chose it; 0 when not listening.
     unsigned short getPort() const { return m_ListenPort; }
 
 protected:
     // Learns what is ready for this server and its connections where no System has looked for this tick.
     void look();
+    // Asks for the next tick at once.
+    void hurry();
 
 private:
     friend struct inner::TcpListener;
@@ -93,6 +104,7 @@ private:
     static bool holds(const std::vector<Rule>& rules, unsigned int address);
     bool setListener(std::unique_ptr<inner::TcpListener>& listener);
     void joinReactor();
+    void acceptVisitors();
     Visit visit();
     void dismiss();
     void drop();
@@ -102,6 +114,7 @@ private:
     std::unique_ptr<inner::TcpListener> m_Listener;
     inner::TcpLink* m_Visitor = nullptr;
     std::shared_ptr<inner::Reactor> m_Reactor;
+    const std::shared_ptr<inner::Crowd> m_Crowd;
     Unknown::Handle_T<TlsContext> m_TlsContext;
     // Changes when listening ends.
     unsigned int m_Listening = 0;

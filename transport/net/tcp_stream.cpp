@@ -1,5 +1,6 @@
 #include "transport/net/tcp_stream.h"
 
+#include "framework/log.h"
 #include "transport/net/inner/tcp_link.h"
 
 #include <algorithm>
@@ -41,6 +42,11 @@ void TcpStream::onTick(unsigned int tick)
             m_Pending |= kUnread;
     }
     m_Link->m_Input.settle(m_Reactor->pool());
+    if (m_Link->m_Seat && !m_Link->m_Seat->holdInput(static_cast<size_t>(m_Link->m_Input.capacity())))
+    {
+        Log::warning(L"Too much input waits on this port: %s is ended", getPeerName());
+        fail(kBroken);
+    }
 }
 
 void TcpStream::fill(int wanted)

@@ -68,6 +68,8 @@ public:
     InputBuffer& operator=(const InputBuffer&) = delete;
 
     int size() const { return m_Block ? m_Block->size() : 0; }
+    // Bytes of memory that are held.
+    int capacity() const { return m_Block ? m_Block->m_Capacity : 0; }
     const unsigned char* data() const { return m_Block ? m_Block->bytes() + m_Block->m_Begin : nullptr; }
     void consume(int size) { m_Block->m_Begin += size; }
 

@@ -3,6 +3,11 @@
 
 #include <asio/ip/tcp.hpp>
 
+namespace zet
+{
+struct NetLimits;
+}
+
 namespace zet::inner
 {
 
@@ -34,5 +39,8 @@ void openSocket(Socket& socket, const Protocol& protocol, asio::error_code& faul
 
 // Begins a connection with a socket that does not block, and waits for nothing. False where there is no way.
 bool beginConnect(asio::ip::tcp::socket::native_handle_type handle, const asio::ip::tcp::endpoint& peer);
+
+// Lets the operating system notice a peer that vanished, as the limits say. What it has no option for is left out.
+void watchPeer(asio::ip::tcp::socket::native_handle_type handle, const NetLimits& limits);
 
 } // namespace zet::inner

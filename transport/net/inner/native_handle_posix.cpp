@@ -1,13 +1,27 @@
 #include "transport/net/inner/native_handle.h"
 
-#include <cerrno>
+#include "transport/net/net_limits.h"
 
-#include <fcntl.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 namespace zet::inner
 {
+
+namespace
+{
+
+template <class Value>
+void setOption(int handle, int level, int name, Value value)
+{
+    ::setsockopt(handle, level, name, &value, sizeof value);
+}
+
+} // namespace
 
 NativeHandle makeHandle(int type, asio::error_code& fault)
 {
@@ -41,6 +55,25 @@ bool beginConnect(asio::ip::tcp::socket::native_handle_type handle, const asio::
     // One that a signal has interrupted goes on by itself.
     return ::connect(handle, peer.data(), static_cast<socklen_t>(peer.size())) == 0 || errno == EINPROGRESS ||
            errno == EINTR;
+}
+
+void watchPeer(asio::ip::tcp::socket::native_handle_type handle, const NetLimits& limits)
+{
+    if (limits.m_ProbeAfter > 0 && limits.m_ProbeEvery > 0 && limits.m_Probes > 0)
+    {
+        setOption(handle, SOL_SOCKET, SO_KEEPALIVE, 1);
+#ifdef TCP_KEEPIDLE
+        setOption(handle, IPPROTO_TCP, TCP_KEEPIDLE, limits.m_ProbeAfter);
+#endif
+#ifdef TCP_KEEPINTVL
+        setOption(handle, IPPROTO_TCP, TCP_KEEPINTVL, limits.m_ProbeEvery);
+        setOption(handle, IPPROTO_TCP, TCP_KEEPCNT, limits.m_Probes);
+#endif
+    }
+#ifdef TCP_USER_TIMEOUT
+    if (limits.m_UnacknowledgedTime > 0)
+        setOption(handle, IPPROTO_TCP, TCP_USER_TIMEOUT, limits.m_UnacknowledgedTime);
+#endif
 }
 
 } // namespace zet::inner

@@ -1,5 +1,9 @@
 #include "transport/net/inner/native_handle.h"
 
+#include "transport/net/net_limits.h"
+
+#include <mstcpip.h>
+
 namespace zet::inner
 {
 
@@ -40,6 +44,19 @@ void closeHandle(NativeHandle handle)
 bool beginConnect(asio::ip::tcp::socket::native_handle_type handle, const asio::ip::tcp::endpoint& peer)
 {
     return ::connect(handle, peer.data(), static_cast<int>(peer.size())) == 0 || ::WSAGetLastError() == WSAEWOULDBLOCK;
+}
+
+void watchPeer(asio::ip::tcp::socket::native_handle_type handle, const NetLimits& limits)
+{
+    // The number of probes is the system's own, and so is the time without an acknowledgement.
+    if (limits.m_ProbeAfter <= 0 || limits.m_ProbeEvery <= 0 || limits.m_Probes <= 0)
+        return;
+    tcp_keepalive probes{};
+    probes.onoff = 1;
+    probes.keepalivetime = static_cast<unsigned long>(limits.m_ProbeAfter) * 1000;
+    probes.keepaliveinterval = static_cast<unsigned long>(limits.m_ProbeEvery) * 1000;
+    DWORD ignored = 0;
+    ::WSAIoctl(handle, SIO_KEEPALIVE_VALS, &probes, sizeof probes, nullptr, 0, &ignored, nullptr, nullptr);
 }
 
 } // namespace zet::inner

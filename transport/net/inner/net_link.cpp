@@ -8,6 +8,7 @@
 #include "framework/string_helper.h"
 #include "framework/thread.h"
 #include "framework/time.h"
+#include "transport/net/net_limits.h"
 #include "transport/net/net_session.h"
 
 #include <algorithm>
@@ -128,7 +129,10 @@ bool NetLink::takeGreeting(InputStream& stream)
         return false;
     }
     m_Phase = kOpen;
-    m_Reader.setLimit(m_MessageLimit);
+    // A stranger's first message may not be of any size.
+    const NetLimits* const limits = m_IsAccepting ? getPortLimits() : nullptr;
+    const bool isLimited = limits && limits->m_FirstInput > 0;
+    m_Reader.setLimit(isLimited ? std::min(m_MessageLimit, limits->m_FirstInput) : m_MessageLimit);
     NetSession* const session = m_Session;
     const Unknown::Handle_T<NetSession> keep = session->getRefCount() > 0 ? session : nullptr;
     guard(*session, [&] { session->tell(*event); });
@@ -143,9 +147,14 @@ void NetLink::takeMessage(InputStream& stream)
                                [](const void* self) { return static_cast<const NetLink*>(self)->getPeerName(); });
     const Unknown::Handle_T<Message> message = Message::readWhole(stream);
     if (message && stream.isEmpty())
+    {
+        m_Reader.setLimit(m_MessageLimit);
         guard(*session, [&] { session->onMessage(message); });
+    }
     else if (PeerLog::takesLine())
+    {
         Log::error(L"Message is dropped \t(%s)", getPeerName());
+    }
 }
 
 bool NetLink::sendMessage(const Message& message)

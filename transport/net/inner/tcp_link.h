@@ -3,6 +3,7 @@
 
 #include "transport/net/inner/blocks.h"
 #include "transport/net/inner/counted.h"
+#include "transport/net/inner/crowd.h"
 #include "transport/net/inner/reactor.h"
 
 #include <asio/ip/tcp.hpp>
@@ -22,7 +23,11 @@ struct TcpLink final : Counted<TcpLink>, Watch
     using Socket = asio::basic_stream_socket<asio::ip::tcp, asio::io_context::executor_type>;
 
     explicit TcpLink(Reactor& reactor) : m_Poller(reactor.poller()), m_Socket(reactor.context().get_executor()) {}
-    ~TcpLink() { unwatch(); }
+    ~TcpLink()
+    {
+        unwatch();
+        leaveCrowd();
+    }
 
     // From now on the owner is told when input comes. True where it is so already.
     bool watch() { return m_IsWatched || startWatch(kReadyInput); }
@@ -40,6 +45,12 @@ struct TcpLink final : Counted<TcpLink>, Watch
     void flushOwner();
     // The owner counts as broken.
     void failOwner();
+    void leaveCrowd()
+    {
+        if (m_Seat)
+            m_Seat->leave();
+        m_Seat = Ref<Seat>();
+    }
     // Options of every connection of ours. A socket that has no such option goes without it.
     bool prepare();
     // Whether a call found nothing to do, which is no fault.
@@ -52,6 +63,8 @@ struct TcpLink final : Counted<TcpLink>, Watch
     Poller& m_Poller;
     Socket m_Socket;
     TcpConnection* m_Owner = nullptr;
+    // Of an accepted connection.
+    Ref<Seat> m_Seat;
     InputBuffer m_Input;
     OutputQueue m_Output;
     // What of the output a secure layer has sealed; it leaves first.
