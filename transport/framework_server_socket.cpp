@@ -4,6 +4,7 @@
 #include "framework/inner/make_room.h"
 #include "framework/inner/report.h"
 #include "framework/log.h"
+#include "framework/stopwatch.h"
 #include "transport/address_file.h"
 #include "transport/net/inner/guard.h"
 
@@ -95,15 +96,33 @@ void CFrameworkServerSocket::tickClients(unsigned int tick)
     const Walk walk(*this);
     // The list keeps its length during a walk.
     const size_t count = m_Walk.size();
+    const size_t first = m_First ? static_cast<size_t>(placeOf(std::exchange(m_First, nullptr)) - m_Walk.begin()) : 0;
+    const unsigned int time = getLimits().m_TurnTime;
+    const int bytes = getLimits().m_TurnInput;
+    const int turn = bytes > 0 && hasOthers() ? bytes : zet::TcpStream::kEndlessTurn;
+    zet::Stopwatch watch;
     for (size_t i = 0; i < count; ++i)
     {
-        const Place& place = m_Walk[i];
+        const Place& place = m_Walk[(first + i) % count];
         if (place.m_IsGone || (place.m_IsPlain && !*place.m_Bell))
             continue;
+        if (time > 0 && watch.getElapsed() >= time)
+        {
+            m_First = place.m_Client;
+            hurry();
+            return;
+        }
         *place.m_Bell = 0;
+        place.m_Client->setTurn(turn);
         if (!walker.onEntry(place.m_Client))
             *place.m_Bell = 1;
     }
+}
+
+// Whether somebody may wait while one connection has its turn.
+bool CFrameworkServerSocket::hasOthers() const
+{
+    return m_Walk.size() > 1 || (getSystem() && getSystem()->getTaskCount() > 1);
 }
 
 void CFrameworkServerSocket::endWalk()
@@ -193,10 +212,11 @@ void CFrameworkServerSocket::removeGone()
                   });
 }
 
-std::vector<CFrameworkServerSocket::Place>::iterator CFrameworkServerSocket::placeOf(CFrameworkClientSocket* client)
+std::vector<CFrameworkServerSocket::Place>::iterator
+CFrameworkServerSocket::placeOf(const CFrameworkClientSocket* client)
 {
     return std::lower_bound(m_Walk.begin(), m_Walk.end(), client,
-                            [](const Place& place, CFrameworkClientSocket* key)
+                            [](const Place& place, const CFrameworkClientSocket* key)
                             { return std::less<>()(place.m_Client, key); });
 }
 

@@ -88,7 +88,8 @@ private:
     void lose(CFrameworkClientSocket* client);
     unsigned char* takeBell();
     void removeGone();
-    std::vector<Place>::iterator placeOf(CFrameworkClientSocket* client);
+    std::vector<Place>::iterator placeOf(const CFrameworkClientSocket* client);
+    bool hasOthers() const;
 
     // The keys of m_ClientSockets in their order and in one piece: a walk over thousands of idle connections looks at
     // their bells and not at the objects. During a walk a connection that goes keeps its place, and one that comes
@@ -102,3 +103,5 @@ private:
     std::vector<zet::Unknown::Handle_T<CFrameworkClientSocket>> m_Abandoned;
     int m_Walks = 0;
 };
+    // Who is first in the next tick's walk, where the present one was cut short; compared, never used.
+    const CFrameworkClientSocket* m_First = nullptr;

@@ -17,6 +17,8 @@ namespace
 constexpr int kFillMost = 1024 * 1024;
 // Times that one request may ask for bytes: each opens one record of a secure layer, which may hold a byte.
 constexpr int kReceivesMost = 256;
+// What a receive takes of a turn at least, in bytes.
+constexpr int kReceiveCost = 64;
 
 } // namespace
 
@@ -55,16 +57,20 @@ void TcpStream::fill(int wanted)
     int total = 0;
     for (int i = 0; i < kReceivesMost && isWorthReceiving() && input.size() < wanted && total < kFillMost; ++i)
     {
+        if (m_Turn <= 0)
+            return;
         const int room = input.prepare(m_Reactor->pool());
         if (room <= 0)
         {
             fail(kBroken);
             return;
         }
-        const int got = receive(input.end(), room);
+        const int got = receive(input.end(), std::min(room, m_Turn));
         if (got <= 0)
             return;
         input.grow(got);
+        if (m_Turn != kEndlessTurn)
+            m_Turn -= std::max(got, kReceiveCost);
         total += got;
     }
 }

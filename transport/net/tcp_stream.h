@@ -18,6 +18,11 @@ public:
     // Receives what is ready where nothing is buffered.
     void onTick(unsigned int tick) override;
 
+    // Bytes that it receives at most from now on, until this is called again; for who ticks many and gives each its
+    // turn. Without it there is no such bound.
+    void setTurn(int bytes) { m_Turn = bytes; }
+    static constexpr int kEndlessTurn = 0x7FFFFFFF;
+
     // Bytes that are buffered; more may be ready.
     virtual int available() const override;
     int peek(void* data, int size) override;
@@ -31,6 +36,8 @@ public:
 
 private:
     void fill(int wanted);
+
+    int m_Turn = kEndlessTurn;
 };
 
 } // namespace zet

@@ -62,6 +62,8 @@ void NetLink::onTick(unsigned int tick)
         return;
     // A handler may let go of session and link.
     const Unknown::Handle_T<NetLink> keep = this;
+    const NetLimits* const limits = getPortLimits();
+    setTurn(limits && limits->m_TurnInput > 0 ? limits->m_TurnInput : kEndlessTurn);
     m_Pending &= static_cast<unsigned char>(~kUnread);
     dispatch();
     if (!m_Session)
