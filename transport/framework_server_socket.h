@@ -19,7 +19,9 @@ public:
     using ClientSockets = zet::Dictionary<CFrameworkClientSocket*, zet::Unknown::Handle_T<CFrameworkClientSocket>>;
     using FrameworkSockets = zet::Dictionary<zet::uuid_node_t, zet::Unknown::Handle_T<CFrameworkClientSocket>>;
 
-    // An empty ip stands for the name of this machine.
+    // The address by which the host knows this server, for logs and for telling others: listen() does not go by it, and
+    // takes all addresses of this machine until setBindAddress() says otherwise. An empty ip stands for the name of
+    // this machine.
     CFrameworkServerSocket(const zet::String_T<wchar_t>& ip, unsigned short port);
     // Closes as close() does.
     ~CFrameworkServerSocket() override;
@@ -101,7 +103,7 @@ private:
     std::vector<CFrameworkClientSocket*> m_Newcomers;
     // Connections abandoned during a walk.
     std::vector<zet::Unknown::Handle_T<CFrameworkClientSocket>> m_Abandoned;
-    int m_Walks = 0;
-};
     // Who is first in the next tick's walk, where the present one was cut short; compared, never used.
     const CFrameworkClientSocket* m_First = nullptr;
+    int m_Walks = 0;
+};

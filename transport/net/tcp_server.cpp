@@ -66,7 +66,7 @@ bool TcpServer::listen(unsigned short port, int backlog)
     // A restarted server gets its port back while old connections linger. Elsewhere the option means theft of ports.
     acceptor.set_option(asio::socket_base::reuse_address(true), fault);
 #endif
-    acceptor.bind(tcp::endpoint(tcp::v4(), port), fault);
+    acceptor.bind(tcp::endpoint(asio::ip::address_v4(ntohl(m_BindAddress)), port), fault);
     if (!fault)
         acceptor.listen(backlog > 0 ? backlog : asio::socket_base::max_listen_connections, fault);
     if (fault)
@@ -107,6 +107,21 @@ bool TcpServer::setListener(std::unique_ptr<TcpListener>& listener)
     m_IsResting = false;
     m_Listener = std::move(listener);
     m_Crowd->setServed(true);
+    return true;
+}
+
+bool TcpServer::setBindAddress(const wchar_t* address)
+{
+    if (!address || !*address)
+    {
+        m_BindAddress = 0;
+        return true;
+    }
+    asio::error_code fault;
+    const auto parsed = asio::ip::make_address_v4(StringHelper::wideToUtf8(address).getBuffer(), fault);
+    if (fault)
+        return false;
+    m_BindAddress = htonl(parsed.to_uint());
     return true;
 }
 

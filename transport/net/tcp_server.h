@@ -44,8 +44,9 @@ public:
     // Stops listening; accepted connections stay.
     void close() override;
 
-    // Listens on all addresses of this machine. Port 0 takes a free one; a backlog of 0 or less takes the system's
-    // largest. False, and no handle, where it listens already or the port is not to be had.
+    // Listens on the address that setBindAddress() was given, else on all addresses of this machine. Port 0 takes a
+    // free one; a backlog of 0 or less takes the system's largest. False, and no handle, where it listens already or
+    // the port is not to be had.
     virtual bool listen(unsigned short port, int backlog);
     // Gives the next connection that has come to an object without one, through that object's attach(). False where
     // nobody has come and where the object has a connection, which changes nothing; and where attach() is false, or the
@@ -69,6 +70,10 @@ public:
     // plain ones. False, and nothing changed, where it lacks what a server needs, and in a library without TLS.
     bool setTlsContext(TlsContext* context);
     TlsContext* getTlsContext() const { return m_TlsContext; }
+
+    // The one address of this machine that the next listen() takes, as four numbers with points; empty for all of them.
+    // False, and nothing changed, for what is no such address. "127.0.0.1" lets in this machine alone.
+    bool setBindAddress(const wchar_t* address);
 
     // What this port takes from peers that it does not know. The numbers of connections and of steps count from now on;
     // the rest is what a connection keeps that is accepted from now on.
@@ -116,6 +121,8 @@ private:
     std::shared_ptr<inner::Reactor> m_Reactor;
     const std::shared_ptr<inner::Crowd> m_Crowd;
     Unknown::Handle_T<TlsContext> m_TlsContext;
+    // In network order; 0 for all.
+    unsigned int m_BindAddress = 0;
     // Changes when listening ends.
     unsigned int m_Listening = 0;
     unsigned int m_RestUntil = 0;
