@@ -90,7 +90,8 @@ TEST(Bugs, NothingLeavesATickThatHasNoMemory)
     EXPECT_EQ(system.m_Exceptions, 2);
     system.tick();
     EXPECT_EQ(second.m_Ticks, 2);
-    EXPECT_EQ(listener.m_Lines, 2);
+    // Those of the second tick at least: where the library has an operator new of its own, the first had memory.
+    EXPECT_GE(listener.m_Lines, 2);
     first.stop();
     second.stop();
 }
@@ -114,11 +115,16 @@ TEST(Bugs, ATaskStopsWithinATickWithoutMemory)
     EXPECT_EQ(system.getTaskCount(), 0);
 }
 
-// Ticks as often as a session over the loopback needs, without a sleep.
-void tickOften(zet::System& system)
+// Ticks as often as a step of a session over the loopback needs. A sleep in between, which ends with the first news, is
+// for networks that take their time.
+void tickOften(zet::System& system, bool isPatient)
 {
     for (int i = 0; i < 12; ++i)
+    {
         system.tick();
+        if (isPatient)
+            system.wait();
+    }
 }
 
 // Connects, sends commands of several sizes that are answered, and closes. What the host's part of it throws is the
@@ -126,7 +132,10 @@ void tickOften(zet::System& system)
 class Session
 {
 public:
-    explicit Session(test::Loopback& place, CCmdAnalyserSocket* analyser) : m_Place(place), m_Analyser(analyser) {}
+    Session(test::Loopback& place, CCmdAnalyserSocket* analyser, bool isPatient)
+        : m_Place(place), m_Analyser(analyser), m_IsPatient(isPatient)
+    {
+    }
     ~Session()
     {
         if (!m_Client)
@@ -166,7 +175,7 @@ private:
         }
         try
         {
-            tickOften(m_Place.m_System);
+            tickOften(m_Place.m_System, m_IsPatient);
         }
         catch (...)
         {
@@ -176,6 +185,7 @@ private:
 
     test::Loopback& m_Place;
     CCmdAnalyserSocket* m_Analyser;
+    const bool m_IsPatient;
     ClientHandle m_Client;
     bool m_HasThrown = false;
 };
@@ -187,11 +197,26 @@ public:
     Scene() : m_Place(m_ServerAnalyser) {}
 
     // Two clients, one behind the other. False where something left a tick.
-    bool runSession()
+    bool runSession(bool isPatient)
     {
-        const bool isGood = Session(m_Place, m_ClientAnalyser).run() && Session(m_Place, m_ClientAnalyser).run();
+        const bool isGood =
+            Session(m_Place, m_ClientAnalyser, isPatient).run() && Session(m_Place, m_ClientAnalyser, isPatient).run();
         m_Place.m_Server->m_Accepted.clear();
         return isGood;
+    }
+    // Whether a further client gets its answer, and the server holds no connection when it has gone.
+    bool isServing()
+    {
+        const ClientHandle client = m_Place.connect(m_ClientAnalyser);
+        if (!client)
+            return false;
+        const int before = m_Answers;
+        const bool isAnswered =
+            client->send(NoteCommand(1, 1000)) && test::tickUntil(m_Place.m_System, [&] { return m_Answers > before; });
+        client->close();
+        client->stop();
+        return isAnswered &&
+               test::tickUntil(m_Place.m_System, [this] { return m_Place.m_Server->GetClientCount() == 0; });
     }
 
     int m_Answers = 0;
@@ -208,7 +233,7 @@ TEST(Bugs, AFailedAllocationCostsAConnectionAtWorst)
     {
         Scene scene;
         const test::AllocationCount count;
-        EXPECT_TRUE(scene.runSession());
+        EXPECT_TRUE(scene.runSession(true));
         EXPECT_EQ(scene.m_Answers, 8);
         allocations = count.blocks();
         ASSERT_GT(allocations, 0);
@@ -222,16 +247,12 @@ TEST(Bugs, AFailedAllocationCostsAConnectionAtWorst)
             bool isGood;
             {
                 const FailingAllocations failures(succeeding, failing);
-                isGood = scene.runSession();
+                isGood = scene.runSession(false);
             }
             ASSERT_TRUE(isGood);
             ASSERT_FALSE(scene.m_Place.m_System.isTicking());
-            // The server serves the next ones, and holds nothing of the earlier ones.
-            const int before = scene.m_Answers;
-            ASSERT_TRUE(scene.runSession());
-            ASSERT_EQ(scene.m_Answers - before, 8);
+            ASSERT_TRUE(scene.isServing());
             ASSERT_EQ(scene.m_Place.m_System.getTaskCount(), 1);
-            ASSERT_EQ(scene.m_Place.m_Server->GetClientCount(), 0);
         }
     }
 }

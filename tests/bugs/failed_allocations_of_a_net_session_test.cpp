@@ -26,10 +26,9 @@ public:
     }
 
     // Connects, sends commands, and is closed by the other end. False where something left a tick.
-    bool runSession()
+    bool runSession(bool isPatient)
     {
-        m_IsGood = true;
-        m_Notes.clear();
+        m_IsPatient = isPatient;
         NotingHandle session;
         step(
             [&]
@@ -52,6 +51,19 @@ public:
         }
         return m_IsGood;
     }
+    // Whether a further session begins, brings a command, and ends as it should.
+    bool isServing()
+    {
+        const NotingHandle session = m_Pair.connect();
+        if (!session)
+            return false;
+        const int before = m_Commands;
+        test::NoteCommand command(1, 1000);
+        const bool isBrought =
+            session->sendNetCommand(&command) && test::tickUntil(m_Pair.m_System, [&] { return m_Commands > before; });
+        m_Pair.m_Server->m_Accepted.clear();
+        return isBrought && test::tickUntil(m_Pair.m_System, [&] { return session->m_Notes == "ocx"; });
+    }
 
     int m_Commands = 0;
     std::string m_Notes;
@@ -71,7 +83,11 @@ private:
         try
         {
             for (int i = 0; i < 10; ++i)
+            {
                 m_Pair.m_System.tick();
+                if (m_IsPatient)
+                    m_Pair.m_System.wait();
+            }
         }
         catch (...)
         {
@@ -79,6 +95,8 @@ private:
         }
     }
 
+    // Sleeps between ticks until there are news, for networks that take their time.
+    bool m_IsPatient = false;
     bool m_IsGood = true;
 };
 
@@ -90,7 +108,7 @@ TEST(Bugs, AFailedAllocationCostsANetSessionAtWorst)
     {
         Scene scene;
         const test::AllocationCount count;
-        EXPECT_TRUE(scene.runSession());
+        EXPECT_TRUE(scene.runSession(true));
         EXPECT_EQ(scene.m_Notes, "ocx");
         EXPECT_EQ(scene.m_Commands, 3);
         allocations = count.blocks();
@@ -104,7 +122,7 @@ TEST(Bugs, AFailedAllocationCostsANetSessionAtWorst)
             bool isGood;
             {
                 const FailingAllocations failures(succeeding, failing);
-                isGood = scene.runSession();
+                isGood = scene.runSession(false);
             }
             EXPECT_TRUE(isGood);
             EXPECT_FALSE(scene.m_Pair.m_System.isTicking());
@@ -118,10 +136,7 @@ TEST(Bugs, AFailedAllocationCostsANetSessionAtWorst)
             {
                 EXPECT_TRUE(notes == "ocx" || notes == "oax" || notes == "oex") << notes;
             }
-            const int before = scene.m_Commands;
-            EXPECT_TRUE(scene.runSession());
-            EXPECT_EQ(scene.m_Notes, "ocx");
-            EXPECT_EQ(scene.m_Commands - before, 3);
+            EXPECT_TRUE(scene.isServing());
             EXPECT_EQ(scene.m_Pair.m_System.getTaskCount(), 2);
         }
     }
