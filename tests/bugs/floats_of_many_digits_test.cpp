@@ -48,6 +48,8 @@ TEST(Bugs, AFloatOfManyDigitsIsWhatItsFirstDigitSays)
     EXPECT_EQ(value, -1e6f);
 }
 
+// Held against a library that rounds every text correctly.
+#ifdef __GLIBC__
 TEST(Bugs, FloatsOfManyDigitsAreReadAsTheCLibraryReadsThem)
 {
     std::mt19937 random(53);
@@ -76,6 +78,8 @@ TEST(Bugs, FloatsOfManyDigitsAreReadAsTheCLibraryReadsThem)
         ASSERT_NO_FATAL_FAILURE(check(text));
     }
 }
+
+#endif
 
 TEST(Bugs, AnExponentOfManyDigitsIsNotCutShort)
 {
