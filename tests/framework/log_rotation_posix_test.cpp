@@ -16,6 +16,8 @@ namespace
 
 using zet::Log;
 
+constexpr unsigned int kMostMilliseconds = 60000;
+
 std::string contentOf(const std::filesystem::path& path)
 {
     std::ifstream file(path, std::ios::binary);
@@ -47,7 +49,7 @@ protected:
     // The file of today, with what was logged so far; empty where there is none.
     std::filesystem::path file() const
     {
-        EXPECT_TRUE(Log::flush(10000));
+        EXPECT_TRUE(Log::flush(kMostMilliseconds));
         for (const auto& entry : std::filesystem::directory_iterator(m_Directory))
             return entry.path();
         return {};
@@ -63,7 +65,7 @@ TEST_F(LogRotation, AFileThatIsTruncatedGoesOnAtItsBeginning)
     ASSERT_NE(contentOf(path).find("before the copy"), std::string::npos);
     std::filesystem::resize_file(path, 0);
     Log::error(L"after the copy");
-    EXPECT_TRUE(Log::flush(10000));
+    EXPECT_TRUE(Log::flush(kMostMilliseconds));
     const std::string content = contentOf(path);
     EXPECT_EQ(content.find("before"), std::string::npos);
     EXPECT_NE(content.find("after the copy"), std::string::npos);
@@ -77,7 +79,7 @@ TEST_F(LogRotation, AFileThatIsMovedTakesTheLinesAlong)
     const auto moved = m_Directory / "moved";
     std::filesystem::rename(path, moved);
     Log::error(L"after the move");
-    EXPECT_TRUE(Log::flush(10000));
+    EXPECT_TRUE(Log::flush(kMostMilliseconds));
     EXPECT_FALSE(std::filesystem::exists(path));
     EXPECT_NE(contentOf(moved).find("after the move"), std::string::npos);
 }
