@@ -4,6 +4,7 @@
 #include "packaging/wire/quirks.h"
 #include "tests/support/places.h"
 #include "transport/command_socket.h"
+#include "transport/net/net_limits.h"
 #include "transport/net/net_module.h"
 #include "transport/net/net_session.h"
 #include "transport/net/tcp_server.h"
@@ -38,6 +39,7 @@ TEST(Documents, TheTableOfLimitsHasTheDefaults)
 {
     using Udp = zet::UdpServer;
     const Udp::Settings udp;
+    const zet::NetLimits limitsOfPort;
     const std::map<std::string, long long> limits = {
         {"zet::PacketReader::kDefaultLimit", zet::PacketReader::kDefaultLimit},
         {"zet::TcpConnection::kDefaultOutputLimit", zet::TcpConnection::kDefaultOutputLimit},
@@ -49,11 +51,17 @@ TEST(Documents, TheTableOfLimitsHasTheDefaults)
         {"zet::TlsContext::kKeptSessions", zet::TlsContext::kKeptSessions},
         {"zet::TlsContext::kFileLimit", zet::TlsContext::kFileLimit},
         {"zet::UdpServer::Settings::m_ConnectionLimit", udp.m_ConnectionLimit},
+        {"zet::NetLimits::m_Connections", limitsOfPort.m_Connections},
+        {"zet::NetLimits::m_ConnectionsPerAddress", limitsOfPort.m_ConnectionsPerAddress},
+        {"zet::NetLimits::m_ConnectionsPerSubnet", limitsOfPort.m_ConnectionsPerSubnet},
+        {"zet::NetLimits::m_HandshakeSteps", limitsOfPort.m_HandshakeSteps},
+        {"zet::NetLimits::m_HandshakeTime", limitsOfPort.m_HandshakeTime},
         {"zet::UdpServer::Settings::m_InputLimit", udp.m_InputLimit},
         {"zet::UdpServer::Settings::m_ConnectTimeout", udp.m_ConnectTimeout},
         {"zet::UdpServer::Settings::m_IdleTimeout", udp.m_IdleTimeout},
         {"zet::UdpServer::Settings::m_LingerTime", udp.m_LingerTime},
         {"zet::UdpServer::kDatagramsPerTick", Udp::kDatagramsPerTick},
+        {"zet::UdpServer::kReceiveTime", Udp::kReceiveTime},
         {"zet::UdpServer::kGreetingsPerTick", Udp::kGreetingsPerTick},
         {"zet::UdpServer::kAdmissionsPerTick", Udp::kAdmissionsPerTick},
         {"zet::UdpServer::kMostUserData", Udp::kMostUserData},
