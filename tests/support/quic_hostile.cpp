@@ -165,8 +165,8 @@ std::string wildFrame(const ByteSource& next)
     }
 }
 
-// One that an honest peer could send, so that the connection lives on.
-std::string tameFrame(const ByteSource& next)
+// One that an honest peer could send, so that the connection lives on; as many packets as its age have gone before.
+std::string tameFrame(const ByteSource& next, int age)
 {
     const auto small = [&](int end) { return static_cast<char>(next() % end); };
     switch (next() % 16)
@@ -175,12 +175,12 @@ std::string tameFrame(const ByteSource& next)
         return std::string(1, '\x01');
     case 1:
     {
-        const char largest = small(next() % 8 ? 5 : 32);
+        const char largest = small(next() % 16 ? std::min(2 + age, 60) : 63);
         return std::string{'\x02', largest, small(8), '\0', static_cast<char>(largest > 0 ? next() % largest : 0)};
     }
     case 2:
     {
-        const char largest = static_cast<char>(6 + next() % 8);
+        const char largest = static_cast<char>(next() % 16 ? std::min(3 + age, 60) : 62);
         return std::string{'\x03',   largest,  small(8), '\x01',   small(2),
                            small(2), small(2), small(8), small(8), small(8)};
     }
@@ -197,7 +197,7 @@ std::string tameFrame(const ByteSource& next)
         return '\x18' + std::string{static_cast<char>(1 + next() % 24), small(next() % 4 ? 1 : 8)} + '\x10' +
                anyBytes(next, 16) + anyBytes(next, 16);
     case 9:
-        return std::string{'\x19', small(next() % 4 ? 3 : 8)};
+        return std::string{'\x19', static_cast<char>(next() % 16 ? 1 : next() % 8)};
     case 10:
         return '\x1A' + anyBytes(next, 8);
     case 11:
@@ -256,7 +256,7 @@ public:
         m_IsOurServer = options & 1;
         m_Wish.m_IsEager = options & 2;
         m_Wish.m_IsJoining = options & 4;
-        m_Wish.m_IdSize = options & 8 ? 0 : 16;
+        m_Wish.m_IdSize = (options & 8) && next() % 4 == 0 ? 0 : 16;
         m_Wish.m_TokenSize = options & 16 ? 200 : 0;
         if ((options & 32) && next() % 4 == 0)
             m_Wish.m_ChangeParams = [this](std::string& params) { changeParams(m_Next, params); };
@@ -305,7 +305,8 @@ public:
         m_Ours.clear();
         m_Net.m_Sockets.clear();
         m_Net.m_Server->m_Accepted.clear();
-        for (int i = 0; i < 10; ++i)
+        // A peer that confirms late is waited for longer: three times what ngtcp2 takes for the way there and back.
+        for (int i = 0; i < 100; ++i)
             m_Net.step(10000);
         return m_Net.m_Server->getConnectionCount() + m_Net.m_Port->getConnectionCount();
     }
@@ -316,10 +317,7 @@ private:
         const unsigned char kind = !(first & 0x80) ? 1 : (first & 0x30) == 0x20 ? 2 : 4;
         if (!(m_Kinds & kind) || m_Honest-- > 0)
             return;
-        const unsigned char choice = m_Next();
-        const std::string frames = hostileFrames(m_Next, payload.size());
-        // Before the honest ones, or in their place.
-        payload = choice % 4 == 0 ? frames + payload : frames;
+        payload = hostileFrames(m_Next, payload.size(), m_Age++);
     }
     void act(unsigned char choice)
     {
@@ -364,6 +362,7 @@ private:
     // The kinds of packets that are changed, and how many go before as they are.
     unsigned char m_Kinds = 0;
     int m_Honest = 0;
+    int m_Age = 0;
     QuicWish m_Wish;
     UdpNet m_Net;
     NoteSocketHandle m_Ours;
@@ -372,13 +371,13 @@ private:
 
 } // namespace
 
-std::string hostileFrames(const ByteSource& next, size_t size)
+std::string hostileFrames(const ByteSource& next, size_t size, int age)
 {
     const bool isWild = next() % 8 == 0;
     std::string frames;
     for (int count = 1 + next() % 8; count > 0 && frames.size() < size; --count)
     {
-        const std::string one = isWild && next() % 4 == 0 ? wildFrame(next) : tameFrame(next);
+        const std::string one = isWild && next() % 4 == 0 ? wildFrame(next) : tameFrame(next, age);
         // What does not fit is left out, but may be cut by a wild one.
         if (isWild || frames.size() + one.size() <= size)
             frames += one;

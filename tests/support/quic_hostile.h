@@ -10,8 +10,9 @@ namespace test
 
 using ByteSource = std::function<unsigned char()>;
 
-// Frames of all types with plain and with senseless numbers, cut to this size.
-std::string hostileFrames(const ByteSource& next, size_t size);
+// Frames of all types, no longer than this together: mostly such as an honest peer could send after as many packets as
+// its age, else with senseless numbers.
+std::string hostileFrames(const ByteSource& next, size_t size, int age);
 // Takes encoded transport parameters apart and leaves out, doubles, changes and adds some.
 void changeParams(const ByteSource& next, std::string& params);
 
