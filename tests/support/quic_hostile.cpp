@@ -166,7 +166,7 @@ std::string wildFrame(const ByteSource& next)
 }
 
 // One that an honest peer could send, so that the connection lives on; as many packets as its age have gone before.
-std::string tameFrame(const ByteSource& next, int age)
+std::string tameFrame(const ByteSource& next, int age, bool isServer)
 {
     const auto small = [&](int end) { return static_cast<char>(next() % end); };
     switch (next() % 16)
@@ -194,8 +194,11 @@ std::string tameFrame(const ByteSource& next, int age)
         return std::string("\x15\0", 2) + numbers(next, 1);
     case 7:
     case 8:
-        return '\x18' + std::string{static_cast<char>(1 + next() % 24), small(next() % 4 ? 1 : 8)} + '\x10' +
-               anyBytes(next, 16) + anyBytes(next, 16);
+    {
+        const char number = static_cast<char>(1 + next() % 12);
+        const char retired = next() % 3 == 0 ? number : '\0';
+        return '\x18' + std::string{number, retired, '\x10'} + anyBytes(next, 16) + anyBytes(next, 16);
+    }
     case 9:
         return std::string{'\x19', static_cast<char>(next() % 16 ? 1 : next() % 8)};
     case 10:
@@ -203,7 +206,13 @@ std::string tameFrame(const ByteSource& next, int age)
     case 11:
         return '\x1B' + anyBytes(next, 8);
     case 12:
-        return '\x06' + encoded(bytesOf(next, 1)) + std::string{'\x05', '\x18', '\0', '\0', '\x01', small(2)};
+        // TLS asks for new keys.
+        return '\x06' + encoded(next() % 2 ? bytesOf(next, 1) : 0) +
+               std::string{'\x05', '\x18', '\0', '\0', '\x01', small(2)};
+    case 13:
+        if (isServer)
+            return "\x1E";
+        [[fallthrough]];
     default:
     {
         // Near the beginning of the one stream, over others and behind gaps.
@@ -255,16 +264,16 @@ public:
         const unsigned char options = next();
         m_IsOurServer = options & 1;
         m_Wish.m_IsEager = options & 2;
-        m_Wish.m_IsJoining = options & 4;
+        m_Wish.m_IsJoining = (options & 4) || next() % 2;
         m_Wish.m_IdSize = (options & 8) && next() % 4 == 0 ? 0 : 16;
-        m_Wish.m_TokenSize = options & 16 ? 200 : 0;
+        m_Wish.m_TokenSize = (options & 16) || next() % 2 ? 200 : 0;
         if ((options & 32) && next() % 4 == 0)
             m_Wish.m_ChangeParams = [this](std::string& params) { changeParams(m_Next, params); };
         if (options & 64)
             m_Wish.m_BehindFinished = std::string(40, '\0');
         // The handshake's own ones end a meeting soon, so they have their turn less often.
         m_Kinds = next() % 8 ? 1 : next();
-        m_Honest = next() % 8;
+        m_Honest = next() % 2 ? next() % 8 : 0;
         m_Wish.m_ChangePayload = [this](unsigned char first, std::string& payload) { change(first, payload); };
     }
 
@@ -317,17 +326,25 @@ private:
         const unsigned char kind = !(first & 0x80) ? 1 : (first & 0x30) == 0x20 ? 2 : 4;
         if (!(m_Kinds & kind) || m_Honest-- > 0)
             return;
-        payload = hostileFrames(m_Next, payload.size(), m_Age++);
+        payload = hostileFrames(m_Next, payload.size(), m_Age++, !m_IsOurServer);
+    }
+    void comeBy(void (QuicPeer::*change)())
+    {
+        (*m_Peer.*change)();
+        m_Peer->send(std::string(60, 's'));
+        m_Net.step();
     }
     void act(unsigned char choice)
     {
         switch (choice % 16)
         {
         case 0:
-            m_Peer->rebind();
+            comeBy(&QuicPeer::rebind);
             break;
         case 1:
-            m_Peer->rebindBack();
+            // There and back before the way is proven.
+            comeBy(&QuicPeer::rebind);
+            comeBy(&QuicPeer::rebindBack);
             break;
         case 2:
             if (m_IsOurServer)
@@ -371,13 +388,13 @@ private:
 
 } // namespace
 
-std::string hostileFrames(const ByteSource& next, size_t size, int age)
+std::string hostileFrames(const ByteSource& next, size_t size, int age, bool isServer)
 {
     const bool isWild = next() % 8 == 0;
     std::string frames;
     for (int count = 1 + next() % 8; count > 0 && frames.size() < size; --count)
     {
-        const std::string one = isWild && next() % 4 == 0 ? wildFrame(next) : tameFrame(next, age);
+        const std::string one = isWild && next() % 4 == 0 ? wildFrame(next) : tameFrame(next, age, isServer);
         // What does not fit is left out, but may be cut by a wild one.
         if (isWild || frames.size() + one.size() <= size)
             frames += one;

@@ -10,9 +10,9 @@ namespace test
 
 using ByteSource = std::function<unsigned char()>;
 
-// Frames of all types, no longer than this together: mostly such as an honest peer could send after as many packets as
-// its age, else with senseless numbers.
-std::string hostileFrames(const ByteSource& next, size_t size, int age);
+// Frames of all types, no longer than this together: mostly such as an honest peer, server or client, could
+// send after as many packets as its age, else with senseless numbers.
+std::string hostileFrames(const ByteSource& next, size_t size, int age, bool isServer);
 // Takes encoded transport parameters apart and leaves out, doubles, changes and adds some.
 void changeParams(const ByteSource& next, std::string& params);
 
