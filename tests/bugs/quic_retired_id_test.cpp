@@ -68,4 +68,27 @@ TEST_F(RetiredId, ThatComesTwiceToAClientIsTakenOnce)
     EXPECT_TRUE(isServing());
 }
 
+TEST_F(RetiredId, IsFoundBehindFramesOfEveryKind)
+{
+    const auto bytes = [](std::initializer_list<int> values) { return std::string(values.begin(), values.end()); };
+    const std::string before[] = {
+        // PADDING and PING; ACK of one packet, and with counts; CRYPTO.
+        bytes({0, 0, 1}), bytes({2, 0, 0, 0, 0}), bytes({3, 0, 0, 0, 0, 0, 0, 0}), bytes({6, 0x40, 0x50, 1, 'c'}),
+        // MAX_DATA, MAX_STREAM_DATA, MAX_STREAMS; DATA_BLOCKED, STREAM_DATA_BLOCKED, STREAMS_BLOCKED.
+        bytes({0x10, 0x40, 1}), bytes({0x11, 0, 1}), bytes({0x12, 1}), bytes({0x13, 1}), bytes({0x14, 1}),
+        bytes({0x15, 0, 1}), bytes({0x16, 1}), bytes({0x17, 0}),
+        // PATH_CHALLENGE and PATH_RESPONSE.
+        '\x1A' + std::string(8, 'p'), '\x1B' + std::string(8, 'q'),
+        // STREAM with an offset and a length, and a type that ngtcp2 takes for one.
+        bytes({0x0E, 0, 0, 1, 's'}), bytes({0x2E, 0, 0, 1, 's'})};
+    for (const std::string& frames : before)
+    {
+        ASSERT_TRUE(connectPeer(wish()));
+        settle();
+        sendFrames(frames + idFrame(12, 12) + idFrame(9, 0) + frames + idFrame(9, 0));
+        EXPECT_EQ(m_Peer->getCloseCode(), 0U) << static_cast<int>(frames[0]);
+    }
+    EXPECT_TRUE(isServing());
+}
+
 } // namespace
