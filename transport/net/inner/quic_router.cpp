@@ -199,8 +199,9 @@ void QuicRouter::makeId(QuicLink& link, ngtcp2_cid& id)
 
 void QuicRouter::addId(QuicLink& link, const ngtcp2_cid& id)
 {
-    m_ByName.emplace(QuicId(id), &link);
+    // In this order: what is entered here is taken out by the link's own ids.
     link.addId(id);
+    m_ByName.emplace(QuicId(id), &link);
 }
 
 void QuicRouter::removeId(QuicLink& link, const ngtcp2_cid& id)
