@@ -250,9 +250,10 @@ void LogMailbox::endFork(bool isChild)
     const std::unique_lock lock(m_Mutex, std::adopt_lock);
     if (!isChild)
         return;
-    // The parent writes what waits. The old signals still count those who wait on them, so they are left alone.
-    static_cast<void>(m_Signals.release());
-    m_Signals = std::make_unique<Signals>();
+    // The parent writes what waits.
+    auto signals = std::make_unique<Signals>();
+    signals->m_OfParent = m_Signals.release();
+    m_Signals = std::move(signals);
     m_Waiting.clear();
     m_Lines = 0;
     m_Units = 0;

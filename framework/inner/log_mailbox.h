@@ -75,6 +75,8 @@ private:
     {
         std::condition_variable m_HasWork;
         std::condition_variable m_IsDone;
+        // Those of the process that this one was forked from. They still count who waits there, and are left alone.
+        Signals* m_OfParent = nullptr;
     };
 
     void post(Entry&& entry);
@@ -91,7 +93,7 @@ private:
     const Report m_Report;
 
     std::mutex m_Mutex;
-    // By pointer, since a forked process needs new ones: those waiting on the old ones are not there.
+    // By pointer, since a forked process needs new ones.
     std::unique_ptr<Signals> m_Signals = std::make_unique<Signals>();
     std::vector<Entry> m_Waiting;
     // Of the lines that wait or are being handed over.
