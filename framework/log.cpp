@@ -160,9 +160,13 @@ void Log::whistle(bool on)
         const std::lock_guard lock(sinks.m_Mutex);
         if (!sinks.m_IsStarted)
             return;
-        modules = sinks.m_Modules;
-        for (LogMailbox* module : modules)
+        for (LogMailbox* module : sinks.m_Modules)
+        {
+            // Where a wait was in vain, another one would be, too.
+            if (!module->isStalled())
+                modules.push_back(module);
             module->postWhistle(on);
+        }
     }
     // A peer can bring about faults as fast as it sends, and nobody is held for each.
     const unsigned long long now = platform::getMonotonicMilliseconds();

@@ -47,8 +47,8 @@ public:
             write(kError, formatText(pattern, args...));
     }
 
-    // Called with false right behind the report of a serious fault. Once in a second at most it waits until the modules
-    // have put out all lines, 100 ms at most; with true it tells them that the fault is over.
+    // Called with false right behind the report of a serious fault. It waits, once a second and 100 ms at most, until
+    // the modules that do not stand still have put out all lines. With true it tells them that the fault is over.
     static void whistle(bool on);
     // Waits until the modules have put out what was logged before. False where that takes longer than so many
     // milliseconds, and inside a sink.

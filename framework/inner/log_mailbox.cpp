@@ -107,8 +107,17 @@ bool LogMailbox::waitUntilDone(unsigned int milliseconds)
         return false;
     std::unique_lock lock(m_Mutex);
     const unsigned long long last = m_Posted;
-    return m_Signals->m_IsDone.wait_for(lock, std::chrono::milliseconds(milliseconds),
-                                        [this, last] { return m_Done >= last; });
+    const bool isDone = m_Signals->m_IsDone.wait_for(lock, std::chrono::milliseconds(milliseconds),
+                                                     [this, last] { return m_Done >= last; });
+    m_WasInVain = !isDone;
+    m_StalledAt = m_Done;
+    return isDone;
+}
+
+bool LogMailbox::isStalled()
+{
+    const std::lock_guard lock(m_Mutex);
+    return m_WasInVain && m_Done == m_StalledAt;
 }
 
 void LogMailbox::run()

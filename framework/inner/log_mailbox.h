@@ -43,6 +43,8 @@ public:
     // Waits until all that was posted before is done; false where that takes longer. Never waits on the module's own
     // thread.
     bool waitUntilDone(unsigned int milliseconds);
+    // Whether nothing was done since a wait was in vain.
+    bool isStalled();
     // Lines that were not written, whatever the reason, since the start of the process.
     unsigned long long getLostLines() const { return m_AllLost.load(std::memory_order_relaxed); }
 
@@ -101,6 +103,9 @@ private:
     size_t m_Units = 0;
     unsigned long long m_Posted = 0;
     unsigned long long m_Done = 0;
+    // What m_Done was when a wait was in vain.
+    unsigned long long m_StalledAt = 0;
+    bool m_WasInVain = false;
     // Lines without room since the last report.
     unsigned long long m_Lost = 0;
     bool m_HasThread = false;
