@@ -24,7 +24,7 @@ struct NetLimits
     // a registration or a login is far below. Then the limit that the host sets for packets counts.
     int m_FirstInput = 1024 * 1024;
     // Bytes of all connections of the port that have come and were not handled yet, and bytes that wait to be sent.
-    // Once a sum is reached, a connection that holds more than its equal part of it is ended; the others go on.
+    // Once a sum is reached, a connection that grows beyond its equal part of it is ended; the others go on.
     std::size_t m_InputSum = 512u * 1024 * 1024;
     std::size_t m_OutputSum = 512u * 1024 * 1024;
 
@@ -46,8 +46,8 @@ struct NetLimits
     int m_ProbeAfter = 30;
     int m_ProbeEvery = 10;
     int m_Probes = 3;
-    // Milliseconds that sent bytes may stay without an acknowledgement, where the operating system has such an option;
-    // 0 for the system's own time, which is many minutes.
+    // Milliseconds that sent bytes may stay without an acknowledgement, or without room at the peer, where the
+    // operating system has such an option; 0 for the system's own time, which is many minutes.
     unsigned int m_UnacknowledgedTime = 60000;
     // Milliseconds without a byte from the peer after which the connection is ended; 0, the default, for no end. For
     // protocols whose peers keep themselves alive. Over TCP.
