@@ -115,12 +115,7 @@ int QuicCalls::onNewId(ngtcp2_conn*, ngtcp2_cid* id, uint8_t* token, size_t size
 {
     if (size != QuicId::kSize || gnutls_rnd(GNUTLS_RND_RANDOM, token, NGTCP2_STATELESS_RESET_TOKENLEN) < 0)
         return NGTCP2_ERR_CALLBACK_FAILURE;
-    return guard(
-        [&]
-        {
-            link(user).m_Router.makeId(link(user), *id);
-            return 0;
-        });
+    return guard([&] { return link(user).m_Router.makeId(link(user), *id) ? 0 : NGTCP2_ERR_CALLBACK_FAILURE; });
 }
 
 int QuicCalls::onOldId(ngtcp2_conn*, const ngtcp2_cid* id, void* user)
@@ -131,7 +126,9 @@ int QuicCalls::onOldId(ngtcp2_conn*, const ngtcp2_cid* id, void* user)
 
 void QuicCalls::onRandom(uint8_t* data, size_t size, const ngtcp2_rand_ctx*)
 {
-    gnutls_rnd(GNUTLS_RND_NONCE, data, size);
+    // ngtcp2 turns over a bit by it that means nothing.
+    if (gnutls_rnd(GNUTLS_RND_NONCE, data, size) < 0)
+        std::memset(data, 0, size);
 }
 
 } // namespace zet::inner

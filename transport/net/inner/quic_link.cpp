@@ -108,9 +108,8 @@ bool QuicLink::openClient(const sockaddr_in& peer, const char* name, const Uuid&
     m_Name = name;
     m_Id = id;
     ngtcp2_cid self, other;
-    m_Router.makeId(*this, self);
     other.datalen = QuicId::kSize;
-    if (gnutls_rnd(GNUTLS_RND_RANDOM, other.data, other.datalen) < 0)
+    if (!m_Router.makeId(*this, self) || gnutls_rnd(GNUTLS_RND_RANDOM, other.data, other.datalen) < 0)
         return false;
     const auto calls = QuicCalls::all();
     const auto settings = settingsOf(m_Router.settings(), m_Router.now());
@@ -132,8 +131,9 @@ bool QuicLink::openServer(const sockaddr_in& peer, const ngtcp2_pkt_hd& head, co
     m_Origin = peer;
     m_IsServer = true;
     ngtcp2_cid self;
-    m_Router.makeId(*this, self);
-    // Until he knows that id the visitor goes on using the one of the answer to his first packet.
+    if (!m_Router.makeId(*this, self))
+        return false;
+    // Until the peer knows that id it goes on using the one of the answer to its first packet.
     m_Router.addId(*this, head.dcid);
     const auto calls = QuicCalls::all();
     auto settings = settingsOf(m_Router.settings(), m_Router.now());

@@ -190,11 +190,13 @@ void QuicRouter::wake(QuicLink& link, unsigned char pending)
     list(link);
 }
 
-void QuicRouter::makeId(QuicLink& link, ngtcp2_cid& id)
+bool QuicRouter::makeId(QuicLink& link, ngtcp2_cid& id)
 {
     id.datalen = QuicId::kSize;
-    gnutls_rnd(GNUTLS_RND_RANDOM, id.data, id.datalen);
+    if (gnutls_rnd(GNUTLS_RND_RANDOM, id.data, id.datalen) < 0)
+        return false;
     addId(link, id);
+    return true;
 }
 
 void QuicRouter::addId(QuicLink& link, const ngtcp2_cid& id)

@@ -50,8 +50,8 @@ public:
     // Gives the link a turn, in this tick or the next.
     void wake(QuicLink& link, unsigned char pending);
     void schedule(QuicLink& link);
-    // A new id of ours by which packets find the link.
-    void makeId(QuicLink& link, ngtcp2_cid& id);
+    // A new id of ours by which packets find the link. False where there are no random bytes.
+    bool makeId(QuicLink& link, ngtcp2_cid& id);
     void addId(QuicLink& link, const ngtcp2_cid& id);
     void removeId(QuicLink& link, const ngtcp2_cid& id);
     // A visitor's id is known; a connection is over.

@@ -27,12 +27,6 @@ constexpr char kPriority[] = "NORMAL:-VERS-ALL:+VERS-TLS1.3:-CIPHER-ALL:+AES-128
 constexpr char kProtocol[] = "commonground/1";
 constexpr long kSecondsPerDay = 24 * 3600;
 
-// Whether a host has a name: it is no IPv4 address, and connections have no others.
-bool isName(const char* host)
-{
-    return host[std::strspn(host, "0123456789.")] != 0;
-}
-
 bool tell(const wchar_t* what, int fault)
 {
     Log::error(L"Connections over UDP: %s: %s", what, StringHelper::utf8ToWide(gnutls_strerror(fault)));
@@ -156,7 +150,7 @@ gnutls_session_t QuicTls::openClient(ngtcp2_crypto_conn_ref& ref)
     if (session && m_Context)
         gnutls_session_set_verify_function(session, verify);
     const char* const host = static_cast<const QuicLink*>(ref.user_data)->getName();
-    if (session && isName(host))
+    if (session && !isAddress(host))
         gnutls_server_name_set(session, GNUTLS_NAME_DNS, host, std::strlen(host));
     return session;
 }

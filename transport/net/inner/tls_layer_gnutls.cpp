@@ -48,11 +48,6 @@ std::string nameOf(gnutls_x509_crt_t certificate)
     }
 }
 
-bool isAddress(const std::string& host)
-{
-    return host.find_first_not_of("0123456789.") == std::string::npos || host.find(':') != std::string::npos;
-}
-
 } // namespace
 
 // What GnuTLS calls while an operation of the layer runs.
@@ -137,7 +132,7 @@ bool TlsLayer::begin(const String_T<wchar_t>& peer)
     }
     m_HostName = StringHelper::wideToUtf8(m_SetHost.isEmpty() ? m_Host.getBuffer() : m_SetHost.getBuffer()).getBuffer();
     // An address is no server name.
-    if (!isAddress(m_HostName))
+    if (!isAddress(m_HostName.c_str()))
         gnutls_server_name_set(m_Session, GNUTLS_NAME_DNS, m_HostName.data(), m_HostName.size());
     gnutls_handshake_set_hook_function(m_Session, GNUTLS_HANDSHAKE_NEW_SESSION_TICKET, GNUTLS_HOOK_POST,
                                        Calls::onTicket);

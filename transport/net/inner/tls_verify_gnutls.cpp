@@ -5,6 +5,8 @@
 #include <gnutls/x509-ext.h>
 #include <gnutls/x509.h>
 
+#include <cstring>
+
 namespace zet::inner
 {
 
@@ -55,6 +57,11 @@ int alertOf(unsigned int status)
 }
 
 } // namespace
+
+bool isAddress(const char* host)
+{
+    return host[std::strspn(host, "0123456789.")] == 0 || std::strchr(host, ':');
+}
 
 void requestCertificate(gnutls_session_t session, TlsContext::ClientCertificate wanted)
 {

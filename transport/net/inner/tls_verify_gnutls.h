@@ -8,6 +8,9 @@
 namespace zet::inner
 {
 
+// Whether a host is given by its address, which is no name for a server to be asked for by.
+bool isAddress(const char* host);
+
 // A server's session asks for a certificate of its client, as a context wants it.
 void requestCertificate(gnutls_session_t session, TlsContext::ClientCertificate wanted);
 
