@@ -1,5 +1,6 @@
 #include "framework/peer_log.h"
 
+#include "framework/inner/report.h"
 #include "framework/log.h"
 #include "framework/time.h"
 
@@ -35,20 +36,15 @@ PeerLog::Scope::~Scope()
 
 PeerLog::~PeerLog()
 {
-    try
-    {
-        finish();
-    }
-    catch (...)
-    {
-        // No memory for the words.
-    }
+    finish();
 }
 
-void PeerLog::finish()
+void PeerLog::finish() noexcept
 {
-    sayLeftOut();
+    inner::report([this] { sayLeftOut(); });
+    m_LeftOut = 0;
     m_Room = kBurst;
+    m_Name.clear();
 }
 
 void PeerLog::sayLeftOut()

@@ -27,7 +27,8 @@ public:
     PeerLog& operator=(const PeerLog&) = delete;
 
     // Logs how many lines were left out since the last one, if any were, and begins anew for another connection.
-    void finish();
+    // Without memory that line is lost.
+    void finish() noexcept;
 
     // What this thread reports is about a peer's bytes as long as it lives. The share must outlive it.
     class COMMONGROUND_API Scope

@@ -1,5 +1,7 @@
 // What the documents say of the code, held against it: the defaults of the limits, and the tests that show a line.
+#include "framework/inner/log_mailbox.h"
 #include "framework/json.h"
+#include "framework/peer_log.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/wire/quirks.h"
 #include "tests/support/places.h"
@@ -59,6 +61,11 @@ TEST(Documents, TheTableOfLimitsHasTheDefaults)
         {"zet::NetLimits::m_InputSum", limitsOfPort.m_InputSum},
         {"zet::NetLimits::m_OutputSum", limitsOfPort.m_OutputSum},
         {"zet::NetLimits::m_TurnInput", limitsOfPort.m_TurnInput},
+        {"zet::PacketReader::kEmptyAtOnce", zet::PacketReader::kEmptyAtOnce},
+        {"zet::PeerLog::kBurst", zet::PeerLog::kBurst},
+        {"zet::PeerLog::kInterval", zet::PeerLog::kInterval},
+        {"zet::inner::LogMailbox::kMaxLines", static_cast<long long>(zet::inner::LogMailbox::kMaxLines)},
+        {"zet::inner::LogMailbox::kMaxUnits", static_cast<long long>(zet::inner::LogMailbox::kMaxUnits)},
         {"zet::NetLimits::m_TurnTime", limitsOfPort.m_TurnTime},
         {"zet::NetLimits::m_ProbeAfter", limitsOfPort.m_ProbeAfter},
         {"zet::NetLimits::m_ProbeEvery", limitsOfPort.m_ProbeEvery},

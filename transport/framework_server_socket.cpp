@@ -191,6 +191,8 @@ void CFrameworkServerSocket::enlist(CFrameworkClientSocket* client)
 
 void CFrameworkServerSocket::strike(CFrameworkClientSocket* client)
 {
+    // A host that keeps the connection ticks it itself from now on.
+    client->setTurn(zet::TcpStream::kEndlessTurn);
     std::erase(m_Newcomers, client);
     const auto place = placeOf(client);
     if (place == m_Walk.end() || place->m_Client != client)

@@ -73,8 +73,6 @@ void LogMailbox::postLine(long long time, Log::Level level, const String_T<wchar
         entry.m_Time = time;
         entry.m_Text = text;
         addEntry(std::move(entry));
-        ++m_Lines;
-        m_Units += units;
     }
     catch (...)
     {
@@ -93,8 +91,16 @@ void LogMailbox::post(Entry&& entry)
 
 void LogMailbox::addEntry(Entry&& entry)
 {
+    const bool isLine = entry.m_Kind == Entry::kLine;
+    const size_t units = static_cast<size_t>(entry.m_Text.getLength());
     m_Waiting.push_back(std::move(entry));
     ++m_Posted;
+    // Counted as soon as it waits, whatever comes of the thread.
+    if (isLine)
+    {
+        ++m_Lines;
+        m_Units += units;
+    }
     // Where no thread can be had now, the next entry tries again.
     if (!m_HasThread)
         m_HasThread = platform::startThread([](void* self) { static_cast<LogMailbox*>(self)->run(); }, this);

@@ -262,7 +262,7 @@ bool startThread(void (*run)(void*), void* argument)
         std::thread(run, argument).detach();
         return true;
     }
-    catch (const std::system_error&)
+    catch (const std::exception&)
     {
         return false;
     }

@@ -67,10 +67,16 @@ TEST_P(NumbersOfConnections, OneMoreIsTurnedAwayUntilAnotherGoes)
     NetLimits limits;
     limits.*GetParam().m_Field = 3;
     net.m_Server->setLimits(limits);
+    const test::LogLines log;
     const auto clients = visit(net, analyser, 5);
     ASSERT_TRUE(
         tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 3 && countOpen(clients) == 3; }));
     EXPECT_EQ(net.m_Server->m_Accepted.size(), 3u);
+    // The log is told of the first one that was closed, and of the others a minute later.
+    EXPECT_TRUE(log.has(zet::Log::kWarning,
+                        L"Connections closed at once, since the port has as many as it may, in all or from one place: "
+                        L"1"));
+    EXPECT_EQ(log.texts().size(), 1u);
     // The first ones stay.
     clients[1]->close();
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 2; }));
@@ -97,9 +103,12 @@ TEST(NetLimits, OneThatIsTurnedAwayByPermissionTakesNoPlace)
     net.m_Server->setLimits(limits);
     net.m_Server->addRejectAddress({127, 0, 0, 1}, {255, 255, 255, 255});
     const auto refused = visit(net, analyser, 3);
-    ASSERT_TRUE(tickUntil(net.m_System, [&] { return countOpen(refused) == 0; }));
+    const auto isOver = [](const auto& each) { return each->isInvalid(); };
+    ASSERT_TRUE(tickUntil(net.m_System, [&] { return std::all_of(refused.begin(), refused.end(), isOver); }));
+    EXPECT_EQ(net.m_Server->GetClientCount(), 0);
     net.m_Server->addPermissionAddress({127, 0, 0, 1}, {255, 255, 255, 255});
     EXPECT_TRUE(net.connect(analyser));
+    EXPECT_EQ(net.m_Server->GetClientCount(), 1);
 }
 
 TEST(NetLimits, TheFirstPacketOfAStrangerIsShort)

@@ -7,15 +7,15 @@ namespace zet
 {
 
 // The defaults suit a server on the open internet. Zero takes a bound away, but where a field says otherwise. A host
-// sets what differs before it listens; connections that stand keep what they were accepted with.
+// sets what differs before it listens; established connections keep what they were accepted with.
 struct NetLimits
 {
-    // Connections that the port holds at once, on their way up or established. One more is turned away without a word,
-    // before any memory is kept for it. Each takes a handle of the process and, idle, less than 1 KiB over TCP, about
-    // 40 KiB with TLS and about 90 KiB over UDP.
+    // Connecting and established connections of the port. One more is closed at once, before any memory is kept for it,
+    // and the log is told, once a minute at most. Each takes a handle of the process and, idle, about 1 KiB over TCP,
+    // about 40 KiB with TLS and about 90 KiB over UDP.
     int m_Connections = 20000;
-    // Of these, from one IPv4 address: a household, a school or the visitors of one cell tower share one. A port behind
-    // a proxy that hides the addresses of its visitors takes this bound and the next one away.
+    // Of these, from one IPv4 address: a household, a school or the phones of one cell tower share one. A port behind
+    // a proxy that hides the addresses of its peers takes this bound and the next one away.
     int m_ConnectionsPerAddress = 1000;
     // Of these, from addresses with the same first three bytes.
     int m_ConnectionsPerSubnet = 5000;
@@ -39,7 +39,7 @@ struct NetLimits
     int m_TurnInput = 64 * 1024;
     // Milliseconds that the connections of the port take of one tick together. Those that had no turn come first in the
     // next one. Over TCP.
-    unsigned int m_TurnTime = 200;
+    unsigned int m_TurnTime = 1000;
 
     // How a peer that vanished is noticed over TCP: seconds of silence until the operating system probes it, seconds
     // between probes, and probes without an answer that end the connection; 0 for no probes.
@@ -50,7 +50,7 @@ struct NetLimits
     // operating system has such an option; 0 for the system's own time, which is many minutes.
     unsigned int m_UnacknowledgedTime = 60000;
     // Milliseconds without a byte from the peer after which the connection is ended; 0, the default, for no end. For
-    // protocols whose peers keep themselves alive. Over TCP.
+    // protocols whose peers keep themselves alive. Runs while the port listens. Over TCP.
     unsigned int m_IdleTime = 0;
 };
 

@@ -315,6 +315,8 @@ bool TcpConnection::endLost()
     if (!(m_Pending & kInputOver))
     {
         m_Pending |= kInputOver;
+        // Nothing else asks for the tick that sees the end.
+        hurry();
         return false;
     }
     fail(kBroken);

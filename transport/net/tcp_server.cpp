@@ -46,7 +46,14 @@ bool TcpServer::start(System* system)
     if (!Socket::start(system))
         return false;
     joinReactor();
+    m_Crowd->setServed(m_Listener != nullptr);
     return true;
+}
+
+void TcpServer::stop()
+{
+    m_Crowd->setServed(false);
+    Socket::stop();
 }
 
 bool TcpServer::listen(unsigned short port, int backlog)
@@ -150,8 +157,10 @@ void TcpServer::joinReactor()
     if (!fault)
         listener->m_Acceptor.assign(tcp::v4(), handle, fault);
     m_Reactor = reactor;
-    if (fault || !setListener(listener))
-        Socket::close();
+    if (!fault && setListener(listener))
+        return;
+    m_Crowd->setServed(false);
+    Socket::close();
 }
 
 bool TcpServer::setTlsContext(TlsContext* context)
@@ -170,6 +179,7 @@ unsigned int TcpServer::detach()
         asio::error_code ignored;
         m_Listener->m_Acceptor.release(ignored);
         drop();
+        m_Crowd->setServed(false);
     }
     return Socket::detach();
 }
@@ -177,14 +187,16 @@ unsigned int TcpServer::detach()
 void TcpServer::close()
 {
     if (m_Listener)
+    {
         drop();
+        m_Crowd->setServed(false);
+    }
     Socket::close();
 }
 
 void TcpServer::drop()
 {
     dismiss();
-    m_Crowd->setServed(false);
     ++m_Listening;
     m_Listener.reset();
     m_ListenPort = 0;
@@ -272,7 +284,10 @@ TcpServer::Visit TcpServer::visit()
     const auto& address = *reinterpret_cast<const sockaddr_in*>(peer.data());
     const unsigned int from = static_cast<unsigned int>(address.sin_addr.s_addr);
     if (!m_Crowd->hasRoom(from))
+    {
+        m_Crowd->noteTurnedAway();
         return kRefused;
+    }
     const unsigned int listening = m_Listening;
     bool isPermitted = false;
     inner::guard(L"permission()", nullptr, [&] { isPermitted = permission(address); });

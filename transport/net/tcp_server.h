@@ -36,6 +36,8 @@ public:
     ~TcpServer() override;
 
     bool start(System* system) override;
+    // Handshakes that are under way go on with the ticks of their connections.
+    void stop() override;
     // Calls onAccept() for each connection that has come and has permission.
     void onTick(unsigned int tick) override;
     // Takes a listening handle over.

@@ -24,11 +24,14 @@ constexpr int kReceiveCost = 64;
 
 bool TcpStream::attach(unsigned int handle)
 {
+    // Another owner ticks it, or none that gives turns.
+    m_Turn = kEndlessTurn;
     return TcpSecureConnection::attach(handle);
 }
 
 void TcpStream::close()
 {
+    m_Turn = kEndlessTurn;
     TcpSecureConnection::close();
 }
 

@@ -18,8 +18,8 @@ public:
     // Receives what is ready where nothing is buffered.
     void onTick(unsigned int tick) override;
 
-    // Bytes that it receives at most from now on, until this is called again; for who ticks many and gives each its
-    // turn. Without it there is no such bound.
+    // Bytes that it receives at most until the next call; 0 or less for none. For an owner that ticks several
+    // connections and gives each its turn. A connection that is closed, or attached anew, has no such bound.
     void setTurn(int bytes) { m_Turn = bytes; }
     static constexpr int kEndlessTurn = 0x7FFFFFFF;
 

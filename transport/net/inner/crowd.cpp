@@ -18,6 +18,9 @@ namespace
 // Deadlines of ended connections that are worth a walk over all.
 constexpr size_t kManyStale = 1024;
 
+// Milliseconds between two log lines on connections that were turned away.
+constexpr unsigned int kTurnedAwayInterval = 60000;
+
 bool isReached(unsigned int moment, unsigned int now)
 {
     return static_cast<int>(now - moment) >= 0;
@@ -126,6 +129,13 @@ unsigned int Crowd::subnetOf(unsigned int address)
     return bytes[0] | static_cast<unsigned int>(bytes[1]) << 8 | static_cast<unsigned int>(bytes[2]) << 16;
 }
 
+void Crowd::setLimits(const NetLimits& limits)
+{
+    m_Limits = limits;
+    // Moments are compared by their difference, which has a sign.
+    m_Limits.m_IdleTime = std::min(limits.m_IdleTime, 0x7FFFFFFFu);
+}
+
 bool Crowd::hasRoom(unsigned int address) const
 {
     return (m_Limits.m_Connections <= 0 || m_Count < m_Limits.m_Connections) &&
@@ -136,10 +146,25 @@ bool Crowd::hasRoom(unsigned int address) const
 Ref<Seat> Crowd::admit(unsigned int address)
 {
     const Ref<Seat> seat(new Seat(shared_from_this(), address));
-    ++m_Addresses[address];
-    ++m_Subnets[subnetOf(address)];
+    // First what may lack memory, so that nothing is counted by half.
+    int& ofAddress = m_Addresses[address];
+    int& ofSubnet = m_Subnets[subnetOf(address)];
+    ++ofAddress;
+    ++ofSubnet;
     ++m_Count;
     return seat;
+}
+
+void Crowd::noteTurnedAway()
+{
+    ++m_TurnedAway;
+    const unsigned int now = getTimeTick();
+    if (m_HasTold && now - m_ToldTurnedAway < kTurnedAwayInterval)
+        return;
+    m_HasTold = true;
+    m_ToldTurnedAway = now;
+    Log::warning(L"Connections closed at once, since the port has as many as it may, in all or from one place: %u",
+                 std::exchange(m_TurnedAway, 0));
 }
 
 void Crowd::remove(Seat& seat)
@@ -183,7 +208,7 @@ void Crowd::setServed(bool isServed)
     {
         each.m_Seat->m_IsTimed = false;
         if (TcpSecureConnection* const connection = each.m_Seat->m_Securing)
-            connection->ring();
+            connection->hurry();
     }
     m_Stale = 0;
 }
@@ -216,14 +241,12 @@ void Crowd::endLate()
         std::pop_heap(m_Deadlines.begin(), m_Deadlines.end(), isLater);
         const Ref<Seat> seat = std::move(m_Deadlines.back().m_Seat);
         m_Deadlines.pop_back();
+        seat->m_IsTimed = false;
         if (!seat->m_IsIn && m_Stale > 0)
             --m_Stale;
         unsigned int moment = 0;
         if (!seat->getDeadline(moment))
-        {
-            seat->m_IsTimed = false;
             continue;
-        }
         if (!isReached(moment, now))
         {
             watch(*seat.get());
@@ -234,8 +257,7 @@ void Crowd::endLate()
             guard(L"a connection", seat->m_Owner, [&] { seat->m_Securing->endLateHandshake(); });
             continue;
         }
-        Log::message(L"Nothing came from %s for %d ms", seat->m_Owner->getPeerName(), seat->m_Limits.m_IdleTime);
-        seat->m_IsTimed = false;
+        Log::message(L"Nothing came from %s for %u ms", seat->m_Owner->getPeerName(), seat->m_Limits.m_IdleTime);
         seat->m_Owner->fail(TcpConnection::kBroken);
     }
 }

@@ -72,12 +72,14 @@ private:
 class Crowd final : public std::enable_shared_from_this<Crowd>
 {
 public:
-    void setLimits(const NetLimits& limits) { m_Limits = limits; }
+    void setLimits(const NetLimits& limits);
     const NetLimits& limits() const { return m_Limits; }
 
     // Whether one more may come from an address, in network order.
     bool hasRoom(unsigned int address) const;
     Ref<Seat> admit(unsigned int address);
+    // One was closed for want of room. The log is told at once, and then once a minute at most.
+    void noteTurnedAway();
 
     // The port is there, or no longer there, to call serve().
     void setServed(bool isServed);
@@ -112,6 +114,10 @@ private:
     std::vector<Deadline> m_Deadlines;
     size_t m_Stale = 0;
     bool m_IsServed = false;
+    unsigned int m_TurnedAway = 0;
+    // When that was logged last.
+    unsigned int m_ToldTurnedAway = 0;
+    bool m_HasTold = false;
 };
 
 } // namespace zet::inner
