@@ -46,8 +46,8 @@ if(sources)
     # A peer of another make.
     target_link_libraries(commonground_tests PRIVATE PkgConfig::ngtcp2)
   endif()
-  if(MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    # This compiler takes copies into and out of longer texts for such of a text's short form.
+  if(CMAKE_CROSSCOMPILING AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # This compiler, for Windows and for ARM, takes copies into and out of longer texts for such of a text's short form.
     target_compile_options(commonground_tests PRIVATE
       -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread -Wno-restrict)
   endif()
