@@ -1,8 +1,9 @@
 // The log of a process: three levels, printf-style wide patterns, and whatever sinks are loaded.
 // Every operation may be called from any thread.
 //
-// Modules write on threads of their own, so logging does not wait for a disk or a console; whistle() may, as told there.
-// What waits for a module is bounded; lines beyond that are lost, counted, and reported when there is room again.
+// Modules write on threads of their own, so logging does not wait for a disk or a console; whistle() may, as told
+// there. What waits for a module is bounded; lines beyond that are lost, counted, and reported when there is room
+// again.
 #pragma once
 
 #include "framework/format.h"
