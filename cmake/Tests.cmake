@@ -81,7 +81,7 @@ if(sources)
 endif()
 
 # Commands through networks that lose, delay and reorder, between two network namespaces; the short form is a test.
-if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND COMMONGROUND_TLS)
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND COMMONGROUND_TLS AND NOT CMAKE_CROSSCOMPILING)
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/impaired/*.cpp)
   add_executable(impaired_networks ${sources}
     ${PROJECT_SOURCE_DIR}/tests/support/tls_certificates.cpp ${PROJECT_SOURCE_DIR}/tests/support/udp_loopback.cpp)
