@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 
 namespace zet
 {
@@ -125,8 +126,10 @@ bool TcpServer::setBindAddress(const wchar_t* address)
         return true;
     }
     asio::error_code fault;
-    const auto parsed = asio::ip::make_address_v4(StringHelper::wideToUtf8(address).getBuffer(), fault);
-    if (fault)
+    const std::string text = StringHelper::wideToUtf8(address).getBuffer();
+    const auto parsed = asio::ip::make_address_v4(text, fault);
+    // Windows takes fewer than four numbers for an address, too.
+    if (fault || parsed.to_string() != text)
         return false;
     m_BindAddress = htonl(parsed.to_uint());
     return true;
