@@ -61,7 +61,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Its list travels in front of the head, on both sides.
+// Its list travels before the head, on both sides.
 class COMMONGROUND_API CCmdGS_PawnRunning : public CCmdPlatform
 {
 public:

@@ -99,7 +99,7 @@ bool waitForModules(const std::vector<LogMailbox*>& modules, unsigned int millis
     return isDone;
 }
 
-// What a module has to say about itself goes to all other sinks, or to standard error where there are none.
+// What a module reports about itself goes to all other sinks, or to standard error if no other sink is there.
 void reportFromModule(const LogMailbox& from, Log::Level level, const String_T<wchar_t>& text)
 {
     bool isTold = false;
@@ -168,7 +168,7 @@ void Log::whistle(bool on)
             module->postWhistle(on);
         }
     }
-    // A peer can bring about faults as fast as it sends, and nobody is held for each.
+    // A peer can cause faults quickly, so at most one call a second waits.
     const unsigned long long now = platform::getMonotonicMilliseconds();
     unsigned long long last = lastWait.load(std::memory_order_relaxed);
     if (!on && now - last >= kWhistleInterval && lastWait.compare_exchange_strong(last, now))

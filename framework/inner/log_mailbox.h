@@ -15,7 +15,7 @@ namespace zet::inner
 {
 
 // Any thread may post. The module is called on a thread of its own, one call at a time and in the order of posting, so
-// a disk or a console that stalls holds nobody who logs. What waits is bounded: lines beyond it are lost, counted, and
+// a stalled disk or console blocks no thread that logs. What waits is bounded: lines beyond it are lost, counted, and
 // reported once there is room again. An object lives to the end of the process.
 class LogMailbox
 {

@@ -4,7 +4,7 @@
 namespace zet::inner
 {
 
-// Runs a report from within a catch. A report fills a pattern, which takes memory: where there is none, the line is
+// Runs a report from within a catch. A report fills a pattern, which takes memory: without memory the line is
 // lost and the guard holds all the same.
 template <class Report>
 void report(Report tell) noexcept
