@@ -8,8 +8,8 @@ namespace zet
 {
 
 // What a module gives of itself. All operations are called one at a time, in order, on a thread that the log keeps for
-// the module: what holds them holds nobody who logs. Nothing that they log reaches the module itself in time, so they
-// say what stands in their way as the result of m_Flush.
+// the module: a call that blocks does not block the threads that log. What a module itself logs comes too late for it,
+// so it reports faults as the result of m_Flush.
 struct LogModule
 {
     // Rises with every change of this structure; a module of another version is not taken.

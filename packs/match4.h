@@ -217,7 +217,7 @@ struct COMMONGROUND_API Match4Pack_RememberStateIn_Request
     int m_Value1 = 0;
 };
 
-// The ranks of the season: two tables of six rows and five columns each. A cell of the first table travels in front of
+// The ranks of the season: two tables of six rows and five columns each. A cell of the first table travels before
 // the same cell of the second. What a peer sends beyond the tables is read and dropped.
 struct COMMONGROUND_API Match4Pack_SportRank_Reply
 {

@@ -98,8 +98,7 @@ COMMONGROUND_API unsigned long long getWorkingSetSize();
 // not go out whole. A reader that is gone raises no signal.
 COMMONGROUND_API bool writeConsole(const wchar_t* text, int length);
 
-// Runs a function on a thread of its own, which gets none of the process's signals and which nobody waits for. False
-// where there can be no further thread.
+// Runs a function on a detached thread that receives no signals. False if no thread can be started.
 COMMONGROUND_API bool startThread(void (*run)(void*), void* argument);
 // Has functions called around each fork() from now on: before it, and behind it in the parent and in the child. Does
 // nothing where processes do not fork.

@@ -1,5 +1,5 @@
 // Numbers of some conversions did not stand as C's printf has them: "%+x" showed a sign, "%.0d" of 0 showed a digit,
-// "%010a" padded in front of "0x", "%#g" of 0 lost its zeros. Every combination of flags, width and precision is now
+// "%010a" padded before "0x", "%#g" of 0 lost its zeros. Every combination of flags, width and precision is now
 // held against the C library.
 #include "framework/format.h"
 #include "framework/string.h"

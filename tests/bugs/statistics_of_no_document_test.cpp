@@ -1,5 +1,5 @@
 // A text that only begins as JSON does, such as an error page in the place of the document ("404 page not found"), was
-// taken for the number or word in front of it, which has no keys, and set all figures to 0. Such a text now leaves the
+// taken for the number or word before it, which has no keys, and set all figures to 0. Such a text now leaves the
 // object as it was. Text behind a whole object is still passed over.
 #include "runtime/system_cmd_info.h"
 

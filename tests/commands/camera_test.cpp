@@ -78,7 +78,7 @@ TEST(MaskImage, FullImageComesThrough)
     EXPECT_EQ(std::memcmp(received->m_Data, image->m_Data, sizeof image->m_Data), 0);
 }
 
-// A connection over UDP puts a signed 16-bit length in front of each frame.
+// A connection over UDP puts a signed 16-bit length before each frame.
 TEST(MaskImage, FullImageIsTooLongForAConnectionOverUdp)
 {
     const auto image = std::make_unique<CCmdMaskImage>();

@@ -46,7 +46,7 @@ protected:
         std::filesystem::remove_all(m_Directory);
     }
 
-    // The file of today, with what was logged so far; empty where there is none.
+    // The file of today, with what was logged so far; empty if there is no file.
     std::filesystem::path file() const
     {
         EXPECT_TRUE(Log::flush(kMostMilliseconds));
