@@ -308,8 +308,11 @@ private:
         const bool isGeneral = conversion.m_Letter == 'g' || conversion.m_Letter == 'G';
         if (isGeneral && conversion.m_Alternate && std::isfinite(value))
             return significantDigitsOf(conversion, value);
-        const std::string precision = conversion.m_Precision < 0 ? "" : "." + std::to_string(conversion.m_Precision);
-        return fmt::sprintf((conversion.m_Alternate ? "%#" : "%") + precision + conversion.m_Letter, value);
+        std::string pattern = conversion.m_Alternate ? "%#" : "%";
+        if (conversion.m_Precision >= 0)
+            pattern.append(1, '.').append(std::to_string(conversion.m_Precision));
+        pattern += conversion.m_Letter;
+        return fmt::sprintf(pattern, value);
     }
 
     // "%#g", of which the formatting library takes off zeros that C leaves: as many digits as the precision says,
