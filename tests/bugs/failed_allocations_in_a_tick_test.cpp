@@ -194,7 +194,13 @@ private:
 class Scene
 {
 public:
-    Scene() : m_Place(m_ServerAnalyser) {}
+    Scene() : m_Place(m_ServerAnalyser)
+    {
+        // A step's command comes within the ticks of the step.
+        zet::NetLimits limits;
+        limits.m_TurnInput = 64 * 1024;
+        m_Place.m_Server->setLimits(limits);
+    }
 
     // Two clients, one behind the other. False where something left a tick.
     bool runSession(bool isPatient)

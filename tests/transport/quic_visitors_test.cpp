@@ -20,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(QuicVisitors, ATickChecksNoMoreThan128Tokens)
+TEST_F(QuicVisitors, ATickChecksABoundedNumberOfTokens)
 {
     // Stands between the peer and the server, so that the packet with the token can be held.
     BareUdp between;
@@ -68,6 +68,20 @@ TEST_F(QuicVisitors, TheHandshakesOfATickAreAsManyAsTheHostSays)
             return now == kCount;
         }));
     EXPECT_EQ(most, 3);
+}
+
+TEST_F(QuicVisitors, APeerWhoseHandshakeWaitsForTheNextTickNeedNotComeAgain)
+{
+    constexpr int kCount = 10;
+    ASSERT_EQ(m_Net.m_Server->getLimits().m_HandshakeSteps, 1);
+    for (int i = 0; i < kCount; ++i)
+        ASSERT_TRUE(m_Net.begin());
+    ASSERT_TRUE(m_Net.until([&] { return m_Net.m_Server->getConnectionCount() == 1; }));
+    // One without a token and one with it, of each.
+    EXPECT_EQ(m_Net.m_Server->getTraffic().m_DatagramsIn, kCount + 1U);
+    ASSERT_TRUE(m_Net.until([&] { return m_Net.m_Server->getConnectionCount() == kCount; }));
+    const auto after = m_Net.m_Server->getTraffic();
+    EXPECT_LE(after.m_DatagramsIn, 4U * kCount);
 }
 
 TEST_F(QuicVisitors, DatagramsHoldATickForABoundedTime)

@@ -152,6 +152,9 @@ TEST(Tls, FiftyMegabytesArriveWholeWithinTheOutputLimit)
         });
     NoteAnalyser client;
     TlsLoopback net(server);
+    zet::NetLimits limits;
+    limits.m_TurnInput = 0;
+    net.m_Server->setLimits(limits);
     const ClientHandle socket = net.connectTls(client, makeClientContext());
     ASSERT_TRUE(socket);
     constexpr int kPiece = 500000;

@@ -29,14 +29,14 @@ struct NetLimits
     std::size_t m_OutputSum = 512u * 1024 * 1024;
 
     // Steps of handshakes that one tick takes, each up to a few milliseconds of arithmetic, and the milliseconds after
-    // which a tick begins no further step. Over UDP a step is the greeting of a new peer. What is left waits in order
-    // for the next tick. At least one step is taken in each tick.
-    int m_HandshakeSteps = 64;
+    // which a tick begins no further step. Over UDP a step is the first packet of a new peer. What is left waits in
+    // order for the next tick, which follows at once. At least one step is taken in each tick.
+    int m_HandshakeSteps = 1;
     unsigned int m_HandshakeTime = 20;
 
     // Bytes that a connection receives in one tick where the port has others, too: a peer that sends without end hands
     // the turn on behind them. Over TCP.
-    int m_TurnInput = 64 * 1024;
+    int m_TurnInput = 8 * 1024;
     // Milliseconds that the connections of the port take of one tick together. Those that had no turn come first in the
     // next one. Over TCP.
     unsigned int m_TurnTime = 1000;

@@ -26,7 +26,7 @@ class COMMONGROUND_API TcpServer : public Socket
 {
 public:
     // Connections that one tick accepts at most.
-    static constexpr int kAcceptsPerTick = 256;
+    static constexpr int kAcceptsPerTick = 16;
     // Milliseconds after which a tick accepts no further one.
     static constexpr unsigned int kAcceptTime = 20;
     // Milliseconds that accepting rests once the operating system has no handle left.

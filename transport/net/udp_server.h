@@ -45,15 +45,15 @@ public:
     static constexpr int kMostUserData = 2048;
     // Datagrams that one tick takes at most, and the milliseconds that it may take for them; the rest comes with the
     // next one.
-    static constexpr int kDatagramsPerTick = 4096;
+    static constexpr int kDatagramsPerTick = 128;
     static constexpr unsigned int kReceiveTime = 20;
     // Of each kind of a visitor's first packets, those that one tick looks at: those without a token, which get one,
     // those whose token is to be checked, and those of an unknown version. Others are dropped, and come again by
     // themselves.
-    static constexpr int kGreetingsPerTick = 128;
-    // Visitors with a token whose handshake one tick begins, or refuses, at most, where NetLimits does not say fewer;
-    // others come again by themselves.
-    static constexpr int kAdmissionsPerTick = 64;
+    static constexpr int kGreetingsPerTick = 32;
+    // Peers with a token whose handshake one tick begins, or refuses, at most, where NetLimits does not say fewer; the
+    // others wait for the next tick.
+    static constexpr int kAdmissionsPerTick = 16;
 
     struct Settings
     {

@@ -84,9 +84,12 @@ private:
     }
     void giveUserData(const UdpPort::Datagram& datagram);
     void receive();
-    void route(const UdpPort::Datagram& datagram);
-    void routeLong(const UdpPort::Datagram& datagram);
-    void greet(const UdpPort::Datagram& datagram);
+    void count(const UdpPort::Datagram& datagram);
+    // These three are false for a first packet with a good token when this tick begins no further handshake. It has
+    // changed nothing then, and can be routed again.
+    bool route(const UdpPort::Datagram& datagram);
+    bool routeLong(const UdpPort::Datagram& datagram);
+    bool greet(const UdpPort::Datagram& datagram);
     void sendRetry(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head);
     void refuse(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head);
     void admit(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin);

@@ -59,45 +59,52 @@ struct LongHead
 void QuicRouter::receive()
 {
     m_ReceiveBegin = getTimeTick();
-    for (int total = 0; m_Server && m_Port->isReadable() && total < UdpServer::kDatagramsPerTick &&
-                        getTimeTick() - m_ReceiveBegin < UdpServer::kReceiveTime;)
+    UdpPort::Datagram datagram;
+    for (int total = 0; m_Server && total < UdpServer::kDatagramsPerTick &&
+                        getTimeTick() - m_ReceiveBegin < UdpServer::kReceiveTime && m_Port->receive(datagram);
+         ++total)
     {
-        const int count = m_Port->receive();
-        for (int i = 0; i < count && m_Server; ++i)
+        if (datagram.m_Size < 0)
+            continue;
+        if (!route(datagram))
         {
-            const UdpPort::Datagram datagram = m_Port->getDatagram(i);
-            if (datagram.m_Size >= 0)
-                route(datagram);
+            m_Port->putBack();
+            return;
         }
-        total += count;
+        count(datagram);
     }
 }
 
 void QuicRouter::deliver(const sockaddr_in& address, const void* data, int size)
 {
-    if (m_Server && size <= UdpPort::kMostBytes)
-        route({&address, 0, static_cast<const unsigned char*>(data), size});
+    if (!m_Server || size > UdpPort::kMostBytes)
+        return;
+    const UdpPort::Datagram datagram{&address, 0, static_cast<const unsigned char*>(data), size};
+    route(datagram);
+    count(datagram);
 }
 
-void QuicRouter::route(const UdpPort::Datagram& datagram)
+void QuicRouter::count(const UdpPort::Datagram& datagram)
+{
+    ++m_Traffic.m_DatagramsIn;
+    m_Traffic.m_BytesIn += static_cast<unsigned long long>(datagram.m_Size);
+}
+
+bool QuicRouter::route(const UdpPort::Datagram& datagram)
 {
     const unsigned char* const data = datagram.m_Data;
     const int size = datagram.m_Size;
-    ++m_Traffic.m_DatagramsIn;
-    m_Traffic.m_BytesIn += static_cast<unsigned long long>(size);
     if (size > 0 && (data[0] & kLongHead))
-    {
-        routeLong(datagram);
-        return;
-    }
+        return routeLong(datagram);
     QuicLink* const link = static_cast<size_t>(size) > QuicId::kSize ? find(data + 1) : nullptr;
     if (link)
         link->read(datagram);
     else
         giveUserData(datagram);
+    return true;
 }
 
-void QuicRouter::routeLong(const UdpPort::Datagram& datagram)
+bool QuicRouter::routeLong(const UdpPort::Datagram& datagram)
 {
     const unsigned char* const data = datagram.m_Data;
     const int size = datagram.m_Size;
@@ -116,7 +123,7 @@ void QuicRouter::routeLong(const UdpPort::Datagram& datagram)
     else if (isOurs)
     {
         if (head.m_Version != 0 && (data[0] & kTypeBits) == kInitial)
-            greet(datagram);
+            return greet(datagram);
     }
     else if (size >= NGTCP2_MAX_UDP_PAYLOAD_SIZE)
     {
@@ -126,6 +133,7 @@ void QuicRouter::routeLong(const UdpPort::Datagram& datagram)
     {
         giveUserData(datagram);
     }
+    return true;
 }
 
 void QuicRouter::sendVersions(const UdpPort::Datagram& datagram)
@@ -143,32 +151,35 @@ void QuicRouter::sendVersions(const UdpPort::Datagram& datagram)
         post(*datagram.m_Address, static_cast<size_t>(written), datagram.m_Local);
 }
 
-void QuicRouter::greet(const UdpPort::Datagram& datagram)
+bool QuicRouter::greet(const UdpPort::Datagram& datagram)
 {
     const sockaddr_in& from = *datagram.m_Address;
     ngtcp2_pkt_hd head;
     const int result = ngtcp2_accept(&head, datagram.m_Data, static_cast<size_t>(datagram.m_Size));
     if ((result != 0 && result != NGTCP2_ERR_RETRY) || settings().m_ConnectionLimit <= 0)
-        return;
+        return true;
     if (head.token.len == 0)
     {
         if (++m_Greetings <= UdpServer::kGreetingsPerTick)
             sendRetry(datagram, head);
-        return;
+        return true;
     }
     ngtcp2_cid origin;
     // What shows no address of its sender gets no answer.
-    if (!mayAdmit() || head.dcid.datalen != QuicId::kSize || ++m_TokenChecks > UdpServer::kGreetingsPerTick ||
+    if (head.dcid.datalen != QuicId::kSize || ++m_TokenChecks > UdpServer::kGreetingsPerTick ||
         head.token.base[0] != NGTCP2_CRYPTO_TOKEN_MAGIC_RETRY ||
         ngtcp2_crypto_verify_retry_token(&origin, head.token.base, head.token.len, m_Secret, sizeof m_Secret,
                                          head.version, reinterpret_cast<const sockaddr*>(&from), sizeof from,
                                          &head.dcid, kTokenTime, now()) != 0)
-        return;
+        return true;
+    if (!mayAdmit())
+        return false;
     ++m_Admissions;
     if (!hasRoomFor(from))
         refuse(datagram, head);
     else
         admit(datagram, head, origin);
+    return true;
 }
 
 void QuicRouter::sendRetry(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head)

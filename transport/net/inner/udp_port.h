@@ -40,12 +40,13 @@ public:
     void close();
     unsigned int detach();
 
-    // Whether something may have come. It costs no system call.
-    bool isReadable() const { return m_IsReadable; }
-    // Takes what has come, up to a batch; 0 when nothing is left.
-    int receive();
-    // The datagrams of the last receive(). One that was too long has the size -1.
-    Datagram getDatagram(int index) const;
+    // Whether there may be a next datagram. It costs no system call.
+    bool isReadable() const { return m_IsReadable || m_Next < m_Received; }
+    // The next datagram, false when nothing is left. One that was too long has the size -1. The bytes stay until the
+    // next call.
+    bool receive(Datagram& datagram);
+    // The next receive() gives the datagram of the last one again.
+    void putBack() { --m_Next; }
 
     // Room for a datagram of kMostBytes, or null while the operating system takes none; then isBlocked() is true until
     // it does again.
@@ -66,6 +67,8 @@ private:
 
     explicit UdpPort(Reactor& reactor);
     bool prepare();
+    bool receiveBatch();
+    Datagram getDatagram(int index) const;
     void unwatch();
     void waitForOutput();
 
@@ -73,6 +76,9 @@ private:
     Socket m_Socket;
     std::unique_ptr<Batches> m_Batches;
     sockaddr_in m_Address{};
+    // The datagrams of the last batch, and the first of them that receive() has not given.
+    int m_Received = 0;
+    int m_Next = 0;
     int m_Unsent = 0;
     bool m_IsReadable = false;
     bool m_IsWatched = false;

@@ -176,10 +176,19 @@ void UdpPort::onReady(unsigned char ready)
         m_IsBlocked = false;
 }
 
-int UdpPort::receive()
+bool UdpPort::receive(Datagram& datagram)
 {
+    if (m_Next == m_Received && !receiveBatch())
+        return false;
+    datagram = getDatagram(m_Next++);
+    return true;
+}
+
+bool UdpPort::receiveBatch()
+{
+    m_Next = m_Received = 0;
     if (!m_IsReadable)
-        return 0;
+        return false;
     Batch& in = m_Batches->m_In;
     for (int i = 0; i < kBatch; ++i)
     {
@@ -194,7 +203,8 @@ int UdpPort::receive()
         count = take();
     // The next edge comes without being asked for.
     m_IsReadable = count == kBatch;
-    return std::max(count, 0);
+    m_Received = std::max(count, 0);
+    return m_Received > 0;
 }
 
 UdpPort::Datagram UdpPort::getDatagram(int index) const
