@@ -413,7 +413,7 @@ TEST_F(UdpServer, ATickBeginsABoundedNumberOfHandshakes)
             most = std::max(most, now - std::exchange(before, now));
             return m_Net.m_Server->m_Accepted.size() == kCount;
         }));
-    EXPECT_EQ(most, zet::UdpServer::kAdmissionsPerTick);
+    EXPECT_EQ(most, int{zet::UdpServer::kAdmissionsPerTick});
 }
 
 class LimitedUdpServer : public UdpServer
