@@ -3,8 +3,8 @@
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 set(scripts ${PROJECT_SOURCE_DIR}/scripts)
 
-add_test(NAME House.FloorsStand COMMAND Python3::Interpreter ${scripts}/check_layers.py ${PROJECT_SOURCE_DIR})
-add_test(NAME House.EveryMemberStandsInItsOrder COMMAND Python3::Interpreter ${scripts}/check_members.py ${PROJECT_SOURCE_DIR})
+add_test(NAME House.EveryIncludeStaysWithinItsFloor COMMAND Python3::Interpreter ${scripts}/check_layers.py ${PROJECT_SOURCE_DIR})
+add_test(NAME House.EveryMemberIsInItsOrder COMMAND Python3::Interpreter ${scripts}/check_members.py ${PROJECT_SOURCE_DIR})
 add_test(NAME House.FloorCheckFindsEachFault COMMAND Python3::Interpreter ${scripts}/check_layers.py --self-test)
 
 # Another version lays some lines out otherwise, so only this one is asked, where it is there.
@@ -67,8 +67,8 @@ endforeach()
 add_executable(traced ${PROJECT_SOURCE_DIR}/tests/traced/traced.cpp ${PROJECT_SOURCE_DIR}/dispatch/trace.cpp)
 target_compile_definitions(traced PRIVATE COMMONGROUND_TRACE_COMMANDS)
 target_link_libraries(traced PRIVATE commonground commonground_warnings)
-add_test(NAME House.TraceStandsInFrontOfTheHandler COMMAND traced)
-set_tests_properties(House.TraceStandsInFrontOfTheHandler PROPERTIES PASS_REGULAR_EXPRESSION
+add_test(NAME House.TracePrecedesTheHandler COMMAND traced)
+set_tests_properties(House.TracePrecedesTheHandler PROPERTIES PASS_REGULAR_EXPRESSION
   "^\\*\\*\\* [0-9/]+ [0-9:.]+ \\*\\*\\* <<<\nits fields\nhandled\n$")
 
 if(NOT WIN32)

@@ -74,7 +74,7 @@ TEST(Bugs, AReaderPausesAmongEmptyPackets)
     EXPECT_EQ(copying.available(), 0);
 }
 
-TEST(Bugs, APacketBehindEmptyOnesIsReadThoughTheReaderPauses)
+TEST(Bugs, APacketAfterEmptyOnesIsReadThoughTheReaderPauses)
 {
     std::vector<unsigned char> bytes(4 * (zet::PacketReader::kEmptyAtOnce + 1), 0);
     bytes.insert(bytes.end(), {1, 0, 0, 0, 'x'});

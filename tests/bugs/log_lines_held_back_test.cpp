@@ -89,7 +89,7 @@ TEST(Bugs, AFolderThatCannotBeWrittenIsSaidOnceToTheOtherSinks)
     EXPECT_EQ(texts.size(), 21u);
 }
 
-TEST(Bugs, AFolderThatCannotBeWrittenIsSaidOnStandardErrorWhereThereIsNoSink)
+TEST(Bugs, AFolderThatCannotBeWrittenIsReportedOnStandardErrorWithoutASink)
 {
     const test::LogFolder folder;
     std::ofstream(folder.m_Path / "file") << "no directory";

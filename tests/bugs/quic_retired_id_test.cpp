@@ -68,7 +68,7 @@ TEST_F(RetiredId, ThatComesTwiceToAClientIsTakenOnce)
     EXPECT_TRUE(isServing());
 }
 
-TEST_F(RetiredId, IsFoundBehindFramesOfEveryKind)
+TEST_F(RetiredId, IsFoundAfterFramesOfEveryKind)
 {
     const auto bytes = [](std::initializer_list<int> values) { return std::string(values.begin(), values.end()); };
     const std::string before[] = {

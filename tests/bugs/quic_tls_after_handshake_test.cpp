@@ -42,7 +42,7 @@ TEST_F(TlsAfterHandshake, InAPacketOfItsOwnIsNotTaken)
     EXPECT_GE(count, 1);
 }
 
-TEST_F(TlsAfterHandshake, BehindItsLastMessageIsNotTaken)
+TEST_F(TlsAfterHandshake, AfterItsLastMessageIsNotTaken)
 {
     int count = 0;
     auto wish = eager(

@@ -23,7 +23,7 @@ TEST(Bugs, AnErrorPageLeavesTheStatisticsAsTheyWere)
     }
 }
 
-TEST(Bugs, BlanksBehindAValueAreNoOtherText)
+TEST(Bugs, BlanksAfterAValueAreIgnored)
 {
     // A whole document without the keys: each missing key gives 0.
     for (const wchar_t* text : {L"404", L" 404 \r\n\t", L"[1,2]\n", L"true "})

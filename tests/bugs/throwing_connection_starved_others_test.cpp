@@ -185,7 +185,7 @@ public:
     bool m_Throws = true;
 };
 
-TEST(Bugs, AbandonThatThrowsStarvesNobody)
+TEST(Bugs, AbandonThatThrowsStarvesNoOther)
 {
     const test::LogLines log;
     int got = 0;

@@ -17,7 +17,7 @@ struct Sensor : CCmdSensorEvent
 
 } // namespace
 
-TEST(SensorEvent, MiddleCodeStandsForZero)
+TEST(SensorEvent, MiddleCodeMeansZero)
 {
     const Sensor sensor;
     EXPECT_EQ(sensor.convertGSensor2Byte(0.0f), 128);

@@ -53,7 +53,7 @@ TEST(MailReceiveReply, CutLetterStaysAsFarAsItWasRead)
     EXPECT_EQ(reply.m_Letters[1].m_LetterId, -1);
 }
 
-TEST(MailReceiveReply, LettersThatAreNotThereAreDefaultMadeUpToTheCount)
+TEST(MailReceiveReply, MissingLettersAreDefaultMadeUpToTheCount)
 {
     CCmdPackager pk;
     beginReply(pk);

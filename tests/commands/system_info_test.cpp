@@ -44,7 +44,7 @@ TEST(SystemInfoReply, ListIsEmptiedBeforeItsCountIsRead)
 }
 
 // The head is only reached behind the list, so the id is compared late.
-TEST(SystemInfoReply, FrameOfAnotherIdFailsBehindTheList)
+TEST(SystemInfoReply, FrameOfAnotherIdFailsAfterTheList)
 {
     CCmdPackager packager;
     packager.SetCmdID(command_id::CCmdSystemInfoRequest);

@@ -179,7 +179,7 @@ TEST(ZoneList, HostileCountCostsNoMoreThanThePayloadHolds)
     EXPECT_LE(response.m_GameZoneInfos.size(), 1u);
 }
 
-TEST(PlayerRecords, StandInOppositeOrdersOnTheWayInAndOut)
+TEST(PlayerRecords, HaveOppositeOrdersWhenReadAndWritten)
 {
     CCmdGZ_playerEnter enter;
     enter.m_Account.m_AccountId = 1;

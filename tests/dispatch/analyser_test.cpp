@@ -111,7 +111,7 @@ TEST_F(Analyser, PayloadWithAByteTooFewIsRefused)
     EXPECT_EQ(log.texts().size(), 2u);
 }
 
-TEST_F(Analyser, UnknownAndOverflowIdsAreTold)
+TEST_F(Analyser, UnknownAndOverflowIdsAreReported)
 {
     const auto analyser = std::make_unique<CCmdAnalyser>();
     const test::LogLines log;

@@ -128,7 +128,7 @@ TEST(Format, PercentStandsForItself)
     EXPECT_EQ(wide(L""), L"");
 }
 
-TEST(Format, PatternThatDoesNotFitComesBack)
+TEST(Format, MismatchedPatternIsReturned)
 {
     EXPECT_EQ(wide(L"%d"), L"%d");
     EXPECT_EQ(wide(L"%d %d", 1), L"%d %d");

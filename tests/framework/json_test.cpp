@@ -118,7 +118,7 @@ TEST(Json, ParsingReturnsTheEndOfWhatWasTaken)
     EXPECT_EQ(taken(L"\"\u4E2D\U0001F3BE\"x"), 2 + static_cast<long>(std::wstring(L"\u4E2D\U0001F3BE").size()));
 }
 
-TEST(Json, NumberEndsInFrontOfWhatFollows)
+TEST(Json, NumberEndsBeforeWhatFollows)
 {
     EXPECT_EQ(taken(L"12"), 2);
     EXPECT_EQ(taken(L"12 "), 2);
@@ -130,7 +130,7 @@ TEST(Json, NumberEndsInFrontOfWhatFollows)
     EXPECT_EQ(parsed(L"01").asInt32(), 0);
 }
 
-TEST(Json, TextThatIsNoValueIsRefused)
+TEST(Json, InvalidTextIsRefused)
 {
     for (const wchar_t* text : {L"",      L"  ",      L"{",           L"[1,",    L"[1,]", L"{\"a\"}",  L"{\"a\":}",
                                 L"{a:1}", L"tru",     L"\"open",      L"'a'",    L"-",    L"1.",       L"1e",
@@ -238,7 +238,7 @@ TEST(Json, NumbersConvertWithoutTheirFraction)
     EXPECT_EQ(parsed(L"0.1").asFloat(), 0.1f);
 }
 
-TEST(Json, WhatIsNotThereIsNull)
+TEST(Json, MissingMembersAreNull)
 {
     const JsonValue array = parsed(L"[1,2]");
     EXPECT_EQ(array.size(), 2);

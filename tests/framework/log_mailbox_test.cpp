@@ -142,7 +142,7 @@ std::vector<std::wstring> aboutTheWriter(const std::vector<std::wstring>& lines)
 
 } // namespace
 
-TEST(LogMailbox, ModuleThatStandsStillHoldsNobodyWhoLogs)
+TEST(LogMailbox, StalledModuleBlocksNoLoggingThread)
 {
     Writer& writer = Writer::get();
     const Writer::Use use;
@@ -249,7 +249,7 @@ TEST(LogMailbox, FailureIsReportedOnceAndItsEndToo)
     EXPECT_EQ(aboutTheWriter(others.texts()).size(), 2u);
 }
 
-TEST(LogMailbox, StopComesBehindTheLinesThatWait)
+TEST(LogMailbox, StopFollowsTheWaitingLines)
 {
     Writer& writer = Writer::get();
     const Writer::Use use;

@@ -107,14 +107,14 @@ TEST(Message, TheBaseAddsNothingToTheForm)
     EXPECT_TRUE(message.importFrom(in));
 }
 
-TEST(Message, AWholeOneHasItsClassNameInFront)
+TEST(Message, AWholeOneStartsWithItsClassName)
 {
     Number number;
     number.m_Value = 300;
     EXPECT_EQ(written(number), std::string("\x0ATestNumber\xAC\x02", 13));
 }
 
-TEST(Message, AWholeOneGoesRound)
+TEST(Message, AWholeOneRoundTrips)
 {
     const zet::RtRegistration registered(L"TestNumber", &makeNumber);
     Number number;
@@ -134,7 +134,7 @@ TEST(Message, EveryCutOfAWholeOneIsRefused)
         EXPECT_FALSE(read(whole.substr(0, size))) << size;
 }
 
-TEST(Message, ANameThatIsNoneIsRefused)
+TEST(Message, AnUnknownNameIsRefused)
 {
     const zet::RtRegistration registered(L"TestNumber", &makeNumber);
     EXPECT_FALSE(read(std::string(1, '\0') + "\x05"));
@@ -150,7 +150,7 @@ TEST(Message, ANameThatIsNoneIsRefused)
     EXPECT_FALSE(read(std::string(12, '\xFF')));
 }
 
-TEST(Message, AClassThatIsNoMessageIsRefused)
+TEST(Message, AClassOtherThanAMessageIsRefused)
 {
     const zet::RtRegistration registered(L"TestPlain", &makePlain);
     EXPECT_FALSE(read("\x09TestPlain"));

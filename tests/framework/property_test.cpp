@@ -194,14 +194,14 @@ TEST(Property, UnknownNamesArePassedOver)
     EXPECT_TRUE(point.m_Bytes == bufferOf({1}));
 }
 
-TEST(Property, WhatIsNoObjectIsRefused)
+TEST(Property, AnythingButAnObjectIsRefused)
 {
     Point point;
     for (const wchar_t* text : {L"[]", L"null", L"1", L"\"id\"", L"true"})
         EXPECT_FALSE(point.importProperty(parsed(text))) << Text(text).getLength();
 }
 
-TEST(Property, AValueThatDoesNotFitLeavesItsFieldAndThoseBehindIt)
+TEST(Property, AMismatchedValueLeavesItsFieldAndThoseAfterIt)
 {
     Point point;
     point.m_Id = idOf(1);
@@ -274,7 +274,7 @@ class NoProperty : public zet::Unknown
 {
 };
 
-TEST(Property, WhatIsNoWholeObjectMakesNone)
+TEST(Property, AnIncompleteObjectMakesNone)
 {
     const Registered registered;
     const zet::RtRegistration other(L"TestNoProperty", &make<NoProperty>);

@@ -242,7 +242,7 @@ TEST(Streams, UuidGoesAsItsBytes)
     EXPECT_TRUE(back == id);
 }
 
-TEST(Streams, VectorStandsBehindItsCount)
+TEST(Streams, VectorFollowsItsCount)
 {
     std::vector<Uuid> ids(3);
     for (Uuid& id : ids)
@@ -332,7 +332,7 @@ TEST(Streams, VarintOfMoreThan64BitsThrows)
     EXPECT_EQ(textOfThrow([&] { in >> number; }), L"Varint::operator >>");
 }
 
-TEST(Streams, BufferStandsBehindItsSize)
+TEST(Streams, BufferFollowsItsSize)
 {
     Buffer buffer(200);
     buffer.getBuffer()[199] = 7;

@@ -49,7 +49,7 @@ TEST(StringHelper, NullIsEmpty)
     EXPECT_TRUE(StringHelper::wideToUtf8(nullptr).isEmpty());
 }
 
-TEST(StringHelper, WhatIsNoUtf8IsReplaced)
+TEST(StringHelper, InvalidUtf8IsReplaced)
 {
     EXPECT_EQ(wide("a\x80z"), L"a\uFFFDz");
     EXPECT_EQ(wide("a\xFFz"), L"a\uFFFDz");
@@ -64,7 +64,7 @@ TEST(StringHelper, WhatIsNoUtf8IsReplaced)
     EXPECT_EQ(wide("\xF4\x90\x80\x80"), L"\uFFFD\uFFFD\uFFFD\uFFFD");
 }
 
-TEST(StringHelper, UnitThatIsNoCharacterIsReplaced)
+TEST(StringHelper, InvalidUnitIsReplaced)
 {
     const auto unit = [](unsigned value) { return std::wstring(1, static_cast<wchar_t>(value)); };
     EXPECT_EQ(narrow(unit(0xD800)), "\xEF\xBF\xBD");

@@ -200,7 +200,7 @@ TEST(String, FindStartsAtThePlace)
     EXPECT_EQ(text.find(L'a', 99), -1);
 }
 
-TEST(String, SubStringLeavesOutWhatIsNotThere)
+TEST(String, SubStringIsCutAtTheEnd)
 {
     const Wide text(L"abcdef");
     EXPECT_TRUE(text.getSubString(2, 3) == L"cde");

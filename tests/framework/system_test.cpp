@@ -262,7 +262,7 @@ TEST(System, ExitWithinATickStopsAllAndEndsIt)
     EXPECT_EQ(system.getTaskCount(), 0);
 }
 
-TEST(System, StopsItsTasksWhenItGoes)
+TEST(System, StopsItsTasksWhenDestroyed)
 {
     std::string notes;
     const NotingHandle task = new NotingTask(&notes);
@@ -307,7 +307,7 @@ TEST(ServiceSystem, RunGoesOnTicksAndGoesOff)
     EXPECT_EQ(service.m_Notes, "init on tick off ");
 }
 
-TEST(ServiceSystem, AServiceThatDoesNotComeOnIsNotTicked)
+TEST(ServiceSystem, AServiceThatDoesNotStartIsNotTicked)
 {
     NotingService service;
     service.m_IsOn = false;

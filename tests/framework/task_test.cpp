@@ -102,7 +102,7 @@ TEST(Task, MayStopItselfInItsTickAndLivesToItsEnd)
     EXPECT_EQ(system.getTaskCount(), 0);
 }
 
-TEST(Task, MayStopAnotherThatIsStillToCome)
+TEST(Task, MayStopALaterOne)
 {
     std::string notes;
     zet::System system;
@@ -117,7 +117,7 @@ TEST(Task, MayStopAnotherThatIsStillToCome)
     EXPECT_EQ(system.getTaskCount(), 2);
 }
 
-TEST(Task, OneStartedInATickComesWithTheNext)
+TEST(Task, OneStartedInATickRunsInTheNext)
 {
     std::string notes;
     zet::System system;

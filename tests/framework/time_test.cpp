@@ -189,7 +189,7 @@ TEST(Time, LeadingZerosAreFree)
     EXPECT_EQ(secondsOf(L" 2013-1-1  04:05:06 "), secondsOf(L"2013-1-1 4:5:6"));
 }
 
-TEST(Time, TextThatIsNoMomentChangesNothing)
+TEST(Time, InvalidTimeTextChangesNothing)
 {
     EXPECT_FALSE(isTaken(nullptr));
     EXPECT_FALSE(isTaken(L""));

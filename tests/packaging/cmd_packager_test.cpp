@@ -83,7 +83,7 @@ TEST(CmdPackager, TargetAloneSetsTheSecondBitOfTheSizeWord)
     EXPECT_EQ(sent(pk), expected);
 }
 
-TEST(CmdPackager, FromAddressComesBeforeTarget)
+TEST(CmdPackager, FromAddressPrecedesTarget)
 {
     CCmdPackager pk;
     pk.SetCmdID(1);
@@ -98,7 +98,7 @@ TEST(CmdPackager, FromAddressComesBeforeTarget)
     EXPECT_EQ(sent(pk).size(), 22u);
 }
 
-TEST(CmdPackager, FourAddressCombinationsComeBackFromAStream)
+TEST(CmdPackager, FourAddressCombinationsRoundTripThroughAStream)
 {
     for (int combination = 0; combination < 4; ++combination)
     {
@@ -134,7 +134,7 @@ TEST(CmdPackager, DatagramSizeWordTakesOneToFourBytes)
     EXPECT_EQ(headOf(0x100000), (Bytes{0xC0, 0x40, 0x00, 0x00}));
 }
 
-TEST(CmdPackager, DatagramWithoutAddressesComesBackAsItWent)
+TEST(CmdPackager, DatagramWithoutAddressesRoundTrips)
 {
     CCmdPackager pk;
     pk.SetCmdID(0x1234);
@@ -269,7 +269,7 @@ TEST(CmdPackager, NodeIsSixRawBytes)
     EXPECT_FALSE(pk.Read(&back));
 }
 
-TEST(CmdPackager, ReceiveTellsWhereAStreamEnded)
+TEST(CmdPackager, ReceiveReportsWhereAStreamEnded)
 {
     CCmdPackager pk;
     pk.SetCmdID(0x1234);
@@ -333,7 +333,7 @@ TEST(CmdPackager, AFrameInMemoryIsReceivedAsOneInAStream)
     }
 }
 
-TEST(CmdPackager, WhatLiesBehindAFrameInMemoryIsLeft)
+TEST(CmdPackager, BytesAfterAFrameAreLeftUnread)
 {
     CCmdPackager pk;
     Bytes bytes{0x34, 0x12, 0x08, 0, 0, 0, 'a', 'b', 'c'};
@@ -389,7 +389,7 @@ TEST(CmdPackager, AnnouncedPayloadThatDoesNotComeCostsNoMemory)
     EXPECT_EQ(pk.GetBufferSize(), 0x10000);
 }
 
-TEST(CmdPackager, LargeFrameComesBackWhole)
+TEST(CmdPackager, LargeFrameRoundTrips)
 {
     CCmdPackager pk;
     pk.SetCmdID(0x1076);
@@ -418,7 +418,7 @@ private:
     int m_Room;
 };
 
-TEST(CmdPackager, SendTellsWhenTheStreamDoesNotTakeThePayload)
+TEST(CmdPackager, SendReportsThatTheStreamRefusedThePayload)
 {
     CCmdPackager pk;
     EXPECT_TRUE(pk.Write(5));

@@ -330,7 +330,7 @@ TEST(WireOrder, UntestedPairsStoreADefaultForWhatIsMissing)
     EXPECT_EQ(record.m_List, (IntMap{{2, 20}, {7, 0}}));
 }
 
-TEST(WireOrder, CountsMayStandAheadOfTheirElements)
+TEST(WireOrder, CountsMayPrecedeTheirElements)
 {
     SmallApart record;
     record.m_First = {1, 2};

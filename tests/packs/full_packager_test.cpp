@@ -38,7 +38,7 @@ protected:
 };
 std::unique_ptr<CCmdPackager> FullPackager::s_Packager;
 
-TEST_F(FullPackager, PlayerNumListAndTeamAwardsAreWrittenWellWithoutAnyRoom)
+TEST_F(FullPackager, PlayerNumListAndTeamAwardsSucceedWithoutAnySpace)
 {
     EXPECT_TRUE(writes(HomePack_PlayerNumList_Reply(), 0));
     EXPECT_TRUE(writes(MatchPack_TeamAwards_Reply(), 0));

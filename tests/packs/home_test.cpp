@@ -17,7 +17,7 @@ TEST(HomePack, MessagesWithoutFieldsHaveNoBytes)
     EXPECT_EQ(written(HomePack_PlayerNumList_Request()).size(), 0u);
 }
 
-TEST(HomePack, PlayerListIsOneHundredAndOneNumbersBehindTextAndNumber)
+TEST(HomePack, PlayerListIsOneHundredAndOneNumbersAfterTextAndNumber)
 {
     EXPECT_EQ(written(HomePack_GetPlayerList_Reply()).size(), 1u + 4 + 404);
 }

@@ -19,7 +19,7 @@ TEST(MatchPackType, RequestsWithoutFieldsHaveNoBytes)
     EXPECT_EQ(written(MatchPackType_QueryTeamRank_Request()).size(), 0u);
 }
 
-TEST(MatchPackType, TeamRankIsEmptiedAheadOfItsCount)
+TEST(MatchPackType, TeamRankIsEmptiedBeforeItsCount)
 {
     MatchPackType_QueryTeamRank_Reply reply;
     reply.m_RankList.resize(2);

@@ -70,7 +70,7 @@ TEST(QueryTool, AHostileRowCountCostsNoMoreThanThePayload)
     EXPECT_EQ(reply.m_Column6.size(), reply.m_Column1.size());
 }
 
-TEST(QueryTool, ConditionsSendNineCountsAheadOfTheirTexts)
+TEST(QueryTool, ConditionsSendNineCountsBeforeTheirTexts)
 {
     QT_QueryCondition_Reply reply;
     reply.m_List1 = {L"1"};

@@ -149,7 +149,7 @@ TEST(AccountGlobal, WithoutALevelTheDateDoesNotHelp)
     EXPECT_EQ(account.m_TrainingMap[3].m_PlayTimes, 2);
 }
 
-TEST(AccountGlobal, DateThatIsNoneLosesVip)
+TEST(AccountGlobal, InvalidDateLosesVip)
 {
     AccountData account;
     for (const wchar_t* date : {L"", L"soon", L"2999-2-30 00:00:00"})
@@ -199,7 +199,7 @@ TEST(AccountGlobal, DiamondVipEndsOnItsSecondWhateverTheLevel)
     EXPECT_FALSE(global.IsDiamondVIP());
 }
 
-TEST(LastServers, MostRecentStandsInFront)
+TEST(LastServers, MostRecentIsFirst)
 {
     AccountGlobalData global;
     EXPECT_EQ(global.GetLastServerID(), 0);
@@ -239,7 +239,7 @@ TEST(LastServers, LongerListShrinksByOneAtMost)
     EXPECT_EQ(global.m_LastServerList, std::vector<int>({7, 1, 7}));
 }
 
-TEST(LastServers, TextHasABarBehindEachNumber)
+TEST(LastServers, TextHasABarAfterEachNumber)
 {
     AccountGlobalData global;
     EXPECT_TRUE(global.ConvertLastServerListToString().isEmpty());

@@ -69,7 +69,7 @@ TEST(TrainingString, HasTheGamesAndTwentyDates)
     EXPECT_EQ(wide(account.SaveStringFromTraining()), L"1|-1|0|0|1_3|85|2|900|0_" + emptyDates());
 }
 
-TEST(TrainingString, OfGamesThatAreNoneHasTheDatesAlone)
+TEST(TrainingString, OfInvalidGamesHasTheDatesAlone)
 {
     AccountData account;
     for (const int id : {0, 5, 100})
@@ -80,7 +80,7 @@ TEST(TrainingString, OfGamesThatAreNoneHasTheDatesAlone)
     EXPECT_EQ(wide(account.SaveStringFromTraining()), emptyDates());
 }
 
-TEST(TrainingString, DateOfTheLastPlayStandsAtItsSlot)
+TEST(TrainingString, DateOfTheLastPlayIsAtItsSlot)
 {
     AccountData account;
     account.m_TrainingMap[1] = trainingOf(1);
@@ -161,7 +161,7 @@ TEST(TrainingString, EntryMadeByALoadHasNoGameAndIsNotSaved)
     EXPECT_EQ(wide(account.SaveStringFromTraining()), emptyDates());
 }
 
-TEST(TrainingString, GamesThatAreNoneAreDroppedByALoad)
+TEST(TrainingString, InvalidGamesAreDroppedByALoad)
 {
     AccountData account;
     account.LoadTrainingFromString(L"0|1|1|1|1_5|1|1|1|1_100|1|1|1|1_-3|1|1|1|1_x|1_|1_");
@@ -233,7 +233,7 @@ TEST(TrainingString, DateTakesUpTo99Units)
     EXPECT_EQ(wide(account.m_DateMap[1]), fitting);
 }
 
-TEST(TrainingString, LoadEndsBehindTheLastRecord)
+TEST(TrainingString, LoadEndsAfterTheLastRecord)
 {
     AccountData account;
     account.m_TrainingMap[3] = trainingOf(3);
@@ -344,7 +344,7 @@ TEST(ItemString, RecordNeedsThreeFields)
     EXPECT_EQ(loadedPieces(L"==apple|3|0="), 3);
 }
 
-TEST(ItemString, RecordThatIsNoValidItemIsDropped)
+TEST(ItemString, InvalidItemIsDropped)
 {
     EXPECT_EQ(loadedPieces(L"apple|0|0="), 0);
     EXPECT_EQ(loadedPieces(L"apple|-3|0="), 0);

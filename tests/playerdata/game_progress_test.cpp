@@ -140,7 +140,7 @@ TEST(GameMusic, IsNumberedFrom1000)
     EXPECT_TRUE(music.FGameObject::IsValid());
 }
 
-TEST(GameKinds, TellTheirKindFromTheStart)
+TEST(GameKinds, ReturnTheirKindFromTheStart)
 {
     EXPECT_EQ(FGameObject().m_GameType, 0);
     EXPECT_EQ(FGameTraining().m_GameType, 1);

@@ -57,7 +57,7 @@ TEST(GameItem, ExpiresOnTheSecondOfItsDeadline)
     EXPECT_FALSE(item.IsValid());
 }
 
-TEST(GameItem, DeadlineThatIsNoDateHasExpired)
+TEST(GameItem, InvalidDeadlineHasExpired)
 {
     EXPECT_FALSE(itemOf(L"apple", 1, L"soon").IsValid());
     EXPECT_FALSE(itemOf(L"apple", 1, L"2999-13-1 00:00:00").IsValid());
@@ -181,7 +181,7 @@ TEST(GameShop, SecondReadingAddsToTheOffersForMoneyAlone)
     EXPECT_EQ(other.m_ShopTrades.count(L"apple"), 1u);
 }
 
-TEST(GameShop, FailedElementLeavesThoseInFrontOfIt)
+TEST(GameShop, FailedElementLeavesThoseBeforeIt)
 {
     FGameShop shop;
     shop.m_InPurchaseTrades = {tradeOf(L"silver", 1), tradeOf(L"gold", 2)};

@@ -35,7 +35,7 @@ TEST(TextScanner, TakesDecimalNumbers)
     EXPECT_EQ(intOf(L"0x10"), 0);
 }
 
-TEST(TextScanner, SkipsWhiteSpaceInFrontOfNumbersOnly)
+TEST(TextScanner, SkipsWhiteSpaceBeforeNumbersOnly)
 {
     EXPECT_EQ(intOf(L" \t\n\v\f\r 5"), 5);
     int number = 0;

@@ -174,7 +174,7 @@ TEST(AccountTravelData, TextWithoutABarIsOfVersionZeroAndAllRecords)
     EXPECT_EQ(L"3-1-2;", travel.getStringFromAnalyVersion(text).view());
 }
 
-TEST(AccountTravelData, RecordsStandBehindTheFirstBar)
+TEST(AccountTravelData, RecordsFollowTheFirstBar)
 {
     AccountTravelData travel;
     Text text = L"0|3-1-2;|x";

@@ -322,7 +322,7 @@ TEST(SystemCmdInfoJson, DocumentByteForByte)
                                 L"{\"socket\":\"\u5927\u5385\\\"1\\\"\",\"recvsize\":0,\"sendsize\":4294967295}]}");
 }
 
-TEST(SystemCmdInfoJson, DocumentGoesRound)
+TEST(SystemCmdInfoJson, DocumentRoundTrips)
 {
     SystemCmdInfo info = busyServer();
     SystemCmdInfo shown;
@@ -335,7 +335,7 @@ TEST(SystemCmdInfoJson, DocumentGoesRound)
     EXPECT_EQ(documentOf(shown), documentOf(info));
 }
 
-TEST(SystemCmdInfoJson, TextThatIsNoJsonChangesNothing)
+TEST(SystemCmdInfoJson, InvalidJsonChangesNothing)
 {
     SystemCmdInfo info = busyServer();
     const std::wstring before = documentOf(info);
@@ -365,7 +365,7 @@ TEST(SystemCmdInfoJson, MissingKeysGiveZero)
     EXPECT_EQ(operationOf(info), L"0 0 0 8 0 0");
 }
 
-TEST(SystemCmdInfoJson, ExtraKeysAndTextBehindAreLeftAlone)
+TEST(SystemCmdInfoJson, ExtraKeysAndTrailingTextAreIgnored)
 {
     SystemCmdInfo info;
     info.FromJsonString(L" {\"version\":[1,{\"mem\":9}],\"mem\":5,\"tick\":6,\"cmdsop\":{\"count\":1,\"d3\":9},"
@@ -413,7 +413,7 @@ TEST(SystemCmdInfoJson, SocketsOfTheDocumentReplaceThoseOfTheirNames)
     EXPECT_EQ(gate.m_RecvRate, 1u);
 }
 
-TEST(SecondLevelType, SixteenCommandsTellTheirPackType)
+TEST(SecondLevelType, SixteenCommandsReturnTheirPackType)
 {
     EXPECT_EQ(typeOf<CCmdVoidDataRequest>(7), 7);
     EXPECT_EQ(typeOf<CCmdVoidDataReply>(-1), -1);
@@ -433,7 +433,7 @@ TEST(SecondLevelType, SixteenCommandsTellTheirPackType)
     EXPECT_EQ(typeOf<CCmdAchievementPackReply>(INT_MAX), INT_MAX);
 }
 
-TEST(SecondLevelType, OtherEnvelopesTellNothing)
+TEST(SecondLevelType, OtherEnvelopesReturnNothing)
 {
     EXPECT_EQ(typeOf<CCmdWizardPackRequest>(7), 0);
     EXPECT_EQ(typeOf<CCmdWizardPackReply>(7), 0);
@@ -447,7 +447,7 @@ TEST(SecondLevelType, OtherEnvelopesTellNothing)
     EXPECT_EQ(typeOf<CCmdSportPackNotify>(7), 0);
 }
 
-TEST(SecondLevelType, NullAndOtherObjectsTellNothing)
+TEST(SecondLevelType, NullAndOtherObjectsReturnNothing)
 {
     EXPECT_EQ(SystemCmdInfo::GetCmdSecondLevelType(nullptr), 0);
     CCmdGS_PawnScore score;

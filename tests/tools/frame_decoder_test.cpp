@@ -46,7 +46,7 @@ struct Told
     Taker m_Taker;
 };
 
-TEST(FrameDecoder, TellsAStreamFrameWithItsLastByte)
+TEST(FrameDecoder, ReportsAStreamFrameWithItsLastByte)
 {
     const std::string frame = bytesOf("0010 14000000 0002000709");
     Told<FrameDecoder> told(Framing::kStream);
@@ -60,7 +60,7 @@ TEST(FrameDecoder, TellsAStreamFrameWithItsLastByte)
     EXPECT_EQ(told.m_Lines.size(), 2u);
 }
 
-TEST(FrameDecoder, TellsAPacketsFrameBeforeTheRestOfThePacket)
+TEST(FrameDecoder, ReportsAPacketsFrameBeforeTheRestOfThePacket)
 {
     Told<FrameDecoder> told(Framing::kPackets);
     told.add(bytesOf("0d000000 0010 14000000 0002000709 aabb 00000000"), 1);
@@ -72,7 +72,7 @@ TEST(FrameDecoder, TellsAPacketsFrameBeforeTheRestOfThePacket)
     EXPECT_EQ(told.m_Lines[2].second, Json({{"offset", 21}, {"error", "no whole frame head"}}));
 }
 
-TEST(FrameDecoder, TellsWhatIsCutAtTheEnd)
+TEST(FrameDecoder, ReportsWhatIsCutAtTheEnd)
 {
     const auto lastOf = [](Framing framing, std::string_view hex)
     {
@@ -173,7 +173,7 @@ TEST(Recording, TextComesInPiecesOfAnySize)
     }
 }
 
-TEST(Recording, ALineOfTextIsToldBeforeTheNext)
+TEST(Recording, ALineOfTextIsReportedBeforeTheNext)
 {
     Told<Recording> told(Framing::kStream);
     told.add("0010 14000000 0002000709", 1);

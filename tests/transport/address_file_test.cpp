@@ -74,12 +74,12 @@ TEST(AddressFile, EmptyLinesAndCommentsArePassedOver)
     EXPECT_EQ(rulesOf(""), Rules());
 }
 
-TEST(AddressFile, TextBehindTheSecondWordIsIgnored)
+TEST(AddressFile, TextAfterTheSecondWordIsIgnored)
 {
     EXPECT_EQ(rulesOf("10.0.0.0 255.0.0.0 our office # here\n"), (Rules{"10.0.0.0.255.0.0.0."}));
 }
 
-TEST(AddressFile, LinesThatAreNoRuleAreSkipped)
+TEST(AddressFile, InvalidLinesAreSkipped)
 {
     EXPECT_EQ(rulesOf("10.0.0.0\n10.0.0 255.0.0.0\n10.0.0.0 255.0.0\nhost.name.of.ours 255.0.0.0\n10.0.0.0,255.0.0.0\n"
                       "10.0.0.-1 255.0.0.0\n10..0.0 255.0.0.0\n10.0.0.0x 255.0.0.0\n10.0.0.0.0 255.0.0.0\n"
@@ -106,7 +106,7 @@ TEST(AddressFile, ALongLineIsReadInPiecesOf1023Bytes)
               (Rules{"1.2.3.4.255.0.0.0.", "5.6.7.8.255.0.0.0."}));
 }
 
-TEST(AddressFile, AFileThatIsNotThereIsFalse)
+TEST(AddressFile, AMissingFileIsFalse)
 {
     int calls = 0;
     EXPECT_FALSE(ReadAddressFile(L"no such file", [&](const AddressRule&) { ++calls; }));

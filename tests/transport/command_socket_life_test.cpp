@@ -29,7 +29,7 @@ public:
     int m_Closes = 0;
 };
 
-TEST(CommandSocketLife, AStateOfNeitherUpNorOnItsWayClosesWithoutAnError)
+TEST(CommandSocketLife, AStateNeitherEstablishedNorConnectingClosesWithoutAnError)
 {
     NoteAnalyser analyser;
     Loopback net(analyser);
@@ -94,7 +94,7 @@ TEST(CommandSocketLife, AttachOfNoHandleFailsAndAttachesNothing)
     EXPECT_TRUE(socket->isInvalid());
 }
 
-TEST(CommandSocketLife, CommandsSentOnTheWayUpLeaveWhenItStands)
+TEST(CommandSocketLife, CommandsSentWhileConnectingLeaveOnceEstablished)
 {
     int got = 0;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand&) { ++got; });
@@ -161,7 +161,7 @@ TEST(CommandSocketLife, AHandlerMayReplyAndCloseAndTheReplyArrives)
     EXPECT_EQ(got, (std::vector<int>{2}));
 }
 
-TEST(CommandSocketLife, AReplyAndCloseIsNoResetThoughMoreHadCome)
+TEST(CommandSocketLife, AReplyAndCloseIsNoResetDespiteUnreadInput)
 {
     NoteAnalyser server(
         [&](CCommandSocket* socket, const NoteCommand&)

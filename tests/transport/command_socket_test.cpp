@@ -153,7 +153,7 @@ TEST(CommandSocket, OfTenPacketsWithHandlersOf30MillisecondsFourAreDispatchedATi
     EXPECT_EQ(got, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
 }
 
-TEST(CommandSocket, WhatTheBudgetLeavesIsDispatchedWithoutNewsFromTheNetwork)
+TEST(CommandSocket, WhatTheBudgetLeavesIsDispatchedWithoutANewEvent)
 {
     zet::TestClock clock(0);
     int got = 0;

@@ -165,7 +165,7 @@ TEST(FrameworkServerSocket, AConnectionInState3IsAbandonedInTheSameWalkAndTheOth
     }
 }
 
-TEST(FrameworkServerSocket, AConnectionOnItsWayUpStays)
+TEST(FrameworkServerSocket, AConnectingOneStays)
 {
     TickedNet ticked(1);
     ticked.at(0).m_Forced = 1;
@@ -182,7 +182,7 @@ TEST(FrameworkServerSocket, AnInvalidConnectionIsNotTickedButAbandoned)
     EXPECT_EQ(ticked.m_Net.m_Server->GetClientCount(), 1);
 }
 
-TEST(FrameworkServerSocket, AbandonedConnectionsDieBehindTheWalk)
+TEST(FrameworkServerSocket, AbandonedConnectionsAreDestroyedAfterTheWalk)
 {
     TickedNet ticked(3);
     struct Dying : Ticked
@@ -326,7 +326,7 @@ TEST(FrameworkServerSocket, AHostMayWalkOverAllAndAbandonSome)
     EXPECT_EQ(ticked.m_Log.size(), 2U);
 }
 
-TEST(FrameworkServerSocket, ASocketIsRegisteredOnceItsPeerHasToldItsId)
+TEST(FrameworkServerSocket, ASocketIsRegisteredOnceItsPeerHasSentItsId)
 {
     NoteAnalyser analyser;
     Loopback net(analyser);

@@ -104,7 +104,7 @@ TEST_F(LastBytes, AResetShowsWhenTheCommandsBeforeItAreHandled)
     expectTwoOnAStandingConnection();
 }
 
-TEST_F(LastBytes, WhatLiesBehindUrgentDataIsRead)
+TEST_F(LastBytes, BytesAfterUrgentDataAreRead)
 {
     ASSERT_TRUE(m_Peer.send({'!'}, MSG_OOB));
     ASSERT_TRUE(m_Peer.send(packetOf(NoteCommand(3))));

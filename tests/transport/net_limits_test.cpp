@@ -130,7 +130,7 @@ TEST(NetLimits, TheFirstPacketOfAStrangerIsShort)
     EXPECT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 0; }));
 }
 
-TEST(NetLimits, BehindTheFirstCommandTheHostsLimitCounts)
+TEST(NetLimits, AfterTheFirstCommandTheHostsLimitCounts)
 {
     int ballast = 0;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand& note) { ballast = note.m_Ballast; });
@@ -146,7 +146,7 @@ TEST(NetLimits, BehindTheFirstCommandTheHostsLimitCounts)
     EXPECT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 0; }));
 }
 
-TEST(NetLimits, WhomThisSideCallsIsNoStranger)
+TEST(NetLimits, AConnectionOfOurOwnHasNoFirstInputLimit)
 {
     int ballast = 0;
     NoteAnalyser client([&](CCommandSocket*, const NoteCommand& note) { ballast = note.m_Ballast; });

@@ -196,7 +196,7 @@ TEST(NetMessage, TargetsAreFlagBitOneACountAndTheAddresses)
     EXPECT_EQ(exported(message), golden);
 }
 
-TEST(NetMessage, TheFromAddressStandsBeforeTheTargets)
+TEST(NetMessage, TheFromAddressPrecedesTheTargets)
 {
     NetMessage message;
     message.fromAddress = address(0x40);

@@ -195,7 +195,7 @@ TEST(NetSessionPeer, AServerThatGreetsUnderAnotherIdFails)
     server->close();
 }
 
-TEST(NetSessionPeer, WhatIsNoMessageIsDroppedAndTheSessionLives)
+TEST(NetSessionPeer, AnInvalidMessageIsDroppedAndTheSessionGoesOn)
 {
     const Bytes misfits[] = {
         packet({0x00}),

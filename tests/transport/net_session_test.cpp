@@ -70,7 +70,7 @@ struct Listener
     std::function<void()> m_OnGreeting;
 };
 
-TEST(NetSession, StandsOnBothSidesUnderTheIdThatConnectWasGiven)
+TEST(NetSession, IsEstablishedOnBothSidesUnderTheIdThatConnectWasGiven)
 {
     NetPair net;
     ASSERT_TRUE(net.m_IsListening);
@@ -84,7 +84,7 @@ TEST(NetSession, StandsOnBothSidesUnderTheIdThatConnectWasGiven)
     EXPECT_TRUE(session->getPeerName() == net.address().convertToString());
 }
 
-TEST(NetSession, AcceptsNobodyWhereNobodyWaits)
+TEST(NetSession, AcceptsNothingWithNothingPending)
 {
     NetPair net;
     EXPECT_FALSE(net.make()->accept());
@@ -93,7 +93,7 @@ TEST(NetSession, AcceptsNobodyWhereNobodyWaits)
     EXPECT_EQ(session->getState(), NetSession::kDown);
 }
 
-TEST(NetSession, WhoIsNotAcceptedWaits)
+TEST(NetSession, AnUnacceptedPeerStaysPending)
 {
     NetPair net;
     const auto module = zet::NetModule::createInstance();
@@ -468,7 +468,7 @@ TEST(NetSession, AGreetingThatNeverComesFailsInItsTime)
     module->close();
 }
 
-TEST(NetSession, OneThatStandsOutlastsTheGreetingTime)
+TEST(NetSession, AnEstablishedOneOutlastsTheGreetingTime)
 {
     NetPair net;
     zet::TestClock clock(0, 0xFFFFFFF0);

@@ -78,7 +78,7 @@ TEST(ProxySocket, ADirectConnectionThatFailsLeavesTheStateAndCallsNoOne)
     EXPECT_EQ(client->m_TargetPort, 4711);
 }
 
-TEST(ProxySocket, GoesThroughAProxyThatChecksNobody)
+TEST(ProxySocket, GoesThroughAProxyWithoutAuthentication)
 {
     std::vector<int> got;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand& note) { got.push_back(note.m_Number); });
@@ -184,7 +184,7 @@ TEST(ProxySocket, AnOddOrRefusingMethodReplyIsDroppedAndNotReported)
     EXPECT_FALSE(net.m_Client->isInvalid());
 }
 
-TEST(ProxySocket, AMethodReplyOneByteATimeIsNone)
+TEST(ProxySocket, AMethodReplyOneByteATimeIsIgnored)
 {
     Proxied net;
     ASSERT_TRUE(net.greets(kGreeting));
@@ -218,7 +218,7 @@ TEST(ProxySocket, ARefusedPasswordStaysInStateThreeAndIsNotReported)
     EXPECT_EQ(net.m_Client->m_ProxyState, 3);
 }
 
-TEST(ProxySocket, AnAccountReplyMayHaveMoreBytesBehindIt)
+TEST(ProxySocket, AnAccountReplyMayHaveMoreBytesAfterIt)
 {
     Proxied net;
     ASSERT_TRUE(net.greets(kAccountGreeting, L"n", L"p"));
@@ -245,7 +245,7 @@ TEST(ProxySocket, ARefusedRequestStartsWorkingAllTheSame)
     EXPECT_EQ(net.m_Client->m_ProxyState, 4);
 }
 
-TEST(ProxySocket, ACommandBehindTheLastReplyGoesWithItAndTheNextOneArrives)
+TEST(ProxySocket, ACommandAfterTheLastReplyIsDroppedWithItAndTheNextOneArrives)
 {
     std::vector<int> got;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand& note) { got.push_back(note.m_Number); });
@@ -283,7 +283,7 @@ TEST(ProxySocket, WhatIsBeyond1023BytesOfTheLastReplyGoesToTheCommandLayer)
     EXPECT_EQ(got, std::vector<int>{1});
 }
 
-TEST(ProxySocket, TheSecondPieceOfALastReplyIsNoPacketAndCloses)
+TEST(ProxySocket, TheSecondPieceOfALastReplyIsAnInvalidPacketAndCloses)
 {
     NoteAnalyser analyser;
     Proxied net(analyser);
@@ -316,7 +316,7 @@ TEST(ProxySocket, ATargetThatTheResolverDoesNotKnowSendsNothing)
     EXPECT_TRUE(net.isSilent());
 }
 
-TEST(ProxySocket, ANameOrPasswordOf255BytesIsToldAndALongerOneRefused)
+TEST(ProxySocket, ANameOrPasswordOf255BytesIsSentAndALongerOneRefused)
 {
     const std::wstring longest = std::wstring(127, L'\u00fc') + L'a';
     const std::wstring tooLong = std::wstring(128, L'\u00fc');

@@ -60,7 +60,7 @@ TEST_F(QuicPeer, SpeaksWithOurServer)
     EXPECT_FALSE(isUserData(m_Peer->getId()));
 }
 
-TEST_F(QuicPeer, WhoMovesAndRetiresHisIdsIsFoundByTheNextOnes)
+TEST_F(QuicPeer, OneThatMovesAndRetiresItsIdsIsFoundByTheNextOnes)
 {
     constexpr int kMoves = 300;
     m_Net.accepted().m_Numbers.reserve(kMoves + 1);
@@ -90,7 +90,7 @@ TEST_F(QuicPeer, WhoMovesAndRetiresHisIdsIsFoundByTheNextOnes)
     EXPECT_LT(*used - *before, 2048);
 }
 
-TEST_F(QuicPeer, WhoMovesManyTimesASecondKeepsHisConnection)
+TEST_F(QuicPeer, OneThatMovesManyTimesASecondKeepsItsConnection)
 {
     for (int i = 1; i <= 20; ++i)
     {
@@ -100,7 +100,7 @@ TEST_F(QuicPeer, WhoMovesManyTimesASecondKeepsHisConnection)
     }
 }
 
-TEST_F(QuicPeer, WhosePortChangesOnTheWayKeepsHisConnection)
+TEST_F(QuicPeer, OneWhosePortChangesKeepsItsConnection)
 {
     for (int i = 1; i <= 20; ++i)
     {

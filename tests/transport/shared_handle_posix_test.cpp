@@ -25,7 +25,7 @@ public:
     const int m_Handle;
 };
 
-TEST(SharedHandle, WhatComesForAConnectionThatWasClosedTellsNobody)
+TEST(SharedHandle, InputOfAClosedConnectionCallsNoHandler)
 {
     int got = 0;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand&) { ++got; });
@@ -55,7 +55,7 @@ TEST(SharedHandle, WhatComesForAConnectionThatWasClosedTellsNobody)
     EXPECT_TRUE(tickUntil(net.m_System, [&] { return got == 1; }));
 }
 
-TEST(SharedHandle, APortThatWasClosedTellsNobodyOfItsVisitors)
+TEST(SharedHandle, AClosedPortReportsNoPendingConnections)
 {
     NoteAnalyser analyser;
     test::Loopback net(analyser);

@@ -63,7 +63,7 @@ std::string readAll(zet::TcpStream& stream)
 }
 
 // The bytes and the end come with the same news, and nothing tells of the end again.
-TEST(TcpStream, AnEndThatComesTogetherWithTheLastBytesIsSeen)
+TEST(TcpStream, AnEndTogetherWithTheLastBytesIsSeen)
 {
     Pair pair;
     ASSERT_TRUE(pair.m_IsUp);
@@ -132,7 +132,7 @@ TEST(TcpStream, MuchGoesThroughBothWaysAtOnce)
     EXPECT_EQ(pair.m_Near->getOutputSize(), 0U);
 }
 
-TEST(TcpStream, TheEndShowsBehindTheLastByte)
+TEST(TcpStream, TheEndShowsAfterTheLastByte)
 {
     Pair pair;
     ASSERT_TRUE(pair.m_IsUp);
@@ -210,7 +210,7 @@ TEST(TcpStream, DetachGivesTheOpenHandleToAnother)
     ASSERT_TRUE(tickUntil(pair.m_System, [&] { return other->available() == 4; }));
 }
 
-TEST(TcpConnection, ConnectToNobodyFailsAndLeavesNoHandle)
+TEST(TcpConnection, ConnectWithoutAListenerFailsAndLeavesNoHandle)
 {
     unsigned short port = 0;
     {
@@ -235,7 +235,7 @@ TEST(TcpConnection, ConnectToNobodyFailsAndLeavesNoHandle)
     EXPECT_TRUE(stream->isInvalid());
 }
 
-TEST(TcpConnection, ConnectToWhatIsNoAddressFails)
+TEST(TcpConnection, ConnectToAnInvalidAddressFails)
 {
     const StreamHandle stream = new zet::TcpStream;
     EXPECT_FALSE(stream->connect(L"", 1, false));

@@ -37,7 +37,7 @@ TEST(Tls, CommandsGoBothWays)
         EXPECT_EQ(got[static_cast<size_t>(i)], i + 1);
 }
 
-TEST(Tls, TheConnectionIsOnItsWayUpUntilTheHandshakeIsDone)
+TEST(Tls, TheConnectionIsConnectingUntilTheHandshakeIsDone)
 {
     NoteAnalyser analyser;
     TlsLoopback net(analyser);
@@ -53,7 +53,7 @@ TEST(Tls, TheConnectionIsOnItsWayUpUntilTheHandshakeIsDone)
     EXPECT_EQ(net.m_Server->m_Abandons, 0);
 }
 
-TEST(Tls, WhatIsSentBeforeTheHandshakeArrivesBehindIt)
+TEST(Tls, WhatIsSentBeforeTheHandshakeArrivesAfterIt)
 {
     std::vector<int> got;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand& note) { got.push_back(note.m_Number); });
@@ -176,7 +176,7 @@ TEST(Tls, FiftyMegabytesArriveWholeWithinTheOutputLimit)
     EXPECT_LT(most, kLimit + kPiece + 400 * 1024);
 }
 
-TEST(Tls, AClosedEndIsToldFromABrokenOne)
+TEST(Tls, ACloseNotifyIsDistinguishedFromABrokenEnd)
 {
     NoteAnalyser analyser;
     TlsLoopback net(analyser);
@@ -247,7 +247,7 @@ TEST(Tls, AConnectionMayJoinASystemInTheMiddleOfItsHandshake)
     EXPECT_TRUE(socket->isSecure());
 }
 
-TEST(Tls, AConnectionKeptPlainGoesOverToTlsWhenTold)
+TEST(Tls, AConnectionKeptPlainSwitchesToTlsOnRequest)
 {
     std::vector<int> got;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand& note) { got.push_back(note.m_Number); });

@@ -70,7 +70,7 @@ TEST(TlsLoad, AThousandConnectionsAreServedAndLeave)
 
 #ifdef COUNTS_SYSTEM_CALLS
 
-TEST(TlsIdle, AConnectionThatNobodyHasSpokenOnTakesLittle)
+TEST(TlsIdle, AConnectionThatHasCarriedNothingTakesLittle)
 {
     NoteAnalyser analyser;
     TlsLoopback net(analyser);

@@ -85,7 +85,7 @@ TEST(TlsRefusal, AnUnknownAuthorityIsRefused)
     EXPECT_NE(refusal.of(makeClientContext(pretender)).find(L"signature"), std::wstring::npos);
 }
 
-TEST(TlsRefusal, ACertificateForClientsIsNoServers)
+TEST(TlsRefusal, AServersCertificateForClientsOnlyIsRefused)
 {
     test::CertificateWish wish{"", {"127.0.0.1"}};
     wish.m_IsForServers = false;
@@ -140,7 +140,7 @@ TEST(TlsRefusal, ARevokedClientIsRefused)
     EXPECT_NE(refusal.of(shows).find(L"revoked"), std::wstring::npos);
 }
 
-TEST(TlsRefusal, WhatIsNoListOfRevokedCertificatesIsNotTaken)
+TEST(TlsRefusal, AnInvalidRevocationListIsRefused)
 {
     const LogLines log;
     const TlsHandle context = makeClientContext();
@@ -225,7 +225,7 @@ TEST(TlsRefusal, ATlsClientOnAPlainPortFails)
     EXPECT_EQ(client->getConnectionState(), zet::TcpConnection::kDown);
 }
 
-TEST(TlsRefusal, APeerThatSaysNothingIsGivenUpWhenItsTimeIsOver)
+TEST(TlsRefusal, ASilentPeerTimesOut)
 {
     zet::TestClock clock(1700000000, 0xFFFFFF00);
     NoteAnalyser analyser;

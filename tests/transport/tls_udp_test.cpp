@@ -55,7 +55,7 @@ TEST_F(TlsUdp, ATrustedCertificateForTheAddressOrTheNameIsTaken)
     EXPECT_TRUE(succeeds(L"localhost"));
 }
 
-TEST_F(TlsUdp, WhoTrustsNobodyInParticularTakesAnyCertificate)
+TEST_F(TlsUdp, WithoutATrustStoreAnyCertificateIsAccepted)
 {
     ASSERT_TRUE(listen(contextOf(m_Authority.issue({"", {"elsewhere.test"}}), nullptr), nullptr));
     EXPECT_TRUE(succeeds(L"127.0.0.1"));
@@ -100,7 +100,7 @@ TEST_F(TlsUdp, ACertificateThatRanOutIsRefused)
     EXPECT_FALSE(succeeds(L"127.0.0.1"));
 }
 
-TEST_F(TlsUdp, ACertificateOfThePortsOwnMakingProvesNobody)
+TEST_F(TlsUdp, ACertificateThatThePortMadeProvesNoIdentity)
 {
     ASSERT_TRUE(listen(nullptr, contextOf({}, &m_Authority)));
     EXPECT_FALSE(succeeds(L"127.0.0.1"));

@@ -127,7 +127,7 @@ TEST_F(UdpForged, ATokenOfAnotherAddressOpensNothing)
     EXPECT_EQ(m_Net.m_Server->getTraffic().m_DatagramsOut, out);
 }
 
-TEST_F(UdpForged, AVisitorWhoShowsHisAddressAndThenFallsSilentIsForgotten)
+TEST_F(UdpForged, APeerThatShowsItsAddressAndFallsSilentIsForgotten)
 {
     BareUdp visitor;
     ASSERT_TRUE(visitor.send(m_Net.m_Server->getPort(), initial("")));
@@ -145,7 +145,7 @@ TEST_F(UdpForged, AVisitorWhoShowsHisAddressAndThenFallsSilentIsForgotten)
                             static_cast<int>(zet::UdpServer::Settings().m_ConnectTimeout) + 10));
 }
 
-TEST_F(UdpForged, AVersionNobodyKnowsIsAnsweredWithTheOneThereIs)
+TEST_F(UdpForged, AnUnknownVersionIsAnsweredWithTheSupportedOne)
 {
     BareUdp source;
     std::string packet = initial("");

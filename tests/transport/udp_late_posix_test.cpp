@@ -70,7 +70,7 @@ TEST_F(UdpLate, LatePacketsAreAnsweredEverMoreRarelyAndInTheEndNoMore)
     EXPECT_TRUE(m_Net.m_Server->m_UserData.empty());
 }
 
-TEST_F(UdpLate, TheFarewellGoesToThePeerAloneWhoeverSendsHisPackets)
+TEST_F(UdpLate, TheCloseFrameGoesToThePeerAloneWhoeverSendsItsPackets)
 {
     ASSERT_NO_FATAL_FAILURE(closeUnheard());
     BareUdp stranger;
@@ -90,7 +90,7 @@ TEST_F(UdpLate, TheFarewellGoesToThePeerAloneWhoeverSendsHisPackets)
     EXPECT_FALSE(stranger.receive(bytes, port));
 }
 
-TEST_F(UdpLate, AFarewellIsForgottenOnceThePeerMustHaveGivenUp)
+TEST_F(UdpLate, ACloseFrameIsForgottenOnceThePeerMustHaveGivenUp)
 {
     ASSERT_NO_FATAL_FAILURE(closeUnheard());
     const unsigned int idle = zet::UdpServer::Settings().m_IdleTimeout;

@@ -77,7 +77,7 @@ TEST_F(UdpMoves, AMemberOfOneSystemJoinsNoOther)
     ASSERT_NO_FATAL_FAILURE(expectTraffic(*socket, 1));
 }
 
-TEST_F(UdpMoves, WhatWasSentBeforeTheMoveLeavesBehindIt)
+TEST_F(UdpMoves, WhatWasSentBeforeTheMoveLeavesAfterIt)
 {
     const NoteSocketHandle socket = m_Net.connect();
     ASSERT_TRUE(socket);
@@ -92,7 +92,7 @@ TEST_F(UdpMoves, WhatWasSentBeforeTheMoveLeavesBehindIt)
     ASSERT_TRUE(m_Net.until([&] { return socket->m_Numbers == std::vector<int>{7}; }, 500));
 }
 
-TEST_F(UdpMoves, AConnectionOnItsWayUpStandsInTheOtherSystem)
+TEST_F(UdpMoves, AConnectingOneIsEstablishedInTheOtherSystem)
 {
     for (const auto& moved : {m_Net.m_Server, m_Net.m_Port})
     {
@@ -184,7 +184,7 @@ TEST_F(UdpMoves, AServerThatCannotTakeItsHandleAlongEndsItsConnections)
     ASSERT_NO_FATAL_FAILURE(expectTraffic(*next, 1));
 }
 
-TEST_F(UdpMoves, ADetachedPortHasToldItsPeers)
+TEST_F(UdpMoves, ADetachedPortHasNotifiedItsPeers)
 {
     const NoteSocketHandle first = m_Net.connect();
     const NoteSocketHandle second = m_Net.connect();

@@ -120,7 +120,7 @@ TEST_F(UdpRoad, ADeadPeerIsNoticedOnBothSides)
     EXPECT_EQ(m_Net.m_Server->getConnectionCount(), 0);
 }
 
-TEST_F(UdpRoad, ADeadPeerIsNoticedByWhoSends)
+TEST_F(UdpRoad, ADeadPeerIsNoticedByTheSender)
 {
     build({}, 1);
     const NoteSocketHandle socket = m_Net.connect();
@@ -131,7 +131,7 @@ TEST_F(UdpRoad, ADeadPeerIsNoticedByWhoSends)
     EXPECT_EQ(socket->m_StateAtClose, NoteSocket::kBroken);
 }
 
-TEST_F(UdpRoad, ARoadThatOpensAgainInTimeLosesNothing)
+TEST_F(UdpRoad, APathThatOpensAgainInTimeLosesNothing)
 {
     build({}, 1);
     const NoteSocketHandle socket = m_Net.connect();
@@ -159,7 +159,7 @@ TEST_F(UdpRoad, AQuietConnectionStays)
     ASSERT_TRUE(m_Net.until([&] { return m_Net.accepted().m_Numbers.size() == 1; }));
 }
 
-TEST_F(UdpRoad, APeerWhoMissedTheFarewellGetsItAgain)
+TEST_F(UdpRoad, APeerThatMissedTheCloseFrameGetsItAgain)
 {
     build({}, 1);
     const NoteSocketHandle socket = m_Net.connect();

@@ -214,7 +214,7 @@ TEST_F(UdpClient, ALengthBelowOneEndsAlsoAConnectionWhoseOutputWaits)
     EXPECT_EQ(m_Net.m_Server->getConnectionCount(), 0);
 }
 
-TEST_F(UdpClient, WhoIsSentToInTheTickOfHisEndIsStillToldOfIt)
+TEST_F(UdpClient, AnEndInTheTickOfASendIsStillReported)
 {
     const NoteSocketHandle first = m_Net.connect();
     const NoteSocketHandle second = m_Net.connect();

@@ -83,7 +83,7 @@ public:
     }
 };
 
-TEST_F(UdpThrowing, WhatTheServersOverridesThrowCostsNobodyElseATurn)
+TEST_F(UdpThrowing, WhatTheServersOverridesThrowCostsNoOtherATurn)
 {
     const test::LogLines log;
     const zet::Unknown::Handle_T<ThrowingServer> server = new ThrowingServer;
@@ -123,7 +123,7 @@ TEST_F(UdpThrowing, WhatTheServersOverridesThrowCostsNobodyElseATurn)
     server->close();
 }
 
-TEST_F(UdpThrowing, WhatAConnectionThrowsAtItsEndKeepsNoOtherFromBeingTold)
+TEST_F(UdpThrowing, WhatAConnectionThrowsAtItsEndStopsNoOtherReport)
 {
     for (const bool isDetaching : {false, true})
     {

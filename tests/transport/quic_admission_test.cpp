@@ -10,7 +10,7 @@ namespace
 
 using test::BareUdp;
 
-class QuicVisitors : public test::QuicTest
+class QuicAdmission : public test::QuicTest
 {
 protected:
     using QuicTest::QuicTest;
@@ -20,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(QuicVisitors, ATickChecksABoundedNumberOfTokens)
+TEST_F(QuicAdmission, ATickChecksABoundedNumberOfTokens)
 {
     // Stands between the peer and the server, so that the packet with the token can be held.
     BareUdp between;
@@ -51,7 +51,7 @@ TEST_F(QuicVisitors, ATickChecksABoundedNumberOfTokens)
     EXPECT_EQ(m_Net.m_Server->getConnectionCount(), 1);
 }
 
-TEST_F(QuicVisitors, TheHandshakesOfATickAreAsManyAsTheHostSays)
+TEST_F(QuicAdmission, TheHandshakesOfATickAreAsManyAsTheHostSays)
 {
     zet::NetLimits limits;
     limits.m_HandshakeSteps = 3;
@@ -70,7 +70,7 @@ TEST_F(QuicVisitors, TheHandshakesOfATickAreAsManyAsTheHostSays)
     EXPECT_EQ(most, 3);
 }
 
-TEST_F(QuicVisitors, APeerWhoseHandshakeWaitsForTheNextTickNeedNotComeAgain)
+TEST_F(QuicAdmission, APeerWhoseHandshakeWaitsForTheNextTickNeedNotComeAgain)
 {
     constexpr int kCount = 10;
     ASSERT_EQ(m_Net.m_Server->getLimits().m_HandshakeSteps, 1);
@@ -84,7 +84,7 @@ TEST_F(QuicVisitors, APeerWhoseHandshakeWaitsForTheNextTickNeedNotComeAgain)
     EXPECT_LE(after.m_DatagramsIn, 4U * kCount);
 }
 
-TEST_F(QuicVisitors, DatagramsHoldATickForABoundedTime)
+TEST_F(QuicAdmission, DatagramsHoldATickForABoundedTime)
 {
     class SlowServer : public zet::UdpServer
     {
@@ -112,12 +112,12 @@ TEST_F(QuicVisitors, DatagramsHoldATickForABoundedTime)
     server->close();
 }
 
-class LimitedQuicVisitors : public QuicVisitors
+class LimitedQuicAdmission : public QuicAdmission
 {
 protected:
     void SetUp() override
     {
-        QuicVisitors::SetUp();
+        QuicAdmission::SetUp();
         zet::NetLimits limits;
         limits.m_ConnectionsPerAddress = 2;
         limits.m_ConnectionsPerSubnet = 3;
@@ -145,7 +145,7 @@ protected:
     std::list<test::QuicPeer> m_Peers;
 };
 
-TEST_F(LimitedQuicVisitors, AnAddressAndASubnetHaveTheirShare)
+TEST_F(LimitedQuicAdmission, AnAddressAndASubnetHaveTheirShare)
 {
     EXPECT_TRUE(getsIn(0x7F000002));
     EXPECT_TRUE(getsIn(0x7F000002));
@@ -158,7 +158,7 @@ TEST_F(LimitedQuicVisitors, AnAddressAndASubnetHaveTheirShare)
     EXPECT_TRUE(getsIn(0x7F000102));
 }
 
-TEST_F(LimitedQuicVisitors, AVisitorThatEndsMakesRoom)
+TEST_F(LimitedQuicAdmission, AConnectionThatEndsFreesItsPlace)
 {
     ASSERT_TRUE(getsIn(0x7F000002));
     ASSERT_TRUE(getsIn(0x7F000002));
@@ -170,7 +170,7 @@ TEST_F(LimitedQuicVisitors, AVisitorThatEndsMakesRoom)
     EXPECT_FALSE(getsIn(0x7F000002));
 }
 
-TEST_F(LimitedQuicVisitors, WhereTheLimitIsZeroThereIsNone)
+TEST_F(LimitedQuicAdmission, WhereTheLimitIsZeroThereIsNone)
 {
     auto limits = m_Net.m_Server->getLimits();
     limits.m_ConnectionsPerAddress = 0;
