@@ -45,7 +45,7 @@ TEST(Bugs, ProcessOutlivesTheReaderOfItsConsoleLog)
             loseReader();
             int told = 0;
             zet::Log::addSink([&](zet::Log::Level, const zet::String_T<wchar_t>& line)
-                              { told += line == L"ConsoleLog: the console takes nothing"; });
+                              { told += line == L"ConsoleLog: cannot write to the console"; });
             zet::DllModule::createInstance()->load(L"zet_ConsoleLog.dll");
             zet::Log::start();
             for (int i = 0; i < 3; ++i)
