@@ -12,7 +12,7 @@ namespace arena
 namespace
 {
 
-// A service of the play, and what it has said of itself.
+// A service of the demonstration, and what it has printed about itself.
 struct ServiceActor : Actor
 {
     ServiceActor(const char* name, const char* type) : Actor(name), m_Type(type) {}
@@ -182,10 +182,10 @@ void Demo::shutAllDown()
     m_Registry.expect(lines::kShuttingDown);
     m_Registry.expectEnd(0);
     say("      the registry has ended with 0");
-    // The refused twin went by without a notice, and nobody was told twice.
+    // The refused duplicate was not announced, and no server was notified twice.
     const int told = m_Alpha.count(lines::kFade);
     if (told != 2)
-        throw Failure("alpha was told of " + std::to_string(told) + " fades, not of 2");
+        throw Failure("alpha was notified of " + std::to_string(told) + " fades, not of 2");
 }
 
 Actor Demo::run(const char* name, const std::vector<std::string>& words, int result)

@@ -1,4 +1,4 @@
-// The miniature platform: a registry, services and who asks for them, each a process of this one executable.
+// The miniature platform: a registry, services and clients, each a process of this executable.
 #include "examples/arena/call.h"
 #include "examples/arena/demo.h"
 #include "examples/arena/options.h"
@@ -27,7 +27,7 @@ constexpr char kUsage[] = "usage: arena registry [--port P]\n"
                           "           plays all of it with processes of its own\n"
                           "A port P of a server may be 0 for a free one. An id is 32 hexadecimal digits.\n";
 
-// What is returned for a command line that is no good.
+// The exit code for an invalid command line.
 constexpr int kBadUsage = 2;
 constexpr int kMostPort = 0xFFFF;
 
@@ -37,7 +37,7 @@ int complain(const std::string& error)
     return kBadUsage;
 }
 
-// A name is the name of a directory of log files, too.
+// A name is also the name of a directory of log files.
 bool isName(const std::string& name)
 {
     return !name.empty() && name.size() <= 32 &&
