@@ -1,4 +1,4 @@
-// The trace line of a command that came by a socket went to the standard error, while the fields of the same command
+// The trace line of a command received by a socket went to the standard error, while the fields of the same command
 // went to the standard output. Whether there is a trace was decided by a macro of each file that includes the header.
 #include "commands/registry.h"
 #include "dispatch/analyser.h"
