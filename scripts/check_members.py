@@ -38,7 +38,9 @@ def members_of(body):
                 flat.append(";")
     names = set()
     for declaration in "".join(flat).split(";"):
-        declaration = re.sub(r"\b(public|private|protected)\s*:", "", declaration).strip()
+        declaration = re.sub(r"\b(public|private|protected)\s*:", "", declaration)
+        # A macro of the interface has no semicolon, so the first member follows it in the same piece.
+        declaration = re.sub(r"\b[A-Z][A-Z_]+\([^()]*\)", "", declaration).strip()
         head = declaration.split("=")[0]
         if "(" in head or re.match(r"(static|using|friend|typedef|enum|struct|class)\b", head):
             continue
