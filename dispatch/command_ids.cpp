@@ -33,6 +33,7 @@ constexpr bool rowsAreInOrder()
     }
     return true;
 }
-static_assert(rowsAreInOrder());
+static_assert(rowsAreInOrder(),
+              "dispatch/commands.def: rows ascend by id, and an id appears twice only if both rows are SHARED");
 
 } // namespace
