@@ -1,4 +1,4 @@
-// What the documents say of the code, held against it: the defaults of the limits, and the tests that show a line.
+// Compares the documents with the code: the defaults of the limits, and the names of tests.
 #include "framework/inner/log_mailbox.h"
 #include "framework/json.h"
 #include "framework/peer_log.h"
@@ -110,7 +110,7 @@ TEST(Documents, TheTableOfLimitsHasTheDefaults)
     EXPECT_EQ(told.size(), limits.size());
 }
 
-// Every name of the form `Suite.Fact` on the page is a test of this tree.
+// Every name of the form `Suite.Fact` in SECURITY.md is a test of this tree.
 TEST(Documents, TheTestsThatThePageOnSecurityNamesExist)
 {
     std::set<std::string> tests;

@@ -8,7 +8,7 @@
 namespace
 {
 
-// Shows the two conversions.
+// Makes the two conversions accessible.
 struct Sensor : CCmdSensorEvent
 {
     using CCmdSensorEvent::convertByte2GSensor;

@@ -16,7 +16,7 @@ namespace
 
 using zet::Log;
 
-// A socket without a connection that counts what the analyser tells it.
+// A socket without a connection that counts the analyser's calls.
 class CountingSocket : public CCommandSocket
 {
 public:

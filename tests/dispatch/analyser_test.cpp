@@ -18,7 +18,7 @@ namespace
 
 using zet::Log;
 
-// What the handlers and fallbacks of a test saw.
+// The calls of a test's handlers and fallbacks.
 struct Seen
 {
     int m_Handled = 0;

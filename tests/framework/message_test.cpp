@@ -20,7 +20,7 @@ using zet::MessageDispenser;
 using zet::MessageHandler;
 using MessageHandle = zet::Unknown::Handle_T<Message>;
 
-// A message of one number.
+// A message with one number.
 class Number : public Message
 {
 public:
@@ -142,7 +142,7 @@ TEST(Message, AnUnknownNameIsRefused)
     EXPECT_FALSE(read("\x0A"
                       "Test Class\x05"));
     EXPECT_FALSE(read("\x0BTestNumber\n\x05"));
-    // No name ends within itself.
+    // A name that is truncated.
     EXPECT_FALSE(read(std::string("\x0CTestNumber\0x\x05", 14)));
     // 129 bytes, and 2^63 of them.
     EXPECT_FALSE(read("\x81\x01" + std::string(129, 'a') + "\x05"));
@@ -190,7 +190,7 @@ TEST(Message, ASinkThatIsFullIsNotThrownAtTheCaller)
     EXPECT_FALSE(Message::writeWhole(out, Number()));
 }
 
-// Notes what it is called with.
+// Records its calls.
 struct Host
 {
     void onNumber(Number* number) { m_Notes += 'n' + std::to_string(number->m_Value); }

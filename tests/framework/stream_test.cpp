@@ -20,7 +20,7 @@ namespace
 
 using Memory = zet::Unknown::Handle_T<MemoryStream>;
 
-// Takes a fixed number of bytes and then no more.
+// Accepts a fixed number of bytes.
 class FullOutput : public zet::Output
 {
 public:
@@ -36,7 +36,7 @@ private:
     int m_Room;
 };
 
-// Gives single bytes and shows nothing in one piece, as a slow source may.
+// Delivers single bytes and shows nothing in one piece, as a slow source may.
 class DripInput : public zet::Input
 {
 public:

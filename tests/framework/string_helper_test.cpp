@@ -56,10 +56,10 @@ TEST(StringHelper, InvalidUtf8IsReplaced)
     EXPECT_EQ(wide("a\xE4\xB8z"), L"a\uFFFDz");
     EXPECT_EQ(wide("a\xE4\xB8"), L"a\uFFFD");
     EXPECT_EQ(wide("a\xF0"), L"a\uFFFD");
-    // Too long for their values.
+    // Overlong sequences.
     EXPECT_EQ(wide("\xC0\x80"), L"\uFFFD\uFFFD");
     EXPECT_EQ(wide("\xE0\x80\x80"), L"\uFFFD\uFFFD\uFFFD");
-    // Half a pair, and above the last character.
+    // Half a surrogate pair, and above the last code point.
     EXPECT_EQ(wide("\xED\xA0\x80"), L"\uFFFD\uFFFD\uFFFD");
     EXPECT_EQ(wide("\xF4\x90\x80\x80"), L"\uFFFD\uFFFD\uFFFD\uFFFD");
 }

@@ -35,12 +35,12 @@ bool sameBits(float a, float b)
     return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
-// One float both ways against the standard functions.
+// Compares one float in both directions with the standard functions.
 void check(float value)
 {
     if (std::isnan(value))
     {
-        // Not every platform's functions tell the sign of one.
+        // Not every platform's functions print the sign of a NaN.
         const std::string text = std::signbit(value) ? "-nan" : "nan";
         ASSERT_EQ(printed(value), text);
         float got = -7;

@@ -1,4 +1,5 @@
-// The achievement messages: a map by the record's third field, sizes ahead of all records, records that decide nothing.
+// The achievement messages: a map by the record's third field, sizes before all records, records that do not affect the
+// result.
 #include "packs/achievement.h"
 
 #include "tests/packs/payload.h"

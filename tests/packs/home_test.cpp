@@ -1,4 +1,4 @@
-// The home messages: the list of fixed size and the map that reads well whatever happens.
+// The home messages: the list of fixed size and the map whose read always succeeds.
 #include "packs/home.h"
 
 #include "tests/packs/payload.h"

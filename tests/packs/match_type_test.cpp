@@ -1,4 +1,4 @@
-// The team and lottery messages: strict and lenient lists, and the tables whose counts are ballast.
+// The team and lottery messages: strict and lenient lists, and the tables whose counts are ignored.
 #include "packs/match_type.h"
 
 #include "tests/packs/payload.h"

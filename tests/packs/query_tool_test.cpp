@@ -1,4 +1,4 @@
-// The query tool: columns of one length, decided by the head, and nine counts ahead of nine lists.
+// The query tool: columns of one length, decided by the head, and nine counts before nine lists.
 #include "packs/query_tool.h"
 
 #include "tests/packs/payload.h"

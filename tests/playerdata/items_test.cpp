@@ -188,7 +188,7 @@ TEST(GameShop, FailedElementLeavesThoseBeforeIt)
     CCmdPackager whole;
     ASSERT_TRUE(shop.Write(&whole));
     CCmdPackager cut;
-    // Without the last bytes of the second offer and what stands behind it.
+    // Without the last bytes of the second offer and everything after it.
     ASSERT_TRUE(cut.Write(whole.GetBuffer(), whole.GetDataSize() - 6));
     FGameShop other;
     other.m_InPurchaseTrades = {tradeOf(L"old", 9)};

@@ -249,7 +249,7 @@ TEST(AccountTravelData, AnotherVersionLoadsNothing)
 
 TEST(AccountTravelData, LoadsAsManyRecordsAsThereAre)
 {
-    // Far more than a step for each on the stack could bear.
+    // Far more than recursion per record could handle.
     constexpr int kRecords = 50000;
     std::wstring form = L"0|";
     for (int id = 0; id < kRecords; ++id)

@@ -13,7 +13,7 @@
 namespace
 {
 
-// What a file log module is told, for as long as a test listens.
+// Records the calls of the file log module during a test.
 struct Told
 {
     std::vector<std::wstring> m_All;

@@ -26,7 +26,7 @@ std::wstring operationOf(SystemCmdInfo& info)
     return zet::formatText(L"%d %lu %d %d %d %d", count, query, al, ml, d1, d2).getBuffer();
 }
 
-// A server in the middle of its work, every figure another.
+// A server with different values in all figures.
 SystemCmdInfo busyServer()
 {
     SystemCmdInfo info;
@@ -58,7 +58,7 @@ int typeOf(int packType)
     return SystemCmdInfo::GetCmdSecondLevelType(&envelope);
 }
 
-// A host's own command behind the id of an envelope.
+// A host's own command with the id of an envelope.
 class HostsCommand : public CCmdPlatform
 {
 public:
@@ -241,7 +241,7 @@ TEST(SystemCmdInfo, ConnectionsCountWithoutABound)
     info.AddConnect();
     info.AddConnect();
     EXPECT_EQ(info.GetConnectCount(), 1);
-    // A document may have brought the ends of int.
+    // A document may contain the limits of int.
     info.m_ConnectCount = INT_MAX;
     info.AddConnect();
     EXPECT_EQ(info.GetConnectCount(), INT_MIN);
@@ -357,7 +357,7 @@ TEST(SystemCmdInfoJson, MissingKeysGiveZero)
     EXPECT_EQ(info.GetTickTime(), 0u);
     EXPECT_EQ(info.GetConnectCount(), 0);
     EXPECT_EQ(operationOf(info), L"0 0 0 0 0 0");
-    // Sockets that the document does not speak of stay.
+    // Sockets missing in the document stay.
     EXPECT_EQ(info.GetServerTPSMap().size(), 2u);
     info.FromJsonString(L"{\"mem\":null,\"connect\":7,\"cmdsop\":{\"ml\":8}}");
     EXPECT_EQ(info.GetMemeryCost(), 0);
@@ -408,7 +408,7 @@ TEST(SystemCmdInfoJson, SocketsOfTheDocumentReplaceThoseOfTheirNames)
     EXPECT_EQ(gate.m_SendRate, 0u);
     EXPECT_EQ(gate.m_RecvBytes, 0u);
     EXPECT_EQ(info.GetServerTPSMap().at(L"zone").m_SendRate, 3u);
-    // Such a record shows its rates and takes no part in the periods.
+    // Such a record shows its rates but is not ticked.
     info.Tick(60001);
     EXPECT_EQ(gate.m_RecvRate, 1u);
 }
