@@ -27,7 +27,7 @@ bool permits(zet::TcpServer& server, const char* text)
     return server.permission(address);
 }
 
-// A file that goes with the object.
+// A file that is deleted with the object.
 class TempFile
 {
 public:
@@ -100,7 +100,7 @@ TEST(AddressFile, OfANumberAbove255TheLowByteCounts)
 
 TEST(AddressFile, ALongLineIsReadInPiecesOf1023Bytes)
 {
-    // The rule in front counts, and so does what happens to begin a piece.
+    // The rule at the start is read, and so is any rule at the start of a piece.
     const std::string padding(1023 - 17, ' ');
     EXPECT_EQ(rulesOf("1.2.3.4 255.0.0.0" + padding + "5.6.7.8 255.0.0.0\n"),
               (Rules{"1.2.3.4.255.0.0.0.", "5.6.7.8.255.0.0.0."}));

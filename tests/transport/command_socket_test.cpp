@@ -165,7 +165,7 @@ TEST(CommandSocket, WhatTheBudgetLeavesIsDispatchedWithoutANewEvent)
         });
     NoteAnalyser client;
     Loopback net(server);
-    // The next tick must come at once; one by the interval would come after minutes.
+    // The next tick must follow at once; by the interval it would be due after minutes.
     net.m_System.setTickInterval(10 * 60 * 1000);
     const ClientHandle socket = new test::Client(client);
     socket->start(&net.m_System);

@@ -26,7 +26,7 @@ zet::Uuid idWithNode(unsigned short node)
     return id;
 }
 
-// Writes down its ticks, and may take another state first.
+// Records its ticks, and may change its state first.
 struct Ticked : Client
 {
     using Client::Client;
@@ -44,7 +44,7 @@ struct Ticked : Client
     unsigned char m_Forced = 0;
 };
 
-// A server with so many accepted connections that write their ticks down.
+// A server with a number of accepted connections that record their ticks.
 struct TickedNet
 {
     explicit TickedNet(int count) : m_Net(m_Analyser)
@@ -262,7 +262,7 @@ TEST(FrameworkServerSocket, AHandlerMayCloseTheServer)
     {
         ++calls;
         net.m_Server->close();
-        // Nobody else holds them now.
+        // No other handle holds them now.
         net.m_Server->m_Accepted.clear();
     };
     for (int i = 0; i < 4; ++i)

@@ -1,4 +1,4 @@
-// Commands whose bytes come together with something that is no byte: the peer's end, a reset, urgent data.
+// Commands that arrive together with something other than data: the peer's end, a reset, urgent data.
 #include "tests/support/raw_peer.h"
 
 #include <gtest/gtest.h>
@@ -54,7 +54,7 @@ public:
     bool m_IsUp = false;
 };
 
-// A server that answers, and notes how its connection stood at each command.
+// A server that replies, and records the state of its connection at each command.
 class LastBytes : public testing::Test
 {
 protected:

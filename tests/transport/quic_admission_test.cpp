@@ -1,4 +1,4 @@
-// How many visitors a UDP port looks at, and how many it lets in.
+// How many first packets a UDP port processes, and how many connections it admits.
 #include "tests/support/quic_test.h"
 
 #include <netinet/in.h>
@@ -22,7 +22,7 @@ protected:
 
 TEST_F(QuicAdmission, ATickChecksABoundedNumberOfTokens)
 {
-    // Stands between the peer and the server, so that the packet with the token can be held.
+    // A relay between the peer and the server, which can hold the packet with the token.
     BareUdp between;
     test::QuicPeer peer(between.getPort());
     std::string hello;
@@ -37,7 +37,7 @@ TEST_F(QuicAdmission, ATickChecksABoundedNumberOfTokens)
     peer.step();
     std::string second;
     ASSERT_TRUE(between.receive(second, client));
-    // Behind the ids, of 16 bytes each, and the token's length in two bytes.
+    // After the ids, of 16 bytes each, and the token's length in two bytes.
     std::string forged = second;
     forged[6 + 16 + 1 + 16 + 2 + 20] ^= 1;
     for (int i = 0; i < zet::UdpServer::kGreetingsPerTick; ++i)
@@ -104,7 +104,7 @@ TEST_F(QuicAdmission, DatagramsHoldATickForABoundedTime)
     constexpr int kDatagrams = 320;
     for (int i = 0; i < kDatagrams; ++i)
         ASSERT_TRUE(sender.send(server->getPort(), "data of a user"));
-    // A millisecond each: a batch is over before the time is looked at again.
+    // A millisecond each: the time is checked again after a batch.
     m_Net.step();
     EXPECT_LE(server->m_Count, static_cast<int>(zet::UdpServer::kReceiveTime) + 32);
     EXPECT_GT(server->m_Count, 0);
@@ -125,7 +125,7 @@ protected:
         m_Net.m_Server->setLimits(limits);
     }
     void TearDown() override { m_Net.m_Between = nullptr; }
-    // Whether a peer from an address gets in; it stays.
+    // Whether a peer from an address is admitted; it stays connected.
     bool getsIn(unsigned int address)
     {
         test::QuicWish wish;
