@@ -293,7 +293,7 @@ TEST(Mutation, FramesSurviveEveryCutAndEveryTurnedBitOfTheirHeads)
             ++readings;
             if (told <= static_cast<int>(bytes.size()) / kFewestBytes + 2 && taken <= kBudget)
                 return true;
-            ADD_FAILURE() << "told " << told << " frames, took " << taken << ", of "
+            ADD_FAILURE() << "reported " << told << " frames, consumed " << taken << ", of "
                           << tools::hexOf(bytes.data(), bytes.size());
             return false;
         };

@@ -64,8 +64,8 @@ const Demo::Step Demo::kSteps[] = {
     {"measure echo round trips to the registry", &Demo::measureEchoes},
     {"look each service up", &Demo::lookEachUp},
     {"register a live id a second time", &Demo::refuseSecondRegistration},
-    {"kill a service; the others are told", &Demo::killOne},
-    {"let a service unregister; the other is told", &Demo::letOneLeave},
+    {"kill a service; the others are notified", &Demo::killOne},
+    {"let a service unregister; the other is notified", &Demo::letOneLeave},
     {"shut all down", &Demo::shutAllDown},
 };
 
@@ -216,7 +216,7 @@ void Demo::expectNoLookup(const ServiceActor& service)
 void Demo::expectNoticeOf(const ServiceActor& gone, ServiceActor& told)
 {
     told.expect(lines::kFade + gone.getName() + " ");
-    say("      %s was told that %s has gone", told.getName().c_str(), gone.getName().c_str());
+    say("      %s was notified that %s has left", told.getName().c_str(), gone.getName().c_str());
 }
 
 } // namespace

@@ -117,7 +117,7 @@ TEST(Bugs, AFailedAllocationCostsANetSessionAtWorst)
     {
         for (long long succeeding = 0; succeeding <= allocations; ++succeeding)
         {
-            SCOPED_TRACE(std::to_string(failing) + " fail behind " + std::to_string(succeeding));
+            SCOPED_TRACE(std::to_string(failing) + " fail after " + std::to_string(succeeding));
             Scene scene;
             bool isGood;
             {

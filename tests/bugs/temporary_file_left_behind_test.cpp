@@ -1,4 +1,4 @@
-// The temporary file was deleted by the name that it was opened with: created under a relative path it was left behind
+// The temporary file was deleted by the name that it was opened with: created under a relative path it was left
 // if the current directory had changed since. And a forked process that ended by exit() ran the inherited clean-up, so
 // its parent lost the file.
 #include "runtime/utility.h"

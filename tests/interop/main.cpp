@@ -30,7 +30,7 @@ public:
     void onAccept() override
     {
         const zet::Unknown::Handle_T<Host> host(new Host(m_Party));
-        m_Party.check(accept(host.get()), "a visitor is let in");
+        m_Party.check(accept(host.get()), "the client is accepted");
     }
 
 private:

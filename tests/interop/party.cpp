@@ -191,7 +191,7 @@ void Host::install(CCmdAnalyserSocket& analyser)
 
 void Host::onRegister(const CCmdServerRegister& command)
 {
-    m_Party.check(isRecord(command, kVisitorName), "the registration names the visitor");
+    m_Party.check(isRecord(command, kVisitorName), "the registration names the client");
     CCmdServerRegisterSuccess success;
     success.m_ServerId = command.m_ServerId;
     send(success);
@@ -199,7 +199,7 @@ void Host::onRegister(const CCmdServerRegister& command)
 
 void Host::onHello(const CCmdServerHello& command)
 {
-    m_Party.check(isRecord(command, kVisitorName), "the greeting names the visitor");
+    m_Party.check(isRecord(command, kVisitorName), "the greeting names the client");
     CCmdServerHelloReply reply;
     fillRecord(reply, kHostName);
     send(reply);

@@ -75,7 +75,7 @@ TEST(FloatText, PrintsAndScansAsTheStandardFunctionsForMillionsOfBitPatterns)
 
 TEST(FloatText, ExactHalvesRoundToEven)
 {
-    // 2^-21 ends in a five behind the sixth decimal's neighbours; odd multiples of 2^-7 end exactly at the seventh.
+    // The decimals of 2^-21 end in a five after the sixth place; odd multiples of 2^-7 end exactly at the seventh.
     for (int i = -100000; i <= 100000; ++i)
         check(static_cast<float>(i) / 128.0f);
     for (int i = 1; i < 100000; i += 2)

@@ -37,6 +37,6 @@ public:
 // Bytes allocated from the C library by this process. Empty if not available: with another C library, and under a
 // sanitizer with its own allocator. A test that needs the figure then skips, after its other expectations.
 std::optional<long long> bytesInUse();
-constexpr const char* kNobodyTellsBytes = "nobody tells the bytes in use here";
+constexpr const char* kNobodyTellsBytes = "the bytes in use are not available here";
 
 } // namespace test

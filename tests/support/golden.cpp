@@ -152,7 +152,7 @@ void Book::load(const std::string& path)
                 fail(place, "a header needs a class, a packager and a name");
             vector.m_Place = place;
             if (!m_ByName.emplace(key(vector.m_Class, vector.m_Form, vector.m_Name), m_Vectors.size()).second)
-                fail(place, "the vector stands twice");
+                fail(place, "the vector is defined twice");
             m_Vectors.push_back(vector);
             continue;
         }

@@ -254,7 +254,7 @@ TEST(Load, FiveThousandConnectionsAreServedAndLeave)
 
 TEST(Idle, CallsAndMemoryAreCounted)
 {
-    GTEST_SKIP() << "stands for all tests of this file, which count on the way to glibc's own functions";
+    GTEST_SKIP() << "for all tests of this file, which count calls by replacing glibc's functions";
 }
 
 #endif

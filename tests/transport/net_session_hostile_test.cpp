@@ -285,7 +285,7 @@ TEST(NetSessionPeer, AHugeLengthWithinTheLimitCostsWhatItsBytesCost)
 TEST(NetSessionPeer, AResetEndsTheSessionWithAnAbort)
 {
     if (test::looksResetLikeEnd())
-        GTEST_SKIP() << "Wine tells of a reset as of an orderly end";
+        GTEST_SKIP() << "Wine reports a reset as an orderly end";
     NetPair net;
     RawPeer peer(net);
     peer.send(kGreeting);

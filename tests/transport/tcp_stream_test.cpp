@@ -158,7 +158,7 @@ TEST(TcpStream, TheEndShowsAfterTheLastByte)
 TEST(TcpStream, AResetBreaksTheConnection)
 {
     if (test::looksResetLikeEnd())
-        GTEST_SKIP() << "Wine tells of a reset as of an orderly end";
+        GTEST_SKIP() << "Wine reports a reset as an orderly end";
     Pair pair;
     ASSERT_TRUE(pair.m_IsUp);
     ASSERT_EQ(pair.m_Far->send("unread", 6), 6);
