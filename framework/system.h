@@ -32,8 +32,7 @@ public:
     System& operator=(const System&) = delete;
 
     // Makes the calling thread the run thread. False ends run() before its first tick; this class returns false only
-    // within
-// a tick.
+    // within a tick.
     virtual bool init();
     // Stops all tasks. Declared here because hosts depend on the order of the virtual functions.
     virtual void exit();
