@@ -78,8 +78,7 @@ private:
         std::condition_variable m_HasWork;
         std::condition_variable m_IsDone;
         // The synchronization objects of the process that this one was forked from. They still count waiters of that
-        // process, so
-        // they are never destroyed.
+        // process, so they are never destroyed.
         Signals* m_OfParent = nullptr;
     };
 
