@@ -1,4 +1,4 @@
-// Encoding and decoding against a codec written by hand for the same bytes: a small command, and an account with 30
+// Encoding and decoding compared with a hand-written codec for the same bytes: a small command, and an account with 30
 // games and 20 items, 64 different ones in turn.
 #include "bench/support/floor_codec.h"
 #include "bench/support/rounds.h"
@@ -77,7 +77,7 @@ std::unique_ptr<AccountData> accountOf(unsigned seed)
     return account;
 }
 
-// The same record as a person would write it down for the floor.
+// The same record as a plain structure, for the hand-written codec.
 struct FloorGame
 {
     int m_Type = 0, m_Id = 0, m_Level = 0;
@@ -266,7 +266,7 @@ void read(bench::FloorReader& in, FloorAccount& account)
 
 [[noreturn]] void disagree(const char* what)
 {
-    std::fprintf(stderr, "the floor and the library disagree on %s\n", what);
+    std::fprintf(stderr, "the hand-written codec and the library disagree on %s\n", what);
     std::exit(1);
 }
 
@@ -291,7 +291,7 @@ void benchAccount()
         if (!in.good() || again != bytes.back())
             disagree("the bytes of an account");
     }
-    std::printf("account of %d games and %d items, %zu bytes and the like\n", kGames, kItems, bytes[0].size());
+    std::printf("account of %d games and %d items, about %zu bytes\n", kGames, kItems, bytes[0].size());
 
     const auto pk = std::make_unique<CCmdPackager>();
     std::vector<unsigned char> room(65536);

@@ -1,6 +1,6 @@
-// Dispatching a command whose payload is in memory against reading it by hand: the commonest commands of races and
-// devices, and an envelope whose handler opens the message inside. Both sides add up what they have read, and the sums
-// must agree.
+// Dispatching a command from memory compared with reading it by hand: the most frequent commands of races and devices,
+// and an envelope whose handler reads the message inside. Both sides add up what they have read, and the sums must
+// agree.
 #include "bench/support/floor_codec.h"
 #include "bench/support/rounds.h"
 #include "commands/camera.h"
@@ -20,10 +20,10 @@ namespace
 
 constexpr int kRecords = 64;
 
-// What was read, added up: keeps both sides honest and neither from being optimised away.
+// The sum of the values read: compares both sides and prevents their removal by the optimizer.
 double g_Sum = 0;
 
-// The parts of a head with the checks that the format asks for.
+// The parts of a head, with the checks that the format requires.
 struct FloorHead
 {
     std::wstring m_Name;
@@ -57,7 +57,7 @@ double sumOf(const CCmdPlatform& head)
            head.m_AccountName.getLength();
 }
 
-// Hands the same 64 commands to an analyser and to a function that reads them by hand.
+// Passes the same 64 commands to an analyser and to a function that reads them by hand.
 template <class Command, class Fill, class Sum, class Floor>
 void benchCommand(const char* name, CmdProcess process, Fill fill, Sum, Floor floor)
 {
@@ -71,7 +71,7 @@ void benchCommand(const char* name, CmdProcess process, Fill fill, Sum, Floor fl
         commands.back()->SetCmdID(command.GetID());
         if (!command.Write(commands.back().get()))
         {
-            std::fprintf(stderr, "%s does not write itself\n", name);
+            std::fprintf(stderr, "cannot write %s\n", name);
             std::exit(1);
         }
     }
@@ -103,7 +103,7 @@ void benchCommand(const char* name, CmdProcess process, Fill fill, Sum, Floor fl
     byHand();
     if (ownSum != std::exchange(g_Sum, 0.0) || ownSum == 0)
     {
-        std::fprintf(stderr, "the floor and the library disagree on %s\n", name);
+        std::fprintf(stderr, "the hand-written reader and the library disagree on %s\n", name);
         std::exit(1);
     }
     bench::compare(name, kRecords, own, byHand);
@@ -353,7 +353,7 @@ void benchEnvelope()
             bench::keep(index);
             if (!in.good() || size > 4096)
                 return 0.0;
-            // A handler keeps the message longer than the frame.
+            // A handler may keep the message longer than the frame.
             std::vector<unsigned char> pack(size);
             in.bytes(pack.data(), size);
             bench::FloorReader message(pack.data(), size);

@@ -1,5 +1,5 @@
-// What thousands of connections cost a server while nothing happens on them: a tick's time, and the memory of each.
-// Beside it a tick with no connection. How many: idle_bench [CONNECTIONS].
+// The cost of thousands of idle connections on a server: time per tick and memory per connection, compared with a tick
+// without connections. Usage: idle_bench [CONNECTIONS].
 #include "bench/support/loopback.h"
 #include "bench/support/rounds.h"
 
@@ -30,7 +30,7 @@ long residentBytes()
     return pages * sysconf(_SC_PAGESIZE);
 }
 
-// Connects so often and waits to be ended.
+// Opens the given number of connections and waits to be ended.
 [[noreturn]] void visit(unsigned short port, int count)
 {
     for (int i = 0; i < count; ++i)
@@ -65,7 +65,7 @@ int main(int argc, char** argv)
     system.init();
     const zet::Unknown::Handle_T<bench::Server> server = new bench::Server(&analyser);
     server->start(&system);
-    // All of them come from this machine.
+    // All connections come from this machine.
     zet::NetLimits limits;
     limits.m_ConnectionsPerAddress = 0;
     limits.m_ConnectionsPerSubnet = 0;
@@ -101,6 +101,6 @@ int main(int argc, char** argv)
     server->close();
     system.exit();
     if (came != count)
-        std::fprintf(stderr, "only %d of %d connections came; see ulimit -n\n", came, count);
+        std::fprintf(stderr, "only %d of %d connections were opened; see ulimit -n\n", came, count);
     return came == count ? 0 : 1;
 }

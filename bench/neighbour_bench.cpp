@@ -1,10 +1,10 @@
-// What a peer that keeps to the rules feels of one that does not: a client sends a small command each millisecond and
-// waits for its answer while another process attacks the same System as fast as the loopback allows. Printed per
-// attack: round trips of the client (median, 99th of a hundred), the longest tick of the server, and the bytes sent by
-// the attacker. neighbour_bench [SECONDS [ATTACK]].
+// The effect of a hostile peer on an honest one: a client sends a small command each millisecond and waits for its
+// reply while another process attacks the same System as fast as the loopback allows. Prints per attack: round trips of
+// the client (median, 99th percentile), the longest tick of the server, and the bytes sent by the attacker. Usage:
+// neighbour_bench [SECONDS [ATTACK]].
 //
-// The server has a core of its own. The client shares the other core with the attacker and goes before it there, where
-// the system allows that, so that the figures are the server's.
+// The server has its own core. The client shares the other core with the attacker and has a higher priority there, if
+// the system allows that, so that the figures show the server.
 #include "bench/support/attacks.h"
 #include "bench/support/loopback.h"
 #include "bench/support/rounds.h"
@@ -31,7 +31,7 @@ namespace
 
 using Clock = std::chrono::steady_clock;
 
-// The data of the client's commands; the server answers no other.
+// The data of the client's commands; the server replies to no others.
 constexpr unsigned long kHonest = 0x600D;
 
 class UdpHost : public UdpServerSocket
@@ -90,7 +90,7 @@ long long nanosecondsSince(Clock::time_point start)
             shared.m_LongestTick = length;
         system.wait();
     }
-    // The attackers' connections end with the process.
+    // The attacker's connections close with its process.
     _exit(0);
 }
 
@@ -102,7 +102,7 @@ struct Figures
     double m_Megabytes = 0;
 };
 
-// The client: one command at a time, each a millisecond after the answer before it.
+// The client: one command at a time, each a millisecond after the previous reply.
 class Honest
 {
 public:
@@ -168,7 +168,7 @@ double percentile(std::vector<double> values, double part)
     return values[std::min(values.size() - 1, static_cast<size_t>(static_cast<double>(values.size()) * part))];
 }
 
-// Runs the client beside an attack, or alone; false where either of them lost the server.
+// Runs the client during an attack, or alone; false if the client or the attacker lost the server.
 bool measure(bench::Shared& shared, const bench::Attack* attack, double seconds, Figures& figures)
 {
     Honest honest(shared.m_Port);
@@ -231,7 +231,7 @@ int main(int argc, char** argv)
     {
         if (only && !std::strstr(attack.m_Name, only))
             continue;
-        // A server of its own for each attack: what one leaves behind is not the next one's.
+        // A new server for each attack, so that one attack does not affect the next.
         new (&shared) bench::Shared;
         std::fflush(stdout);
         const pid_t server = fork();
@@ -241,13 +241,13 @@ int main(int argc, char** argv)
         sched_param first{};
         first.sched_priority = 1;
         if (sched_setscheduler(0, SCHED_FIFO, &first) != 0)
-            std::fprintf(stderr, "the client has no precedence over the attacker here\n");
+            std::fprintf(stderr, "cannot raise the client's priority over the attacker's here\n");
         for (int i = 0; i < 5000 && !shared.m_IsServing; ++i)
             usleep(1000);
         Figures alone, beside;
         if (!attack.m_IsPossible(shared))
         {
-            std::printf("%-44s is not possible in this build\n", attack.m_Name);
+            std::printf("%-44s not possible in this build\n", attack.m_Name);
         }
         else if (measure(shared, nullptr, seconds, alone) && measure(shared, &attack, seconds, beside))
         {

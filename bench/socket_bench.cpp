@@ -1,5 +1,5 @@
-// Commands over the loopback against an epoll loop by hand with the same packets. Two processes, once on one core and
-// once where the system puts them: there and back again, and one way as fast as they go.
+// Commands over the loopback compared with a hand-written epoll loop with the same packets. Two processes, once on one
+// core and once where the scheduler puts them: round trips, and one way at full speed.
 #include "bench/support/loopback.h"
 #include "bench/support/raw_echo.h"
 #include "bench/support/rounds.h"
@@ -22,9 +22,9 @@ namespace
 constexpr int kRounds = 7;
 constexpr int kRoundTrips = 5000;
 constexpr int kOneWay = 1000000;
-// Commands that the sender queues before it lets the network have them.
+// Commands that the sender queues before a tick sends them.
 constexpr int kBatch = 2000;
-// Bytes that may wait before the sender does.
+// Pending bytes above which the sender waits.
 constexpr size_t kQueued = 1024 * 1024;
 
 void pinTo(int core)
@@ -36,7 +36,7 @@ void pinTo(int core)
         std::perror("sched_setaffinity");
 }
 
-// Runs work in a child process; its end is waited for by finish().
+// Runs work in a child process; finish() waits for its end.
 pid_t inChild(const std::function<void()>& work)
 {
     std::fflush(stdout);
@@ -65,7 +65,7 @@ double secondsOf(const std::function<void()>& work)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// Of the client's process: answers that have come, and commands that wait for the answer before them.
+// In the client's process: replies received, and commands that wait for the previous reply.
 unsigned long g_Back = 0;
 int g_Waiting = 0;
 
@@ -79,7 +79,7 @@ void onBack(CCommandSocket* socket, CCmdHead* command, unsigned long, unsigned l
     }
 }
 
-// The far end: answers each echo, or only each kOneWay-th.
+// The server side: replies to each echo, or only to each kOneWay-th.
 unsigned long g_Seen = 0;
 
 void onEcho(CCommandSocket* socket, CCmdHead* command, unsigned long every, unsigned long)
@@ -89,7 +89,7 @@ void onEcho(CCommandSocket* socket, CCmdHead* command, unsigned long every, unsi
 }
 
 // Rounds of commands to a server in another process. A round sends batch commands at a time, count in all, and ends
-// when the answers are there.
+// when the replies have arrived.
 std::vector<double> runOwn(int every, int count, int batch)
 {
     int ports[2];
@@ -145,7 +145,7 @@ std::vector<double> runOwn(int every, int count, int batch)
             {
                 g_Back = 0;
                 const unsigned long wanted = static_cast<unsigned long>(count / every);
-                // Of single commands the next one waits for the answer; many go as the queue empties.
+                // A single command is sent after the previous reply, a batch as the queue empties.
                 int left = batch > 1 ? count : 1;
                 g_Waiting = count - left;
                 while (g_Back < wanted)
@@ -225,7 +225,7 @@ void compare(const char* what, int every, int count, int batch)
     std::vector<double> own;
     std::vector<double> floor;
     std::vector<double> ratios;
-    // Three turns of both, so that a drift of the machine is in both.
+    // Three turns of both, so that a drift of the machine affects both.
     for (int turn = 0; turn < 3; ++turn)
     {
         const std::vector<double> mine = runOwn(every, count, batch);
@@ -256,7 +256,7 @@ int main()
             pinTo(cores - 1);
         else
             sched_setaffinity(0, sizeof all, &all);
-        std::printf("%s\n", isPinned ? "both ends on one core" : "each end where the system puts it");
+        std::printf("%s\n", isPinned ? "both ends on one core" : "each end where the scheduler puts it");
         compare("a command there and back", 1, kRoundTrips, 1);
         compare("commands one way", kOneWay, kOneWay, kBatch);
     }

@@ -1,12 +1,12 @@
 # Each bench/*_bench.cpp is a program with its own main.
 file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/bench/*_bench.cpp)
 file(GLOB support CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/bench/support/*.cpp)
-# Those that fork and ask epoll are of Linux alone.
+# Benchmarks that use fork and epoll are built on Linux only.
 if(WIN32)
   list(FILTER sources EXCLUDE REGEX "/(socket|idle|neighbour)_bench\\.cpp$")
   list(FILTER support EXCLUDE REGEX "/(raw_echo|attacks)\\.cpp$")
 endif()
-# The attacks stand apart from what the other benchmarks share.
+# The attacks are not shared with the other benchmarks.
 set(attacks ${PROJECT_SOURCE_DIR}/bench/support/attacks.cpp)
 list(REMOVE_ITEM support ${attacks})
 foreach(source ${sources})
@@ -17,7 +17,7 @@ endforeach()
 if(TARGET neighbour_bench)
   target_sources(neighbour_bench PRIVATE ${attacks})
   if(COMMONGROUND_TLS)
-    # Its certificate is made while it runs.
+    # It generates its certificate at run time.
     target_sources(neighbour_bench PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/tls_certificates.cpp)
     target_link_libraries(neighbour_bench PRIVATE PkgConfig::gnutls)
     target_compile_definitions(neighbour_bench PRIVATE COMMONGROUND_BENCH_TLS)

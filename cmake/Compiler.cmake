@@ -11,11 +11,11 @@ if(COMMONGROUND_FUZZ)
   if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     message(FATAL_ERROR "libFuzzer comes with Clang: use the preset fuzz")
   endif()
-  # Coverage for all code; the fuzz targets add the driver at their own link.
+  # Coverage of all code; the fuzz targets add the driver when they are linked.
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# What makes faults of memory harder to use. A sanitizer finds them instead, and wants the plain calls.
+# Protections against exploits of memory faults. A sanitizer detects the faults itself and needs the plain calls.
 if(COMMONGROUND_HARDENING AND NOT COMMONGROUND_SANITIZE AND NOT WIN32)
   include(CheckCXXCompilerFlag)
   include(CheckPIESupported)
@@ -30,7 +30,7 @@ if(COMMONGROUND_HARDENING AND NOT COMMONGROUND_SANITIZE AND NOT WIN32)
       add_compile_options(${flag})
     endif()
   endforeach()
-  # Only code that is optimised can check its copies.
+  # Copies are checked in optimised code only.
   set(configurations ${CMAKE_CONFIGURATION_TYPES} ${CMAKE_BUILD_TYPE})
   list(REMOVE_DUPLICATES configurations)
   foreach(configuration ${configurations})
@@ -43,20 +43,20 @@ if(COMMONGROUND_HARDENING AND NOT COMMONGROUND_SANITIZE AND NOT WIN32)
   add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 endif()
 
-# A file is called by its place in the tree, so that the folder of the tree shows nowhere in what is built: neither as
-# the compiler was given it, nor as the cache gives it, seen from the build folder.
+# Built files name source files by their path within the tree, so that the path of the tree appears nowhere: neither the
+# path given to the compiler nor the path relative to the build folder that the cache uses.
 file(RELATIVE_PATH up ${CMAKE_BINARY_DIR} ${PROJECT_SOURCE_DIR})
 string(REGEX REPLACE "/$" "" up "${up}")
 add_compile_options(
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/= -fmacro-prefix-map=${up}/=)
 if(up MATCHES "[^./]")
-  # The build folder lies elsewhere.
+  # The build folder is outside the tree.
   add_compile_options(-ffile-prefix-map=${CMAKE_BINARY_DIR}=build)
 endif()
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
-# The cache is told to see paths from the build folder, and not to mind what a precompiled header keeps of times and
-# macros. Copies of the tree then share what they compile.
+# The cache uses paths relative to the build folder and ignores times and macros kept in a precompiled header, so that
+# copies of the tree share their objects.
 find_program(CCACHE ccache)
 mark_as_advanced(CCACHE)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)

@@ -1,7 +1,7 @@
-# A build for Windows on another system: where its headers and runtime come from, and what runs its programs.
+# A build for Windows on another system: its headers, its runtime, and how its programs run.
 
-# The headers of libraries that have nothing to link, as the packages of the building system carry them. The folder
-# that they lie in also holds that system's own headers, so each is linked into a folder of this build's alone.
+# Header-only libraries come from the packages of the building system. Their folder also contains that system's own
+# headers, so each library is linked into a folder of this build.
 set(headers ${PROJECT_BINARY_DIR}/foreign_headers)
 file(MAKE_DIRECTORY ${headers})
 foreach(entry asio asio.hpp fmt nlohmann)
@@ -14,7 +14,7 @@ foreach(entry asio asio.hpp fmt nlohmann)
 endforeach()
 include_directories(SYSTEM ${headers})
 
-# The compiler's runtime lies beside the programs, where Windows looks first.
+# The compiler's runtime is copied beside the programs, where Windows searches first.
 foreach(library libstdc++-6 libgcc_s_seh-1 libwinpthread-1)
   execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${library}.dll
     OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE)
@@ -24,12 +24,12 @@ foreach(library libstdc++-6 libgcc_s_seh-1 libwinpthread-1)
   file(COPY_FILE ${file} ${PROJECT_BINARY_DIR}/${library}.dll ONLY_IF_DIFFERENT)
 endforeach()
 
-# What runs a program of this build: Wine, with a prefix in the build folder. Its drive Z: is the root of this system.
+# Programs of this build run under Wine, with a prefix in the build folder. Its drive Z: is the root of this system.
 find_program(WINE NAMES wine64 wine-stable wine PATHS /usr/lib/wine)
 mark_as_advanced(WINE)
 if(WINE)
   set(CMAKE_CROSSCOMPILING_EMULATOR ${PROJECT_SOURCE_DIR}/scripts/in_wine ${PROJECT_BINARY_DIR}/wine ${WINE})
 else()
-  message(STATUS "No Wine: the tests are built and cannot run here")
+  message(STATUS "No Wine: the tests are built but cannot run here")
 endif()
 set(COMMONGROUND_DRIVE "Z:")

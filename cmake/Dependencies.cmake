@@ -1,14 +1,14 @@
-# The libraries that stand behind the interface. None of them shows in a public header.
+# The libraries used internally. No public header includes them.
 find_package(Threads REQUIRED)
 
 add_library(commonground_dependencies INTERFACE)
 target_link_libraries(commonground_dependencies INTERFACE Threads::Threads ${CMAKE_DL_LIBS})
 if(WIN32)
-  # Digests and random bytes are the system's own there.
+  # There the operating system provides digests and random bytes.
   target_link_libraries(commonground_dependencies INTERFACE bcrypt ws2_32 mswsock)
 else()
   find_package(PkgConfig REQUIRED)
-  # Digests are GnuTLS's, or without TLS those of Nettle, which GnuTLS has them from.
+  # GnuTLS provides the digests, or without TLS Nettle, on which GnuTLS is built.
   if(COMMONGROUND_TLS)
     set(provider gnutls)
   else()
@@ -18,7 +18,7 @@ else()
   target_link_libraries(commonground_dependencies INTERFACE PkgConfig::${provider})
 endif()
 
-# Without it a UDP server gets no port, and the rest is as it was.
+# Without it a UDP server cannot open a port; the rest does not change.
 option(COMMONGROUND_UDP "Build the connections over UDP (needs COMMONGROUND_TLS, ngtcp2 with GnuTLS and a POSIX system)" ON)
 if(COMMONGROUND_UDP AND COMMONGROUND_TLS AND NOT WIN32)
   pkg_check_modules(ngtcp2 IMPORTED_TARGET libngtcp2 libngtcp2_crypto_gnutls)

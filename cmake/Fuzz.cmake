@@ -2,7 +2,7 @@
 # replays fuzz/corpus/TARGET, as a test.
 file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/fuzz/*_fuzz.cpp)
 if(WIN32)
-  # One talks through a pair of sockets that Windows does not have, the other to a port that is not built there.
+  # One uses socketpair, which Windows lacks, the other a port that is not built there.
   list(FILTER sources EXCLUDE REGEX "/(socks_reply|udp_datagram)_fuzz\\.cpp$")
 endif()
 if(NOT COMMONGROUND_UDP)
@@ -14,7 +14,7 @@ foreach(source ${sources})
   add_executable(${name} ${source} ${support})
   target_link_libraries(${name} PRIVATE commonground commonground_tools commonground_warnings)
   if(name STREQUAL "quic_frames_fuzz")
-    # The peer of another make that the tests have, too.
+    # The test peer that uses ngtcp2 directly.
     foreach(part quic_hostile quic_peer tls_certificates udp_loopback udp_road_posix)
       target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/${part}.cpp)
     endforeach()

@@ -1,13 +1,13 @@
-# The rules of the house as tests: floors, headers, what must not compile, what the library exports.
-# A sanitized build leaves them out: its symbols are not the library's, and the other rules hold in every build.
+# The rules of the tree as tests: floors, headers, what must not compile, what the library exports.
+# A sanitized build omits them: its symbols differ, and the other rules do not depend on the build.
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 set(scripts ${PROJECT_SOURCE_DIR}/scripts)
 
-add_test(NAME House.FloorsStand COMMAND Python3::Interpreter ${scripts}/check_layers.py ${PROJECT_SOURCE_DIR})
-add_test(NAME House.EveryMemberStandsInItsOrder COMMAND Python3::Interpreter ${scripts}/check_members.py ${PROJECT_SOURCE_DIR})
+add_test(NAME House.EveryIncludeStaysWithinItsFloor COMMAND Python3::Interpreter ${scripts}/check_layers.py ${PROJECT_SOURCE_DIR})
+add_test(NAME House.EveryMemberIsInItsOrder COMMAND Python3::Interpreter ${scripts}/check_members.py ${PROJECT_SOURCE_DIR})
 add_test(NAME House.FloorCheckFindsEachFault COMMAND Python3::Interpreter ${scripts}/check_layers.py --self-test)
 
-# Another version lays some lines out otherwise, so only this one is asked, where it is there.
+# Other versions format some lines differently, so only version 14 is used, if it is installed.
 find_program(CLANG_FORMAT NAMES clang-format-14 clang-format)
 mark_as_advanced(CLANG_FORMAT)
 if(CLANG_FORMAT)
@@ -17,7 +17,7 @@ if(CLANG_FORMAT)
   endif()
 endif()
 
-# Every public header alone in a file of its own, without precompiled headers.
+# Every public header alone in its own source file, without precompiled headers.
 set(files)
 foreach(floor ${COMMONGROUND_FLOORS})
   file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${floor}/*.h)
@@ -39,7 +39,7 @@ if(files)
   set_tests_properties(House.EveryHeaderCompilesAlone PROPERTIES PROCESSORS ${processors} TIMEOUT 900)
 endif()
 
-# The public ones in one file, as hosts of other habits compile them.
+# All public headers in one file, with compiler options that some hosts use.
 list(FILTER files EXCLUDE REGEX "/packaging/wire/")
 string(REGEX REPLACE "[^;]*/header_check/([^;]+)\\.cpp;?" "#include \"\\1\"\n" includes "${files}")
 file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/header_check/all_headers.cpp CONTENT "${includes}" @ONLY)
@@ -63,12 +63,12 @@ foreach(file ${files})
       ${CMAKE_CXX_COMPILER} -std=c++20 -Wall -Wextra -I${PROJECT_SOURCE_DIR})
 endforeach()
 
-# The trace of commands, which a build of the library switches on, in a program that is compiled with the switch.
+# The trace of commands, an option of the library, in a program compiled with that option.
 add_executable(traced ${PROJECT_SOURCE_DIR}/tests/traced/traced.cpp ${PROJECT_SOURCE_DIR}/dispatch/trace.cpp)
 target_compile_definitions(traced PRIVATE COMMONGROUND_TRACE_COMMANDS)
 target_link_libraries(traced PRIVATE commonground commonground_warnings)
-add_test(NAME House.TraceStandsInFrontOfTheHandler COMMAND traced)
-set_tests_properties(House.TraceStandsInFrontOfTheHandler PROPERTIES PASS_REGULAR_EXPRESSION
+add_test(NAME House.TracePrecedesTheHandler COMMAND traced)
+set_tests_properties(House.TracePrecedesTheHandler PROPERTIES PASS_REGULAR_EXPRESSION
   "^\\*\\*\\* [0-9/]+ [0-9:.]+ \\*\\*\\* <<<\nits fields\nhandled\n$")
 
 if(NOT WIN32)
@@ -76,8 +76,8 @@ if(NOT WIN32)
     COMMAND Python3::Interpreter ${scripts}/check_symbols.py $<TARGET_FILE:commonground> ${PROJECT_SOURCE_DIR})
 endif()
 
-# No folder of this machine is in what is built, and another folder builds the same bytes. The objects stand for all:
-# one whose exceptions name their file, one of the order machinery, one with another library's headers.
+# Built files contain no path of this machine, and builds in two folders give the same bytes. These objects represent
+# all: one whose exceptions name their file, one of the order machinery, one with another library's headers.
 set(objects framework/buffer.cpp packs/achievement.cpp transport/net/tcp_server.cpp)
 list(TRANSFORM objects REPLACE "(.+)" "CMakeFiles/commonground.dir/\\1${CMAKE_CXX_OUTPUT_EXTENSION}")
 if(NOT WIN32)
@@ -95,17 +95,17 @@ if(NOT WIN32)
   set_tests_properties(House.AnotherFolderBuildsTheSameBytes PROPERTIES PROCESSORS 2 TIMEOUT 600)
 endif()
 
-# The protections of COMMONGROUND_HARDENING, read back from what was built.
+# The protections of COMMONGROUND_HARDENING, checked in the built files.
 if(COMMONGROUND_HARDENING AND NOT WIN32)
   add_test(NAME House.WhatIsBuiltIsHardened COMMAND Python3::Interpreter ${scripts}/check_hardening.py ${built})
 endif()
 
-# The example in README.md is the one that is compiled.
+# The example in README.md is identical to the compiled one.
 add_test(NAME House.ReadmeShowsTheCompiledExample
   COMMAND Python3::Interpreter -c "import sys; sys.exit(open(sys.argv[2]).read() not in open(sys.argv[1]).read())"
     ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/examples/hello/hello.cpp)
 
-# What is installed, as a host sees it.
+# The installed package, used by a host.
 if(COMMONGROUND_INSTALL)
   add_test(NAME House.InstalledPackageServesAHost
     COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR} -DSOURCE=${PROJECT_SOURCE_DIR}

@@ -1,7 +1,7 @@
 # Library, headers, tool and the CMake package `commonground`.
 include(CMakePackageConfigHelpers)
 
-# Programs find the library from where they lie, so that the prefix can be moved.
+# Programs find the library relative to their own path, so that the prefix can be moved.
 file(RELATIVE_PATH library_place ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
 string(REGEX REPLACE "/$" "" library_place "${library_place}")
 if(TARGET wirelens)

@@ -1,4 +1,4 @@
-# Two processes that talk to each other, of either system where programs of another one run beside this one's.
+# Two processes that talk to each other; in a cross build also one of each system.
 file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/interop/*.cpp)
 add_executable(interop ${sources} ${PROJECT_SOURCE_DIR}/tests/support/golden.cpp)
 target_link_libraries(interop PRIVATE commonground commonground_tools commonground_warnings)

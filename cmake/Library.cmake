@@ -1,7 +1,7 @@
-# The library and its log modules. One folder a floor; a new file needs no line here.
+# The library and its log modules. One folder per floor; a new file needs no line here.
 set(COMMONGROUND_FLOORS framework packaging dispatch transport runtime playerdata commands packs)
 
-# Drops the files for the other platform from a list; they say so in their names.
+# Removes the files for the other platform from a list, by their names.
 macro(commonground_keep_own_platform sources)
   if(WIN32)
     list(FILTER ${sources} EXCLUDE REGEX "_posix(_test)?\\.cpp$")
@@ -17,7 +17,7 @@ foreach(floor ${COMMONGROUND_FLOORS})
 endforeach()
 list(FILTER sources EXCLUDE REGEX "/framework/modules/")
 commonground_keep_own_platform(sources)
-# What needs GnuTLS says so in its name, and so does what stands in for it.
+# Files that need GnuTLS end in _gnutls, their replacements in _none.
 if(COMMONGROUND_TLS)
   list(FILTER sources EXCLUDE REGEX "/(tls_[a-z]+_none|hash_nettle_posix)\\.cpp$")
 else()
@@ -32,7 +32,7 @@ endif()
 
 add_library(commonground SHARED ${sources})
 add_library(commonground::commonground ALIAS commonground)
-# Before 1.0 each minor version is incompatible with the one before, as the CMake package says too.
+# Before 1.0 each minor version is incompatible with the one before; the CMake package states the same.
 set(soversion ${PROJECT_VERSION_MAJOR})
 if(PROJECT_VERSION_MAJOR EQUAL 0)
   set(soversion 0.${PROJECT_VERSION_MINOR})
@@ -50,20 +50,20 @@ target_link_libraries(commonground PRIVATE commonground_warnings commonground_de
 target_precompile_headers(commonground PRIVATE <cmake/std_pch.h>)
 if(NOT WIN32)
   set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
-  # Nobody replaces a function of the library from outside, so calls within it need no detour.
+  # No function of the library is interposed from outside, so calls within it can be direct.
   target_compile_options(commonground PRIVATE -fno-semantic-interposition)
   target_link_options(commonground PRIVATE -Wl,--version-script=${exports} -Wl,-Bsymbolic-functions)
   set_property(TARGET commonground APPEND PROPERTY LINK_DEPENDS ${exports})
 endif()
 
 if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND NOT WIN32)
-  # Times after 2038 in the one file that takes them apart. Elsewhere a time_t may be GnuTLS's, which is as long as the
-  # one that it was built with.
+  # 64-bit time_t, for times after 2038, in the one file that converts times. Elsewhere a time_t may be passed to
+  # GnuTLS, which uses the width that it was built with.
   set_source_files_properties(${PROJECT_SOURCE_DIR}/framework/platform/platform_posix.cpp PROPERTIES
     COMPILE_DEFINITIONS "_TIME_BITS=64;_FILE_OFFSET_BITS=64" SKIP_PRECOMPILE_HEADERS ON)
 endif()
 
-# The log modules are loaded by name while the program runs.
+# The log modules are loaded by name at run time.
 foreach(module ConsoleLog:console_log FileLog:file_log)
   string(REPLACE ":" ";" module ${module})
   list(GET module 0 name)

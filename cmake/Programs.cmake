@@ -1,6 +1,6 @@
-# The inspection tool, the code it shares with tests, and the examples. A folder that is still empty makes no target.
+# The inspection tool, the code it shares with tests, and the examples. An empty folder creates no target.
 
-# Adds a program from all sources of a folder, if there are any.
+# Adds a program from all sources of a folder, if it has any.
 function(commonground_program name folder)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.cpp)
   commonground_keep_own_platform(sources)
@@ -14,7 +14,7 @@ endfunction()
 if(COMMONGROUND_EXAMPLES)
   commonground_program(arena examples/arena)
   commonground_program(hello examples/hello)
-  # The log modules are found beside the program that loads them.
+  # A program loads the log modules from its own folder.
   foreach(program arena hello)
     foreach(module zet_ConsoleLog zet_FileLog)
       if(TARGET ${program} AND TARGET ${module})

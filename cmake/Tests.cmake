@@ -1,6 +1,6 @@
-# One runner for the tests of the code.
+# One runner for all C++ tests.
 if(CMAKE_CROSSCOMPILING AND WIN32)
-  # No package has GoogleTest for Windows, but its sources are a package.
+  # No package contains GoogleTest built for Windows, but one contains its sources.
   find_path(GOOGLETEST_SOURCE CMakeLists.txt PATHS /usr/src/googletest NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
   mark_as_advanced(GOOGLETEST_SOURCE)
   if(NOT GOOGLETEST_SOURCE)
@@ -39,22 +39,22 @@ if(sources)
     commonground commonground_tools commonground_warnings GTest::gtest_main GTest::gmock Threads::Threads
     $<$<PLATFORM_ID:Windows>:ws2_32>)
   if(COMMONGROUND_TLS)
-    # Certificates are made while the tests run.
+    # The tests generate certificates at run time.
     target_link_libraries(commonground_tests PRIVATE PkgConfig::gnutls)
   endif()
   if(COMMONGROUND_UDP)
-    # A peer of another make.
+    # A test peer that uses ngtcp2 directly.
     target_link_libraries(commonground_tests PRIVATE PkgConfig::ngtcp2)
   endif()
   if(CMAKE_CROSSCOMPILING AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    # This compiler, for Windows and for ARM, takes copies into and out of longer texts for such of a text's short form.
+    # False alarms of this compiler, for Windows and for ARM: it takes copies of long texts for those of short ones.
     target_compile_options(commonground_tests PRIVATE
       -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread -Wno-restrict)
   endif()
-  # Where a test finds its data, and the programs that it starts. One file knows; the others are the same everywhere.
+  # The paths of test data and of the programs that tests start. Only one file depends on them.
   set(starter "")
   if(CMAKE_CROSSCOMPILING AND NOT WIN32)
-    # Wine starts a program of its own system when a test asks for one; QEMU does not.
+    # Under Wine a test can start a program of the target; under QEMU it needs the emulator's command.
     list(JOIN CMAKE_CROSSCOMPILING_EMULATOR " " starter)
     string(APPEND starter " ")
   endif()
@@ -69,10 +69,10 @@ if(sources)
     endif()
   endforeach()
   if(CMAKE_CROSSCOMPILING AND NOT WIN32)
-    # Under QEMU a start costs more than most tests. Left out are the mutations of all golden vectors, which take too
-    # long there, and the demo, which starts programs by itself; the Interop tests play the same with the same programs.
+    # Under QEMU a start takes longer than most tests. Not run there: the mutations of all golden vectors, which take
+    # too long, and the demo, which starts programs itself; the Interop tests cover the same with the same programs.
     set(COMMONGROUND_TESTS_BY_SUITE ON)
-    # The last ones start this program again, or fork while other threads run, which QEMU does not do.
+    # The last ones start this program again, or fork while other threads run, which QEMU does not support.
     string(JOIN ":" COMMONGROUND_TESTS_LEFT_OUT Mutation.* Arena.DemoPlaysAllStepsAndLeavesWithZero
       Bugs.ProcessOutlivesTheReaderOfItsConsoleLog Bugs.ALineOnAConsoleWithoutReaderRaisesNoSignal
       Bugs.AnIdAboveTheTableIsNotInstalled* LogMailbox.ForkedProcessWritesWithAThreadOfItsOwn)
@@ -83,7 +83,7 @@ if(sources)
   set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${PROJECT_BINARY_DIR}/DiscoverTests.cmake)
 endif()
 
-# Commands through networks that lose, delay and reorder, between two network namespaces; the short form is a test.
+# Commands over networks that drop, delay and reorder packets, between two network namespaces; the short form is a test.
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND COMMONGROUND_TLS AND NOT CMAKE_CROSSCOMPILING)
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/impaired/*.cpp)
   add_executable(impaired_networks ${sources}

@@ -1,4 +1,4 @@
-# Toolchain: ARM of 64 bits, Debian's arm64, made and run on another machine.
+# Toolchain: 64-bit ARM, Debian's arm64, cross compiled and emulated.
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(COMMONGROUND_ARCHITECTURE arm64)
 set(target aarch64-linux-gnu)

@@ -1,4 +1,4 @@
-# Toolchain: ARM of 32 bits with floating point in hardware, Debian's armhf, made and run on another machine.
+# Toolchain: 32-bit ARM with hardware floating point, Debian's armhf, cross compiled and emulated.
 set(CMAKE_SYSTEM_PROCESSOR armv7l)
 set(COMMONGROUND_ARCHITECTURE armhf)
 set(target arm-linux-gnueabihf)

@@ -1,5 +1,5 @@
-# What the toolchains of Debian's other architectures share: the cross compiler of its packages, the target's own
-# libraries as scripts/lib.sh lays them out in build/sysroot, and QEMU, which runs programs of the target.
+# Shared by the toolchains for other Debian architectures: the cross compiler, the target's libraries (unpacked into
+# build/sysroot by scripts/lib.sh) and QEMU, which runs programs of the target.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_C_COMPILER ${target}-gcc)
 set(CMAKE_CXX_COMPILER ${target}-g++)
@@ -10,7 +10,7 @@ if(NOT IS_DIRECTORY ${CMAKE_SYSROOT})
 endif()
 set(CMAKE_CROSSCOMPILING_EMULATOR ${emulator} -L ${CMAKE_SYSROOT})
 
-# Programs come from the machine that builds, everything else from the target's own folders.
+# Programs are found on the building machine, everything else in the target's folders.
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

@@ -1,4 +1,4 @@
-# Toolchain: Windows programs of 64 bits, made on Linux by MinGW-w64 with its POSIX threads.
+# Toolchain: 64-bit Windows programs, compiled on Linux by MinGW-w64 with its POSIX threads.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(target x86_64-w64-mingw32)
@@ -6,7 +6,7 @@ set(CMAKE_C_COMPILER ${target}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${target}-g++-posix)
 set(CMAKE_RC_COMPILER ${target}-windres)
 
-# Programs come from the machine that builds, everything else from the target's own folders.
+# Programs are found on the building machine, everything else in the target's folders.
 set(CMAKE_FIND_ROOT_PATH /usr/${target})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)

@@ -1,4 +1,4 @@
-// Passwords, the change to another account within a session, and the look at an account.
+// Passwords, switching to another account within a session, and viewing an account.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -88,7 +88,7 @@ public:
     zet::String_T<wchar_t> m_Text8;
 };
 
-// Unlike a login, a switch does not hand over the AccountData.
+// Unlike a login, a switch does not deliver the AccountData.
 class COMMONGROUND_API CCmdSwitchAccountSuccess : public CCmdPlatform
 {
 public:

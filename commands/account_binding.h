@@ -1,4 +1,4 @@
-// Phones and outside accounts: bound to an account, asked for, taken off again.
+// Phones and external accounts: binding to an account, query, removal.
 #pragma once
 
 #include "dispatch/command_ids.h"

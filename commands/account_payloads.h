@@ -1,5 +1,5 @@
-// What a CCmdVoidDataRequest or CCmdVoidDataReply carries about the account itself: its data, its character, its owner.
-// The numbers that tell the payloads apart are the hosts'.
+// Payloads of CCmdVoidDataRequest and CCmdVoidDataReply about the account itself: its data, its character, its owner.
+// Hosts define the numbers that distinguish the payloads.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -85,7 +85,7 @@ struct COMMONGROUND_API CmdGetV5UserDataReply final
     AccountData m_Account;
 };
 
-// Asks for the address and takes no bytes.
+// Requests the address; has no bytes.
 struct COMMONGROUND_API CmdUserAddressRequest
 {
     bool Write(CDataPackager* pk) const;

@@ -1,6 +1,6 @@
 // The end of a bill, the balance of a currency, exchange codes and cards.
-// CCmdBillSuccess and CCmdCurrencyReply deliver the records after the change, so that the client replaces its own at
-// once; CCmdTrovCardReply delivers them in the other order.
+// CCmdBillSuccess and CCmdCurrencyReply deliver the changed records, so that the client replaces its own at once;
+// CCmdTrovCardReply delivers them in the other order.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -19,7 +19,7 @@ public:
     int m_Value1 = 0;
 };
 
-// Counts as good unless its sender says otherwise.
+// Means success unless its sender sets otherwise.
 class COMMONGROUND_API CCmdCurrencyReply : public CCmdPlatform
 {
 public:
@@ -33,7 +33,7 @@ public:
     AccountData m_Account;
 };
 
-// Adds currency. It has no request of its own.
+// Adds currency. It has no request.
 class COMMONGROUND_API CCmdCurrencyAdd : public CCmdPlatform
 {
 public:
@@ -44,7 +44,7 @@ public:
     int m_Value2 = 0;
 };
 
-// Reports the good end of a bill, with the trade that was made. It has no request of its own.
+// Reports the success of a bill, with its trade. It has no request.
 class COMMONGROUND_API CCmdBillSuccess : public CCmdPlatform
 {
 public:
@@ -65,7 +65,7 @@ public:
     FGameTrade m_GameTrade;
 };
 
-// Reports the bad end of a bill. It has no request of its own.
+// Reports the failure of a bill. It has no request.
 class COMMONGROUND_API CCmdBillFail : public CCmdPlatform
 {
 public:
@@ -79,7 +79,7 @@ public:
     zet::String_T<wchar_t> m_Text3;
 };
 
-// Announces the result of a bill. It has no request of its own.
+// Announces the result of a bill. It has no request.
 class COMMONGROUND_API CCmdBillReusltNotify : public CCmdPlatform
 {
 public:
@@ -112,7 +112,7 @@ public:
     zet::String_T<wchar_t> m_Text7;
 };
 
-// The fields of the request and one more text.
+// The fields of the request plus a text.
 class COMMONGROUND_API CCmdBillExchangeCodeReply : public CCmdPlatform
 {
 public:

@@ -7,7 +7,7 @@ namespace
 
 using Found = Skeletons[CCmdSkeletons::kSkeletons];
 
-// The third float of a joint stays at home.
+// The third float of a joint is not sent.
 template <class V, class J>
 bool oneJoint(V& v, J& joint)
 {
@@ -31,7 +31,7 @@ bool skeletons(wire::Writer<CCmdPackager>& v, int count, const Found& found)
     return true;
 }
 
-// The payload bounds the loop: each skeleton takes some of it, or fails.
+// The payload bounds the loop: each skeleton consumes some of it, or fails.
 bool skeletons(wire::Reader<CCmdPackager>& v, int count, Found& found)
 {
     Skeletons dropped;
@@ -73,7 +73,8 @@ WIRE_COMMAND(CCmdRemoteCamera)
     return HEAD(CCmdHead) && FIELDS(r.m_Flag1);
 }
 
-// The image is tried whatever came before it. A reader asks the fixed fields alone; a writer the last byte, if any.
+// The image is processed whatever the result before it. Read returns the result of the fixed fields only; Write that of
+// the last byte, if any.
 WIRE_COMMAND(CCmdMaskImage)
 {
     const int known = r.m_Size;
@@ -82,7 +83,7 @@ WIRE_COMMAND(CCmdMaskImage)
     return std::is_const_v<R> && r.m_Size > 0 ? image : fixed;
 }
 
-// The images are tried whatever came before them, and decide nothing.
+// The images are processed whatever the result before them, and do not affect the result.
 WIRE_COMMAND(CCmdSkeletons)
 {
     const int known1 = r.m_Mask1Size;

@@ -1,5 +1,5 @@
-// What the process at the camera sends the game: the skeletons that it has found, and mask images of the player.
-// The layout of the pixels and the meaning of the numbers are agreed between the two. These commands have no account.
+// Sent by the camera process to the game: the skeletons that it has found, and mask images of the player.
+// Both sides agree on the pixel layout and the meaning of the numbers. These commands have no account.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -7,8 +7,8 @@
 #include "framework/quillo/skeletons.h"
 #include "packaging/command_head.h"
 
-// Bytes that an object holds of an image. Two full ones and two skeletons go in one stream frame, which then has about
-// 114,000 bytes. A connection over UDP takes frames of at most 32,767 bytes, so not even one full image goes there.
+// The maximum bytes of an image. Two full images and two skeletons fit in one stream frame of about 114,000 bytes. A
+// connection over UDP takes frames of at most 32,767 bytes, so it cannot carry even one full image.
 inline constexpr int kMaskImageSize = 56448;
 
 // Switches the camera process.
@@ -21,7 +21,7 @@ public:
     bool m_Flag1 = true;
 };
 
-// A mask image. The object is large and light to make: of its bytes only the first m_Size have a value.
+// A mask image. The object is large but cheap to create: only its first m_Size bytes are initialized.
 class COMMONGROUND_API CCmdMaskImage : public CCmdHead
 {
 public:
@@ -30,13 +30,13 @@ public:
 
     int m_Width = 0;
     int m_Height = 0;
-    // A sender keeps it within the array; what a peer tells beyond that is read and dropped.
+    // A sender must keep it within the array; bytes of a peer beyond the array are read and dropped.
     int m_Size = 0;
     unsigned long m_Time = 0;
     unsigned char m_Data[kMaskImageSize];
 };
 
-// Up to two skeletons and two mask images, large and light to make as the image above.
+// Up to two skeletons and two mask images; large but cheap to create, like the image above.
 class COMMONGROUND_API CCmdSkeletons : public CCmdHead
 {
 public:
@@ -45,7 +45,7 @@ public:
     CCmdSkeletons() : CCmdHead(command_id::CCmdSkeletons) {}
     COMMAND_INTERFACE(CCmdSkeletons)
 
-    // Skeletons that follow; those beyond the array are read and dropped.
+    // The number of following skeletons; those beyond the array are read and dropped.
     int m_SkeletonCount = 0;
     unsigned long m_Time = 0;
     int m_Values[5] = {};

@@ -7,7 +7,7 @@
 namespace
 {
 
-// The sensor's byte covers twice the scale in so many steps a unit.
+// The sensor's byte covers twice the scale, with this number of steps per unit.
 constexpr double kSensorScale = 4.0;
 constexpr double kSensorSteps = 32.0;
 
@@ -65,7 +65,7 @@ void CCmdSensorEvent::initGSensorData(float x, float y, float z)
     m_SensorZ = convertGSensor2Byte(z);
 }
 
-// In double: just below 4 a float sum would round up past the highest code.
+// Computed in double: just below 4 a float sum would round up past the highest code.
 unsigned char CCmdSensorEvent::convertGSensor2Byte(float value) const
 {
     if (!(std::fabs(value) < kSensorScale))

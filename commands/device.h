@@ -1,5 +1,5 @@
 // A phone or another device that drives the game on the television: keys, mouse, touch, sensor and rhythm, and a
-// picture of the screen on its way back. The codes are agreed between the application on the phone and the client.
+// picture of the screen in the other direction. The application on the phone and the client agree on the codes.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -102,7 +102,7 @@ public:
     CCmdSensorEvent() : CCmdPlatform(command_id::CCmdSensorEvent) {}
     COMMAND_INTERFACE(CCmdSensorEvent)
 
-    // Each value through one byte.
+    // Each value is sent as one byte.
     void initGSensorData(float x, float y, float z);
     float getGSensorX() const { return convertByte2GSensor(m_SensorX); }
     float getGSensorY() const { return convertByte2GSensor(m_SensorY); }
@@ -114,7 +114,7 @@ public:
     unsigned char m_SensorZ = 0;
 
 protected:
-    // A value beyond the scale, on either side, is the lowest code and not the nearest.
+    // A value outside the scale, on either side, becomes the lowest code, not the nearest.
     unsigned char convertGSensor2Byte(float value) const;
     float convertByte2GSensor(unsigned char value) const;
 };
@@ -160,7 +160,7 @@ public:
     COMMAND_INTERFACE(CCmdHeartReply)
 };
 
-// Asks for a picture of the screen.
+// Requests a picture of the screen.
 class COMMONGROUND_API CCmdScreenSynRequest : public CCmdPlatform
 {
 public:

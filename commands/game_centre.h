@@ -1,4 +1,4 @@
-// The game centre: zones register here, and clients ask for the zones.
+// The game centre: zones register here, and clients query the zones.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -47,8 +47,8 @@ public:
     COMMAND_INTERFACE(CCmdGC_gameZoneListRequest)
 };
 
-// Reading sizes the list to the count and does not clear it: of a zone that cannot be read, the object keeps the texts
-// that it held in that place.
+// Read resizes the list to the count and does not clear it: for a zone that cannot be read, the object keeps the texts
+// that it had at that position.
 class COMMONGROUND_API CCmdGC_gameZoneListResponse : public CCmdPlatform
 {
 public:

@@ -1,5 +1,5 @@
-// What a CCmdVoidDataRequest or CCmdVoidDataReply carries about games: locks, cool-downs, scores, opponents.
-// The numbers that tell the payloads apart are the hosts'.
+// Payloads of CCmdVoidDataRequest and CCmdVoidDataReply about games: locks, cool-downs, scores, opponents.
+// Hosts define the numbers that distinguish the payloads.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -71,7 +71,7 @@ struct COMMONGROUND_API CmdCancelCDReply final
     AccountData m_Account;
 };
 
-// The games stand under their ids. Their reads decide nothing, as in AccountData.
+// The games are keyed by their ids. Their reads do not affect the result, as in AccountData.
 struct COMMONGROUND_API CmdDropScoreNotVIPRequest final
 {
     virtual bool Write(CDataPackager* pk) const;
@@ -132,7 +132,7 @@ struct COMMONGROUND_API MatchPlayerInfo
     float m_Float2 = 0.0f;
     float m_Float3 = 0.0f;
     std::map<int, int> m_ValueMap;
-    // Does not travel.
+    // Not sent.
     int m_Value1 = 0;
 };
 

@@ -1,4 +1,4 @@
-// A zone and its games: game servers register here, games are made, begun and taken down.
+// A zone and its games: game servers register here, games are created, started and removed.
 #pragma once
 
 #include "commands/server_status.h"

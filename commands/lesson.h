@@ -1,6 +1,6 @@
-// The dance-lesson service: its lobby, its lessons, what a player does in one, and its notices. Every reply begins with
-// a one-byte result and a text. In every list an entry that cannot be read stays as far as it was read, and the last
-// entry decides.
+// The dance-lesson service: its lobby, its lessons, a player's actions in one, and its notices. Every reply starts with
+// a one-byte result and a text. In every list an entry that cannot be read is kept as far as it was read, and the last
+// entry decides the result.
 #pragma once
 
 #include "commands/lesson_records.h"
@@ -65,7 +65,7 @@ public:
     MazurixValues m_MazurixValues2;
 };
 
-// A reply that ends behind its texts is a good one, with seven zeros.
+// A reply that ends after its texts is valid, with seven zeros.
 class COMMONGROUND_API CCmdMazurixEndGameReply : public CCmdPlatform
 {
 public:

@@ -1,4 +1,4 @@
-// What the dance-lesson service tells of its lobby, its lessons and their users.
+// The dance-lesson service's records of its lobby, its lessons and their users.
 #pragma once
 
 #include "framework/platform/export.h"

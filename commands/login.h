@@ -1,5 +1,5 @@
-// The road into a session and out of it: the login variants, the answers that deliver the account, logout.
-// What the texts and numbers hold is agreed between client and platform server.
+// Start and end of a session: the login variants, the replies that deliver the account, logout.
+// Client and platform server agree on the content of the texts and numbers.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -10,7 +10,7 @@
 #include "playerdata/account_other.h"
 #include "playerdata/shop.h"
 
-// What most login variants have in common, and a login of its own.
+// The base of most login variants, and a login itself.
 class COMMONGROUND_API CCmdBaseLogin : public CCmdPlatform
 {
 public:
@@ -47,7 +47,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
-// A login with an account of an outside service.
+// A login with an account of an external service.
 class COMMONGROUND_API CCmdThirdAccountLogin : public CCmdBaseLogin
 {
 public:
@@ -68,7 +68,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
-// Stands beside the variants, with five texts of its own.
+// A separate variant with five texts.
 class COMMONGROUND_API CCmdLogin : public CCmdPlatform
 {
 public:
@@ -82,7 +82,7 @@ public:
     zet::String_T<wchar_t> m_Text5;
 };
 
-// The whole account at one stroke. All answers to a login deliver the records in this order.
+// The whole account at once. All replies to a login deliver the records in this order.
 class COMMONGROUND_API CCmdLoginSuccess : public CCmdPlatform
 {
 public:
@@ -99,7 +99,7 @@ public:
     int m_Value2 = 0;
 };
 
-// The reason in words, and two numbers that say why.
+// The reason as a text and two numbers.
 class COMMONGROUND_API CCmdLoginFail : public CCmdPlatform
 {
 public:
@@ -111,7 +111,7 @@ public:
     int m_Value2 = 0;
 };
 
-// The second form of login, which goes on with CCmdLoginCheck.
+// The second form of login, which continues with CCmdLoginCheck.
 class COMMONGROUND_API CCmdLoginHPWD : public CCmdPlatform
 {
 public:
@@ -132,7 +132,7 @@ public:
     unsigned long m_Value1 = 0;
 };
 
-// The fields of CCmdLoginSuccess and three texts.
+// The fields of CCmdLoginSuccess plus three texts.
 class COMMONGROUND_API CCmdHpwdLoginSuccess : public CCmdPlatform
 {
 public:
@@ -161,7 +161,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Ends a session and carries the client's last state back to the servers.
+// Ends a session and returns the client's last state to the servers.
 class COMMONGROUND_API CCmdLogout : public CCmdPlatform
 {
 public:
@@ -177,7 +177,7 @@ public:
     AccountData m_Account;
 };
 
-// The server tells a client that its session has ended. It has no answer.
+// Notifies a client that its session has ended. It has no reply.
 class COMMONGROUND_API CCmdAccountKickOut : public CCmdPlatform
 {
 public:

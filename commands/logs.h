@@ -1,5 +1,5 @@
-// Records for the log database, and service operations on an account. What the fields hold is agreed with the log and
-// maintenance tools.
+// Records for the log database, and service operations on an account. The log and maintenance tools define the content
+// of the fields.
 #pragma once
 
 #include "dispatch/command_ids.h"

@@ -1,4 +1,4 @@
-// Letters to the mail store and back, and short messages between players.
+// Letters to and from the mail store, and short messages between players.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -36,9 +36,9 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// A list that is cut off is a good reply, and its letters are as many as the count says: one that is cut holds what was
-// read of it, one that is not there is a default-made letter. Of a count above 1,024 no more are made than the payload
-// could hold, and one.
+// A truncated list is a valid reply with as many letters as the count says: a truncated letter has what was read of it,
+// a missing one is default-constructed. For a count above 1,024 at most one more letter is created than the payload
+// could hold.
 class COMMONGROUND_API CCmdMailReceiveReply : public CCmdPlatform
 {
 public:

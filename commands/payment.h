@@ -1,5 +1,5 @@
-// The order of a purchase, and what a phone needs to pay it.
-// What the texts hold (order numbers, products, channels, signatures) is agreed with the payment services.
+// The order of a purchase, and the data that a phone needs to pay it.
+// The payment services define the content of the texts (order numbers, products, channels, signatures).
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -77,7 +77,7 @@ public:
     zet::String_T<wchar_t> m_Text5;
 };
 
-// States a price. It has no request of its own.
+// States a price. It has no request.
 class COMMONGROUND_API CCmdPayPrice : public CCmdPlatform
 {
 public:

@@ -1,4 +1,4 @@
-// The progress of a player between client and platform server: games begun and ended, missions, energy, saving.
+// A player's progress, between client and platform server: games started and ended, missions, energy, saving.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -70,7 +70,7 @@ public:
     AccountMatchData3 m_MatchData3;
     AccountGlobalData m_GlobalData;
     zet::String_T<wchar_t> m_Text1;
-    // Stays with the process that fills it.
+    // Not sent; for the process that sets it.
     AccountMatchData4 m_MatchData4;
 };
 
@@ -84,7 +84,7 @@ public:
     int m_Value2 = 0;
 };
 
-// Counts as finished unless its sender says otherwise.
+// Means finished unless its sender sets otherwise.
 class COMMONGROUND_API CCmdReplyFinishMission : public CCmdPlatform
 {
 public:

@@ -1,5 +1,5 @@
-// A race on a game server: joining and leaving it, the players in it, chat, the balance at its end and the reward.
-// The pawns stand in race_pawn.h. What numbers and texts hold is agreed between game server and client.
+// A race on a game server: joining, leaving, the players, chat, the final balance and the reward.
+// The pawns are in race_pawn.h. Game server and client agree on the content of numbers and texts.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -10,7 +10,7 @@
 #include "playerdata/account_global.h"
 #include "playerdata/account_other.h"
 
-// Joins the game that the zone has named.
+// Joins the game named by the zone.
 class COMMONGROUND_API CCmdGS_joinGame : public CCmdPlatform
 {
 public:
@@ -62,7 +62,7 @@ public:
     COMMAND_INTERFACE(CCmdGS_exitGameFail)
 };
 
-// Tells the others of a new player, with the newcomer's records.
+// Announces a new player to the others, with the player's records.
 class COMMONGROUND_API CCmdGS_OtherJoin : public CCmdPlatform
 {
 public:
@@ -180,7 +180,7 @@ public:
     unsigned long m_Value1 = 0;
 };
 
-// Tests how positions keep in step.
+// Tests the synchronisation of positions.
 class COMMONGROUND_API CCmdGS_testSyncPos : public CCmdPlatform
 {
 public:

@@ -32,7 +32,7 @@ WIRE_COMMAND(CCmdGS_PawnStartRun)
     return HEAD(CCmdPlatform) && FIELDS(r.m_Text1);
 }
 
-// The body stands before the head, on both sides.
+// The body precedes the head, in both directions.
 WIRE_COMMAND(CCmdGS_PawnRunning)
 {
     return LIST(r.m_Values, wire::Untested) && HEAD(CCmdPlatform) && FIELDS(r.m_Float1);

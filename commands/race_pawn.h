@@ -1,5 +1,5 @@
-// The figure of a player in a race, its pawn. The commands stand in the order of its states: ready, run down, released,
-// started, running. What the floats hold is agreed between game server and client.
+// The figure of a player in a race, its pawn. The commands are in the order of its states: ready, run down, released,
+// started, running. Game server and client agree on the content of the floats.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -61,7 +61,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Its list travels before the head, on both sides.
+// Its list precedes the head, in both directions.
 class COMMONGROUND_API CCmdGS_PawnRunning : public CCmdPlatform
 {
 public:

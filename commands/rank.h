@@ -1,5 +1,5 @@
-// The ranking boards: a request holds one row, its reply one row and then the board.
-// The reads of the rows decide nothing: a row that the payload lacks stands with its defaults.
+// The ranking boards: a request has one row, its reply one row and then the board.
+// The reads of the rows do not affect the result: a missing row keeps its defaults.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -200,7 +200,7 @@ public:
     GameRushSortInfo m_GameRushSortInfo;
 };
 
-// The count of the rows stands before numbers that it does not count; the rows follow them.
+// The count of the rows precedes numbers that it does not count; the rows follow them.
 class COMMONGROUND_API CCmdReplySortRush : public CCmdPlatform
 {
 public:

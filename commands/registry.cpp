@@ -118,7 +118,7 @@ void CCmdServerRegisterFail::OutDebug(FILE* out) const
 void CCmdServerEcho::OutDebug(FILE* out) const
 {
     CCmdSystem::OutDebug(out);
-    // A long of 32 bits, so the upper half of the values shows as negative.
+    // A 32-bit long, so the upper half of the values is printed as negative.
     print(out, "  m_Data = %ld\n", static_cast<int>(m_Data));
 }
 

@@ -1,12 +1,12 @@
-// The server registry: how the servers of the platform find each other, keep each other alive and report their load.
-// A server registers, greets the others, echoes, reports and unregisters; a registry announces who came and who went.
+// The server registry: the servers of the platform find each other, check that others are alive and report their load.
+// A server registers, greets the others, echoes, reports and unregisters; a registry announces new and leaving servers.
 #pragma once
 
 #include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
 #include "packaging/command_head.h"
 
-// Asks for a server of a type.
+// Requests a server of a type.
 class COMMONGROUND_API CCmdHostnameRequest : public CCmdHead
 {
 public:
@@ -17,7 +17,7 @@ public:
     unsigned char m_ServerType = 0;
 };
 
-// The same type, and where a server of it is.
+// The same type, and the address of a server of that type.
 class COMMONGROUND_API CCmdHostnameResponse : public CCmdHostnameRequest
 {
 public:
@@ -29,7 +29,7 @@ public:
     unsigned short m_Port = 0;
 };
 
-// A server tells who it is and where it can be reached.
+// A server's identity and address.
 class COMMONGROUND_API CCmdServerRegister : public CCmdSystem
 {
 public:
@@ -39,12 +39,12 @@ public:
     unsigned char m_ServerType = 0;
     zet::Uuid m_ServerId;
     zet::String_T<wchar_t> m_ServerName;
-    // The third of these goes first on the wire.
+    // The third of these is first on the wire.
     zet::String_T<wchar_t> m_ServerAddress[3];
     unsigned short m_ServerPort = 0;
 };
 
-// The answer to a registration, with an identifier.
+// The reply to a registration, with an identifier.
 class COMMONGROUND_API CCmdServerRegisterSuccess : public CCmdSystem
 {
 public:
@@ -73,7 +73,7 @@ public:
     COMMAND_INTERFACE(CCmdServerHello)
 };
 
-// The answer to a greeting.
+// The reply to a greeting.
 class COMMONGROUND_API CCmdServerHelloReply : public CCmdServerHello
 {
 public:
@@ -89,7 +89,7 @@ public:
     COMMAND_INTERFACE(CCmdServerNewNotify)
 };
 
-// A registry announces a server that has gone, with all that it knew of it.
+// A registry announces a server that has left, with all its data.
 class COMMONGROUND_API CCmdServerFadeNotify : public CCmdServerNewNotify
 {
 public:
@@ -97,7 +97,7 @@ public:
     COMMAND_INTERFACE(CCmdServerFadeNotify)
 };
 
-// The same by identifier alone.
+// The same with the identifier only.
 class COMMONGROUND_API CCmdServerGUIDFade : public CCmdSystem
 {
 public:
@@ -123,7 +123,7 @@ public:
     COMMAND_INTERFACE(CCmdServerShutdown)
 };
 
-// Asks whether the other side lives; 32 bits that come back unchanged.
+// Checks that the other side is alive; the reply returns the 32 bits unchanged.
 class COMMONGROUND_API CCmdServerEcho : public CCmdSystem
 {
 public:
@@ -141,7 +141,7 @@ public:
     COMMAND_INTERFACE(CCmdServerEchoReply)
 };
 
-// Asks a server for its load.
+// Requests a server's load.
 class COMMONGROUND_API CCmdServerInfoRequest : public CCmdSystem
 {
 public:
@@ -157,7 +157,7 @@ public:
     {
     }
     COMMAND_INTERFACE(CCmdServerInfoResponse)
-    // Leaves m_ServiceExtra out.
+    // Does not send m_ServiceExtra.
     void OutDebug(FILE* out) const override;
 
     zet::String_T<wchar_t> m_ServiceIP;

@@ -1,4 +1,4 @@
-// The list of servers that a client is offered, and its choice, before a session begins.
+// The list of servers offered to a client, and its choice, before a session starts.
 #pragma once
 
 #include "commands/server_status.h"
@@ -23,7 +23,7 @@ public:
 
     int m_Value1 = 0;
     zet::String_T<wchar_t> m_Text1;
-    // By node, which is the key: of two entries with one node the later stands.
+    // By node, the key: of two entries with the same node the later is kept.
     std::map<zet::uuid_node_t, PlatformServerInfo> m_PlatformServerInfos;
 };
 

@@ -1,11 +1,11 @@
-// What stands beside the registry: the address records of servers, the two count queries and the status commands.
+// Additions to the registry: the address records of servers, the two count queries and the status commands.
 #pragma once
 
 #include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
 #include "packaging/command_head.h"
 
-// One entry of the server list that a client is offered.
+// One entry of the server list offered to a client.
 struct COMMONGROUND_API PlatformServerInfo
 {
     bool Write(CCmdPackager* pk) const;
@@ -18,7 +18,7 @@ struct COMMONGROUND_API PlatformServerInfo
     int m_Value3 = 0;
     int m_Value4 = 0;
     zet::String_T<wchar_t> m_Name;
-    // Names the server; the key of the list.
+    // Identifies the server; the key of the list.
     zet::uuid_node_t m_Node;
 };
 

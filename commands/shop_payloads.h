@@ -1,5 +1,5 @@
-// What a CCmdVoidDataRequest or CCmdVoidDataReply carries about currencies, items, the shop and prizes.
-// The numbers that tell the payloads apart are the hosts'.
+// Payloads of CCmdVoidDataRequest and CCmdVoidDataReply about currencies, items, the shop and prizes.
+// Hosts define the numbers that distinguish the payloads.
 #pragma once
 
 #include "framework/platform/export.h"

@@ -1,5 +1,5 @@
-// The sport server: sessions of a sport game for a room of players. These go between the servers; what clients and the
-// sport server say to each other travels in envelopes, see packs/sport.h.
+// The sport server: sessions of a sport game for a room of players. These are sent between servers; clients and the
+// sport server exchange messages in envelopes, see packs/sport.h.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -22,7 +22,7 @@ public:
     static const wire::Schema& Wire();
 
     int getSize() const { return static_cast<int>(m_Values.size()); }
-    // The sum of the list; beyond an int it wraps.
+    // The sum of the list; wraps beyond int.
     int getTotalScore() const;
 
     std::vector<int> m_Values;
@@ -66,7 +66,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
-// A sport server. What the numbers mean is its own.
+// A sport server. It defines the meaning of the numbers.
 class COMMONGROUND_API CSportGameServerInfo
 {
 public:
@@ -86,7 +86,7 @@ public:
     unsigned char m_Data1[6] = {};
 };
 
-// Asks for the sport server.
+// Requests the sport server.
 class COMMONGROUND_API CCmdSport_AskServerInfoRequest : public CCmdPlatform
 {
 public:
@@ -105,7 +105,7 @@ public:
     CSportGameServerInfo m_SportGameServerInfo;
 };
 
-// Hands over a room and its players.
+// Transfers a room and its players.
 class COMMONGROUND_API CCmdSport_StartSessionRequest : public CCmdPlatform
 {
 public:
@@ -128,7 +128,7 @@ public:
     zet::Uuid m_Id2;
 };
 
-// The scores by player; of two entries with one text the later stays.
+// The scores by player; of two entries with the same text the later is kept.
 class COMMONGROUND_API CCmdSport_GameOverMessage : public CCmdPlatform
 {
 public:

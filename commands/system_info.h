@@ -1,4 +1,4 @@
-// The figures that a server reports about itself, on their way to a client that shows them.
+// A server's statistics, for a client that shows them.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -28,7 +28,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Its list stands before its head on the wire.
+// Its list precedes its head on the wire.
 class COMMONGROUND_API CCmdSystemInfoReply : public CCmdPlatform
 {
 public:

@@ -14,7 +14,7 @@ WIRE_ORDER_CMD(CombatPlayerEntry)
 
 WIRE_COMMAND(CCmdGZ_SetGameUse)
 {
-    // Nothing is tested in either direction, not even the head.
+    // No result is tested in either direction, not even the head's.
     HEAD(CCmdPlatform);
     UNTESTED(r.m_Id1);
     LIST(r.m_Entries, wire::Untested);

@@ -33,7 +33,7 @@ struct COMMONGROUND_API CombatPlayerEntry
     AccountCombatData m_CombatData;
 };
 
-// Never reports a failure: a host that needs certainty looks at the list.
+// Read never fails: a host that needs certainty must check the list.
 class COMMONGROUND_API CCmdGZ_SetGameUse : public CCmdPlatform
 {
 public:

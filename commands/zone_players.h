@@ -1,4 +1,4 @@
-// The players of a zone: they enter, report ready, take that back, and leave.
+// The players of a zone: they enter, report ready, cancel that, and leave.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -8,7 +8,7 @@
 #include "playerdata/account_global.h"
 #include "playerdata/account_other.h"
 
-// Brings the account's records, the account first.
+// Delivers the account's records, the account first.
 class COMMONGROUND_API CCmdGZ_playerEnter : public CCmdPlatform
 {
 public:

@@ -1,5 +1,5 @@
-// A client's commands on their way through a zone to a game server, and the answers back.
-// A tunnel holds one whole frame, with its id, addresses and length; the zone forwards it without a look inside.
+// Tunnels for a client's commands through a zone to a game server, and for the replies.
+// A tunnel contains one whole frame, with its id, addresses and length; the zone forwards it without reading it.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -14,7 +14,7 @@ public:
     COMMAND_INTERFACE(CCmdGZ_clientToServer)
 
     zet::Buffer m_Data1;
-    // The way back has no such text.
+    // The tunnel back to the client has no such text.
     zet::String_T<wchar_t> m_Text1;
 };
 
@@ -27,7 +27,7 @@ public:
     zet::Buffer m_Data1;
 };
 
-// Puts the whole frame of the command into the tunnel. False where the command cannot be written, which leaves the
-// tunnel as it was, or where its frame does not fit.
+// Stores the whole frame of the command in the tunnel. False if the command cannot be written, which leaves the tunnel
+// unchanged, or if its frame does not fit.
 COMMONGROUND_API bool toCCmdGZ_clientToServer(CCmdHead* cmd, CCmdGZ_clientToServer* tunnel);
 COMMONGROUND_API bool toCCmdGZ_serverToClient(CCmdHead* cmd, CCmdGZ_serverToClient* tunnel);

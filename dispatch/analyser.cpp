@@ -11,7 +11,7 @@
 namespace
 {
 
-// Tells what a handler or a fallback threw, null for what has no words.
+// Logs an exception of a handler or a fallback; null for one without a text.
 void tellThrown(const char* what)
 {
     if (what)
@@ -52,7 +52,7 @@ int CCmdAnalyser::Analyse(CCmdPackager& pk, unsigned long arg1, unsigned long ar
 
 void CCmdAnalyser::dispatch(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const
 {
-    // The log takes what it is given by reference, and this one is to stay in a register.
+    // The log takes its arguments by reference; a copy keeps the original in a register.
     const unsigned short id = pk.GetCmdID();
     if (id >= kCommandIdLimit)
     {

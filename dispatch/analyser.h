@@ -1,24 +1,23 @@
-// The dispatch table of traffic without a socket behind it: datagrams and net messages.
+// The dispatch table for input without a socket: datagrams and net messages.
 #pragma once
 
 #include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
 #include "framework/platform/export.h"
 
-// One entry for every id, held inside the object. Read-only while in use: Install is for start-up, and from then on
-// any number of threads may share one analyser.
+// One entry per id, inside the object. Read-only while in use: call Install at start-up; from then on any number of
+// threads may share one analyser.
 class COMMONGROUND_API CCmdAnalyser
 {
 public:
-    // The fallbacks may be null; the log is told in their place.
+    // The fallbacks may be null; then the case is logged.
     explicit CCmdAnalyser(CmdFallback unknownCmd = nullptr, CmdFallback errorCmd = nullptr);
 
-    // Replaces the entry of an id, which must be below kCommandIdLimit: another one is refused, with the log told, and
-    // is an assertion.
+    // Replaces the entry of an id. An id of kCommandIdLimit or more is refused, logged, and fails an assertion.
     void Install(unsigned short id, CmdProcess process, CmdHandler handler);
 
-    // Hands the command to its handler with the two arguments. Always 0: the result carries no information. What a
-    // handler throws is logged and goes no further.
+    // Passes the command to its handler with the two arguments. The result is always 0. An exception from a handler is
+    // caught and logged.
     int Analyse(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const;
     // The same for one datagram frame of size bytes.
     int Analyse(const void* data, int size, unsigned long arg1, unsigned long arg2) const;

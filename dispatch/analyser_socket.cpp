@@ -12,7 +12,7 @@
 namespace
 {
 
-// Runs what dispatches a command of this socket, and ends there what a handler or a fallback throws.
+// Runs the dispatch of a command of this socket and catches exceptions of handlers and fallbacks.
 template <class Dispatch>
 bool guarded(CCommandSocket* socket, Dispatch dispatch)
 {
@@ -49,10 +49,10 @@ void CCmdAnalyserSocket::Install(unsigned short id, SocketCmdProcess process, So
     m_Commands[id] = std::make_shared<CCmdProcessor>(CCmdProcessor{process, handler, arg1, arg2});
 }
 
-// Of a socket that is not null.
+// The socket must not be null.
 inline bool CCmdAnalyserSocket::dispatch(CCommandSocket* socket, CCmdPackager& pk) const
 {
-    // The log takes what it is given by reference, and this one is to stay in a register.
+    // The log takes its arguments by reference; a copy keeps the original in a register.
     const unsigned short id = pk.GetCmdID();
     if (id >= kCommandIdLimit)
     {
@@ -61,7 +61,7 @@ inline bool CCmdAnalyserSocket::dispatch(CCommandSocket* socket, CCmdPackager& p
                             PeerNameOf(socket));
         return false;
     }
-    // Commands that nobody serves count as received traffic, too.
+    // Commands without a handler count as received traffic too.
     CountReceivedCommand(socket, pk.GetDataSize());
 
     const CCmdProcessor* const processor = m_Commands[id].get();

@@ -1,4 +1,4 @@
-// The dispatch table of stream sockets: like CCmdAnalyser, but the handler is given the socket as well.
+// The dispatch table of stream sockets: like CCmdAnalyser, but the handler also gets the socket.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -11,11 +11,11 @@ namespace zet
 class InputStream;
 }
 
-// A copy shares its processors with its source. Read-only while in use, as CCmdAnalyser.
+// A copy shares its processors with its source. Read-only while in use, like CCmdAnalyser.
 class COMMONGROUND_API CCmdAnalyserSocket
 {
 public:
-    // What is installed for an id: the two functions and the handler's arguments.
+    // The entry of an id: the two functions and the handler's arguments.
     struct CCmdProcessor
     {
         SocketCmdProcess m_Process;
@@ -24,21 +24,21 @@ public:
         unsigned long m_Arg2;
     };
 
-    // The fallbacks may be null; the log is told in their place.
+    // The fallbacks may be null; then the case is logged.
     explicit CCmdAnalyserSocket(SocketCmdFallback unknownCmd = nullptr, unsigned long unknownArg1 = 0,
                                 unsigned long unknownArg2 = 0, SocketCmdFallback errorCmd = nullptr,
                                 unsigned long errorArg1 = 0, unsigned long errorArg2 = 0);
 
-    // Replaces the entry of an id, which must be below kCommandIdLimit: another one is refused, with the log told, and
-    // is an assertion. The arguments are the handler's.
+    // Replaces the entry of an id. An id of kCommandIdLimit or more is refused, logged, and fails an assertion. The
+    // arguments are passed to the handler.
     void Install(unsigned short id, SocketCmdProcess process, SocketCmdHandler handler, unsigned long arg1,
                  unsigned long arg2);
 
-    // Hands the command to its handler or a fallback. False, with the log told, where there was neither, or where one
-    // threw: that goes no further.
+    // Passes the command to its handler or a fallback. False, and logged, if there is neither, or if one throws; the
+    // exception is caught.
     bool Analyse(CCommandSocket* socket, CCmdPackager& pk) const;
-    // The same for one stream frame, in a stream or at the front of size bytes in memory; what lies behind it there is
-    // not looked at. A frame that cannot be received is false, too.
+    // The same for one stream frame, in a stream or at the start of size bytes in memory; bytes after the frame are
+    // ignored. Also false for a frame that cannot be received.
     bool Analyse(CCommandSocket* socket, zet::InputStream& stream) const;
     bool Analyse(CCommandSocket* socket, const void* frame, int size) const;
 

@@ -1,6 +1,6 @@
 #include "dispatch/command_ids.h"
 
-// Holds the rows to their rules; there is nothing here for a program to call.
+// Checks the rows of commands.def at compile time; contains no code.
 namespace
 {
 
@@ -20,7 +20,7 @@ constexpr bool kShared[] = {
 };
 constexpr int kRows = sizeof kIds / sizeof kIds[0];
 
-// Rows ascend; an id stands twice exactly where both rows say that they share it.
+// Rows ascend; an id appears twice only if both rows are SHARED.
 constexpr bool rowsAreInOrder()
 {
     for (int i = 0; i < kRows; ++i)
@@ -33,6 +33,7 @@ constexpr bool rowsAreInOrder()
     }
     return true;
 }
-static_assert(rowsAreInOrder());
+static_assert(rowsAreInOrder(),
+              "dispatch/commands.def: rows ascend by id, and an id appears twice only if both rows are SHARED");
 
 } // namespace

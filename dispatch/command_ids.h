@@ -1,4 +1,4 @@
-// The id of every command, as a constant with the class's own name, and the size of the id space.
+// The id of every command, as a constant named like the class, and the size of the id space.
 #pragma once
 
 namespace command_id
@@ -12,5 +12,5 @@ namespace command_id
 
 } // namespace command_id
 
-// Ids run from 0 to one below this; the analysers hold one entry for each.
+// Ids are below this limit; the analysers have one entry per id.
 inline constexpr int kCommandIdLimit = 0x4019;

@@ -1,4 +1,4 @@
-// The pair of static functions that every receivable command has, and the types that the analysers install.
+// The pair of static functions of every receivable command, and the types that the analysers install.
 #pragma once
 
 #include "dispatch/trace.h"
@@ -8,7 +8,7 @@
 class CCmdHead;
 class CCommandSocket;
 
-// Gets a command that lives only as long as the call: what it keeps it must copy.
+// Gets a command that lives only during the call: the handler must copy what it keeps.
 using CmdHandler = void (*)(CCmdHead* command, unsigned long arg1, unsigned long arg2);
 using CmdProcess = bool (*)(CCmdPackager* pk, CmdHandler handler, unsigned long arg1, unsigned long arg2);
 using CmdFallback = void (*)(CCmdPackager* pk, unsigned long arg1, unsigned long arg2);
@@ -18,18 +18,18 @@ using SocketCmdProcess = bool (*)(CCommandSocket* socket, CCmdPackager* pk, Sock
                                   unsigned long arg1, unsigned long arg2);
 using SocketCmdFallback = void (*)(CCommandSocket* socket, CCmdPackager* pk, unsigned long arg1, unsigned long arg2);
 
-// Tells the log that the command's payload was refused; the socket is the one that it came by, if any. Always false.
+// Logs that the command's payload was refused; the socket is the receiving one or null. Always false.
 COMMONGROUND_API bool RefuseCommand(const CCmdHead& command, CCommandSocket* socket);
 // Prints the command to the trace.
 COMMONGROUND_API void TraceReceivedCommand(const CCmdHead& command, CCommandSocket* socket);
 
-// Reads the payload into the command, refuses it unless it ends exactly where the command does, and calls handle.
-// False, with the log told, on a refused payload. The socket is the one that it came by, or null. A template, so that
-// the reading of a known class is called directly.
+// Reads the payload into the command, refuses it unless the command uses all its bytes, and calls handle. False, and
+// logged, for a refused payload. The socket is the receiving one or null. A template, so that the Read of a known class
+// is called directly.
 template <class Command, class Handle>
 bool ProcessCommandBy(Command& command, CCommandSocket* socket, CCmdPackager* pk, Handle handle)
 {
-    // Sender and receiver must agree on the fields exactly: bytes left over are as wrong as bytes missing.
+    // Sender and receiver must agree on the fields exactly: extra bytes are as wrong as missing ones.
     if (!command.Read(pk) || pk->GetReadPointer() != pk->GetDataSize())
         return RefuseCommand(command, socket);
     if (kTraceCommands)
@@ -38,7 +38,7 @@ bool ProcessCommandBy(Command& command, CCommandSocket* socket, CCmdPackager* pk
     return true;
 }
 
-// Declares what a command class has beside its fields: its order, its schema, its pair.
+// Declares the members of a command class other than its fields: order, schema, pair.
 #define COMMAND_INTERFACE(Class)                                                                                       \
     bool Write(CCmdPackager* pk) const override;                                                                       \
     bool Read(CCmdPackager* pk) override;                                                                              \

@@ -24,7 +24,7 @@ void TraceSocketCommand(const CCmdHead& command, const zet::String_T<wchar_t>& p
     const zet::platform::LocalTime now = zet::platform::getLocalTime();
     const auto line = zet::formatText(L"*** %04d/%02d/%02d %02d:%02d:%02d.%03d *** <<< (%s)", now.m_Year, now.m_Month,
                                       now.m_Day, now.m_Hour, now.m_Minute, now.m_Second, now.m_Milliseconds, peer);
-    // By the stream that takes the fields, so that line and fields keep their order.
+    // Written to the same stream as the fields, so that line and fields keep their order.
     std::fputs(zet::StringHelper::wideToUtf8(line.getBuffer()).getBuffer(), stdout);
     command.OutDebug(stdout);
 }

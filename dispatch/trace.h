@@ -7,9 +7,9 @@
 
 class CCmdHead;
 
-// Whether the library was built with the trace. The same for every file of a process, whoever compiled it.
+// Whether the library was built with the trace. The same value in every file of a process, whoever compiled it.
 extern COMMONGROUND_API const bool kTraceCommands;
 
-// Print the local time, the peer where there is one, and the command's OutDebug.
+// Prints the local time, the peer if there is one, and the command's OutDebug.
 COMMONGROUND_API void TraceCommand(const CCmdHead& command);
 COMMONGROUND_API void TraceSocketCommand(const CCmdHead& command, const zet::String_T<wchar_t>& peer);

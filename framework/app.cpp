@@ -21,7 +21,7 @@ String_T<wchar_t> findAppPath()
 
 String_T<wchar_t> getAppPath()
 {
-    // Asked once: the place stays, also where the file is replaced under a running process.
+    // Queried once: the directory must not change if the file is replaced while the process runs.
     static const String_T<wchar_t> path = findAppPath();
     return path;
 }

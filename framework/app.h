@@ -1,4 +1,4 @@
-// What a process knows of itself and of its operating system.
+// The executable of the process and operating-system errors.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -7,7 +7,7 @@
 namespace zet
 {
 
-// The directory of the executable with a closing '/', such as "D:/svr/"; "./" when the system does not tell.
+// The directory of the executable with a closing '/', such as "D:/svr/"; "./" if the system does not report it.
 COMMONGROUND_API String_T<wchar_t> getAppPath();
 // The text of the calling thread's last operating-system error, and that of an error number.
 COMMONGROUND_API String_T<wchar_t> getLastErrorString();

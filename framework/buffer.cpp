@@ -25,7 +25,7 @@ int Buffer::setBufferSize(int size)
         }
         catch (const std::bad_alloc&)
         {
-            // The block stays as it was, which the returned size says.
+            // The block is unchanged; the returned size shows it.
         }
     }
     return getBufferSize();
@@ -55,7 +55,7 @@ InputStream& operator>>(InputStream& stream, Varint& number)
         unsigned char byte = 0;
         if (stream.read(&byte, 1) != 1)
             throw Exception(L"Varint::operator >>", __FILE__, __LINE__);
-        // Of the last group only one bit is left in 64.
+        // Only one bit of the last group fits in 64 bits.
         if (group == kMaxGroups - 1 && byte > 1)
             break;
         value |= static_cast<unsigned long long>(byte & 0x7F) << (7 * group);
@@ -81,7 +81,7 @@ InputStream& operator>>(InputStream& stream, Buffer& buffer)
 {
     Varint size;
     stream >> size;
-    // The announced size costs nothing until the bytes are there.
+    // The announced size reserves nothing before the bytes have arrived.
     if (size.m_Value > static_cast<unsigned long long>(stream.available()))
         throw Exception(L"Buffer invalid size.", __FILE__, __LINE__);
     const int bytes = static_cast<int>(size.m_Value);

@@ -15,12 +15,12 @@ class COMMONGROUND_API Buffer
 {
 public:
     Buffer() = default;
-    // A block of so many bytes, all zero; a negative size counts as 0.
+    // A block of size zero bytes; a negative size counts as 0.
     explicit Buffer(int size) { setBufferSize(size); }
 
     int getBufferSize() const { return static_cast<int>(m_Bytes.size()); }
-    // Resizes, keeping what fits; new bytes are zero. Returns the size that it got: the old one if size is negative
-    // or memory is short.
+    // Resizes and keeps what fits; new bytes are zero. Returns the resulting size: the old one if size is negative or
+    // there is no memory.
     int setBufferSize(int size);
     unsigned char* getBuffer() { return m_Bytes.data(); }
     const unsigned char* getBuffer() const { return m_Bytes.data(); }
@@ -31,13 +31,13 @@ private:
     std::vector<unsigned char> m_Bytes;
 };
 
-// An unsigned number in groups of seven bits, the lowest first; the streams' own short form.
+// An unsigned number in groups of seven bits, lowest first: the short form of the streams.
 struct Varint
 {
     unsigned long long m_Value = 0;
 };
 
-// The streams' own forms: a Varint size and the bytes; the groups of the number. A short read or write throws
+// The stream forms: of a Buffer a Varint size and the bytes, of a Varint its groups. A short read or write throws
 // Exception.
 COMMONGROUND_API OutputStream& operator<<(OutputStream& stream, const Buffer& buffer);
 COMMONGROUND_API InputStream& operator>>(InputStream& stream, Buffer& buffer);

@@ -1,4 +1,4 @@
-// The numbers of classes, and how a class enters the registry of creators.
+// Class numbers, and registration of a class in the registry of creators.
 #pragma once
 
 #include "framework/unknown.h"
@@ -6,8 +6,7 @@
 namespace zet
 {
 
-// The number of a class, made from its name: the same wherever the name is the same, whatever the width of a unit.
-// FNV-1a over 32 bits.
+// The number of a class: 32-bit FNV-1a of its name. Equal names give equal numbers, whatever the width of wchar_t.
 constexpr unsigned long classIdOf(const wchar_t* className)
 {
     unsigned int hash = 2166136261u;
@@ -16,8 +15,8 @@ constexpr unsigned long classIdOf(const wchar_t* className)
     return hash;
 }
 
-// Holds a class in Unknown::RtFactory as long as it lives. One in the source file of the class registers it when the
-// library is loaded.
+// Registers a class in Unknown::RtFactory for its own lifetime. A global in the source file of the class registers it
+// when the library is loaded.
 class RtRegistration
 {
 public:

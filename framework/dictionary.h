@@ -1,4 +1,4 @@
-// An ordered map whose walkers may remove the entry they are given.
+// An ordered map whose walkers may erase the entry that they are visiting.
 #pragma once
 
 #include <map>
@@ -12,7 +12,7 @@ template <class K, class V>
 class Dictionary
 {
 public:
-    // Sees one entry; false stops the walk.
+    // Visits one entry; false stops the walk.
     class Walker
     {
     public:
@@ -21,23 +21,23 @@ public:
     };
 
     Dictionary() = default;
-    // Walks belong to one dictionary, so a copy takes the entries alone.
+    // Running walks belong to one dictionary, so a copy copies the entries only.
     Dictionary(const Dictionary& other) : m_Map(other.m_Map) {}
     Dictionary& operator=(const Dictionary&) = delete;
 
     int getSize() const { return static_cast<int>(m_Map.size()); }
     bool isEmpty() const { return m_Map.empty(); }
-    // Null when the key is not there.
+    // Null if the key is missing.
     V* find(const K& key)
     {
         const auto place = m_Map.find(key);
         return place == m_Map.end() ? nullptr : &place->second;
     }
     const V* find(const K& key) const { return const_cast<Dictionary*>(this)->find(key); }
-    // Stores the value, replacing what is there.
+    // Stores the value; replaces an existing one.
     void set(const K& key, V value) { m_Map.insert_or_assign(key, std::move(value)); }
-    // Erases the key; running walks go on behind it. The value dies last, when the dictionary is whole again; one that
-    // a walker is looking at dies when that walker has returned.
+    // Erases the key; running walks continue after it. The value is destroyed last, when the dictionary is consistent
+    // again; a value that a walker is visiting is destroyed after that walker has returned.
     bool erase(const K& key)
     {
         const auto place = m_Map.find(key);
@@ -65,8 +65,8 @@ public:
             erase(m_Map.begin()->first);
     }
 
-    // Visits the entries in order. The walk has moved on to the following entry before the walker is called, so the
-    // walker may erase any entry, its own too.
+    // Visits the entries in order. The walk advances to the next entry before it calls the walker, so the walker may
+    // erase any entry, including its own.
     bool foreach(Walker& walker)
     {
         Walk walk;
@@ -84,7 +84,7 @@ public:
             walk.m_Current = walk.m_Next++;
             const bool goesOn = walker.onEntry(walk.m_Current->first, walk.m_Current->second);
             walk.m_Current = m_Map.end();
-            // The value that the walker erased dies here; it may erase further entries while it goes.
+            // Destroys the value that the walker erased; its destructor may erase further entries.
             const typename std::map<K, V>::node_type erased = std::move(walk.m_Erased);
             if (!goesOn)
                 return false;
@@ -93,7 +93,7 @@ public:
     }
 
 private:
-    // One running walk; the outermost that looks at an entry keeps it when it is erased.
+    // One running walk. If the entry is erased, the outermost walk that is visiting it keeps the value.
     struct Walk
     {
         typename std::map<K, V>::iterator m_Current;

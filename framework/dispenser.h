@@ -1,4 +1,4 @@
-// Subscriptions to objects by their class; what events and messages have in common.
+// Subscriptions to objects by class, shared by events and messages.
 #pragma once
 
 #include "framework/unknown.h"
@@ -9,7 +9,7 @@
 namespace zet
 {
 
-// What is to be called for an object of one class: a method of another object, which is not owned and outlives the
+// A handler for objects of one class: a method of another object, which is not owned and must outlive the
 // subscription.
 template <class Subject>
 class Handler_T
@@ -20,7 +20,7 @@ public:
         : m_ClassId(Kind::getClassId_()), m_Call(
                                               [owner, method](Subject* subject)
                                               {
-                                                  // The names of two classes may give one number.
+                                                  // Two class names may have the same number.
                                                   if (Kind* const kind = dynamic_cast<Kind*>(subject))
                                                       (owner->*method)(kind);
                                               })
@@ -35,8 +35,8 @@ private:
     std::function<void(Subject*)> m_Call;
 };
 
-// Hands each object to the handlers of its class, in the order of their subscription. An object of a derived class is
-// not one of its base. Belongs to one thread; a handler may subscribe further ones, which see the next object.
+// Passes each object to the handlers of exactly its class, in the order of subscription; handlers of a base class are
+// not called. Belongs to one thread. A handler may subscribe others, which get the next object.
 template <class Subject>
 class Dispenser_T
 {
@@ -45,7 +45,7 @@ public:
     Dispenser_T(const Dispenser_T&) = delete;
     Dispenser_T& operator=(const Dispenser_T&) = delete;
 
-    // The subject is not null. What a handler throws goes to the caller, and the handlers behind it are not called.
+    // The subject must not be null. An exception from a handler goes to the caller, and later handlers are not called.
     void dispense(Subject* subject) const
     {
         const unsigned long classId = subject->getClassId();
@@ -59,7 +59,7 @@ protected:
     void add(const Handler_T<Subject>& handler) { m_Handlers.push_back(handler); }
 
 private:
-    // Handlers keep their place when others come.
+    // Handlers keep their address when others are added.
     std::deque<Handler_T<Subject>> m_Handlers;
 };
 

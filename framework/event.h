@@ -1,4 +1,4 @@
-// Events: what happened to an object, told to those who subscribed.
+// Events: objects that report to their subscribers what happened.
 #pragma once
 
 #include "framework/dispenser.h"
@@ -6,13 +6,13 @@
 namespace zet
 {
 
-// The base of all events. An event lives as long as the call that tells it, unless a handle holds it.
+// The base of all events. An event lives only during the call that reports it, unless a handle holds it.
 class COMMONGROUND_API Event : public virtual Unknown
 {
 };
 
-// A method that gets the events of one class: EventHandler(this, &Host::onClosed) for
-// void Host::onClosed(const Evt_NetClosed*). A virtual method is called as such.
+// A handler for events of one class: EventHandler(this, &Host::onClosed) for
+// void Host::onClosed(const Evt_NetClosed*). A virtual method is called virtually.
 using EventHandler = Handler_T<const Event>;
 
 class EventDispenser : public Dispenser_T<const Event>

@@ -1,5 +1,5 @@
-// What the stream layer throws on a short read or write. Nothing else in the library throws it, and no command boundary
-// lets it by.
+// The exception of the stream layer for a short read or write. Nothing else in the library throws it, and it never
+// crosses a command boundary.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -16,7 +16,7 @@ public:
     Exception(const wchar_t* text, const char* file, int line);
     const char* what() const noexcept override { return m_What; }
     const String_T<wchar_t>& getText() const { return m_Text; }
-    // Logs the text with its place as an error.
+    // Logs the text with file and line as an error.
     void report() const;
 
 private:

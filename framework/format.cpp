@@ -25,12 +25,12 @@ struct Conversion
     bool m_Zero = false;
     int m_Width = 0;
     int m_Precision = -1;
-    // Bytes that the length letters ask for; 0 leaves the argument's own.
+    // Bytes that the length letters name; 0 for the argument's own width.
     int m_Bytes = 0;
     char m_Letter = 0;
 };
 
-// Walks a pattern once and writes what it says. Every step returns false when the pattern does not fit.
+// Walks a pattern once and writes its text. Every step returns false if the pattern does not match the arguments.
 template <class T>
 class Formatter
 {
@@ -68,7 +68,7 @@ public:
     String_T<T> getText() const { return String_T<T>(m_Out.data(), static_cast<int>(m_Out.size())); }
 
 private:
-    // Widths above this are taken for a damaged argument of '*', not for a wish.
+    // A greater width is assumed to be a corrupt argument of '*'.
     static constexpr int kMaxWidth = 1 << 20;
 
     bool parse(Conversion& conversion)
@@ -134,8 +134,8 @@ private:
         return true;
     }
 
-    // The letters narrow a number where they ask for less than 32 bits. They never cut a wider one: how wide a long is
-    // differs between the platforms, and the argument says it better.
+    // Letters for less than 32 bits narrow a number. Others never narrow it: the width of long differs between
+    // platforms, and the argument's own width is known.
     void length(Conversion& conversion)
     {
         for (;; ++m_At)
@@ -178,7 +178,7 @@ private:
         }
     }
 
-    // The 64 bits of an integer argument, its sign spread through them.
+    // An integer argument sign-extended to 64 bits.
     static bool integerOf(const Arg& arg, long long& value)
     {
         if (arg.m_Kind == Arg::kSigned)
@@ -196,7 +196,7 @@ private:
         bool isWide = arg.m_Width > 4;
         if (!integerOf(arg, value))
         {
-            // Beyond 64 bits there is no number to show.
+            // Wider than 64 bits: not a number that can be shown.
             if (arg.m_Kind != Arg::kFloat || !(arg.m_Float > -9.2e18 && arg.m_Float < 9.2e18))
                 return false;
             value = static_cast<long long>(arg.m_Float);
@@ -214,8 +214,8 @@ private:
         return putDigits(conversion, isSigned, value);
     }
 
-    // A sign, a base, zeros up to the precision and the digits, as C has them: the sign of '+' and ' ' is for the
-    // conversions with a sign, a precision switches '0' off, and a precision of 0 shows nothing of a 0.
+    // Sign, base prefix, zeros up to the precision and digits, by the rules of C: '+' and ' ' apply to signed
+    // conversions only, a precision disables '0', and with precision 0 the number 0 has no digits.
     bool putDigits(const Conversion& conversion, bool isSigned, long long value)
     {
         const bool isNegative = isSigned && value < 0;
@@ -225,7 +225,7 @@ private:
         const bool isHex = letter == 'x' || letter == 'X';
         const unsigned int base = isHex ? 16 : letter == 'o' ? 8 : 10;
         const char* const digits = letter == 'X' ? "0123456789ABCDEF" : "0123456789abcdef";
-        // 22 octal digits are the most.
+        // At most 22 octal digits.
         char text[24];
         char* const end = text + sizeof text;
         char* first = end;
@@ -251,7 +251,7 @@ private:
         return !isSigned ? "" : conversion.m_Plus ? "+" : conversion.m_Space ? " " : "";
     }
 
-    // Puts a number's parts, blanks on one side or zeros behind the prefix up to the width.
+    // Writes the parts of a number, padded to the width by blanks on one side or by zeros after the prefix.
     void putFilled(const Conversion& conversion, std::string_view prefix, size_t zeros, std::string_view digits,
                    bool takesZeros)
     {
@@ -302,7 +302,7 @@ private:
         return true;
     }
 
-    // A number that is not negative, without sign and padding.
+    // A non-negative number, without sign and padding.
     static std::string digitsOf(const Conversion& conversion, double value)
     {
         const bool isGeneral = conversion.m_Letter == 'g' || conversion.m_Letter == 'G';
@@ -315,8 +315,8 @@ private:
         return fmt::sprintf(pattern, value);
     }
 
-    // "%#g", of which the formatting library takes off zeros that C leaves: as many digits as the precision says,
-    // behind an exponent where the number is too large or too small for them.
+    // "%#g": the formatting library removes trailing zeros that C keeps. Writes as many digits as the precision names,
+    // with an exponent if the number is too large or too small for them.
     static std::string significantDigitsOf(const Conversion& conversion, double value)
     {
         const int digits = conversion.m_Precision < 0 ? 6 : std::max(conversion.m_Precision, 1);
@@ -345,7 +345,7 @@ private:
         static constexpr T nothing[] = {T('('), T('n'), T('u'), T('l'), T('l'), T(')'), T()};
         const T* text = arg.m_Text ? arg.m_Text : nothing;
         size_t length = 0;
-        // A precision is also a promise that no terminator stands behind it.
+        // With a precision the text need not have a terminator.
         while ((conversion.m_Precision < 0 || length < static_cast<size_t>(conversion.m_Precision)) && text[length])
             ++length;
         putPadded(conversion, text, length);
@@ -391,7 +391,7 @@ String_T<T> formatOrPattern(const T* pattern, const FormatArg<T>* args, size_t c
     }
     catch (const std::exception&)
     {
-        // What the formatting library refuses does not fit either.
+        // The formatting library has refused the pattern: it does not match.
     }
     return String_T<T>(pattern);
 }

@@ -1,7 +1,7 @@
 // Type-safe printf formatting for narrow and wide text.
-// One rule on every platform: %s takes text of the pattern's own width; numbers convert to what the pattern asks
-// for; neither the C locale nor the platform's printf has a say. A pattern that does not fit its arguments gives
-// the pattern itself back, never undefined behaviour.
+// One rule on every platform: %s takes text of the pattern's width; numbers are converted to the type that the
+// pattern names; neither the C locale nor the platform's printf is used. A pattern that does not match its arguments
+// returns the pattern itself; there is no undefined behaviour.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -15,7 +15,7 @@ namespace zet
 template <class T>
 class String_T;
 
-// One argument of a pattern, on its way through the binary interface.
+// One argument of a pattern, in the form that crosses the library boundary.
 template <class T>
 struct FormatArg
 {
@@ -29,7 +29,7 @@ struct FormatArg
     };
 
     Kind m_Kind = kSigned;
-    // Width in bytes of the integer that was given, so that %x of a negative int shows 32 bits.
+    // Width in bytes of the original integer, so that %x of a negative int shows 32 bits.
     int m_Width = 4;
     union
     {
@@ -84,7 +84,7 @@ struct FormatArg
 COMMONGROUND_API String_T<char> formatArgs(const char* pattern, const FormatArg<char>* args, size_t count);
 COMMONGROUND_API String_T<wchar_t> formatArgs(const wchar_t* pattern, const FormatArg<wchar_t>* args, size_t count);
 
-// The text of a pattern with its arguments.
+// Formats the arguments by the pattern.
 template <class T, class... Args>
 String_T<T> formatText(const T* pattern, const Args&... args)
 {

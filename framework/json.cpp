@@ -23,7 +23,7 @@ const JsonValue& nullValue()
     return value;
 }
 
-// A text may hold zeros, which the helper's texts end at: what lies between them is converted by itself.
+// A text may contain zeros, but the helper stops at one: the parts between them are converted separately.
 String_T<wchar_t> toWide(const std::string& text)
 {
     String_T<wchar_t> wide = StringHelper::utf8ToWide(text.c_str());
@@ -46,7 +46,7 @@ std::string toUtf8(const String_T<wchar_t>& text)
     return narrow;
 }
 
-// A number as another type, or 0 where it does not fit.
+// A number as another type, or 0 if it does not fit.
 template <class To>
 To narrowed(long long value)
 {
@@ -63,17 +63,17 @@ template <class To>
 To narrowed(double value)
 {
     const double whole = std::trunc(value);
-    // The power of two behind the greatest value is exact as a double, the greatest value itself may not be.
+    // The power of two above the greatest value is exact as a double; the greatest value itself may not be.
     const double behind = std::ldexp(1.0, std::numeric_limits<To>::digits);
     const double least = std::numeric_limits<To>::is_signed ? -behind : 0.0;
     return whole >= least && whole < behind ? static_cast<To>(whole) : To();
 }
 
-// The units of a text for the parser, which copies its iterators: where it stands is kept outside of them.
+// The units of a text for the parser, which copies its iterators: the position is kept outside of them.
 struct Source
 {
     const wchar_t* m_At;
-    // Whether the parser has looked for more at the end.
+    // Whether the parser has tried to read past the end.
     bool m_IsAtEnd = false;
 };
 
@@ -94,7 +94,7 @@ public:
         ++m_Source->m_At;
         return *this;
     }
-    // There is one question only: whether this is the end.
+    // The parser only compares with the end.
     bool operator==(const Units&) const
     {
         m_Source->m_IsAtEnd = *m_Source->m_At == L'\0';
@@ -247,12 +247,12 @@ float JsonValue::asFloat() const
     return 0.0f;
 }
 
-// Takes the events of the parser. An object's members are added unseen, since looking for each name would cost the
-// square of their number, and those with one name are joined when it ends.
+// Handles the parser's events. Members of an object are added without a search for their names, which would take
+// quadratic time; duplicates are merged at the end of the object.
 struct Json::Builder
 {
     JsonValue& m_Root;
-    // The arrays and objects that are open. None of them moves while it is: only the last one grows.
+    // The open arrays and objects. Their addresses stay valid, since only the last one grows.
     std::vector<JsonValue*> m_Open;
     String_T<wchar_t> m_Name;
 
@@ -310,7 +310,7 @@ struct Json::Builder
         object.resize(left);
     }
 
-    // The names by which the parser calls.
+    // Names that the parser requires.
     bool null()
     {
         add(JsonValue());
@@ -443,7 +443,7 @@ const wchar_t* Json::parseValue(const wchar_t* text, JsonValue& value)
     const bool isWhole = nlohmann::json::sax_parse(Units(&source), Units(&source), &builder,
                                                    nlohmann::json::input_format_t::json, false);
     const wchar_t* end = source.m_At;
-    // Only a number ends with a look at the character behind it.
+    // Only a number is ended by reading the character after it.
     const JsonValue::Type type = parsed.getType();
     if (isWhole && type >= JsonValue::kSigned && type <= JsonValue::kFloat && !source.m_IsAtEnd)
         end -= isLowSurrogate(end[-1]) && sizeof(wchar_t) == 2 ? 2 : 1;

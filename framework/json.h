@@ -12,11 +12,10 @@
 namespace zet
 {
 
-// A JSON value: null, a truth value, a number, a text, an array or an object. An object keeps its members in the order
-// in which they came. A plain value, not locked; a deep copy costs what the document costs.
+// A JSON value: null, a boolean, a number, a text, an array or an object. An object keeps its members in the order in
+// which they were added. A plain value, not locked; a copy copies the whole document.
 //
-// What does not fit is no error: a value of another kind reads as 0, 0.0 or the empty text, and what is not there reads
-// as null.
+// Reading as another type is not an error: it gives 0, 0.0 or the empty text, and a missing value reads as null.
 class COMMONGROUND_API JsonValue
 {
 public:
@@ -35,7 +34,7 @@ public:
     JsonValue() = default;
     // The empty value of a type.
     JsonValue(Type type);
-    // A template, so that no pointer turns into a truth value.
+    // A template, so that no pointer converts to bool.
     template <std::same_as<bool> T>
     JsonValue(T value) : m_Value(value)
     {
@@ -50,16 +49,16 @@ public:
     JsonValue(String_T<wchar_t> text) : m_Value(std::move(text)) {}
     JsonValue(const JsonValue& other) = default;
     JsonValue(JsonValue&& other) noexcept = default;
-    // The other value may lie inside this one.
+    // The other value may be part of this one.
     JsonValue& operator=(const JsonValue& other);
     JsonValue& operator=(JsonValue&& other) noexcept;
     ~JsonValue() = default;
 
-    // Makes the value an array, or an object, where it is none, and the element or member where it is missing: elements
-    // up to it as null, an index below 0 as 0. The reference holds until an element or a member is added beside it.
+    // Converts the value to an array or an object if it is another type, and creates a missing element or member:
+    // elements before it are null; an index below 0 counts as 0. The reference is valid until a sibling is added.
     JsonValue& operator[](int index);
     JsonValue& operator[](const wchar_t* name);
-    // Null where there is no such element or member, or nothing that could have it.
+    // Null if there is no such element or member, or if the value is of another type.
     const JsonValue& operator[](int index) const;
     const JsonValue& operator[](const wchar_t* name) const;
 
@@ -67,18 +66,18 @@ public:
     bool isNull() const { return getType() == kNull; }
     bool isArray() const { return getType() == kArray; }
     bool isObject() const { return getType() == kObject; }
-    // Elements of an array, members of an object, else 0.
+    // The number of elements of an array or members of an object, else 0.
     int size() const;
-    // Takes out all elements or members; any other value becomes null.
+    // Removes all elements or members; any other value becomes null.
     void clear();
     void swap(JsonValue& other) noexcept { m_Value.swap(other.m_Value); }
 
-    // A text, and nothing but a text.
+    // The text, or the empty text for another type.
     String_T<wchar_t> asString() const;
-    // A number without its fraction, and 0 for one that the result cannot hold.
+    // The number without its fraction, or 0 if the result cannot hold it.
     int asInt32() const;
     unsigned long long asUInt64() const;
-    // A number, and 0 for one that the result cannot hold.
+    // The number, or 0 if the result cannot hold it.
     float asFloat() const;
 
 private:
@@ -93,14 +92,15 @@ private:
 class COMMONGROUND_API Json
 {
 public:
-    // Arrays and objects inside one another that a text may have; a deeper one is refused.
+    // The maximum nesting of arrays and objects in a text; deeper texts are refused.
     static constexpr int kMaxDepth = 64;
 
-    // Takes one value off a text. Returns the place behind it, where anything may follow, or null when there is no
-    // whole value; the value is null then. Of members with one name the last holds, at the place of the first.
+    // Parses one value from a text. Returns the position after it, where anything may follow. Returns null, and sets
+    // the value to null, if the text has no complete value. Of several members with one name the last value is kept, at
+    // the position of the first.
     static const wchar_t* parseValue(const wchar_t* text, JsonValue& value);
-    // The text of a value: in one line without blanks, or, with isPretty, a line for each element and member, indented
-    // by four blanks a level. Characters stand as they are; only what JSON demands is escaped.
+    // The text of a value: one line without blanks, or, with isPretty, one line per element and member, indented by
+    // four blanks per level. Only characters that JSON requires to be escaped are escaped.
     static String_T<wchar_t> convertToString(const JsonValue& value, bool isPretty);
 
 private:

@@ -19,7 +19,7 @@ namespace
 
 using inner::LogMailbox;
 
-// Milliseconds that stop() waits for the modules, and whistle(), which does so once in a while at most.
+// Milliseconds that stop() and whistle() wait for the modules.
 constexpr unsigned int kStopWait = 2000;
 constexpr unsigned int kExitWait = 1000;
 constexpr unsigned int kWhistleWait = 100;
@@ -42,7 +42,7 @@ struct Sinks
 {
     std::mutex m_Mutex;
     std::vector<NumberedSink> m_Own;
-    // Never taken out, and never destroyed.
+    // Never removed, and never destroyed.
     std::vector<LogMailbox*> m_Modules;
     std::vector<Param> m_Params;
     int m_LastNumber = 0;
@@ -55,14 +55,14 @@ struct Sinks
     }
 };
 
-// Made by its first user and never destroyed: globals of any file may log while they go.
+// Created by its first user and never destroyed: destructors of globals may log.
 Sinks& getSinks()
 {
     static Sinks* const sinks = new Sinks;
     return *sinks;
 }
 
-// Set while this thread is inside a sink, where a further line could only wait for itself.
+// Set while this thread is inside a sink, where another line would deadlock.
 bool& isInSink()
 {
     thread_local bool inSink = false;
@@ -78,7 +78,7 @@ public:
     SinkScope& operator=(const SinkScope&) = delete;
 };
 
-// All modules there are now.
+// All modules at this moment.
 std::vector<LogMailbox*> getModules()
 {
     Sinks& sinks = getSinks();
@@ -99,7 +99,7 @@ bool waitForModules(const std::vector<LogMailbox*>& modules, unsigned int millis
     return isDone;
 }
 
-// What a module reports about itself goes to all other sinks, or to standard error if no other sink is there.
+// A module's report about itself goes to all other sinks, or to standard error if there is no other sink.
 void reportFromModule(const LogMailbox& from, Log::Level level, const String_T<wchar_t>& text)
 {
     bool isTold = false;
@@ -127,8 +127,8 @@ void reportFromModule(const LogMailbox& from, Log::Level level, const String_T<w
     }
 }
 
-// Locks held from the one to the other by the thread that forks. A sink that forks holds the log already; what it
-// starts has to leave the log alone.
+// The thread that forks holds these locks from the first call to the second. A sink that forks already holds the log's
+// lock; its child process must not use the log.
 void beginFork()
 {
     if (isInSink())
@@ -162,7 +162,7 @@ void Log::whistle(bool on)
             return;
         for (LogMailbox* module : sinks.m_Modules)
         {
-            // Where a wait was in vain, another one would be, too.
+            // If one wait timed out, another one would too.
             if (!module->isStalled())
                 modules.push_back(module);
             module->postWhistle(on);
@@ -252,7 +252,7 @@ void Log::stop()
         for (LogMailbox* module : modules)
             module->postStop();
     }
-    // Behind the lock, which a module takes to report.
+    // After the lock is released: a module takes it to report.
     waitForModules(modules, kStopWait);
 }
 
@@ -267,7 +267,7 @@ int Log::addSink(Sink sink)
 
 void Log::removeSink(int number)
 {
-    // The sink dies behind the lock: it may hold objects that log when they go.
+    // The sink is destroyed after the lock is released: it may own objects whose destructors log.
     Sink removed;
     Sinks& sinks = getSinks();
     const std::lock_guard lock(sinks.m_Mutex);

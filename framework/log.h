@@ -1,9 +1,8 @@
-// The log of a process: three levels, printf-style wide patterns, and whatever sinks are loaded.
+// The log of a process: three levels, printf-style wide patterns, and the loaded sinks.
 // Every operation may be called from any thread.
 //
-// Modules write on threads of their own, so logging does not wait for a disk or a console; whistle() may, as told
-// there. What waits for a module is bounded; lines beyond that are lost, counted, and reported when there is room
-// again.
+// Modules write on their own threads, so logging does not wait for a disk or a console; only whistle() may. The queue
+// of a module is bounded; lines beyond the bound are lost, counted, and reported when there is space again.
 #pragma once
 
 #include "framework/format.h"
@@ -23,12 +22,12 @@ public:
         kWarning,
         kError
     };
-    // Takes one finished line. Called on the thread that logs, one line at a time, or on a module's thread for what
-    // stands in that module's way; it holds whoever logs. A line that is logged from inside a sink is dropped, and a
-    // sink adds and removes no sinks.
+    // Receives one formatted line. Called on the thread that logs, one line at a time, or on a module's thread to
+    // report a fault of that module; it blocks the calling thread. A line logged from inside a sink is dropped. A sink
+    // must not add or remove sinks.
     using Sink = std::function<void(Level, const String_T<wchar_t>&)>;
 
-    // Not inline: what has nothing to say pays one jump.
+    // Not inline: code that logs nothing pays for one jump only.
     template <class... Args>
     [[gnu::cold, gnu::noinline]] static void message(const wchar_t* pattern, const Args&... args)
     {
@@ -48,28 +47,28 @@ public:
             write(kError, formatText(pattern, args...));
     }
 
-    // Called with false right behind the report of a serious fault. It waits, once a second and 100 ms at most, until
-    // the modules that do not stand still have put out all lines. With true it tells them that the fault is over.
+    // Call with false directly after the report of a serious fault: waits, at most 100 ms and once a second, until the
+    // modules that are not stalled have written all lines. Call with true to notify the modules that the fault is over.
     static void whistle(bool on);
-    // Waits until the modules have put out what was logged before. False where that takes longer than so many
-    // milliseconds, and inside a sink.
+    // Waits until the modules have written everything logged before. False after that many milliseconds, and inside a
+    // sink.
     static bool flush(unsigned int milliseconds);
-    // Lines that modules have lost since the start of the process, whatever the reason.
+    // Lines that modules have lost, for any reason, since the start of the process.
     static unsigned long long getLostLines();
 
-    // "FileLog@path=DIR/" and the like: the name of a log module, what to set, its value. Kept for modules loaded
-    // later.
+    // Sets a parameter of a log module: "MODULE@NAME=VALUE", such as "FileLog@path=DIR/". Also applies to modules
+    // loaded later.
     static void setparam(const wchar_t* text);
-    // Opens the loaded sinks. Lines logged before start() or behind stop() reach only sinks added by addSink. stop()
-    // waits until the modules have put out all lines, 2 seconds at most.
+    // Starts the loaded modules. Lines logged before start() or after stop() reach only sinks added by addSink. stop()
+    // waits until the modules have written all lines, at most 2 seconds.
     static bool start();
     static void stop();
 
-    // Adds a sink of the host's or a test's own, which gets every line, started or not; returns its number.
+    // Adds a sink of a host or a test, which gets every line, even while the log is not started. Returns its number.
     static int addSink(Sink sink);
     static void removeSink(int number);
 
-    // Whether anything takes lines now; if not, no pattern is filled.
+    // Whether any sink takes lines now; if not, no line is formatted.
     static bool isWanted();
     static void write(Level level, const String_T<wchar_t>& line);
 };

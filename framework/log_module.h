@@ -1,5 +1,4 @@
-// The binary interface between the library and a loadable log module: plain C, so that a module needs no more than
-// this.
+// The binary interface between the library and a loadable log module: plain C, so that a module needs nothing else.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -7,36 +6,36 @@
 namespace zet
 {
 
-// What a module gives of itself. All operations are called one at a time, in order, on a thread that the log keeps for
-// the module: a call that blocks does not block the threads that log. What a module itself logs comes too late for it,
-// so it reports faults as the result of m_Flush.
+// The operations of a module, called one at a time, in order, on a thread that the log keeps for the module: a blocking
+// call does not block the threads that log. A module cannot log its own faults in time, so it returns them from
+// m_Flush.
 struct LogModule
 {
-    // Rises with every change of this structure; a module of another version is not taken.
+    // Incremented with every change of this structure; a module of another version is refused.
     static constexpr int kVersion = 2;
 
     int m_Version;
-    // The name that Log::setparam knows it by, such as "FileLog".
+    // The name for Log::setparam, such as "FileLog".
     const wchar_t* m_Name;
     void (*m_SetParam)(const wchar_t* name, const wchar_t* value);
-    // Between start and stop the module gets lines.
+    // The module gets lines between start and stop.
     void (*m_Start)();
     void (*m_Stop)();
     // time is when the line was logged, in milliseconds since 1970 UTC, level a Log::Level; the line holds length units
-    // and a terminator. A module may gather lines until m_Flush.
+    // and a terminator. A module may buffer lines until m_Flush.
     void (*m_Write)(long long time, int level, const wchar_t* line, int length);
-    // 0: a serious fault was reported; its lines are put out already.
+    // 0: a serious fault was reported; its lines are already written.
     void (*m_Whistle)(int on);
-    // Called behind the last of the lines that wait: puts out what was gathered. Null, or what stands in the way, as a
-    // text that lasts until the next call; the lines gathered are lost then.
+    // Called after the last waiting line: writes the buffered lines. Returns null, or the fault as a text that is valid
+    // until the next call; the buffered lines are lost then.
     const wchar_t* (*m_Flush)();
 };
 
-// A module that has this entry point is a log module.
+// A module that exports this entry point is a log module.
 using LogModuleEntry = const LogModule* (*)();
 constexpr char kLogModuleEntryName[] = "zet_getLogModule";
 
-// Adds a module to the log for the rest of the process; a second time changes nothing. False for a foreign version.
+// Adds a module to the log until the process ends; a second call has no effect. False for another version.
 COMMONGROUND_API bool registerLogModule(const LogModule* module);
 
 } // namespace zet

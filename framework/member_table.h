@@ -1,4 +1,4 @@
-// Member tables: which members of a structure its stream form has, in their order.
+// Member tables: the members of a structure's stream form, in order.
 #pragma once
 
 #include "framework/stream.h"
@@ -8,7 +8,7 @@
 namespace zet
 {
 
-// One row. A table is a constant array of rows, so it is there before anything that runs at load.
+// One row. A table is a constant array of rows, so it is initialized before any code runs.
 template <class Class>
 struct Member_T
 {
@@ -30,7 +30,7 @@ struct Owner<Value Class::*>
 
 } // namespace member_table
 
-// The row of a member, which goes by the operators of the streams.
+// The row of a member, which is written and read by the stream operators.
 template <auto Member>
 constexpr auto memberOf(const wchar_t* name)
 {
@@ -39,8 +39,8 @@ constexpr auto memberOf(const wchar_t* name)
                            [](InputStream& stream, Class& object) { stream >> object.*Member; }};
 }
 
-// Writes the members of a table one behind the other, or reads them. What the operators throw goes to the caller, and
-// the members before the one that failed are written or read.
+// Writes or reads the members of a table in order. An exception from an operator goes to the caller; the members before
+// it have then been written or read.
 template <class Class, size_t Count>
 void writeMtbl(OutputStream& stream, const Class& object, const Member_T<Class> (&table)[Count])
 {

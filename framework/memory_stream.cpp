@@ -9,7 +9,7 @@ namespace zet
 int MemoryInput::peek(void* data, int size)
 {
     const int count = std::clamp(size, 0, m_Size);
-    // What is shown may lie where it is read to.
+    // Source and target may overlap.
     if (count > 0)
         std::memmove(data, m_At, static_cast<size_t>(count));
     return count;
@@ -79,12 +79,11 @@ int MemoryStream::write(const void* data, int size)
     }
     else if (m_ReadAt >= m_Bytes.size() / 2 && m_Bytes.size() + static_cast<size_t>(size) > m_Bytes.capacity())
     {
-        // At least as many bytes were read as are moved here, so a store that is never empty stays small at little
-        // cost.
+        // Moves at most as many bytes as were read, so a store that is never empty stays small at low cost.
         m_Bytes.erase(m_Bytes.begin(), m_Bytes.begin() + static_cast<std::ptrdiff_t>(m_ReadAt));
         m_ReadAt = 0;
     }
-    // getSize() is an int: what it could not tell is not taken.
+    // getSize() is an int: bytes beyond its range are refused.
     if (m_Bytes.size() - m_ReadAt + static_cast<size_t>(size) > 0x7FFFFFFFu)
         return 0;
     const unsigned char* bytes = static_cast<const unsigned char*>(data);

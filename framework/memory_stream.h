@@ -1,4 +1,4 @@
-// Bytes in memory as streams: a growing store, and a view of bytes that lie elsewhere.
+// Bytes in memory as streams: a growing store, and a view of existing bytes.
 #pragma once
 
 #include "framework/stream.h"
@@ -6,14 +6,14 @@
 namespace zet
 {
 
-// Shows bytes where they lie; they outlive it.
+// A view of bytes, which must outlive it.
 class COMMONGROUND_API MemoryInput final : public Input
 {
 public:
     MemoryInput() = default;
     MemoryInput(const void* bytes, int size) { show(bytes, size); }
 
-    // Shows other bytes from now on; none for a negative size.
+    // Changes the view to other bytes; a negative size counts as 0.
     void show(const void* bytes, int size)
     {
         m_At = static_cast<const unsigned char*>(bytes);
@@ -30,13 +30,13 @@ private:
     int m_Size = 0;
 };
 
-// Reads from the front, writes at the end. A write may throw away what was read and move the rest.
+// Reads from the front, writes at the end. A write may discard the bytes already read and move the rest.
 class COMMONGROUND_API MemoryStream : public IO
 {
 public:
     static Unknown::Handle_T<MemoryStream> createInstance();
 
-    // Bytes written and not yet read.
+    // Bytes written and not read yet.
     int getSize() const { return available(); }
     void clear();
 

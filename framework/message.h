@@ -1,4 +1,4 @@
-// Messages: what travels between sessions.
+// Messages: the objects that sessions exchange.
 #pragma once
 
 #include "framework/dispenser.h"
@@ -7,8 +7,8 @@
 namespace zet
 {
 
-// The base of all messages. It has no fields of its own, so it adds nothing to the stream form of a message.
-// A class of messages has getClassName_() and getClassId_(), and enters Unknown::RtFactory under its name.
+// The base of all messages. It has no fields, so it adds nothing to the stream form of a message.
+// A message class has getClassName_() and getClassId_(), and registers in Unknown::RtFactory under its name.
 class COMMONGROUND_API Message : public Property
 {
 public:
@@ -16,18 +16,19 @@ public:
     bool importFrom(InputStream& stream) override;
     bool exportTo(OutputStream& stream) const override;
 
-    // Bytes that the class name of a message has at most. It is of printable ASCII without blanks.
+    // The maximum length in bytes of a message's class name, which consists of printable ASCII without blanks.
     static constexpr int kMaxClassName = 128;
 
-    // A whole message: the class name as a Varint count and its bytes, then the message's own form. False where the
-    // name is none or the message does not write itself; part of it is written then.
+    // Writes a whole message: the class name as a Varint count and bytes, then the message's own form. False if the
+    // name is invalid or the message fails to write itself; a part may have been written then.
     static bool writeWhole(OutputStream& stream, const Message& message);
-    // The next whole message of a stream, or null where its bytes are none: no name, no registered class of messages,
-    // or a form that the class refuses. Nothing is thrown, and the log is told what the class had to say.
+    // Reads the next whole message, or returns null if the bytes are not a valid message: an invalid name, a class that
+    // is not a registered message class, or a form that the class refuses. Throws nothing; an exception of the class is
+    // logged.
     static Unknown::Handle_T<Message> readWhole(InputStream& stream);
 };
 
-// What the message base writes, and reads: nothing.
+// The message base writes and reads nothing.
 inline OutputStream& operator<<(OutputStream& stream, const Message&)
 {
     return stream;
@@ -37,7 +38,7 @@ inline InputStream& operator>>(InputStream& stream, Message&)
     return stream;
 }
 
-// A method that gets the messages of one class: MessageHandler(this, &Host::onGreeting) for
+// A handler for messages of one class: MessageHandler(this, &Host::onGreeting) for
 // void Host::onGreeting(Greeting*).
 using MessageHandler = Handler_T<Message>;
 

@@ -10,7 +10,7 @@ namespace zet
 namespace
 {
 
-// A module may be called with the prefix of libraries too.
+// A module's file may also have the prefix "lib".
 void* openModuleFile(const String_T<wchar_t>& file)
 {
     for (const String_T<wchar_t>& directory : {platform::getLibraryDirectory(), getAppPath()})

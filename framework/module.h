@@ -1,4 +1,4 @@
-// Loadable modules by their names.
+// Loadable modules by name.
 #pragma once
 
 #include "framework/unknown.h"
@@ -6,8 +6,8 @@
 namespace zet
 {
 
-// One loaded module, which stays as long as the object does. A log module stays for the rest of the process, since the
-// log calls into it.
+// One loaded module, unloaded with the object. A log module stays loaded until the process ends, since the log calls
+// into it.
 class COMMONGROUND_API DllModule : public virtual Unknown
 {
 public:
@@ -16,12 +16,12 @@ public:
     DllModule(const DllModule&) = delete;
     DllModule& operator=(const DllModule&) = delete;
 
-    // Loads "zet_Name.dll", under whatever file name it has on this platform, from beside this library or else from
-    // beside the executable; a log module joins the log. False when it is not there, or is none of ours, or a module
-    // is loaded already. A name is no path.
+    // Loads "zet_Name.dll", or the file of that module on this platform, from the folder of this library or else of the
+    // executable; a log module is added to the log. False if the file does not exist or is not a valid module, or if a
+    // module is already loaded. A name cannot contain a path.
     virtual bool load(const wchar_t* name);
     bool isLoaded() const { return m_Module != nullptr; }
-    // Null when nothing of that name is exported.
+    // Null if the module exports nothing of that name.
     void* findSymbol(const char* name) const;
     const wchar_t* getClassName() const override { return L"zet::DllModule"; }
 

@@ -33,7 +33,7 @@ void PacketReader::attachOwner(Input* input)
 
 Unknown::Handle_T<Input> PacketReader::detach()
 {
-    // What the source still holds of a packet handed over is the source's to forget.
+    // The source itself discards the bytes of a packet already passed.
     m_Shown = 0;
     m_Next = -1;
     m_IsCollectedShown = false;
@@ -78,7 +78,7 @@ bool PacketReader::read(std::span<const unsigned char>& packet)
             const unsigned char* head = m_Input->view(kHeadSize);
             if (!head)
             {
-                // A source that shows its bytes keeps them until there are enough; any other one may be out of room.
+                // A source that shows its bytes keeps them until there are enough; any other may run out of space.
                 const int there = m_Input->available();
                 return there >= kHeadSize || (there > 0 && !m_Input->view(1)) ? collect(packet) : true;
             }
@@ -92,7 +92,7 @@ bool PacketReader::read(std::span<const unsigned char>& packet)
             continue;
         }
         const int whole = kHeadSize + static_cast<int>(size);
-        // Mostly the next head is there, too, and one look does for both.
+        // Usually the next length word has arrived too, and one peek covers both.
         const unsigned char* shown = m_Input->view(whole + kHeadSize);
         if (shown)
             m_Next = headOf(shown + whole);

@@ -1,4 +1,4 @@
-// Packets on a byte stream: a length word of 32 bits, little-endian, and so many bytes. One write is one read.
+// Packets on a byte stream: a 32-bit little-endian length and that many bytes. One write is one read.
 #pragma once
 
 #include "framework/memory_stream.h"
@@ -9,88 +9,88 @@
 namespace zet
 {
 
-// Takes whole packets off an Input. Memory grows with the bytes that came, never with the length that was announced.
-// One reader belongs to one thread.
+// Reads whole packets from an Input. Memory grows with the bytes received, never with the announced length.
+// A reader belongs to one thread.
 class COMMONGROUND_API PacketReader
 {
 public:
-    // The largest stream frame of a command: its header with two addresses, and its payload.
+    // The size of a command's largest stream frame: the header with two addresses, and the payload.
     static constexpr int kDefaultLimit = 38 + 0x0FFFFFFF;
 
     PacketReader() = default;
     PacketReader(const PacketReader&) = delete;
     PacketReader& operator=(const PacketReader&) = delete;
 
-    // Reads from input from now on, and forgets what was left of another one. A source that handles hold is held until
+    // Starts reading from input and discards the rest of a previous source. A source owned by handles is held until
     // detach().
     void attach(Input* input);
-    // The same without a handle: for the source that this reader is a part of, which outlives it.
+    // The same without a handle, for a source that contains this reader and so outlives it.
     void attachOwner(Input* input);
-    // Returns the handle of the source; null where there is none.
+    // Returns the handle of the source, or null if there is none.
     Unknown::Handle_T<Input> detach();
     bool isAttached() const { return m_Input != nullptr; }
 
-    // Hands over the next whole packet, or leaves the stream empty and returns true where none is there yet or no
-    // source is attached. False once the byte stream is broken, by a length above the limit. The stream shows the
-    // packet only until the next read() or detach(), and what the caller leaves of it is skipped. Packets of no bytes
-    // are passed over, up to kEmptyAtOnce of them by one call: a peer that sends nothing else gets no longer turn.
+    // Passes the next whole packet. Returns true with an empty stream if no packet is complete yet or no source is
+    // attached; false once a length above the limit has broken the byte stream. The packet is valid until the next
+    // read() or detach(); bytes that the caller leaves unread are skipped. Empty packets are skipped, at most
+    // kEmptyAtOnce per call, so that a peer that sends nothing else cannot prolong a call.
     bool read(InputStream& stream);
-    // The same without a stream: the packet's bytes where they lie, valid as long; none where the stream would be
-    // empty.
+    // The same without a stream: the packet's bytes in place, valid as long; no bytes where the stream would be empty.
     bool read(std::span<const unsigned char>& packet);
-    // Whether the last read() handed nothing over because of empty packets; another call may find more.
+    // Whether the last read() stopped because of empty packets; another call may find a packet.
     bool hasPaused() const { return m_HasPaused; }
 
     static constexpr int kEmptyAtOnce = 256;
 
-    // Bytes that a packet may have, without its length word; 1 to kLargestLimit.
+    // The maximum bytes of a packet, without its length word; 1 to kLargestLimit.
     static constexpr int kLargestLimit = 0x7FFFFF00;
     void setLimit(int limit) { m_Limit = limit < 1 ? 1 : limit > kLargestLimit ? kLargestLimit : limit; }
     int getLimit() const { return m_Limit; }
 
 private:
     bool collect(std::span<const unsigned char>& packet);
-    // Takes bytes until so many are collected; false where the source runs dry before.
+    // Collects bytes up to the given number; false if the source has fewer.
     bool take(size_t upTo);
 
     Input* m_Input = nullptr;
     Unknown::Handle_T<Input> m_Owner;
-    // The packet that a stream was given.
+    // The packet passed by a stream.
     MemoryInput m_Window;
     int m_Limit = kDefaultLimit;
-    // Bytes of the source that the packet last handed over still takes up.
+    // Bytes of the source that the last packet still occupies.
     int m_Shown = 0;
-    // The length of the packet behind it, where the source has shown that too; else -1.
+    // The length of the next packet, if the source has shown it too; else -1.
     long long m_Next = -1;
-    // A packet whose source cannot show it in one piece is put together here, its length word included.
+    // A packet that the source cannot show in one piece is assembled here, including its length word.
     std::vector<unsigned char> m_Collected;
     bool m_IsCollectedShown = false;
     bool m_HasPaused = false;
 };
 
-// Puts packets on an Output. One writer belongs to one thread.
+// Writes packets to an Output. A writer belongs to one thread.
 class COMMONGROUND_API PacketWriter
 {
 public:
-    // Bytes in front of each packet.
+    // Bytes of the length word before each packet.
     static constexpr int kHeadSize = 4;
 
     PacketWriter() = default;
     PacketWriter(const PacketWriter&) = delete;
     PacketWriter& operator=(const PacketWriter&) = delete;
 
-    // As with PacketReader.
+    // As in PacketReader.
     void attach(Output* output);
     void attachOwner(Output* output);
     Unknown::Handle_T<Output> detach();
     bool isAttached() const { return m_Output != nullptr; }
 
-    // Takes all that the stream holds and sends it as one packet; an empty stream sends none. False where no sink is
-    // attached or the sink does not take it all; then part of a packet may be out, and the sink is of no use for more.
+    // Sends all bytes of the stream as one packet; an empty stream sends nothing. False if no sink is attached or the
+    // sink does not accept everything; a part of the packet may have been sent then, and the sink must not be used
+    // again.
     bool write(InputStream& stream);
 
-    // Sends the size bytes behind the first kHeadSize bytes of place as one packet, with one write; the head is
-    // written into place. The same result as write().
+    // Sends the size bytes after the first kHeadSize bytes of place as one packet, with one write; the length word is
+    // written into these first bytes. The same result as write().
     bool writePlaced(unsigned char* place, int size)
     {
         if (!m_Output)

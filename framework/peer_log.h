@@ -1,4 +1,4 @@
-// What the log says about the bytes of one peer, within bounds.
+// Bounds the log lines about the bytes of one peer.
 #pragma once
 
 #include "framework/string.h"
@@ -6,31 +6,31 @@
 namespace zet
 {
 
-// A peer's share of the log. Of what the library reports about bytes that the peer sent, such as malformed frames and
-// unknown commands, the first lines are logged, and from then on a few in a second; those left out are counted, and the
-// next line, or the end of the connection, says how many they were. Lines that a host logs have no bound here. An
-// object belongs to one thread at a time; the static operations are for any thread.
+// A peer's share of the log. Of the library's lines about the peer's bytes, such as malformed frames and unknown
+// commands, the first ones are logged, then a few per second; the omitted ones are counted, and the next line or the
+// end of the connection reports their number. Lines that a host logs are not bounded. An object belongs to one thread
+// at a time; the static operations may be called from any thread.
 class COMMONGROUND_API PeerLog
 {
 public:
-    // Lines that are logged at once, and milliseconds until there is room for one more.
+    // Lines that may be logged at once, and milliseconds until one more is allowed.
     static constexpr unsigned int kBurst = 32;
     static constexpr unsigned int kInterval = 250;
 
-    // The name of a peer, asked for when its lines are left out.
+    // Returns the name of the peer; called when lines are omitted.
     using NameOf = String_T<wchar_t> (*)(const void* peer);
 
     PeerLog() = default;
-    // As finish().
+    // Calls finish().
     ~PeerLog();
     PeerLog(const PeerLog&) = delete;
     PeerLog& operator=(const PeerLog&) = delete;
 
-    // Logs how many lines were left out since the last one, if any were, and begins anew for another connection.
+    // Logs the number of lines omitted since the last one, if any, and resets the share for another connection.
     // Without memory that line is lost.
     void finish() noexcept;
 
-    // What this thread reports is about a peer's bytes as long as it lives. The share must outlive it.
+    // While it lives, this thread's reports are about the peer of the share, which must outlive it.
     class COMMONGROUND_API Scope
     {
     public:
@@ -48,10 +48,10 @@ public:
         const Scope* const m_Before;
     };
 
-    // Asked by the library before it reports such a line: whether the share of the peer whose scope this thread is in
-    // has room for it. True outside of a scope. Takes the room, or counts the line.
+    // Called by the library before it logs such a line: whether the current scope's share allows it. True outside of a
+    // scope. Uses one line of the share, or counts the line as omitted.
     static bool takesLine();
-    // Lines left out since the start of the process.
+    // Lines omitted since the start of the process.
     static unsigned long long getLeftOut();
 
 private:
@@ -59,10 +59,10 @@ private:
     void sayLeftOut();
 
     unsigned int m_Room = kBurst;
-    // When room was added last, as getTimeTick() gives it.
+    // When the share last grew, in ticks of getTimeTick().
     unsigned int m_Refilled = 0;
     unsigned long long m_LeftOut = 0;
-    // Of the peer, once lines were left out.
+    // The name of the peer, once lines were omitted.
     String_T<wchar_t> m_Name;
 };
 

@@ -1,4 +1,4 @@
-// Objects whose fields have names: how they go to JSON and come back.
+// Objects with named fields, and their conversion to and from JSON.
 #pragma once
 
 #include "framework/json.h"
@@ -12,14 +12,14 @@ namespace zet
 
 class Property;
 
-// How the values of one type go to JSON and come back. The value behind the pointer is of that type.
+// Converts values of one type to and from JSON. The pointer refers to a value of that type.
 class COMMONGROUND_API IPropertyConverter
 {
 public:
     virtual ~IPropertyConverter();
     virtual const std::type_info& getType() const = 0;
     virtual bool convertToJson(const void* value, JsonValue& json) const = 0;
-    // False where the JSON does not fit; the value is as it was then.
+    // False if the JSON does not match; the value is unchanged then.
     virtual bool convertFromJson(const JsonValue& json, void* value) const = 0;
 };
 
@@ -29,70 +29,70 @@ class COMMONGROUND_API IPropertyAttribute
 public:
     virtual ~IPropertyAttribute();
     virtual const wchar_t* getName() const = 0;
-    // The name under which the converter of its type is registered.
+    // The name of its type's converter.
     virtual const wchar_t* getTypeName() const = 0;
     virtual const wchar_t* getDescription() const = 0;
     virtual const std::type_info& getType() const = 0;
-    // The field of an object, or null where the object has none of it.
+    // The field of an object, or null if the object does not have it.
     virtual const void* getValue(const Property& object) const = 0;
     virtual void* getValue(Property& object) const = 0;
 };
 
-// The attributes of a class, its bases' first. They are not owned and live as long as the program.
+// The attributes of a class, those of its bases first. They are not owned and live until the program ends.
 using PropertyAttributes = std::vector<const IPropertyAttribute*>;
 
 // An object with named fields.
 class COMMONGROUND_API Property : public virtual Unknown
 {
 public:
-    // The name of the type among the types of fields: that of the class, for a class of objects.
+    // The type name for fields of this class: the class name.
     virtual const wchar_t* getPropertyType() const { return getClassName(); }
-    // Every class with fields of its own says which; the base has none.
+    // Each class with fields returns its attributes; the base has none.
     virtual const PropertyAttributes& getPropertyAttributes() const;
 
-    // Takes the fields that a JSON object has under their names; a field that is missing there, or null, stays as it
-    // was, and names that are none of a field are passed over. False where the JSON is no object or a value does not
-    // fit its field: the fields before that one are taken, that one and those behind it are as they were.
+    // Sets the fields that a JSON object has by name; a missing or null field is unchanged, and unknown names are
+    // ignored. False if the JSON is not an object or a value does not match its field: the fields before it are set,
+    // that field and those after it are unchanged.
     bool importProperty(const JsonValue& json);
-    // Makes json an object with all fields under their names. False where a field has no converter.
+    // Sets json to an object with all fields by name. False if a field has no converter.
     bool exportProperty(JsonValue& json) const;
 };
 
-// One attribute of an object to JSON and back, by the registered converter of its type. False where there is none,
-// where it is one of another type, or where the object has no such field or the JSON does not fit; a failed set leaves
-// the object as it was.
+// Converts one attribute of an object to and from JSON by the registered converter of its type. False if there is no
+// converter or one of another type, if the object does not have the field, or if the JSON does not match; a failed set
+// leaves the object unchanged.
 COMMONGROUND_API bool PropertyAttribute_get(const Property& object, const IPropertyAttribute& attribute,
                                             JsonValue& json);
 COMMONGROUND_API bool PropertyAttribute_set(Property& object, const IPropertyAttribute& attribute,
                                             const JsonValue& json);
 
-// Fills the attribute tables of classes. Not locked: each class guards its own table.
+// Fills the attribute tables of classes. Not locked: each class protects its own table.
 struct COMMONGROUND_API PropertyAttributeHelper
 {
-    // False, and nothing changed, where the table has an attribute of that name.
+    // False, without a change, if the table already has an attribute of that name.
     static bool registerPropertyAttribute(PropertyAttributes& table, const IPropertyAttribute& attribute);
-    // Adds those of a base class whose names the table has not.
+    // Adds the attributes of a base class whose names the table does not have.
     static void mergePropertyAttribute(PropertyAttributes& table, const PropertyAttributes& base);
 };
 
-// The converters by the names of their types. Any thread. The names "zet::Uuid", "zet::UuidArray" and "zet::Buffer"
-// are there from the start: lower-case hexadecimal digits, and an array of such texts.
+// The converters by type name. Any thread. "zet::Uuid", "zet::UuidArray" and "zet::Buffer" are built in: lower-case
+// hexadecimal digits, for "zet::UuidArray" an array of such texts.
 struct COMMONGROUND_API PropertyFactory
 {
-    // Replaces what is registered under the name. The converter is not owned and stays until it is torn down.
+    // Replaces a converter of the same name. The converter is not owned and must live until it is removed.
     static void setUpPropertyConverter(const wchar_t* typeName, const IPropertyConverter& converter);
     static void tearDownPropertyConverter(const wchar_t* typeName);
-    // Null where there is none.
+    // Null if there is none.
     static const IPropertyConverter* getPropertyConverter(const wchar_t* typeName);
 };
 
-// Whole objects: {"class":"NetMessage","property":{...}}, and null for no object.
+// Whole objects: {"class":"NetMessage","property":{...}}, or null for a null pointer.
 struct COMMONGROUND_API PropertyHelper
 {
-    // False where a field does not come out; json then has the fields before it.
+    // False if a field cannot be converted; json then has the fields before it.
     static bool convertPropertyToJson(const Property* object, JsonValue& json);
-    // Makes the object by Unknown::RtFactory. False, and null, where the JSON has another form, names no registered
-    // class of properties, or its fields do not fit.
+    // Creates the object by Unknown::RtFactory. False, and null, if the JSON has another form, does not name a
+    // registered class with properties, or its fields do not match.
     static bool convertPropertyToClass(const JsonValue& json, Unknown::Handle_T<Property>& object);
 };
 

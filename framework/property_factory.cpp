@@ -41,7 +41,7 @@ int digitOf(wchar_t unit)
     return -1;
 }
 
-// The bytes of a text of twice as many digits.
+// Parses hexadecimal digits, two per byte.
 bool readHex(const String_T<wchar_t>& text, void* data, int size)
 {
     if (text.getLength() != 2 * size)
@@ -123,8 +123,8 @@ struct Converters
         {L"zet::Uuid", &m_Uuid}, {L"zet::UuidArray", &m_UuidArray}, {L"zet::Buffer", &m_Buffer}};
 };
 
-// Types enter from constructors and leave from destructors of globals in any file, so the table is made by its first
-// user and never destroyed.
+// Constructors and destructors of globals in any file add and remove types, so the table is created by its first user
+// and never destroyed.
 Converters& getConverters()
 {
     static Converters* const converters = new Converters;

@@ -1,4 +1,4 @@
-// Attributes and converters made from C++ types.
+// Attributes and converters for C++ types.
 #pragma once
 
 #include "framework/property.h"
@@ -8,7 +8,7 @@
 namespace zet
 {
 
-// A member as an attribute. The texts are literals.
+// An attribute for a member. The texts must be literals.
 template <auto Member>
 class PropertyAttribute_T;
 
@@ -42,7 +42,7 @@ private:
     const wchar_t* m_Description;
 };
 
-// The base of a converter of Value, which states the two directions.
+// The base of a converter of Value, which implements both directions.
 template <class Value>
 class PropertyConverter_T : public IPropertyConverter
 {
@@ -57,7 +57,7 @@ public:
     }
     bool convertFromJson(const JsonValue& json, void* value) const override
     {
-        // What fits in part is not taken.
+        // A partial match is refused.
         Value made;
         if (!fromJson(json, made))
             return false;
@@ -67,7 +67,7 @@ public:
 };
 
 // A container of handles to objects of a class, such as std::vector<Unknown::Handle_T<NetMessage>>: a JSON array of
-// whole objects. An object of a derived class stays one.
+// whole objects. Objects of derived classes keep their class.
 template <class Container>
 class HandlesConverter_T final : public PropertyConverter_T<Container>
 {
@@ -100,7 +100,7 @@ public:
     }
 };
 
-// Holds a converter in PropertyFactory as long as it lives.
+// Registers a converter in PropertyFactory for its own lifetime.
 template <class Converter>
 class PropertyConverterRegistration
 {

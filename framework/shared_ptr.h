@@ -1,4 +1,4 @@
-// A counted pointer to a value that is no counted object itself.
+// A reference-counted pointer to a value that is not a counted object.
 #pragma once
 
 #include <memory>

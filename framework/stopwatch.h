@@ -1,4 +1,4 @@
-// How long something has taken, at a price that allows to ask before every packet.
+// Measures elapsed time, cheaply enough to check before every packet.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -6,19 +6,19 @@
 namespace zet
 {
 
-// Measures with getTimeTick() from its construction on. Where the processor's counter says that less than 0.1 ms has
-// passed since the clock was read, the clock is not read again; a TestClock that was on then is always read.
+// Measures with getTimeTick() from its construction. If the processor's counter shows that less than 0.1 ms has passed
+// since the clock was read, the clock is not read again; a TestClock that was active then is always read.
 class COMMONGROUND_API Stopwatch
 {
 public:
     Stopwatch();
-    // Milliseconds, wrapping as the tick does.
+    // Milliseconds, wrapping like the tick.
     unsigned int getElapsed();
 
 private:
     unsigned int readClock();
 
-    // Cycles for which what the clock said holds.
+    // Cycles for which the last clock value is valid.
     unsigned long long m_Trusted;
     unsigned int m_Start;
     unsigned int m_Elapsed = 0;

@@ -94,7 +94,7 @@ InputStream& operator>>(InputStream& stream, std::vector<Uuid>& ids)
     if (count.m_Value > static_cast<unsigned long long>(std::numeric_limits<int>::max()))
         throw Exception(L"std::vector invalid size.", __FILE__, __LINE__);
     ids.clear();
-    // The list grows with the identifiers that are there, not with the number announced.
+    // The list grows with the identifiers received, not with the announced count.
     for (unsigned long long i = 0; i < count.m_Value; ++i)
     {
         Uuid id;

@@ -9,22 +9,22 @@
 namespace zet
 {
 
-// A source of bytes. Counts are bytes; each operation returns how many it delivered, 0 when there is none.
+// A source of bytes. Counts are bytes; each operation returns the number delivered, 0 if there are none.
 class COMMONGROUND_API Input : public virtual Unknown
 {
 public:
     virtual int available() const = 0;
-    // Copies up to size bytes without taking them.
+    // Copies up to size bytes without consuming them.
     virtual int peek(void* data, int size) = 0;
     virtual int read(void* data, int size) = 0;
-    // The next size bytes where they lie, untaken, or null where the source cannot show them in one piece.
-    // Valid until the source is next touched.
+    // The next size bytes in place, not consumed, or null if the source cannot show them in one piece. Valid until the
+    // source is next used.
     virtual const unsigned char* view(int size);
-    // Takes up to size bytes without copying them.
+    // Skips up to size bytes.
     virtual int skip(int size);
 };
 
-// A sink of bytes; write returns how many it took.
+// A sink of bytes; write returns the number accepted.
 class COMMONGROUND_API Output : public virtual Unknown
 {
 public:
@@ -35,8 +35,8 @@ class COMMONGROUND_API IO : public Input, public Output
 {
 };
 
-// Reads from an Input. Made from a plain pointer it does not own the source, which must then outlive it;
-// made from a handle it keeps the source alive. A stream with no source counts as empty.
+// Reads from an Input. Constructed from a plain pointer it does not own the source, which must outlive it; constructed
+// from a handle it keeps the source alive. A stream without a source is empty.
 class COMMONGROUND_API InputStream
 {
 public:
@@ -61,7 +61,7 @@ private:
     Unknown::Handle_T<Input> m_Owner;
 };
 
-// Writes to an Output, with the ownership of InputStream.
+// Writes to an Output, with the ownership rules of InputStream.
 class COMMONGROUND_API OutputStream
 {
 public:
@@ -80,7 +80,8 @@ private:
     Unknown::Handle_T<Output> m_Owner;
 };
 
-// Identifiers go as their 16 bytes, vectors of them behind a Varint count. A short read or write throws Exception.
+// The stream form of an identifier is its 16 bytes, of a vector a Varint count and the identifiers. A short read or
+// write throws Exception.
 COMMONGROUND_API OutputStream& operator<<(OutputStream& stream, const Uuid& id);
 COMMONGROUND_API InputStream& operator>>(InputStream& stream, Uuid& id);
 COMMONGROUND_API OutputStream& operator<<(OutputStream& stream, const std::vector<Uuid>& ids);

@@ -8,8 +8,8 @@ namespace
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-// Takes one character off UTF-8 text. A sequence that is cut, too long for its value or outside Unicode gives the
-// replacement for its longest sound beginning.
+// Reads one character of UTF-8 text. A sequence that is truncated, overlong or outside Unicode gives the replacement
+// character for its longest valid prefix.
 char32_t takeUtf8(const unsigned char*& at)
 {
     const unsigned char lead = *at++;
@@ -57,8 +57,8 @@ char32_t takeUtf8(const unsigned char*& at)
     return value;
 }
 
-// Takes one character off wide text, whose units are UTF-16 or whole characters by their width. Pairs are joined in
-// both, since a 32-bit text may have been put together from 16-bit units.
+// Reads one character of wide text, whose units are UTF-16 or whole characters, depending on their width. Surrogate
+// pairs are joined in both, since a 32-bit text may have been built from 16-bit units.
 char32_t takeWide(const wchar_t*& at)
 {
     const char32_t unit = static_cast<char32_t>(static_cast<std::make_unsigned_t<wchar_t>>(*at++));
@@ -107,7 +107,7 @@ String_T<wchar_t> StringHelper::utf8ToWide(const char* text)
     String_T<wchar_t> wide;
     if (!text)
         return wide;
-    // The first pass counts, so that the text gets its room once.
+    // The first pass counts, so that the text is allocated once.
     int length = 0;
     wchar_t unit[2];
     for (const unsigned char* at = reinterpret_cast<const unsigned char*>(text); *at;)

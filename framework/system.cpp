@@ -17,7 +17,7 @@ namespace zet
 namespace
 {
 
-// The way to sleep of a System that has nothing to watch.
+// The waiter of a System without sockets.
 class PlainWaiter : public System::Waiter
 {
 public:
@@ -86,7 +86,7 @@ void System::loop()
     }
 }
 
-// Nothing leaves a tick: not what a task throws, and not what its report throws where memory is short.
+// No exception leaves a tick: neither that of a task nor one of its report without memory.
 template <class Call>
 void System::guard(Call call) noexcept
 {
@@ -119,7 +119,7 @@ void System::tick()
         m_LastTick = getTimeTick();
         guard([this] { onTick(m_LastTick); });
         tickTasks(m_LastTick);
-        // A task may have put another waiter in its place.
+        // A task may have replaced the waiter.
         guard([this] { m_Waiters.back()->endTick(); });
     }
     dropStopped();
@@ -127,7 +127,7 @@ void System::tick()
 
 void System::tickTasks(unsigned int tick)
 {
-    // Tasks that start meanwhile come with the next tick; those that stop leave an empty place.
+    // Tasks that start meanwhile run in the next tick; those that stop leave an empty entry.
     const size_t count = m_Tasks.size();
     for (size_t i = 0; i < count; ++i)
         if (Task* task = m_Tasks[i].m_Task)
@@ -139,7 +139,7 @@ void System::dropStopped()
 {
     while (std::exchange(m_HasStopped, false))
     {
-        // Those that are left move to the front in their order.
+        // The remaining entries move to the front in order.
         size_t kept = 0;
         for (size_t i = 0; i < m_Tasks.size(); ++i)
             if (m_Tasks[i].m_Task)
@@ -149,7 +149,7 @@ void System::dropStopped()
             const Entry stopped = std::move(m_Tasks.back());
             m_Tasks.pop_back();
         }
-        // What is let go of may start a task behind those that are still to go.
+        // Releasing a task may start another one, after those not yet released.
         for (const Entry& entry : m_Tasks)
             m_HasStopped = m_HasStopped || !entry.m_Task;
     }
@@ -183,7 +183,7 @@ void System::shutdown()
 
 void System::exit()
 {
-    // The last one that started stops first. A task may stop others meanwhile.
+    // Tasks stop in reverse order. A task may stop others meanwhile.
     for (size_t i = m_Tasks.size(); i-- > 0;)
     {
         if (i >= m_Tasks.size() || !m_Tasks[i].m_Task)
@@ -208,7 +208,7 @@ int System::getTaskCount() const
 
 void System::wait()
 {
-    // The order of the two steps, and that of wake(), lets no waking fall between them.
+    // The order of these two steps, and of those in wake(), ensures that no wake() is lost.
     if (m_IsWoken.exchange(false))
         return;
     guard([this] { m_Waiters.back()->wait(getWaitTime()); });
@@ -249,7 +249,7 @@ bool System::add(Task* task)
 {
     if (Thread::getCurrentThreadId() != getRunThreadId())
         return false;
-    // An object that no handle holds is its maker's; a handle of ours would be its last one.
+    // An object that no handle holds belongs to its creator; a handle here would be the last one and delete it.
     m_Tasks.push_back({task, task->getRefCount() > 0 ? Unknown::Handle_T<Task>(task) : Unknown::Handle_T<Task>()});
     return true;
 }

@@ -1,4 +1,4 @@
-// The run loop of tasks. One System is one thread: its ticks do all the work, and between them it sleeps.
+// The run loop of tasks. One System is one thread: it works in ticks and sleeps between them.
 #pragma once
 
 #include "framework/string.h"
@@ -11,55 +11,56 @@
 namespace zet
 {
 
-// Ticks its tasks until it is told to stop. All operations belong to the thread that called init(), or, before that,
-// to the thread that made it; shutdown() and wake() may be called from any thread.
+// Ticks its tasks until shutdown(). All operations belong to the thread that called init(), or, before that, to the
+// thread that constructed it; shutdown() and wake() may be called from any thread.
 class COMMONGROUND_API System : public virtual Unknown
 {
 public:
     class Task;
     class Waiter;
 
-    // Milliseconds from one tick to the next where nothing wakes the system earlier.
+    // Milliseconds from one tick to the next if nothing wakes the system earlier.
     static constexpr unsigned int kTickInterval = 10;
-    // The number that onException() gets for what is thrown as a std::exception, and for anything else.
+    // The codes that onException() gets for a std::exception and for anything else.
     static constexpr unsigned long kStandardException = 1;
     static constexpr unsigned long kOtherException = 2;
 
     System();
-    // Stops the tasks that are still there.
+    // Stops the remaining tasks.
     ~System() override;
     System(const System&) = delete;
     System& operator=(const System&) = delete;
 
-    // Takes the calling thread as the run thread. False ends run() before its first tick; here, only within a tick.
+    // Makes the calling thread the run thread. False ends run() before its first tick; this class returns false only
+    // within a tick.
     virtual bool init();
-    // Stops all tasks. It stands here for the order of the virtual operations, which hosts are built against.
+    // Stops all tasks. Declared here because hosts depend on the order of the virtual functions.
     virtual void exit();
     // init(), ticks until shutdown(), exit(). Returns what init() returned.
     virtual bool run();
-    // One pass over all tasks that are due; it never waits. A call from within a tick does nothing.
+    // One pass over all due tasks; never waits. A call from within a tick does nothing.
     virtual void tick();
-    // Called once a tick, before the tasks, with the time of the tick as getTimeTick() gives it.
+    // Called once per tick, before the tasks, with the time of the tick from getTimeTick().
     virtual void onTick(unsigned int tick);
-    // Asks run() to end behind the present tick.
+    // Makes run() end after the current tick.
     virtual void shutdown();
-    // Told of what a task threw, after the log has been told; the task stays and the tick goes on with the next one.
-    // What is thrown here goes no further.
+    // Called with the code of an exception from a task, after it was logged; the task stays and the tick continues with
+    // the next one. Exceptions from this function are caught.
     virtual void onException(unsigned long code);
 
     unsigned long getRunThreadId() const { return m_RunThreadId.load(std::memory_order_relaxed); }
     bool isShutdown() const { return m_IsShutdown.load(std::memory_order_relaxed); }
     bool isTicking() const { return m_IsTicking; }
     int getTaskCount() const;
-    // Milliseconds, 1 at least.
+    // Milliseconds, at least 1.
     void setTickInterval(unsigned int milliseconds) { m_TickInterval = milliseconds ? milliseconds : 1; }
 
-    // Sleeps until something is ready, wake() is called or the next tick is due; at most the tick interval.
+    // Sleeps until something is ready, wake() is called or the next tick is due; at most one tick interval.
     void wait();
-    // Ends the present or the next wait().
+    // Ends the current or the next wait().
     void wake();
 
-    // Puts another way of sleeping in the place of the present one. Only on the run thread, and not while wait() runs.
+    // Replaces the waiter. Only on the run thread, and not while wait() runs.
     void setWaiter(const std::shared_ptr<Waiter>& waiter);
     const std::shared_ptr<Waiter>& getWaiter() const { return m_Waiters.back(); }
 
@@ -71,7 +72,7 @@ private:
     struct Entry
     {
         Task* m_Task;
-        // Null for a task that no handle holds; such a task outlives its membership by itself.
+        // Null for a task that no handle holds; its owner keeps it alive during its membership.
         Unknown::Handle_T<Task> m_Owner;
     };
 
@@ -84,11 +85,11 @@ private:
     void guard(Call call) noexcept;
     void dropStopped();
 
-    // A task that stops during a tick leaves a place without a task, which may still hold it: it is let go of at the
-    // end, and stopping takes no memory.
+    // A task that stops during a tick leaves an entry without a task, which may still hold it: the entry is removed at
+    // the end of the tick, and stopping allocates nothing.
     std::vector<Entry> m_Tasks;
     bool m_HasStopped = false;
-    // The last one is in use; earlier ones stay for a thread that is just waking them.
+    // The last one is in use; earlier ones are kept for a thread that may be waking them.
     std::vector<std::shared_ptr<Waiter>> m_Waiters;
     std::atomic<Waiter*> m_Waiter;
     std::atomic<bool> m_IsWoken{false};
@@ -99,8 +100,8 @@ private:
     bool m_IsTicking = false;
 };
 
-// A member of a System. A System holds its tasks by counted handles from start() to stop(); a task that lives on the
-// stack or inside another object must be stopped or destroyed before its System.
+// A task of a System. A System holds its tasks by counted handles from start() to stop(); a task on the stack or inside
+// another object must be stopped or destroyed before its System.
 class COMMONGROUND_API System::Task : public virtual Unknown
 {
 public:
@@ -109,19 +110,19 @@ public:
     Task& operator=(const Task&) = delete;
     ~Task() override;
 
-    // Joins a System; init() and the first onTick() come with its next tick. False where it is a member already, for a
-    // null system, and on any thread but the System's.
+    // Joins a System; init() and the first onTick() are called in its next tick. False if the task is already started,
+    // for a null system, and on any thread but the System's.
     virtual bool start(System* system);
-    // Leaves the System; exit() is called where init() was. Does nothing outside a System.
+    // Leaves the System; calls exit() if init() was called. Does nothing outside a System.
     virtual void stop();
-    // No onTick() for so many milliseconds, or until waken().
+    // No onTick() for the given milliseconds, or until waken().
     virtual void sleep(unsigned int milliseconds);
-    // Ends a sleep, and the System's wait as well. The one operation for any thread, as long as the task is started.
+    // Ends a sleep, and the System's wait too. The only operation for any thread, while the task is started.
     virtual void waken();
-    // On the run thread before the first onTick(). False takes the task out of the System again, without exit().
+    // Called on the run thread before the first onTick(). False removes the task from the System, without exit().
     virtual bool init();
     virtual void exit();
-    // The time of the tick as getTimeTick() gives it.
+    // The time of the tick from getTimeTick().
     virtual void onTick(unsigned int tick);
 
     // Null outside a System.
@@ -131,7 +132,7 @@ private:
     friend class System;
 
     bool isDue(unsigned int tick);
-    // Ticks wrap; a moment is reached when it does not lie ahead.
+    // Ticks wrap; a time is reached when it is not in the future.
     static bool isReached(unsigned int moment, unsigned int now);
 
     std::atomic<System*> m_System{nullptr};
@@ -141,21 +142,22 @@ private:
     std::atomic<bool> m_IsWakened{false};
 };
 
-// How a System sleeps between ticks, and what it does around each tick. The System's thread calls all but wake().
+// How a System sleeps between ticks, and hooks around each tick. The System's thread calls all but wake().
 class COMMONGROUND_API System::Waiter
 {
 public:
     virtual ~Waiter();
-    // Returns when something is ready, after so many milliseconds, or at once where wake() came since the last wait.
+    // Returns when something is ready, after the given milliseconds, or at once if wake() was called since the last
+    // wait.
     virtual void wait(unsigned int milliseconds) = 0;
     // From any thread.
     virtual void wake() = 0;
-    // At the begin and at the end of each tick; neither waits.
+    // Called at the start and at the end of each tick; must not wait.
     virtual void beginTick() = 0;
     virtual void endTick() = 0;
 };
 
-// A System that is the frame of a server process.
+// The System of a server process.
 class COMMONGROUND_API ServiceSystem : public System
 {
 public:
@@ -163,16 +165,16 @@ public:
 
     // init(), ServiceOn(), ticks until shutdown(), exit(). Returns whether init() and ServiceOn() were true.
     bool run() override;
-    // Called once init() is done; false ends run() before its first tick.
+    // Called after init(); false ends run() before its first tick.
     virtual bool ServiceOn();
     // Called by exit().
     virtual void ServiceOff();
     void exit() override;
 
-    // getDefaultSystemName() of the process's executable, until setSystemName() gives another.
+    // getDefaultSystemName() of the process's executable, until setSystemName() sets another.
     const String_T<wchar_t>& getSystemName() const { return m_SystemName; }
-    // The name of the file at a path without its extension, which is what follows the last dot, but for a number: of
-    // "zone.exe" it is "zone", of "zone.1" all of it. Never empty where the file's name is not.
+    // The file name of a path without its extension (the part after the last dot, unless it is a number): "zone" for
+    // "zone.exe", "zone.1" for "zone.1". Never empty if the file name is not.
     static String_T<wchar_t> getDefaultSystemName(const String_T<wchar_t>& executable);
     void setSystemName(const String_T<wchar_t>& name) { m_SystemName = name; }
 

@@ -17,7 +17,7 @@ String_T<wchar_t> ServiceSystem::getDefaultSystemName(const String_T<wchar_t>& e
     if (dot == std::wstring_view::npos || dot == 0)
         return executable.getSubString(static_cast<int>(path.size() - name.size()), static_cast<int>(name.size()));
     const std::wstring_view extension = name.substr(dot + 1);
-    // Processes of one program are told apart by such numbers.
+    // Such numbers distinguish processes of the same program.
     const bool isNumber = !extension.empty() && extension.find_first_not_of(L"0123456789") == std::wstring_view::npos;
     return executable.getSubString(static_cast<int>(path.size() - name.size()),
                                    static_cast<int>(isNumber ? name.size() : dot));

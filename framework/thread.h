@@ -1,4 +1,4 @@
-// Threads by number, and a plain lock.
+// Thread numbers, and a plain lock.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -11,7 +11,7 @@ namespace zet
 class COMMONGROUND_API Thread
 {
 public:
-    // A number for the calling thread, never 0, never given twice in a process.
+    // The number of the calling thread: never 0, unique in the process.
     static unsigned long getCurrentThreadId();
 };
 

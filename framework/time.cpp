@@ -10,7 +10,7 @@ namespace zet
 namespace
 {
 
-// What the clocks show while a TestClock lives.
+// The clock values while a TestClock exists.
 struct TestTime
 {
     std::atomic<bool> m_IsOn{false};
@@ -42,7 +42,7 @@ int daysOfMonth(long long year, long long month)
     return kDays[month - 1] + (month == 2 && isLeapYear(year) ? 1 : 0);
 }
 
-// Years are counted from 1 March here, so that the leap day ends the year and a month's first day is a straight line.
+// Years start on 1 March here, so that the leap day is the last day and a month's first day is a linear function.
 long long daysOfDate(long long year, long long month, long long day)
 {
     const long long marchYear = month > 2 ? year : year - 1;
@@ -50,7 +50,7 @@ long long daysOfDate(long long year, long long month, long long day)
     const long long yearOfEra = marchYear - era * 400;
     const long long dayOfYear = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
     const long long dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
-    // 719,468 days lie between 0000-03-01 and 1970-01-01.
+    // There are 719,468 days between 0000-03-01 and 1970-01-01.
     return era * 146097 + dayOfEra - 719468;
 }
 

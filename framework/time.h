@@ -9,31 +9,31 @@ namespace zet
 
 // Monotonic milliseconds, 32 bits, wrapping. Any thread.
 COMMONGROUND_API unsigned int getTimeTick();
-// Seconds since 1970-01-01 00:00:00 UTC; stored to *seconds as well, where that is not null. Any thread.
+// Seconds since 1970-01-01 00:00:00 UTC; also stored to *seconds unless null. Any thread.
 COMMONGROUND_API long long time(long long* seconds);
-// Seconds that local civil time, without daylight saving, is behind UTC: negative east of Greenwich.
+// Seconds that local standard time (without daylight saving) is behind UTC: negative east of Greenwich.
 COMMONGROUND_API long getTimeBias();
 
-// Replaces both clocks for the whole process as long as it lives; one at a time, made and moved by one thread,
-// read by any.
+// Replaces both clocks for the whole process during its lifetime; one at a time, constructed and advanced by one
+// thread, read by any.
 class COMMONGROUND_API TestClock
 {
 public:
-    // Calendar time in seconds since 1970 UTC; the tick starts at tick.
+    // seconds is calendar time since 1970 UTC; tick is the initial tick.
     explicit TestClock(long long seconds, unsigned int tick = 0);
     ~TestClock();
     TestClock(const TestClock&) = delete;
     TestClock& operator=(const TestClock&) = delete;
 
-    // Whether one lives now. Any thread.
+    // Whether a test clock exists. Any thread.
     static bool isOn();
 
-    // Moves both clocks.
+    // Advances both clocks.
     void advance(unsigned int milliseconds);
     void setTime(long long seconds);
 };
 
-// A length of time in whole seconds.
+// A duration in whole seconds.
 class TimeSpan
 {
 public:
@@ -46,7 +46,7 @@ private:
     long long m_Seconds = 0;
 };
 
-// A moment of the calendar in whole seconds. Its texts are local civil time without daylight saving.
+// A calendar time in whole seconds. Its texts are local standard time, without daylight saving.
 class COMMONGROUND_API Time
 {
 public:
@@ -55,14 +55,14 @@ public:
     explicit Time(long long seconds) : m_Seconds(seconds) {}
     static Time getCurrent() { return Time(zet::time(nullptr)); }
 
-    // Takes "year-month-day hour:minute:second", leading zeros optional. Returns false and changes nothing when the
-    // text does not hold six numbers in this form or names no moment.
+    // Parses "year-month-day hour:minute:second", leading zeros optional. Returns false and changes nothing if the text
+    // does not have six numbers in this form or is not a valid time.
     bool convertFromString(const wchar_t* text);
-    // "2013-1-1 00:00:00"; with true the date's parts take two digits as well.
+    // "2013-1-1 00:00:00"; with true, month and day also have two digits.
     String_T<wchar_t> convertToString(bool padded) const;
 
     long long getSeconds() const { return m_Seconds; }
-    // Whole seconds from other to this moment.
+    // Whole seconds from other to this time.
     long long operator-(const Time& other) const { return m_Seconds - other.m_Seconds; }
     Time operator+(long long seconds) const { return Time(m_Seconds + seconds); }
     friend bool operator==(const Time& a, const Time& b) { return a.m_Seconds == b.m_Seconds; }

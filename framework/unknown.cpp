@@ -17,8 +17,8 @@ struct Creators
     std::map<String_T<wchar_t>, Unknown::RtFactory::Creator> m_Map;
 };
 
-// Classes register from constructors and leave from destructors of globals in any file, so the table is made by its
-// first user and never destroyed.
+// Constructors and destructors of globals in any file add and remove classes, so the table is created by its first
+// user and never destroyed.
 Creators& getCreators()
 {
     static Creators* const creators = new Creators;

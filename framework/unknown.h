@@ -1,4 +1,4 @@
-// The root of all counted objects, and the handle that counts.
+// The base of all reference-counted objects, and their handle.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -14,9 +14,9 @@ namespace zet
 class InputStream;
 class OutputStream;
 
-// An object that lives as long as a handle holds it. Counts are safe across threads; the object itself is not.
-// An object on the stack or inside another must outlive every handle to it, and its owner holds a count of its own on
-// it, so that the last handle does not delete it.
+// An object that lives as long as a handle holds it. Counting is thread-safe; the object itself is not.
+// An object on the stack or inside another must outlive every handle to it, and its owner must hold a count on it, so
+// that the last handle does not delete it.
 class COMMONGROUND_API Unknown
 {
 public:
@@ -25,7 +25,7 @@ public:
     struct RtFactory;
 
     Unknown() = default;
-    // The count is the object's own: copies and assignments leave it alone.
+    // The count belongs to the object: copies and assignments do not change it.
     Unknown(const Unknown&) {}
     Unknown& operator=(const Unknown&) { return *this; }
     virtual ~Unknown();
@@ -38,29 +38,29 @@ public:
     }
     int getRefCount() const { return m_Count.load(std::memory_order_relaxed); }
 
-    // A copy of the object, or null where the class has none. The caller takes it into a handle.
+    // A copy of the object, or null if the class cannot be copied. The caller must put it into a handle.
     virtual Unknown* clone() const { return nullptr; }
     virtual const wchar_t* getClassName() const { return L"zet::Unknown"; }
-    // A number for the class, made from its name; equal in all processes.
+    // The number of the class, computed from its name; equal in all processes.
     virtual unsigned long getClassId() const;
-    // A new default-made object of the same class, or null.
+    // A new default-constructed object of the same class, or null.
     virtual Unknown* rtCreateInstance() const { return nullptr; }
-    // A fixed text that names the release of the class.
+    // A constant text that names the release of the class.
     virtual const wchar_t* getClassTimestamp() const { return L""; }
-    // The object's fields from and to a stream; false where the class has no stream form or the stream is cut.
+    // Reads and writes the object's fields; false if the class has no stream form or the stream is too short.
     virtual bool importFrom(InputStream& stream);
     virtual bool exportTo(OutputStream& stream) const;
 
 protected:
-    // Called when the last handle goes.
+    // Called when the last handle is released.
     virtual void destroy() const { delete this; }
 
 private:
     mutable std::atomic<int> m_Count{0};
 };
 
-// A counted handle; null when it holds nothing. It converts to a handle of a base, as its pointer does. The way down to
-// a derived class is castTo().
+// A counting handle; null if it holds nothing. It converts to a handle of a base class, like its pointer. Use castTo()
+// for a derived class.
 template <class T>
 class Unknown::Handle_T
 {
@@ -90,7 +90,7 @@ public:
     operator T*() const { return m_Object; }
     explicit operator bool() const { return m_Object != nullptr; }
     bool isNull() const { return m_Object == nullptr; }
-    // The same object as one of class U, in a handle of its own; null where it is no U.
+    // A handle to the same object as class U; null if the object is not a U.
     template <class U>
     Handle_T<U> castTo() const
     {
@@ -116,7 +116,7 @@ struct COMMONGROUND_API Unknown::RtFactory
     static Unknown* create(const wchar_t* className);
 };
 
-// A counted object with an identifier of its own.
+// A counted object with an identifier.
 class COMMONGROUND_API Object : public virtual Unknown
 {
 public:

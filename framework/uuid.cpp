@@ -30,7 +30,7 @@ String_T<wchar_t> uuid_node_t::convertToString() const
 
 int uuid_create(Uuid& id)
 {
-    // All zero means none and is never given out.
+    // All zero means none and is never returned.
     do
     {
         if (!platform::fillRandom(&id, sizeof id))

@@ -1,4 +1,4 @@
-// Identifiers: 16 raw bytes that name a server, a client or an object. All zero means none.
+// Identifiers: 16 raw bytes that identify a server, a client or an object. All zero means none.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -9,7 +9,7 @@
 namespace zet
 {
 
-// The last six bytes of an identifier, three 16-bit units; the key of the server dictionaries.
+// The last six bytes of an identifier, as three 16-bit units; the key of the server dictionaries.
 struct COMMONGROUND_API uuid_node_t
 {
     unsigned short m_Node[3] = {0, 0, 0};
@@ -24,7 +24,7 @@ struct COMMONGROUND_API uuid_node_t
 };
 static_assert(sizeof(uuid_node_t) == 6);
 
-// Copied, compared and sent as the 16 bytes that it is; no byte order is applied to it.
+// Copied, compared and sent as 16 bytes; no byte order is applied.
 struct COMMONGROUND_API Uuid
 {
     unsigned int m_Data1 = 0;

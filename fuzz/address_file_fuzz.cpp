@@ -1,4 +1,4 @@
-// Address files: any content gives the rules of its lines, and a rule of any text is one that prints and parses again.
+// Address files: any content gives the rules of its lines, and every parsed rule prints and parses to the same rule.
 #include "framework/platform/platform.h"
 #include "fuzz/support/budget.h"
 #include "fuzz/support/require.h"
@@ -23,7 +23,7 @@ std::string textOf(const AddressRule& rule)
     return text;
 }
 
-// The rule of one line as text; empty where it holds none.
+// The rule of one line as text; empty if it has none.
 std::string ruleOf(const std::string& line)
 {
     AddressRule rule;
@@ -36,7 +36,7 @@ std::string ruleOf(const std::string& line)
     return textOf(rule);
 }
 
-// One file for all inputs, which goes with the process.
+// One file for all inputs, deleted with the process.
 class ScratchFile
 {
 public:
@@ -64,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::vector<std::string> rules;
     require(ReadAddressFile(scratch.m_Path, [&](const AddressRule& rule) { rules.push_back(textOf(rule)); }));
 
-    // Where every line has its place in the buffer, the rules are those of the lines one by one.
+    // If every line fits the buffer, the rules are those of the single lines.
     std::vector<std::string> expected;
     bool isPlain = true;
     const std::string content(data, data + size);

@@ -1,4 +1,4 @@
-// Command lines: the sizing pass tells exactly what the second pass fills, and parameters are parts of the arguments.
+// Command lines: the sizing pass returns exactly what the second pass fills, and parameters are parts of the arguments.
 #include "fuzz/support/require.h"
 #include "runtime/utility.h"
 
@@ -21,14 +21,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     int numchars = 0;
     CZETUtility::parse_cmdline(line.c_str(), nullptr, nullptr, &numargs, &numchars);
     require(numargs >= 2 && numchars >= 1);
-    // Blocks of exactly these sizes, so that a sanitizer sees the first unit behind them.
+    // Blocks of exactly these sizes, so that a sanitizer detects access to the first unit after them.
     std::vector<wchar_t*> argv(static_cast<std::size_t>(numargs));
     std::vector<wchar_t> args(static_cast<std::size_t>(numchars));
     int sameArgs = 0;
     int sameChars = 0;
     CZETUtility::parse_cmdline(line.c_str(), argv.data(), args.data(), &sameArgs, &sameChars);
     require(sameArgs == numargs && sameChars == numchars && argv.back() == nullptr);
-    // The arguments lie behind one another and fill the block.
+    // The arguments are consecutive and fill the block.
     const wchar_t* at = args.data();
     for (int i = 0; i < numargs - 1; ++i)
     {

@@ -1,4 +1,4 @@
-// Whole frames into an analyser that serves every command; of a doubled id both classes in turn.
+// Whole frames into an analyser that serves every command; for a shared id both classes in turn.
 #include "dispatch/analyser.h"
 #include "framework/memory_stream.h"
 #include "fuzz/support/budget.h"
@@ -13,14 +13,14 @@
 namespace
 {
 
-// Writes the command that arrived: what Read has stored must be fit to be sent.
+// Writes the received command: it must be possible to send what Read has stored.
 void onCommand(CCmdHead* command, unsigned long, unsigned long)
 {
     CCmdPackager again;
     command->Write(&again);
 }
 
-// One analyser for the first classes of all ids, one for the second classes of the doubled ones.
+// One analyser for the first classes of all ids, one for the second classes of the shared ids.
 const CCmdAnalyser& analyser(bool second)
 {
     static const auto both = []

@@ -1,4 +1,4 @@
-// Both frame forms on foreign bytes, from a stream and from memory; what is received is sent again with the same bytes.
+// Both frame forms on fuzzed bytes, from a stream and from memory; a received frame is sent again as the same bytes.
 #include "framework/memory_stream.h"
 #include "fuzz/support/budget.h"
 #include "packaging/cmd_packager.h"
@@ -30,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             zet::OutputStream out(again.get());
             if (!frame.Send(out))
                 std::abort();
-            // An address that was sent though it is all zero is left out when the frame goes on.
+            // An all-zero address in the input is omitted when the frame is sent again.
             const unsigned char* const bytes = again->view(again->getSize());
             if (static_cast<size_t>(again->getSize()) == taken && std::memcmp(bytes, data, taken) != 0)
                 std::abort();

@@ -1,5 +1,5 @@
-// JSON in: any text is refused or taken up to a place inside of it, what is taken prints and parses to the same again,
-// and a statistics document of any text leaves figures that go round.
+// JSON: any text is refused or parsed up to a position inside it, a parsed value prints and parses to the same value,
+// and statistics read from any text round-trip.
 #include "framework/json.h"
 #include "framework/string_helper.h"
 #include "fuzz/support/budget.h"
@@ -25,7 +25,7 @@ void checkValue(const zet::String_T<wchar_t>& text)
         return;
     }
     require(end > text.getBuffer() && end <= text.getBuffer() + text.getLength());
-    // What was taken is a whole value by itself.
+    // The parsed part is a complete value.
     zet::JsonValue alone;
     const zet::String_T<wchar_t> part(text.getBuffer(), static_cast<int>(end - text.getBuffer()));
     require(zet::Json::parseValue(part, alone) == part.getBuffer() + part.getLength());
@@ -62,7 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const zet::String_T<wchar_t> text = zet::StringHelper::utf8ToWide(bytes.c_str());
     checkValue(text);
     checkDocument(text);
-    // Units that are no characters, on their way from a peer.
+    // Invalid units, as a peer may send them.
     zet::String_T<wchar_t> odd(text);
     wchar_t* units = odd.resizeForOverwrite(static_cast<int>(size / 2));
     for (std::size_t i = 0; i < size / 2; ++i)

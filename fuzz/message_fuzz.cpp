@@ -1,4 +1,4 @@
-// Every record and feature message on foreign bytes: the first two choose the class, the third the packager.
+// Every record and feature message on fuzzed bytes: the first two choose the class, the third the packager.
 #include "fuzz/support/budget.h"
 #include "tools/class_table.h"
 
@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         return 0;
     const auto& table = tools::classTable();
     const tools::ClassInfo& info = table[(data[0] | static_cast<size_t>(data[1]) << 8) % table.size()];
-    // What an object takes by itself is not the payload's doing.
+    // Memory of the object itself does not depend on the payload.
     const fuzz::Budget budget(size);
     if (data[2] & 1)
         readAndWrite(info, data + kChoice, size - kChoice, info.m_ReadCmd, info.m_WriteCmd);

@@ -1,5 +1,5 @@
-// Messages of net sessions on foreign bytes: as a whole message, as the form of a command message, and as the JSON of
-// its properties. What is taken goes out and comes in again as the same.
+// Messages of net sessions on fuzzed bytes: as a whole message, as the form of a command message, and as the JSON of
+// its properties. Accepted input round-trips.
 #include "framework/memory_stream.h"
 #include "framework/string_helper.h"
 #include "fuzz/support/budget.h"
@@ -39,7 +39,7 @@ void checkJson(zet::Message& message)
 void checkMessage(zet::Message& message, size_t size)
 {
     const std::string bytes = written(message);
-    // The shortest form of counts; an address that is sent though it is all zero is left out when it goes on.
+    // Counts in their shortest form; an all-zero address in the input is omitted in the output.
     require(bytes.size() <= size);
     const auto store = zet::MemoryStream::createInstance();
     store->write(bytes.data(), static_cast<int>(bytes.size()));
@@ -58,7 +58,7 @@ void checkText(const zet::String_T<wchar_t>& text)
     if (!zet::Json::parseValue(text, value))
         return;
     const auto command = Msg_NetCommand::createInstance();
-    // Also after a failure the message is one.
+    // After a failure the message is still valid.
     command->importProperty(value);
     checkJson(*command);
     zet::Unknown::Handle_T<zet::Property> made;

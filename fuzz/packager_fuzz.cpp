@@ -1,4 +1,4 @@
-// Value operations of both packagers on foreign bytes: the first bytes choose the operations, the rest is the payload.
+// Value operations of both packagers on fuzzed bytes: the first bytes choose the operations, the rest is the payload.
 #include "fuzz/support/budget.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/data_packager.h"

@@ -1,6 +1,6 @@
-// Packets out of a byte stream that comes in arbitrary pieces: the same packets and the same end, whatever the pieces,
-// whether the source shows its bytes or not, and whatever of a packet is left unread. The first four bytes choose the
-// limit, the pieces, the source and what is read.
+// Packets from a byte stream that arrives in arbitrary pieces: the same packets and the same end, whatever the pieces,
+// whether the source shows its bytes or not, and however much of a packet is left unread. The first four bytes choose
+// the limit, the pieces, the source and how much is read.
 #include "framework/packet.h"
 #include "fuzz/support/budget.h"
 #include "fuzz/support/require.h"
@@ -24,7 +24,7 @@ struct Outcome
     friend bool operator==(const Outcome&, const Outcome&) = default;
 };
 
-// What the stream holds, told in a few lines of its own.
+// The packets of the stream, by a short independent parser.
 Outcome split(const std::string& bytes, size_t limit)
 {
     Outcome outcome;
@@ -43,7 +43,7 @@ Outcome split(const std::string& bytes, size_t limit)
     return outcome;
 }
 
-// A source that has a part of its bytes at a time.
+// A source that provides its bytes in parts.
 class Pieces final : public zet::Input
 {
 public:
@@ -83,7 +83,7 @@ private:
     bool m_Shows;
 };
 
-// Reads all there is now; of each packet as many bytes are taken as reading says, in a percentage.
+// Reads all available packets; reading is the percentage of each packet's bytes to consume.
 void drain(zet::PacketReader& reader, int reading, Outcome& outcome)
 {
     while (!outcome.m_IsBroken)
@@ -132,7 +132,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     do
     {
         drain(reader, data[3] % 101, got);
-        // Pieces of 1 to 64 bytes that differ; a whole input of single ones where the choice is 0.
+        // Pieces of varying size, 1 to 64 bytes; all of 1 byte if the choice is 0.
         piece = data[1] == 0 ? 0 : piece * 5 + 1;
     } while (source.grow(1 + piece % 64));
     drain(reader, data[3] % 101, got);

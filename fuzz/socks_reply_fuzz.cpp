@@ -1,7 +1,7 @@
-// What a proxy answers, in pieces, against the handshake of the proxy socket; a second, plain telling of the handshake
-// says what each piece has to do. The first byte chooses whether there is an account. Each piece is two bytes of
-// length, low byte first, and the bytes; a piece of no bytes is a tick, and one that is longer than what is left is the
-// rest, behind which the proxy hangs up.
+// Replies of a proxy, in pieces, to the proxy socket; a second, simple implementation of the handshake predicts the
+// effect of each piece. The first byte chooses whether there is an account. Each piece is two bytes of length, low byte
+// first, and the bytes; an empty piece is a tick, and a piece longer than the rest of the input is that rest, after
+// which the proxy closes.
 #include "dispatch/analyser_socket.h"
 #include "fuzz/support/budget.h"
 #include "fuzz/support/require.h"
@@ -20,7 +20,7 @@ namespace
 
 const std::string kRequest("\x05\x01\x00\x01\x0a\x01\x02\x03\x1f\x90", 10);
 const std::string kAccount("\x01\x04name\x06secret", 13);
-// What one tick takes.
+// The bytes that one tick reads.
 constexpr size_t kMostReply = 1023;
 
 using fuzz::require;
@@ -34,7 +34,7 @@ public:
     int m_Workings = 0;
 };
 
-// The handshake as a proxy's documents tell it.
+// The handshake by the proxy protocol's documents.
 struct Model
 {
     void take(const std::string& reply)
@@ -53,11 +53,11 @@ struct Model
     }
 
     int m_State = 1;
-    // What the client says next.
+    // What the client sends next.
     std::string m_Said;
 };
 
-// The proxy's end of the way, and a client that has just greeted.
+// The proxy's end of the connection, and a client that has just sent its greeting.
 class Handshake
 {
 public:
@@ -94,7 +94,7 @@ public:
             at += reply.size();
             tick(reply);
         } while (at < piece.size() && m_Model.m_State != Client::kWorking);
-        // The command layer may take several ticks, and ends by closing or with what it has no whole packet of.
+        // The command layer may need several ticks; it ends by closing or with an incomplete packet.
         for (int i = 0; i < 4 && m_Model.m_State == Client::kWorking; ++i)
             system().tick();
     }
@@ -105,7 +105,7 @@ public:
         for (int i = 0; i < 3; ++i)
             system().tick();
         require(m_Client->m_ProxyState == m_Model.m_State);
-        // Only the command layer closes.
+        // Only the command layer closes the connection.
         require(m_Client->isInvalid() == (m_Model.m_State == Client::kWorking));
     }
 

@@ -1,4 +1,4 @@
-// The activity string: any text loads, and what is saved then loads to the same activity.
+// The activity string: any text loads, and the saved text loads to the same activity.
 #include "playerdata/activity.h"
 
 #include <cstdint>
@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (again.m_Points != activity.m_Points || again.m_PlayedToday != activity.m_PlayedToday ||
         again.m_MissedDays != activity.m_MissedDays)
         std::abort();
-    // A day passes on whatever was loaded.
+    // A day passes, whatever was loaded.
     activity.m_IsEnable = true;
     activity.DailyClear();
     if (activity.m_PlayedToday || (activity.m_Points < 0 && activity.m_MissedDays > 0))

@@ -1,5 +1,5 @@
-// The attract data string: any text loads in its three calls, only valid attractions come out, and what is saved then
-// loads to the same attractions.
+// The attract data string: any text loads in its three calls, gives only valid attractions, and the saved text loads to
+// the same attractions.
 #include "fuzz/support/require.h"
 #include "playerdata/travel_data.h"
 
@@ -21,7 +21,7 @@ using fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // A unit for each byte: the grammar knows no others, and those above it stand for all of them.
+    // One unit per byte: the grammar has no others, and the values above ASCII represent all of them.
     const std::wstring units(data, data + size);
     AccountTravelData travel;
     load(travel, zet::String_T<wchar_t>(units.data(), static_cast<int>(units.size())));

@@ -1,4 +1,4 @@
-// Any text as an item string. What was loaded from it and saved once is loaded and saved the same from then on.
+// Any text as an item string. After one load and save the text no longer changes.
 #include "framework/time.h"
 #include "fuzz/support/wide_text.h"
 #include "playerdata/account_core.h"

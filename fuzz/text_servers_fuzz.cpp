@@ -1,4 +1,4 @@
-// Any text as a list of servers. What was loaded from it and saved once is loaded and saved the same from then on.
+// Any text as a list of servers. After one load and save the text no longer changes.
 #include "fuzz/support/wide_text.h"
 #include "playerdata/account_global.h"
 

@@ -1,4 +1,4 @@
-// Any text as a training string. What was loaded from it and saved once is loaded and saved the same from then on.
+// Any text as a training string. After one load and save the text no longer changes.
 #include "fuzz/support/wide_text.h"
 #include "playerdata/account_core.h"
 
@@ -7,14 +7,14 @@
 namespace
 {
 
-// What a save gives after a load into an account that knows some games.
+// The saved text after a load into an account that has some games.
 zet::String_T<wchar_t> settle(const zet::String_T<wchar_t>& text)
 {
     AccountData account;
     for (const int id : {1, 2, 3, 4, 5, 6, 98, 99})
         account.m_TrainingMap[id].m_GameId = id;
     account.LoadTrainingFromString(text);
-    // No more than the games that there can be, with the one that cannot.
+    // At most the number of valid games, and the invalid one.
     if (account.m_TrainingMap.size() > 99)
         std::abort();
     return account.SaveStringFromTraining();

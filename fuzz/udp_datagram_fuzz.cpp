@@ -1,5 +1,5 @@
-// Datagrams of strangers at a UDP port: no connection comes of them, and they draw no more than they bring. Each is a
-// length of two bytes, a byte for the sender's port, and its bytes.
+// Datagrams from unknown senders at a UDP port: they create no connection, and the port sends no more bytes than it
+// receives. Each is two bytes of length, a byte for the sender's port, and its bytes.
 #include "framework/time.h"
 #include "fuzz/support/budget.h"
 #include "transport/net/udp_connection.h"
@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         sockaddr_in sender{};
         sender.sin_family = AF_INET;
         sender.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        // Nobody listens there.
+        // No socket listens on this port.
         sender.sin_port = htons(static_cast<unsigned short>(1 + data[2] % 8));
         server.deliver(sender, data + 3, static_cast<int>(length));
         data += 3 + length;

@@ -1,5 +1,5 @@
-// Commands over UDP put together from pieces of any size. A second reader, which sees the bytes at once, says where
-// the socket must stand.
+// Commands over UDP reassembled from pieces of any size. A second reader, which has all bytes at once, predicts the
+// state of the socket.
 #include "fuzz/support/budget.h"
 #include "transport/udp_client_socket.h"
 
@@ -26,10 +26,10 @@ public:
         m_Piece -= count;
         return static_cast<int>(count);
     }
-    // A length below 1 has come, where the connection breaks.
+    // Set after a length below 1, which breaks the connection.
     bool isBroken() const { return m_iHeadRead == 2 && m_iHead <= 0; }
 
-    // As the bytes read so far, all at once, have it.
+    // The state after all bytes read so far, parsed at once.
     bool isWhereItShouldBe(const uint8_t* begin) const
     {
         const auto size = static_cast<size_t>(m_Data - begin);
@@ -48,7 +48,7 @@ public:
 
     const uint8_t* m_Data = nullptr;
     size_t m_Left = 0;
-    // Bytes that this tick gives.
+    // Bytes that this tick provides.
     size_t m_Piece = 0;
 };
 
@@ -59,7 +59,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     if (size == 0)
         return 0;
     const zet::Unknown::Handle_T<FedSocket> socket = new FedSocket;
-    // The first byte says how the pieces grow.
+    // The first byte decides how the pieces grow.
     size_t piece = data[0] & 0x0F;
     const size_t growth = data[0] >> 4;
     const uint8_t* const begin = data + 1;

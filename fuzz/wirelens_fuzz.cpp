@@ -1,5 +1,5 @@
-// What wirelens is given: lines to read, and recordings in each framing, raw and as hexadecimal. Every answer prints as
-// one line, and a recording is never told more often than it has bytes.
+// The input of wirelens: lines to read, and recordings in each framing, raw and as hexadecimal. Every result prints as
+// one line, and a recording gives no more results than it has bytes.
 #include "fuzz/support/require.h"
 #include "tools/frame_decoder.h"
 #include "tools/line_reader.h"
@@ -25,7 +25,7 @@ void checkLines(const std::string& text)
 {
     std::istringstream lines(text);
     std::string line;
-    // An answer shows an object of its class, which may be large however short the line is.
+    // A result shows an object of its class, which may be large however short the line is.
     for (int i = 0; i < 8 && std::getline(lines, line); ++i)
     {
         const auto answer = tools::answerLine(line);
@@ -34,7 +34,7 @@ void checkLines(const std::string& text)
     }
 }
 
-// What a recording is told to be, taken in pieces of a size.
+// The results for a recording, decoded in pieces of the given size.
 std::string toldOf(const std::string& content, tools::Framing framing, size_t pieceSize)
 {
     size_t lines = 0;
@@ -66,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string content(data, data + size);
     checkLines(content);
     checkRecording(content);
-    // Hexadecimal goes round.
+    // Hexadecimal text round-trips.
     std::string again;
     require(tools::bytesOfHex(tools::hexOf(content.data(), content.size()), again) && again == content);
     return 0;

@@ -1,6 +1,6 @@
 // The messages of the achievement feature: around a game, for a single achievement, as a notice, and as a full list.
-// Achievements stand in a map by the third field of the record; no key travels by itself, and no record decides a
-// result.
+// Achievements are in a map keyed by the third field of the record; keys are not sent separately, and no record affects
+// the result.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -26,7 +26,7 @@ struct COMMONGROUND_API AchievementPack_StartGame_Request final
     std::map<int, AccountAchievementData> m_Achievements;
 };
 
-// The text travels ahead of each size; the second one stays.
+// The text precedes each size; the second one is kept.
 struct COMMONGROUND_API AchievementPack_StartGame_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
@@ -88,8 +88,8 @@ struct COMMONGROUND_API AchievementPack_Notice_Reply final
     std::map<int, AccountAchievementData> m_Achievements;
 };
 
-// Both sizes travel first, then the achievements, then the numbers. Reading sizes the numbers to their count and does
-// not clear them: one that cannot be read keeps its old value.
+// Both sizes are first, then the achievements, then the numbers. Read resizes the numbers to their count and does not
+// clear them: one that cannot be read keeps its old value.
 struct COMMONGROUND_API AchievementPack_GetAllAchievement_Request
 {
     bool Write(CCmdPackager* pk) const;

@@ -1,6 +1,6 @@
-// The messages of the changing room that travel by the data packager: wearables in ten lists, and six maps. Fields are
-// tested on reading; lists and maps, which follow them, are not: a message that ends there is a good one, and has
-// default-made elements up to each count that was there.
+// The messages of the changing room that use the data packager: wearables in ten lists, and six maps. Read tests the
+// fields but not the lists and maps after them: a message that ends there is valid, with default-constructed elements
+// up to each count that was present.
 #pragma once
 
 #include "framework/platform/export.h"

@@ -1,4 +1,4 @@
-// The combat season and the BS4 season of the match feature. They ride in the match envelopes, a notice as a reply.
+// The combat season and the BS4 season of the match feature. They are sent in the match envelopes, a notice as a reply.
 // Their rank tables are in playerdata/combat_rank.h.
 #pragma once
 
@@ -82,7 +82,7 @@ struct COMMONGROUND_API CombatPack_Change_Diamond
     AccountGlobalData m_GlobalData;
 };
 
-// A twin of Match4ShopGood.
+// The same form as Match4ShopGood.
 struct COMMONGROUND_API CombatShopGood
 {
     bool Write(CCmdPackager* pk) const;
@@ -128,7 +128,7 @@ struct COMMONGROUND_API CombatPack_BuyShopGood_Reply
     AccountGlobalData m_GlobalData;
 };
 
-// Reading adds to the goods that the object holds.
+// Read appends to the goods of the object.
 struct COMMONGROUND_API CombatPack_TicketGoodConfig_Reply
 {
     bool Write(CCmdPackager* pk) const;
@@ -140,7 +140,7 @@ struct COMMONGROUND_API CombatPack_TicketGoodConfig_Reply
     std::vector<CombatShopGood> m_Goods2;
 };
 
-// The orders come as letters.
+// The orders are letters.
 struct COMMONGROUND_API CombatPack_OrderRecord_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
@@ -151,7 +151,7 @@ struct COMMONGROUND_API CombatPack_OrderRecord_Reply final
     std::vector<CLetter> m_Orders;
 };
 
-// A sender without a season reports -1.
+// -1 from a sender without a season.
 struct COMMONGROUND_API BS4Pack_GameSeason_Reply
 {
     bool Write(CCmdPackager* pk) const;
@@ -207,7 +207,7 @@ struct COMMONGROUND_API BS4Pack_LastStandEnd_Notify
     int m_Value1 = 0;
 };
 
-// A sender without a match reports -1.
+// -1 from a sender without a match.
 struct COMMONGROUND_API BS4Pack_MatchEnd_Notify
 {
     bool Write(CCmdPackager* pk) const;

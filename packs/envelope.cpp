@@ -28,7 +28,7 @@ WIRE_WALK(CCmdVoidDataEnvelope)
     return HEAD(CCmdPlatform) && FIELDS(r.m_PackType, r.m_PackIndex) && PAYLOAD(r.m_PackData);
 }
 
-// By hand: what fails in front of the size is a good end here, and so is a size below 1.
+// Written by hand: a failure before the size counts as success here, and so does a size below 1.
 bool CCmdVoidDataEnvelope::Read(CCmdPackager* pk)
 {
     wire::Reader<CCmdPackager> reader(*pk);

@@ -1,14 +1,13 @@
-// The pack envelopes: one pair of commands for a whole feature, whose many messages travel inside as opaque bytes.
-// m_PackType says which message the bytes are; its numbers are agreed between client and server. m_PackIndex is the
-// host's and comes through unchanged.
+// The pack envelopes: one pair of commands per feature, whose messages are opaque bytes inside. m_PackType identifies
+// the message; client and server agree on its numbers. m_PackIndex belongs to the host and is passed unchanged.
 //
 //   CCmdPackEnvelope, CCmdVoidDataEnvelope   head, type:32, index:32, size:32, the message's bytes
 //   CCmdRecordEnvelope                       head, type:32, size:32, the message's bytes
 //
-// To send, a host writes its message into m_PackData; to receive, it makes the message that m_PackType names and reads
-// it from there. Reading adds to what m_PackData holds and leaves its read pointer; writing sends all of it, wherever
-// the read pointer stands. A size that is more than is there is refused, and so is a negative one, but by the void-data
-// pair, which takes it for 0. Copies are deep.
+// To send, a host writes its message into m_PackData; to receive, it creates the message of m_PackType and reads it
+// from there. Read appends to m_PackData and keeps its read pointer; Write sends all of it, wherever the read pointer
+// is. A size beyond the available bytes is refused, and so is a negative one, except in the void-data pair, which
+// treats it as 0. Copies are deep.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -33,7 +32,7 @@ protected:
     explicit CCmdPackEnvelope(unsigned short id) : CCmdPlatform(id) {}
 };
 
-// Type alone, and a message of up to 65,536 bytes.
+// Only a type, and a message of up to 65,536 bytes.
 class COMMONGROUND_API CCmdRecordEnvelope : public CCmdPlatform
 {
 public:
@@ -48,9 +47,9 @@ protected:
     explicit CCmdRecordEnvelope(unsigned short id) : CCmdPlatform(id) {}
 };
 
-// Type and index, and a message of up to 65,536 bytes. Read is true where head, type or index cannot be read, and the
-// object keeps what it held from there on: the dispatch refuses what the read pointer has not reached, and delivers the
-// command where nothing is left. It is false where the size cannot be read. A size of 0 or less is good and adds no
+// Type and index, and a message of up to 65,536 bytes. Read returns true if head, type or index cannot be read, and the
+// object keeps its values from there on: the dispatch refuses bytes that the read pointer has not reached, and delivers
+// the command if none are left. Read returns false if the size cannot be read. A size of 0 or less is valid and adds no
 // bytes.
 class COMMONGROUND_API CCmdVoidDataEnvelope : public CCmdPlatform
 {

@@ -1,5 +1,5 @@
-// The messages of the friend feature. Every field is a text: counts, limits, identifiers and flags too, and a list is
-// one text with a form of its own that client and friend service agree on.
+// The messages of the friend feature. Every field is a text, including counts, limits, identifiers and flags; a list is
+// one text whose form client and friend service agree on.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -22,7 +22,7 @@ struct COMMONGROUND_API FriendSystemPack_FriendAddRequest
     zet::String_T<wchar_t> m_Text3;
 };
 
-// Adds a friend together with what is told about them.
+// Adds a friend with a description.
 struct COMMONGROUND_API FriendSystemPack_FriendAddWithInfoRequest
 {
     bool Write(CCmdPackager* pk) const;
@@ -64,7 +64,7 @@ struct COMMONGROUND_API FriendSystemPack_FriendListReply
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Asks how many friends the list may hold.
+// Requests the maximum number of friends.
 struct COMMONGROUND_API FriendSystemPack_FriendLimitRequest
 {
     bool Write(CCmdPackager* pk) const;
@@ -200,7 +200,7 @@ struct COMMONGROUND_API FriendSystemPack_FetchOfficalMsgRespond
     zet::String_T<wchar_t> m_Text7;
 };
 
-// A message that the server sends unasked.
+// A message that the server sends without a request.
 struct COMMONGROUND_API FriendSystemPack_MsgPush
 {
     bool Write(CCmdPackager* pk) const;
@@ -210,7 +210,7 @@ struct COMMONGROUND_API FriendSystemPack_MsgPush
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Publishes a moment of the player's own.
+// Publishes one of the player's moments.
 struct COMMONGROUND_API FriendSystemPack_SelfMomentMsgRequest
 {
     bool Write(CCmdPackager* pk) const;

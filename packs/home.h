@@ -1,5 +1,5 @@
 // The messages of the home feature: games of the rush, its lives, unlocking and jumping off, and lists of players.
-// A request that changes something brings the player's records, and the reply returns them: the server keeps nothing
+// A request that changes something contains the player's records, and the reply returns them: the server keeps no state
 // between two calls.
 #pragma once
 
@@ -250,7 +250,7 @@ struct COMMONGROUND_API HomePack_GetPlayerList_Request final
     int m_Value1 = 0;
 };
 
-// The list always travels in full, without a count.
+// The list is always sent in full, without a count.
 struct COMMONGROUND_API HomePack_GetPlayerList_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
@@ -269,7 +269,7 @@ struct COMMONGROUND_API HomePack_PlayerNumList_Request
     static const wire::Schema& Wire();
 };
 
-// Neither reading nor writing ever fails.
+// Read and Write never fail.
 struct COMMONGROUND_API HomePack_PlayerNumList_Reply
 {
     bool Write(CCmdPackager* pk) const;

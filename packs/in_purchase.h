@@ -1,5 +1,5 @@
-// The messages of in-purchase: buying goods from within a game, and the purchase codes called F-codes. All fields are
-// texts but for one number in the row of an F-code.
+// The messages of in-purchase: buying goods within a game, and the purchase codes called F-codes. All fields are texts
+// except one number in the row of an F-code.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -70,7 +70,7 @@ struct COMMONGROUND_API InPurchasePack_SaveOrderId_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
-// Asks how a payment ended.
+// Requests the result of a payment.
 struct COMMONGROUND_API InPurchasePack_GetCheckResult_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
@@ -93,7 +93,7 @@ struct COMMONGROUND_API InPurchasePack_GetCheckResult_Reply
     zet::String_T<wchar_t> m_Text4;
 };
 
-// Tells the player of a purchase that succeeded. The members lie in another order than they travel in.
+// Notifies the player of a successful purchase. The members are declared in another order than on the wire.
 struct COMMONGROUND_API InPurchasePack_SendBuySuccessMessage_Request final
 {
     virtual bool Write(CCmdPackager* pk) const;
@@ -148,7 +148,7 @@ struct COMMONGROUND_API InPurchasePack_CreateAndSaveFCode_Reply
     zet::String_T<wchar_t> m_Text4;
 };
 
-// Read never fails, and a list without rows leaves the rows that the object holds.
+// Read never fails, and a list without rows keeps the rows of the object.
 struct COMMONGROUND_API InPurchasePack_GetFCodeList_Reply
 {
     bool Write(CCmdPackager* pk) const;

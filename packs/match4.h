@@ -183,7 +183,7 @@ struct COMMONGROUND_API Match4Pack_CheckHstryRec_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
-// The reader sizes both lists ahead; what has no slot there is dropped. The second list travels first.
+// The reader sets the size of both lists before; elements without a slot are dropped. The second list is sent first.
 struct COMMONGROUND_API Match4Pack_CheckHstryRec_Reply
 {
     bool Write(CCmdPackager* pk) const;
@@ -196,7 +196,7 @@ struct COMMONGROUND_API Match4Pack_CheckHstryRec_Reply
     std::vector<Match4HistoryRec> m_History2;
 };
 
-// By the clock of the server.
+// Server time.
 struct COMMONGROUND_API Match4Pack_CheckBeWeekend_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;
@@ -217,8 +217,8 @@ struct COMMONGROUND_API Match4Pack_RememberStateIn_Request
     int m_Value1 = 0;
 };
 
-// The ranks of the season: two tables of six rows and five columns each. A cell of the first table travels before
-// the same cell of the second. What a peer sends beyond the tables is read and dropped.
+// The ranks of the season: two tables of six rows and five columns each. A cell of the first table precedes the same
+// cell of the second. Values of a peer beyond the tables are read and dropped.
 struct COMMONGROUND_API Match4Pack_SportRank_Reply
 {
     bool Write(CCmdPackager* pk) const;

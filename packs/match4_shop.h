@@ -58,7 +58,7 @@ struct COMMONGROUND_API Match4Pack_BuyShopGood_Reply
     int m_Value1 = 0;
 };
 
-// Reading adds to the goods that the object holds.
+// Read appends to the goods of the object.
 struct COMMONGROUND_API Match4Pack_TicketGoodConfig_Reply
 {
     bool Write(CCmdPackager* pk) const;
@@ -70,7 +70,7 @@ struct COMMONGROUND_API Match4Pack_TicketGoodConfig_Reply
     std::vector<Match4ShopGood> m_Goods2;
 };
 
-// The orders come as letters.
+// The orders are letters.
 struct COMMONGROUND_API Match4Pack_OrderRecord_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;

@@ -1,5 +1,5 @@
 // The best family event of the match feature: entering and leaving it, its dice, machine, tasks and countdown.
-// Each answer is two texts and the whole record of the event.
+// Each reply is two texts and the whole record of the event.
 #pragma once
 
 #include "framework/platform/export.h"

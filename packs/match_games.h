@@ -117,7 +117,7 @@ struct COMMONGROUND_API MatchPack_PlayerList_Request
     int m_Value2 = 0;
 };
 
-// The player's own place stands ahead of the list.
+// The player's own position precedes the list.
 struct COMMONGROUND_API MatchPack_PlayerList_Reply
 {
     bool Write(CCmdPackager* pk) const;

@@ -1,4 +1,4 @@
-// The lottery of a match, as the server tells it. All are answers.
+// The lottery of a match, as reported by the server. All are replies.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -26,7 +26,7 @@ struct COMMONGROUND_API MatchPackType_LotteryBaseNum
     int m_Value5 = 0;
 };
 
-// Seven tables of fixed size. A count travels ahead of each, and readers pass over it.
+// Seven tables of fixed size. A count precedes each, and readers ignore it.
 struct COMMONGROUND_API MatchPackType_LotteryAllNum
 {
     bool Write(CCmdPackager* pk) const;
@@ -48,7 +48,7 @@ struct COMMONGROUND_API MatchPackType_LotteryAllNum
     int m_Value2 = 0;
 };
 
-// Answers MatchPack_LotteryReset_Request.
+// The reply to MatchPack_LotteryReset_Request.
 struct COMMONGROUND_API MatchPackType_LotteryReset
 {
     bool Write(CCmdPackager* pk) const;
@@ -60,7 +60,7 @@ struct COMMONGROUND_API MatchPackType_LotteryReset
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Answers MatchPack_LotteryRevealer_Request.
+// The reply to MatchPack_LotteryRevealer_Request.
 struct COMMONGROUND_API MatchPackType_LotteryRevealer
 {
     bool Write(CCmdPackager* pk) const;

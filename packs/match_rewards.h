@@ -1,4 +1,4 @@
-// What a match gives beside its games: schedules, gifts, awards, bets, praise and the lottery of the final.
+// Parts of a match other than its games: schedules, gifts, awards, bets, praise and the lottery of the final.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -67,7 +67,7 @@ struct COMMONGROUND_API MatchPack_TeamAwards_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Reading adds to the lists that the object holds, and never fails.
+// Read appends to the lists of the object, and never fails.
 struct COMMONGROUND_API MatchPack_TeamAwards_Reply
 {
     bool Write(CCmdPackager* pk) const;
@@ -80,7 +80,7 @@ struct COMMONGROUND_API MatchPack_TeamAwards_Reply
     std::vector<int> m_Numbers;
 };
 
-// Has no answer.
+// Has no reply.
 struct COMMONGROUND_API MatchPack_UpdateBaodiTaskExecState_Request
 {
     bool Write(CCmdPackager* pk) const;

@@ -1,4 +1,4 @@
-// The stamps of the match feature: their exchange, and what the match shop gives for them.
+// The stamps of the match feature: their exchange, and the goods of the match shop.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -44,7 +44,7 @@ struct COMMONGROUND_API MatchPack_ExchangeStampReply final
     AccountMatchData m_MatchData;
 };
 
-// The answer in place of the goods when the stock is short.
+// The reply instead of the goods if the stock is too small.
 struct COMMONGROUND_API MatchPack_NotEnoughStockReply final
 {
     virtual bool Write(CCmdPackager* pk) const;
@@ -65,7 +65,7 @@ struct COMMONGROUND_API MatchPack_StampChangeGoodsRequest
     int m_Value1 = 0;
 };
 
-// The goods, and the code where the prize is one.
+// The goods, and the code if the prize is a code.
 struct COMMONGROUND_API MatchPack_StampChangeGoodsReply
 {
     bool Write(CCmdPackager* pk) const;

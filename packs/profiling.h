@@ -29,9 +29,9 @@ public:
     int m_Value3 = 0;
 };
 
-// Reading empties the map and is always good. Of a message that is cut off the map holds the entries that were there,
-// the cut one as far as it was read; those that were not there are one entry with an empty name. A message that does
-// not fit its packager is sent cut.
+// Read clears the map and never fails. For a truncated message the map has the entries that were present, the truncated
+// one as far as it was read; missing ones are one entry with an empty name. A message that does not fit its packager is
+// sent truncated.
 class COMMONGROUND_API CmdProfilingPack_GetMaxValues
 {
 public:
@@ -42,7 +42,7 @@ public:
     std::map<zet::String_T<wchar_t>, cProfilingMaxValue> m_ProfilingMaxValues;
 };
 
-// The same the other way.
+// The same in the other direction.
 class COMMONGROUND_API CmdProfilingPack_SubmitMaxValues
 {
 public:

@@ -1,4 +1,4 @@
-// The query tool's access: login, version, and what a query can be narrowed by.
+// The query tool's access: login, version, and the filters of a query.
 // Every message has a virtual pair, Write before Read, and no virtual destructor: none is destroyed through a base.
 #pragma once
 
@@ -81,7 +81,7 @@ struct COMMONGROUND_API QT_TableTimeFrom_Reply final
     zet::String_T<wchar_t> m_Text2;
 };
 
-// The nine lists of choices that a query offers. All counts travel ahead of all texts.
+// The nine lists of choices of a query. All counts precede all texts.
 struct COMMONGROUND_API QT_QueryCondition_Reply final
 {
     virtual bool Write(CCmdPackager* pk) const;

@@ -1,4 +1,5 @@
-// The query tool's statistics of the best family and zillionaire games. See query_tool_payment.h for what a report is.
+// The query tool's statistics of the best family and zillionaire games. See query_tool_payment.h for the form of a
+// report.
 #pragma once
 
 #include "framework/platform/export.h"

@@ -1,4 +1,4 @@
-// The query tool's reports on how many players are online. See query_tool_payment.h for what a report is.
+// The query tool's reports on how many players are online. See query_tool_payment.h for the form of a report.
 #pragma once
 
 #include "framework/platform/export.h"

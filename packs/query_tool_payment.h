@@ -1,6 +1,6 @@
 // The query tool's reports on payment and consumption.
-// A report is a set of columns of one length: its rows travel one after the other, each an element of every column. A
-// writer takes the length of the first column for all of them.
+// A report is a set of columns of equal length, sent row by row, each row an element of every column. A writer uses the
+// length of the first column for all.
 #pragma once
 
 #include "framework/platform/export.h"

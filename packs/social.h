@@ -1,6 +1,6 @@
 // The social envelope and its messages: a caller occupies one of a pool of APIs, creates an access token and releases
-// the API. The envelope differs from the others: it carries a seed, its words have 16 bits, and the request and the
-// reply go on behind the payload.
+// the API. Unlike the other envelopes it has a seed, 16-bit type and index, and fields of request and reply after the
+// payload.
 //
 //   CCmdSocialPlatform   head, seed:text, type:16, index:16, size:32, the message's bytes
 //   CCmdSocialRequest    the same, extra:text
@@ -23,15 +23,15 @@ enum SocialError : unsigned short
 // The words for an error; empty for none.
 COMMONGROUND_API zet::String_T<wchar_t> getSocialErrMsg(int error);
 
-// What the request and the reply share; no command of its own. Reading adds to what m_PackData holds.
+// The base of request and reply, not a command itself. Read appends to m_PackData.
 class COMMONGROUND_API CCmdSocialPlatform : public CCmdPlatform
 {
 public:
-    // The seed of this process, made anew whenever the library is loaded, so that all social commands of a process
-    // carry the same one. Hosts know it as a variable, so it is no constant; nothing in the library assigns to it.
+    // The seed of this process, generated when the library is loaded, so that all social commands of a process have the
+    // same one. Not const, since hosts know it as a variable; nothing in the library assigns to it.
     static zet::Uuid g_VerifySeed;
 
-    // Takes the text of the process's seed.
+    // Sets the text of the process's seed.
     explicit CCmdSocialPlatform(unsigned short id);
     bool Write(CCmdPackager* pk) const override;
     bool Read(CCmdPackager* pk) override;
@@ -66,16 +66,16 @@ class COMMONGROUND_API CCmdSocialReply : public CCmdSocialPlatform
 {
 public:
     CCmdSocialReply() : CCmdSocialPlatform(command_id::CCmdSocialReply) {}
-    // Answers a request, which must not be null: takes its type and index, and keeps the seed of this process.
+    // A reply to a request, which must not be null: copies its type and index, and keeps the seed of this process.
     explicit CCmdSocialReply(const CCmdSocialRequest* request);
     COMMAND_INTERFACE(CCmdSocialReply)
 
-    // A SocialError, or whatever a peer sent.
+    // A SocialError, or any value from a peer.
     unsigned short m_Error = kSocialErrorNone;
     zet::String_T<wchar_t> m_Msg;
 };
 
-// The types of the messages; a request and its reply have one.
+// The types of the messages; a request and its reply share one.
 enum SocialPackType : unsigned short
 {
     kSocialOccupyAPI = 1,
@@ -85,7 +85,7 @@ enum SocialPackType : unsigned short
 
 COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_BEGIN
 
-// A message of the envelope. Its type travels as the envelope's m_PackType and not among its own bytes.
+// A message of the envelope. Its type is sent as the envelope's m_PackType, not among its own bytes.
 class COMMONGROUND_API CmdSocialSubPack
 {
 public:

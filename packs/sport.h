@@ -1,5 +1,5 @@
-// What a client and the sport server say to each other: the actions ride in requests, the result in replies, the
-// notices in CCmdSportPackNotify.
+// Messages between a client and the sport server: actions are sent in requests, results in replies, notices in
+// CCmdSportPackNotify.
 #pragma once
 
 #include "commands/sport.h"
@@ -88,7 +88,7 @@ public:
     CSportActEffectData m_SportActEffectData;
 };
 
-// The answer to an action.
+// The reply to an action.
 class COMMONGROUND_API CmdSportCommonResult
 {
 public:
@@ -145,7 +145,7 @@ public:
     CSportActEffectData m_SportActEffectData;
 };
 
-// Of two entries with one text the later stays.
+// Of two entries with the same text the later is kept.
 class COMMONGROUND_API CmdGameOverNotify
 {
 public:

@@ -1,5 +1,5 @@
 // The messages of the travel feature: load, save, and the unlocking of an attraction.
-// A request brings the record that it changes, and the reply returns it: the server keeps nothing between two calls.
+// A request contains the record that it changes, and the reply returns it: the server keeps no state between two calls.
 #pragma once
 
 #include "framework/platform/export.h"

@@ -1,4 +1,4 @@
-// The messages of the wizard game and of the world square, which begin with the same login and logout.
+// The messages of the wizard game and of the world square, which start with the same login and logout.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -44,7 +44,7 @@ struct COMMONGROUND_API WizardPack_Logout_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
-// Reading adds to the numbers that the object holds.
+// Read appends to the numbers of the object.
 struct COMMONGROUND_API WizardPack_GoWar_Request
 {
     bool Write(CCmdPackager* pk) const;
@@ -87,7 +87,7 @@ struct COMMONGROUND_API WorldSquarePack_Logout_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
-// Travels either way.
+// Sent both ways.
 struct COMMONGROUND_API WorldSquarePack_PlayerInfo
 {
     bool Write(CCmdPackager* pk) const;
@@ -102,7 +102,7 @@ struct COMMONGROUND_API WorldSquarePack_PlayerInfo
     zet::String_T<wchar_t> m_Text6;
 };
 
-// Travels either way.
+// Sent both ways.
 struct COMMONGROUND_API WorldSquarePack_TransmisData
 {
     bool Write(CCmdPackager* pk) const;

@@ -1,4 +1,4 @@
-// The whole of a player on a server, as one object.
+// All data of a player on a server, as one object.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -10,13 +10,13 @@
 #include "playerdata/match_data.h"
 #include "playerdata/travel_data.h"
 
-// Counted and data only; its users do the work and see to it that one thread at a time has it.
+// Reference-counted, data only. Users must ensure that only one thread at a time uses it.
 class COMMONGROUND_API CAccount : public zet::Object
 {
 public:
     CAccount(const CAccount&) = delete;
     CAccount& operator=(const CAccount&) = delete;
-    // The only ways to an account: with a new identifier, or with the one given.
+    // The only ways to create an account: with a new identifier, or with the given one.
     static zet::Unknown::Handle_T<CAccount> createInstance();
     static zet::Unknown::Handle_T<CAccount> createInstance(const zet::Uuid& id);
 

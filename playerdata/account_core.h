@@ -1,7 +1,7 @@
 // The core record of a player in a game zone: identity, counters, bag, gift box, progress in the games.
 //
-// It travels whole in most commands, and an account database keeps it as the bytes of its serialisers or as two texts:
-// the training string and the item string, whose grammar stands at their operations below. Hosts own and change it
+// Most commands with account data contain it whole, and an account database stores it as its serialised bytes or as two
+// texts: the training string and the item string, whose grammars are at their operations below. Hosts own and change it
 // and serialise access; nothing here is locked. A bad index gives null, false or no effect, never an error.
 #pragma once
 
@@ -20,51 +20,52 @@ public:
     AccountData(const AccountData& other);
     AccountData(AccountData&& other) noexcept;
     ~AccountData();
-    // Takes everything but m_Value3 and m_Allowance, which stay. There is no moving assignment, so that a temporary is
-    // assigned by the same rule.
+    // Copies everything except m_Value3 and m_Allowance, which do not change. There is no move assignment, so that
+    // assignment from a temporary follows the same rule.
     AccountData& operator=(const AccountData& other);
 
-    // A field or a count that fails ends either with false; so does an element that cannot be written. An element that
-    // cannot be read is stored as far as it was read, and the reading goes on. Read keys the games by their m_GameId,
-    // the last of two staying, and the dates by their place: holes between their slots close when they travel.
+    // Both return false at the first field or count that fails, and Write also at the first element. An element that
+    // fails to be read is stored as far as it was read, and Read continues. Read keys the games by their m_GameId (of
+    // two equal ones the last is kept) and the dates by their position: gaps between their slots close when they are
+    // sent.
     bool Write(CCmdPackager* pk) const;
     bool Write(CDataPackager* pk) const;
     bool Read(CCmdPackager* pk);
     bool Read(CDataPackager* pk);
     static const wire::Schema& Wire();
 
-    // Puts everything back to its default but the base fields of m_KinectGame, which stay.
+    // Resets everything to its default except the base fields of m_KinectGame, which do not change.
     void Reset();
 
-    // The bag. An index is a place in m_ItemList; later stacks move down when one is deleted.
+    // The bag. An index is a position in m_ItemList; later stacks move down when one is deleted.
 
-    // The stack, or null; a stack without pieces is deleted and gives null. Valid until the bag changes.
+    // The stack, or null; a stack without pieces is deleted and null is returned. Valid until the bag changes.
     FGameItem* GetItem(int index);
-    // Pieces of a name in all stacks. A sum beyond the range of int stays at its end, here and in AddItem.
+    // Pieces of a name in all stacks. Here and in AddItem sums saturate at the range of int.
     int GetItemNum(const zet::String_T<wchar_t>& name) const;
     void DelItem(int index);
-    // Adds the pieces to the first stack of the name, which keeps its own deadline, or appends the item. False, with
-    // no effect, for an item that is not valid.
+    // Adds the pieces to the first stack of the name, which keeps its own deadline, or appends the item. False, with no
+    // effect, for an invalid item.
     bool AddItem(FGameItem item);
-    // Takes num pieces, or all if there are fewer, and deletes a stack that is used up. False, with no effect, for num
-    // below 1 or where GetItem gives null.
+    // Removes num pieces, or all if there are fewer, and deletes an empty stack. False, with no effect, if num is below
+    // 1 or GetItem returns null.
     bool UseItem(int index, int num);
 
-    // The gift box, in the same way. It is filled by Read alone.
+    // The gift box, in the same way. Only Read fills it.
 
     FGameItem* GetGiftBox(int index);
     void DelGiftBox(int index);
-    // Takes one piece.
+    // Removes one piece.
     bool UseGiftBox(int index);
 
     void AddNewbieFlag(int flag);
     // Whether any of the bits is set.
     bool HasNewbieFlag(int flag) const;
 
-    // Unlocks all training games and clears their m_PlayTimes and m_CDDuration, but not a cool-down that runs; nothing
-    // when clear is 0.
+    // Unlocks all training games and clears their m_PlayTimes and m_CDDuration, but not a running cool-down. Does
+    // nothing if clear is 0.
     void OnGetVIP(int clear);
-    // Makes all training games never played, as far as m_BestScore tells.
+    // Sets m_BestScore of all training games to that of a game never played.
     void DropVisitorScore();
 
     // The training string, for the account database. Its grammar:
@@ -75,12 +76,12 @@ public:
     // Numbers are decimal ints, the score truncated toward zero, locked 0 or 1. The dates are the m_LastPlayTime of
     // the games that have an m_DateSlot from 0 to 19; the other slots are empty. There is no escape.
 
-    // The valid games of m_TrainingMap and the 20 dates; empty when the map is empty.
+    // Returns the valid games of m_TrainingMap and the 20 dates; empty if the map is empty.
     zet::String_T<wchar_t> SaveStringFromTraining();
-    // Sets m_BestScore, m_PlayTimes, m_CDDuration and m_Locked of the games and puts dates into m_DateMap by slot.
-    // A record with a ':' is a date. What a record leaves out counts as score -1, no plays, no cool-down, locked;
-    // games with an id that is not valid, empty dates and dates of 100 units or more are dropped. Fill m_TrainingMap
-    // with the games first: an entry that is made here keeps m_GameId 0.
+    // Sets m_BestScore, m_PlayTimes, m_CDDuration and m_Locked of the games and stores dates in m_DateMap by slot. A
+    // record with a ':' is a date. Missing fields of a record count as score -1, no plays, no cool-down, locked; games
+    // with an invalid id, empty dates and dates of 100 units or more are dropped. Fill m_TrainingMap with the games
+    // first: an entry created here keeps m_GameId 0.
     void LoadTrainingFromString(const zet::String_T<wchar_t>& text);
 
     // The item string, for the account database. Its grammar:
@@ -88,14 +89,14 @@ public:
     //   items ::= { name "|" pieces "|" seconds "=" }
     //
     // The seconds run from FGameItem::_DiscardStartTime to the deadline, 0 for none, and only their low 32 bits are
-    // written. There is no escape: a name with '|' or '=' is lost, and so is one of 50 units or more.
+    // written. There is no escape: a load drops a name with '|' or '=', and one of 50 units or more.
 
-    // The valid stacks of the bag.
+    // Returns the valid stacks of the bag.
     zet::String_T<wchar_t> SaveStringFromItem() const;
-    // Appends a stack for each record of three fields that is a valid item then. Stacks do not merge here.
+    // Appends a stack for each record of three fields that gives a valid item. Stacks do not merge here.
     void LoadItemFromString(const zet::String_T<wchar_t>& text);
 
-    // These exist for hosts to call and do nothing: energy, gifts, missions and the game tables are theirs.
+    // These do nothing and exist for hosts to call: energy, gifts, missions and the game tables belong to the hosts.
     void OnLostVIP();
     void RecountEnergyTime();
     void ClearNewFlag();
@@ -127,13 +128,13 @@ public:
     int m_Allowance[7] = {10, 10, 10, 10, 10, 10, 10};
     int m_Value3 = 0;
     int m_Value4 = 0;
-    // The finished steps of the newcomer's course, a bit each.
+    // The finished steps of the newcomer's course, one bit each.
     int m_NewbieFlag = 0;
     int m_Value5 = 0;
     int m_Value6 = 0;
     int m_Value7 = 0;
     bool m_Flag = false; // carried
-    // The one camera game that stands by itself.
+    // The camera game that is not in a map.
     FGameKinect m_KinectGame;
     // Training games by game id.
     std::map<int, FGameTraining> m_TrainingMap;

@@ -9,7 +9,7 @@
 namespace
 {
 
-// A sum of pieces that goes no further than an int does.
+// A sum of pieces, saturated at the range of int.
 int addPieces(int64_t a, int64_t b)
 {
     return static_cast<int>(

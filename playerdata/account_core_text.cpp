@@ -1,4 +1,4 @@
-// The training string and the item string; account_core.h has their grammar.
+// The training string and the item string; see account_core.h for their grammar.
 #include "playerdata/account_core.h"
 
 #include "framework/time.h"
@@ -14,11 +14,11 @@ namespace
 
 // Slots of play dates in a training string.
 constexpr int kDateSlots = 20;
-// The longest date and the longest name that a load takes, in units.
+// The maximum length of a date and of a name in a load, in units.
 constexpr int kLongestDate = 99;
 constexpr int kLongestName = 49;
 
-// Toward zero. A score that no int holds gives the end of the range that it lies beyond; one that is no number gives 0.
+// Truncates toward zero. A score outside the range of int gives the nearest limit; NaN gives 0.
 int truncateScore(float score)
 {
     constexpr float kBeyond = 2147483648.0f;
@@ -29,7 +29,7 @@ int truncateScore(float score)
     return score == score ? static_cast<int>(score) : 0;
 }
 
-// Stores what a record says into the map's game of that id.
+// Stores the fields of a record in the map's game of that id.
 void loadGame(std::wstring_view record, std::map<int, FGameTraining>& games)
 {
     int fields[] = {0, -1, 0, 0, 1};
@@ -80,7 +80,7 @@ zet::String_T<wchar_t> AccountData::SaveStringFromTraining()
     {
         if (!game.IsValid())
             continue;
-        // A slot beyond the list has no place in the text.
+        // A slot beyond the list is not in the text.
         if (game.m_DateSlot >= 0 && game.m_DateSlot < kDateSlots)
             dates[game.m_DateSlot] = game.m_LastPlayTime;
         text += zet::formatText(L"%d|%d|%d|%d|%d_", game.m_GameId, truncateScore(game.m_BestScore), game.m_PlayTimes,
@@ -145,7 +145,7 @@ void AccountData::LoadItemFromString(const zet::String_T<wchar_t>& text)
         FGameItem item;
         item.m_Name = std::move(name);
         item.m_Num = num;
-        // Written with a sign and meant without one: the dates reach into 2136.
+        // Written as signed but read as unsigned: the dates reach into 2136.
         if (seconds != 0)
             item.m_Deadline = (start + static_cast<uint32_t>(seconds)).convertToString(false);
         if (item.IsValid())

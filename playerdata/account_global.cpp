@@ -12,7 +12,7 @@
 namespace
 {
 
-// From the present second to a date; a date that cannot be parsed lies far back.
+// Seconds from now to a date; an invalid date counts as long past.
 long long secondsUntil(const zet::String_T<wchar_t>& date)
 {
     zet::Time time;
@@ -71,7 +71,7 @@ void AccountGlobalData::AddLastServerID(int id)
     if (known != m_LastServerList.end())
         m_LastServerList.erase(known);
     m_LastServerList.insert(m_LastServerList.begin(), id);
-    // One at most: a longer list that was loaded does not shrink to 3 at once.
+    // At most one: a longer loaded list does not shrink to 3 at once.
     if (m_LastServerList.size() >= 4)
         m_LastServerList.pop_back();
 }

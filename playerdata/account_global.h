@@ -1,6 +1,6 @@
-// The part of a player's record that holds across all game zones: texts, the VIP state, the servers last played on.
-// It travels beside AccountData. Hosts serialise access; nothing here is locked. Dates are texts that
-// zet::Time::convertFromString takes; one that cannot be parsed counts as long past.
+// The part of a player's record that is common to all game zones: texts, the VIP state, the servers last played on.
+// It is sent together with AccountData. Hosts serialise access; nothing here is locked. Dates are texts for
+// zet::Time::convertFromString; an invalid one counts as long past.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -19,7 +19,7 @@ struct Schema;
 class COMMONGROUND_API AccountGlobalData
 {
 public:
-    // Every field is tried, whatever became of those before it; the count of m_LastServerList alone decides the
+    // Every field is processed, whatever the result of those before it; only the count of m_LastServerList decides the
     // result.
     bool Write(CCmdPackager* pk) const;
     bool Write(CDataPackager* pk) const;
@@ -27,28 +27,28 @@ public:
     bool Read(CDataPackager* pk);
     static const wire::Schema& Wire();
 
-    // Puts everything back to its default but m_GlobalValue1, which stays.
+    // Resets everything to its default except m_GlobalValue1, which does not change.
     void Reset();
 
-    // Brings the VIP state up to date with the present second. While m_VIPLevel is above 0 and m_VIPExpireTime lies
-    // ahead: sets m_VIPDaysLeft, hands m_VIPNewFlag to account.OnGetVIP and clears it. Otherwise: m_VIPLevel and
-    // m_VIPDaysLeft become 0 and account.OnLostVIP is called.
+    // Updates the VIP state to the current second. If m_VIPLevel is above 0 and m_VIPExpireTime is in the future: sets
+    // m_VIPDaysLeft, passes m_VIPNewFlag to account.OnGetVIP and clears it. Otherwise: sets m_VIPLevel and
+    // m_VIPDaysLeft to 0 and calls account.OnLostVIP.
     void CheckVIP(AccountData& account);
-    // Whether m_DiamondVIPExpireTime lies ahead of the present second, whatever m_VIPLevel is.
+    // Whether m_DiamondVIPExpireTime is after the current second, whatever m_VIPLevel is.
     bool IsDiamondVIP() const;
 
     // The server last played on, or 0.
     int GetLastServerID() const;
-    // Puts a server in front, away from its place further back, and drops the last where there are then 4 or more.
-    // Numbers below 1 are not taken.
+    // Moves or inserts a server at the front, and drops the last one if there are then 4 or more. Numbers below 1 are
+    // ignored.
     void AddLastServerID(int id);
-    // The list as a text for the account database: each number with a '|' behind it, as in "7|3|12|".
+    // The list as a text for the account database: a '|' after each number, as in "7|3|12|".
     zet::String_T<wchar_t> ConvertLastServerListToString() const;
-    // Appends the numbers of such a text. What is not above 0 or is no number is dropped, and so is what stands behind
-    // the last '|'.
+    // Appends the numbers of such a text. Anything but a number above 0 is dropped, and so is the text after the last
+    // '|'.
     void ConvertLastServerListFromString(const zet::String_T<wchar_t>& text);
 
-    // The texts, m_GlobalFlag and the values are carried. The second text stands first on the wire.
+    // The texts, m_GlobalFlag and the values are carried. The second text is first on the wire.
     zet::String_T<wchar_t> m_GlobalText0;
     zet::String_T<wchar_t> m_GlobalText1;
     zet::String_T<wchar_t> m_GlobalText2;
@@ -63,15 +63,15 @@ public:
     zet::String_T<wchar_t> m_GlobalText8;
     int m_GlobalValue2 = 0;
     int m_GlobalValue3 = 0;
-    // 0 or less is no VIP.
+    // 0 or less means no VIP.
     int m_VIPLevel = 0;
-    // Whole days until m_VIPExpireTime; a VIP in the last day has 0.
+    // Whole days until m_VIPExpireTime; 0 on the last day.
     int m_VIPDaysLeft = 0;
     int m_GlobalValue4 = 0;
-    // Dates on which the VIP state and the diamond VIP state end; that second is no part of them.
+    // Ends of the VIP state and of the diamond VIP state, exclusive.
     zet::String_T<wchar_t> m_VIPExpireTime;
     zet::String_T<wchar_t> m_DiamondVIPExpireTime;
-    // Set by the host to have the next CheckVIP clear the player's training games.
+    // Set by the host so that the next CheckVIP clears the player's training games.
     int m_VIPNewFlag = 0;
     // Server numbers, the most recent first; at most 3 in normal use.
     std::vector<int> m_LastServerList;

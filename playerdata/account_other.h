@@ -1,4 +1,4 @@
-// The smaller records that stand beside a player's account. They carry values for their packs and have no rules.
+// The smaller records beside a player's account. They hold values for their packs and have no rules.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -21,7 +21,7 @@ public:
     bool Read(CDataPackager* pk);
     static const wire::Schema& Wire();
 
-    // All members back to their defaults.
+    // Resets all members to their defaults.
     void Reset();
 
     int m_AchieveValue0 = -1;
@@ -46,7 +46,7 @@ public:
     bool m_AchieveFlag5 = false;
 };
 
-// Counters of what a player did.
+// Counters of a player's actions.
 class COMMONGROUND_API AccountBehaviourData
 {
 public:
@@ -56,7 +56,7 @@ public:
     bool Read(CDataPackager* pk);
     static const wire::Schema& Wire();
 
-    // All members back to their defaults.
+    // Resets all members to their defaults.
     void Reset();
 
     int m_BehaviourValue0 = -1;
@@ -129,7 +129,7 @@ public:
     bool Read(CDataPackager* pk);
     static const wire::Schema& Wire();
 
-    // All members back to their defaults.
+    // Resets all members to their defaults.
     void Reset();
 
     zet::String_T<wchar_t> m_BuyText0;

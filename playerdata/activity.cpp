@@ -6,7 +6,7 @@
 
 #include <climits>
 
-// The base cannot be made by itself: the Christmas activity lends it a body for its schema.
+// The base is abstract: the Christmas activity provides the object for its schema.
 WIRE_DECLARE_WALK(FGameActivityBase)
 WIRE_WRITE(FGameActivityBase, CCmdPackager)
 WIRE_READ(FGameActivityBase, CCmdPackager)

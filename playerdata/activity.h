@@ -13,7 +13,7 @@ namespace wire
 struct Schema;
 }
 
-// What all activities have. m_StartTime and m_EndTime are calendar texts of local civil time.
+// The base of all activities. m_StartTime and m_EndTime are calendar texts in local standard time.
 class COMMONGROUND_API FGameActivityBase
 {
 public:
@@ -28,16 +28,16 @@ public:
     virtual void DailyClear() = 0;
     static const wire::Schema& Wire();
 
-    // Above 0 the activity exists.
+    // The activity exists if this is above 0.
     int m_ActivityType = 0;
     int m_ActivityValue = 1;
     zet::String_T<wchar_t> m_ActivityText0;
-    // The first and the last moment of the activity; both belong to it.
+    // The first and the last second of the activity, inclusive.
     zet::String_T<wchar_t> m_StartTime;
     zet::String_T<wchar_t> m_EndTime;
     zet::String_T<wchar_t> m_ActivityText1;
     bool m_ActivityFlag0 = false;
-    // The last answer of CheckEnable.
+    // The last result of CheckEnable.
     bool m_IsEnable = false;
     bool m_ActivityFlag1 = false;
 
@@ -46,7 +46,7 @@ protected:
     ~FGameActivityBase() = default;
 };
 
-// The Christmas activity: points that decay on the days missed.
+// The Christmas activity: points that decay on missed days.
 class COMMONGROUND_API FGameActivityChristmas final : public FGameActivityBase
 {
 public:
@@ -68,15 +68,15 @@ public:
     bool DealActivity(CCmdHead* command) override;
     // "points|played|missed", played as 0 or 1.
     zet::String_T<wchar_t> ToString() override;
-    // The same back. An empty text changes nothing; a number that is missing leaves its member alone, but a missing
+    // Parses that form. An empty text changes nothing; a missing number leaves its member unchanged, but a missing
     // played is false.
     void FromString(zet::String_T<wchar_t>& text) override;
-    // Sets m_IsEnable and m_ActivityState by the present time and returns m_IsEnable. An activity that does not exist
-    // is not enabled, and its state stays.
+    // Sets m_IsEnable and m_ActivityState by the current time and returns m_IsEnable. An activity that does not exist
+    // is not enabled, and its state does not change.
     bool CheckEnable() override;
-    // Once a day, while enabled: counts a day without play, then takes 2 points at one missed day, 3 at two and all
-    // beyond, down to 0. The count alone decides, so a day with play costs the same until the host clears it.
-    // m_PlayedToday becomes false, enabled or not.
+    // Call once a day. If enabled: counts a day without play, then subtracts points by the number of missed days: 2 at
+    // one, 3 at two, all beyond, down to 0. Only the count decides, so a day with play costs the same until the host
+    // clears the count. Sets m_PlayedToday to false, enabled or not.
     void DailyClear() override;
 
     int m_Points = 0;

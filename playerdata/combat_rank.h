@@ -26,8 +26,8 @@ public:
     int m_Value2 = 0;
 };
 
-// The whole combat board. Its tables travel cell by cell in turn, the third in its three columns only, and decide
-// nothing: a cut board reads true and keeps what the tables held.
+// The whole combat board. Its tables are sent interleaved by cell, the third in its three columns only, and do not
+// affect the result: a truncated board reads true and keeps the tables' previous values.
 class COMMONGROUND_API CombatRankData_Pack_Reply
 {
 public:
@@ -55,7 +55,7 @@ public:
     CombatRankData m_CombatRankDatas3[kRows][kThirdColumns];
 };
 
-// The whole BS4 board: two tables of a hundred lines, sent in turn line by line, which decide nothing.
+// The whole BS4 board: two tables of a hundred lines, interleaved by line, which do not affect the result.
 class COMMONGROUND_API BS4RankData_Pack_Reply
 {
 public:

@@ -120,7 +120,7 @@ bool FGameMusic::IsValid()
     return m_GameId >= 1000;
 }
 
-// A border belongs to the lower grade, unlike in the other games.
+// A limit belongs to the lower grade, unlike in the other games.
 int FGameMusic::EvaluateGameScore(float score)
 {
     if (score > 6.0f)

@@ -1,5 +1,5 @@
-// The kinds of game that no other record keeps, and the match game: missions, matches, rushes, music and brain games.
-// The fields of all of them are carried.
+// The kinds of game that no other record contains, and the match game: missions, matches, rushes, music and brain
+// games. The fields of all of them are carried.
 #pragma once
 
 #include "playerdata/game_object.h"
@@ -17,7 +17,7 @@ public:
     FGameMission(FGameMission&&) = default;
     FGameMission& operator=(const FGameMission&) = default;
     FGameMission& operator=(FGameMission&&) = default;
-    // Copies the base and keeps the fields of its own.
+    // Copies the base and keeps its own fields.
     FGameMission& operator=(const FGameObject& object);
 
     bool Write(CCmdPackager* pk) const override;
@@ -50,7 +50,7 @@ public:
     FGameMatch(FGameMatch&&) = default;
     FGameMatch& operator=(const FGameMatch&) = default;
     FGameMatch& operator=(FGameMatch&&) = default;
-    // Copies the base and keeps the fields of its own.
+    // Copies the base and keeps its own fields.
     FGameMatch& operator=(const FGameObject& object);
 
     bool Write(CCmdPackager* pk) const override;
@@ -79,10 +79,10 @@ public:
     FGameRush() { m_GameType = kGameType; }
     FGameRush(const FGameRush&) = default;
     FGameRush(FGameRush&&) = default;
-    // Copies what describes the stage and its result; m_RushText and the four members that are never sent stay as they
-    // are. There is no moving assignment, so that a temporary is assigned by the same rule.
+    // Copies the description of the stage and its result; m_RushText and the four members that are never sent do not
+    // change. There is no move assignment, so that assignment from a temporary follows the same rule.
     FGameRush& operator=(const FGameRush& other);
-    // Copies the base and keeps the fields of its own.
+    // Copies the base and keeps its own fields.
     FGameRush& operator=(const FGameObject& object);
 
     bool Write(CCmdPackager* pk) const override;
@@ -103,7 +103,7 @@ public:
     bool m_RushFlag0 = false;
     bool m_RushFlag1 = false;
     bool m_RushFlag2 = false;
-    // On the wire the third of these stands in front of the second.
+    // On the wire the third of these precedes the second.
     int m_RushParam0 = 0;
     int m_RushParam1 = 0;
     int m_RushParam2 = 0;
@@ -115,7 +115,7 @@ public:
     int m_RushLocal2 = 0;
 };
 
-// A music game. Music games are numbered from 1000 and have a scale of their own.
+// A music game. Music games are numbered from 1000 and have their own scale.
 class COMMONGROUND_API FGameMusic : public FGameObject
 {
 public:
@@ -126,7 +126,7 @@ public:
     FGameMusic(FGameMusic&&) = default;
     FGameMusic& operator=(const FGameMusic&) = default;
     FGameMusic& operator=(FGameMusic&&) = default;
-    // Copies the base and keeps the fields of its own.
+    // Copies the base and keeps its own fields.
     FGameMusic& operator=(const FGameObject& object);
 
     bool Write(CCmdPackager* pk) const override;
@@ -159,7 +159,7 @@ public:
     FGameBrain(FGameBrain&&) = default;
     FGameBrain& operator=(const FGameBrain&) = default;
     FGameBrain& operator=(FGameBrain&&) = default;
-    // Copies the base and keeps the fields of its own.
+    // Copies the base and keeps its own fields.
     FGameBrain& operator=(const FGameObject& object);
 
     bool Write(CCmdPackager* pk) const override;

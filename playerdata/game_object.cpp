@@ -25,7 +25,7 @@ int FGameObject::CaculateGameScore(float)
     return 0;
 }
 
-// A border belongs to the higher grade.
+// A limit belongs to the higher grade.
 int FGameObject::EvaluateGameScore(float score)
 {
     if (score >= 80.0f)

@@ -1,8 +1,8 @@
-// One game of the platform as it stands for one player: what every kind of game has.
+// The state of one game for one player: the base of every kind of game.
 //
-// Game records are plain values that their container owns. Nothing here is locked. Scores are points, dates are texts
-// that zet::Time::convertFromString takes, times are seconds. A field whose comment says carried is moved by this
-// library without being read.
+// Game records are plain values owned by their container. Nothing here is locked. Scores are points, dates are texts
+// for zet::Time::convertFromString, times are seconds. This library copies a field marked "carried" without
+// interpreting it.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -17,24 +17,24 @@ struct Schema;
 
 COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_BEGIN
 
-// The base of all kinds of game. The order of the virtual operations is part of the interface, and so is that there
-// are no more of them: a game record is never destroyed through its base.
+// The base of all kinds of game. The number and order of the virtual functions are part of the interface, so there is
+// no virtual destructor: a game record is never destroyed through its base.
 class COMMONGROUND_API FGameObject
 {
 public:
     static constexpr int kGameType = 0;
-    // The best score of a game that was never played.
+    // The best score of a game never played.
     static constexpr float kNotPlayed = -1.0f;
 
-    // A derived class puts all fields of this class in front of its own. Stops at the first field that fails and
-    // returns false; what was read by then stays.
+    // A derived class has all fields of this class before its own. Stops at the first field that fails and returns
+    // false; fields already read keep their new values.
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Read(CCmdPackager* pk);
     virtual bool Read(CDataPackager* pk);
     // Does nothing, for any kind of game.
     virtual void SetBetterScore(float score);
-    // Whether m_GameId is a game: from 1 to 99, but not 5, which does not exist.
+    // Whether m_GameId is valid: from 1 to 99, except 5, which does not exist.
     virtual bool IsValid();
     // 0, for any kind of game.
     virtual int CaculateGameScore(float score);
@@ -59,7 +59,7 @@ public:
     float m_SecondScore = 0.0f; // carried
 };
 
-// A game of the newcomer's course: the base and nothing more.
+// A game of the newcomer's course: only the base.
 class COMMONGROUND_API FGameNewbie : public FGameObject
 {
 public:
@@ -70,7 +70,7 @@ public:
     FGameNewbie(FGameNewbie&&) = default;
     FGameNewbie& operator=(const FGameNewbie&) = default;
     FGameNewbie& operator=(FGameNewbie&&) = default;
-    // Copies the base and with it m_GameType: alone among the kinds, this one does not put its own in.
+    // Copies the base including m_GameType: unlike the other kinds, this one does not set its own.
     FGameNewbie& operator=(const FGameObject& object);
 
     bool Write(CCmdPackager* pk) const override;

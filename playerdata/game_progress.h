@@ -1,4 +1,4 @@
-// All records of what one game is to one player, for hosts that handle every kind.
+// Includes the records of all kinds of game, for hosts that handle every kind.
 #pragma once
 
 #include "playerdata/game_kinds.h"

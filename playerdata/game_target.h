@@ -1,4 +1,4 @@
-// Two parts of a match's description: how hard it is and what it asks for. All fields are carried.
+// Two parts of a match's description: its difficulty and its targets. All fields are carried.
 #pragma once
 
 #include "framework/platform/export.h"

@@ -9,7 +9,7 @@
 namespace
 {
 
-// The date of a game that was never played.
+// The date of a game never played.
 constexpr const wchar_t* kNeverPlayed = L"2013-1-1 00:00:00";
 
 int coolDownOf(int playTimes)
@@ -19,7 +19,7 @@ int coolDownOf(int playTimes)
     return kSeconds[playTimes < 0 ? 0 : playTimes < kLast ? playTimes : kLast];
 }
 
-// The rule of both kinds of game, over their like-named members.
+// The rule of both kinds of game, on their members of the same names.
 template <class Game>
 void setCoolDown(Game& game)
 {

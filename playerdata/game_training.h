@@ -1,7 +1,7 @@
 // The two kinds of game that an account keeps and that cool down between plays: training and camera games.
 //
-// A cool-down grows with the plays of the day and runs in seconds. The host counts the plays and ticks the cool-down;
-// nothing here clears m_PlayTimes. Whatever is not above 0.0 in m_CDTime is no cool-down.
+// A cool-down grows with the plays of the day and is in seconds. The host counts the plays and ticks the cool-down;
+// nothing here clears m_PlayTimes. m_CDTime means a cool-down only if it is above 0.0.
 #pragma once
 
 #include "playerdata/game_object.h"
@@ -19,7 +19,7 @@ public:
     FGameTraining(FGameTraining&&) = default;
     FGameTraining& operator=(const FGameTraining&) = default;
     FGameTraining& operator=(FGameTraining&&) = default;
-    // Copies the base, then puts everything of its own but m_Group back to its default.
+    // Copies the base, then resets all its own fields except m_Group.
     FGameTraining& operator=(const FGameObject& object);
 
     bool Write(CCmdPackager* pk) const override;
@@ -28,15 +28,15 @@ public:
     bool Read(CDataPackager* pk) override;
     static const wire::Schema& Wire();
 
-    // Takes seconds off a running m_CDTime. The last step may leave it below 0, where it stays.
+    // Subtracts seconds from a running m_CDTime. The last step may leave it below 0, where it stays.
     void TickCD(float seconds);
     // Sets m_CDDuration from m_PlayTimes (none, 300, 900, 1800, 3600, 14400, 28800, then 86400 seconds) and m_CDTime
-    // to what is left of it now, counted from m_LastPlayTime. With no plays m_CDTime keeps what it holds; a date that
-    // cannot be parsed counts as long past.
+    // to its rest, counted from m_LastPlayTime. With no plays m_CDTime does not change; an invalid date counts as long
+    // past.
     void SetCDTimeByPlayTimes();
 
     int m_Group = 1; // carried
-    // Place in the account's list of play dates, from 0 to 19; -1 for none.
+    // The slot in the account's list of play dates, from 0 to 19; -1 for none.
     int m_DateSlot = -1;
     int m_Param0 = 0;    // carried
     int m_Param1 = 0;    // carried
@@ -44,15 +44,15 @@ public:
     bool m_Flag = false; // carried
     int m_Link = -1;     // carried
     int m_Param3 = 0;    // carried
-    // The player may not play it; cleared by a new VIP state.
+    // True if the player may not play it; cleared by a new VIP state.
     bool m_Locked = true;
     // Date of the last play.
     zet::String_T<wchar_t> m_LastPlayTime = L"2013-1-1 00:00:00";
     // Plays of the day.
     int m_PlayTimes = 0;
-    // Seconds that the present cool-down lasts in all.
+    // Total seconds of the current cool-down.
     int m_CDDuration = 0;
-    // Seconds of it that are left.
+    // Remaining seconds of it.
     float m_CDTime = 0.0f;
 };
 
@@ -76,7 +76,7 @@ public:
     bool Read(CDataPackager* pk) override;
     static const wire::Schema& Wire();
 
-    // Puts the four fields of its own back to their defaults; those of FGameObject stay.
+    // Resets its own four fields; those of FGameObject do not change.
     void Reset();
     // As in FGameTraining.
     void TickCD(float seconds);

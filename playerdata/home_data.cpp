@@ -8,13 +8,13 @@
 namespace
 {
 
-// What one more costs after times on the same day.
+// The price of the next one after the given number on the same day.
 int priceAfter(int times, int first, int second, int third)
 {
     return times < 2 ? first : times < 6 ? second : third;
 }
 
-// Lives come from the wire and may be anything, so they are counted in 64 bits and kept within what an int holds.
+// Lives come from the wire and may have any value, so they are computed in 64 bits and saturated to int.
 int clampedLives(long long lives)
 {
     return static_cast<int>(std::clamp<long long>(lives, INT_MIN, INT_MAX));

@@ -15,7 +15,7 @@ namespace wire
 struct Schema;
 }
 
-// A player's state in the home feature. Prices rise with what was bought on the same day.
+// A player's state in the home feature. Prices rise with the purchases of the same day.
 class COMMONGROUND_API AccountHomeData
 {
 public:
@@ -34,14 +34,14 @@ public:
     int GetHomeJumpOffCostDiamond() const;
     int GetTotalRushLife() const { return m_RushLife; }
     bool GetIsJumpOff() const { return m_IsJumpOff; }
-    // Takes lives away, down to 0. A negative number adds lives, beyond the limit too.
+    // Subtracts lives, down to 0. A negative number adds lives, even beyond the limit.
     void CostRushLife(int lives);
-    // The limit becomes 5; 5 lives are added, and what is above the limit is lost.
+    // Sets the limit to 5 and adds 5 lives; lives above the limit are lost.
     void OnGetVIP();
-    // The limit becomes 3, and lives above it are lost.
+    // Sets the limit to 3; lives above it are lost.
     void OnLostVIP();
-    // The daily reset: counters 0, lives full to the limit of a VIP (isVIP not 0) or a plain player, no date.
-    // m_IsJumpOff and the carried values stay.
+    // The daily reset: counters 0, lives at the limit of a VIP (isVIP not 0) or of another player, no date. m_IsJumpOff
+    // and the carried values do not change.
     void ResetHomData(int isVIP);
 
     bool m_IsHomeValid = false;
@@ -59,7 +59,7 @@ public:
     int m_MaxRushLife = kPlainRushLife;
 };
 
-// How a member looks: six values and the seven things worn.
+// The look of a member: six values and the seven things worn.
 class COMMONGROUND_API MemberVisual
 {
 public:
@@ -94,7 +94,7 @@ public:
     zet::String_T<wchar_t> m_MemberText5;
 };
 
-// A home and those who live in it.
+// A home and its members.
 class COMMONGROUND_API HomeData
 {
 public:

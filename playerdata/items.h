@@ -1,5 +1,5 @@
-// What a player owns or can win: stacks of items, prize rows of the big table, small values.
-// Plain values; their containers own them. A field whose comment says carried is moved without being read.
+// Things that a player owns or can win: stacks of items, prize rows of the big table, small values.
+// Plain values, owned by their containers. A field marked "carried" is copied without being interpreted.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -16,9 +16,8 @@ struct Schema;
 class COMMONGROUND_API FGameItem
 {
 public:
-    // The zero point of the deadlines in the item string: 2000-1-1 0:0:0, a date of the same form as m_Deadline.
-    // Built when the library is loaded. Hosts know it as a variable, so it is no constant; nothing in the library
-    // assigns to it.
+    // The origin of the deadlines in the item string: 2000-1-1 0:0:0, in the form of m_Deadline. Built when the library
+    // is loaded. Not const, since hosts know it as a variable; nothing in the library assigns to it.
     static zet::String_T<wchar_t> _DiscardStartTime;
 
     bool Write(CCmdPackager* pk) const;
@@ -27,8 +26,8 @@ public:
     bool Read(CDataPackager* pk);
     static const wire::Schema& Wire();
 
-    // Whether there is something with a name that has not expired. The second of the deadline is too late, and so is
-    // a deadline that is no date.
+    // Whether the item has pieces and a name and has not expired. It expires at the second of the deadline; an invalid
+    // deadline counts as expired.
     bool IsValid() const;
 
     int m_ItemType = 0; // carried
@@ -41,7 +40,7 @@ public:
     zet::String_T<wchar_t> m_Text2; // carried
     zet::String_T<wchar_t> m_Text3; // carried
     zet::String_T<wchar_t> m_Text4; // carried
-    // Date on which the item expires, as zet::Time::convertFromString takes it; empty for never.
+    // The date on which the item expires, for zet::Time::convertFromString; empty for never.
     zet::String_T<wchar_t> m_Deadline;
     zet::String_T<wchar_t> m_Text5; // carried
     zet::String_T<wchar_t> m_Text6; // carried
@@ -50,7 +49,7 @@ public:
     zet::String_T<wchar_t> m_Text9; // carried
 };
 
-// A prize row of the big table, with its stock. A stock or reserve below 0 means that the row is not limited.
+// A prize row of the big table, with its stock. A stock or reserve below 0 means unlimited.
 class COMMONGROUND_API FBigTableItem
 {
 public:
@@ -62,7 +61,7 @@ public:
 
     // Whether a prize is left in stock or reserve.
     bool IsHaveSku() const;
-    // Takes one prize from the stock or, when that is used up, from the reserve; neither falls below 0.
+    // Takes one prize from the stock or, if that is empty, from the reserve; neither falls below 0.
     void SubtractSku();
 
     int m_Value0 = 0; // carried

@@ -10,7 +10,7 @@ namespace wire
 struct Schema;
 }
 
-// Data only; the mail system and its hosts do the work.
+// Data only.
 class COMMONGROUND_API CLetter
 {
 public:
@@ -24,7 +24,7 @@ public:
 
     static const wire::Schema& Wire();
 
-    // -1 marks a letter that has no id yet.
+    // -1 for a letter without an id.
     int m_LetterId = -1;
     int m_LetterType = 0;
     zet::String_T<wchar_t> m_Text1;

@@ -38,7 +38,7 @@ void AccountMatchData3::ClearScoreMap()
 {
     constexpr int kMarker = -1;
     constexpr int kStartScore = 10000;
-    // No game has number 5, yet its place is marked.
+    // No game has number 5, but its entry has the marker.
     m_ScoreMap[5] = kMarker;
     for (const int game : {2, 6, 7, 8, 9, 10, 11, 13})
         m_ScoreMap[game] = kStartScore;
@@ -46,7 +46,7 @@ void AccountMatchData3::ClearScoreMap()
 
 int AccountMatchData3::GetTotalGameScore() const
 {
-    // Scores come from the wire and may be anything: the sum wraps instead of overflowing.
+    // Scores come from the wire and may have any value: the sum wraps instead of overflowing.
     unsigned total = 0;
     for (const auto& [game, score] : m_ScoreMap)
         total += static_cast<unsigned>(score);

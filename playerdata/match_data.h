@@ -1,5 +1,5 @@
-// A player's standing in the match events, a record for each generation. Almost all of it is carried: moved without
-// being read.
+// A player's standing in the match events, one record per generation. Almost all fields are carried: copied without
+// being interpreted.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -38,7 +38,7 @@ public:
     zet::String_T<wchar_t> m_MatchText3;
 };
 
-// What a ranking shows of an AccountMatchData.
+// The part of an AccountMatchData that a ranking shows.
 class COMMONGROUND_API AccountMatchRankData
 {
 public:
@@ -46,7 +46,7 @@ public:
     bool Read(CCmdPackager* pk);
     static const wire::Schema& Wire();
 
-    // Takes the first two texts, m_MatchScore and m_MatchName.
+    // Copies the first two texts, m_MatchScore and m_MatchName.
     void ReadData(const AccountMatchData& data);
 
     zet::String_T<wchar_t> m_RankText0;
@@ -68,14 +68,14 @@ public:
     bool Read(CDataPackager* pk);
     static const wire::Schema& Wire();
 
-    // Gives the games of the event their start scores and leaves the scores of other games alone.
+    // Sets the start scores of the event's games; other scores do not change.
     void ClearScoreMap();
-    // The sum of all scores, start scores and marker included.
+    // The sum of all scores, including start scores and the marker.
     int GetTotalGameScore() const;
-    // True when stage and team are both above 0.
+    // Whether stage and team are both above 0.
     bool IsJoinMatch() const { return m_MatchStage > 0 && m_MatchTeam > 0; }
-    // The weekly reset: stages 2 to 5 leave 5 to 8 in m_WeekResult, other stages leave it alone; then stage, team and
-    // the weekly values become 0 and the lives 15. The scores stay.
+    // The weekly reset: stages 2 to 5 set m_WeekResult to 5 to 8, other stages do not change it; then stage, team and
+    // the weekly values become 0 and the lives 15. The scores do not change.
     void WeekCleanData();
 
     int m_WeekValue0 = 0;
@@ -122,7 +122,7 @@ public:
     int m_Match3Value22 = 0;
     // From game number to score.
     std::map<int, int> m_ScoreMap;
-    // For the process that holds the record.
+    // For the process that owns the record.
     bool m_Match3Local = false;
 };
 

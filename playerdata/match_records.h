@@ -1,5 +1,5 @@
-// What the match feature shows beside a player's own record: matches, lottery, rankings, awards and teams.
-// All of it is carried: moved without being read.
+// Records of the match feature other than a player's own: matches, lottery, rankings, awards and teams.
+// All fields are carried: copied without being interpreted.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -69,7 +69,7 @@ public:
     bool Read(CCmdPackager* pk);
     static const wire::Schema& Wire();
 
-    // True for the row of the player whose record this is: the first texts of both are equal, nothing else counts.
+    // Whether this is the row of the given record's player: compares only the first texts.
     bool operator==(const AccountMatchData& data) const;
 
     zet::String_T<wchar_t> m_Text1;
@@ -175,7 +175,7 @@ public:
     zet::String_T<wchar_t> m_Text3;
 };
 
-// Two teams that met, and how it ended.
+// A match of two teams, and its result.
 class COMMONGROUND_API TeamMatchResultData
 {
 public:

@@ -1,7 +1,7 @@
-// Rows of the ranking boards. m_Rank is the place of a row on its board; the sorting loops are the hosts'.
-// Exchange swaps two rows whole, but each place keeps its m_Rank.
+// Rows of the ranking boards. m_Rank is the position of a row on its board; hosts do the sorting.
+// Exchange swaps two whole rows, but each position keeps its m_Rank.
 //
-// Comparisons take m_SortTime as a calendar text; one that is none counts as the start of 1970.
+// Comparisons parse m_SortTime as a calendar text; an invalid one counts as the start of 1970.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -23,7 +23,7 @@ public:
     bool Read(CDataPackager* pk);
     static const wire::Schema& Wire();
 
-    // By m_SortKey0, m_SortKey1, m_SortKey2, greater first; of equal rows the earlier is greater.
+    // By m_SortKey0, m_SortKey1, m_SortKey2, greater first; of equal rows the one with the earlier time is greater.
     bool operator>(const AccountSortInfo& other) const;
     static void Exchange(AccountSortInfo& a, AccountSortInfo& b);
 
@@ -47,7 +47,7 @@ public:
     bool Read(CDataPackager* pk);
     static const wire::Schema& Wire();
 
-    // By m_SortKey; of equal rows the earlier is greater.
+    // By m_SortKey; of equal rows the one with the earlier time is greater.
     bool operator>(const GameKinectSortInfo& other) const;
     static void Exchange(GameKinectSortInfo& a, GameKinectSortInfo& b);
 
@@ -71,8 +71,8 @@ public:
     bool Read(CDataPackager* pk);
     static const wire::Schema& Wire();
 
-    // This board is turned round: the row with the greater m_SortKey is the smaller, and so, of equal keys, is the
-    // later. Both are false for rows of equal key and time.
+    // This board is inverted: the row with the greater m_SortKey is the smaller, and of equal keys the one with the
+    // later time. Both are false for rows with equal key and time.
     bool operator<(const GameMatchSortInfo& other) const;
     bool operator>(const GameMatchSortInfo& other) const;
     static void Exchange(GameMatchSortInfo& a, GameMatchSortInfo& b);

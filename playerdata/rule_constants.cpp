@@ -70,8 +70,8 @@ const zet::String_T<wchar_t> g_LingYuanGouTCLCamera = L"TCLKinect";
 namespace
 {
 
-// Drawn once when the library is loaded, from the generator as it stands then: nobody seeds it, and the least key is
-// 999. It leaves neither the process nor this file.
+// Drawn once when the library is loaded, from the unseeded generator; the smallest key is 999. It is used only in this
+// file.
 const int m_ConfuseKey = std::rand() % 65535 + 999;
 
 } // namespace

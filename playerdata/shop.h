@@ -1,4 +1,4 @@
-// What the shop sells: offers for the game's own money, offers for real money, and the catalogue of both.
+// The shop: offers for the game's own money, offers for real money, and the catalogue of both.
 // Plain values. The catalogue comes from the servers' game data.
 #pragma once
 
@@ -7,18 +7,18 @@
 #include <map>
 #include <vector>
 
-// An offer made of items.
+// An offer of items.
 class COMMONGROUND_API FGameTrade
 {
 public:
-    // Items stand first on the wire. Read stops at the first that fails; those in front of it stay.
+    // Items are first on the wire. Read stops at the first that fails and keeps those before it.
     bool Write(CCmdPackager* pk) const;
     bool Write(CDataPackager* pk) const;
     bool Read(CCmdPackager* pk);
     bool Read(CDataPackager* pk);
     static const wire::Schema& Wire();
 
-    // m_MainType, or "Undefine" where there is none.
+    // m_MainType, or "Undefine" if it is empty.
     zet::String_T<wchar_t> GetMainType() const;
 
     std::vector<FGameItem> m_Items;
@@ -49,16 +49,16 @@ public:
 class COMMONGROUND_API FGameShop
 {
 public:
-    // Read empties m_ShopTrades but adds to m_InPurchaseTrades: whoever reads a catalogue again starts from a fresh
-    // object. Of two shop offers with one name the later stays.
+    // Read clears m_ShopTrades but appends to m_InPurchaseTrades: to read a catalogue again, use a new object. Of two
+    // shop offers with the same name the later is kept.
     bool Write(CCmdPackager* pk) const;
     bool Write(CDataPackager* pk) const;
     bool Read(CCmdPackager* pk);
     bool Read(CDataPackager* pk);
     static const wire::Schema& Wire();
 
-    // The offer of a name, or null; of two offers for money with one name, the first. The shop owns it, and it is
-    // valid until the shop changes.
+    // The offer of a name, or null; of two offers for real money with one name, the first. Owned by the shop and valid
+    // until the shop changes.
     FGameTrade* GetShopTradeByName(const zet::String_T<wchar_t>& name);
     FInPurchaseGameTrade* GetInPurchaseGameTradeByName(const zet::String_T<wchar_t>& name);
 

@@ -74,7 +74,7 @@ void AccountTravelData::SetAnalyVersion(const zet::String_T<wchar_t>& text)
 
 zet::String_T<wchar_t> AccountTravelData::getStringFromAnalyVersion(const zet::String_T<wchar_t>& text) const
 {
-    // Without a header nothing is found, at -1, and the whole text is what stands behind it.
+    // Without a header the search returns -1, and the whole text is used.
     return text.getSubString(text.find(kHeaderEnd, 0) + 1, text.getLength());
 }
 

@@ -1,4 +1,4 @@
-// The travel feature: the attractions that a player knows, and how far the tasks of each are done.
+// The travel feature: the attractions that a player knows, and the progress of their tasks.
 // Fields without a comment are carried: moved without being read.
 //
 // The attract data string is the database's form of the map:
@@ -35,8 +35,8 @@ public:
     int m_TaskLevel = 0;
 };
 
-// A player's progress in the travel feature. The look-ups take the first valid attraction in key order whose
-// m_AttractId is the one asked for, whatever its key.
+// A player's progress in the travel feature. A lookup returns the first valid attraction in key order with the given
+// m_AttractId, whatever its key.
 class COMMONGROUND_API AccountTravelData
 {
 public:
@@ -49,21 +49,21 @@ public:
     bool IsReaded() const { return m_IsReaded; }
     bool IsValid() const { return m_IsValid; }
     int getCurVehicle() const { return m_CurVehicle; }
-    // 0 where there is no such attraction.
+    // 0 if there is no such attraction.
     int getIsUnlockedValue(int attractId) const;
     int getTaskLevelValue(int attractId) const;
-    // Stores a valid attraction that is not known yet; existing progress is never overwritten.
+    // Adds a valid attraction that is not known yet; existing progress is never overwritten.
     void SetAddNewAttractData(FAttractData attract);
-    // Unlocks an attraction that is known; nothing else changes.
+    // Unlocks a known attraction; nothing else changes.
     void SetAttractToUnlock(int attractId);
 
-    // Loading takes these three in turn: the version of the text, what stands behind it, the records.
-    // An empty text leaves the version alone; one without "|" has version 0.
+    // A load calls these three in order: the version of the text, the text after it, the records. An empty text does
+    // not change the version; one without "|" has version 0.
     void SetAnalyVersion(const zet::String_T<wchar_t>& text);
-    // The whole text where it has no "|".
+    // The whole text if it has no "|".
     zet::String_T<wchar_t> getStringFromAnalyVersion(const zet::String_T<wchar_t>& text) const;
-    // Adds the records to the map; one of a known id replaces it. A record that is no valid attraction is dropped,
-    // and so is what stands behind the last ";". With a version other than 0 nothing is stored.
+    // Adds the records to the map; a record replaces a known one of the same id. Invalid attractions are dropped, and
+    // so is the text after the last ";". With a version other than 0 nothing is stored.
     void LoadAttractDataFromString(const zet::String_T<wchar_t>& text);
     // The whole string, without the invalid attractions; empty for an empty map and for a version other than 0.
     zet::String_T<wchar_t> SaveStringFromAttractData() const;

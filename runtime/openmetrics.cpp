@@ -17,7 +17,7 @@ struct Rates
     unsigned long long m_Send = 0;
 };
 
-// A unit is the end of the metric's name as well; an empty one is left out.
+// The unit is also the suffix of the metric's name; an empty unit is omitted.
 void addFamily(std::string& text, const std::string& name, const char* unit, const char* help)
 {
     text += "# TYPE " + name + " gauge\n";
@@ -31,7 +31,7 @@ void addSample(std::string& text, const std::string& name, const std::string& va
     text += name + ' ' + value + '\n';
 }
 
-// A number that only grows.
+// A monotonic counter.
 void addCounter(std::string& text, const std::string& name, const char* help, unsigned long long value)
 {
     text += "# TYPE " + name + " counter\n# HELP " + name + ' ' + help + '\n';

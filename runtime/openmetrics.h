@@ -1,4 +1,4 @@
-// The figures of a server for scrapers that read OpenMetrics.
+// The figures of a server in the OpenMetrics format.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -6,7 +6,7 @@
 
 class SystemCmdInfo;
 
-// The figures of SystemCmdInfo's JSON document and the lines that the process's log has lost or left out, in the
-// OpenMetrics text format, UTF-8, closed by "# EOF". Units are base units: bytes and seconds. Sockets whose names
-// become one in UTF-8 are one there, with the sum of their rates.
+// The figures of SystemCmdInfo's JSON document and the numbers of lost and omitted log lines, in the OpenMetrics text
+// format, UTF-8, ending with "# EOF". Units are base units: bytes and seconds. Sockets whose names are equal in UTF-8
+// are merged, with the sum of their rates.
 COMMONGROUND_API zet::String_T<char> convertToOpenMetrics(const SystemCmdInfo& info);

@@ -4,14 +4,14 @@
 #include "framework/system.h"
 #include "framework/yield.h"
 
-// A server derives its own class from it and passes its server type. What the derived class overrides calls the
-// operations here.
+// A server derives its own class and passes its server type. Overrides in the derived class must call the operations of
+// this class.
 class COMMONGROUND_API CMyServiceSystem : public zet::ServiceSystem
 {
 public:
     ~CMyServiceSystem() override;
 
-    // A new identifier, for any use.
+    // Returns a new identifier.
     zet::Uuid GenerateId();
     // Fixed at construction; any thread.
     unsigned char GetServerType() const { return m_ServerType; }
@@ -23,19 +23,19 @@ public:
     void ServiceOff() override;
 
 protected:
-    // Makes the identifier of this process and loads the two log modules; without a module the log has a sink less.
+    // Creates the identifier of this process and loads the two log modules; a missing module is ignored.
     explicit CMyServiceSystem(unsigned char serverType);
 
-    // Starts the log, into files below "log/" and the system's name in the directory of the executable. False only
-    // where zet::System::init() fails; nothing else has happened then.
+    // Starts the log, with files in "log/SYSTEM_NAME/" in the directory of the executable. False only if
+    // zet::System::init() fails; nothing else has happened then.
     bool init() override;
-    // The log stops first: the line of ServiceOff() goes to a stopped log.
+    // Stops the log first: the line of ServiceOff() goes to a stopped log.
     void exit() override;
 
-    // The type lies right in front of the identifier; the room before it keeps the identifier on its boundary.
+    // The type directly precedes the identifier; the padding before it keeps the identifier aligned.
     alignas(zet::Uuid) unsigned char m_Room[alignof(zet::Uuid) - 1] = {};
     const unsigned char m_ServerType;
     zet::Uuid m_ServerId;
-    // The process's yield object, from init() on.
+    // The process's yield object, after init().
     zet::Unknown::Handle_T<zet::Yield> m_Yield;
 };

@@ -32,7 +32,7 @@ constexpr wchar_t kSocket[] = L"socket";
 constexpr wchar_t kRecvSize[] = L"recvsize";
 constexpr wchar_t kSendSize[] = L"sendsize";
 
-// Sums of 32 bits, which wrap.
+// 32-bit sums, which wrap.
 unsigned long sum32(unsigned long a, unsigned long b)
 {
     return static_cast<unsigned int>(a + b);
@@ -73,7 +73,7 @@ void tick(SystemCmdInfo::ServerTPS& socket, unsigned long elapsedMs)
     socket.m_Elapsed = sum32(socket.m_Elapsed, elapsedMs);
     if (socket.m_Elapsed <= socket.m_Period)
         return;
-    // A host's own record may have a period below a second, which counts as one.
+    // A host's own record may have a period below a second; it counts as one second.
     const unsigned long seconds = std::max(socket.m_Elapsed / 1000, 1UL);
     socket.m_RecvRate = socket.m_RecvBytes / seconds;
     socket.m_SendRate = socket.m_SendBytes / seconds;
@@ -84,7 +84,7 @@ void tick(SystemCmdInfo::ServerTPS& socket, unsigned long elapsedMs)
     socket.m_Elapsed = 0;
 }
 
-// Whether nothing but the white space of JSON follows.
+// Whether only JSON white space follows.
 bool isBlank(const wchar_t* text)
 {
     return text[std::wcsspn(text, L" \t\r\n")] == L'\0';
@@ -288,7 +288,7 @@ zet::String_T<wchar_t> SystemCmdInfo::OptString(const zet::JsonValue& object, co
     return object[key].asString();
 }
 
-// Fewer than there are envelopes: the wizard's, the purchase's, the profiling's and the sport's are not grouped.
+// Not all envelopes: those of wizard, purchase, profiling and sport are not grouped.
 int SystemCmdInfo::GetCmdSecondLevelType(CCmdHead* cmd)
 {
     if (!cmd)
@@ -311,7 +311,7 @@ int SystemCmdInfo::GetCmdSecondLevelType(CCmdHead* cmd)
     case command_id::CCmdFriendSystemPackReply:
     case command_id::CCmdAchievementPackRequest:
     case command_id::CCmdAchievementPackReply:
-        // An id may be another object's as well, so the class tells whether the field is there.
+        // An id may be shared with another class, so the class decides whether the field exists.
         if (const auto* envelope = dynamic_cast<const CCmdPackEnvelope*>(cmd))
             return envelope->m_PackType;
         if (const auto* envelope = dynamic_cast<const CCmdVoidDataEnvelope*>(cmd))

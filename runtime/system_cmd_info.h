@@ -1,5 +1,5 @@
-// The figures that a server reports about itself: connections, memory, tick length, the traffic of each named socket
-// and a block of command query figures whose meaning is the host's.
+// The statistics of a server: connections, memory, tick length, the traffic of each named socket and a block of command
+// query figures defined by the host.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -15,9 +15,9 @@ namespace zet
 class JsonValue;
 }
 
-// It has no thread and no timer: the host calls Tick with the milliseconds that went by, and the rest as things happen.
-// One thread, the host's run thread, owns it; there is no lock. Every unsigned long in it is a 32-bit value that wraps,
-// whatever the platform's own width.
+// It has no thread and no timer: the host calls Tick with the elapsed milliseconds, and the other operations as events
+// occur. It belongs to the host's run thread and has no lock. Every unsigned long in it is a 32-bit value that wraps,
+// whatever the platform's width.
 class COMMONGROUND_API SystemCmdInfo
 {
 public:
@@ -25,7 +25,7 @@ public:
 
     struct ProcessInfo
     {
-        // Working set in MiB, 0 until the first period has ended.
+        // Working set in MiB; 0 until the first period has ended.
         int m_MemoryMB = 0;
         // Ticks in the current period.
         int m_TickCount = 0;
@@ -54,7 +54,7 @@ public:
         unsigned long m_SendRate = 0;
         unsigned long m_RecvCount = 0;
         unsigned long m_SendCount = 0;
-        // In milliseconds; a record without a period is for display only and is never ticked.
+        // In milliseconds; a record with period 0 is for display only and is never ticked.
         unsigned long m_Period = 0;
         unsigned long m_Elapsed = 0;
     };
@@ -64,17 +64,17 @@ public:
     SystemCmdInfo& operator=(const SystemCmdInfo&) = default;
 
     virtual ~SystemCmdInfo();
-    // Advances the process's record and those of all sockets. A period ends with the tick that exceeds it, and only
-    // then do the figures of the last period change.
+    // Advances the process's record and those of all sockets. A period ends with the tick that exceeds it; the figures
+    // of the last period change only then.
     virtual void Tick(unsigned long elapsedMs);
-    // Note the start and the end of a command of its client. A client has one command under way: another start replaces
-    // the first, and an end without a start does nothing.
+    // Record the start and the end of a client's command. A client has one running command: another start replaces the
+    // first, and an end without a start does nothing.
     virtual void AddCmd(CCmdHead* cmd);
     virtual void EndCmd(CCmdHead* cmd);
 
     void AddConnect();
     void DelConnect();
-    // Count one command of so many bytes. An empty name counts as "Unkown".
+    // Count one command of the given bytes. An empty name counts as "Unkown".
     void AddRecvCmd(zet::String_T<wchar_t> name, int bytes);
     void AddSendCmd(zet::String_T<wchar_t> name, int bytes);
     void SetCmdQuery(int count, unsigned long query, int al, int ml, int d1, int d2);
@@ -83,37 +83,37 @@ public:
     int GetConnectCount() { return m_ConnectCount; }
     int GetMemeryCost() { return m_Process.m_MemoryMB; }
     unsigned long GetTickTime() { return m_Process.m_TickTime; }
-    // Whole seconds since construction; the tick behind it comes round after 49 days.
+    // Whole seconds since construction; the underlying tick wraps after 49 days.
     zet::TimeSpan GetRunningSpan();
-    // Rates in rounded KiB per second: of all sockets together, and of one, 0 for a name without a record.
+    // Rates in rounded KiB per second: of all sockets together, and of one; 0 for a name without a record.
     int GetAllRecvSize();
     int GetAllSendSize();
     int GetSocketRecvSize(const zet::String_T<wchar_t>& name);
     int GetSocketSendSize(const zet::String_T<wchar_t>& name);
     const std::map<zet::String_T<wchar_t>, ServerTPS>& GetServerTPSMap() const { return m_SocketTPS; }
 
-    // The figures as a JSON document in one line:
+    // The figures as one line of JSON:
     //   {"mem":5,"tick":16,"connect":2,"cmdsop":{"count":1,"query":2,"al":3,"ml":4,"d1":5,"d2":6},
     //    "servertps":[{"socket":"gate","recvsize":1536,"sendsize":0}]}
-    // "servertps" stands only where there is a socket.
+    // "servertps" is present only if there is a socket.
     zet::String_T<wchar_t> ToJsonString();
-    // Takes the figures of such a document, behind which other text may stand. A text that neither begins with a whole
-    // object nor is a JSON value as a whole, such as "404 page not found", changes nothing; null changes nothing
-    // either. A key that is missing, of another type or beyond 32 bits gives 0 or the empty text, and keys of no
-    // meaning here are passed over. A socket of the document replaces the record of its name; other records stay.
+    // Sets the figures from such a document, which other text may follow. A text that neither starts with a complete
+    // object nor is a JSON value as a whole, such as "404 page not found", changes nothing; nor does null. A key that
+    // is missing, of another type or beyond 32 bits gives 0 or the empty text; unknown keys are ignored. A socket of
+    // the document replaces the record of its name; other records stay.
     void FromJsonString(const zet::String_T<wchar_t>& text);
 
     // The inner type of a pack command, by which hosts group them; 0 for a null pointer, for a command of another id
-    // and for an object that is no envelope.
+    // and for an object that is not an envelope.
     static int GetCmdSecondLevelType(CCmdHead* cmd);
 
     int m_ConnectCount = 0;
-    // Of zet::getTimeTick(), at construction.
+    // zet::getTimeTick() at construction.
     unsigned long m_StartTick;
     ProcessInfo m_Process;
     CmdOperation m_CmdOperation;
     std::map<zet::String_T<wchar_t>, ServerTPS> m_SocketTPS;
-    // When the command under way began, by the address of its client.
+    // The start of the running command, by the client's address.
     std::map<zet::Uuid, unsigned long> m_CmdStart;
 
 private:
@@ -122,8 +122,8 @@ private:
     static float OptFloat(const zet::JsonValue& object, const wchar_t* key);
     static zet::String_T<wchar_t> OptString(const zet::JsonValue& object, const wchar_t* key);
 
-    // The record of a name, made where there is none.
+    // The record of a name, created if missing.
     ServerTPS& SocketOf(zet::String_T<wchar_t> name);
-    // The place for a table of what commands cost. It keeps nothing.
+    // Reserved for a table of command costs; stores nothing.
     void PushCmdOverhead(int id, unsigned long ms);
 };

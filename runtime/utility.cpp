@@ -28,12 +28,12 @@ namespace
 
 using WideText = zet::String_T<wchar_t>;
 
-// The temporary file as it is from the root, and the process that opened it: a forked one inherits the file and the
-// clean-up at its end, but the file stays its parent's.
+// The absolute path of the temporary file, and the process that opened it: a forked process inherits the file and the
+// clean-up at exit, but must leave the file to its parent.
 WideText openFilePath;
 unsigned long openFileProcess = 0;
 
-// Units of the work directory that the temporary directory in it is made from.
+// Units of the work directory that are used for the path of the temporary directory in it.
 constexpr int kMaxTempWorkPath = 130;
 
 bool isBlank(wchar_t unit)
@@ -41,7 +41,7 @@ bool isBlank(wchar_t unit)
     return unit == L' ' || unit == L'\t';
 }
 
-// Puts the units of the arguments where they belong, or only counts them.
+// Stores the units of the arguments, or only counts them.
 class ArgumentWriter
 {
 public:
@@ -120,7 +120,7 @@ void takeArgument(const wchar_t*& at, ArgumentWriter& out)
     out.put(L'\0');
 }
 
-// The text behind the '=' of "-name=", or null.
+// The text after the '=' of "-name=", or null.
 const wchar_t* valueOf(const wchar_t* argument, std::wstring_view name)
 {
     const wchar_t* at = CZETUtility::SkipSpace(argument);
@@ -165,7 +165,7 @@ bool enterDirectory(const WideText& path)
     return false;
 }
 
-// Makes each directory on the way to a path. Those that are there already fail, which is well.
+// Creates each directory of a path. Failure for an existing one is ignored.
 void createDirectories(const WideText& path)
 {
     const wchar_t* drive = std::wcsstr(path, L":\\");
@@ -196,7 +196,7 @@ bool openTempFile(const WideText& directory)
     openFileProcess = platform::getProcessId();
     copyPath(CZETUtility::tempFileName, name);
     copyPath(CZETUtility::tempPath, directory);
-    // The process is told once, however many files follow one another.
+    // Registered once per process, however many files follow.
     static const bool isToldAtExit = std::atexit(&CZETUtility::DeleteTempFile) == 0;
     CZETUtility::initTempFile = isToldAtExit;
     return true;
@@ -254,7 +254,7 @@ zet::String_T<wchar_t> CZETUtility::ParseParameterStr(const wchar_t* cmdline, co
     int numargs = 0;
     int numchars = 0;
     parse_cmdline(cmdline, nullptr, nullptr, &numargs, &numchars);
-    // One block: the pointers, and the units behind them.
+    // One block: the pointers, then the units.
     const size_t pointers = static_cast<size_t>(numargs) * sizeof(wchar_t*);
     const size_t units = static_cast<size_t>(numchars) * sizeof(wchar_t);
     const std::unique_ptr<std::byte[]> block(new (std::nothrow) std::byte[pointers + units]);
@@ -284,7 +284,7 @@ const wchar_t* CZETUtility::GetWorkPath()
         int length = path.getLength();
         while (length > 0 && !isSeparator(path[length - 1]))
             --length;
-        // The separator goes too, but for the one that is the root.
+        // The separator is removed too, unless it is the root.
         if (length > 0)
             path.truncate(std::max(length - 1, 1));
         copyPath(work_path, path);
@@ -312,7 +312,7 @@ const wchar_t* CZETUtility::SetTempPath(const wchar_t* path)
     if (openTempFile(WideText(GetWorkPath()).getSubString(0, kMaxTempWorkPath) + L"/tmp"))
         return tempPath;
     const WideText system = platform::getTempDirectory();
-    // A longer one is none: cut, it would be another directory.
+    // A longer path is ignored: truncated, it would be another directory.
     copyPath(tempPath, system.getLength() <= kMaxSystemPath ? system : WideText());
     return tempPath;
 }

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Looks whether a source file fails to compile, and for the reason that its first line gives as `// expect: REGEX`.
+"""Checks that a source file fails to compile for the reason that its first line gives as `// expect: REGEX`.
 
 Usage: check_compile_fail.py FILE COMPILER ARGUMENT...
 
-The wrong part may stand under `#ifdef COMPILE_FAIL`: then the file must compile without that macro and fail with it,
-so that it cannot fail for another reason. Where the wrong part is an option of the compiler, the second line names it
-as `// flags: OPTIONS`; it goes with that macro.
+The wrong part may be inside `#ifdef COMPILE_FAIL`: then the file must compile without that macro and fail with it, so
+that it cannot fail for another reason. If the wrong part is a compiler option, the second line names it as
+`// flags: OPTIONS`; the option is used together with the macro.
 """
 import re
 import subprocess

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Looks for the folder of a build in what was built, and compares what two copies of the tree build.
+"""Searches built files for the path of the build, and compares the builds of two copies of the tree.
 
-Usage: check_folders.py paths FOLDER... -- FILE...   no file holds the name of a folder
+Usage: check_folders.py paths FOLDER... -- FILE...   no file contains the path of a folder
        check_folders.py copies ROOT BUILD COMPILER [TARGET...]
-                                                     two copies of the tree build the targets in BUILD, without the
-                                                     compiler cache, to the same bytes; without targets all that is
-                                                     installed
+                                                     builds two copies of the tree in BUILD, without the compiler
+                                                     cache, and compares the bytes of the targets, by default of all
+                                                     that is installed
 """
 import os
 import re
@@ -13,7 +13,7 @@ import shutil
 import subprocess
 import sys
 
-# Not needed for building the library, or made by building it.
+# Not needed to build the library, or created by the build.
 LEFT_OUT = shutil.ignore_patterns("build", ".git", "tests", "fuzz", "bench", "docs", "__pycache__")
 INSTALLED = ["commonground", "wirelens", "zet_ConsoleLog", "zet_FileLog"]
 
@@ -33,12 +33,12 @@ def check_paths(folders, files):
 
 
 def build_copy(root, place, compiler, targets):
-    """Returns the bytes of what a copy of the tree builds, by name."""
+    """Builds a copy of the tree and returns the bytes of each built file by name."""
     shutil.rmtree(place, ignore_errors=True)
     shutil.copytree(root, place, ignore=LEFT_OUT)
     environment = dict(os.environ, CCACHE_DISABLE="1")
-    # With debug information, which holds the most paths, and as the preset release without precompiled headers: with
-    # them GCC's debug information differs from one run to the next.
+    # With debug information, which contains most paths, and without precompiled headers, like the preset release: with
+    # them GCC's debug information differs between runs.
     for command in (["cmake", "-S", place, "-B", f"{place}/build/it", "-G", "Ninja", f"-DCMAKE_CXX_COMPILER={compiler}",
                      "-DCMAKE_BUILD_TYPE=RelWithDebInfo", "-DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON",
                      "-DCOMMONGROUND_TESTS=OFF", "-DCOMMONGROUND_BENCH=OFF"],

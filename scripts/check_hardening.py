@@ -1,9 +1,8 @@
 #!/usr/bin/env python3
-"""Reads from built files how they are protected against faults of memory: check_hardening.py FILE...
+"""Checks the memory protections of built files: check_hardening.py FILE...
 
-Each has a stack that is not executable, tables that are read-only once it is loaded and all bound by then, guards of the
-stack and checked copies; a program lies anywhere in memory; and on x86-64 each function that is exported begins with
-the mark of a place that calls may lead to.
+Each file has a non-executable stack, tables that are bound and read-only once loaded, stack guards and checked copies;
+a program is position-independent; on x86-64 each exported function starts with the mark of a valid call target.
 """
 import os
 import re
@@ -43,22 +42,22 @@ def check(path, faults):
     if not re.search(r"GNU_STACK .* RW +0x", segments):
         fault("has an executable stack")
     if "GNU_RELRO" not in segments:
-        fault("has tables that stay writable")
+        fault("has writable tables after loading (no RELRO)")
     if not re.search(r"\(FLAGS_1\).*\bNOW\b", dynamic):
-        fault("binds its calls later")
+        fault("binds its calls lazily")
     is_program = "INTERP" in segments
     if is_program and not re.search(r"\(FLAGS_1\).*\bPIE\b", dynamic):
-        fault("lies at a fixed place")
+        fault("is not position-independent")
     if not asked_for & {"__stack_chk_fail", "__stack_chk_guard"}:
-        fault("has no guards of the stack")
+        fault("has no stack guards")
     checked = sorted(name for name in asked_for if re.fullmatch(r"__\w+_chk", name))
     if not checked and os.path.basename(path).startswith("libcommonground"):
-        fault("checks no copy")
+        fault("has no checked copies")
     marked = ""
     if "X86-64" in run("readelf", "-hW", path):
         unmarked, functions = unmarked_functions(path, segments)
         for name in unmarked[:10]:
-            fault(f"has no mark at {name}")
+            fault(f"has no call target mark at {name}")
         marked = f", {functions - len(unmarked)} of {functions} functions marked"
     print(f"{os.path.basename(path)}: {' '.join(checked) or 'no checked copies'}{marked}")
 

@@ -1,16 +1,17 @@
 #!/usr/bin/env python3
-"""Holds the tree to its floors: who may include whom, and the other rules that a compiler does not see.
+"""Checks which floor includes which, and other rules that a compiler cannot check.
 
-Usage: check_layers.py [ROOT]      checks a tree and lists what breaks a rule
-       check_layers.py --self-test breaks each rule in a small tree of its own and looks whether it is found
+Usage: check_layers.py [ROOT]      checks a tree and lists the violations
+       check_layers.py --self-test violates each rule in a small tree and checks that it is reported
 """
 import os
 import re
 import sys
 import tempfile
 
-# Floor -> the floors that it may include, itself among them. A floor's files are those below its folder, and a longer
-# name wins. What stands in no row (tests, tools, examples, bench, fuzz) may see everything, and nothing sees it.
+# Floor -> the floors that it may include, itself among them. A floor's files are those below its folder; the longest
+# folder name wins. Folders without a row (tests, tools, examples, bench, fuzz) may include everything, and no floor
+# includes them.
 FLOORS = {
     "framework":     {"framework"},
     "packaging":     {"framework", "packaging"},
@@ -23,19 +24,19 @@ FLOORS = {
     "runtime":       {"framework", "packaging", "dispatch", "transport/net", "transport", "playerdata", "commands",
                       "packs", "runtime"},
 }
-# Single headers that a floor may include beyond its row, and why.
+# Single headers that a floor may include in addition, and why.
 DOORS = {
-    # A command's number and the functions that take it from a frame.
+    # A command's id and the functions that read it from a frame.
     "dispatch/command_ids.h": {"commands", "packs"},
     "dispatch/command_process.h": {"commands", "packs"},
 }
-# Headers that the build makes.
+# Headers that the build generates.
 GENERATED = {"tools/all_classes.h"}
-# Headers of the machinery behind the interface: not installed, and included by .cpp files and one another only.
+# Internal headers: not installed, included by .cpp files and by each other only.
 INNER = re.compile(r"^packaging/wire/|/inner/")
-# Where the operating system may be seen: its headers and the tests for it.
+# Where headers of the operating system and tests for it are allowed.
 PLATFORM = ("framework/platform/", "transport/net/")
-# Third-party libraries, and where they may be used.
+# Third-party libraries and where they may be used.
 THIRD_PARTY = {
     "fmt": ("framework/",),
     "nlohmann": ("framework/",),
@@ -44,7 +45,7 @@ THIRD_PARTY = {
     "asio": ("transport/net/",),
     "ngtcp2": ("transport/net/",),
 }
-# Longer than the limit, and why they stay whole.
+# Files longer than the limit, and why they are not split.
 LIMIT = 500
 LONG = {
 }
@@ -55,7 +56,7 @@ STANDARD = re.compile(r"^[a-z_0-9]+$")
 
 
 def floor_of(path):
-    """The floor of a file, or None where everything may be seen."""
+    """The floor of a file, or None if it may include everything."""
     best = [floor for floor in FLOORS if path.startswith(floor + "/")]
     return max(best, key=len) if best else None
 
@@ -80,39 +81,39 @@ def includes_of(text):
 
 
 def check_include(path, quoted, name, exists):
-    """What is wrong with one include of a file on a floor, or None."""
+    """The fault of one include of a file on a floor, or None."""
     floor = floor_of(path)
     header = path.endswith((".h", ".hpp"))
     if quoted:
         if name in GENERATED:
-            return None if floor is None else f"includes {name}, which stands above all floors"
+            return None if floor is None else f"includes {name}, which is above all floors"
         if not exists(name):
-            return f'includes "{name}", which is no path from the top of the tree'
+            return f'includes "{name}", which is not a path from the top of the tree'
         target = floor_of(name)
         if floor is None:
             return None
         if target is None:
-            return f"includes {name}, which stands above all floors"
+            return f"includes {name}, which is above all floors"
         if target not in FLOORS[floor] and floor not in DOORS.get(name, ()):
-            return f"includes {name}, but {floor} may not see {target}"
+            return f"includes {name}, but {floor} may not include {target}"
         if header and INNER.search(name) and not INNER.search(path):
-            return f"is a public header and includes {name}, which is not"
+            return f"is a public header and includes {name}, which is internal"
         return None
     if floor is None or STANDARD.match(name):
         return None
     if header and not INNER.search(path):
-        return f"is a public header and includes <{name}>, which is not the standard library's"
+        return f"is a public header and includes <{name}>, which is not a header of the standard library"
     library = re.split(r"[/.]", name)[0]
     if library in THIRD_PARTY:
         if not path.startswith(THIRD_PARTY[library]):
-            return f"includes <{name}>; {library} belongs to {', '.join(THIRD_PARTY[library])}"
+            return f"includes <{name}>; {library} is allowed only in {', '.join(THIRD_PARTY[library])}"
     elif not path.startswith(PLATFORM):
-        return f"includes <{name}>; the operating system belongs to {', '.join(PLATFORM)}"
+        return f"includes <{name}>; headers of the operating system are allowed only in {', '.join(PLATFORM)}"
     return None
 
 
 def own_headers(path, files):
-    """The headers that a source file may belong to: its own name, or the longest part of it before an underscore."""
+    """The headers that a source file may belong to: the same name, or its longest part before an underscore."""
     folder, name = os.path.split(path)
     stem = name[:-len(".cpp")]
     while stem:
@@ -124,7 +125,7 @@ def own_headers(path, files):
 
 
 def find_circles(graph):
-    """One line for each circle of headers, found by a walk in depth."""
+    """One line for each cycle of headers, found by a depth-first walk."""
     state = {}
     found = []
 
@@ -133,7 +134,7 @@ def find_circles(graph):
         for target in graph.get(node, ()):
             if state.get(target) == "open":
                 circle = road[road.index(target):] + [target]
-                found.append(f"{target}: stands in a circle of includes: {' -> '.join(circle)}")
+                found.append(f"{target}: is part of an include cycle: {' -> '.join(circle)}")
             elif target not in state:
                 walk(target, road + [target])
         state[node] = "done"
@@ -145,7 +146,7 @@ def find_circles(graph):
 
 
 def check(root):
-    """All that breaks a rule, as lines."""
+    """All violations, as lines."""
     files = list(list_files(root))
     present = set(files)
     faults = []
@@ -156,14 +157,14 @@ def check(root):
         text = read(root, path)
         length = text.count("\n")
         if length > LIMIT and path not in LONG:
-            faults.append(f"{path}: has {length} lines, {LIMIT} at most: one topic a file")
+            faults.append(f"{path}: has {length} lines; the limit is {LIMIT}, and a file has one topic")
         includes = includes_of(text)
         for quoted, name in includes:
             fault = check_include(path, quoted, name, present.__contains__)
             if fault:
                 faults.append(f"{path}: {fault}")
         if "_WIN32" in text and floor_of(path) and not path.startswith(PLATFORM):
-            faults.append(f"{path}: tests for _WIN32; that belongs to {', '.join(PLATFORM)}")
+            faults.append(f"{path}: tests for _WIN32, which is allowed only in {', '.join(PLATFORM)}")
         if path.endswith((".h", ".hpp")):
             graph[path] = [name for quoted, name in includes if quoted and name in present]
             if "#pragma once" not in text:
@@ -173,11 +174,11 @@ def check(root):
             if own and (not includes or includes[0][1] not in own):
                 expected = own[0] if len(own) == 1 else f"a header of {os.path.dirname(path)}/"
                 faults.append(f"{path}: does not include {expected} first")
-    faults += [f"{path}: is on the list of long files, but is not there" for path in LONG if path not in present]
+    faults += [f"{path}: is on the list of long files, but does not exist" for path in LONG if path not in present]
     return faults + find_circles(graph)
 
 
-# One tree a rule: its files, and a part of the line that must come out. None: nothing may come out.
+# One tree per rule: its files, and a part of the expected line. None: no line is expected.
 TRIALS = [
     ({"framework/a.h": "#pragma once\n#include <vector>\n",
       "framework/a.cpp": '#include "framework/a.h"\n#include <fmt/printf.h>\n',
@@ -187,18 +188,18 @@ TRIALS = [
       "packaging/wire/w.h": "#pragma once\n", "dispatch/command_ids.h": "#pragma once\n",
       "transport/net/s_posix.cpp": '#include "transport/net/s.h"\n#include <unistd.h>\n#ifdef _WIN32\n#endif\n',
       "transport/net/s.h": "#pragma once\n", "tests/t.cpp": '#include "packaging/wire/w.h"\n#include <asio.hpp>\n'}, None),
-    ({"framework/a.h": '#pragma once\n#include "packaging/b.h"\n', "packaging/b.h": "#pragma once\n"}, "may not see"),
-    ({"commands/a.h": '#pragma once\n#include "dispatch/b.h"\n', "dispatch/b.h": "#pragma once\n"}, "may not see"),
-    ({"transport/net/a.h": '#pragma once\n#include "packaging/b.h"\n', "packaging/b.h": "#pragma once\n"}, "may not see"),
+    ({"framework/a.h": '#pragma once\n#include "packaging/b.h"\n', "packaging/b.h": "#pragma once\n"}, "may not include"),
+    ({"commands/a.h": '#pragma once\n#include "dispatch/b.h"\n', "dispatch/b.h": "#pragma once\n"}, "may not include"),
+    ({"transport/net/a.h": '#pragma once\n#include "packaging/b.h"\n', "packaging/b.h": "#pragma once\n"}, "may not include"),
     ({"runtime/a.h": '#pragma once\n#include "tests/b.h"\n', "tests/b.h": "#pragma once\n"}, "above all floors"),
     ({"packs/a.h": '#pragma once\n#include "packaging/wire/b.h"\n', "packaging/wire/b.h": "#pragma once\n"}, "public header"),
-    ({"packs/a.h": "#pragma once\n#include <asio.hpp>\n"}, "standard library's"),
-    ({"packs/a.h": "#pragma once\n#include <unistd.h>\n"}, "standard library's"),
-    ({"packs/a.cpp": "#include <nlohmann/json.hpp>\n"}, "nlohmann belongs to"),
-    ({"packs/a.cpp": "#include <unistd.h>\n"}, "operating system belongs"),
-    ({"framework/a.h": '#pragma once\n#include "b.h"\n', "framework/b.h": "#pragma once\n"}, "no path from the top"),
+    ({"packs/a.h": "#pragma once\n#include <asio.hpp>\n"}, "not a header of the standard library"),
+    ({"packs/a.h": "#pragma once\n#include <unistd.h>\n"}, "not a header of the standard library"),
+    ({"packs/a.cpp": "#include <nlohmann/json.hpp>\n"}, "nlohmann is allowed only"),
+    ({"packs/a.cpp": "#include <unistd.h>\n"}, "headers of the operating system"),
+    ({"framework/a.h": '#pragma once\n#include "b.h"\n', "framework/b.h": "#pragma once\n"}, "not a path from the top"),
     ({"framework/a.h": '#pragma once\n#include "framework/b.h"\n',
-      "framework/b.h": '#pragma once\n#include "framework/a.h"\n'}, "circle"),
+      "framework/b.h": '#pragma once\n#include "framework/a.h"\n'}, "cycle"),
     ({"framework/a.h": "\n"}, "#pragma once"),
     ({"framework/a.h": "#pragma once\n", "framework/a.cpp": '#include <vector>\n#include "framework/a.h"\n'}, "a.h first"),
     ({"framework/a.h": "#pragma once\n", "framework/a_text.cpp": "#include <vector>\n"}, "a.h first"),
@@ -229,7 +230,7 @@ def main():
         return 1 if self_test() else 0
     root = sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
     faults = check(root)
-    print("\n".join(faults) if faults else "all floors stand")
+    print("\n".join(faults) if faults else "no violations")
     return 1 if faults else 0
 
 

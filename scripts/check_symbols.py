@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Looks at what the built library exports and asks for: its own names only, nothing left undefined, known libraries.
+"""Checks the symbols of the built library: it exports its own names only, and every import comes from a known library.
 
 Usage: check_symbols.py LIBRARY [ROOT]
 """
@@ -9,12 +9,12 @@ import subprocess
 import sys
 
 NAMESPACES = {"zet", "Quillo", "wire"}
-# What the library may ask for at load time.
+# What the library may load.
 NEEDED = re.compile(r"^(libgnutls|libngtcp2|libngtcp2_crypto_gnutls|libnettle|libhogweed|libstdc\+\+|libm|libgcc_s|libc|libpthread|libdl|"
                     r"ld-linux[-\w]*)\.so")
 NEEDED_ON_WINDOWS = re.compile(r"^(bcrypt|kernel32|msvcrt|ws2_32|mswsock|libstdc\+\+-6|libgcc_s_seh-1|"
                                r"libwinpthread-1)\.dll$", re.IGNORECASE)
-# Names of other libraries that are compiled into this one and must neither leave it nor be asked for.
+# Names of libraries that are compiled into this one and must be neither exported nor imported.
 INLINE = re.compile(r"\b(fmt|asio|nlohmann)::")
 WORDS_BEFORE = re.compile(r"^(vtable|VTT|typeinfo name|typeinfo|guard variable|construction vtable|"
                           r"(non-)?virtual thunk|covariant return thunk|reference temporary #\d+) (for|to) ")
@@ -25,7 +25,7 @@ def run(*command):
 
 
 def exported_names(root):
-    """The name behind every COMMONGROUND_API in a header: of a class, a function or a constant."""
+    """The name after every COMMONGROUND_API in a header: of a class, a function or a constant."""
     names = set()
     for folder, _, files in os.walk(root):
         if os.path.relpath(folder, root).split(os.sep)[0] not in (
@@ -59,7 +59,7 @@ def root_of(symbol):
 
 
 def check_windows(library, own):
-    """Exports and needs of a Windows library, which has no other undefined symbols."""
+    """Exports and imported libraries of a DLL, which has no other undefined symbols."""
     tables = run("x86_64-w64-mingw32-objdump", "-p", library)
     mangled = re.findall(r"^\t\[ *\d+\] (\S+)$", tables.split("[Ordinal/Name Pointer] Table")[-1], re.MULTILINE)
     exported = subprocess.run(["c++filt"], input="\n".join(mangled), capture_output=True, text=True,
@@ -83,8 +83,8 @@ def check_elf(library, own):
     for line in run("nm", "-D", "-C", "--undefined-only", library).splitlines():
         symbol = line.strip().split(" ", 1)[1]
         if INLINE.search(symbol):
-            faults.append(f"asks for {symbol}")
-    # The loader says what no library that is loaded with this one defines.
+            faults.append(f"imports {symbol}")
+    # The loader reports symbols that no loaded library defines.
     loaded = subprocess.run(["ldd", "-r", library], capture_output=True, text=True, check=False)
     for symbol in re.findall(r"undefined symbol: (\S+)", loaded.stdout + loaded.stderr):
         faults.append(f"leaves undefined {run('c++filt', symbol).strip()}")

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Lets a compiler look at every file of a configured build without making code: check_syntax.py BUILD [OPTION...]
+"""Checks the syntax of every file of a configured build, without generating code: check_syntax.py BUILD [OPTION...]
 
-Takes the commands from BUILD/compile_commands.json and adds the options. Says what does not compile.
+Takes the commands from BUILD/compile_commands.json and adds the options. Prints the files that do not compile.
 """
 import concurrent.futures
 import json
@@ -15,7 +15,7 @@ def look(entry, options):
     words = shlex.split(entry["command"])
     out = words.index("-o")
     words[out:out + 2] = []
-    # Neither an object nor a note of what it depends on, and no compiler cache, which keeps only objects.
+    # Without an object file, a dependency file and the compiler cache, which stores objects only.
     first = next(i for i, word in enumerate(words) if os.path.basename(word).startswith("clang"))
     command = [word for word in words[first:] if word != "-c"] + ["-fsyntax-only", *options]
     return subprocess.run(command, cwd=entry["directory"], capture_output=True, text=True, check=False)

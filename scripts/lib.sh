@@ -1,11 +1,11 @@
-# What the scripts share: the packages that a build needs, and configuring and building a preset. Sourced by bash.
+# Shared by the scripts: the packages that a build needs, functions to configure and build a preset. Sourced by bash.
 
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 JOBS=$(nproc 2>/dev/null || echo 2)
 
-# What every build needs, and what the tests, the presets with Clang and those for other systems add.
+# Packages of every build, and those that the tests, the presets with Clang and those for other systems add.
 BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libasio-dev libfmt-dev nlohmann-json3-dev
     libgnutls28-dev nettle-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin iproute2)
@@ -14,11 +14,11 @@ SYNTAX_PACKAGES=(clang-19 libc++-19-dev libc++abi-19-dev)
 WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix googletest wine64)
 ARMHF_PACKAGES=(g++-arm-linux-gnueabihf qemu-user)
 ARM64_PACKAGES=(g++-aarch64-linux-gnu qemu-user)
-# What a build for another architecture takes of that architecture.
+# Packages of the target architecture that a cross build needs.
 SYSROOT_PACKAGES=(libc6-dev libstdc++6 libasio-dev libfmt-dev nlohmann-json3-dev libgnutls28-dev libngtcp2-dev
     libngtcp2-crypto-gnutls-dev libgtest-dev libgmock-dev)
 
-# What tests of a build for another system need of this system's own build, preset dev.
+# Targets of the native build, preset dev, that the tests of a build for another system need.
 COMPARED_TARGETS=(wirelens arena interop zet_ConsoleLog zet_FileLog)
 
 say()
@@ -26,7 +26,7 @@ say()
     printf '\n== %s\n' "$*"
 }
 
-# Installs those of the packages that are missing; does nothing, and asks no server, when all are there.
+# Installs the missing packages; contacts no server if all are installed.
 need_packages()
 {
     local package missing=()
@@ -44,9 +44,9 @@ need_packages()
     apt-get -q install -y --no-install-recommends "${missing[@]}"
 }
 
-# Unpacks what a build for another architecture of Debian includes, links and loads into build/sysroot/ARCHITECTURE. The
-# packages are not installed: an apt with folders of its own fetches them, so that this system's packages stay as they
-# are, whatever state those of the other architecture are in.
+# Unpacks the packages that a build for another Debian architecture includes, links and loads into
+# build/sysroot/ARCHITECTURE. They are not installed: an apt with separate folders fetches them, so that this system's
+# packages do not change, whatever the state of the other architecture's packages.
 need_sysroot()
 {
     local arch=$1 root=$PWD/build/sysroot/$1 own=$PWD/build/sysroot/$1.apt call package link
@@ -57,13 +57,13 @@ need_sysroot()
     touch "$own/status"
     call=(apt-get -qq -o "APT::Architecture=$arch" -o "APT::Architectures::=$arch" -o "Dir::State=$own/state"
         -o "Dir::State::status=$own/status" -o "Dir::Cache=$own/cache" -o APT::Sandbox::User= -o Debug::NoLocking=1)
-    # Some list may be out of step with its server. What is missing then, the next call says.
+    # A list may be out of date on its server. The next call reports what is missing.
     "${call[@]}" update || true
     "${call[@]}" install -y --no-install-recommends --download-only "${SYSROOT_PACKAGES[@]}"
     for package in "$own"/cache/archives/*.deb; do
         dpkg-deb -x "$package" "$root"
     done
-    # A link to an absolute place means the place below this root.
+    # Links with absolute targets refer to paths below this root.
     find "$root" -type l -lname '/*' | while read -r link; do
         ln -sfnr "$root$(readlink "$link")" "$link"
     done
@@ -71,7 +71,7 @@ need_sysroot()
     printf '%s' "${SYSROOT_PACKAGES[*]}" > "$root/packages"
 }
 
-# Configures build/PRESET, anew each time, so that a changed preset is taken up.
+# Configures build/PRESET, each time, so that a changed preset takes effect.
 configure()
 {
     local preset=$1 log

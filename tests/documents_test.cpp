@@ -1,4 +1,4 @@
-// What the documents say of the code, held against it: the defaults of the limits, and the tests that show a line.
+// Compares the documents with the code: the defaults of the limits, and the names of tests.
 #include "framework/inner/log_mailbox.h"
 #include "framework/json.h"
 #include "framework/peer_log.h"
@@ -110,7 +110,18 @@ TEST(Documents, TheTableOfLimitsHasTheDefaults)
     EXPECT_EQ(told.size(), limits.size());
 }
 
-// Every name of the form `Suite.Fact` on the page is a test of this tree.
+// Every link to a file of the tree in the page for contributors leads to one.
+TEST(Documents, TheFilesThatThePageForContributorsNamesExist)
+{
+    const std::string page = contentOf(kTests.parent_path() / "CONTRIBUTING.md");
+    const std::regex link(R"(\]\(([A-Za-z_./]+)(#\w+)?\))");
+    int named = 0;
+    for (auto at = std::sregex_iterator(page.begin(), page.end(), link); at != std::sregex_iterator(); ++at, ++named)
+        EXPECT_TRUE(std::filesystem::exists(kTests.parent_path() / (*at)[1].str())) << (*at)[1];
+    EXPECT_GE(named, 12);
+}
+
+// Every name of the form `Suite.Fact` in SECURITY.md is a test of this tree.
 TEST(Documents, TheTestsThatThePageOnSecurityNamesExist)
 {
     std::set<std::string> tests;

@@ -1,4 +1,4 @@
-// Every class against the vectors that were worked out by hand for it.
+// Every class against its golden vectors, which are worked out by hand.
 #include "tests/support/golden.h"
 #include "tests/support/places.h"
 #include "tools/object_json.h"
@@ -52,7 +52,7 @@ void expectSameBytes(const std::string& expected, const std::string& got, const 
                   << "\n  got      " << shortHex(got.substr(at));
 }
 
-// Equal, where numbers that are not whole are compared as the floats that they are.
+// Equal; numbers with a fraction are compared as floats.
 bool sameValue(const nlohmann::json& a, const nlohmann::json& b)
 {
     if (a.is_number_float() || b.is_number_float())
@@ -86,11 +86,12 @@ void checkVector(const tools::ClassInfo& info, const Vector& vector, Width width
             << name << "\n  expected " << value.dump() << "\n  got      "
             << (got.contains(name) ? got[name].dump() : "no such member");
     for (const auto& [name, value] : got.items())
-        EXPECT_TRUE(expected.contains(name)) << "the vector does not give " << name << ", which is " << value.dump();
+        EXPECT_TRUE(expected.contains(name))
+            << "the vector gives no value for " << name << ", which is " << value.dump();
 
     if (vector.m_Rewrite == "-")
         return;
-    // A vector of one width alone says nothing about what the other width writes.
+    // A vector for one width of text does not give the bytes that the other width writes.
     if (golden::kNative == Width::k16 ? !vector.m_Has16 : !vector.m_Has32)
         return;
     const Vector& rewrite =
@@ -129,8 +130,11 @@ TEST(GoldenVectors, EveryClassHasOneInEachOfItsForms)
     for (const tools::ClassInfo& info : tools::classTable())
     {
         const std::string name = info.m_Name;
-        EXPECT_TRUE(!tools::hasForm(info, tools::Form::kCmd) || known.contains(name + " cmd")) << name;
-        EXPECT_TRUE(!tools::hasForm(info, tools::Form::kData) || known.contains(name + " data")) << name;
+        for (const auto& [form, formName] :
+             {std::pair(tools::Form::kCmd, " cmd"), std::pair(tools::Form::kData, " data")})
+            EXPECT_TRUE(!tools::hasForm(info, form) || known.contains(name + formName))
+                << "no vector [" << name << formName
+                << " ...] in tests/golden: work one out by hand, see tests/golden/README.md";
     }
 }
 

@@ -1,6 +1,6 @@
-// Every golden vector cut at each byte and with each bit turned over, and every command's frames cut at each byte and
-// with each bit of their heads turned over: no reading crashes, passes the end of its bytes or takes more memory than
-// the bytes allow.
+// Every golden vector truncated at each byte and with each bit inverted, and every command's frames truncated at each
+// byte and with each bit of their heads inverted: no read crashes, passes the end of its bytes or takes more memory
+// than the bytes allow.
 #include "framework/memory_stream.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
@@ -26,9 +26,9 @@ using golden::Width;
 using tools::ClassInfo;
 using tools::Form;
 
-// A count that is taken as told may make 1,024 elements of the largest record; the rest is the object itself.
+// A count may create 1,024 elements of the largest record without bytes; the rest is the object itself.
 constexpr long long kBudget = 8 << 20;
-// The few payloads of more bytes than this have tests of their own, so that several processes share the work.
+// The few longer payloads have their own tests, so that several processes share the work.
 constexpr size_t kLong = 16 * 1024;
 
 const golden::Book& book()
@@ -49,8 +49,8 @@ std::optional<std::string> payloadOf(const Vector& vector, Width width)
     return bytes;
 }
 
-// Call survives with the bytes cut at each place, and with each bit of the bytes from begin to end turned over, until
-// one does not.
+// Calls survives with the bytes truncated at each position, and with each bit of the bytes from begin to end inverted,
+// until a call returns false.
 template <class Survives>
 void forEveryCut(std::string_view bytes, Survives survives)
 {
@@ -273,12 +273,12 @@ std::string datagramOf(const ClassInfo& info, const std::string& payload)
     return datagram;
 }
 
-// A payload behind a whole frame head is read above; here the bits of the head are turned over, addresses included.
+// A payload after a whole frame head is read above; here the bits of the head are inverted, including the addresses.
 TEST(Mutation, FramesSurviveEveryCutAndEveryTurnedBitOfTheirHeads)
 {
     std::set<std::string> classes;
     int readings = 0;
-    // Of a packet, whose length alone is enough to be told of.
+    // A packet is reported by its length alone.
     constexpr int kFewestBytes = 4;
     const auto check = [&](const std::string& whole, size_t headSize, tools::Framing framing)
     {
@@ -293,7 +293,7 @@ TEST(Mutation, FramesSurviveEveryCutAndEveryTurnedBitOfTheirHeads)
             ++readings;
             if (told <= static_cast<int>(bytes.size()) / kFewestBytes + 2 && taken <= kBudget)
                 return true;
-            ADD_FAILURE() << "told " << told << " frames, took " << taken << ", of "
+            ADD_FAILURE() << "reported " << told << " frames, consumed " << taken << ", of "
                           << tools::hexOf(bytes.data(), bytes.size());
             return false;
         };

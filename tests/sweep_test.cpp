@@ -1,4 +1,4 @@
-// What must hold for every class, from its schema alone: random payloads, truncations, hostile counts, default objects.
+// Properties of every class, derived from its schema: random payloads, truncations, hostile counts, default objects.
 #include "tests/support/allocations.h"
 #include "tests/support/payload_maker.h"
 #include "tools/object_json.h"
@@ -94,7 +94,7 @@ TEST(Sweep, EveryTruncationIsSurvivedWithinThePayload)
 
 TEST(Sweep, HostileCountsCostNoMoreThanTheirBytesAllow)
 {
-    // A count that is taken as told may make 1,024 elements of the largest record; the rest is the object itself.
+    // A count may create 1,024 elements of the largest record without bytes; the rest is the object itself.
     constexpr long long kBudget = 8 << 20;
     unsigned seed = 3000;
     forEveryClass(

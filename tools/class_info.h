@@ -1,4 +1,4 @@
-// Makes the row of a class for the table: what it can do is found out by asking the compiler.
+// Builds a class's row of the table; the compiler determines which operations the class has.
 #pragma once
 
 #include "tools/class_table.h"
@@ -20,7 +20,7 @@ ClassInfo infoOf(const char* name, Family family, const char* base)
     info.m_Family = family;
     info.m_Base = base;
     info.m_Wire = &T::Wire;
-    // Held as a member, since a record may have virtual operations and yet no virtual destructor.
+    // Held as a member, since a record may have virtual functions without a virtual destructor.
     struct Holder
     {
         T m_Object{};
@@ -42,7 +42,7 @@ ClassInfo infoOf(const char* name, Family family, const char* base)
     return info;
 }
 
-// The three parts of the table, a file each.
+// The three parts of the table, one file each.
 void addCommands(std::vector<ClassInfo>& table);
 void addRecords(std::vector<ClassInfo>& table);
 void addMessages(std::vector<ClassInfo>& table);

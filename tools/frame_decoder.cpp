@@ -34,7 +34,7 @@ uint64_t packetLength(std::string_view bytes)
     return length;
 }
 
-// Bytes of the input that reading the datagram frame takes or looks at; 0 where its size word is not whole.
+// Bytes of the input that reading the datagram frame consumes or peeks at; 0 if its size word is incomplete.
 size_t datagramReach(std::string_view bytes)
 {
     constexpr size_t kId = 2;
@@ -48,7 +48,7 @@ size_t datagramReach(std::string_view bytes)
     unsigned int word = first & 0x3F;
     for (size_t i = 0; i < more; ++i)
         word = word << 8 | static_cast<unsigned char>(bytes[kId + 1 + i]);
-    // An address is looked for and not passed over.
+    // An address is peeked at, not consumed.
     const size_t address = (word & 3) != 0 ? sizeof(zet::Uuid) : 0;
     return head + std::max<size_t>(word >> 2, address);
 }
@@ -60,7 +60,7 @@ void FrameDecoder::tellFailure(uint64_t offset, const std::string& what)
     m_Tell({{"offset", offset}, {"error", what}});
 }
 
-// Done with so many bytes, held or still to come.
+// Skips bytes, held or still to arrive.
 void FrameDecoder::pass(uint64_t size)
 {
     const auto here = static_cast<size_t>(std::min<uint64_t>(size, m_Held.size() - m_At));

@@ -1,4 +1,4 @@
-// Frames out of a recording as its bytes come: streams of frames, packets as TCP connections carry them, datagrams.
+// Decodes frames from a recording as its bytes arrive: streams of frames, packets of TCP connections, datagrams.
 #pragma once
 
 #include <cstdint>
@@ -14,17 +14,17 @@ enum class Framing
 {
     kStream,  // stream frames back to back
     kPackets, // each after the 32-bit little-endian length of the connection's packets
-    kDatagram // one datagram frame an input
+    kDatagram // the input is one datagram frame
 };
 
-// Called with each frame's description and with each error, one JSON object each.
+// Called for each frame and for each error with one JSON object.
 using Tell = std::function<void(const nlohmann::ordered_json&)>;
 
-// Tells each frame as soon as it is whole. Holds the bytes of one frame at most, and those as they come, whatever a
-// length announces; what cannot be a frame is passed over without being held.
+// Reports each frame as soon as it is complete. Holds at most the bytes of one frame, as they arrive, whatever a length
+// announces; input that cannot be a frame is skipped without being held.
 //
-// An error is an object with "error" and the offset of the bytes that it is about. In packets the next one is looked at
-// after an error, elsewhere an error ends the input: nothing says where the next frame begins.
+// An error is an object with "error" and the offset of the bytes concerned. Among packets decoding continues with the
+// next packet after an error; elsewhere an error ends the input, since the start of the next frame is unknown.
 class FrameDecoder
 {
 public:
@@ -32,10 +32,10 @@ public:
 
     // The next bytes of the input, in pieces of any size.
     void add(std::string_view bytes);
-    // The end of the input: tells what is cut or left over. Nothing may be added after it.
+    // Ends the input: reports truncated or extra bytes. Nothing may be added after it.
     void finish();
 
-    // Bytes that wait for the rest of their frame.
+    // Bytes of an incomplete frame.
     size_t held() const { return m_Held.size(); }
 
 private:
@@ -53,24 +53,24 @@ private:
     Framing m_Framing;
     Tell m_Tell;
     std::string m_Held;
-    // How much of the held bytes is done with, and where in the input they begin.
+    // How many of the held bytes are decoded, and the offset of the held bytes in the input.
     size_t m_At = 0;
     uint64_t m_Begin = 0;
-    // Bytes to come that are passed over: the rest of a packet, all after a datagram's frame or an error.
+    // Bytes still to be skipped: the rest of a packet, or everything after a datagram's frame or an error.
     uint64_t m_ToPass = 0;
     bool m_IsOver = false;
-    // Of the packet that is being passed over: where its frame begins and its length.
+    // Of the packet being skipped: the offset of its frame, and its length.
     uint64_t m_PacketOffset = 0;
     uint64_t m_PacketLength = 0;
-    // Where a datagram's frame ends; 0 before one was read.
+    // The end of a datagram's frame; 0 before one was read.
     uint64_t m_DatagramEnd = 0;
-    // Bytes of the input so far.
+    // The size of the input so far.
     uint64_t m_Size = 0;
 };
 
-// A recording that is raw or hexadecimal text. It is text where its first kDecidingBytes, or all if there are fewer,
+// A recording that is raw or hexadecimal text. It is text if its first kDecidingBytes bytes, or all if there are fewer,
 // are hexadecimal digits and white space: in a raw frame the size word would then announce more than 37,000,000 bytes,
-// and in a datagram's the head's version stands there, which is no such character.
+// and in a datagram frame these bytes contain the head's version, which is no such character.
 class Recording
 {
 public:
@@ -86,14 +86,14 @@ private:
 
     FrameDecoder m_Decoder;
     Tell m_Tell;
-    // Content that is not enough to decide by.
+    // Input that is too short to decide by.
     std::string m_Undecided;
     bool m_IsDecided = false;
     bool m_IsText = false;
-    // The first half of a byte, or -1.
+    // The first digit of a byte, or -1.
     int m_High = -1;
     uint64_t m_Characters = 0;
-    // A character that is no digit ends the text.
+    // A character other than a digit or white space ends the text.
     bool m_IsOver = false;
 };
 

@@ -21,7 +21,7 @@ std::string idText(unsigned short id)
     return text;
 }
 
-// A buffer field that holds one whole frame with a known id, opened; null where there is none.
+// Decodes a buffer field that holds one whole frame with a known id; null if there is none.
 ordered_json innerFrame(const wire::Schema& schema, const ordered_json& fields)
 {
     for (const wire::Field& field : schema.fields)
@@ -90,7 +90,7 @@ ordered_json describeCommand(const CCmdPackager& frame, bool openInner)
     if (!reading.m_Read || reading.m_Consumed != reading.m_Size)
         json["error"] = !reading.m_Read
                             ? "refused by Read"
-                            : std::to_string(reading.m_Size - reading.m_Consumed) + " bytes behind the last field";
+                            : std::to_string(reading.m_Size - reading.m_Consumed) + " bytes after the last field";
     json["fields"] = objectJson(shown->m_Wire(), reading.m_Object.get());
     if (openInner)
         if (ordered_json inner = innerFrame(shown->m_Wire(), json["fields"]); !inner.is_null())

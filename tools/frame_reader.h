@@ -1,4 +1,4 @@
-// One received command, for people and scripts to read.
+// One received command as JSON.
 #pragma once
 
 #include "packaging/cmd_packager.h"
@@ -10,13 +10,13 @@
 namespace tools
 {
 
-// Bytes of the stream frame that begins here; 0 where its head is not whole.
+// Bytes of the stream frame that starts here; 0 if its head is incomplete.
 uint64_t streamFrameSize(std::string_view bytes);
-// Takes one whole stream frame. False where the packager refuses it.
+// Reads one whole stream frame. False if the packager refuses it.
 bool receiveFrame(CCmdPackager& packager, std::string_view frame);
 
-// A received command: its id, addresses, size, and the fields as the class that fits reads them; of a doubled id
-// whichever class takes the payload exactly. A command that carries a whole frame shows it as "inner", one level down.
+// A received command: id, addresses, size, and the fields as its class reads them; for a shared id, the class that
+// reads the payload exactly. If the command carries a whole frame, that is shown as "inner", one level only.
 nlohmann::ordered_json describeCommand(const CCmdPackager& frame, bool openInner);
 
 } // namespace tools

@@ -1,4 +1,4 @@
-// The lines of "wirelens read" and their answers.
+// The input lines of "wirelens read" and their results.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -8,11 +8,11 @@
 namespace tools
 {
 
-// The answer to one line "CLASS cmd|data HEX", with "-" for no bytes: what the class's Read makes of the bytes and what
-// its Write then gives, or an object with "error". The class is named as the line names it, whatever bytes those are.
+// The result for one line "CLASS cmd|data HEX", with "-" for no bytes: the result of the class's Read for the bytes and
+// of its Write afterwards, or an object with "error". "class" is the name in the line, whatever its bytes.
 nlohmann::ordered_json answerLine(const std::string& line);
 
-// An answer as one line without its end. What is no UTF-8 comes out as U+FFFD.
+// A result as one line without its end. Invalid UTF-8 becomes U+FFFD.
 std::string printedLine(const nlohmann::ordered_json& json);
 
 } // namespace tools

@@ -50,7 +50,7 @@ ordered_json arrayJson(const Field& element, const char* at, size_t stride, int 
     return array;
 }
 
-// The float's own shortest digits, so that a reader of any width gets it back and a person can read it.
+// The shortest digits that give the same float, so that any reader gets it back.
 ordered_json floatJson(float value)
 {
     char text[32];

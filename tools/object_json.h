@@ -13,17 +13,17 @@ namespace tools
 
 // Numbers; booleans; text as UTF-8 strings; identifiers, nodes and raw bytes as lower-case hexadecimal; records as
 // objects; lists, arrays, pairs and maps of records as arrays; maps of values as arrays of [key, value]. A float is
-// a number that gives the same float back; one that is no number is null. A command's head comes first.
+// a number that gives the same float back; NaN and infinity are null. A command's head comes first.
 nlohmann::ordered_json objectJson(const wire::Schema& schema, const void* object);
 
-// A text in UTF-8; what is no character comes out as U+FFFD.
+// A text as UTF-8; invalid units become U+FFFD.
 std::string utf8Of(const wchar_t* text);
 std::string hexOf(const void* data, size_t size);
 // The value of a hexadecimal digit, or -1.
 int hexDigit(char c);
-// Whether it is white space, which hexadecimal text may have anywhere.
+// Whether the character is white space, which hexadecimal text may contain anywhere.
 bool isHexSpace(char c);
-// False on an odd number of digits or anything that is no digit; white space is passed over.
+// False for an odd number of digits or for any other character; white space is skipped.
 bool bytesOfHex(std::string_view hex, std::string& bytes);
 
 } // namespace tools

@@ -16,7 +16,7 @@ std::string bytesOf(const P& packager)
 template <class P>
 void read(Reading& reading, P& packager, std::string_view bytes, bool (*readObject)(void*, P&))
 {
-    // More than the packager holds is cut, as a sender's packager would have cut it.
+    // Bytes beyond the packager's capacity are dropped, as a sender's packager would have done.
     packager.Write(bytes.data(), static_cast<int>(bytes.size()));
     reading.m_Read = readObject(reading.m_Object.get(), packager);
     reading.m_Consumed = packager.GetReadPointer();

@@ -40,7 +40,7 @@ public:
     size_t position() const { return m_At; }
 
 private:
-    // What an object's later fields need of its earlier ones, by their offsets.
+    // Values of an object's earlier fields that its later ones need, by offset.
     struct Scope
     {
         std::map<size_t, int> m_Ints;
@@ -270,7 +270,7 @@ private:
             ended = ended || unit == 0;
             if (ended)
                 continue;
-            // A four-byte reader makes one value of each surrogate, whatever stands beside it.
+            // A reader of 32-bit units makes one value of each surrogate, whatever its neighbours.
             const bool surrogate = sizeof(wchar_t) == 4 && unit >= 0xD800 && unit <= 0xDFFF;
             const uint32_t wide =
                 surrogate ? ((((unit - 0xD800) & 0xFFFF) << 10) | ((unit - 0xDC00) & 0xFFFF)) + 0x10000 : unit;

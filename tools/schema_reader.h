@@ -1,5 +1,5 @@
-// Reads bytes by a schema alone, without the class: for explaining a payload, and as a second reader that holds the
-// classes' own against it.
+// Reads bytes by a schema alone, without the class: to explain a payload, and as a second reader that tests compare
+// with the classes' own.
 #pragma once
 
 #include "packaging/wire/schema.h"
@@ -18,7 +18,8 @@ struct ExplainedValue
 {
     size_t m_Offset = 0;
     size_t m_Size = 0;
-    // The member's path, such as m_Account.m_ItemList[2].m_Num; what no member keeps says so in parentheses.
+    // The member's path, such as m_Account.m_ItemList[2].m_Num; a description in parentheses for a value without a
+    // member.
     std::string m_Field;
     std::string m_Value;
 };
@@ -27,13 +28,13 @@ struct Explanation
 {
     std::vector<ExplainedValue> m_Values;
     nlohmann::ordered_json m_Json = nlohmann::ordered_json::object();
-    // Bytes taken; where reading failed, up to the value that failed.
+    // Bytes read; after a failure, those before the value that failed.
     size_t m_Consumed = 0;
     // "needed 4, had 2 at m_Flag1", or empty.
     std::string m_Failure;
 };
 
-// Strict: the first value that is not there ends it, whatever the class's own quirks forgive.
+// Strict: the first missing value ends it, whatever the class's own quirks allow.
 Explanation explain(const wire::Schema& schema, std::string_view bytes);
 
 } // namespace tools

@@ -14,7 +14,7 @@ namespace
 {
 
 constexpr size_t kLongestDefault = 80;
-// The one member whose default differs from process to process.
+// The only member whose default differs between processes.
 constexpr char kMadeAtLoad[] = "m_VerifySeed";
 
 std::string typeOf(const wire::Field& field)

@@ -1,4 +1,4 @@
-// A class and its schema as text, for people.
+// A class and its schema as text.
 #pragma once
 
 #include "tools/class_table.h"

@@ -43,7 +43,7 @@ int connectTo(unsigned short port)
     return -1;
 }
 
-// Sends the piece again and again, on a new connection where the server ends one.
+// Sends the piece repeatedly; reconnects if the server closes the connection.
 void flood(Shared& shared, unsigned short port, const std::string& piece)
 {
     std::string bytes;
@@ -53,7 +53,7 @@ void flood(Shared& shared, unsigned short port, const std::string& piece)
     {
         if (handle < 0)
             handle = connectTo(port);
-        // A cut piece is continued by the next call, so that packets stay whole.
+        // The next call continues a partly sent piece, so that packets stay whole.
         size_t sent = 0;
         while (handle >= 0 && sent < bytes.size())
         {
@@ -109,10 +109,10 @@ void sendUnknownCommands(Shared& shared)
     flood(shared, shared.m_Port, packetOfCommand<CCmdServerHello>());
 }
 
-// Connections that send the first message of a handshake and go no further.
+// Connections that send only the first message of a handshake.
 void sendHellos(Shared& shared)
 {
-    // The hello of this library's own client, taken from a port that only listens.
+    // The client hello of this library, recorded by a port that only listens.
     std::string hello;
     {
         const int listener = socket(AF_INET, SOCK_STREAM, 0);
@@ -148,7 +148,7 @@ void sendHellos(Shared& shared)
     {
         if (handles[i] >= 0)
         {
-            // No orderly end: that would leave ports waiting.
+            // Reset instead of an orderly close, which would leave ports in TIME_WAIT.
             const linger hard{1, 0};
             setsockopt(handles[i], SOL_SOCKET, SO_LINGER, &hard, sizeof hard);
             close(handles[i]);
@@ -160,7 +160,7 @@ void sendHellos(Shared& shared)
 }
 
 #ifdef COMMONGROUND_BENCH_TLS
-// An empty packet in each four records, many records in a send.
+// An empty packet in every four records, many records per send.
 void sendTinyRecords(Shared& shared)
 {
     for (;;)
@@ -213,7 +213,7 @@ void floodDatagrams(Shared& shared, const std::vector<std::string>& packets)
             shared.m_Sent += packets[i].size();
 }
 
-// Packets with long heads, as far as they can be made without keys.
+// Packets with long headers, as far as they can be built without keys.
 std::vector<std::string> longPackets(const char (&version)[5])
 {
     std::mt19937 random{7};

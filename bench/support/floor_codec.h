@@ -1,5 +1,5 @@
-// The floor: what a careful person writes by hand for the same bytes, on plain structures, without checks that the
-// format does not need. Floats go by std::to_chars and std::from_chars.
+// The floor: a hand-written codec for the same bytes, on plain structures, with only the checks that the format needs.
+// Floats use std::to_chars and std::from_chars.
 #pragma once
 
 #include "framework/platform/from_chars.h"

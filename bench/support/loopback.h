@@ -1,4 +1,4 @@
-// A server on the loopback and the clients of both ends.
+// A server on the loopback, and the client sockets of both ends.
 #pragma once
 
 #include "dispatch/analyser_socket.h"
@@ -14,7 +14,7 @@ public:
     explicit Client(CCmdAnalyserSocket* analyser) : CFrameworkClientSocket(analyser) {}
 };
 
-// Accepts everybody; all share one analyser.
+// Accepts every peer; all connections share one analyser.
 class Server : public CFrameworkServerSocket
 {
 public:

@@ -1,4 +1,4 @@
-// The floor under the sockets: a loopback connection driven by epoll alone, with the same packets.
+// The floor of the socket benchmark: a loopback connection driven by bare epoll, with the same packets.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,7 @@
 namespace bench
 {
 
-// A connected pair over the loopback: what one end writes, the other reads.
+// A connected pair of sockets over the loopback.
 struct RawPair
 {
     RawPair();
@@ -30,11 +30,11 @@ public:
 
     // Waits until something can be read and reads it. False at the end of the connection.
     bool fill();
-    // The next whole packet with its length word, or null; it shows until the next fill().
+    // The next whole packet with its length word, or null; valid until the next fill().
     const unsigned char* next(size_t& size);
-    // Puts bytes behind those that wait.
+    // Appends bytes to the pending ones.
     void put(const void* data, size_t size);
-    // Sends what waits, blocking.
+    // Sends the pending bytes, blocking.
     bool flush();
     size_t waiting() const { return m_Out.size(); }
 

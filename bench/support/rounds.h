@@ -1,5 +1,5 @@
-// Measures a thing against its floor in the same run: rounds of both in turn, so that a machine whose speed drifts
-// drifts for both, and the median of each.
+// Measures an operation and its floor in the same run: alternating rounds, so that a drift of the machine's speed
+// affects both, and the median of each.
 #pragma once
 
 #include <functional>
@@ -13,11 +13,11 @@ struct Measured
 {
     double m_Nanoseconds = 0;
     double m_FloorNanoseconds = 0;
-    // The median of the rounds' own ratios.
+    // The median of the ratios of the rounds.
     double m_Ratio = 0;
 };
 
-// Runs each for about the same time per round; a call of either does calls units of work. Prints a line.
+// Runs each for about the same time per round; one call of either does calls units of work. Prints a line.
 Measured compare(const std::string& what, int calls, const std::function<void()>& thing,
                  const std::function<void()>& floor);
 // The same without a floor.
@@ -25,7 +25,7 @@ double measure(const std::string& what, int calls, const std::function<void()>& 
 
 double median(std::vector<double> values);
 
-// Keeps a value from being optimised away.
+// Prevents the optimizer from removing a value.
 template <class T>
 inline void keep(const T& value)
 {

@@ -1,4 +1,4 @@
-// The boundary of a command: whatever is thrown while one is dispatched ends here.
+// The boundary of a command: catches every exception thrown during its dispatch.
 #pragma once
 
 #include "framework/exception.h"
@@ -8,7 +8,7 @@
 
 #include <exception>
 
-// Reports what was thrown, within the share of the peer whose command it was.
+// Logs the exception, within the log share of the peer that sent the command.
 template <class Tell>
 void reportThrown(Tell tell) noexcept
 {
@@ -22,8 +22,8 @@ void reportThrown(Tell tell) noexcept
         });
 }
 
-// Returns what dispatch() returns, or false where it threw. Then tell(fault) has logged a standard exception and
-// tell(nullptr) anything else; the stream layer's exception reports itself.
+// Returns the result of dispatch(), or false if it threw. tell(fault) logs a standard exception, tell(nullptr) anything
+// else; the stream layer's exception logs itself.
 template <class Dispatch, class Tell>
 bool withinBoundary(Dispatch dispatch, Tell tell) noexcept
 {

@@ -68,7 +68,7 @@ void Actor::showLines()
 {
     if (std::exchange(m_IsShown, true))
         return;
-    // What has come since the last expectation is of interest too.
+    // Also prints the output since the last expectation.
     for (std::string line; m_Process->readLine(line, 0);)
         m_Lines.push_back(line);
     for (const std::string& line : m_Lines)

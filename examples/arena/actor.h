@@ -1,4 +1,4 @@
-// A process of the demonstration, and what is expected of it.
+// A process of the demonstration, and the expectations on it.
 #pragma once
 
 #include "examples/arena/processes.h"
@@ -10,33 +10,33 @@
 namespace arena
 {
 
-// What was expected did not happen.
+// An expectation was not met.
 class Failure : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
 };
 
-// Every expectation that is not met in time throws a Failure. Still running, the process is killed with the object.
+// An expectation that is not met in time throws a Failure. The destructor kills a process that still runs.
 class Actor
 {
 public:
-    // Milliseconds that one expectation waits.
+    // The time limit of one expectation, in milliseconds.
     static constexpr int kPatience = 10000;
 
     explicit Actor(const char* name);
 
     const std::string& getName() const { return m_Name; }
     void start(const std::vector<std::string>& words);
-    // Waits for a line that begins so, unless it came already, and returns the rest of it.
+    // Waits for a line with this prefix, unless it was already received, and returns the rest of it.
     std::string expect(const std::string& beginning);
-    // The process ends by itself and returns the result.
+    // Expects that the process ends by itself with this exit code.
     void expectEnd(int result);
-    // Kills the process and sees that it was this that ended it.
+    // Kills the process and checks that it had not ended before.
     void kill();
-    // Lines so far that begin so.
+    // The number of lines so far with this prefix.
     int count(const std::string& beginning) const;
-    // Puts out all that the process said so far, once; a failed expectation does it too.
+    // Prints the output of the process so far, once; a failed expectation does this too.
     void showLines();
 
 private:

@@ -15,11 +15,11 @@ namespace
 
 constexpr int kNoAnswer = 2;
 
-// A client without a server's frame: a System, one connection, and a time after which nothing is awaited any more.
+// A client without a service: a System, one connection, and a time limit.
 class Caller : public zet::System
 {
 public:
-    // Runs until the call has ended; -1 where it did not end in time.
+    // Runs until the call has ended; -1 if it did not end in time.
     int call(CFrameworkClientSocket& socket, unsigned short port, const CCmdHead& question)
     {
         if (socket.start(this) && socket.connect(kLoopback, port, false) && socket.send(question))
@@ -81,7 +81,7 @@ public:
     ShutdownSocket(Caller& caller, CCmdAnalyserSocket& analyser) : CFrameworkClientSocket(&analyser), m_Caller(caller)
     {
     }
-    // The end of a connection that stood is the answer.
+    // The end of an established connection is the answer.
     void onTick(unsigned int tick) override
     {
         const bool stood = getConnectionState() == kEstablished;

@@ -1,15 +1,15 @@
-// One question to one server, for the roles that ask and end.
+// One request to one server, for the roles that only make a request.
 #pragma once
 
 namespace arena
 {
 
-// Asks a registry for a server of a type and says where it is. Returns 0, 1 where there is none, 2 where the registry
-// does not answer.
+// Asks a registry for a server of a type and prints its address. Returns 0, 1 if there is none, 2 if the registry does
+// not answer.
 int lookUp(unsigned char type, unsigned short registryPort);
 
-// Orders the server at the port to shut down: a registry takes all of its servers along. Returns 0 once the server has
-// ended, 2 where it does not.
+// Orders the server at the port to shut down; a registry also shuts down all of its servers. Returns 0 once the server
+// has ended, 2 if it does not end.
 int orderShutdown(unsigned short port);
 
 } // namespace arena

@@ -1,4 +1,4 @@
-// The time that is left of a wait in several parts.
+// The remaining time of a wait in several parts.
 #pragma once
 
 #include <chrono>
@@ -10,7 +10,7 @@ class Countdown
 {
 public:
     explicit Countdown(int milliseconds) : m_End(Clock::now() + std::chrono::milliseconds(milliseconds)) {}
-    // Milliseconds, 0 at least.
+    // Milliseconds, at least 0.
     int getLeft() const
     {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(m_End - Clock::now()).count();

@@ -1,4 +1,4 @@
-// From the analyser's plain function to a member of the socket's own class.
+// Connects the analyser's plain function to a member of the socket's class.
 #pragma once
 
 #include "dispatch/analyser_socket.h"
@@ -22,7 +22,7 @@ struct Deliverer<Handle>
 
 } // namespace arena
 
-// Installs a member of a socket class, given as &Class::member, for a command. The analyser must serve sockets of that
-// class alone.
+// Installs a member of a socket class, given as &Class::member, for a command. The analyser must serve only sockets of
+// that class.
 #define ARENA_HANDLE(analyser, Command, member)                                                                        \
     analyser.Install(command_id::Command, Command::Command##_ProcessSocket, &::arena::Deliverer<member>::handle, 0, 0)

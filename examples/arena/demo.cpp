@@ -12,7 +12,7 @@ namespace arena
 namespace
 {
 
-// A service of the play, and what it has said of itself.
+// A service of the demonstration, and what it has printed about itself.
 struct ServiceActor : Actor
 {
     ServiceActor(const char* name, const char* type) : Actor(name), m_Type(type) {}
@@ -64,8 +64,8 @@ const Demo::Step Demo::kSteps[] = {
     {"measure echo round trips to the registry", &Demo::measureEchoes},
     {"look each service up", &Demo::lookEachUp},
     {"register a live id a second time", &Demo::refuseSecondRegistration},
-    {"kill a service; the others are told", &Demo::killOne},
-    {"let a service unregister; the other is told", &Demo::letOneLeave},
+    {"kill a service; the others are notified", &Demo::killOne},
+    {"let a service unregister; the other is notified", &Demo::letOneLeave},
     {"shut all down", &Demo::shutAllDown},
 };
 
@@ -182,10 +182,10 @@ void Demo::shutAllDown()
     m_Registry.expect(lines::kShuttingDown);
     m_Registry.expectEnd(0);
     say("      the registry has ended with 0");
-    // The refused twin went by without a notice, and nobody was told twice.
+    // The refused duplicate was not announced, and no server was notified twice.
     const int told = m_Alpha.count(lines::kFade);
     if (told != 2)
-        throw Failure("alpha was told of " + std::to_string(told) + " fades, not of 2");
+        throw Failure("alpha was notified of " + std::to_string(told) + " fades, not of 2");
 }
 
 Actor Demo::run(const char* name, const std::vector<std::string>& words, int result)
@@ -216,7 +216,7 @@ void Demo::expectNoLookup(const ServiceActor& service)
 void Demo::expectNoticeOf(const ServiceActor& gone, ServiceActor& told)
 {
     told.expect(lines::kFade + gone.getName() + " ");
-    say("      %s was told that %s has gone", told.getName().c_str(), gone.getName().c_str());
+    say("      %s was notified that %s has left", told.getName().c_str(), gone.getName().c_str());
 }
 
 } // namespace

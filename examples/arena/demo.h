@@ -1,11 +1,11 @@
-// The platform at work: a registry, three services and who asks for them, as processes on this machine.
+// Runs the platform: a registry, three services and clients, as processes on this machine.
 #pragma once
 
 namespace arena
 {
 
-// Plays all steps and tells of each on the standard output; the last line says whether all was as it should be. Any
-// step that fails ends it, and leaves no process behind.
+// Runs all steps and prints each to the standard output; the last line gives the result. A failed step ends the
+// demonstration and leaves no process running.
 bool runDemo();
 
 } // namespace arena

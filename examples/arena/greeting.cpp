@@ -27,7 +27,7 @@ bool Greeting::begin(const CCmdServerRegister& record)
     m_Service.fillRecord(hello);
     CCmdServerEcho echo;
     echo.m_Data = kEcho;
-    // Answers come in the order of the questions, so all three go at once.
+    // Replies come in the order of the requests, so all three are sent at once.
     if (connect(record.m_ServerAddress[0], record.m_ServerPort, false) && send(hello) &&
         send(CCmdServerInfoRequest()) && send(echo))
     {

@@ -1,4 +1,4 @@
-// A short visit of one service at another: hello, a look at its load, an echo, and good-bye.
+// A short connection from one service to another: hello, a query of its load, an echo, close.
 #pragma once
 
 #include "commands/registry.h"
@@ -17,14 +17,14 @@ public:
     explicit Greeting(Service& service);
     static void install(CCmdAnalyserSocket& analyser);
 
-    // Connects to the server of the record and greets it; the System holds the greeting from then on. False where the
-    // server is not reached.
+    // Connects to the server of the record and greets it; the System then holds the greeting. False if the server
+    // cannot be reached.
     bool begin(const CCmdServerRegister& record);
-    // Ends with the connection, or when the other does not answer.
+    // Ends with the connection, or if the other side does not answer.
     void onTick(unsigned int tick) override;
 
 private:
-    // What comes back of the echo at the end: all 32 bits.
+    // The value of the final echo: all 32 bits.
     static constexpr unsigned long kEcho = 0xFFFFFFFF;
 
     void onHelloReply(const CCmdServerHelloReply& command);

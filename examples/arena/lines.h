@@ -1,5 +1,5 @@
-// What the processes say on their standard output, a line an event: the beginning of each line. Who started them, the
-// demonstration for one, waits for these.
+// The prefixes of the lines that the processes print to their standard output, one line per event. The demonstration
+// waits for these.
 #pragma once
 
 namespace arena::lines
@@ -7,7 +7,7 @@ namespace arena::lines
 
 // A server of either kind listens; the port follows.
 constexpr char kListening[] = "listening on port ";
-// A server of either kind ends of its own accord.
+// A server of either kind ends by itself.
 constexpr char kEnded[] = "ended";
 
 // The registry: a server's name, type and address follow.
@@ -24,8 +24,8 @@ constexpr char kAccepted[] = "registered under id ";
 constexpr char kRejected[] = "registration refused: ";
 constexpr char kRegistryGreeted[] = "greeted the registry: ";
 // The name, type and address of another service follow.
-constexpr char kNew[] = "told of new: ";
-constexpr char kFade[] = "told of fade: ";
+constexpr char kNew[] = "new server: ";
+constexpr char kFade[] = "server left: ";
 constexpr char kGreeted[] = "greeted ";
 // Figures follow.
 constexpr char kEcho[] = "echo: ";

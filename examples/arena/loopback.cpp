@@ -7,7 +7,7 @@ namespace arena
 
 LoopbackPort::LoopbackPort(unsigned short port) : CFrameworkServerSocket(kLoopback, port)
 {
-    // All are rejected but those who are permitted.
+    // Rejects all addresses except the permitted one.
     addRejectAddress({0, 0, 0, 0}, {0, 0, 0, 0});
     addPermissionAddress({127, 0, 0, 0}, {255, 0, 0, 0});
 }

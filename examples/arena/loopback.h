@@ -1,4 +1,4 @@
-// The platform lives on one machine: where its servers are, and ports that nobody else reaches.
+// The platform runs on one machine: server addresses, and ports that other machines cannot reach.
 #pragma once
 
 #include "commands/registry.h"
@@ -9,17 +9,17 @@ namespace arena
 {
 
 constexpr wchar_t kLoopback[] = L"127.0.0.1";
-// Milliseconds that a process waits for an answer before it gives up.
+// Milliseconds that a process waits for an answer.
 constexpr unsigned int kAnswerTime = 5000;
 
-// Turns away who does not come from this machine: there is no login here, and anybody let in may shut all down.
+// Rejects peers from other machines: there is no login, and any peer can shut everything down.
 class LoopbackPort : public CFrameworkServerSocket
 {
 public:
     explicit LoopbackPort(unsigned short port);
 };
 
-// A moment by which something must have happened, if one is set.
+// A deadline, if one is set.
 class Deadline
 {
 public:
@@ -36,7 +36,7 @@ private:
     bool m_IsSet = false;
 };
 
-// Copies what a server tells of itself from one command of the register family to another; id and head stay.
+// Copies a server's own data from one command of the register family to another; id and head stay.
 void copyRecord(const CCmdServerRegister& from, CCmdServerRegister& to);
 // "alpha (type 1) at 127.0.0.1:4000"
 zet::String_T<char> describe(const CCmdServerRegister& record);

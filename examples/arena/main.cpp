@@ -1,4 +1,4 @@
-// The miniature platform: a registry, services and who asks for them, each a process of this one executable.
+// The miniature platform: a registry, services and clients, each a process of this executable.
 #include "examples/arena/call.h"
 #include "examples/arena/demo.h"
 #include "examples/arena/options.h"
@@ -20,14 +20,14 @@ constexpr char kUsage[] = "usage: arena registry [--port P]\n"
                           "       arena service --type N --name S --registry P [--port P] [--id HEX]\n"
                           "           a server of type N: registers, greets the others, measures echoes\n"
                           "       arena lookup --type N --registry P\n"
-                          "           says where a server of type N is; returns 1 where there is none\n"
+                          "           prints the address of a server of type N; returns 1 if there is none\n"
                           "       arena shutdown --registry P | --service P\n"
                           "           ends all servers and their registry, or one service\n"
                           "       arena demo\n"
                           "           plays all of it with processes of its own\n"
                           "A port P of a server may be 0 for a free one. An id is 32 hexadecimal digits.\n";
 
-// What is returned for a command line that is no good.
+// The exit code for an invalid command line.
 constexpr int kBadUsage = 2;
 constexpr int kMostPort = 0xFFFF;
 
@@ -37,7 +37,7 @@ int complain(const std::string& error)
     return kBadUsage;
 }
 
-// A name is the name of a directory of log files, too.
+// A name is also the name of a directory of log files.
 bool isName(const std::string& name)
 {
     return !name.empty() && name.size() <= 32 &&

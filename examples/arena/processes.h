@@ -1,4 +1,4 @@
-// Further processes of this executable, and what they say. One file a platform behind it.
+// Child processes of this executable, and their output. One source file per platform.
 #pragma once
 
 #include <memory>
@@ -8,8 +8,8 @@
 namespace arena
 {
 
-// One process. Its standard output and error arrive here in one stream of lines; its input is empty. Ended at the
-// latest with this object, and where the operating system can see to it, with this process. One thread only.
+// One process. Its standard output and error are read as one stream of lines; its input is empty. It is ended with this
+// object and, if the operating system supports it, with this process. One thread only.
 class Process
 {
 public:
@@ -19,20 +19,21 @@ public:
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
 
-    // Starts this executable with the words behind its name; once an object. False where the system refuses.
+    // Starts this executable with the given arguments; once per object. False if the system refuses.
     bool start(const std::vector<std::string>& words);
-    // The next line without its end, waiting up to so many milliseconds for it. False where none came, or none will.
+    // Reads the next line without its end, waiting up to the given milliseconds. False if there is none in that time or
+    // none will follow.
     bool readLine(std::string& line, int milliseconds);
-    // Whether all lines have been read that there will ever be: the process has ended or is about to.
+    // Whether all output has been read: the process has ended or is about to.
     bool isSilent() const;
     // Ends the process by its id, without asking it.
     void kill();
-    // Waits for the process to end; lines may come meanwhile and are kept. False where it still runs then.
+    // Waits for the process to end; lines received meanwhile are kept. False if it still runs then.
     bool wait(int milliseconds);
 
-    // Once wait() was true: what the process returned, or -1 where it was killed or crashed.
+    // After wait() returned true: the exit code, or -1 if the process was killed or crashed.
     int getResult() const;
-    // Whether kill() ended it, rather than itself.
+    // Whether kill() ended it.
     bool wasKilled() const;
 
 private:

@@ -29,7 +29,7 @@ std::string findExecutable()
     return length > 0 ? std::string(path, static_cast<size_t>(length)) : std::string();
 }
 
-// In the new process: only what is safe between fork and exec.
+// Runs in the new process: only functions that are safe between fork and exec.
 [[noreturn]] void become(char* const* words, int output, pid_t parent)
 {
 #ifdef __linux__
@@ -51,16 +51,16 @@ std::string findExecutable()
 struct Process::State
 {
     pid_t m_Id = -1;
-    // The end of the pipe that we read; -1 behind its end.
+    // The read end of the pipe; -1 after end of file.
     int m_Output = -1;
-    // What came and is no whole line yet, and the lines that nobody has read.
+    // The incomplete line, and the lines not read yet.
     std::string m_Part;
     std::deque<std::string> m_Lines;
     int m_Status = 0;
     bool m_HasEnded = false;
     bool m_IsKilled = false;
 
-    // Takes what comes within the time; false where nothing did.
+    // Reads what arrives within the time; false if nothing did.
     bool take(int milliseconds)
     {
         if (m_Output < 0)
@@ -172,7 +172,7 @@ void Process::kill()
     State& state = *m_State;
     if (state.m_Id <= 0 || state.m_HasEnded)
         return;
-    // Until it is reaped, the id stays its own.
+    // The id is not reused before the process is reaped.
     ::kill(state.m_Id, SIGKILL);
     state.m_IsKilled = true;
 }
@@ -182,7 +182,7 @@ bool Process::wait(int milliseconds)
     State& state = *m_State;
     if (state.m_Id <= 0)
         return false;
-    // The pipe ends when the process does, which unlike the end itself can be waited for with a limit.
+    // The pipe closes when the process ends; unlike that end, this can be waited for with a time limit.
     const Countdown time(milliseconds);
     while (state.m_Output >= 0)
         if (!state.take(time.getLeft()))

@@ -23,7 +23,7 @@ namespace arena
 namespace
 {
 
-// What a killed process returns.
+// The exit code of a killed process.
 constexpr UINT kKilled = 0xC0DE;
 
 std::wstring wideOf(const std::string& text)
@@ -34,8 +34,8 @@ std::wstring wideOf(const std::string& text)
     return wide;
 }
 
-// A word as the new process takes it apart again: in quotes, with a backslash before each quote, and those backslashes
-// doubled that a quote follows.
+// Quotes an argument so that the new process parses it back: in quotes, with a backslash before each quote, and with
+// backslashes before a quote doubled.
 std::wstring quoted(const std::wstring& word)
 {
     std::wstring out = L"\"";
@@ -59,7 +59,7 @@ std::wstring findExecutable()
     return path;
 }
 
-// Ends its processes with this one: the last handle of the job goes when this process does.
+// Ends its processes with this one: the last handle of the job closes when this process ends.
 HANDLE ownJob()
 {
     static const HANDLE job = []
@@ -82,7 +82,7 @@ void closeHandle(HANDLE& handle)
 
 } // namespace
 
-// A read from a pipe cannot be waited for with a limit, so a thread reads and the lines wait here.
+// A read from a pipe has no time limit, so a thread reads and queues the lines here.
 struct Process::State
 {
     HANDLE m_Process = nullptr;
@@ -92,7 +92,7 @@ struct Process::State
     bool m_IsKilled = false;
     std::thread m_Reader;
 
-    // Guards what follows.
+    // Guards the members below.
     std::mutex m_Mutex;
     std::condition_variable m_Change;
     std::deque<std::string> m_Lines;
@@ -157,7 +157,7 @@ bool Process::start(const std::vector<std::string>& words)
     HANDLE output = nullptr;
     if (executable.empty() || state.m_Process || !CreatePipe(&state.m_Output, &output, &inherited, 0))
         return false;
-    // Our end stays with us.
+    // The child must not inherit our end.
     SetHandleInformation(state.m_Output, HANDLE_FLAG_INHERIT, 0);
     HANDLE input =
         CreateFileW(L"NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, OPEN_EXISTING, 0, nullptr);
@@ -172,7 +172,7 @@ bool Process::start(const std::vector<std::string>& words)
     startup.hStdOutput = output;
     startup.hStdError = output;
     PROCESS_INFORMATION made{};
-    // Suspended until it belongs to the job, so that it cannot outlive us from its first moment on.
+    // Suspended until it belongs to the job, so that it can never outlive this process.
     const bool isMade = CreateProcessW(executable.c_str(), line.data(), nullptr, nullptr, TRUE,
                                        CREATE_SUSPENDED | CREATE_NO_WINDOW, nullptr, nullptr, &startup, &made) != 0;
     closeHandle(input);
@@ -213,7 +213,7 @@ bool Process::isSilent() const
 void Process::kill()
 {
     State& state = *m_State;
-    // The handle keeps the id its own. A process that has ended by itself refuses.
+    // The open handle prevents reuse of the id. Fails for a process that has ended by itself.
     if (state.m_Process && !state.m_HasEnded && TerminateProcess(state.m_Process, kKilled))
         state.m_IsKilled = true;
 }

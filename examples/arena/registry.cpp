@@ -91,7 +91,7 @@ bool Registry::ServiceOn()
     CMyServiceSystem::ServiceOn();
     if (!m_Port->start(this) || !m_Port->listen(m_Port->GetPort(), 0))
     {
-        zet::Log::error(L"The port %d is not to be had", m_Port->GetPort());
+        zet::Log::error(L"Cannot open port %d", m_Port->GetPort());
         return false;
     }
     say("%s%d", lines::kListening, m_Port->getPort());

@@ -1,4 +1,4 @@
-// The server that keeps the registry: who is there, who came, who went.
+// The server that keeps the registry of servers and announces changes.
 #pragma once
 
 #include "dispatch/analyser_socket.h"
@@ -21,7 +21,7 @@ public:
     // The end of a registered connection is announced.
     void Abandon(zet::TcpConnection* connection) override;
 
-    // Sends to all registered servers but one, which may be null.
+    // Sends to all registered servers except one, which may be null.
     void announce(const CCmdHead& command, const RegistryConnection* except);
     // The first registered server of a type, or null.
     const RegistryConnection* findByType(unsigned char type);
@@ -35,15 +35,15 @@ class Registry : public CMyServiceSystem
 public:
     // The server type of a registry.
     static constexpr unsigned char kType = 0;
-    // Registrations at one time.
+    // The maximum number of simultaneous registrations.
     static constexpr int kMostServers = 1000;
 
-    // Port 0 takes a free one.
+    // Port 0 means any free port.
     explicit Registry(unsigned short port);
 
-    // Listens, and says on which port.
+    // Listens, and prints the port.
     bool ServiceOn() override;
-    // Ends once all servers have left, or the time for that is over.
+    // Ends once all servers have left, or after a time limit.
     void onTick(unsigned int tick) override;
 
     RegistryPort& getPort() { return *m_Port; }

@@ -74,7 +74,7 @@ void RegistryConnection::onUnregister(const CCmdServerUnregister&)
         m_Registry.getPort().RemoveFrameworkSocket(this);
         announceFade(lines::kUnregistered);
     }
-    // The end of the connection is the answer: the server knows then that it is out.
+    // The end of the connection is the answer: the server then knows that it is unregistered.
     close();
 }
 
@@ -82,7 +82,7 @@ void RegistryConnection::announceFade(const char* way)
 {
     CCmdServerFadeNotify notice;
     copyRecord(m_Record, notice);
-    // While all shut down, everybody goes.
+    // During a shutdown all servers leave; this is not announced.
     if (!m_Registry.isEnding())
         m_Registry.getPort().announce(notice, this);
     say("%s%s", way, describe(m_Record));

@@ -1,4 +1,4 @@
-// One connection at the registry, of a server or of who asks for one.
+// One connection of the registry, from a server or from a lookup.
 #pragma once
 
 #include "commands/registry.h"
@@ -17,9 +17,9 @@ public:
     static void install(CCmdAnalyserSocket& analyser);
 
     bool isRegistered() const { return !m_RegisteredId.isNull(); }
-    // What the server told when it registered.
+    // The server's data from its registration.
     const CCmdServerRegister& getRecord() const { return m_Record; }
-    // Tells all others that this server is no more, and the output in which way.
+    // Announces to all others that this server has left, and prints how.
     void announceFade(const char* way);
 
 private:
@@ -31,7 +31,7 @@ private:
     void onHostname(const CCmdHostnameRequest& command);
     void onShutdown(const CCmdServerShutdown& command);
 
-    // Why the server may not register, or null.
+    // The reason why the server may not register, or null.
     const wchar_t* findObjection(const CCmdServerRegister& command) const;
 
     Registry& m_Registry;

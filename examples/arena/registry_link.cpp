@@ -80,10 +80,10 @@ void RegistryLink::sendEcho()
 
 void RegistryLink::onEchoReply(const CCmdServerEchoReply& command)
 {
-    // Only one echo is on its way at a time.
+    // Only one echo is in flight at a time.
     if (m_RoundTrips.getCount() >= kEchoes || command.m_Data != static_cast<unsigned long>(m_RoundTrips.getCount()))
     {
-        zet::Log::error(L"An echo came back as %lu", command.m_Data);
+        zet::Log::error(L"Wrong echo: %lu", command.m_Data);
         m_Service.fail();
         return;
     }

@@ -11,19 +11,19 @@ namespace arena
 
 class Service;
 
-// Registers, greets the registry, measures echoes, and from then on hears what the registry announces.
+// Registers, greets the registry, measures echoes, and then receives the registry's announcements.
 class RegistryLink : public CFrameworkClientSocket
 {
 public:
-    // Echoes that are measured, one after the other.
+    // The number of measured echoes, one after the other.
     static constexpr int kEchoes = 200;
 
     explicit RegistryLink(Service& service);
     static void install(CCmdAnalyserSocket& analyser);
 
-    // Asks for the registration; the connection stands or is on its way up.
+    // Requests the registration; the connection must be established or connecting.
     bool enrol();
-    // Tells the service when the connection has ended.
+    // Reports the end of the connection to the service.
     void onTick(unsigned int tick) override;
 
 private:

@@ -1,4 +1,4 @@
-// The times that echoes took.
+// Round trip times of echoes.
 #pragma once
 
 #include "framework/string.h"
@@ -12,7 +12,7 @@ namespace arena
 class RoundTrips
 {
 public:
-    // An echo leaves; it is back.
+    // Record that an echo is sent, and that it is back.
     void begin() { m_Begin = std::chrono::steady_clock::now(); }
     void end();
 

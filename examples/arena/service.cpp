@@ -37,7 +37,7 @@ bool Service::ServiceOn()
     CMyServiceSystem::ServiceOn();
     if (!m_Port->start(this) || !m_Port->listen(m_Options.m_Port, 0))
     {
-        zet::Log::error(L"The port %d is not to be had", m_Options.m_Port);
+        zet::Log::error(L"Cannot open port %d", m_Options.m_Port);
         return false;
     }
     say("%s%d", lines::kListening, m_Port->getPort());
@@ -81,7 +81,7 @@ void Service::fillInfo(CCmdServerInfoResponse& info) const
     info.m_ServiceIP = m_Port->GetIP();
     info.m_ServicePort = m_Port->getPort();
     info.m_MaxOnlineNum = kMostPlayers;
-    // Whoever is connected counts as a player here.
+    // Every connection counts as a player here.
     info.m_OnlineCount = m_Port->GetClientCount();
 }
 

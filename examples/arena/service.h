@@ -1,4 +1,4 @@
-// A server that registers, greets the others, and answers who greets it.
+// A server that registers, greets the others, and answers greetings.
 #pragma once
 
 #include "dispatch/analyser_socket.h"
@@ -16,13 +16,13 @@ struct ServiceOptions
     unsigned char m_Type = 1;
     zet::String_T<wchar_t> m_Name;
     unsigned short m_RegistryPort = 0;
-    // 0 takes a free one.
+    // 0 means any free port.
     unsigned short m_Port = 0;
-    // All zero where the process takes a new one.
+    // All zero for a new id.
     zet::Uuid m_Id;
 };
 
-// Accepts who connects to the service.
+// Accepts connections to the service.
 class ServicePort : public LoopbackPort
 {
 public:
@@ -36,36 +36,36 @@ private:
 class Service : public CMyServiceSystem
 {
 public:
-    // Players that the service says to take.
+    // The advertised maximum number of players.
     static constexpr int kMostPlayers = 100;
 
     explicit Service(const ServiceOptions& options);
     ~Service() override;
 
-    // Listens, says on which port, and connects to the registry.
+    // Listens, prints the port, and connects to the registry.
     bool ServiceOn() override;
-    // Ends where the registry does not answer.
+    // Ends if the registry does not answer.
     void onTick(unsigned int tick) override;
 
-    // What the service tells of itself.
+    // The service's data for its registration.
     void fillRecord(CCmdServerRegister& record) const;
     void fillInfo(CCmdServerInfoResponse& info) const;
     CCmdAnalyserSocket& getPortAnalyser() { return m_PortAnalyser; }
     CCmdAnalyserSocket& getLinkAnalyser() { return m_LinkAnalyser; }
     CCmdAnalyserSocket& getGreetingAnalyser() { return m_GreetingAnalyser; }
 
-    // The registry has taken the service in.
+    // The registry has accepted the registration.
     void onRegistered() { m_Deadline.clear(); }
-    // The registry has refused, or another fault leaves nothing to do.
+    // The registry has refused, or another fault ends the service.
     void fail();
     // The connection to the registry has ended.
     void onRegistryGone();
     // Connects to another service and greets it.
     void greet(const CCmdServerRegister& record);
-    // Unregisters and, once the registry has let go, ends.
+    // Unregisters, and ends once the registry has closed the connection.
     void leave();
 
-    // What the process returns.
+    // The exit code of the process.
     int getResult() const { return m_Result; }
 
 protected:

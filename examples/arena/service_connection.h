@@ -1,4 +1,4 @@
-// One connection at a service: another service that greets it, or who asks or orders something.
+// One connection of a service, from another service that greets it or from a client.
 #pragma once
 
 #include "commands/registry.h"

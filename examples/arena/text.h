@@ -1,4 +1,4 @@
-// Lines on the standard output, and the text forms of ids and of what came from the wire.
+// Lines on the standard output, and the text forms of ids and of received texts.
 #pragma once
 
 #include "framework/string.h"
@@ -10,7 +10,7 @@
 namespace arena
 {
 
-// Puts out one line at once, so that who reads the output through a pipe gets it now.
+// Prints one line and flushes it, so that a reader of a pipe gets it at once.
 template <class... Args>
 void say(const char* pattern, const Args&... args)
 {
@@ -19,10 +19,10 @@ void say(const char* pattern, const Args&... args)
     std::fflush(stdout);
 }
 
-// The text in UTF-8 with a '?' for each control character: no peer's name begins a line of our output.
+// The text as UTF-8 with '?' for each control character: a peer's name cannot start a line of our output.
 zet::String_T<char> shown(const zet::String_T<wchar_t>& text);
 
-// An id as its 16 bytes in 32 hexadecimal digits, and back; false for any other text.
+// Converts the 16 bytes of an id to 32 hexadecimal digits and back; false for any other text.
 zet::String_T<char> idToText(const zet::Uuid& id);
 bool idFromText(std::string_view text, zet::Uuid& id);
 

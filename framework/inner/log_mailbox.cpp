@@ -12,7 +12,7 @@ namespace zet::inner
 namespace
 {
 
-// How long a fork waits for a module to come to the end of its call.
+// How long a fork waits for a module's running call to end.
 constexpr std::chrono::milliseconds kForkWait{100};
 
 } // namespace
@@ -48,7 +48,7 @@ void LogMailbox::postWhistle(bool on)
     entry.m_Kind = Entry::kWhistle;
     entry.m_Number = on;
     const std::lock_guard lock(m_Mutex);
-    // A second one behind the first says nothing more, and they are not bounded as lines are.
+    // A second one directly after the first adds nothing, and these entries are not bounded like lines.
     const bool isRepeated =
         !m_Waiting.empty() && m_Waiting.back().m_Kind == Entry::kWhistle && m_Waiting.back().m_Number == entry.m_Number;
     if (!isRepeated && !m_IsOutOfReach)
@@ -76,7 +76,7 @@ void LogMailbox::postLine(long long time, Log::Level level, const String_T<wchar
     }
     catch (...)
     {
-        // No memory. Whoever logs has other things to do about that.
+        // No memory. The thread that logs must not fail for that.
         ++m_Lost;
         lose(1);
     }
@@ -95,13 +95,13 @@ void LogMailbox::addEntry(Entry&& entry)
     const size_t units = static_cast<size_t>(entry.m_Text.getLength());
     m_Waiting.push_back(std::move(entry));
     ++m_Posted;
-    // Counted as soon as it waits, whatever comes of the thread.
+    // Counted as soon as it waits, even if no thread can be started.
     if (isLine)
     {
         ++m_Lines;
         m_Units += units;
     }
-    // Where no thread can be had now, the next entry tries again.
+    // If no thread can be started now, the next entry tries again.
     if (!m_HasThread)
         m_HasThread = platform::startThread([](void* self) { static_cast<LogMailbox*>(self)->run(); }, this);
     m_Signals->m_HasWork.notify_all();
@@ -167,7 +167,7 @@ void LogMailbox::handOver(unsigned long long lost)
         }
         catch (...)
         {
-            // What a module throws costs the line at most.
+            // An exception from a module loses at most this line.
             if (entry.m_Kind == Entry::kLine)
                 lose(1);
         }
@@ -181,13 +181,13 @@ void LogMailbox::handOver(unsigned long long lost)
     }
     catch (...)
     {
-        // No memory for the words.
+        // No memory for the report.
     }
 }
 
 void LogMailbox::call(const Entry& entry)
 {
-    // A module puts out its lines before it goes on to another file, or to its end.
+    // A module writes its lines before it changes to another file or stops.
     if (entry.m_Kind != Entry::kLine)
         flush();
     switch (entry.m_Kind)
@@ -265,7 +265,7 @@ void LogMailbox::endFork(bool isChild)
     const std::unique_lock lock(m_Mutex, std::adopt_lock);
     if (!isChild)
         return;
-    // The parent writes what waits.
+    // The parent writes the waiting lines.
     auto signals = std::make_unique<Signals>();
     signals->m_OfParent = m_Signals.release();
     m_Signals = std::move(signals);

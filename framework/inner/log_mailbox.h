@@ -1,4 +1,4 @@
-// What waits for one log module, and the thread that hands it over.
+// The queue of one log module, and the thread that empties it.
 #pragma once
 
 #include "framework/log.h"
@@ -14,17 +14,17 @@
 namespace zet::inner
 {
 
-// Any thread may post. The module is called on a thread of its own, one call at a time and in the order of posting, so
-// a stalled disk or console blocks no thread that logs. What waits is bounded: lines beyond it are lost, counted, and
-// reported once there is room again. An object lives to the end of the process.
+// Any thread may post. The module is called on its own thread, one call at a time and in the order of posting, so a
+// stalled disk or console blocks no thread that logs. The queue is bounded: lines beyond the bound are lost, counted,
+// and reported once there is space again. An object lives until the process ends.
 class LogMailbox
 {
 public:
-    // Lines that wait at most, and units of their texts.
+    // The maximum number of waiting lines, and of units of their texts.
     static constexpr size_t kMaxLines = 8192;
     static constexpr size_t kMaxUnits = size_t{1} << 20;
 
-    // Takes what a mailbox has to say about its module to the other sinks. Called on the module's thread.
+    // Passes a mailbox's report about its module to the other sinks. Called on the module's thread.
     using Report = void (*)(const LogMailbox& from, Log::Level level, const String_T<wchar_t>& text);
 
     LogMailbox(const LogModule& module, Report report);
@@ -40,16 +40,16 @@ public:
     // time is when the line was logged, in milliseconds since 1970 UTC.
     void postLine(long long time, Log::Level level, const String_T<wchar_t>& text);
 
-    // Waits until all that was posted before is done; false where that takes longer. Never waits on the module's own
+    // Waits until everything posted before is done; false on a timeout. Does not wait if called on the module's own
     // thread.
     bool waitUntilDone(unsigned int milliseconds);
-    // Whether nothing was done since a wait was in vain.
+    // Whether the module has done nothing since a wait timed out.
     bool isStalled();
-    // Lines that were not written, whatever the reason, since the start of the process.
+    // Lines not written, for any reason, since the start of the process.
     unsigned long long getLostLines() const { return m_AllLost.load(std::memory_order_relaxed); }
 
-    // Around fork(): the module's thread is not there in the child, which makes one of its own. A module that stands in
-    // the middle of a call at that moment is lost to the child.
+    // Called around fork(): the child does not inherit the module's thread and starts its own. A module that is inside
+    // a call at that moment is lost to the child.
     void beginFork();
     void endFork(bool isChild);
 
@@ -66,7 +66,7 @@ private:
         };
 
         Kind m_Kind = kLine;
-        // A level, or whether a whistle is on.
+        // A level, or the argument of a whistle.
         int m_Number = 0;
         long long m_Time = 0;
         String_T<wchar_t> m_Text;
@@ -77,7 +77,8 @@ private:
     {
         std::condition_variable m_HasWork;
         std::condition_variable m_IsDone;
-        // Those of the process that this one was forked from. They still count who waits there, and are left alone.
+        // The synchronization objects of the process that this one was forked from. They still count waiters of that
+        // process, so they are never destroyed.
         Signals* m_OfParent = nullptr;
     };
 
@@ -95,28 +96,28 @@ private:
     const Report m_Report;
 
     std::mutex m_Mutex;
-    // By pointer, since a forked process needs new ones.
+    // A pointer, since a forked process needs new ones.
     std::unique_ptr<Signals> m_Signals = std::make_unique<Signals>();
     std::vector<Entry> m_Waiting;
-    // Of the lines that wait or are being handed over.
+    // Of the lines that wait or are being written.
     size_t m_Lines = 0;
     size_t m_Units = 0;
     unsigned long long m_Posted = 0;
     unsigned long long m_Done = 0;
-    // What m_Done was when a wait was in vain.
+    // The value of m_Done when a wait timed out.
     unsigned long long m_StalledAt = 0;
     bool m_WasInVain = false;
-    // Lines without room since the last report.
+    // Lines dropped for lack of space since the last report.
     unsigned long long m_Lost = 0;
     bool m_HasThread = false;
     bool m_WasIdle = true;
     bool m_IsOutOfReach = false;
 
-    // Of the module's thread alone.
+    // Used by the module's thread only.
     std::vector<Entry> m_Batch;
     bool m_IsStarted = false;
     bool m_IsFailing = false;
-    // Lines given to the module since its last flush, and lines lost since it began to fail.
+    // Lines passed to the module since its last flush, and lines lost since it began to fail.
     unsigned long long m_Unflushed = 0;
     unsigned long long m_LostToFailure = 0;
 

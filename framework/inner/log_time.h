@@ -1,4 +1,4 @@
-// When a line of the log was logged.
+// The time of a log line.
 #pragma once
 
 #include "framework/platform/platform.h"

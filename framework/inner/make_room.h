@@ -1,4 +1,4 @@
-// Room in a list beforehand, for what must not fail later.
+// Reserves space in a list in advance, for steps that must not fail later.
 #pragma once
 
 #include <algorithm>
@@ -8,7 +8,8 @@
 namespace zet::inner
 {
 
-// Room for so many in all, twice as much as before where there is too little: until then the list takes no memory.
+// Reserves space for the given number of elements in all; doubles the capacity if it is too small. Until then adding
+// elements allocates nothing.
 template <class T>
 void makeRoom(std::vector<T>& list, size_t size)
 {

@@ -1,10 +1,10 @@
-// A mark that something runs, which nothing that ends it can leave behind.
+// A flag that is set while something runs and cleared however it ends.
 #pragma once
 
 namespace zet::inner
 {
 
-// Sets the flag while it lives.
+// Sets the flag during its lifetime.
 class Mark
 {
 public:

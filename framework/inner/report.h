@@ -1,11 +1,11 @@
-// How a guard tells what it caught.
+// Logging from within a catch block.
 #pragma once
 
 namespace zet::inner
 {
 
-// Runs a report from within a catch. A report fills a pattern, which takes memory: without memory the line is
-// lost and the guard holds all the same.
+// Runs a report from within a catch block. A report formats a line, which allocates: without memory the line is lost,
+// but nothing is thrown.
 template <class Report>
 void report(Report tell) noexcept
 {

@@ -1,4 +1,4 @@
-// The log module that shows the lines on the console of the process.
+// The log module that writes to the console of the process.
 #include "framework/modules/log_line.h"
 
 #include "framework/log_module.h"
@@ -9,15 +9,15 @@ namespace zet
 namespace
 {
 
-// Of the module's one thread. Never destroyed, since that thread may outlive the process's globals.
+// Used by the module's thread only. Never destroyed, since that thread may outlive the process's globals.
 struct ConsoleLog
 {
-    // Lines gathered since the last flush.
+    // Lines buffered since the last flush.
     String_T<wchar_t> m_Text;
     bool m_HasFailed = false;
 };
 
-// Units of gathered lines that go out without waiting for the flush.
+// Buffered lines of that many units are written without waiting for the flush.
 constexpr int kMostGathered = 16384;
 
 ConsoleLog& getConsoleLog()
@@ -55,7 +55,7 @@ const wchar_t* flush()
     putOut(log);
     const bool hasFailed = log.m_HasFailed;
     log.m_HasFailed = false;
-    return hasFailed ? L"the console takes nothing" : nullptr;
+    return hasFailed ? L"cannot write to the console" : nullptr;
 }
 
 constexpr LogModule kModule = {LogModule::kVersion, L"ConsoleLog", setParam, start, stop, write, whistle, flush};

@@ -1,4 +1,4 @@
-// The log module that writes a file a day: "2013-12-09.log" in the directory of "FileLog@path=DIR/", in UTF-8.
+// The log module that writes one UTF-8 file per day: "2013-12-09.log" in the directory of "FileLog@path=DIR/".
 // Without a path it writes nothing.
 #include "framework/modules/log_line.h"
 
@@ -13,24 +13,24 @@ namespace zet
 namespace
 {
 
-// Of the module's one thread. Never destroyed, since that thread may outlive the process's globals.
+// Used by the module's thread only. Never destroyed, since that thread may outlive the process's globals.
 struct FileLog
 {
     String_T<wchar_t> m_Directory;
     std::FILE* m_File = nullptr;
-    // The day that the file belongs to.
+    // The day of the open file.
     int m_Day = 0;
-    // Lines gathered since the last flush, and the day that they all belong to.
+    // Lines buffered since the last flush, and their common day.
     String_T<wchar_t> m_Text;
     platform::LocalTime m_TextTime;
-    // Whether the last write ended within a line.
+    // Whether the last write stopped in the middle of a line.
     bool m_IsCut = false;
-    // What has stood in the way since the last flush, and what the last flush said.
+    // The fault since the last flush, and the result of the last flush.
     String_T<wchar_t> m_Failure;
     String_T<wchar_t> m_Said;
 };
 
-// Units of gathered lines that go out without waiting for the flush.
+// Buffered lines of that many units are written without waiting for the flush.
 constexpr int kMostGathered = 65536;
 
 FileLog& getFileLog()
@@ -57,8 +57,8 @@ void fail(FileLog& log, const String_T<wchar_t>& path)
     close(log);
 }
 
-// Puts out what is gathered. A file that could not be opened or written is tried anew each time, which is once for all
-// lines that waited.
+// Writes the buffered lines. A file that could not be opened or written is tried again each time, that is once per
+// batch of lines.
 void putOut(FileLog& log)
 {
     if (log.m_Text.isEmpty())
@@ -74,7 +74,7 @@ void putOut(FileLog& log)
         close(log);
     if (!log.m_File)
     {
-        // Every directory on the way is made; those that stand already refuse, which is as good.
+        // Creates every directory of the path; failure for an existing one is ignored.
         for (int slash = log.m_Directory.find(L'/', 1); slash > 0; slash = log.m_Directory.find(L'/', slash + 1))
             platform::createDirectory(log.m_Directory.getSubString(0, slash));
         log.m_File = platform::openLogFile(path);

@@ -1,4 +1,4 @@
-// How a line stands in the logs: its time on the wall clock, its level, its text.
+// The form of a log line: local time, level, text.
 #pragma once
 
 #include "framework/format.h"
@@ -9,14 +9,14 @@
 namespace zet
 {
 
-// Whether a unit could end a line or steer a terminal. Texts of the library have tabs in them.
+// Whether a unit could end a line or control a terminal. Tabs are allowed, since texts of the library contain them.
 inline bool isLogControl(wchar_t unit)
 {
     return (unit < L' ' && unit != L'\t') || (unit >= 0x7F && unit <= 0x9F) || unit == 0x2028 || unit == 0x2029;
 }
 
-// A text whose control characters are shown, as "\n" or "\x1B": what a peer sends may stand in it. One line end at
-// its end stays.
+// Escapes control characters, as "\n" or "\x1B", since a text may contain a peer's bytes. One line end at the end of
+// the text is kept.
 inline String_T<wchar_t> showLogControls(const wchar_t* text, int length)
 {
     String_T<wchar_t> shown;

@@ -1,4 +1,4 @@
-// A counter of the processor that costs little to read, where there is one.
+// A processor counter that is cheap to read, if the platform has one.
 #pragma once
 
 namespace zet::platform
@@ -11,7 +11,7 @@ inline unsigned long long readCycles()
     return __builtin_ia32_rdtsc();
 }
 
-// How far the counter goes in 0.1 ms or less: at least a thousand million a second on every processor in use.
+// Counts within at most 0.1 ms: the counter runs at 1 GHz or more on every supported processor.
 inline unsigned long long getCyclesOfTenthMillisecond()
 {
     return 100000;
@@ -19,7 +19,7 @@ inline unsigned long long getCyclesOfTenthMillisecond()
 
 #elif defined(__aarch64__) && defined(__GNUC__)
 
-// The counter of the system's timer, which every program may read, as it may read how often it counts in a second.
+// The counter of the system timer and its frequency, which every program may read.
 inline unsigned long long readCycles()
 {
     unsigned long long count;
@@ -36,7 +36,7 @@ inline unsigned long long getCyclesOfTenthMillisecond()
 
 #else
 
-// None, or none that every program may read: what a clock said holds for no time.
+// No counter that every program may read: the clock is read each time.
 inline unsigned long long readCycles()
 {
     return 0;

@@ -1,4 +1,4 @@
-// std::from_chars of a number with a fraction, also where the standard library has it for whole numbers alone.
+// std::from_chars for floating point, also where the standard library has it for integers only.
 #pragma once
 
 #include <charconv>
@@ -16,9 +16,8 @@ namespace zet::platform
 {
 
 #ifndef _WIN32
-// The same by the C library, with a point for the fraction whatever the locale of the process. As with
-// std::from_chars, a number that is too large or too small leaves value as it was. The text has no space, sign of plus
-// or "0x" in front.
+// The same by the C library, with '.' as the decimal point whatever the locale of the process. As with std::from_chars,
+// a number that is too large or too small leaves value unchanged. The text must not start with a space, '+' or "0x".
 template <class Float>
 std::from_chars_result fromCharsByC(const char* first, const char* last, Float& value, std::chars_format format)
 {

@@ -1,4 +1,4 @@
-// Digests by the platform's own provider: GnuTLS, Nettle where TLS is left out, or the system's where it has one.
+// Digests by GnuTLS, by Nettle in a build without TLS, or by the operating system where it has a provider.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -9,7 +9,7 @@
 namespace zet::platform
 {
 
-// Each returns false where the provider refuses; what the digest holds then is undefined.
+// Each returns false if the provider refuses; the digest is undefined then.
 COMMONGROUND_API bool hashMD5(const void* data, size_t size, std::array<unsigned char, 16>& digest);
 COMMONGROUND_API bool hashHMACSHA1(const void* key, size_t keySize, const void* data, size_t size,
                                    std::array<unsigned char, 20>& digest);

@@ -1,4 +1,4 @@
-// Where TLS is left out GnuTLS is not there; Nettle, which it takes its own digests from, is a small part of it.
+// A build without TLS has no GnuTLS. It uses Nettle, the small library that GnuTLS itself uses for digests.
 #include "framework/platform/hash.h"
 
 #include <nettle/hmac.h>

@@ -18,7 +18,7 @@ namespace zet::platform
 namespace
 {
 
-// An algorithm of the system's provider, held as long as the object lives.
+// An algorithm of the system's provider, open during the object's lifetime.
 class Algorithm
 {
 public:
@@ -40,7 +40,7 @@ private:
     BCRYPT_ALG_HANDLE m_Handle = nullptr;
 };
 
-// The provider takes what it reads through a pointer to what is not const, and leaves it as it is.
+// The provider takes its input by a pointer to non-const, but does not change it.
 PUCHAR bytesOf(const void* data)
 {
     return static_cast<PUCHAR>(const_cast<void*>(data));
@@ -54,7 +54,7 @@ bool digest(const Algorithm& algorithm, const void* key, size_t keySize, const v
     BCRYPT_HASH_HANDLE hash = nullptr;
     if (BCryptCreateHash(algorithm.get(), &hash, nullptr, 0, bytesOf(key), static_cast<ULONG>(keySize), 0) < 0)
         return false;
-    // The provider counts in 32 bits; a longer text goes to it in pieces.
+    // The provider's sizes have 32 bits; a longer text is passed in pieces.
     constexpr size_t kMost = size_t{1} << 30;
     const unsigned char* from = static_cast<const unsigned char*>(data);
     bool isGood = true;

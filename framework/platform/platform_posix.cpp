@@ -32,8 +32,8 @@ long long getMilliseconds(clockid_t clock)
     return static_cast<long long>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
 }
 
-// strerror_r() comes in two forms: the one of GNU returns the text, which need not lie in the buffer; the one of POSIX
-// returns a number and fills the buffer where that is 0.
+// strerror_r() has two forms: GNU's returns the text, which need not be in the buffer; that of POSIX returns a number
+// and fills the buffer if it is 0.
 [[maybe_unused]] const char* textOf(const char* text, const char*)
 {
     return text;
@@ -44,11 +44,11 @@ long long getMilliseconds(clockid_t clock)
     return result == 0 ? buffer : "";
 }
 
-// Milliseconds that a console may take to have room again.
+// Milliseconds to wait for a console to accept more output.
 constexpr int kConsoleWait = 1000;
 
-// Keeps signals from the calling thread as long as it lives. One that the thread itself has raised meanwhile, as a
-// write to a pipe without a reader does, is taken away.
+// Blocks signals for the calling thread during its lifetime. A signal that the thread itself raised meanwhile, such as
+// by a write to a pipe without a reader, is discarded.
 class SignalBlock
 {
 public:
@@ -99,11 +99,11 @@ private:
 };
 
 #ifdef __GLIBC__
-// The calendar goes on behind 2038, on 32-bit systems where the library is built so.
+// Handles times after 2038, on 32-bit systems if the library is built with a 64-bit time_t.
 static_assert(sizeof(time_t) >= 8, "build with _TIME_BITS=64 and _FILE_OFFSET_BITS=64");
 #endif
 
-// A path up to its last '/', that included.
+// A path up to and including its last '/'.
 String_T<wchar_t> directoryOf(const String_T<wchar_t>& path)
 {
     int length = path.getLength();
@@ -149,8 +149,8 @@ long long getCalendarMilliseconds()
 
 long getStandardZoneBias()
 {
-    // Looking at the zone costs a lock and a look at its file, and ranking compares many dates. So each thread looks
-    // once for every value of TZ; a change of the system's own zone shows from the next start on.
+    // Reading the zone takes a lock and a file access, and ranking compares many dates. So each thread reads it once
+    // per value of TZ; a change of the system's own zone takes effect after a restart.
     struct Seen
     {
         bool m_IsThere = false;
@@ -213,7 +213,7 @@ String_T<wchar_t> getExecutablePath()
 
 String_T<wchar_t> getLibraryDirectory()
 {
-    // Any symbol of this library tells which file it came from; a static library gives the executable's.
+    // Any symbol of this library identifies its file; in a static library that is the executable.
     Dl_info info{};
     if (!dladdr(reinterpret_cast<const void*>(&getLibraryDirectory), &info) || !info.dli_fname)
         return String_T<wchar_t>();
@@ -347,7 +347,7 @@ bool writeConsole(const wchar_t* text, int length)
         }
         if (count < 0 && errno == EINTR)
             continue;
-        // Somebody else has made the console one that does not wait.
+        // Another process has set the console to non-blocking.
         pollfd ready{STDERR_FILENO, POLLOUT, 0};
         if (count < 0 && errno == EAGAIN && poll(&ready, 1, kConsoleWait) > 0)
             continue;

@@ -8,7 +8,7 @@
 #endif
 #include <windows.h>
 
-// The memory operations of the kernel library itself.
+// The memory functions exported by the kernel library itself.
 #define PSAPI_VERSION 2
 #include <bcrypt.h>
 #include <psapi.h>
@@ -22,7 +22,7 @@ namespace zet::platform
 namespace
 {
 
-// The longest path that the wide operations of the system give, with its terminator.
+// The longest path that the system's wide functions return, with its terminator.
 constexpr DWORD kMaxPath = 32768;
 
 // The system counts units of 100 ns since 1601.
@@ -41,7 +41,7 @@ String_T<wchar_t> getModulePath(HMODULE module)
 {
     String_T<wchar_t> path;
     const DWORD length = GetModuleFileNameW(module, path.resizeForOverwrite(kMaxPath - 1), kMaxPath);
-    // A full buffer means a path that was cut.
+    // A full buffer means that the path was truncated.
     return length < kMaxPath ? withForwardSlashes(path.getBuffer(), length) : String_T<wchar_t>();
 }
 
@@ -64,7 +64,7 @@ unsigned long long getMonotonicMilliseconds()
     LARGE_INTEGER now;
     QueryPerformanceFrequency(&frequency);
     QueryPerformanceCounter(&now);
-    // Whole seconds apart from the rest, so that the product stays within 64 bits.
+    // Whole seconds separate from the rest, so that the product stays within 64 bits.
     const long long seconds = now.QuadPart / frequency.QuadPart;
     const long long rest = now.QuadPart % frequency.QuadPart;
     return static_cast<unsigned long long>(seconds * 1000 + rest * 1000 / frequency.QuadPart);
@@ -198,7 +198,7 @@ String_T<wchar_t> getTempDirectory()
 
 String_T<wchar_t> createTempFile(const wchar_t* directory)
 {
-    // Windows refuses a longer one; Wine writes past the end of the path.
+    // Windows refuses a longer path; Wine writes past the end of the buffer.
     constexpr size_t kMaxDirectory = MAX_PATH - 14;
     wchar_t path[MAX_PATH + 1] = L"";
     if (wcslen(directory) > kMaxDirectory || !GetTempFileNameW(directory, L"", 0, path))

@@ -1,4 +1,4 @@
-// Which function a virtual call leads to, where the layout of the compiler is known.
+// The target of a virtual call, for compilers whose layout is known.
 #pragma once
 
 #include <cstddef>
@@ -7,16 +7,16 @@
 namespace zet::platform
 {
 
-// The function that a call of this virtual member leads to with this object: another one where the class of the
-// object overrides it. Null where it cannot be told.
+// The function that a call of this virtual member reaches for this object, to detect an override. Null if it cannot be
+// determined.
 template <class Class, class Function>
 const void* getVirtualTarget(const Class& object, Function Class::*member)
 {
 #if defined(__GNUC__) && !defined(__arm64e__) &&                                                                       \
     (defined(__x86_64__) || defined(__i386__) || defined(__aarch64__) || defined(__arm__))
-    // The C++ ABI of these compilers: a pointer to a virtual member is its place in the table, in bytes, and what to
-    // add to the object. A bit says that it is virtual: the lowest of the place, or on ARM, where a function may lie at
-    // an odd address, of the other, which is shifted for it.
+    // The C++ ABI of these compilers: a pointer to a virtual member is its offset in the table, in bytes, and an
+    // adjustment of the object pointer. The lowest bit of the offset marks it as virtual; on ARM, where a function may
+    // have an odd address, the lowest bit of the shifted adjustment.
     struct
     {
         std::ptrdiff_t m_Place;

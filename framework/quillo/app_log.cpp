@@ -15,7 +15,7 @@ struct AppLog
     std::shared_ptr<const AppLogSink> m_Sink;
 };
 
-// Never destroyed, as with the process's own log.
+// Never destroyed, like the process's own log.
 AppLog& getAppLog()
 {
     static AppLog* const appLog = new AppLog;
@@ -26,7 +26,7 @@ AppLog& getAppLog()
 
 void setAppLogSink(AppLogSink sink)
 {
-    // The old sink dies behind the lock, or behind the last line that it is taking.
+    // The old sink is destroyed after the lock is released, or after the line that it is receiving.
     std::shared_ptr<const AppLogSink> next;
     if (sink)
         next = std::make_shared<const AppLogSink>(std::move(sink));

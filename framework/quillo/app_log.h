@@ -1,4 +1,4 @@
-// The engine's log, apart from the process's own. A host that has an engine passes the lines on to it.
+// The engine's log, separate from the process's log. A host with an engine passes the lines on to it.
 #pragma once
 
 #include "framework/format.h"
@@ -9,14 +9,14 @@
 namespace Quillo
 {
 
-// Takes one finished line, on the thread that logs.
+// Receives one formatted line, on the thread that logs.
 using AppLogSink = std::function<void(const zet::String_T<wchar_t>&)>;
 
-// Sets where the lines go; an empty sink drops them, as it is before the first call. Any thread.
+// Sets the sink; an empty sink drops the lines, as before the first call. Any thread.
 COMMONGROUND_API void setAppLogSink(AppLogSink sink);
 COMMONGROUND_API void writeAppLog(const zet::String_T<wchar_t>& line);
 
-// A line in the engine's log, printf-style by the rules of framework/format.h.
+// Logs a line in the engine's log, printf-style by the rules of framework/format.h.
 template <class... Args>
 void appLog(const wchar_t* pattern, const Args&... args)
 {

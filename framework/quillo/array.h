@@ -9,8 +9,8 @@
 namespace Quillo
 {
 
-// T is the element, R what an element is handed in as. Indices are not tested by ElementAt and operator[]; sizes and
-// counts below 0 count as 0.
+// T is the element type, R the type of an argument. ElementAt and operator[] do not check indices; negative sizes and
+// counts count as 0.
 template <class T, class R = const T&>
 class TArray
 {
@@ -20,28 +20,28 @@ public:
     int Num() const { return static_cast<int>(m_Items.size()); }
     int GetCount() const { return Num(); }
 
-    // Returns the place of the new element.
+    // Returns the index of the new element.
     int AddItem(R item)
     {
         m_Items.push_back(item);
         return Num() - 1;
     }
-    // Puts count copies before an index; an index outside the array means its nearest end.
+    // Inserts count copies before an index; an index outside the array means its nearest end.
     void InsertAt(int index, R item, int count = 1)
     {
         const int place = index < 0 ? 0 : index < Num() ? index : Num();
         m_Items.insert(m_Items.begin() + place, toSize(count), item);
     }
-    // New elements are default-made.
+    // New elements are default-constructed.
     void SetSize(int size) { m_Items.resize(toSize(size)); }
-    // Adds count default-made elements and returns the place of the first.
+    // Adds count default-constructed elements and returns the index of the first.
     int AddSize(int count)
     {
         const int first = Num();
         m_Items.resize(m_Items.size() + toSize(count));
         return first;
     }
-    // Adds count elements of zero bytes and returns the place of the first.
+    // Adds count elements of zero bytes and returns the index of the first.
     int AddZeroed(int count = 1)
     {
         static_assert(IsPOD(), "only plain elements can be made of zero bytes");
@@ -57,7 +57,7 @@ public:
     T& operator[](int index) { return ElementAt(index); }
     const T& operator[](int index) const { return ElementAt(index); }
 
-    // Whether elements may be made and moved as bytes.
+    // Whether elements may be created and moved as bytes.
     static constexpr bool IsPOD() { return std::is_trivially_copyable_v<T>; }
 
 private:
@@ -66,12 +66,12 @@ private:
     std::vector<T> m_Items;
 };
 
-// Pointers to things that have an m_Name. The things belong to someone else.
+// Pointers to objects with an m_Name. The objects are not owned.
 template <class T>
 class TNamedPtrArray : public TArray<T*, T*>
 {
 public:
-    // The first of that name, or null.
+    // The first object of that name, or null.
     T* Find(const wchar_t* name) const
     {
         for (int i = 0; i < this->Num(); ++i)

@@ -1,4 +1,4 @@
-// What the motion sensor sees of one player.
+// The motion sensor's data about one player.
 #pragma once
 
 struct Skeletons

@@ -1,4 +1,4 @@
-// Runs a fuzz target over files that are kept, with any compiler: what a fuzzer once found is a test from then on.
+// Runs a fuzz target over kept files, with any compiler, so that inputs found by a fuzzer become tests.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -17,7 +17,7 @@ void replay(const std::filesystem::path& path)
 {
     std::ifstream file(path, std::ios::binary);
     const std::vector<char> bytes(std::istreambuf_iterator<char>(file), {});
-    // A block of exactly this size, so that a sanitizer sees the first byte behind it.
+    // A block of exactly this size, so that a sanitizer detects access to the first byte after it.
     const auto block = std::make_unique<std::uint8_t[]>(bytes.size());
     std::copy(bytes.begin(), bytes.end(), block.get());
     LLVMFuzzerTestOneInput(block.get(), bytes.size());

@@ -7,10 +7,10 @@
 namespace
 {
 
-// The largest object that the fewest bytes make: an item of 20 bytes holds twelve texts.
+// The largest object in relation to its bytes: an item of 20 bytes holds twelve texts.
 constexpr size_t kObjectBytesPerByte = 64;
-// Whatever the input: a count of up to 1,024 is taken as told, also where no bytes follow, and the largest element of a
-// list has less than 2 KiB.
+// Allowed for any input: a count of up to 1,024 is accepted even if no bytes follow, and the largest element of a list
+// has less than 2 KiB.
 constexpr size_t kTold = size_t{1024} * 2048;
 
 thread_local size_t t_Limit = 0;

@@ -1,4 +1,4 @@
-// Holds a fuzz target to the rule that memory follows the bytes that arrived.
+// Checks in a fuzz target that memory is proportional to the bytes of the input.
 #pragma once
 
 #include <cstddef>
@@ -6,8 +6,8 @@
 namespace fuzz
 {
 
-// Ends the process when one block that this thread asks for while it lives is larger than the bytes allow: four times
-// the input and a mebibyte, and for each byte the objects that an honest list of the smallest elements makes of it.
+// During its lifetime, ends the process if this thread allocates a block larger than the input allows: four times the
+// input plus 1 MiB, plus for each byte the objects that an honest list of the smallest elements creates from it.
 class Budget
 {
 public:

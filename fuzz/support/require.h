@@ -1,4 +1,4 @@
-// What a fuzz target asserts.
+// Assertions of fuzz targets.
 #pragma once
 
 #include <cstdlib>
@@ -6,7 +6,7 @@
 namespace fuzz
 {
 
-// Ends the process where the fact does not hold, so that the fuzzer keeps the input.
+// Ends the process if the condition is false, so that the fuzzer keeps the input.
 inline void require(bool fact)
 {
     if (!fact)

@@ -1,4 +1,4 @@
-// Fuzzed bytes as text: one unit a byte, zeros included.
+// Fuzzed bytes as text: one unit per byte, including zeros.
 #pragma once
 
 #include "framework/string.h"

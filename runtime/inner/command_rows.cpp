@@ -1,5 +1,5 @@
-// Holds each row of the catalogue to its class; there is nothing here for a program to call. This is the lowest floor
-// that sees both.
+// Checks each row of commands.def against its class at compile time; contains no code. This is the lowest floor that
+// may include both.
 #include "runtime/inner/command_row.h"
 
 #include "commands/account_access.h"

@@ -1,6 +1,6 @@
-// Commands that had come whole before the peer's end were lost where their handlers answered: the first send that the
-// operating system refused counted as the end of the connection, whatever was still to be read. It now ends output
-// alone, and the end shows behind the last command.
+// Commands received whole before the peer's end of stream were lost if their handlers replied: the first send refused
+// by the operating system counted as the end of the connection, whatever was still unread. It now ends output only, and
+// the end is reported after the last command.
 #include "framework/time.h"
 #include "tests/support/net_pair.h"
 #include "tests/support/raw_handle.h"
@@ -18,7 +18,7 @@ using test::packetOf;
 using test::RawPeer;
 using test::tickUntil;
 
-// Enough for some of it to leave while the tick lasts.
+// Enough that a part is sent during the tick.
 constexpr int kAnswer = 60000;
 constexpr int kCommands = 100;
 
@@ -64,7 +64,7 @@ TEST(Bugs, CommandsBeforeAnEndAreHandledThoughTheyAreAnswered)
     sendAllAndClose(peer.m_Stream, manyCommands());
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 0; }));
     EXPECT_EQ(got, allNumbers());
-    // What could not leave is not kept.
+    // Output that could not be sent is not kept.
     EXPECT_EQ(net.accepted()->getOutputSize(), 0u);
 }
 
@@ -95,12 +95,12 @@ TEST(Bugs, AStreamShowsWhatCameBeforeAnEndThoughASendFails)
     stream->start(&net.m_System);
     ASSERT_TRUE(stream->connect(L"127.0.0.1", net.m_Server->getPort(), false));
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->m_Accepted.size() == 1; }));
-    // The server's end is taken off its hands, for us to be the one that closes.
+    // The test takes over the server's end of the connection and closes it itself.
     const unsigned int handle = net.accepted()->detach();
     const std::vector<unsigned char> bytes(100000, 'x');
     ASSERT_TRUE(test::sendRaw(handle, bytes.data(), bytes.size()));
     test::closeRaw(handle);
-    // The first one is answered with a reset, the second one meets it.
+    // The first send is answered with a reset, the second one fails by it.
     const std::vector<unsigned char> answer(200000, 'y');
     for (int i = 0; i < 2; ++i)
         EXPECT_EQ(stream->send(answer.data(), static_cast<int>(answer.size())), static_cast<int>(answer.size()));

@@ -1,5 +1,5 @@
-// Where standard error was a pipe and its reader ended, the console log's next line ended the process by SIGPIPE. The
-// signal is kept from whatever writes to the console, and the other sinks hear once that it takes nothing.
+// If standard error was a pipe and its reader ended, the console log's next line ended the process by SIGPIPE. The
+// signal is now blocked while the console is written, and the failure is reported once to the other sinks.
 #include "framework/log.h"
 #include "framework/module.h"
 #include "framework/platform/platform.h"
@@ -14,7 +14,7 @@
 namespace
 {
 
-// Leaves standard error without a reader, with signals as a process has them from the start.
+// Makes standard error a pipe without a reader, with default signal handling.
 void loseReader()
 {
     int pipe[2];
@@ -25,7 +25,7 @@ void loseReader()
     std::signal(SIGPIPE, SIG_DFL);
 }
 
-// Whether the process would still hear of a SIGPIPE of its own.
+// Whether the process still receives a SIGPIPE that it raises itself.
 bool isSignalFree()
 {
     sigset_t blocked;
@@ -45,7 +45,7 @@ TEST(Bugs, ProcessOutlivesTheReaderOfItsConsoleLog)
             loseReader();
             int told = 0;
             zet::Log::addSink([&](zet::Log::Level, const zet::String_T<wchar_t>& line)
-                              { told += line == L"ConsoleLog: the console takes nothing"; });
+                              { told += line == L"ConsoleLog: cannot write to the console"; });
             zet::DllModule::createInstance()->load(L"zet_ConsoleLog.dll");
             zet::Log::start();
             for (int i = 0; i < 3; ++i)

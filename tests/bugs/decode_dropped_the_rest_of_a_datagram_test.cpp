@@ -1,5 +1,5 @@
-// "wirelens decode --datagram" showed the first frame of its input and ended well, whatever followed. A datagram holds
-// one frame, so what follows is an error with the number of its bytes.
+// "wirelens decode --datagram" printed the first frame of its input and succeeded, whatever followed. A datagram has
+// one frame, so extra bytes are now reported as an error with their number.
 #include "tests/support/run_program.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ TEST(Bugs, DecodeSaysWhatFollowsTheFrameOfADatagram)
     EXPECT_EQ(run.m_Code, 1);
 }
 
-// A frame with an address is packed with 16 bytes that the reader of datagrams does not pass over.
+// A frame with an address is packed with 16 bytes that the reader of datagrams does not consume.
 TEST(Bugs, DecodeSaysWhatAnAddressLeavesOfADatagram)
 {
     const test::Run run =

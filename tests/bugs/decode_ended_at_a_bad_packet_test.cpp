@@ -1,5 +1,5 @@
-// "wirelens decode --packets" ended at the first packet that held no frame, although a packet's length tells where the
-// next one begins. It goes on there, says what was wrong, and ends with exit code 1.
+// "wirelens decode --packets" ended at the first packet without a valid frame, although the packet's length gives the
+// start of the next one. It now reports the error, continues there, and exits with code 1.
 #include "tests/support/run_program.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-// "wirelens decode" read its input to the end before it said a word: a connection that was watched showed nothing while
-// it lived, and a long recording stood in memory as a whole. Each frame is shown as soon as it is whole; how much is
-// held is in the tests of the decoder.
+// "wirelens decode" read its whole input before it printed anything: a live connection showed nothing, and a long
+// recording was held in memory. Each frame is now printed as soon as it is complete. How much is held is tested with
+// the decoder.
 #include "tests/support/child.h"
 #include "tests/support/places.h"
 

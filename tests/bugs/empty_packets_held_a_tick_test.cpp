@@ -1,6 +1,6 @@
-// A peer that sent nothing but packets of no bytes held a tick for as long as it sent: the reader passed over them in a
-// loop of its own, and the budget of a tick was only looked at before each packet that it handed over. A net session
-// did the same, before any greeting. Now a read() passes over a number of them and says that there may be more.
+// A peer that sent only empty packets prolonged a tick for as long as it sent: the reader skipped them in a loop of its
+// own, and the tick's budget was checked only before each packet that it passed on. A net session did the same, before
+// any greeting. Now one read() skips a bounded number of them and reports that there may be more.
 #include "framework/memory_stream.h"
 #include "framework/time.h"
 #include "tests/support/net_pair.h"
@@ -20,7 +20,7 @@ using test::NoteAnalyser;
 using test::RawPeer;
 using test::tickUntil;
 
-// What a reader that found nothing left behind, having been called at most so often.
+// What a reader without a packet leaves unread after at most the given number of calls.
 int callsUntilDry(zet::PacketReader& reader, int most)
 {
     std::span<const unsigned char> packet;
@@ -74,7 +74,7 @@ TEST(Bugs, AReaderPausesAmongEmptyPackets)
     EXPECT_EQ(copying.available(), 0);
 }
 
-TEST(Bugs, APacketBehindEmptyOnesIsReadThoughTheReaderPauses)
+TEST(Bugs, APacketAfterEmptyOnesIsReadThoughTheReaderPauses)
 {
     std::vector<unsigned char> bytes(4 * (zet::PacketReader::kEmptyAtOnce + 1), 0);
     bytes.insert(bytes.end(), {1, 0, 0, 0, 'x'});
@@ -93,12 +93,12 @@ TEST(Bugs, APacketBehindEmptyOnesIsReadThoughTheReaderPauses)
 }
 
 #ifdef COUNTS_SYSTEM_CALLS
-// Peers that send zeros without end, 64 KiB a millisecond.
+// Peers that send zeros endlessly, 64 KiB per millisecond.
 struct Flood
 {
     // A tick without a bound ends here.
     static constexpr int kMost = 500;
-    // One more is found by the tick of the stream.
+    // The tick of the stream skips one more.
     static constexpr int kBudget = static_cast<int>(CCommandSocket::kDispatchTime) + 1;
 
     Flood()
@@ -121,7 +121,7 @@ struct Flood
     test::AnsweredReceives m_Receives;
 };
 
-// The time of a tick is to be the only bound.
+// The time of a tick must be the only bound.
 zet::NetLimits withoutTurns()
 {
     zet::NetLimits limits;
@@ -144,7 +144,7 @@ TEST(Bugs, ATickOfACommandSocketEndsThoughEmptyPacketsGoOn)
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return flood.m_Count > 0; }));
     EXPECT_LE(flood.m_Count, Flood::kBudget);
     EXPECT_EQ(net.m_Server->GetClientCount(), 1);
-    // Nothing is lost: what is left is read with the next ticks.
+    // Nothing is lost: the next ticks read the rest.
     EXPECT_TRUE(tickUntil(net.m_System, [&] { return flood.m_Count == Flood::kMost; }));
 }
 

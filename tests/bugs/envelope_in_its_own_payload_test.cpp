@@ -1,7 +1,7 @@
-// An envelope that was read out of its own payload copied bytes from storage that it had just let go of, from 65,536
-// bytes on: room for the copy moved the payload while the copy still pointed to the old place. Host code does this with
-// envelopes of one class inside each other: e.Read(&e.m_PackData). Writing a packager's own bytes to itself, and
-// writing an envelope into its own payload, had the same fault; there, the size was also taken behind the head.
+// From 65,536 bytes on, an envelope that was read from its own payload copied bytes from freed storage: making space
+// for the copy moved the payload while the source still pointed to the old place. Host code does this with envelopes of
+// one class inside each other: e.Read(&e.m_PackData). Writing a packager's own bytes to itself, and writing an envelope
+// into its own payload, had the same fault; there, the size was also taken after the head was written.
 #include "packs/envelope.h"
 #include "packs/social.h"
 #include "tests/support/payload_helpers.h"
@@ -78,7 +78,7 @@ TEST(Bugs, ASocialEnvelopeIsReadOutOfItsOwnPayload)
     }
 }
 
-// What another packager gets of the envelope is what the envelope's own payload gets behind the bytes that it held.
+// Writing the envelope to another packager and to its own payload, after the bytes in it, gives the same bytes.
 template <class Envelope>
 void expectWrittenIntoItself()
 {
@@ -107,14 +107,14 @@ TEST(Bugs, APackagerTakesItsOwnBytes)
         const Bytes bytes = pattern(size);
         const auto packager = std::make_unique<CCmdPackager>();
         ASSERT_TRUE(packager->Write(bytes.data(), size));
-        // Twice, since the first heap block is larger than what it was made for.
+        // Twice, since the first heap block is larger than requested.
         ASSERT_TRUE(packager->Write(packager->GetBuffer(), packager->GetDataSize()));
         ASSERT_TRUE(packager->Write(packager->GetBuffer(), packager->GetDataSize()));
         EXPECT_TRUE(bytesOf(*packager) == joined(joined(bytes, bytes), joined(bytes, bytes))) << size;
     }
 }
 
-// A frame that lies in the payload of a packager is received, stream frame or datagram, by that packager.
+// A packager receives a frame from its own payload, as a stream frame or a datagram.
 TEST(Bugs, APackagerReceivesAFrameOutOfItsOwnPayload)
 {
     const Bytes bytes = pattern(50000);
@@ -137,7 +137,7 @@ TEST(Bugs, APackagerReceivesAFrameOutOfItsOwnPayload)
     EXPECT_TRUE(bytesOf(outside) == bytes);
 }
 
-// The same where the end of the frame is missing: refused, and nothing is copied onto itself.
+// The same with a truncated frame: refused, and nothing is copied.
 TEST(Bugs, APackagerRefusesACutFrameOutOfItsOwnPayload)
 {
     CCmdPackager inside;

@@ -1,6 +1,6 @@
-// Three allocations that failed in a row ended a System for ever: a task threw, the guard around it filled a log line,
-// which threw out of the guard, and the mark that a tick runs stayed set, so that no later tick did anything.
-// Here every allocation of a session fails in turn, one, two and three in a row; at worst a connection is lost.
+// Three failed allocations in a row stopped a System for good: a task threw, the guard around it formatted a log line,
+// which threw out of the guard, and the flag of a running tick stayed set, so that later ticks did nothing. Here every
+// allocation of a session fails in turn, one, two and three in a row; at worst a connection is lost.
 #include "framework/log.h"
 #include "tests/support/allocations.h"
 #include "tests/support/loopback.h"
@@ -19,7 +19,7 @@ using test::NoteCommand;
 
 constexpr int kInARow = 3;
 
-// Takes every line, so that lines are made.
+// Takes every line, so that lines are formatted.
 class Listener
 {
 public:
@@ -34,7 +34,7 @@ private:
     int m_Number;
 };
 
-// One tick in which all allocations fail; whether nothing left it. What a test expects takes memory, and waits.
+// One tick in which all allocations fail; true if no exception left it. Expectations allocate, so they follow later.
 bool ticksWithoutMemory(zet::System& system)
 {
     try
@@ -61,7 +61,7 @@ public:
     int m_Ticks = 0;
 };
 
-// A System that throws again where it is told.
+// A System that throws again from onException().
 class ThrowingSystem : public zet::System
 {
 public:
@@ -90,7 +90,7 @@ TEST(Bugs, NothingLeavesATickThatHasNoMemory)
     EXPECT_EQ(system.m_Exceptions, 2);
     system.tick();
     EXPECT_EQ(second.m_Ticks, 2);
-    // Those of the second tick at least: where the library has an operator new of its own, the first had memory.
+    // At least those of the second tick: if the library has its own operator new, the first tick had memory.
     EXPECT_GE(listener.m_Lines, 2);
     first.stop();
     second.stop();
@@ -115,8 +115,8 @@ TEST(Bugs, ATaskStopsWithinATickWithoutMemory)
     EXPECT_EQ(system.getTaskCount(), 0);
 }
 
-// Ticks as often as a step of a session over the loopback needs. A sleep in between, which ends with the first news, is
-// for networks that take their time.
+// Ticks as often as a step of a session over the loopback needs. Sleeps in between, until the first event, for slow
+// networks.
 void tickOften(zet::System& system, bool isPatient)
 {
     for (int i = 0; i < 12; ++i)
@@ -127,8 +127,8 @@ void tickOften(zet::System& system, bool isPatient)
     }
 }
 
-// Connects, sends commands of several sizes that are answered, and closes. What the host's part of it throws is the
-// host's affair.
+// Connects, sends commands of several sizes that are answered, and closes. Exceptions in the host's code are not
+// tested.
 class Session
 {
 public:
@@ -144,7 +144,7 @@ public:
         m_Client->stop();
     }
 
-    // Whether nothing left a tick.
+    // Whether no exception left a tick.
     bool run()
     {
         step(
@@ -190,19 +190,19 @@ private:
     bool m_HasThrown = false;
 };
 
-// A server, and how many answers its clients got.
+// A server, and the number of replies that its clients received.
 class Scene
 {
 public:
     Scene() : m_Place(m_ServerAnalyser)
     {
-        // A step's command comes within the ticks of the step.
+        // A step's command arrives within the ticks of the step.
         zet::NetLimits limits;
         limits.m_TurnInput = 64 * 1024;
         m_Place.m_Server->setLimits(limits);
     }
 
-    // Two clients, one behind the other. False where something left a tick.
+    // Two clients, one after the other. False if an exception left a tick.
     bool runSession(bool isPatient)
     {
         const bool isGood =
@@ -210,7 +210,7 @@ public:
         m_Place.m_Server->m_Accepted.clear();
         return isGood;
     }
-    // Whether a further client gets its answer, and the server holds no connection when it has gone.
+    // Whether another client gets its reply, and the server has no connection after it has closed.
     bool isServing()
     {
         const ClientHandle client = m_Place.connect(m_ClientAnalyser);
@@ -248,7 +248,7 @@ TEST(Bugs, AFailedAllocationCostsAConnectionAtWorst)
     {
         for (long long succeeding = 0; succeeding <= allocations; ++succeeding)
         {
-            SCOPED_TRACE(std::to_string(failing) + " fail behind " + std::to_string(succeeding));
+            SCOPED_TRACE(std::to_string(failing) + " fail after " + std::to_string(succeeding));
             Scene scene;
             bool isGood;
             {

@@ -1,6 +1,6 @@
 // Every allocation of a net session fails in turn, one, two and three in a row; at worst the session is lost. A session
-// that found no memory for the event of its end told a wrong one with the next tick, and one that found none for the
-// event of its beginning was open without a word.
+// without memory for the event of its end reported a wrong one in the next tick, and one without memory for the event
+// of its start was open without reporting it.
 #include "framework/log.h"
 #include "tests/support/allocations.h"
 #include "tests/support/net_pair.h"
@@ -15,7 +15,7 @@ namespace
 using test::FailingAllocations;
 using test::NotingHandle;
 
-// Two modules, and what the connecting sessions have noted.
+// Two modules, and the events of the connecting sessions.
 class Scene
 {
 public:
@@ -25,7 +25,7 @@ public:
         test::NetNotes::s_Handler = [this](unsigned long, unsigned long, const test::NoteCommand&) { ++m_Commands; };
     }
 
-    // Connects, sends commands, and is closed by the other end. False where something left a tick.
+    // Connects, sends commands, and is closed by the other end. False if an exception left a tick.
     bool runSession(bool isPatient)
     {
         m_IsPatient = isPatient;
@@ -51,7 +51,7 @@ public:
         }
         return m_IsGood;
     }
-    // Whether a further session begins, brings a command, and ends as it should.
+    // Whether another session starts, delivers a command, and ends correctly.
     bool isServing()
     {
         const NotingHandle session = m_Pair.connect();
@@ -95,14 +95,14 @@ private:
         }
     }
 
-    // Sleeps between ticks until there are news, for networks that take their time.
+    // Sleeps between ticks until an event, for slow networks.
     bool m_IsPatient = false;
     bool m_IsGood = true;
 };
 
 TEST(Bugs, AFailedAllocationCostsANetSessionAtWorst)
 {
-    // So that lines are made.
+    // So that lines are formatted.
     const int sink = zet::Log::addSink([](zet::Log::Level, const zet::String_T<wchar_t>&) {});
     long long allocations = 0;
     {
@@ -117,7 +117,7 @@ TEST(Bugs, AFailedAllocationCostsANetSessionAtWorst)
     {
         for (long long succeeding = 0; succeeding <= allocations; ++succeeding)
         {
-            SCOPED_TRACE(std::to_string(failing) + " fail behind " + std::to_string(succeeding));
+            SCOPED_TRACE(std::to_string(failing) + " fail after " + std::to_string(succeeding));
             Scene scene;
             bool isGood;
             {
@@ -126,7 +126,7 @@ TEST(Bugs, AFailedAllocationCostsANetSessionAtWorst)
             }
             EXPECT_TRUE(isGood);
             EXPECT_FALSE(scene.m_Pair.m_System.isTicking());
-            // One that was told of its beginning is told of one end, and only such a one sends.
+            // A session that reported its start reports exactly one end, and only such a session sends.
             const std::string& notes = scene.m_Notes;
             if (notes.find('o') == std::string::npos)
             {

@@ -1,6 +1,5 @@
-// Every allocation of a session over UDP fails in turn, one, two and three in a row; at worst a connection is lost.
-// A connection that the port could not put on its list for want of memory counted as listed all the same, and was
-// never written again.
+// Every allocation of a session over UDP fails in turn, one, two and three in a row; at worst a connection is lost. A
+// connection that the port could not add to its list for lack of memory was marked as listed and never written again.
 #include "framework/log.h"
 #include "tests/support/allocations.h"
 #include "tests/support/udp_test.h"
@@ -15,7 +14,7 @@ using test::NoteCommand;
 using test::NoteSocket;
 using test::NoteSocketHandle;
 
-// Two ports, and how many answers the connecting one got.
+// Two ports, and the number of replies that the connecting one received.
 class Scene
 {
 public:
@@ -27,7 +26,7 @@ public:
         { socket.send(NoteCommand(note.m_Number + 100, 1000)); };
     }
 
-    // Connects, sends commands that are answered, and closes. False where something left a tick.
+    // Connects, sends commands that are answered, and closes. False if an exception left a tick.
     bool runSession()
     {
         m_IsGood = true;
@@ -80,7 +79,7 @@ TEST(Bugs, AFailedAllocationCostsAConnectionOverUdpAtWorst)
 {
     if (!zet::UdpServer::isAvailable())
         GTEST_SKIP() << "built without connections over UDP";
-    // So that lines are made.
+    // So that lines are formatted.
     const int sink = zet::Log::addSink([](zet::Log::Level, const zet::String_T<wchar_t>&) {});
     long long allocations = 0;
     {
@@ -94,7 +93,7 @@ TEST(Bugs, AFailedAllocationCostsAConnectionOverUdpAtWorst)
     {
         for (long long succeeding = 0; succeeding <= allocations; ++succeeding)
         {
-            SCOPED_TRACE(std::to_string(failing) + " fail behind " + std::to_string(succeeding));
+            SCOPED_TRACE(std::to_string(failing) + " fail after " + std::to_string(succeeding));
             Scene scene;
             bool isGood;
             {

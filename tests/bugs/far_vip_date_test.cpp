@@ -1,5 +1,5 @@
-// The days left of a VIP state that ends more than 2^31 days ahead became a negative number. They now stay at the most
-// that the field holds.
+// The days left of a VIP state that ends more than 2^31 days ahead became negative. They now stay at the maximum of the
+// field.
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"
 

@@ -1,6 +1,6 @@
-// A float's text that no float can hold was decided by the sign of its exponent alone: "0." with 53 zeros and a 1
-// behind them was read as infinity, and a 1 with 60 zeros and "e-5" as 0. What decides is where the first digit that is
-// not 0 stands, together with the exponent; the C library's reading is what every text is held against.
+// A float's text outside the range of float was decided by the sign of its exponent alone: "0." with 53 zeros and a 1
+// was read as infinity, and a 1 with 60 zeros and "e-5" as 0. The position of the first nonzero digit together with the
+// exponent decides; every text is compared with the C library's reading.
 #include "packaging/float_text.h"
 
 #include <gtest/gtest.h>
@@ -48,7 +48,7 @@ TEST(Bugs, AFloatOfManyDigitsIsWhatItsFirstDigitSays)
     EXPECT_EQ(value, -1e6f);
 }
 
-// Held against a library that rounds every text correctly.
+// Compared with a library that rounds every text correctly.
 #ifdef __GLIBC__
 TEST(Bugs, FloatsOfManyDigitsAreReadAsTheCLibraryReadsThem)
 {
@@ -67,7 +67,7 @@ TEST(Bugs, FloatsOfManyDigitsAreReadAsTheCLibraryReadsThem)
         };
         std::string text = upTo(3) == 0 ? "-" : "";
         text += isHex ? "0x" : "";
-        // "0x." without a digit is no number, and the C libraries do not agree about it.
+        // "0x." without a digit is not a valid number, and C libraries differ on it.
         text += zeros(upTo(2) == 0 ? upTo(60) : 0) + someDigits(upTo(2) == 0 ? 1 + upTo(59) : 1 + upTo(2));
         if (upTo(3) != 0)
             text += "." + zeros(upTo(1) == 0 ? upTo(70) : 0) + someDigits(upTo(2) == 0 ? upTo(60) : upTo(3));

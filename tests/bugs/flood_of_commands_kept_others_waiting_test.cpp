@@ -1,6 +1,6 @@
-// A peer that sent small commands without end had up to 100 ms of each tick, and so had each of its like: an honest
-// connection beside them waited thousands of times longer than alone. A connection now receives 64 KiB in a tick where
-// there are others, and the connections of a port share the tick's time in turns.
+// A peer that sent small commands endlessly used up to 100 ms of each tick, and so did each further one: an honest
+// connection waited thousands of times longer than alone. A connection now receives a bounded number of bytes per tick
+// if there are others, and the connections of a port share the tick's time in turns.
 #include "framework/time.h"
 #include "tests/support/raw_peer.h"
 
@@ -47,7 +47,7 @@ TEST(Bugs, AFloodOfCommandsHandsTheTurnOn)
                               return got.size() == kFlood + 1;
                           }));
     EXPECT_EQ(std::count(got.begin(), got.end(), 2), 1);
-    // Not behind the flood.
+    // Not after the flood.
     EXPECT_LT(static_cast<size_t>(std::find(got.begin(), got.end(), 2) - got.begin()), 4 * turn);
 }
 
@@ -72,7 +72,7 @@ TEST(Bugs, ConnectionsShareATickInTurns)
         clients.push_back(net.connect(analyser));
         ASSERT_TRUE(clients.back());
     }
-    // Two commands of 60 ms are a turn of one connection.
+    // Two commands of 60 ms are one connection's turn.
     for (const ClientHandle& client : clients)
         for (int i = 0; i < 6; ++i)
             ASSERT_TRUE(client->send(NoteCommand(i)));
@@ -80,13 +80,13 @@ TEST(Bugs, ConnectionsShareATickInTurns)
     const auto isBounded = [&]
     {
         const unsigned int now = zet::getTimeTick();
-        // The share of all, and the turn of one that began within it.
+        // The time of all connections, plus the turn that started within it.
         const bool isShort = now - std::exchange(before, now) <= limits.m_TurnTime + 120;
         EXPECT_TRUE(isShort);
         return isShort;
     };
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return isBounded() && turns.size() == kPeers; }));
-    // Nobody had its third turn before everybody had its first.
+    // No connection had its third turn before every other had its first.
     for (const auto& each : turns)
         EXPECT_LE(each.second, 4);
     EXPECT_TRUE(tickUntil(net.m_System,

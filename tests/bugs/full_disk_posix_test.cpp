@@ -1,5 +1,5 @@
-// A log file on a full disk lost its lines without a word, and went on in the middle of one when there was space again.
-// That is said once, the file is opened anew for the next lines, and the loss stands in it.
+// A log file on a full disk lost its lines silently, and continued in the middle of a line when there was space again.
+// The fault is now reported once, the file is opened again for the next lines, and the loss is logged in it.
 #include "framework/log.h"
 #include "framework/platform/platform.h"
 #include "framework/time.h"

@@ -1,5 +1,5 @@
-// What a handler threw went through CCmdAnalyserSocket::Analyse to its caller. A socket caught it there, but a host
-// that unpacks tunnelled frames calls the analyser itself, and lost its own loop. CCmdAnalyser has always ended it.
+// An exception from a handler left CCmdAnalyserSocket::Analyse. A socket caught it, but a host that unpacks tunnelled
+// frames calls the analyser itself, and its own loop ended. CCmdAnalyser has always caught it.
 #include "commands/registry.h"
 #include "dispatch/analyser.h"
 #include "dispatch/analyser_socket.h"

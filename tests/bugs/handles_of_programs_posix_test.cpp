@@ -1,6 +1,6 @@
-// A program that a host started inherited its listening ports, its connections, its log file and whatever else was
-// open: it kept the port in use after the host had ended, and could read and write what was not its business. Nothing
-// that the library opens is inherited, from the call on that opens it.
+// A program that a host started inherited its listening ports, its connections, its log file and all other open files:
+// it kept the port in use after the host had ended, and could read and write foreign data. Nothing that the library
+// opens is inherited, from the opening call on.
 #ifdef __linux__
 
 #include "framework/log.h"

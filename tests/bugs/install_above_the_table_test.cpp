@@ -1,5 +1,5 @@
-// Install() stored behind the end of its table for an id of 0x4019 and above. It is refused with one line of the log,
-// and builds with assertions stop there.
+// Install() stored beyond the end of its table for an id of 0x4019 and above. Such an id is now refused with one log
+// line, and builds with assertions stop there.
 #include "dispatch/analyser.h"
 #include "dispatch/analyser_socket.h"
 #include "tests/support/log_lines.h"
@@ -14,7 +14,7 @@
 namespace
 {
 
-// What is installed must not matter.
+// The installed functions must not matter.
 void handle(CCmdHead*, unsigned long, unsigned long) {}
 bool process(CCmdPackager*, CmdHandler, unsigned long, unsigned long)
 {
@@ -26,7 +26,7 @@ bool processBySocket(CCommandSocket*, CCmdPackager*, SocketCmdHandler, unsigned 
     return true;
 }
 
-// Two of them side by side, so that a store behind the first one shows in the second.
+// Two tables side by side, so that a store beyond the first one shows in the second.
 template <class Analyser, class Install>
 void expectRefused(const char* name, Install install)
 {

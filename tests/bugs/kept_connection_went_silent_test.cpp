@@ -1,5 +1,5 @@
-// A connection that its host kept after Abandon(), and ticked itself, received no more than was left of its last turn
-// among the connections of the server. From then on it was silent, without a word in the log.
+// A connection that its host kept after Abandon() and ticked itself received only what was left of its last turn among
+// the server's connections, and then nothing more, without a log line.
 #include "tests/support/loopback.h"
 
 #include <gtest/gtest.h>

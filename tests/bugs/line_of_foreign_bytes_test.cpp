@@ -1,5 +1,5 @@
-// A line whose class name was no UTF-8 ended "wirelens read": the answer names the class as the line does, and printing
-// the answer threw. What is no character is now printed as U+FFFD, and the next line is answered.
+// A line whose class name was invalid UTF-8 ended "wirelens read": the result repeats the class name, and printing it
+// threw. Invalid bytes are now printed as U+FFFD, and the next line is read.
 #include "tools/line_reader.h"
 
 #include <gtest/gtest.h>

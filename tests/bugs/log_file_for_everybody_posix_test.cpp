@@ -1,5 +1,5 @@
-// Log files were readable by every user of the machine, where the process's mask did not keep them from it. They name
-// accounts and addresses, so a new one is for its owner and its owner's group alone.
+// Log files were readable by every user of the machine unless the process's umask prevented it. They contain accounts
+// and addresses, so a new one is accessible to its owner and the owner's group only.
 #include "framework/log.h"
 #include "tests/support/log_folder.h"
 

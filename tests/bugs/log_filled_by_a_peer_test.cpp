@@ -1,6 +1,6 @@
-// Each malformed frame cost two lines of the log, which are many times as long as the frame, so a peer filled a disk in
-// minutes and held the tick with formatting. A peer now has a share of the log: what is beyond it is counted, and said
-// with the next line and at the end of the connection. The figures say how much was left out.
+// Each malformed frame cost two log lines, which are many times as long as the frame, so a peer could fill a disk in
+// minutes and prolong the tick with formatting. A peer now has a share of the log: further lines are counted, and the
+// number is logged with the next line and at the end of the connection. The statistics include the omitted lines.
 #include "framework/peer_log.h"
 #include "framework/time.h"
 #include "runtime/openmetrics.h"
@@ -17,7 +17,7 @@
 namespace
 {
 
-// By value: the library's constants have no address outside of it on Windows.
+// By value: on Windows the library's constants have no address outside the library.
 constexpr unsigned int kBurst = zet::PeerLog::kBurst;
 
 size_t countOf(const std::vector<std::wstring>& lines, const std::wstring& part)
@@ -34,7 +34,7 @@ struct Flood
     {
     }
 
-    // Sends frames that are no frames, and a command behind them; true once that is handled.
+    // Sends invalid frames and then a command; true once the command is handled.
     bool send(int frames)
     {
         std::vector<unsigned char> bytes;
@@ -67,7 +67,7 @@ TEST(Bugs, APeersMalformedFramesHaveAShareOfTheLog)
     EXPECT_EQ(lines.texts().size(), kBurst);
     EXPECT_EQ(zet::PeerLog::getLeftOut() - before, perFrame * 1000 - kBurst);
 
-    // A while later there is room for a line again, and what was left out is said before it.
+    // Later one line is allowed again, and the number of omitted lines is logged before it.
     flood.m_Clock.advance(zet::PeerLog::kInterval);
     ASSERT_TRUE(flood.send(1));
     const std::wstring name = flood.m_Net.accepted()->getPeerName().getBuffer();
@@ -75,7 +75,7 @@ TEST(Bugs, APeersMalformedFramesHaveAShareOfTheLog)
     EXPECT_TRUE(lines.has(zet::Log::kWarning, L"last line " + std::to_wstring(perFrame * 1000 - kBurst) +
                                                   L" times, the same or alike (" + name + L")"));
 
-    // And what is left out at the end is said with it.
+    // The lines omitted last are reported at the end of the connection.
     flood.m_Net.accepted()->close();
     EXPECT_TRUE(lines.has(zet::Log::kWarning, L"last line 1 times, the same or alike (" + name + L")"));
 }

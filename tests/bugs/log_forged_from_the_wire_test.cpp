@@ -1,6 +1,6 @@
-// Names and texts that peers send stand in the lines of the log. Line ends and escape sequences in them reached the
-// console and the file as they were, so a peer could write lines of its own and steer the terminal of whoever read
-// them. Both log modules now show control characters; the tabs and the final line end of the library's own texts stay.
+// Log lines contain names and texts from peers. Line ends and escape sequences in them reached the console and the file
+// unchanged, so a peer could write log lines of its own and control the reader's terminal. Both log modules now escape
+// control characters; the tabs and the final line end of the library's own texts are kept.
 #include "framework/log.h"
 #include "framework/module.h"
 #include "tests/support/log_folder.h"
@@ -20,7 +20,7 @@ bool hasControls(const std::string& line)
     return std::any_of(line.begin(), line.end(), [](unsigned char c) { return (c < 0x20 && c != '\t') || c == 0x7F; });
 }
 
-// What both modules make of one line: the same.
+// Both modules give the same output for a line.
 std::string writtenAs(const zet::String_T<wchar_t>& line)
 {
     const test::LogFolder folder;
@@ -51,7 +51,7 @@ TEST(Bugs, APeersTextCannotSteerATerminal)
                                           L"31m \x2028 \x2029 \a\b\v\f \u4E2D");
     EXPECT_EQ(written, "[E] \\x1B[2J \\x7F \\x80 \\x85 \\x9B31m \\u2028 \\u2029 \\x07\\x08\\x0B\\x0C \xE4\xB8\xAD\n");
     EXPECT_FALSE(hasControls(written.substr(0, written.size() - 1)));
-    // A zero does not cut the line either.
+    // A zero does not end the line either.
     EXPECT_EQ(writtenAs(zet::String_T<wchar_t>(L"a\0b\n\nc", 6)), "[E] a\\x00b\\n\\nc\n");
 }
 

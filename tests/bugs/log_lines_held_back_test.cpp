@@ -1,7 +1,7 @@
-// The file log put out the first message of a second and held the others until a message of another second came, which
-// took hours on a quiet server and lost them where the process died; two messages a minute apart counted as of one
-// second. Where its folder could not be written it was silent altogether. A line is now put out as soon as no other one
-// waits, and what stands in the way is said once, to the other sinks or to standard error.
+// The file log wrote the first message of a second and held the others until a message of another second, which took
+// hours on a quiet server and lost them if the process crashed; two messages a minute apart counted as of the same
+// second. If its folder could not be written it reported nothing. A line is now written as soon as no other line waits,
+// and a fault is reported once, to the other sinks or to standard error.
 #include "framework/log.h"
 #include "framework/time.h"
 #include "tests/support/eventually.h"
@@ -19,7 +19,7 @@ using zet::Log;
 namespace
 {
 
-// Standard error goes to the test as long as it lives: the console log may be loaded.
+// Redirects standard error to the test during its lifetime: the console log may be loaded.
 class QuietLog
 {
 public:
@@ -89,7 +89,7 @@ TEST(Bugs, AFolderThatCannotBeWrittenIsSaidOnceToTheOtherSinks)
     EXPECT_EQ(texts.size(), 21u);
 }
 
-TEST(Bugs, AFolderThatCannotBeWrittenIsSaidOnStandardErrorWhereThereIsNoSink)
+TEST(Bugs, AFolderThatCannotBeWrittenIsReportedOnStandardErrorWithoutASink)
 {
     const test::LogFolder folder;
     std::ofstream(folder.m_Path / "file") << "no directory";

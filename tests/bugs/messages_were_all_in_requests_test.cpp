@@ -1,6 +1,6 @@
-// The catalogue of wirelens named a request's envelope for every message: replies, notices, results and pushes, half of
-// all, were said to travel where they never do. Each message's row names the envelope that carries it; one that travels
-// either way names both.
+// The catalogue of wirelens named a request's envelope for every message, although half of all, replies, notices,
+// results and pushes, are never sent in one. Each message's row now names its envelope; a message that is sent both
+// ways has two.
 #include "tests/support/run_program.h"
 #include "tools/class_table.h"
 
@@ -53,19 +53,19 @@ TEST(Bugs, AMessageIsInTheEnvelopeOfItsDirection)
 TEST(Bugs, AMessageWithoutADirectionInItsNameIsInItsEnvelopeToo)
 {
     auto rows = messages();
-    // The lottery's answers.
+    // The lottery's replies.
     for (const char* const name :
          {"MatchPackType_LotteryBaseNum", "MatchPackType_LotteryAllNum", "MatchPackType_LotteryReset",
           "MatchPackType_LotteryRevealer", "MatchPackType_IsCanRevealer"})
         EXPECT_EQ(rows[name]["envelope"], "CCmdMatchPackReply") << name;
-    // A notice has an envelope of its own in one family alone.
+    // Only one family has a separate envelope for notices.
     EXPECT_EQ(rows["CmdGameOverNotify"]["envelope"], "CCmdSportPackNotify");
     EXPECT_EQ(rows["CmdSportCommonResult"]["envelope"], "CCmdSportPackReply");
     EXPECT_EQ(rows["BS4Pack_MatchEnd_Notify"]["envelope"], "CCmdMatchPackReply");
-    // What a player sets of its own.
+    // A player's own settings.
     EXPECT_EQ(rows["FriendSystemPack_SetSelfVip"]["envelope"], "CCmdFriendSystemPackRequest");
     EXPECT_FALSE(rows["FriendSystemPack_SetSelfVip"].contains("or_envelope"));
-    // Either way.
+    // Sent both ways.
     EXPECT_EQ(rows["WorldSquarePack_PlayerInfo"]["envelope"], "CCmdWorldSquarePackRequest");
     EXPECT_EQ(rows["WorldSquarePack_PlayerInfo"]["or_envelope"], "CCmdWorldSquarePackReply");
     int either = 0;

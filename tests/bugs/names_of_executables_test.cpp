@@ -1,6 +1,6 @@
-// The default name of a system was the executable's name up to its first dot: "zone.1" and "zone.2" wrote into one log
-// file, and what was called ".svc" logged below an empty name. The name now loses its extension alone, and a number is
-// no extension.
+// The default name of a system was the executable's name up to its first dot: "zone.1" and "zone.2" wrote to the same
+// log file, and ".svc" logged under an empty name. The name now loses only the extension, and a number is not an
+// extension.
 #include "framework/system.h"
 
 #include <gtest/gtest.h>

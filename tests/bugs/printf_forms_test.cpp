@@ -1,6 +1,6 @@
-// Numbers of some conversions did not stand as C's printf has them: "%+x" showed a sign, "%.0d" of 0 showed a digit,
-// "%010a" padded before "0x", "%#g" of 0 lost its zeros. Every combination of flags, width and precision is now
-// held against the C library.
+// Numbers of some conversions differed from C's printf: "%+x" showed a sign, "%.0d" of 0 showed a digit, "%010a" padded
+// before "0x", "%#g" of 0 lost its zeros. Every combination of flags, width and precision is now compared with the C
+// library.
 #include "framework/format.h"
 #include "framework/string.h"
 
@@ -41,7 +41,7 @@ TEST(Bugs, NumbersStandAsPrintfHasThem)
     EXPECT_EQ(shown("%#.0g|", 0.0), "0.|");
     EXPECT_EQ(shown("%#g|", 1.5), "1.50000|");
     EXPECT_EQ(shown("%#.3g|", 100000.0), "1.00e+05|");
-    // Here the GNU C library loses zeros itself, so the sweep below leaves this number out.
+    // The GNU C library itself loses zeros here, so the sweep below omits this number.
     EXPECT_EQ(shown("%#g|", 999999.5), "1.00000e+06|");
     EXPECT_EQ(shown("%06f|", std::numeric_limits<double>::infinity()), "   inf|");
     EXPECT_STREQ(zet::formatText(L"%+x|%.0d|%010a|%#g", 255, 0, 1.0, 0.0), L"ff||0x00001p+0|0.00000");

@@ -1,5 +1,5 @@
-// A proxy socket in no System saw each reply one tick late: it received first, and only the tick of the connection
-// below looked for what had come.
+// A proxy socket outside a System saw each reply one tick late: it received first, and only the tick of the connection
+// below checked for input.
 #include "tests/support/scripted_proxy.h"
 
 #include <gtest/gtest.h>

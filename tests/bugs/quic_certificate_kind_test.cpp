@@ -1,5 +1,5 @@
-// A port without a context made an Ed25519 certificate, which clients that offer only what nearly all servers have do
-// not take. It has a key on the curve P-256 now.
+// A port without a context generated an Ed25519 certificate, which clients with the usual signature algorithms refuse.
+// Its key is now on the curve P-256.
 #include "tests/support/quic_test.h"
 
 namespace

@@ -1,6 +1,6 @@
-// After a peer's RESET_STREAM or STOP_SENDING the connection said that the peer had ended it and that all was received.
-// Either means that something is lost, with STOP_SENDING what is sent next, so the connection is broken. A stream that
-// the peer ended is the other case.
+// After a peer's RESET_STREAM or STOP_SENDING the connection reported that the peer had closed it and that everything
+// was received. Both mean that data is lost, with STOP_SENDING the data sent next, so the connection is broken. A
+// stream that the peer has finished is a different case.
 #include "tests/support/quic_test.h"
 
 namespace
@@ -36,7 +36,7 @@ TEST_F(CutStream, ByAPeerThatStopsReadingIsBroken)
 {
     m_Peer->stop();
     settle();
-    // What is sent from here on is lost.
+    // Data sent from here on is lost.
     ASSERT_TRUE(m_Net.accepted().send(NoteCommand(2)));
     ASSERT_NO_FATAL_FAILURE(expectEnd(NoteSocket::kBroken));
 }

@@ -1,7 +1,7 @@
-// A server's packet with a short head that came in one datagram with the end of its handshake ended the process of the
-// client: ngtcp2 takes it before it has sent the client's last words of the handshake. With a frame that says that the
-// handshake is over it then used memory that was gone, and with one that retires the server's first id it stopped at
-// an assertion. Such packets now wait until those words are sent.
+// A server's packet with a short header in the same datagram as the end of its handshake ended the client's process:
+// ngtcp2 reads it before it has sent the client's last handshake messages. With a frame that confirms the handshake it
+// then used freed memory, and with one that retires the server's first id it failed an assertion. Such packets now wait
+// until those messages are sent.
 #include "tests/support/quic_test.h"
 
 namespace
@@ -12,7 +12,7 @@ using test::NoteSocket;
 class EarlyPacket : public test::QuicTest
 {
 protected:
-    // A server whose first packet with a short head leaves with its handshake and has these bytes.
+    // A server whose first packet with a short header is sent with its handshake and contains these bytes.
     static test::QuicWish early(const std::string& frames)
     {
         test::QuicWish wish;
@@ -34,7 +34,7 @@ protected:
         ASSERT_TRUE(socket);
         ASSERT_TRUE(socket->send(test::NoteCommand(1)));
         m_Net.until([&] { return socket->m_Closes > 0 || !m_Peer->received().empty(); }, 2000);
-        // What such a server may expect is no more than that its client lives.
+        // Such a server can expect only that its client survives.
         EXPECT_TRUE(isServing());
     }
 };
@@ -46,16 +46,16 @@ TEST_F(EarlyPacket, ThatSaysTheHandshakeIsOverWaits)
 
 TEST_F(EarlyPacket, ThatRetiresTheFirstIdWaits)
 {
-    // Number 1, all before it retired, 16 bytes of id and as many of token.
+    // Number 1, all earlier ones retired, 16 bytes of id and 16 of token.
     auto wish = early("\x18\x01\x01\x10" + std::string(16, 'a') + std::string(16, 'b'));
-    // The first id has a token, too.
+    // The first id also has a token.
     wish.m_ChangeParams = [](std::string& params) { params += "\x02\x10" + std::string(16, 'c'); };
     expectEnd(wish);
 }
 
 TEST_F(EarlyPacket, OfAnHonestServerIsNotLost)
 {
-    // Its token, as it is.
+    // Its token.
     test::QuicWish wish;
     wish.m_IsJoining = true;
     wish.m_TokenSize = 100;

@@ -1,5 +1,5 @@
-// A stream that ended by a frame without bytes, before it had brought the 16 bytes of an id, made the server copy no
-// bytes from a null pointer, which the sanitizer for undefined behaviour reports.
+// A stream that a frame without bytes ended before the 16 bytes of an id had arrived made the server copy zero bytes
+// from a null pointer, which the undefined behaviour sanitizer reports.
 #include "tests/support/quic_test.h"
 
 namespace

@@ -1,6 +1,6 @@
-// A TLS hello without QUIC transport parameters ended the process: ngtcp2 went on with the handshake and stopped at an
-// assertion when it wrote the first packet behind it, the server's end as well as the client's. Such a hello is now
-// refused within TLS, by the alert missing_extension.
+// A TLS hello without QUIC transport parameters ended the process: ngtcp2 continued the handshake and failed an
+// assertion when it wrote the first packet after it, on a server as well as on a client. TLS now refuses such a hello
+// with the alert missing_extension.
 #include "tests/support/quic_test.h"
 
 #include "transport/net/tls_context.h"

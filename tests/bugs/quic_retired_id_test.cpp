@@ -1,6 +1,6 @@
-// A connection id that a peer gave twice after it had retired its number ended the process: ngtcp2 retired it twice and
-// stopped at a check of its own. Any peer could do that with two frames, and an honest one whose packet was taken for
-// lost could come near it. An id that comes again is now taken out before ngtcp2 sees it.
+// A connection id that a peer announced again after it had retired its number ended the process: ngtcp2 retired it
+// twice and failed a check of its own. Any peer could do that with two frames, and an honest one whose packet was
+// considered lost could come close to it. A repeated id is now removed before ngtcp2 reads it.
 #include "tests/support/quic_test.h"
 
 namespace
@@ -18,7 +18,7 @@ std::string idFrame(char number, char retired)
 class RetiredId : public test::QuicTest
 {
 protected:
-    // Frames that go in the place of what the peer sends next.
+    // Frames that replace the peer's next ones.
     test::QuicWish wish()
     {
         test::QuicWish wish;
@@ -44,7 +44,7 @@ TEST_F(RetiredId, ThatComesTwiceToAServerIsTakenOnce)
 {
     ASSERT_TRUE(connectPeer(wish()));
     settle();
-    // The peer has given the numbers 1 to 7 by now, so 9 is new, and all up to 12 go.
+    // The peer has announced the numbers 1 to 7, so 9 is new, and all below 12 are retired.
     sendFrames(idFrame(12, 12) + idFrame(9, 0) + idFrame(9, 0));
     EXPECT_TRUE(isServing());
 }
@@ -68,7 +68,7 @@ TEST_F(RetiredId, ThatComesTwiceToAClientIsTakenOnce)
     EXPECT_TRUE(isServing());
 }
 
-TEST_F(RetiredId, IsFoundBehindFramesOfEveryKind)
+TEST_F(RetiredId, IsFoundAfterFramesOfEveryKind)
 {
     const auto bytes = [](std::initializer_list<int> values) { return std::string(values.begin(), values.end()); };
     const std::string before[] = {
@@ -79,7 +79,7 @@ TEST_F(RetiredId, IsFoundBehindFramesOfEveryKind)
         bytes({0x15, 0, 1}), bytes({0x16, 1}), bytes({0x17, 0}),
         // PATH_CHALLENGE and PATH_RESPONSE.
         '\x1A' + std::string(8, 'p'), '\x1B' + std::string(8, 'q'),
-        // STREAM with an offset and a length, and a type that ngtcp2 takes for one.
+        // STREAM with an offset and a length, and a type that ngtcp2 reads as one.
         bytes({0x0E, 0, 0, 1, 's'}), bytes({0x2E, 0, 0, 1, 's'})};
     for (const std::string& frames : before)
     {

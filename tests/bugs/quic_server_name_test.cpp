@@ -1,4 +1,5 @@
-// A client over UDP told its server no name, as one over TCP does, so that a server for several names could not choose.
+// A client over UDP did not send the server's name, unlike one over TCP, so that a server with several names could not
+// choose a certificate.
 #include "tests/support/quic_test.h"
 
 namespace

@@ -1,18 +1,18 @@
-// A TLS message behind the handshake ended the process when it came with the handshake's last packet: TLS was still
-// there and changed its keys, and ngtcp2 stopped at an assertion, since it had keys. What comes behind the handshake is
-// now kept from TLS. In the handshake's own packets GnuTLS has always refused it.
+// A TLS message after the handshake ended the process if it arrived with the handshake's last packet: TLS was still
+// active and changed its keys, and ngtcp2 failed an assertion, since it already had keys. Data after the handshake is
+// no longer passed to TLS. In the handshake's own packets GnuTLS has always refused it.
 #include "tests/support/quic_test.h"
 
 namespace
 {
 
-// A TLS message that asks for new keys, without an answer.
+// A TLS message that requests new keys, without a reply.
 const std::string kKeyUpdate("\x18\0\0\x01\0", 5);
 
 class TlsAfterHandshake : public test::QuicTest
 {
 protected:
-    // A client that does not wait with what it sends first, so that it goes with the end of the handshake.
+    // A client that sends its first data at once, together with the end of the handshake.
     static test::QuicWish eager(std::function<void(unsigned char, std::string&)> change)
     {
         test::QuicWish wish;
@@ -42,7 +42,7 @@ TEST_F(TlsAfterHandshake, InAPacketOfItsOwnIsNotTaken)
     EXPECT_GE(count, 1);
 }
 
-TEST_F(TlsAfterHandshake, BehindItsLastMessageIsNotTaken)
+TEST_F(TlsAfterHandshake, AfterItsLastMessageIsNotTaken)
 {
     int count = 0;
     auto wish = eager(
@@ -55,7 +55,7 @@ TEST_F(TlsAfterHandshake, BehindItsLastMessageIsNotTaken)
             payload = test::cryptoFrame(payload.substr(finished, size)) + test::cryptoFrame(kKeyUpdate, size);
             ++count;
         });
-    // Makes room for the second frame.
+    // Leaves space for the second frame.
     wish.m_BehindFinished = std::string(20, '\0');
     meet(wish);
     EXPECT_GE(count, 1);

@@ -1,6 +1,6 @@
-// A peer whose port changed on the way and changed back soon ended the process: ngtcp2 begins a search for the path's
-// packet size anew when the peer is back, and asserts that such a search was not switched off. It is on now, and finds
-// nothing to search for below the size that is set.
+// A peer whose port changed and soon changed back ended the process: ngtcp2 restarts path MTU discovery when the peer
+// is back, and asserts that discovery is enabled. It is now enabled, and finds nothing to probe below the configured
+// packet size.
 #include "tests/support/quic_test.h"
 
 namespace
@@ -11,7 +11,7 @@ using test::NoteCommand;
 class WayBack : public test::QuicTest
 {
 protected:
-    // A packet of the peer comes by where it is now, and nothing of the server's leaves in between.
+    // Sends a packet from the peer's current port, without a packet from the server in between.
     void comeBy(int number)
     {
         m_Peer->send(messageOf(NoteCommand(number)));

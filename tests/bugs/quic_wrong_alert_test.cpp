@@ -1,5 +1,5 @@
-// A peer over UDP whose certificate was refused heard bad_certificate (42), whatever was wrong with it. The protocol
-// names unknown_ca (48) for an unknown issuer and certificate_expired (45).
+// A peer over UDP whose certificate was refused always received bad_certificate (42). The protocol specifies unknown_ca
+// (48) for an unknown issuer and certificate_expired (45).
 #include "tests/support/log_lines.h"
 #include "tests/support/quic_test.h"
 
@@ -11,7 +11,7 @@ namespace
 class WrongAlert : public test::QuicTest
 {
 protected:
-    // The alert that a server with a certificate of this authority hears from our client.
+    // The alert that a server with a certificate of this authority receives from our client.
     uint64_t alertFor(const test::Authority& authority, const test::CertificateWish& wish)
     {
         waitForOurs(authority.issue(wish));

@@ -1,5 +1,5 @@
-// A server that was closed by its own permission() kept the connection that was just asked about: it was put aside for
-// onAccept() after everything had been dropped, and its socket stayed open for good.
+// A server that was closed by its own permission() kept the connection in question: it was queued for onAccept() after
+// all others had been dropped, and its socket stayed open.
 #include "tests/support/raw_peer.h"
 
 #include <gtest/gtest.h>

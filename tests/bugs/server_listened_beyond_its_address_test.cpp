@@ -1,6 +1,6 @@
-// A server that was made with the address 127.0.0.1 listened on all addresses of the machine, and nothing could change
-// that: the address is what the server tells of itself, and its header did not say so. The address to listen on is now
-// a setting of its own.
+// A server constructed with the address 127.0.0.1 listened on all addresses of the machine, and nothing could change
+// that: the address is the one that the server reports, and its header did not say so. The address to listen on is now
+// a separate setting.
 #include "tests/support/loopback.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ TEST(Bugs, APortMayTakeOneAddressOnly)
     client->start(&system);
     ASSERT_TRUE(client->connect(L"127.0.0.1", server->getPort(), false));
     EXPECT_TRUE(tickUntil(system, [&] { return server->GetClientCount() == 1; }));
-    // The same port of another address of this machine is free.
+    // The same port is free on another address of this machine.
     const zet::Unknown::Handle_T<test::Server> other = new test::Server(analyser);
     other->start(&system);
     ASSERT_TRUE(other->setBindAddress(L"127.0.0.2"));

@@ -1,5 +1,5 @@
-// exit() of a service stood five slots behind init() in its table of virtual operations, since zet::System declared it
-// behind its other operations. A host that was built against the required order called another operation in its place.
+// exit() of a service was five slots after init() in its table of virtual functions, since zet::System declared it
+// after its other functions. A host built against the required order called a wrong function.
 #include "runtime/service_system.h"
 
 #include <gtest/gtest.h>
@@ -18,8 +18,8 @@ struct Slots : CMyServiceSystem
     using CMyServiceSystem::init;
 };
 
-// The first word of a pointer to a virtual operation is its offset in the table, on some processors with a mark in the
-// lowest bit; the difference of two is that of their offsets.
+// The first word of a pointer to a virtual member function is its offset in the table, on some processors with a mark
+// in the lowest bit; the difference of two pointers is the difference of their offsets.
 template <class Operation>
 std::ptrdiff_t offsetOf(Operation operation)
 {

@@ -1,6 +1,6 @@
-// A text that only begins as JSON does, such as an error page in the place of the document ("404 page not found"), was
-// taken for the number or word before it, which has no keys, and set all figures to 0. Such a text now leaves the
-// object as it was. Text behind a whole object is still passed over.
+// A text that only starts like JSON, such as an error page instead of the document ("404 page not found"), was parsed
+// as the number or word at its start, which has no keys, and set all figures to 0. Such a text now leaves the object
+// unchanged. Text after a complete object is still ignored.
 #include "runtime/system_cmd_info.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ TEST(Bugs, AnErrorPageLeavesTheStatisticsAsTheyWere)
     }
 }
 
-TEST(Bugs, BlanksBehindAValueAreNoOtherText)
+TEST(Bugs, BlanksAfterAValueAreIgnored)
 {
     // A whole document without the keys: each missing key gives 0.
     for (const wchar_t* text : {L"404", L" 404 \r\n\t", L"[1,2]\n", L"true "})

@@ -1,6 +1,6 @@
-// The temporary file was deleted by the name that it was opened under: made under a relative path it stayed behind
-// where the current directory had changed since. And a process that was forked off and ended by exit() ran the clean-up
-// that it had inherited, so its parent lost the file.
+// The temporary file was deleted by the name that it was opened with: created under a relative path it was left
+// if the current directory had changed since. And a forked process that ended by exit() ran the inherited clean-up, so
+// its parent lost the file.
 #include "runtime/utility.h"
 
 #include "framework/platform/platform.h"
@@ -63,7 +63,7 @@ TEST_F(TemporaryFile, OutlivesAForkedProcess)
     EXPECT_EQ(filesIn("tmp"), 1);
     EXPECT_EXIT(std::exit(3), testing::ExitedWithCode(3), "");
     EXPECT_EQ(filesIn("tmp"), 1);
-    // What the other process opens itself goes with it.
+    // A file that the other process opens itself is deleted with it.
     EXPECT_EXIT(
         {
             CZETUtility::SetTempPath(L"own");

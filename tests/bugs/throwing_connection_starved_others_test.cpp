@@ -1,6 +1,6 @@
-// What an override of one connection threw, in onTick(), receive() or close(), or the server's in Abandon(), left the
-// server's tick: the connections behind it had no turn and nothing was accepted, for as long as it threw. Each
-// connection now has a guard of its own, and what had come for it waits for its next tick.
+// An exception from an override of one connection, in onTick(), receive() or close(), or of the server in Abandon(),
+// left the server's tick: the connections after it had no turn and nothing was accepted, for as long as it threw. Each
+// connection now has its own guard, and its input waits for its next tick.
 #include "tests/support/log_lines.h"
 #include "tests/support/raw_peer.h"
 
@@ -61,8 +61,7 @@ public:
     bool m_InTick = false;
 };
 
-// A server with one connection that throws among honest ones, of which some lie before it in the server's list and
-// some behind.
+// A server with one throwing connection among honest ones, some before it in the server's list and some after it.
 struct BugsThrowing : testing::Test
 {
     BugsThrowing()
@@ -121,7 +120,7 @@ TEST_F(BugsThrowing, ReceiveOfOneStarvesNoOther)
     ASSERT_TRUE(tickUntil(m_Net.m_System, [&] { return m_Thrower->m_Throws > 1; }));
     expectOthersServed();
     EXPECT_TRUE(hasLogged(log));
-    // The command is still there.
+    // The command has not been lost.
     m_Thrower->m_InReceive = false;
     EXPECT_TRUE(tickUntil(m_Net.m_System, [&] { return m_Got[m_Thrower.get()] == 1; }));
 }
@@ -164,7 +163,7 @@ TEST_F(BugsThrowing, ATickOfOneStarvesNoOther)
     ASSERT_TRUE(m_Peer);
     m_Net.m_Server->m_Make = nullptr;
     thrower->m_InTick = true;
-    // The thrower of the other tests is an honest one here.
+    // The throwing connection of the other tests is an honest one here.
     expectOthersServed();
     EXPECT_TRUE(hasLogged(log));
     ASSERT_TRUE(m_Peer->send(NoteCommand(1)));
@@ -185,7 +184,7 @@ public:
     bool m_Throws = true;
 };
 
-TEST(Bugs, AbandonThatThrowsStarvesNobody)
+TEST(Bugs, AbandonThatThrowsStarvesNoOther)
 {
     const test::LogLines log;
     int got = 0;
@@ -245,7 +244,7 @@ TEST(Bugs, AnAcceptThatThrowsEndsNoAccepting)
         clients.back()->start(&system);
         ASSERT_TRUE(clients.back()->connect(L"127.0.0.1", server->getPort(), false));
     }
-    // The first one is turned away.
+    // The first one is refused.
     EXPECT_TRUE(tickUntil(system, [&] { return clients[0]->isInvalid(); }));
     EXPECT_EQ(server->GetClientCount(), 1);
     EXPECT_FALSE(clients[1]->isInvalid());

@@ -1,4 +1,4 @@
-// A server took the first algorithm of the client's list that it knew; its own order counts.
+// A server chose the first algorithm of the client's list that it supported; now its own order decides.
 #include "tests/support/raw_peer.h"
 #include "tests/support/tls_pair.h"
 #include "tests/support/tls_peer.h"

@@ -1,5 +1,5 @@
-// Commands that had come whole before the peer's end were lost over TLS, too, where their handlers answered: a failed
-// send ended the connection, with sealed input still to be opened.
+// Over TLS, too, commands received whole before the peer's end of stream were lost if their handlers replied: a failed
+// send ended the connection with encrypted input still unread.
 #include "tests/support/tls_pair.h"
 
 #include <gtest/gtest.h>

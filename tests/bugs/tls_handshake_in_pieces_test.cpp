@@ -1,6 +1,6 @@
-// A handshake message that was split over several records, as a peer with small records or a long chain sends it, hung
-// the handshake where the records came with one read: a step ended when the first record was used up, and the next one
-// began only with more bytes of the network. A step now goes on while there is input left and it shrinks.
+// A handshake message split over several records, as sent by a peer with small records or a long chain, stalled the
+// handshake if the records arrived with one read: a step ended with the first record, and the next step started only
+// with more bytes from the network. A step now continues while there is input left and it shrinks.
 #include "tests/support/child.h"
 #include "tests/support/raw_peer.h"
 #include "tests/support/tls_pair.h"
@@ -28,7 +28,7 @@ using test::TlsPeerWish;
 const char* const kVersions[] = {"NORMAL:-VERS-ALL:+VERS-TLS1.2", "NORMAL:-VERS-ALL:+VERS-TLS1.3"};
 constexpr size_t kSmallRecord = 512;
 
-// Of more bytes than a record holds.
+// Larger than one record.
 const Certificate& largeCertificate()
 {
     static const Certificate made = []
@@ -48,8 +48,8 @@ TlsHandle wantsCertificates(const TlsHandle& context)
     return context;
 }
 
-// A peer of another make visits our server, shows a certificate and sends a command.
-void visitServer(const std::string& version, const TlsPeerWish& wish, const TlsHandle& context)
+// A peer with another TLS setup connects to our server, presents a certificate and sends a command.
+void testServer(const std::string& version, const TlsPeerWish& wish, const TlsHandle& context)
 {
     SCOPED_TRACE(version);
     int got = 0;
@@ -66,8 +66,8 @@ void visitServer(const std::string& version, const TlsPeerWish& wish, const TlsH
     EXPECT_TRUE(net.accepted()->isSecure());
 }
 
-// Our client visits a server of another make and sends a command.
-void visitPeer(const std::string& version, const TlsPeerWish& wish, const TlsHandle& context)
+// Our client connects to such a server and sends a command.
+void testClient(const std::string& version, const TlsPeerWish& wish, const TlsHandle& context)
 {
     SCOPED_TRACE(version);
     zet::System system;
@@ -100,7 +100,7 @@ TEST(Bugs, AClientOfSmallTlsRecordsIsServed)
     wish.m_RecordSize = kSmallRecord;
     wish.m_Certificate = someAuthority().issue({"player 7", {}});
     for (const char* version : kVersions)
-        visitServer(version, wish, wantsCertificates(makeServerContext()));
+        testServer(version, wish, wantsCertificates(makeServerContext()));
 }
 
 TEST(Bugs, AServerOfSmallTlsRecordsIsTalkedTo)
@@ -113,7 +113,7 @@ TEST(Bugs, AServerOfSmallTlsRecordsIsTalkedTo)
     const Certificate mine = someAuthority().issue({"player 7", {}});
     ASSERT_TRUE(context->setCertificate(mine.m_Chain.c_str(), mine.m_Key.c_str()));
     for (const char* version : kVersions)
-        visitPeer(version, wish, context);
+        testClient(version, wish, context);
 }
 
 TEST(Bugs, ACertificateOfMoreThanARecordIsTakenFromAPeer)
@@ -122,8 +122,8 @@ TEST(Bugs, ACertificateOfMoreThanARecordIsTakenFromAPeer)
     wish.m_Certificate = largeCertificate();
     for (const char* version : kVersions)
     {
-        visitServer(version, wish, wantsCertificates(makeServerContext()));
-        visitPeer(version, wish, makeClientContext());
+        testServer(version, wish, wantsCertificates(makeServerContext()));
+        testClient(version, wish, makeClientContext());
     }
 }
 
@@ -139,7 +139,7 @@ TEST(Bugs, ACertificateOfMoreThanARecordGoesBetweenOurEnds)
     EXPECT_TRUE(strict.connectTls(analyser, context));
 }
 
-// GnuTLS sends 32 records of a handshake in one go and no more, so these peers are OpenSSL's.
+// GnuTLS sends at most 32 records of a handshake at once, so these peers use OpenSSL.
 struct SmallPieces : testing::TestWithParam<const char*>
 {
     SmallPieces() : m_Trust(someAuthority().pem()), m_Chain(largeCertificate().m_Chain), m_Key(largeCertificate().m_Key)

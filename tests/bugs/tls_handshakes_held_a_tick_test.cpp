@@ -1,6 +1,6 @@
-// A tick took as many steps of TLS handshakes as there was input for: hellos at 740 kB/s made an established connection
-// wait more than a second. And each half-open connection was looked at with each tick, for its time. The port now takes
-// a number of steps in a tick, in the order in which they came, and keeps the deadlines in a heap.
+// A tick ran as many TLS handshake steps as there was input for: hellos at 740 kB/s delayed an established connection
+// by more than a second. And each tick checked the deadline of each half-open connection. The port now runs a bounded
+// number of steps per tick, in order of arrival, and keeps the deadlines in a heap.
 #include "framework/time.h"
 #include "tests/support/log_lines.h"
 #include "tests/support/raw_peer.h"
@@ -50,7 +50,7 @@ TEST(Bugs, ATickTakesSoManyStepsOfHandshakes)
     {
         ASSERT_TRUE(raw->m_IsUp);
         peers.push_back(std::make_unique<TlsPeer>(*raw->m_Stream, test::TlsPeerWish()));
-        // The hello goes out.
+        // Sends the hello.
         EXPECT_FALSE(peers.back()->shakeHands());
     }
     int before = 0;
@@ -97,7 +97,7 @@ TEST(Bugs, AHalfOpenConnectionIsNotVisitedWithEachTick)
         system.tick();
         EXPECT_EQ(bell, 0) << i;
     }
-    // Its time runs all the same.
+    // Its deadline is still in force.
     const test::LogLines log;
     clock.advance(zet::TlsContext::kDefaultHandshakeTime);
     system.tick();

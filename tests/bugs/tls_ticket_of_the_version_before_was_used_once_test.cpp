@@ -1,5 +1,5 @@
-// A ticket of TLS 1.2 was thrown away with its first use. A server of that version need not send a new one when a
-// session is resumed, so every other connection began anew.
+// A TLS 1.2 ticket was discarded after its first use. A server of that version need not send a new one when a session
+// is resumed, so every other connection started a new session.
 #include "tests/support/child.h"
 #include "tests/support/tls_pair.h"
 

@@ -1,5 +1,5 @@
-// A peer that sent a packet in TLS records of one byte each held a tick for as many of them as had come: one request of
-// the stream opened records until it had the packet, or a mebibyte of it. A request now opens a number of them, and
+// A peer that sent a packet in one-byte TLS records prolonged a tick for as many of them as had arrived: one read of
+// the stream decrypted records until it had the packet, or 1 MiB of it. A read now decrypts a bounded number, and
 // leaves the rest to the next tick.
 #include "framework/time.h"
 #include "tests/support/raw_peer.h"
@@ -35,7 +35,7 @@ TEST(Bugs, ATickOpensNotAllOfManyTinyTlsRecords)
             most = std::max(most, net.accepted()->available() - before);
         before = net.accepted()->available();
     }
-    // Two requests for the packet, and what the tick of the stream adds.
+    // Two reads for the packet, plus the tick of the stream.
     EXPECT_LE(most, 1024);
 }
 

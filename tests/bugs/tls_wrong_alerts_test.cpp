@@ -1,6 +1,6 @@
-// A peer whose certificate was refused heard "bad certificate" where its issuer was unknown, and a TLS 1.2 client that
-// had not shown the certificate that the server requires heard an alert of an old version. The protocol names
-// unknown_ca (48) and handshake_failure (40).
+// A peer whose certificate was refused received "bad certificate" if its issuer was unknown, and a TLS 1.2 client that
+// had not sent the required certificate received an alert of an old version. The protocol specifies unknown_ca (48) and
+// handshake_failure (40).
 #include "tests/support/log_lines.h"
 #include "tests/support/raw_peer.h"
 #include "tests/support/tls_pair.h"
@@ -29,7 +29,7 @@ constexpr int kCertificateRequired = 116;
 const char* const kVersion12 = "NORMAL:-VERS-ALL:+VERS-TLS1.2";
 const char* const kVersion13 = "NORMAL:-VERS-ALL:+VERS-TLS1.3";
 
-// What a client of another make hears from a server that requires certificates.
+// The alert that a test client receives from a server that requires certificates.
 int alertOfServer(const char* version, const test::Certificate& certificate)
 {
     const test::LogLines log;
@@ -44,7 +44,7 @@ int alertOfServer(const char* version, const test::Certificate& certificate)
     wish.m_Priority = version;
     wish.m_Certificate = certificate;
     TlsPeer peer(*raw.m_Stream, wish);
-    // A client of 1.3 is done before the server has seen its certificate.
+    // A TLS 1.3 client completes before the server has verified its certificate.
     tickUntil(net.m_System,
               [&]
               {
@@ -55,7 +55,7 @@ int alertOfServer(const char* version, const test::Certificate& certificate)
     return peer.alert();
 }
 
-// What a server of another make hears from our client.
+// The alert that a test server receives from our client.
 int alertOfClient(const char* version, const test::Certificate& certificate)
 {
     const test::LogLines log;

@@ -1,4 +1,4 @@
-// The trace line of a command that came by a socket went to the standard error, while the fields of the same command
+// The trace line of a command received by a socket went to the standard error, while the fields of the same command
 // went to the standard output. Whether there is a trace was decided by a macro of each file that includes the header.
 #include "commands/registry.h"
 #include "dispatch/analyser.h"
@@ -40,7 +40,7 @@ Printed printedBy(Call call)
 
 const std::string kTime = R"(\*\*\* \d{4}/\d{2}/\d{2} \d{2}:\d{2}:\d{2}\.\d{3} \*\*\* <<<)";
 
-TEST(Bugs, TheTraceOfASocketCommandStandsInFrontOfItsFields)
+TEST(Bugs, TheTraceOfASocketCommandPrecedesItsFields)
 {
     const Printed printed = printedBy([] { TraceSocketCommand(Shown(), L"\u4E2D 10.0.0.1:80"); });
     EXPECT_TRUE(
@@ -49,7 +49,7 @@ TEST(Bugs, TheTraceOfASocketCommandStandsInFrontOfItsFields)
     EXPECT_EQ(printed.m_Error, "");
 }
 
-TEST(Bugs, TheTraceOfACommandStandsInFrontOfItsFields)
+TEST(Bugs, TheTraceOfACommandPrecedesItsFields)
 {
     const Printed printed = printedBy([] { TraceCommand(Shown()); });
     EXPECT_TRUE(std::regex_match(printed.m_Output, std::regex(kTime + "\r?\nfields\r?\n"))) << printed.m_Output;

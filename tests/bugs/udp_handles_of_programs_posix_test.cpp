@@ -1,4 +1,4 @@
-// A program that a host started inherited its UDP ports, as it did its other handles.
+// A program that a host started inherited the host's UDP ports, like its other handles.
 #ifdef __linux__
 
 #include "tests/support/handles_of_program.h"

@@ -1,5 +1,5 @@
-// A UDP server that was told its port alone, without an address, said that it had the port 0. So did one that took a
-// bound handle over.
+// A UDP server that was given only a port, without an address, reported port 0. So did one that took over a bound
+// handle.
 #include "tests/support/udp_test.h"
 
 namespace

@@ -1,6 +1,5 @@
-// A peer that vanished, by a broken line or a lost power supply, was never noticed over TCP: an accepted connection was
-// not probed, and bytes without an acknowledgement waited for many minutes. The line is cut here in a network namespace
-// of the test's own.
+// A peer that vanished, by a broken line or a power failure, was never detected over TCP: an accepted connection was
+// not probed, and unacknowledged bytes waited for many minutes. The test breaks the line in its own network namespace.
 #include "tests/support/raw_peer.h"
 
 #include <gtest/gtest.h>
@@ -75,7 +74,7 @@ bool setLine(bool isUp)
     return isSet;
 }
 
-// Runs on a thread of its own, whose namespace goes with it.
+// Runs on its own thread, whose namespace ends with it.
 void cutLine(bool sends, bool& isSkipped)
 {
     isSkipped = ::unshare(CLONE_NEWNET) != 0 || !setLine(true);
@@ -105,7 +104,7 @@ TEST(Bugs, APeerThatVanishedIsNoticed)
         bool isSkipped = false;
         std::thread(cutLine, sends, std::ref(isSkipped)).join();
         if (isSkipped)
-            GTEST_SKIP() << "network namespaces are not to be had here";
+            GTEST_SKIP() << "network namespaces are not available here";
     }
 }
 

@@ -127,7 +127,7 @@ TEST(MaskImage, MissingBytesKeepWhatAUsedObjectHeld)
     EXPECT_EQ(Bytes(image->m_Data, image->m_Data + 6), (Bytes{5, 5, 7, 7, 0, 0}));
 }
 
-TEST(MaskImage, BytesAreTriedBehindAFailedField)
+TEST(MaskImage, BytesAreTriedAfterAFailedField)
 {
     CCmdPackager pk;
     CCmdHead(command_id::CCmdMaskImage).Write(&pk);

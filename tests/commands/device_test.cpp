@@ -8,7 +8,7 @@
 namespace
 {
 
-// Shows the two conversions.
+// Makes the two conversions accessible.
 struct Sensor : CCmdSensorEvent
 {
     using CCmdSensorEvent::convertByte2GSensor;
@@ -17,7 +17,7 @@ struct Sensor : CCmdSensorEvent
 
 } // namespace
 
-TEST(SensorEvent, MiddleCodeStandsForZero)
+TEST(SensorEvent, MiddleCodeMeansZero)
 {
     const Sensor sensor;
     EXPECT_EQ(sensor.convertGSensor2Byte(0.0f), 128);

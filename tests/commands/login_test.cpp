@@ -115,7 +115,7 @@ TEST(ServerListReply, MapStaysWhereItIsNotReached)
     EXPECT_EQ(reply.m_PlatformServerInfos.size(), 2u);
 }
 
-TEST(ServerListReply, OfTwoEntriesWithOneNodeTheLaterStands)
+TEST(ServerListReply, OfTwoEntriesWithOneNodeTheLaterWins)
 {
     CCmdPackager packager;
     beginServerList(packager, 3);

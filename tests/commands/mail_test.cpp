@@ -53,7 +53,7 @@ TEST(MailReceiveReply, CutLetterStaysAsFarAsItWasRead)
     EXPECT_EQ(reply.m_Letters[1].m_LetterId, -1);
 }
 
-TEST(MailReceiveReply, LettersThatAreNotThereAreDefaultMadeUpToTheCount)
+TEST(MailReceiveReply, MissingLettersAreDefaultMadeUpToTheCount)
 {
     CCmdPackager pk;
     beginReply(pk);
@@ -83,7 +83,7 @@ TEST(MailReceiveReply, HostileCountTakesNoMemory)
     EXPECT_LT(allocations.bytes(), 10000);
 }
 
-// Only where text has 32 bits is a text too long to be written.
+// Only with 32-bit units can a text be too long to be written.
 TEST(MailReceiveReply, WriterStopsAtALetterThatFails)
 {
     CCmdMailReceiveReply reply;

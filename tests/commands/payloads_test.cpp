@@ -15,8 +15,8 @@ using tests::written;
 namespace
 {
 
-// A table of exactly two, none of them a destructor, cannot be told from outside; that there is one, and that it has
-// no destructor, can.
+// The number of virtual functions cannot be checked from outside; that there is a table, and that it has no destructor,
+// can.
 template <class T>
 constexpr bool kHasPlainTable = std::is_polymorphic_v<T> && !std::has_virtual_destructor_v<T>;
 
@@ -186,7 +186,7 @@ TEST(MatchPlayer, CutCountLeavesThePairs)
 TEST(MatchPlayer, TextThatFailsSkipsToTheCount)
 {
     CDataPackager packager;
-    // A text of 63 units of which none is there.
+    // A text of 63 announced units without their bytes.
     packager.Write(static_cast<unsigned char>(63));
     for (int value : {1, 7, 70})
         packager.Write(value);

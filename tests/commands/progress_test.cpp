@@ -72,7 +72,7 @@ TEST(RankBoard, ReadingReplacesTheRows)
     EXPECT_EQ(reply.m_SortInfos[0].m_Rank, 0);
 }
 
-TEST(RankBoard, RowsThatThePayloadLacksStandWithDefaultsAndFailNothing)
+TEST(RankBoard, MissingRowsKeepTheirDefaultsAndFailNothing)
 {
     CCmdPackager packager;
     beginAccountBoard(packager, 3);

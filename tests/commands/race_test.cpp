@@ -40,7 +40,7 @@ TEST(PawnRunning, HostileCountTakesNoMemoryAndFailsAtTheHead)
     EXPECT_EQ(running.m_Values.front(), 5);
 }
 
-TEST(PawnRunning, CommandOfAnotherIdFailsBehindItsList)
+TEST(PawnRunning, CommandOfAnotherIdFailsAfterItsList)
 {
     CCmdPackager pk;
     pk.Write(1);

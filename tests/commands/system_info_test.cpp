@@ -43,8 +43,8 @@ TEST(SystemInfoReply, ListIsEmptiedBeforeItsCountIsRead)
     EXPECT_TRUE(received.m_SystemInfos.empty());
 }
 
-// The head is only reached behind the list, so the id is compared late.
-TEST(SystemInfoReply, FrameOfAnotherIdFailsBehindTheList)
+// The head follows the list, so the id is compared late.
+TEST(SystemInfoReply, FrameOfAnotherIdFailsAfterTheList)
 {
     CCmdPackager packager;
     packager.SetCmdID(command_id::CCmdSystemInfoRequest);

@@ -32,7 +32,7 @@ zet::Buffer bufferOf(const char* text)
     return buffer;
 }
 
-// The payload of a tunnel that announces so many bytes and holds none.
+// The payload of a tunnel that announces bytes and has none.
 void beginTunnel(CCmdPackager& packager, unsigned short id, int length)
 {
     writeHead(packager, id);
@@ -133,7 +133,7 @@ TEST(ZoneTunnel, LengthWithoutBytesTakesNoMemory)
     EXPECT_EQ(tunnel.m_Data1.getBufferSize(), 0);
 }
 
-// The tunnel has no limit but the packager's own, unlike a buffer value.
+// Unlike a buffer value, the tunnel is limited only by the packager.
 TEST(ZoneTunnel, TakesMoreThanABufferValue)
 {
     CCmdGZ_serverToClient sent;
@@ -179,7 +179,7 @@ TEST(ZoneList, HostileCountCostsNoMoreThanThePayloadHolds)
     EXPECT_LE(response.m_GameZoneInfos.size(), 1u);
 }
 
-TEST(PlayerRecords, StandInOppositeOrdersOnTheWayInAndOut)
+TEST(PlayerRecords, HaveOppositeOrdersWhenReadAndWritten)
 {
     CCmdGZ_playerEnter enter;
     enter.m_Account.m_AccountId = 1;

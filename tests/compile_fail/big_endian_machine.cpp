@@ -1,5 +1,5 @@
 // expect: a little-endian machine: another one would send other bytes
-// What the compiler says of its machine, turned over.
+// The compiler's byte order macro, inverted.
 #ifdef COMPILE_FAIL
 #pragma GCC diagnostic ignored "-Wbuiltin-macro-redefined"
 #undef __BYTE_ORDER__

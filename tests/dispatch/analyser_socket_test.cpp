@@ -16,7 +16,7 @@ namespace
 
 using zet::Log;
 
-// A socket without a connection that counts what the analyser tells it.
+// A socket without a connection that counts the analyser's calls.
 class CountingSocket : public CCommandSocket
 {
 public:
@@ -82,7 +82,7 @@ TEST_F(AnalyserSocket, HandsTheCommandAndTheInstalledArgumentsToTheHandler)
     EXPECT_EQ(socket->m_Sizes, std::vector<int>{pk.GetDataSize()});
 }
 
-TEST_F(AnalyserSocket, OverflowIdIsToldAndNotCounted)
+TEST_F(AnalyserSocket, OverflowIdIsReportedAndNotCounted)
 {
     const auto analyser = std::make_unique<CCmdAnalyserSocket>();
     pk.SetCmdID(0x4019);
@@ -92,7 +92,7 @@ TEST_F(AnalyserSocket, OverflowIdIsToldAndNotCounted)
     EXPECT_TRUE(socket->m_Sizes.empty());
 }
 
-TEST_F(AnalyserSocket, UnknownIdIsToldAndCounted)
+TEST_F(AnalyserSocket, UnknownIdIsReportedAndCounted)
 {
     const auto analyser = std::make_unique<CCmdAnalyserSocket>();
     pk.SetCmdID(0x4012);
@@ -112,7 +112,7 @@ TEST_F(AnalyserSocket, UnknownFallbackGetsItsTwoArgumentsAndMakesTheResultTrue)
     EXPECT_EQ(socket->m_Sizes.size(), 1u);
 }
 
-TEST_F(AnalyserSocket, FailedParseIsToldTwiceAndFalse)
+TEST_F(AnalyserSocket, FailedParseIsReportedTwiceAndReturnsFalse)
 {
     const auto analyser = std::make_unique<CCmdAnalyserSocket>();
     installEcho(*analyser);
@@ -135,7 +135,7 @@ TEST_F(AnalyserSocket, ErrorFallbackMakesAFailedParseTrue)
     EXPECT_EQ(seen.m_Arg2, 9ul);
 }
 
-TEST_F(AnalyserSocket, FrameThatCannotBeReceivedIsTold)
+TEST_F(AnalyserSocket, FrameThatCannotBeReceivedIsReported)
 {
     const auto analyser = std::make_unique<CCmdAnalyserSocket>();
     zet::InputStream empty;

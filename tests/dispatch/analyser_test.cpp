@@ -18,7 +18,7 @@ namespace
 
 using zet::Log;
 
-// What the handlers and fallbacks of a test saw.
+// The calls of a test's handlers and fallbacks.
 struct Seen
 {
     int m_Handled = 0;
@@ -111,7 +111,7 @@ TEST_F(Analyser, PayloadWithAByteTooFewIsRefused)
     EXPECT_EQ(log.texts().size(), 2u);
 }
 
-TEST_F(Analyser, UnknownAndOverflowIdsAreTold)
+TEST_F(Analyser, UnknownAndOverflowIdsAreReported)
 {
     const auto analyser = std::make_unique<CCmdAnalyser>();
     const test::LogLines log;

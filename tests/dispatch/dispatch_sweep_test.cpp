@@ -1,4 +1,4 @@
-// Every command on the whole road: written, framed, received, dispatched through both analysers.
+// Every command end to end: written, framed, received, dispatched by both analysers.
 #include "dispatch/analyser.h"
 #include "dispatch/analyser_socket.h"
 #include "framework/memory_stream.h"
@@ -21,7 +21,7 @@ namespace
 using tools::ClassInfo;
 using tools::Family;
 
-// What a handler was given, as JSON; the class stands in the first argument.
+// The command that a handler received, as JSON; the first argument identifies the class.
 struct Arrived
 {
     const ClassInfo* m_Info;
@@ -33,7 +33,7 @@ void note(CCmdHead* command, unsigned long arg)
 {
     Arrived& arrived = test::objectOf<Arrived>(arg);
     ++arrived.m_Count;
-    // Every command derives from its head alone, so the head's address is the command's.
+    // Every command has a single base, its head, so the head's address is the command's.
     arrived.m_Fields = tools::objectJson(arrived.m_Info->m_Wire(), command).dump();
 }
 
@@ -139,7 +139,7 @@ TEST(DispatchSweep, PayloadWithAByteTooManyIsRefusedForEveryCommand)
         });
 }
 
-// Whether the last thing on the wire can fail a reading: an element of an untested list cannot.
+// Whether a missing last value fails the read: an element of an untested list does not.
 bool tailDecides(const wire::Schema& schema)
 {
     const wire::Field& last = schema.fields.back();
@@ -180,7 +180,7 @@ TEST(DispatchSweep, DatagramsWithAddressesAreSurvivedByEveryCommand)
             {
                 for (unsigned size = 0; size <= 40; ++size)
                 {
-                    // Unpack leaves the read pointer behind the addresses that it did not take from here.
+                    // Unpack leaves the read pointer after the addresses, which it did not read from here.
                     const unsigned word = size << 2 | flags;
                     std::string datagram{static_cast<char>(info.m_Id), static_cast<char>(info.m_Id >> 8),
                                          static_cast<char>(word >> 8 | 0x40), static_cast<char>(word)};

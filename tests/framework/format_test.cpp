@@ -128,7 +128,7 @@ TEST(Format, PercentStandsForItself)
     EXPECT_EQ(wide(L""), L"");
 }
 
-TEST(Format, PatternThatDoesNotFitComesBack)
+TEST(Format, MismatchedPatternIsReturned)
 {
     EXPECT_EQ(wide(L"%d"), L"%d");
     EXPECT_EQ(wide(L"%d %d", 1), L"%d %d");
@@ -166,7 +166,7 @@ TEST(Format, LongResultsAreWhole)
 TEST(Format, LocaleHasNoSay)
 {
     const std::string before = std::setlocale(LC_ALL, nullptr);
-    // Where the machine has no such locale the test still holds the plain form.
+    // If the machine has no such locale, the test still checks the plain form.
     for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", ""})
         if (std::setlocale(LC_ALL, name))
             break;

@@ -1,4 +1,4 @@
-// The way through the C library, which only some standard libraries need, beside the standard library's own.
+// The implementation by the C library, which only some standard libraries need, compared with the standard library's.
 #include "framework/platform/from_chars.h"
 
 #include <gtest/gtest.h>

@@ -27,12 +27,12 @@ JsonValue parsed(const std::wstring& text)
     return value;
 }
 
-// How many units of a text are taken, or -1 where there is no value.
+// The number of units parsed, or -1 if there is no value.
 long taken(const std::wstring& text)
 {
     JsonValue value(5);
     const wchar_t* end = Json::parseValue(text.c_str(), value);
-    // What is refused leaves null.
+    // Refused text leaves null.
     EXPECT_TRUE(end || value.isNull());
     return end ? static_cast<long>(end - text.c_str()) : -1;
 }
@@ -91,11 +91,11 @@ TEST(Json, TextIsEscapedOnlyWhereItMust)
 {
     EXPECT_EQ(textOf(JsonValue(L"a\"b\\c/\n\t\x01\x7F")), L"\"a\\\"b\\\\c/\\n\\t\\u0001\x7F\"");
     EXPECT_EQ(textOf(JsonValue(L"\u4E2D\U0001F3BE")), L"\"\u4E2D\U0001F3BE\"");
-    // A zero inside of a text is a character like any other.
+    // A zero inside a text is an ordinary character.
     const Wide zeros(L"\0a\0\0b\0", 6);
     EXPECT_EQ(textOf(JsonValue(zeros)), L"\"\\u0000a\\u0000\\u0000b\\u0000\"");
     EXPECT_TRUE(parsed(L"\"\\u0000a\\u0000\\u0000b\\u0000\"").asString() == zeros);
-    // A unit that is no character comes out as the replacement.
+    // An invalid unit is printed as the replacement character.
     const wchar_t alone[] = {L'x', static_cast<wchar_t>(0xD800), L'\0'};
     EXPECT_EQ(textOf(JsonValue(alone)), L"\"x\uFFFD\"");
 }
@@ -118,7 +118,7 @@ TEST(Json, ParsingReturnsTheEndOfWhatWasTaken)
     EXPECT_EQ(taken(L"\"\u4E2D\U0001F3BE\"x"), 2 + static_cast<long>(std::wstring(L"\u4E2D\U0001F3BE").size()));
 }
 
-TEST(Json, NumberEndsInFrontOfWhatFollows)
+TEST(Json, NumberEndsBeforeWhatFollows)
 {
     EXPECT_EQ(taken(L"12"), 2);
     EXPECT_EQ(taken(L"12 "), 2);
@@ -130,13 +130,13 @@ TEST(Json, NumberEndsInFrontOfWhatFollows)
     EXPECT_EQ(parsed(L"01").asInt32(), 0);
 }
 
-TEST(Json, TextThatIsNoValueIsRefused)
+TEST(Json, InvalidTextIsRefused)
 {
     for (const wchar_t* text : {L"",      L"  ",      L"{",           L"[1,",    L"[1,]", L"{\"a\"}",  L"{\"a\":}",
                                 L"{a:1}", L"tru",     L"\"open",      L"'a'",    L"-",    L"1.",       L"1e",
                                 L"1e999", L"\"\\x\"", L"\"\\ud800\"", L"\"\n\"", L"]",    L"// no\n1", L"NaN"})
         EXPECT_EQ(taken(text), -1) << std::string(text, text + std::wcslen(text));
-    // A unit of 16 bits is a character whatever it is.
+    // Every 16-bit unit is accepted as a character.
     const wchar_t odd[] = {L'"', static_cast<wchar_t>(-1), L'"', L'\0'};
     EXPECT_EQ(taken(odd), sizeof(wchar_t) == 2 ? 3 : -1);
     JsonValue value(5);
@@ -160,7 +160,7 @@ TEST(Json, DepthIsBounded)
     for (int i = 0; i < 100000; ++i)
         objects += L"{\"a\":";
     EXPECT_EQ(taken(objects), -1);
-    // Beside one another there may be any number.
+    // The limit is on nesting, not on the number.
     std::wstring beside = L"[[]";
     for (int i = 0; i < 1000; ++i)
         beside += L",[]";
@@ -238,7 +238,7 @@ TEST(Json, NumbersConvertWithoutTheirFraction)
     EXPECT_EQ(parsed(L"0.1").asFloat(), 0.1f);
 }
 
-TEST(Json, WhatIsNotThereIsNull)
+TEST(Json, MissingMembersAreNull)
 {
     const JsonValue array = parsed(L"[1,2]");
     EXPECT_EQ(array.size(), 2);

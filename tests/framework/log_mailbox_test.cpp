@@ -22,8 +22,8 @@ bool contains(const std::wstring& text, const wchar_t* part)
     return text.find(part) != std::wstring::npos;
 }
 
-// A log module that stands still or fails where its test says so, and notes what it is told. The modules of a process
-// stay, so there is one for all tests.
+// A log module that stalls or fails on demand, and records its calls. Modules stay for the whole process, so all tests
+// share one.
 class Writer
 {
 public:
@@ -33,7 +33,7 @@ public:
         return *writer;
     }
 
-    // Started, with nothing noted, as long as it lives.
+    // Started during its lifetime, with an empty record.
     class Use
     {
     public:
@@ -71,7 +71,7 @@ private:
     }
 
 public:
-    // The next line is not done until release().
+    // The next line blocks until release().
     void hold()
     {
         const std::lock_guard lock(m_Mutex);
@@ -111,7 +111,7 @@ private:
         std::unique_lock lock(m_Mutex);
         m_IsInside = true;
         m_IsFree.wait(lock, [this] { return !m_IsHeld; });
-        // What stands in the way of other modules is no matter of these tests.
+        // Faults of other modules do not concern these tests.
         if (!contains(line, L"FileLog") && !contains(line, L"ConsoleLog") && !contains(line, L"NotingLog"))
             m_Lines.emplace_back(line);
     }
@@ -142,14 +142,14 @@ std::vector<std::wstring> aboutTheWriter(const std::vector<std::wstring>& lines)
 
 } // namespace
 
-TEST(LogMailbox, ModuleThatStandsStillHoldsNobodyWhoLogs)
+TEST(LogMailbox, StalledModuleBlocksNoLoggingThread)
 {
     Writer& writer = Writer::get();
     const Writer::Use use;
     writer.hold();
     Log::message(L"first");
     ASSERT_TRUE(test::eventually([&] { return writer.isInside(); }));
-    // All of these come back while the first line is not written yet.
+    // All of these return while the first line is not written yet.
     for (int i = 0; i < 1000; ++i)
         Log::error(L"line %d", i);
     Log::whistle(true);
@@ -172,9 +172,9 @@ TEST(LogMailbox, LinesThatWaitGoOutTogether)
     writer.release();
     EXPECT_TRUE(Log::flush(20000));
     EXPECT_EQ(writer.lines().size(), 1001u);
-    // One for the line that went alone, one for those that waited.
+    // One flush for the first line, one for those that waited.
     EXPECT_EQ(writer.flushes(), 2);
-    // And one where nothing waits.
+    // And one if nothing waits.
     Log::message(L"last");
     EXPECT_TRUE(test::eventually([&] { return writer.flushes() == 3; }));
 }
@@ -190,13 +190,13 @@ TEST(LogMailbox, LinesBeyondTheBoundAreCountedAndReported)
     ASSERT_TRUE(test::eventually([&] { return writer.isInside(); }));
     for (int i = 0; i < 10000; ++i)
         Log::message(L"%d", i);
-    // 8,192 wait, the first one among them.
+    // 8,192 wait, including the first one.
     EXPECT_GE(Log::getLostLines() - before, 1809u);
     writer.release();
     EXPECT_TRUE(Log::flush(20000));
     Log::message(L"behind");
     EXPECT_TRUE(Log::flush(20000));
-    // Another module's report may have taken a place among those that wait, or have found none.
+    // Another module's report may have used a place in the queue, or have been dropped.
     const std::vector<std::wstring> lines = writer.lines();
     EXPECT_GE(lines.size(), 8190u);
     EXPECT_LE(lines.size(), 8192u + 5u);
@@ -249,7 +249,7 @@ TEST(LogMailbox, FailureIsReportedOnceAndItsEndToo)
     EXPECT_EQ(aboutTheWriter(others.texts()).size(), 2u);
 }
 
-TEST(LogMailbox, StopComesBehindTheLinesThatWait)
+TEST(LogMailbox, StopFollowsTheWaitingLines)
 {
     Writer& writer = Writer::get();
     const Writer::Use use;
@@ -259,7 +259,7 @@ TEST(LogMailbox, StopComesBehindTheLinesThatWait)
     EXPECT_EQ(writer.lines().size(), 500u);
 }
 
-// A thread sanitizer lets no forked process have further threads.
+// The thread sanitizer does not support threads in a forked process.
 #if defined(__linux__) && !defined(__SANITIZE_THREAD__)
 TEST(LogMailbox, ForkedProcessWritesWithAThreadOfItsOwn)
 {

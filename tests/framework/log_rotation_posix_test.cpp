@@ -1,4 +1,4 @@
-// What docs/operating.md says of rotating the files of the log.
+// Tests what docs/operating.md states about rotating log files.
 #include "framework/log.h"
 #include "framework/module.h"
 #include "framework/string_helper.h"
@@ -46,7 +46,7 @@ protected:
         std::filesystem::remove_all(m_Directory);
     }
 
-    // The file of today, with what was logged so far; empty if there is no file.
+    // The content of today's file; empty if there is no file.
     std::filesystem::path file() const
     {
         EXPECT_TRUE(Log::flush(kMostMilliseconds));

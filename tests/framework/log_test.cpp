@@ -18,7 +18,7 @@ namespace
 
 using Lines = std::vector<std::pair<Log::Level, std::wstring>>;
 
-// Gathers the lines of the log as long as it lives.
+// Collects log lines during its lifetime.
 class Listener
 {
 public:
@@ -37,7 +37,7 @@ private:
     int m_Number;
 };
 
-// A log module in the test itself, which notes what it is told. A module stays for the rest of the process.
+// A log module in the test itself, which records its calls. A module stays for the rest of the process.
 std::vector<std::wstring>& notes()
 {
     static std::vector<std::wstring> list;

@@ -20,7 +20,7 @@ using zet::MessageDispenser;
 using zet::MessageHandler;
 using MessageHandle = zet::Unknown::Handle_T<Message>;
 
-// A message of one number.
+// A message with one number.
 class Number : public Message
 {
 public:
@@ -107,14 +107,14 @@ TEST(Message, TheBaseAddsNothingToTheForm)
     EXPECT_TRUE(message.importFrom(in));
 }
 
-TEST(Message, AWholeOneHasItsClassNameInFront)
+TEST(Message, AWholeOneStartsWithItsClassName)
 {
     Number number;
     number.m_Value = 300;
     EXPECT_EQ(written(number), std::string("\x0ATestNumber\xAC\x02", 13));
 }
 
-TEST(Message, AWholeOneGoesRound)
+TEST(Message, AWholeOneRoundTrips)
 {
     const zet::RtRegistration registered(L"TestNumber", &makeNumber);
     Number number;
@@ -134,7 +134,7 @@ TEST(Message, EveryCutOfAWholeOneIsRefused)
         EXPECT_FALSE(read(whole.substr(0, size))) << size;
 }
 
-TEST(Message, ANameThatIsNoneIsRefused)
+TEST(Message, AnUnknownNameIsRefused)
 {
     const zet::RtRegistration registered(L"TestNumber", &makeNumber);
     EXPECT_FALSE(read(std::string(1, '\0') + "\x05"));
@@ -142,7 +142,7 @@ TEST(Message, ANameThatIsNoneIsRefused)
     EXPECT_FALSE(read("\x0A"
                       "Test Class\x05"));
     EXPECT_FALSE(read("\x0BTestNumber\n\x05"));
-    // No name ends within itself.
+    // A name that is truncated.
     EXPECT_FALSE(read(std::string("\x0CTestNumber\0x\x05", 14)));
     // 129 bytes, and 2^63 of them.
     EXPECT_FALSE(read("\x81\x01" + std::string(129, 'a') + "\x05"));
@@ -150,7 +150,7 @@ TEST(Message, ANameThatIsNoneIsRefused)
     EXPECT_FALSE(read(std::string(12, '\xFF')));
 }
 
-TEST(Message, AClassThatIsNoMessageIsRefused)
+TEST(Message, AClassOtherThanAMessageIsRefused)
 {
     const zet::RtRegistration registered(L"TestPlain", &makePlain);
     EXPECT_FALSE(read("\x09TestPlain"));
@@ -190,7 +190,7 @@ TEST(Message, ASinkThatIsFullIsNotThrownAtTheCaller)
     EXPECT_FALSE(Message::writeWhole(out, Number()));
 }
 
-// Notes what it is called with.
+// Records its calls.
 struct Host
 {
     void onNumber(Number* number) { m_Notes += 'n' + std::to_string(number->m_Value); }

@@ -19,7 +19,7 @@ using Module = zet::Unknown::Handle_T<DllModule>;
 namespace
 {
 
-// A directory for one test, gone behind it.
+// A directory for one test, deleted afterwards.
 class TempDirectory
 {
 public:
@@ -85,7 +85,7 @@ TEST(Module, LoadsOnceByTheNameOnTheReferencePlatform)
 
 TEST(ConsoleLog, ShowsEachLineAsItComes)
 {
-    // The module object goes at once; the log module stays.
+    // The module object is destroyed at once; the log module stays.
     ASSERT_TRUE(DllModule::createInstance()->load(L"zet_ConsoleLog.dll"));
     testing::internal::CaptureStderr();
     Log::message(L"before start");
@@ -105,7 +105,7 @@ TEST(FileLog, WritesUtf8LinesBelowItsPath)
     ASSERT_TRUE(DllModule::createInstance()->load(L"zet_FileLog.dll"));
     testing::internal::CaptureStderr();
     Log::start();
-    // The path comes behind the start, and its directories are not there yet.
+    // The path is set after the start, and its directories do not exist yet.
     Log::setparam(
         zet::formatText(L"FileLog@path=%s/log/game/", directory.m_Path.generic_wstring().c_str()).getBuffer());
     Log::message(L"\u4E0D\u80FD");
@@ -116,7 +116,7 @@ TEST(FileLog, WritesUtf8LinesBelowItsPath)
     Log::message(L"fourth");
     Log::message(L"fifth");
     EXPECT_TRUE(Log::flush(10000));
-    // Still running: what was put out is in the file already.
+    // Still running: the written lines are already in the file.
     const std::vector<std::string> lines = directory.getLines();
     Log::stop();
     Log::message(L"behind stop");
@@ -127,7 +127,7 @@ TEST(FileLog, WritesUtf8LinesBelowItsPath)
     EXPECT_EQ(withoutTime(lines[4]), "[M] fifth");
     EXPECT_EQ(directory.getLines().size(), 5u);
 
-    // A new start goes on in the same file.
+    // A new start continues in the same file.
     testing::internal::CaptureStderr();
     Log::start();
     Log::message(L"sixth");
@@ -165,7 +165,7 @@ TEST(Yield, BelongsToTheSystemThatItIsGiven)
 {
     const zet::Unknown::Handle_T<zet::Yield> yield = zet::Yield::createInstance();
     EXPECT_EQ(yield->getSystem(), nullptr);
-    // The system is only passed on here, so any address does.
+    // The system is only passed on here, so any address works.
     int place = 0;
     zet::System* const system = reinterpret_cast<zet::System*>(&place);
     yield->attach(system);

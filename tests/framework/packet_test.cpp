@@ -19,7 +19,7 @@ Bytes bytesOf(const std::string& text)
     return Bytes(text.begin(), text.end());
 }
 
-// A source that shows nothing in place and delivers at most so many bytes at a time.
+// A source that shows nothing in place and delivers at most a given number of bytes at a time.
 class DripInput : public zet::Input
 {
 public:
@@ -44,7 +44,7 @@ public:
     int m_Step;
 };
 
-// A sink that takes so many bytes and no more.
+// A sink that accepts only a given number of bytes.
 class NarrowOutput : public zet::Output
 {
 public:
@@ -262,7 +262,7 @@ TEST(PacketReader, APacketWithoutAStreamIsTheSame)
     zet::InputStream stream;
     ASSERT_TRUE(reader.read(stream));
     EXPECT_EQ(stream.available(), 6);
-    // The stream shows its packet no longer than until then.
+    // The packet of the stream is valid only until then.
     ASSERT_TRUE(reader.read(packet));
     EXPECT_TRUE(stream.isEmpty());
     EXPECT_EQ(Bytes(packet.begin(), packet.end()), bytesOf("third"));

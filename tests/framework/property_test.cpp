@@ -23,7 +23,7 @@ using zet::PropertyFactory;
 using zet::PropertyHelper;
 using Text = zet::String_T<wchar_t>;
 
-// A part of a property class, named so that no class of the library is like it.
+// A part of a property class, with a name that no class of the library has.
 class Point : public Property
 {
 public:
@@ -194,14 +194,14 @@ TEST(Property, UnknownNamesArePassedOver)
     EXPECT_TRUE(point.m_Bytes == bufferOf({1}));
 }
 
-TEST(Property, WhatIsNoObjectIsRefused)
+TEST(Property, AnythingButAnObjectIsRefused)
 {
     Point point;
     for (const wchar_t* text : {L"[]", L"null", L"1", L"\"id\"", L"true"})
         EXPECT_FALSE(point.importProperty(parsed(text))) << Text(text).getLength();
 }
 
-TEST(Property, AValueThatDoesNotFitLeavesItsFieldAndThoseBehindIt)
+TEST(Property, AMismatchedValueLeavesItsFieldAndThoseAfterIt)
 {
     Point point;
     point.m_Id = idOf(1);
@@ -225,7 +225,7 @@ TEST(Property, AValueThatDoesNotFitLeavesItsFieldAndThoseBehindIt)
         EXPECT_TRUE(point.m_Id == idOf(1));
         EXPECT_TRUE(point.m_Bytes == bufferOf({5}));
     }
-    // The fields before it are taken.
+    // The fields before it are set.
     EXPECT_FALSE(point.importProperty(parsed(L"{\"id\":\"00000000000000000000000000000000\",\"bytes\":7}")));
     EXPECT_TRUE(point.m_Id.isNull());
 }
@@ -274,7 +274,7 @@ class NoProperty : public zet::Unknown
 {
 };
 
-TEST(Property, WhatIsNoWholeObjectMakesNone)
+TEST(Property, AnIncompleteObjectMakesNone)
 {
     const Registered registered;
     const zet::RtRegistration other(L"TestNoProperty", &make<NoProperty>);

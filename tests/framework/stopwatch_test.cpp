@@ -24,8 +24,8 @@ TEST(Stopwatch, IsNeverMoreThanAMillisecondBehindTheTick)
     const unsigned int before = zet::getTimeTick();
     zet::Stopwatch watch;
     const unsigned int after = zet::getTimeTick();
-    // The fact is one between two clocks of the machine, so no test clock stands in for them: this runs against the
-    // tick for some milliseconds, so that both ways to an answer are taken.
+    // This compares two real clocks, so a test clock cannot replace them: it runs against the tick for some
+    // milliseconds, so that both code paths are used.
     while (zet::getTimeTick() - after < 5)
     {
         const unsigned int least = zet::getTimeTick() - after;

@@ -20,7 +20,7 @@ namespace
 
 using Memory = zet::Unknown::Handle_T<MemoryStream>;
 
-// Takes a fixed number of bytes and then no more.
+// Accepts a fixed number of bytes.
 class FullOutput : public zet::Output
 {
 public:
@@ -36,7 +36,7 @@ private:
     int m_Room;
 };
 
-// Gives single bytes and shows nothing in one piece, as a slow source may.
+// Delivers single bytes and shows nothing in one piece, as a slow source may.
 class DripInput : public zet::Input
 {
 public:
@@ -242,7 +242,7 @@ TEST(Streams, UuidGoesAsItsBytes)
     EXPECT_TRUE(back == id);
 }
 
-TEST(Streams, VectorStandsBehindItsCount)
+TEST(Streams, VectorFollowsItsCount)
 {
     std::vector<Uuid> ids(3);
     for (Uuid& id : ids)
@@ -332,7 +332,7 @@ TEST(Streams, VarintOfMoreThan64BitsThrows)
     EXPECT_EQ(textOfThrow([&] { in >> number; }), L"Varint::operator >>");
 }
 
-TEST(Streams, BufferStandsBehindItsSize)
+TEST(Streams, BufferFollowsItsSize)
 {
     Buffer buffer(200);
     buffer.getBuffer()[199] = 7;

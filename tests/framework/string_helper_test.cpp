@@ -49,22 +49,22 @@ TEST(StringHelper, NullIsEmpty)
     EXPECT_TRUE(StringHelper::wideToUtf8(nullptr).isEmpty());
 }
 
-TEST(StringHelper, WhatIsNoUtf8IsReplaced)
+TEST(StringHelper, InvalidUtf8IsReplaced)
 {
     EXPECT_EQ(wide("a\x80z"), L"a\uFFFDz");
     EXPECT_EQ(wide("a\xFFz"), L"a\uFFFDz");
     EXPECT_EQ(wide("a\xE4\xB8z"), L"a\uFFFDz");
     EXPECT_EQ(wide("a\xE4\xB8"), L"a\uFFFD");
     EXPECT_EQ(wide("a\xF0"), L"a\uFFFD");
-    // Too long for their values.
+    // Overlong sequences.
     EXPECT_EQ(wide("\xC0\x80"), L"\uFFFD\uFFFD");
     EXPECT_EQ(wide("\xE0\x80\x80"), L"\uFFFD\uFFFD\uFFFD");
-    // Half a pair, and above the last character.
+    // Half a surrogate pair, and above the last code point.
     EXPECT_EQ(wide("\xED\xA0\x80"), L"\uFFFD\uFFFD\uFFFD");
     EXPECT_EQ(wide("\xF4\x90\x80\x80"), L"\uFFFD\uFFFD\uFFFD\uFFFD");
 }
 
-TEST(StringHelper, UnitThatIsNoCharacterIsReplaced)
+TEST(StringHelper, InvalidUnitIsReplaced)
 {
     const auto unit = [](unsigned value) { return std::wstring(1, static_cast<wchar_t>(value)); };
     EXPECT_EQ(narrow(unit(0xD800)), "\xEF\xBF\xBD");

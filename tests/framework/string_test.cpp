@@ -12,7 +12,7 @@ using Narrow = String_T<char>;
 namespace
 {
 
-// Whether the text of a string lies in the object itself, which is to say that it cost no allocation.
+// Whether the text of a string is inside the object, that is, without an allocation.
 template <class T>
 bool liesInside(const String_T<T>& text)
 {
@@ -169,7 +169,7 @@ TEST(String, OrderIsByUtf16Unit)
     EXPECT_TRUE(Wide(L"a") < Wide(L"ab"));
     EXPECT_FALSE(Wide(L"ab") < L"a");
     EXPECT_FALSE(Wide(L"a") < Wide(L"a"));
-    // U+10000 begins with the unit 0xD800 and so stands before U+FF21 in 16-bit and in 32-bit text alike.
+    // U+10000 starts with the unit 0xD800 and so sorts before U+FF21 in 16-bit and in 32-bit text alike.
     EXPECT_TRUE(Wide(L"\U00010000") < Wide(L"\uFF21"));
     EXPECT_FALSE(Wide(L"\uFF21") < Wide(L"\U00010000"));
     EXPECT_TRUE(Wide(L"\uD7FF") < Wide(L"\U00010000"));
@@ -200,7 +200,7 @@ TEST(String, FindStartsAtThePlace)
     EXPECT_EQ(text.find(L'a', 99), -1);
 }
 
-TEST(String, SubStringLeavesOutWhatIsNotThere)
+TEST(String, SubStringIsCutAtTheEnd)
 {
     const Wide text(L"abcdef");
     EXPECT_TRUE(text.getSubString(2, 3) == L"cde");

@@ -50,7 +50,7 @@ TEST(System, RunInitsTicksUntilShutdownAndExits)
     NotingSystem system;
     const NotingHandle task = new NotingTask(&system.m_Notes);
     ASSERT_TRUE(task->start(&system));
-    // Each tick takes the whole interval, so the system's own way of sleeping is asked for no time.
+    // Each tick takes the whole interval, so the system's own waiter sleeps for no time.
     task->m_OnTick = [&] { clock.advance(zet::System::kTickInterval); };
     system.m_TicksUntilShutdown = 2;
     EXPECT_TRUE(system.run());
@@ -147,7 +147,7 @@ TEST(System, WakeBeforeWaitIsNotLost)
     system.wait();
 }
 
-// Sleeps by moving a test clock, and writes down for how long.
+// Sleeps by advancing a test clock, and records for how long.
 class ClockWaiter : public zet::System::Waiter
 {
 public:
@@ -191,7 +191,7 @@ TEST(System, WaitEndsWhenTheNextTickIsDue)
     NotingSystem system;
     system.setWaiter(waiter);
     system.tick();
-    // What the tick itself took is part of the interval.
+    // The duration of the tick is part of the interval.
     clock.advance(4);
     system.wait();
     system.tick();
@@ -262,7 +262,7 @@ TEST(System, ExitWithinATickStopsAllAndEndsIt)
     EXPECT_EQ(system.getTaskCount(), 0);
 }
 
-TEST(System, StopsItsTasksWhenItGoes)
+TEST(System, StopsItsTasksWhenDestroyed)
 {
     std::string notes;
     const NotingHandle task = new NotingTask(&notes);
@@ -307,7 +307,7 @@ TEST(ServiceSystem, RunGoesOnTicksAndGoesOff)
     EXPECT_EQ(service.m_Notes, "init on tick off ");
 }
 
-TEST(ServiceSystem, AServiceThatDoesNotComeOnIsNotTicked)
+TEST(ServiceSystem, AServiceThatDoesNotStartIsNotTicked)
 {
     NotingService service;
     service.m_IsOn = false;

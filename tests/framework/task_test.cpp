@@ -102,7 +102,7 @@ TEST(Task, MayStopItselfInItsTickAndLivesToItsEnd)
     EXPECT_EQ(system.getTaskCount(), 0);
 }
 
-TEST(Task, MayStopAnotherThatIsStillToCome)
+TEST(Task, MayStopALaterOne)
 {
     std::string notes;
     zet::System system;
@@ -117,7 +117,7 @@ TEST(Task, MayStopAnotherThatIsStillToCome)
     EXPECT_EQ(system.getTaskCount(), 2);
 }
 
-TEST(Task, OneStartedInATickComesWithTheNext)
+TEST(Task, OneStartedInATickRunsInTheNext)
 {
     std::string notes;
     zet::System system;
@@ -197,7 +197,7 @@ TEST(Task, WakenEndsASleep)
     task->waken();
     system.tick();
     EXPECT_EQ(notes, "t.");
-    // A waking from before the sleep does not end it.
+    // A waken() before the sleep does not end it.
     task->waken();
     task->sleep(1000);
     system.tick();
@@ -206,7 +206,7 @@ TEST(Task, WakenEndsASleep)
 
 TEST(Task, WakenFromAnotherThreadEndsTheWait)
 {
-    // A tick would come only after minutes; the test ends because the other thread ends the wait.
+    // The next tick would be due after minutes; the test ends because the other thread ends the wait.
     std::string notes;
     zet::System system;
     system.setTickInterval(10 * 60 * 1000);

@@ -13,8 +13,8 @@ using zet::Time;
 namespace
 {
 
-// Sets the zone of the process as long as it lives, where a process has one of its own. A zone by rule is the form
-// that needs no files.
+// Sets the zone of the process during its lifetime, if the platform has a zone per process. A zone given by a rule
+// needs no files.
 class Zone
 {
 public:
@@ -62,7 +62,7 @@ bool isTaken(const wchar_t* text)
 {
     Time time(12345);
     const bool taken = time.convertFromString(text);
-    // What is refused changes nothing.
+    // Refused text changes nothing.
     EXPECT_TRUE(taken || time.getSeconds() == 12345);
     return taken;
 }
@@ -149,9 +149,9 @@ TEST(Time, DaylightSavingIsLeftOut)
     EXPECT_EQ(secondsOf(L"2013-7-1 01:00:00"), 1372636800);
     EXPECT_EQ(secondsOf(L"2013-1-1 01:00:00"), 1356998400);
     EXPECT_EQ(textOf(1372636800), L"2013-7-1 01:00:00");
-    // The hour that the summer's clocks leave out is a moment like any other.
+    // The hour skipped by daylight saving is an ordinary time.
     EXPECT_EQ(secondsOf(L"2013-3-31 02:30:00"), secondsOf(L"2013-3-31 01:30:00") + 3600);
-    // A summer's clock on the wall, which the platform shows, does not move it either.
+    // Daylight saving in local time, which the platform shows, does not change it either.
     zet::platform::getLocalTime();
     EXPECT_EQ(zet::getTimeBias(), -3600);
 }
@@ -189,7 +189,7 @@ TEST(Time, LeadingZerosAreFree)
     EXPECT_EQ(secondsOf(L" 2013-1-1  04:05:06 "), secondsOf(L"2013-1-1 4:5:6"));
 }
 
-TEST(Time, TextThatIsNoMomentChangesNothing)
+TEST(Time, InvalidTimeTextChangesNothing)
 {
     EXPECT_FALSE(isTaken(nullptr));
     EXPECT_FALSE(isTaken(L""));

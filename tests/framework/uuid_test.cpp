@@ -39,7 +39,7 @@ TEST(Uuid, CreatedOnesDifferAndAreNotNull)
 
 TEST(Uuid, EveryByteIsRandom)
 {
-    // A byte that never changes in 200 identifiers would be one in 2 to the 1600 by chance.
+    // The probability that a random byte is equal in 200 identifiers is about 2^-1600.
     Uuid first;
     ASSERT_EQ(zet::uuid_create(first), 0);
     bool changed[16] = {};
@@ -73,7 +73,7 @@ TEST(UuidNode, ComparesByItsThreeUnits)
     zet::uuid_node_t b;
     EXPECT_EQ(a.compare(b), 0);
     EXPECT_TRUE(a == b);
-    // As a number 0x0100 stands above 0x00FF, whichever way its bytes lie.
+    // As a number 0x0100 is greater than 0x00FF, whatever the byte order.
     a.m_Node[0] = 0x00FF;
     b.m_Node[0] = 0x0100;
     EXPECT_LT(a.compare(b), 0);

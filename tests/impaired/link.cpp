@@ -29,7 +29,7 @@ using Clock = std::chrono::steady_clock;
 using Packet = std::vector<unsigned char>;
 
 constexpr size_t kLargestPacket = 2048;
-// Packets on one road in one direction; what comes beyond is lost, as in a router.
+// The maximum number of packets on one road in one direction; further ones are dropped, as in a router.
 constexpr size_t kQueue = 1000;
 
 [[noreturn]] void fail(const std::string& what)
@@ -37,7 +37,7 @@ constexpr size_t kQueue = 1000;
     throw std::runtime_error(what + ": " + std::strerror(errno));
 }
 
-// Closed with its block.
+// Closed at the end of its scope.
 struct Handle
 {
     explicit Handle(int handle) : m_Handle(handle) {}
@@ -63,7 +63,7 @@ void setAddress(int asker, unsigned long request, const char* device, const std:
         fail("no address for " + std::string(device));
 }
 
-// A TUN device in the present namespace, up and with an address. It goes when its handle is closed.
+// A TUN device in the current namespace, up and with an address. Deleted when its handle is closed.
 int openDevice(int number, const std::string& address)
 {
     const int tun = open("/dev/net/tun", O_RDWR | O_NONBLOCK | O_CLOEXEC);
@@ -98,7 +98,7 @@ public:
 
     void take(Packet packet, Counts& counts)
     {
-        // Every packet takes the same count of numbers, whatever becomes of it.
+        // Every packet uses the same number of random values, whatever happens to it.
         const bool isLost = roll() < m_Profile.m_LossPercent;
         const bool isDoubled = roll() < m_Profile.m_DuplicatePercent;
         const bool isHeldBack = roll() < m_Profile.m_ReorderPercent;
@@ -119,7 +119,7 @@ public:
         put(std::move(packet), delay + jitter);
     }
 
-    // Hands over what is due.
+    // Delivers the packets that are due.
     void give(int end, Counts& counts)
     {
         for (const Clock::time_point now = Clock::now(); !m_Waiting.empty() && m_Waiting.top().m_Due <= now;)
@@ -139,7 +139,7 @@ private:
         Clock::time_point m_Due;
         long m_Number;
         Packet m_Packet;
-        // The one due first is on top, of equals the one that came first.
+        // The packet due first is on top; of equals the one that arrived first.
         bool operator<(const Waiting& other) const
         {
             return m_Due != other.m_Due ? m_Due > other.m_Due : m_Number > other.m_Number;
@@ -224,7 +224,7 @@ Counts Link::run(int stop)
             Packet packet(kLargestPacket);
             for (ssize_t got; (got = read(m_Ends[from], packet.data(), packet.size())) > 0;)
             {
-                // The fourth version of IP alone; what the system says of its own in the sixth would only disturb.
+                // IPv4 only; the system's own IPv6 packets would disturb the counts.
                 if (packet[0] >> 4 == 4)
                     lanes[1 - from].take(Packet(packet.begin(), packet.begin() + got), counts);
             }

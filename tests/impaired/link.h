@@ -1,4 +1,4 @@
-// A bad road between two network namespaces.
+// An impaired network between two network namespaces.
 #pragma once
 
 #include <string>
@@ -6,16 +6,16 @@
 namespace impaired
 {
 
-// What the road does to each packet, in both directions alike.
+// The effects on each packet, the same in both directions.
 struct Profile
 {
     const char* m_Name;
     double m_LossPercent = 0;
     // One way, in milliseconds.
     double m_Delay = 0;
-    // More or less than the delay, evenly, at most. Packets may overtake one another.
+    // The maximum deviation from the delay, uniform. Packets may be reordered.
     double m_Jitter = 0;
-    // Packets that are held back for m_HeldBack more.
+    // Packets that are delayed by m_HeldBack more.
     double m_ReorderPercent = 0;
     double m_HeldBack = 0;
     double m_DuplicatePercent = 0;
@@ -32,18 +32,18 @@ struct Counts
 // The two ends of road number n are 10.77.n.1, in the first namespace, and 10.77.n.2.
 std::string addressOf(int number, int end);
 
-// Two TUN devices, one in each namespace, and packets handed from one to the other as a profile says. The numbers of
-// the generator begin with a seed, so that a road treats the n-th packet of a direction as it did in the last run.
+// Two TUN devices, one in each namespace, and packets passed from one to the other by a profile. The generator is
+// seeded, so that the n-th packet of a direction is treated as in the last run.
 class Link
 {
 public:
-    // Namespaces by their names below /run/netns. Throws std::runtime_error where something is not to be had.
+    // Namespaces by their names below /run/netns. Throws std::runtime_error if something is not available.
     Link(const std::string& first, const std::string& second, int number, const Profile& profile, unsigned long seed);
     ~Link();
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
 
-    // Hands packets over until the handle becomes readable or is closed by its other end.
+    // Passes packets on until the handle becomes readable or its other end is closed.
     Counts run(int stop);
 
 private:
@@ -52,7 +52,7 @@ private:
     unsigned long m_Seed;
 };
 
-// The calling process goes over into a namespace.
+// Moves the calling process into a namespace.
 void enterNamespace(const std::string& name);
 
 } // namespace impaired

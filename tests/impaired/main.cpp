@@ -1,6 +1,6 @@
-// Commands over bad networks: sends fixed counts of them over TCP, TLS and UDP through roads that lose, delay, reorder
-// and double packets, checks that each arrives once and in order, and prints what it took. Started by scripts/impaired,
-// which makes the two network namespaces; nothing leaves them.
+// Commands over bad networks: sends fixed numbers of commands over TCP, TLS and UDP through links that drop, delay,
+// reorder and duplicate packets, checks that each arrives once and in order, and prints the times. Started by
+// scripts/impaired, which creates the two network namespaces; no packet leaves them.
 #include "tests/impaired/link.h"
 #include "tests/impaired/talk.h"
 
@@ -26,7 +26,7 @@ using namespace impaired;
 constexpr Transport kTransports[] = {Transport::kTcp, Transport::kTls, Transport::kUdp};
 constexpr size_t kTransportCount = std::size(kTransports);
 
-// Loss, delay, jitter, held back: percent and for how long, doubled.
+// Loss, delay, jitter, packets held back (percent and time), duplicates.
 constexpr Profile kProfiles[] = {
     {"clean"},
     {"delay 5 ms", 0, 5},
@@ -59,7 +59,7 @@ constexpr Profile kShortProfiles[] = {
     {"reordered 20 %, doubled 20 %", 0, 5, 2, 20, 5, 20},
 };
 
-// What a runner says of its profile, as it goes through a pipe.
+// A runner's result for its profile, as it is sent through a pipe.
 struct Cell
 {
     char m_Fault[96];
@@ -108,7 +108,7 @@ struct Pipe
         if (write(m_In, &value, sizeof value) != static_cast<ssize_t>(sizeof value))
             throw std::runtime_error("a pipe is broken");
     }
-    // False where nothing comes within the time.
+    // False if nothing arrives in time.
     template <class T>
     bool get(T& value, int milliseconds)
     {
@@ -120,7 +120,7 @@ struct Pipe
     int m_In;
 };
 
-// Runs a task in a process of its own, which ends with this one. Its exit code is 0 where the task returned true.
+// Runs a task in its own process, which ends with this one. Its exit code is 0 if the task returned true.
 pid_t fork(const std::function<bool()>& task)
 {
     std::fflush(nullptr);
@@ -240,14 +240,14 @@ void printHead()
     std::printf("| %8s %6s %6s %6s\n", "passed", "lost", "double", "held");
 }
 
-// A road that was to do something to its packets, often enough for chance not to matter, and did it to none is broken.
+// A link that should have affected packets, often enough for chance not to matter, but affected none, is broken.
 bool isKept(double percent, long done, long passed)
 {
     constexpr double kCertain = 20;
     return done > 0 || percent * static_cast<double>(passed) / 100 < kCertain;
 }
 
-// Whether all went well.
+// Whether everything succeeded.
 bool print(const Profile& profile, const Row& row)
 {
     bool isGood = true;

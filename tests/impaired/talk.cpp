@@ -20,7 +20,7 @@ using test::NoteAnalyser;
 using test::NoteCommand;
 using TlsHandle = zet::Unknown::Handle_T<zet::TlsContext>;
 
-// Milliseconds for a connection to come up; the plan's own limit ends it earlier.
+// Milliseconds for a connection to be established; the plan's own limit ends it earlier.
 constexpr unsigned int kBeginTime = 60000;
 
 double millisecondsSince(Clock::time_point begin)
@@ -34,13 +34,13 @@ bool isReadable(int handle)
     return poll(&wait, 1, 0) > 0;
 }
 
-// The client's side of a plan, whatever carries it.
+// The client's side of a plan, for any transport.
 class Asker
 {
 public:
     explicit Asker(const Plan& plan) : m_Plan(plan) {}
 
-    // The next command, where it is time for one.
+    // Sends the next command, if one is due.
     bool wantsToSend() const
     {
         const int window = m_Sent < m_Plan.m_Singles ? 1 : m_Plan.m_Window;
@@ -71,7 +71,7 @@ public:
     bool isOver() const { return m_Echoed >= m_Plan.m_Singles + m_Plan.m_Streamed; }
     bool isEnough() const { return isOver() || !m_Fault.empty() || millisecondsSince(m_Begun) > m_Plan.m_TimeLimit; }
 
-    // Until all is said, or something is wrong.
+    // Until everything is sent and received, or a fault.
     template <class Socket>
     void run(zet::System& system, Socket& socket)
     {

@@ -1,4 +1,4 @@
-// What is said over a road: commands and their echoes.
+// The traffic over a link: commands and their echoes.
 #pragma once
 
 #include "tests/support/tls_certificates.h"
@@ -16,8 +16,8 @@ enum class Transport
     kUdp
 };
 
-// Fixed counts. First one command at a time, each sent when the echo of the last has come; then all the others at once,
-// as many on their way as m_Window.
+// Fixed counts. First one command at a time, each sent after the echo of the last; then the others as a stream, at most
+// m_Window in flight.
 struct Plan
 {
     int m_Singles;
@@ -25,7 +25,7 @@ struct Plan
     int m_Window = 32;
     int m_SingleBytes = 64;
     int m_StreamedBytes = 1000;
-    // For all of it, in milliseconds.
+    // The time limit for everything, in milliseconds.
     int m_TimeLimit;
 };
 
@@ -36,14 +36,14 @@ struct Outcome
     int m_Echoes = 0;
     // From connect() to the first echo.
     double m_Begin = 0;
-    // Of the single ones, in milliseconds there and back.
+    // Round trips of the single commands, in milliseconds.
     double m_Median = 0;
     double m_High = 0;
-    // Of the streamed ones, kilobytes a second each way.
+    // Throughput of the streamed commands, kilobytes per second each way.
     double m_Throughput = 0;
 };
 
-// What both sides hold for TLS and UDP.
+// Used by both sides for TLS and UDP.
 struct Secrets
 {
     test::Certificate m_Certificate;
@@ -53,8 +53,8 @@ struct Secrets
 bool isThere(Transport transport);
 const char* nameOf(Transport transport);
 
-// Serves one client and gives back what comes, until the handle is closed by its other end. Writes the port to ready.
-// Returns whether all that came was in order.
+// Serves one client and echoes its commands, until the other end of the handle is closed. Writes the port to ready.
+// Returns whether all commands arrived in order.
 bool serve(Transport transport, const Secrets& secrets, int ready, int stop);
 Outcome ask(Transport transport, const Secrets& secrets, const std::string& address, unsigned short port,
             const Plan& plan);

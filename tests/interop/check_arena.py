@@ -27,7 +27,7 @@ def play(both, registry_system, other):
         port = registry.expect(r"^listening on port (\d+)$").group(1)
         first, first_port = service(other, "1", "first", port)
         second, second_port = service(registry_system, "2", "second", port)
-        first.expect("^told of new: second ")
+        first.expect("^new server: second ")
         first.expect("^greeted second ")
         for process in (first, second):
             process.expect("^echo: ")
@@ -38,7 +38,7 @@ def play(both, registry_system, other):
         start(other, "shutdown", "--service", second_port).wait()
         second.expect("^left the registry")
         second.wait()
-        first.expect("^told of fade: second ")
+        first.expect("^server left: second ")
         start(other, "shutdown", "--registry", port).wait()
         first.expect("^left the registry")
         for process in (first, registry):

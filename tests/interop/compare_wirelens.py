@@ -2,7 +2,7 @@
 """Asks wirelens of both systems the same things: compare_wirelens.py GOLDEN --native FOLDER --foreign SYSTEM FOLDER -- EMULATOR
 
 Every line that `read` answers, over all golden vectors in both widths, and every `new` must be the same. Only where the
-width of characters differs, so does what is written again: each text stands in the form of the writer's width."""
+width of characters differs, so do the rewritten bytes: each text has the form of the writer's width."""
 
 import concurrent.futures
 import functools

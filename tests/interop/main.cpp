@@ -1,9 +1,9 @@
-// Two processes that need not be of the same system talk over the loopback, and each checks what it hears:
-//   interop host 16|32 GOLDEN          listens, says its port, and serves one visitor
-//   interop visitor 16|32 GOLDEN PORT  registers, greets, logs in, and recites texts in tunnels
-//   interop lines GOLDEN               says every golden vector in both widths, as lines for wirelens read
-// The number is the width of the other side's characters, GOLDEN the folder of the golden vectors. Returns 0 where all
-// was as it should be.
+// Two processes, possibly of different systems, talk over the loopback, and each checks what it receives:
+//   interop host 16|32 GOLDEN          listens, prints its port, and serves one client
+//   interop visitor 16|32 GOLDEN PORT  the client: registers, greets, logs in, and sends texts in tunnels
+//   interop lines GOLDEN               prints every golden vector in both widths, as lines for wirelens read
+// The number is the width of the other side's characters, GOLDEN the folder of the golden vectors. Returns 0 if
+// everything was as expected.
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "tests/interop/party.h"
@@ -30,7 +30,7 @@ public:
     void onAccept() override
     {
         const zet::Unknown::Handle_T<Host> host(new Host(m_Party));
-        m_Party.check(accept(host.get()), "a visitor is let in");
+        m_Party.check(accept(host.get()), "the client is accepted");
     }
 
 private:
@@ -67,7 +67,7 @@ int sayLines(const std::string& goldenFolder)
     for (const golden::Vector& vector : book.all())
         for (const golden::Width width : {golden::Width::k16, golden::Width::k32})
         {
-            // The head is no class of its own.
+            // The head is not a separate class.
             if (vector.m_Name == "head" || (width == golden::Width::k16 ? !vector.m_Has16 : !vector.m_Has32))
                 continue;
             const std::string bytes = book.bytes(vector, width);

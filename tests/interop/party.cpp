@@ -22,7 +22,7 @@ constexpr wchar_t kHostName[] = L"host \u4E3B\u673A";
 constexpr unsigned long kEchoed = 0xFEDCBA98;
 constexpr unsigned short kIndex = 0x0107;
 
-// Who speaks in the frame of a text: version, index, no address and no account.
+// The head in the frame of a text: version, index, no address and no account.
 const std::string kHead = std::string("\x00\x02\x01\x07", 4) + std::string(17, '\0');
 
 void fillRecord(CCmdServerRegister& record, const wchar_t* name)
@@ -191,7 +191,7 @@ void Host::install(CCmdAnalyserSocket& analyser)
 
 void Host::onRegister(const CCmdServerRegister& command)
 {
-    m_Party.check(isRecord(command, kVisitorName), "the registration names the visitor");
+    m_Party.check(isRecord(command, kVisitorName), "the registration names the client");
     CCmdServerRegisterSuccess success;
     success.m_ServerId = command.m_ServerId;
     send(success);
@@ -199,7 +199,7 @@ void Host::onRegister(const CCmdServerRegister& command)
 
 void Host::onHello(const CCmdServerHello& command)
 {
-    m_Party.check(isRecord(command, kVisitorName), "the greeting names the visitor");
+    m_Party.check(isRecord(command, kVisitorName), "the greeting names the client");
     CCmdServerHelloReply reply;
     fillRecord(reply, kHostName);
     send(reply);
@@ -228,7 +228,7 @@ void Host::onEcho(const CCmdServerEcho& command)
     CCmdServerEchoReply reply;
     reply.m_Data = command.m_Data;
     send(reply);
-    // The visitor ends the connection, and with it this side.
+    // The client closes the connection, and with it this side ends.
     m_Party.expectEnd();
 }
 

@@ -1,4 +1,4 @@
-// One of two sides of a conversation over the loopback: what it says, and how it checks what it hears.
+// One of two sides of a conversation over the loopback: what it sends, and how it checks what it receives.
 #pragma once
 
 #include "commands/login.h"
@@ -15,20 +15,20 @@
 namespace interop
 {
 
-// The side's thread, what it expects of the other, and the faults that it found. Ends at the latest with its time.
+// The side's thread, its expectations, and the faults found. Ends at the latest after its time limit.
 class Party : public zet::System
 {
 public:
     Party(const char* name, Width peer, const std::string& goldenFolder);
 
     void onTick(unsigned int tick) override;
-    // Says the line, and counts a fault where the fact does not hold.
+    // Prints the line, and counts a fault if the condition is false.
     void check(bool fact, const std::string& line);
-    // All has been said: what is left is the end of the connection.
+    // Everything has been sent: only the end of the connection remains.
     void expectEnd() { m_IsFinished = true; }
-    // All has been said and heard.
+    // Everything has been sent and received.
     void finish();
-    // 0 where the conversation went to its end without a fault.
+    // 0 if the conversation ended without a fault.
     int getResult() const { return m_IsFinished && m_Faults == 0 ? 0 : 1; }
     void say(const std::string& line) const;
 
@@ -40,7 +40,7 @@ public:
         fill(command, className);
         return command;
     }
-    // Whether a command that came has that content.
+    // Whether a received command has that content.
     void checkGolden(const CCmdHead& command, const char* className);
 
     Width getPeer() const { return m_Peer; }
@@ -58,7 +58,7 @@ private:
     unsigned int m_End = 0;
 };
 
-// What both ends of the connection do: they recite all texts, in tunnels and plainly, and hear the other's.
+// Both ends of the connection: they send all texts, in tunnels and plainly, and receive the other's.
 class Speaker : public CFrameworkClientSocket
 {
 public:
@@ -67,7 +67,7 @@ public:
 
 protected:
     static void installTexts(CCmdAnalyserSocket& analyser);
-    // Everything that the other recites has come by now, or never will.
+    // All texts of the other side have arrived by now, or never will.
     void checkAllHeard();
     template <class Tunnel>
     void recite(bool (*wrap)(CCmdHead*, Tunnel*));
@@ -78,14 +78,14 @@ protected:
 private:
     void onText(const CCmdServerRegisterFail& command);
 
-    // What comes to the handler, as texts: each twice, from its tunnel and plainly, but for those that are refused.
+    // The texts received by the handler: each twice, from its tunnel and plainly, except refused ones.
     std::vector<const Text*> m_Expected;
     size_t m_Heard = 0;
-    // How many tunnels have come.
+    // The number of tunnels received.
     size_t m_Frames = 0;
 };
 
-// The server: answers a registration, a greeting and a login, then recites.
+// The server: answers a registration, a greeting and a login, then sends its texts.
 class Host : public Speaker
 {
 public:
@@ -101,7 +101,7 @@ private:
     void onEcho(const CCmdServerEcho& command);
 };
 
-// The client: asks for all of that, one after the other.
+// The client: requests all of these in order.
 class Visitor : public Speaker
 {
 public:

@@ -8,7 +8,7 @@ import sys
 import threading
 
 SKIPPED = 77
-# Seconds that nobody needs.
+# The time limit for a process, in seconds; normally far less is needed.
 PATIENCE = 120
 
 
@@ -43,7 +43,7 @@ def parse(description, *positional):
     parser.add_argument("--native", help="build folder of this system's programs")
     parser.add_argument("--foreign", nargs=2, metavar=("SYSTEM", "FOLDER"),
                         help="the other system, such as windows or armhf, and the build folder of its programs")
-    # After "--" stands what runs a program of the other system.
+    # The command that runs a program of the other system follows "--".
     words = sys.argv[1:]
     end = words.index("--") if "--" in words else len(words)
     arguments = parser.parse_args(words[:end])

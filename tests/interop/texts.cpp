@@ -7,7 +7,7 @@ namespace
 {
 
 constexpr char32_t kBasicPlane = 0xFFFF;
-// What a 32-bit writer makes of any character above the basic plane.
+// A 32-bit writer's form of any character above the basic plane.
 constexpr char32_t kStandIn[] = {0xD840, 0xDC00};
 
 Text textOf(int length)
@@ -90,7 +90,7 @@ std::u32string readValues(const Text& text, Width writer, Width reader)
     const std::u32string units = unitsOf(text, writer);
     if (reader == Width::k16)
         return units;
-    // A 32-bit reader takes each half of a pair for a character of its own; these are the halves that come here.
+    // A 32-bit reader takes each half of a surrogate pair for a character; these are the halves that occur here.
     std::u32string values;
     for (const char32_t unit : units)
         values += unit == 0xD83D   ? char32_t{0x1FC3D}

@@ -24,12 +24,12 @@ const std::vector<Text>& texts();
 // A text as this side's program holds it.
 zet::String_T<wchar_t> nativeText(const Text& text);
 
-// The bytes on the wire, put together here by hand: count, units, and the zero tail of the 32-bit form.
+// The bytes on the wire, built here independently: count, units, and the zero tail of the 32-bit form.
 std::string wireForm(const Text& text, Width writer);
 
 // Whether a command that holds the text reaches its handler: a reader of commands takes counts up to 1,000.
 bool isTaken(const Text& text, Width writer);
-// What the reader then has, one value a wide character.
+// What the reader then has, one value per wide character.
 std::u32string readValues(const Text& text, Width writer, Width reader);
 
 std::u32string valuesOf(const zet::String_T<wchar_t>& text);

@@ -1,4 +1,4 @@
-# Installs the build into a folder of its own, moves it, and builds and runs a host against what stands there.
+# Installs the build into a separate folder, moves it, and builds and runs a host with the installed files.
 # cmake -DBUILD=... -DSOURCE=... -DCOMPILER=... -DVERSION=... -P check.cmake
 set(place ${BUILD}/package)
 file(REMOVE_RECURSE ${place})

@@ -83,7 +83,7 @@ TEST(CmdPackager, TargetAloneSetsTheSecondBitOfTheSizeWord)
     EXPECT_EQ(sent(pk), expected);
 }
 
-TEST(CmdPackager, FromAddressComesBeforeTarget)
+TEST(CmdPackager, FromAddressPrecedesTarget)
 {
     CCmdPackager pk;
     pk.SetCmdID(1);
@@ -98,7 +98,7 @@ TEST(CmdPackager, FromAddressComesBeforeTarget)
     EXPECT_EQ(sent(pk).size(), 22u);
 }
 
-TEST(CmdPackager, FourAddressCombinationsComeBackFromAStream)
+TEST(CmdPackager, FourAddressCombinationsRoundTripThroughAStream)
 {
     for (int combination = 0; combination < 4; ++combination)
     {
@@ -134,7 +134,7 @@ TEST(CmdPackager, DatagramSizeWordTakesOneToFourBytes)
     EXPECT_EQ(headOf(0x100000), (Bytes{0xC0, 0x40, 0x00, 0x00}));
 }
 
-TEST(CmdPackager, DatagramWithoutAddressesComesBackAsItWent)
+TEST(CmdPackager, DatagramWithoutAddressesRoundTrips)
 {
     CCmdPackager pk;
     pk.SetCmdID(0x1234);
@@ -158,7 +158,7 @@ TEST(CmdPackager, DatagramWithAnAddressComesBackWithTheAddressInItsPayload)
     CCmdPackager back;
     EXPECT_TRUE(back.Write("0123456789abcdefghij", 20));
     EXPECT_EQ(back.Unpack(bytes.data(), static_cast<int>(bytes.size())), 2 + 1 + 8);
-    // The address is what stood in the packager's own storage; the true one leads the payload.
+    // The address is what the packager's storage contained; the real one is at the start of the payload.
     EXPECT_EQ(std::memcmp(&back.GetTargetAddress(), "0123456789abcdef", 16), 0);
     EXPECT_EQ(payload(back), (Bytes{0x10, 0x11, 0x12, 0x13, 0x14, 0x15, 0x16, 0x17}));
     EXPECT_EQ(back.GetReadPointer(), 16);
@@ -211,7 +211,7 @@ TEST(CmdPackager, PayloadBeyond65536BytesMovesToABlockOf131072)
 TEST(CmdPackager, LargestPayloadFitsAndOneMoreByteIsRefusedWithItsText)
 {
     CCmdPackager pk;
-    // At once, since growing there in steps of 64 KiB copies the payload a few thousand times.
+    // In one step, since growth in steps of 64 KiB would copy the payload a few thousand times.
     ASSERT_TRUE(pk.Alloc(CCmdPackager::kMaxDataSize));
     const Bytes block(1 << 20);
     for (int i = 0; i < 255; ++i)
@@ -269,7 +269,7 @@ TEST(CmdPackager, NodeIsSixRawBytes)
     EXPECT_FALSE(pk.Read(&back));
 }
 
-TEST(CmdPackager, ReceiveTellsWhereAStreamEnded)
+TEST(CmdPackager, ReceiveReportsWhereAStreamEnded)
 {
     CCmdPackager pk;
     pk.SetCmdID(0x1234);
@@ -333,7 +333,7 @@ TEST(CmdPackager, AFrameInMemoryIsReceivedAsOneInAStream)
     }
 }
 
-TEST(CmdPackager, WhatLiesBehindAFrameInMemoryIsLeft)
+TEST(CmdPackager, BytesAfterAFrameAreLeftUnread)
 {
     CCmdPackager pk;
     Bytes bytes{0x34, 0x12, 0x08, 0, 0, 0, 'a', 'b', 'c'};
@@ -346,7 +346,7 @@ TEST(CmdPackager, WhatLiesBehindAFrameInMemoryIsLeft)
 
 TEST(CmdPackager, AFrameInPlaceIsTheOneThatIsSent)
 {
-    // Within the object, at its end, and in a block of its own.
+    // Inside the object, at its end, and in a separate block.
     for (const size_t size : {size_t{0}, size_t{3}, size_t{0x10000}, size_t{300000}})
     {
         for (const int addresses : {0, 1, 2, 3})
@@ -389,7 +389,7 @@ TEST(CmdPackager, AnnouncedPayloadThatDoesNotComeCostsNoMemory)
     EXPECT_EQ(pk.GetBufferSize(), 0x10000);
 }
 
-TEST(CmdPackager, LargeFrameComesBackWhole)
+TEST(CmdPackager, LargeFrameRoundTrips)
 {
     CCmdPackager pk;
     pk.SetCmdID(0x1076);
@@ -418,7 +418,7 @@ private:
     int m_Room;
 };
 
-TEST(CmdPackager, SendTellsWhenTheStreamDoesNotTakeThePayload)
+TEST(CmdPackager, SendReportsThatTheStreamRefusedThePayload)
 {
     CCmdPackager pk;
     EXPECT_TRUE(pk.Write(5));

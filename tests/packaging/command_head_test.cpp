@@ -94,7 +94,7 @@ TEST(CommandHead, OtherIdIsRefusedWhateverThePayload)
     EXPECT_EQ(pk.GetReadPointer(), 0);
 }
 
-TEST(CommandHead, PayloadThatEndsBehindTheVersionKeepsTheIndexAndPasses)
+TEST(CommandHead, PayloadThatEndsAfterTheVersionKeepsTheIndexAndPasses)
 {
     CCmdPackager pk;
     fill(pk, 0x1000, {0, 2});
@@ -104,7 +104,7 @@ TEST(CommandHead, PayloadThatEndsBehindTheVersionKeepsTheIndexAndPasses)
     EXPECT_EQ(command.GetClientIndex(), 99);
 }
 
-TEST(CommandHead, SendToNoSocketIsFalseAndSaysNothing)
+TEST(CommandHead, SendToNoSocketIsFalseAndLogsNothing)
 {
     const test::LogLines log;
     EXPECT_FALSE(CCmdHead(0x1000).Send(nullptr));

@@ -91,7 +91,7 @@ TEST_F(DataPackager, FloatTextThatDoesNotParseLeavesTheTargetAndSucceeds)
     EXPECT_EQ(value, 7.5f);
 }
 
-TEST_F(DataPackager, FloatReadCutInItsTextLeavesThePointerBehindTheLength)
+TEST_F(DataPackager, FloatReadCutInItsTextLeavesThePointerAfterTheLength)
 {
     fill({8, '1', '.', '5'});
     float value = 7.5f;
@@ -218,7 +218,7 @@ TEST_F(DataPackager, BufferOfNegativeSizeIsRefused)
     EXPECT_FALSE(pk.Read(&byte, -1));
 }
 
-TEST_F(DataPackager, FillsToTheLastByteAndThenTellsTheLog)
+TEST_F(DataPackager, FillsToTheLastByteAndThenLogs)
 {
     const Bytes most(0x10000, 0xAB);
     EXPECT_TRUE(pk.Write(most.data(), 0x10000));
@@ -295,7 +295,7 @@ TEST_F(DataPackager, AssignmentTakesTagDataAndReadPointer)
     EXPECT_EQ(bytesOf(*other), (Bytes{1, 2, 3}));
 }
 
-TEST(TextConversion, SurrogatesBecomeTwoValuesThatAreNoCodePoint)
+TEST(TextConversion, SurrogatesBecomeTwoInvalidCodePoints)
 {
     const unsigned short in[] = {0x41, 0xD83D, 0xDE00, 0xE000};
     unsigned long out[4] = {};

@@ -35,12 +35,12 @@ bool sameBits(float a, float b)
     return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
-// One float both ways against the standard functions.
+// Compares one float in both directions with the standard functions.
 void check(float value)
 {
     if (std::isnan(value))
     {
-        // Not every platform's functions tell the sign of one.
+        // Not every platform's functions print the sign of a NaN.
         const std::string text = std::signbit(value) ? "-nan" : "nan";
         ASSERT_EQ(printed(value), text);
         float got = -7;
@@ -75,7 +75,7 @@ TEST(FloatText, PrintsAndScansAsTheStandardFunctionsForMillionsOfBitPatterns)
 
 TEST(FloatText, ExactHalvesRoundToEven)
 {
-    // 2^-21 ends in a five behind the sixth decimal's neighbours; odd multiples of 2^-7 end exactly at the seventh.
+    // The decimals of 2^-21 end in a five after the sixth place; odd multiples of 2^-7 end exactly at the seventh.
     for (int i = -100000; i <= 100000; ++i)
         check(static_cast<float>(i) / 128.0f);
     for (int i = 1; i < 100000; i += 2)

@@ -151,7 +151,7 @@ TEST(TextForm, RecordsHaveNoLimitOnTheCount)
     }
 }
 
-TEST(TextForm, CutTextLeavesTheTargetAndThePointerBehindTheCount)
+TEST(TextForm, CutTextLeavesTheTargetAndThePointerAfterTheCount)
 {
     CCmdPackager pk;
     const unsigned char bytes[] = {3, 'a', 0, 'b', 0, 'c'};

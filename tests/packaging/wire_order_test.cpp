@@ -1,4 +1,5 @@
-// Every word of the order machinery on a structure of its own: what is written, what a cut or odd payload leaves.
+// Every word of the order machinery on its own structure: the bytes written, and the result of truncated or odd
+// payloads.
 #include "packaging/wire/order.h"
 #include "tests/support/wire_bytes.h"
 
@@ -15,7 +16,7 @@ using test::Outcome;
 using test::readInto;
 using test::written;
 
-// The structures stand outside the nameless namespace, as every class with an order does.
+// The structures are outside the unnamed namespace, like every class with an order.
 struct SmallPair
 {
     SMALL_RECORD
@@ -330,7 +331,7 @@ TEST(WireOrder, UntestedPairsStoreADefaultForWhatIsMissing)
     EXPECT_EQ(record.m_List, (IntMap{{2, 20}, {7, 0}}));
 }
 
-TEST(WireOrder, CountsMayStandAheadOfTheirElements)
+TEST(WireOrder, CountsMayPrecedeTheirElements)
 {
     SmallApart record;
     record.m_First = {1, 2};

@@ -60,7 +60,7 @@ WIRE_ORDER_CMD(SmallBallast)
 namespace
 {
 
-TEST(WireTables, ColumnsGoRowByRowAndComeBackOfOneLength)
+TEST(WireTables, ColumnsAreWrittenRowByRowAndReadWithOneLength)
 {
     SmallColumns record;
     record.m_Column1 = {1, 2};
@@ -92,7 +92,7 @@ TEST(WireTables, CellsBeyondTheTablesAreReadAndDropped)
     EXPECT_EQ(record.m_Narrow[1][0], 9);
 }
 
-TEST(WireTables, RowsInterleaveBehindOneCount)
+TEST(WireTables, RowsInterleaveAfterOneCount)
 {
     SmallRows record;
     EXPECT_EQ(written(record), number(2) + number(1) + number(3) + number(2) + number(4));

@@ -1,4 +1,5 @@
-// The achievement messages: a map by the record's third field, sizes ahead of all records, records that decide nothing.
+// The achievement messages: a map by the record's third field, sizes before all records, records that do not affect the
+// result.
 #include "packs/achievement.h"
 
 #include "tests/packs/payload.h"
@@ -61,7 +62,7 @@ TEST(AchievementPack, StartReplacesBothCollections)
     EXPECT_EQ(reply.m_Msg, zet::String_T<wchar_t>(L"2nd"));
     EXPECT_EQ(reply.m_Achievements.size(), 1u);
     EXPECT_EQ(reply.m_Achievements.count(6), 1u);
-    EXPECT_EQ(reply.m_Behaviours.size(), 2u) << "the missing one stands as a default one";
+    EXPECT_EQ(reply.m_Behaviours.size(), 2u) << "the missing one is a default one";
     for (int last = 1; last <= sizes.size(); ++last)
         EXPECT_FALSE(sizes.cut(last).into(reply)) << last;
     EXPECT_EQ(reply.m_Behaviours.size(), 2u) << "both stay where a size fails";

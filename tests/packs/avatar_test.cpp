@@ -23,13 +23,13 @@ CmdAvatarLoadDataReply usedReply()
 
 } // namespace
 
-TEST(Avatar, ReplyWithNothingHasSeventeenZerosBehindItsText)
+TEST(Avatar, EmptyReplyHasSeventeenZerosAfterItsText)
 {
     const Bytes bytes = written<CDataPackager>(CmdAvatarLoadDataReply());
     EXPECT_EQ(bytes, Bytes(4 + 1 + 17 * 4, 0));
 }
 
-TEST(Avatar, ReplyCutBehindItsTextEmptiesAllThatItHeld)
+TEST(Avatar, ReplyCutAfterItsTextEmptiesAllThatItHeld)
 {
     CDataPackager pk;
     pk.Write(1);
@@ -54,7 +54,7 @@ TEST(Avatar, ReplyCutInItsTextKeepsWhatItHeld)
     EXPECT_EQ(reply.m_Owned.size(), 2u);
 }
 
-TEST(Avatar, PairWithoutItsValueStandsWithZero)
+TEST(Avatar, PairWithoutItsValueHoldsZero)
 {
     CDataPackager pk;
     for (int value : {1, 1, 5})

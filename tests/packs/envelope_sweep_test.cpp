@@ -1,4 +1,4 @@
-// Every feature message on its whole road: into its envelope, through a frame and an analyser, and out again.
+// Every feature message end to end: into its envelope, through a frame and an analyser, and out again.
 #include "dispatch/analyser.h"
 #include "framework/memory_stream.h"
 #include "packaging/command_head.h"
@@ -35,7 +35,7 @@ void onEnvelope(CCmdHead* command, unsigned long arg1, unsigned long)
     ASSERT_TRUE(tools::bytesOfHex(fields["m_PackData"].get<std::string>(), delivery.m_Payload));
 }
 
-// The bytes of a default-made envelope with a payload put in where its size stands.
+// The bytes of a default-constructed envelope with a payload inserted at its size.
 std::string envelopeBytes(const ClassInfo& envelope, const std::string& payload)
 {
     bool write = false;
@@ -55,7 +55,7 @@ std::string envelopeBytes(const ClassInfo& envelope, const std::string& payload)
 
 Form carriedForm(const ClassInfo& message, const ClassInfo& envelope)
 {
-    // A class with both forms rides in whichever packager its envelope has; the command packager is in all but a few.
+    // A class with both forms uses the packager of its envelope: the command packager in all but a few.
     return tools::hasForm(message, Form::kCmd) && !std::string_view(envelope.m_Name).starts_with("CCmdVoidData")
                ? Form::kCmd
                : Form::kData;

@@ -58,7 +58,7 @@ void countHandled(CCmdHead*, unsigned long, unsigned long)
 
 } // namespace
 
-TEST(PackEnvelope, MessageGoesInAndComesOut)
+TEST(PackEnvelope, MessageRoundTrips)
 {
     CCmdHomePackRequest sent;
     sent.m_PackType = 7;
@@ -84,7 +84,7 @@ TEST(PackEnvelope, WriteSendsBytesThatWereReadToo)
     EXPECT_EQ(written(request), before);
 }
 
-TEST(PackEnvelope, ReadAddsBehindOlderBytesAndKeepsTheReadPointer)
+TEST(PackEnvelope, ReadAppendsToOlderBytesAndKeepsTheReadPointer)
 {
     CCmdFriendSystemPackReply reply;
     reply.m_PackData.Write(1);
@@ -127,7 +127,7 @@ TEST(PackEnvelope, OneByteMoreTakesABlockOf131072)
     EXPECT_EQ(request.m_PackData.GetBufferSize(), 131072);
 }
 
-TEST(PackEnvelope, SizeBeyondEveryPackagerIsToldToTheLog)
+TEST(PackEnvelope, SizeBeyondEveryPackagerIsLogged)
 {
     test::LogLines log;
     CCmdPackager pk;
@@ -139,7 +139,7 @@ TEST(PackEnvelope, SizeBeyondEveryPackagerIsToldToTheLog)
     EXPECT_TRUE(log.has(zet::Log::Level::kError, L"Command Package extends max length limit(268435455)"));
 }
 
-TEST(PackEnvelope, SizeBeyondTheFrameMakesNoRoom)
+TEST(PackEnvelope, SizeBeyondTheFrameReservesNothing)
 {
     test::LogLines log;
     CCmdPackager pk;
@@ -233,7 +233,7 @@ TEST(RecordEnvelope, PayloadBeyondItsPackagerIsTakenFromTheFrameAndRefused)
                         L"CDataPackager Alloc Error: m_iBufSize 65536, m_iDataSize 0, allocSize 70000"));
 }
 
-TEST(RecordEnvelope, OlderBytesCountAgainstItsRoom)
+TEST(RecordEnvelope, OlderBytesCountAgainstItsSpace)
 {
     CCmdSportPackReply reply;
     reply.m_PackData.Write(1);

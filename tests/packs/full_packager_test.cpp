@@ -1,4 +1,4 @@
-// What a message's Write says where the packager has room for some of its fields only: which of them it tests.
+// The result of a message's Write if the packager has space for some of its fields only: shows which fields it tests.
 #include "packaging/wire/access.h"
 #include "packs/achievement.h"
 #include "packs/home.h"
@@ -25,11 +25,11 @@ protected:
     }
     static void TearDownTestSuite() { s_Packager.reset(); }
 
-    // The result of Write where room more bytes fit and no more can be had.
+    // The result of Write if exactly room more bytes fit.
     template <class T>
     bool writes(const T& message, int room)
     {
-        // The bytes in front are whatever the block holds: nothing reads them.
+        // The bytes before are uninitialized: nothing reads them.
         wire::Access::wrote(*s_Packager, CCmdPackager::kMaxDataSize - room - s_Packager->GetDataSize());
         return message.Write(s_Packager.get());
     }
@@ -38,7 +38,7 @@ protected:
 };
 std::unique_ptr<CCmdPackager> FullPackager::s_Packager;
 
-TEST_F(FullPackager, PlayerNumListAndTeamAwardsAreWrittenWellWithoutAnyRoom)
+TEST_F(FullPackager, PlayerNumListAndTeamAwardsSucceedWithoutAnySpace)
 {
     EXPECT_TRUE(writes(HomePack_PlayerNumList_Reply(), 0));
     EXPECT_TRUE(writes(MatchPack_TeamAwards_Reply(), 0));
@@ -83,7 +83,7 @@ TEST_F(FullPackager, StrictRanksAreTestedAndLenientOnesAreNot)
 
 TEST_F(FullPackager, LotteryTablesAreNotTested)
 {
-    // Five bytes take a count and one empty text of a later table; the message's text finds no room.
+    // Five bytes hold a count and one empty text of a later table; the message's text does not fit.
     EXPECT_FALSE(writes(MatchPackType_LotteryAllNum(), 5));
     const int whole = 2 * (4 + 100) + 3 * (4 + 20) + 2 * (4 + 5) + 9;
     EXPECT_TRUE(writes(MatchPackType_LotteryAllNum(), whole));

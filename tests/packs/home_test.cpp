@@ -1,4 +1,4 @@
-// The home messages: the list of fixed size and the map that reads well whatever happens.
+// The home messages: the list of fixed size and the map whose read always succeeds.
 #include "packs/home.h"
 
 #include "tests/packs/payload.h"
@@ -17,7 +17,7 @@ TEST(HomePack, MessagesWithoutFieldsHaveNoBytes)
     EXPECT_EQ(written(HomePack_PlayerNumList_Request()).size(), 0u);
 }
 
-TEST(HomePack, PlayerListIsOneHundredAndOneNumbersBehindTextAndNumber)
+TEST(HomePack, PlayerListIsOneHundredAndOneNumbersAfterTextAndNumber)
 {
     EXPECT_EQ(written(HomePack_GetPlayerList_Reply()).size(), 1u + 4 + 404);
 }

@@ -1,4 +1,4 @@
-// The sports meet: lists that must be sized ahead and rank tables that no count can leave.
+// The sports meet: lists that must be sized before the read, and rank tables whose bounds no count can exceed.
 #include "packs/match4.h"
 
 #include "tests/packs/payload.h"

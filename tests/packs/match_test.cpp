@@ -90,7 +90,7 @@ TEST(MatchPack, FinalLotteryReplacesItsNumbers)
     EXPECT_EQ(reply.m_Numbers, std::vector<int>{7});
     EXPECT_TRUE(fixed.into(reply)) << "the count is not tested";
     EXPECT_TRUE(reply.m_Numbers.empty());
-    EXPECT_FALSE(fixed.cut(1).into(reply)) << "the number in front of it is";
+    EXPECT_FALSE(fixed.cut(1).into(reply)) << "the number before it is";
 }
 
 TEST(MatchPack, PlayerListReplacesItsRows)

@@ -1,4 +1,4 @@
-// The team and lottery messages: strict and lenient lists, and the tables whose counts are ballast.
+// The team and lottery messages: strict and lenient lists, and the tables whose counts are ignored.
 #include "packs/match_type.h"
 
 #include "tests/packs/payload.h"
@@ -19,7 +19,7 @@ TEST(MatchPackType, RequestsWithoutFieldsHaveNoBytes)
     EXPECT_EQ(written(MatchPackType_QueryTeamRank_Request()).size(), 0u);
 }
 
-TEST(MatchPackType, TeamRankIsEmptiedAheadOfItsCount)
+TEST(MatchPackType, TeamRankIsEmptiedBeforeItsCount)
 {
     MatchPackType_QueryTeamRank_Reply reply;
     reply.m_RankList.resize(2);

@@ -1,4 +1,4 @@
-// Payloads for the tests of messages, built value by value and cut where a test wants them to end.
+// Payloads for the tests of messages, built value by value and truncated where needed.
 #pragma once
 
 #include "packaging/cmd_packager.h"
@@ -41,7 +41,7 @@ public:
     }
     int size() const { return m_Packager.GetDataSize(); }
 
-    // What the object's Read says of the payload.
+    // The result of the object's Read for the payload.
     template <class T>
     bool into(T& object) const
     {
@@ -54,7 +54,7 @@ private:
     CCmdPackager m_Packager;
 };
 
-// The bytes that an object writes through one of the packagers.
+// The bytes that an object writes to one of the packagers.
 template <class P = CCmdPackager, class T>
 std::string written(const T& object)
 {

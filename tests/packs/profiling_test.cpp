@@ -39,7 +39,7 @@ TEST(ProfilingPack, ReadEmptiesTheMapEvenWithoutBytes)
     EXPECT_TRUE(message.m_ProfilingMaxValues.empty());
 }
 
-TEST(ProfilingPack, EntriesThatAreNotThereAreOneWithAnEmptyName)
+TEST(ProfilingPack, MissingEntriesAreOneWithAnEmptyName)
 {
     CDataPackager pk;
     pk.Write(4);

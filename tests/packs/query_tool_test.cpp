@@ -1,4 +1,4 @@
-// The query tool: columns of one length, decided by the head, and nine counts ahead of nine lists.
+// The query tool: columns of one length, decided by the head, and nine counts before nine lists.
 #include "packs/query_tool.h"
 
 #include "tests/packs/payload.h"
@@ -70,7 +70,7 @@ TEST(QueryTool, AHostileRowCountCostsNoMoreThanThePayload)
     EXPECT_EQ(reply.m_Column6.size(), reply.m_Column1.size());
 }
 
-TEST(QueryTool, ConditionsSendNineCountsAheadOfTheirTexts)
+TEST(QueryTool, ConditionsSendNineCountsBeforeTheirTexts)
 {
     QT_QueryCondition_Reply reply;
     reply.m_List1 = {L"1"};

@@ -1,4 +1,4 @@
-// The shops of the sports meet and of the combat season are twins: goods that are added, orders that are replaced.
+// The shops of the sports meet and of the combat season have the same form: goods are appended, orders are replaced.
 #include "packs/combat_bs4.h"
 #include "packs/match4_shop.h"
 

@@ -1,4 +1,4 @@
-// The messages of texts alone, or nearly: friends, in-purchase, travel, the wizard and the world square.
+// Messages with few fields other than texts: friends, in-purchase, travel, the wizard and the world square.
 #include "packs/friend.h"
 #include "packs/in_purchase.h"
 #include "packs/travel.h"

@@ -58,7 +58,7 @@ static_assert(
                QT_BstFmy3_ZillionaireStats_Request, QT_BstFmy3_ZillionaireStats_Reply>);
 
 #if defined(__GNUC__) && defined(__x86_64__)
-// A pointer to a virtual function is one more than its place in the table, in bytes.
+// A pointer to a virtual function is its offset in the table, in bytes, plus one.
 template <class Function>
 size_t placeOf(Function function)
 {

@@ -30,7 +30,7 @@ FGameTraining trainingOf(int id)
     return game;
 }
 
-// Every member away from its default.
+// Every member differs from its default.
 AccountData filledAccount()
 {
     AccountData account;
@@ -91,7 +91,7 @@ TEST(AccountData, AssignmentLeavesOneCounterAndTheAllowances)
     EXPECT_EQ(target.m_Value3, 55);
     EXPECT_EQ(target.m_Allowance[0], 10);
     EXPECT_EQ(target.m_Allowance[6], 66);
-    // All the rest is equal.
+    // All other members are equal.
     target.m_Value3 = source.m_Value3;
     for (int i = 0; i < 7; ++i)
         target.m_Allowance[i] = source.m_Allowance[i];
@@ -170,7 +170,8 @@ TEST(AccountData, GamesAreKeyedByTheirOwnNumber)
     EXPECT_EQ(other.m_TrainingMap[7].m_Level, 99);
 }
 
-// The dates of the games are texts longer than fit inside a text, so each costs the block of a node and of a text.
+// The dates of the games are too long for the inside of a text, so each takes a block for the node and one for the
+// text.
 TEST(AccountData, ReadingAllocatesNothingButContainersAndTexts)
 {
     AccountData account = filledAccount();
@@ -180,7 +181,7 @@ TEST(AccountData, ReadingAllocatesNothingButContainersAndTexts)
         account.m_ItemList.push_back(itemOf(L"banana", 1));
     CDataPackager packager;
     ASSERT_TRUE(account.Write(&packager));
-    // The first reading of a process also makes the schemas that guard its counts.
+    // The first read of a process also builds the schemas that guard its counts.
     AccountData::Wire();
     AccountData other;
 

@@ -149,7 +149,7 @@ TEST(AccountGlobal, WithoutALevelTheDateDoesNotHelp)
     EXPECT_EQ(account.m_TrainingMap[3].m_PlayTimes, 2);
 }
 
-TEST(AccountGlobal, DateThatIsNoneLosesVip)
+TEST(AccountGlobal, InvalidDateLosesVip)
 {
     AccountData account;
     for (const wchar_t* date : {L"", L"soon", L"2999-2-30 00:00:00"})
@@ -199,7 +199,7 @@ TEST(AccountGlobal, DiamondVipEndsOnItsSecondWhateverTheLevel)
     EXPECT_FALSE(global.IsDiamondVIP());
 }
 
-TEST(LastServers, MostRecentStandsInFront)
+TEST(LastServers, MostRecentIsFirst)
 {
     AccountGlobalData global;
     EXPECT_EQ(global.GetLastServerID(), 0);
@@ -239,7 +239,7 @@ TEST(LastServers, LongerListShrinksByOneAtMost)
     EXPECT_EQ(global.m_LastServerList, std::vector<int>({7, 1, 7}));
 }
 
-TEST(LastServers, TextHasABarBehindEachNumber)
+TEST(LastServers, TextHasABarAfterEachNumber)
 {
     AccountGlobalData global;
     EXPECT_TRUE(global.ConvertLastServerListToString().isEmpty());
@@ -277,7 +277,7 @@ TEST(AccountGlobal, OnlyTheCountOfTheListDecidesAReading)
     EXPECT_EQ(bytesOf(global), bytesOf(filledGlobal()));
 }
 
-// A data packager that is full takes nothing more: every field fails, and the count is the one that tells.
+// A full data packager accepts nothing more: every field fails, but only the count is tested.
 TEST(AccountGlobal, OnlyTheCountOfTheListDecidesAWriting)
 {
     AccountGlobalData global;
@@ -285,7 +285,7 @@ TEST(AccountGlobal, OnlyTheCountOfTheListDecidesAWriting)
     const std::string fill(65536 - 5, 'x');
     CDataPackager packager;
     ASSERT_TRUE(packager.Write(fill.data(), static_cast<int>(fill.size())));
-    // The five free bytes go to the first five empty texts, so the count finds no room.
+    // The five free bytes hold the first five empty texts, so the count does not fit.
     EXPECT_FALSE(global.Write(&packager));
 
     AccountGlobalData longText;
@@ -294,6 +294,6 @@ TEST(AccountGlobal, OnlyTheCountOfTheListDecidesAWriting)
     longText.m_GlobalText1 = text;
     longText.m_LastServerList = {1};
     CCmdPackager command;
-    // On the side that refuses so long a text, the record is written all the same.
+    // On the platform that refuses such a long text, the record is still written.
     EXPECT_TRUE(longText.Write(&command));
 }

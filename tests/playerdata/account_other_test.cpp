@@ -1,4 +1,4 @@
-// What Reset brings back in the smaller account records.
+// The members that Reset restores in the smaller account records.
 #include "playerdata/account_other.h"
 
 #include <gtest/gtest.h>

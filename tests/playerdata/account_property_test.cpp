@@ -1,5 +1,5 @@
-// What holds for any account and for any text: saving and loading settle after the first time, and a load takes memory
-// in proportion to its text, however that is made.
+// Properties of any account and any text: after one load and save the text no longer changes, and the memory of a load
+// is proportional to its text.
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"
 
@@ -37,7 +37,7 @@ int anyInt(Random& random)
     return pick(random, std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
 }
 
-// Up to most units out of an alphabet.
+// A random text of up to most units of an alphabet.
 Text anyText(Random& random, const std::wstring& alphabet, int most)
 {
     std::wstring text;
@@ -132,7 +132,7 @@ void expectSettledBytes(const AccountData& account)
     EXPECT_EQ(bytesOf<Packager>(other), bytes);
 }
 
-// What is no record, what is nearly one, and what is one, in any order.
+// Invalid records, nearly valid ones, and valid ones, in any order.
 Text anyGarbage(Random& random, int length)
 {
     static const std::wstring kAlphabet(L"0123456789||||____====::-+ .xy\t\x4E2D\0", 33);
@@ -152,8 +152,8 @@ Text repeated(const std::wstring& piece, int length)
     return text;
 }
 
-// Texts of a mebi of units that would cost most if a load copied what is left for each record, looked for one
-// terminator again and again, went one call deeper for each, or read one number for ever.
+// Texts of 2^20 units that would be slow if a load copied the rest for each record, searched for a terminator
+// repeatedly, recursed per record, or read one endless number.
 std::vector<Text> worstTexts()
 {
     Random random(7);
@@ -162,7 +162,7 @@ std::vector<Text> worstTexts()
                                  L":|_", L"a|1|=", L"|1|0="})
         texts.push_back(repeated(piece, kMebi));
     texts.push_back(anyGarbage(random, kMebi));
-    // Each record is a date of a slot of its own.
+    // Each record is a date of a different slot.
     std::wstring dates;
     for (int slot = 0; dates.size() < kMebi; ++slot)
         dates += L"2020-1-1 10:00:00|" + std::to_wstring(slot) + L"_";
@@ -193,7 +193,7 @@ TEST(AccountProperty, BothPackagersHoldTheSameBytes)
     }
 }
 
-// Loaded into the account that it was saved from, a training string changes nothing that is saved.
+// A training string loaded into the account that saved it does not change the saved text.
 TEST(AccountProperty, TrainingStringOfItsOwnAccountStays)
 {
     Random random(3);
@@ -206,7 +206,7 @@ TEST(AccountProperty, TrainingStringOfItsOwnAccountStays)
     }
 }
 
-// Into a fresh account the games come whole and the dates go beside them, so the text settles with the second saving.
+// A new account gets the complete games and separate dates, so the text no longer changes after the second save.
 TEST(AccountProperty, TrainingStringOfAFreshAccountSettles)
 {
     Random random(4);
@@ -273,7 +273,7 @@ TEST(AccountProperty, AnyTextSettlesOnceItWasLoadedAndSaved)
     }
 }
 
-// Each unit of a text costs a few bytes at most, so what is left is copied for no record.
+// Each unit of a text costs a few bytes at most: the rest is not copied per record.
 TEST(AccountProperty, LoadsTakeMemoryInProportionToTheirText)
 {
     for (const Text& text : worstTexts())
@@ -303,7 +303,7 @@ TEST(AccountProperty, LoadsTakeMemoryInProportionToTheirText)
     }
 }
 
-// Where every record is a stack, what is kept is what was asked for: one stack a record, and a list that doubles.
+// If every record is a stack, memory is one stack per record, in a list that doubles.
 TEST(AccountProperty, LoadOfStacksTakesMemoryByTheStack)
 {
     constexpr int kStacks = 20000;

@@ -28,7 +28,7 @@ TEST(CAccount, HasAnIdentifierOfItsOwnOtherwise)
     EXPECT_FALSE(first->getObjectId() == second->getObjectId());
 }
 
-TEST(CAccount, TellsItsTimestamp)
+TEST(CAccount, ReturnsItsTimestamp)
 {
     const auto account = CAccount::createInstance();
     const zet::Unknown& unknown = *account;

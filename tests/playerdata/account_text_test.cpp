@@ -36,7 +36,7 @@ FGameTraining trainingOf(int id)
     return game;
 }
 
-// The pieces of a loaded record, 0 where it was dropped.
+// The number of pieces of a loaded record, 0 if it was dropped.
 int loadedPieces(const std::wstring& text)
 {
     AccountData account;
@@ -69,7 +69,7 @@ TEST(TrainingString, HasTheGamesAndTwentyDates)
     EXPECT_EQ(wide(account.SaveStringFromTraining()), L"1|-1|0|0|1_3|85|2|900|0_" + emptyDates());
 }
 
-TEST(TrainingString, OfGamesThatAreNoneHasTheDatesAlone)
+TEST(TrainingString, OfInvalidGamesHasTheDatesAlone)
 {
     AccountData account;
     for (const int id : {0, 5, 100})
@@ -80,7 +80,7 @@ TEST(TrainingString, OfGamesThatAreNoneHasTheDatesAlone)
     EXPECT_EQ(wide(account.SaveStringFromTraining()), emptyDates());
 }
 
-TEST(TrainingString, DateOfTheLastPlayStandsAtItsSlot)
+TEST(TrainingString, DateOfTheLastPlayIsAtItsSlot)
 {
     AccountData account;
     account.m_TrainingMap[1] = trainingOf(1);
@@ -89,7 +89,7 @@ TEST(TrainingString, DateOfTheLastPlayStandsAtItsSlot)
     account.m_TrainingMap[2] = trainingOf(2);
     account.m_TrainingMap[2].m_DateSlot = 19;
     account.m_TrainingMap[2].m_LastPlayTime = L"2020-1-2 10:00:00";
-    // Of two games with one slot the later stays.
+    // Of two games with one slot the later is kept.
     account.m_TrainingMap[3] = trainingOf(3);
     account.m_TrainingMap[3].m_DateSlot = 0;
     account.m_TrainingMap[3].m_LastPlayTime = L"2020-1-3 10:00:00";
@@ -161,7 +161,7 @@ TEST(TrainingString, EntryMadeByALoadHasNoGameAndIsNotSaved)
     EXPECT_EQ(wide(account.SaveStringFromTraining()), emptyDates());
 }
 
-TEST(TrainingString, GamesThatAreNoneAreDroppedByALoad)
+TEST(TrainingString, InvalidGamesAreDroppedByALoad)
 {
     AccountData account;
     account.LoadTrainingFromString(L"0|1|1|1|1_5|1|1|1|1_100|1|1|1|1_-3|1|1|1|1_x|1_|1_");
@@ -182,14 +182,14 @@ TEST(TrainingString, FieldsThatALoadDoesNotFindHaveStartValues)
     EXPECT_EQ(account.m_TrainingMap[3].m_CDDuration, 0);
     EXPECT_TRUE(account.m_TrainingMap[3].m_Locked);
 
-    // The scan ends at the first field that is no number.
+    // The scan ends at the first field that is not a number.
     account.LoadTrainingFromString(L"3|70|x|900|0_");
     EXPECT_EQ(account.m_TrainingMap[3].m_BestScore, 70.0f);
     EXPECT_EQ(account.m_TrainingMap[3].m_PlayTimes, 0);
     EXPECT_EQ(account.m_TrainingMap[3].m_CDDuration, 0);
     EXPECT_TRUE(account.m_TrainingMap[3].m_Locked);
 
-    // White space counts in front of numbers only; a lock below 1 is none.
+    // White space is skipped before numbers only; a lock below 1 means unlocked.
     account.LoadTrainingFromString(L" 3| 71|\t2|900|-1_");
     EXPECT_EQ(account.m_TrainingMap[3].m_BestScore, 71.0f);
     EXPECT_EQ(account.m_TrainingMap[3].m_PlayTimes, 2);
@@ -233,7 +233,7 @@ TEST(TrainingString, DateTakesUpTo99Units)
     EXPECT_EQ(wide(account.m_DateMap[1]), fitting);
 }
 
-TEST(TrainingString, LoadEndsBehindTheLastRecord)
+TEST(TrainingString, LoadEndsAfterTheLastRecord)
 {
     AccountData account;
     account.m_TrainingMap[3] = trainingOf(3);
@@ -302,7 +302,7 @@ TEST(ItemString, StackExpiresOnTheSecondOnBothWays)
     clock.advance(1000);
     EXPECT_TRUE(account.SaveStringFromItem().isEmpty());
     EXPECT_EQ(loadedPieces(L"apple|3|86400="), 0);
-    // The bag itself keeps what the text leaves out.
+    // The bag itself keeps the items that the text omits.
     EXPECT_EQ(account.m_ItemList.size(), 1u);
 }
 
@@ -317,7 +317,7 @@ TEST(ItemString, SecondsKeepTheirLowHalf)
 {
     const zet::TestClock clock(secondsOf(L"2020-1-1 00:00:00"));
     AccountData account;
-    // 2^31 seconds are over on 2068-1-19; from there the text has a sign, and the date comes back all the same.
+    // 2^31 seconds end on 2068-1-19; later texts have a sign, and the date still round-trips.
     account.m_ItemList = {itemOf(L"apple", 1, L"2068-1-19 03:14:07"), itemOf(L"pear", 1, L"2068-1-19 03:14:08"),
                           itemOf(L"plum", 1, L"2136-2-7 06:28:15")};
     EXPECT_EQ(wide(account.SaveStringFromItem()), L"apple|1|2147483647=pear|1|-2147483648=plum|1|-1=");
@@ -328,7 +328,7 @@ TEST(ItemString, SecondsKeepTheirLowHalf)
     EXPECT_TRUE(other.m_ItemList[1].m_Deadline == L"2068-1-19 03:14:08");
     EXPECT_TRUE(other.m_ItemList[2].m_Deadline == L"2136-2-7 06:28:15");
 
-    // Beyond 2^32 seconds the text tells another date, and at 2^32 none.
+    // Beyond 2^32 seconds the text gives another date, and at 2^32 none.
     account.m_ItemList = {itemOf(L"apple", 1, L"2136-2-7 06:28:16"), itemOf(L"pear", 1, L"2136-2-7 06:28:17")};
     EXPECT_EQ(wide(account.SaveStringFromItem()), L"apple|1|0=pear|1|1=");
 }
@@ -344,7 +344,7 @@ TEST(ItemString, RecordNeedsThreeFields)
     EXPECT_EQ(loadedPieces(L"==apple|3|0="), 3);
 }
 
-TEST(ItemString, RecordThatIsNoValidItemIsDropped)
+TEST(ItemString, InvalidItemIsDropped)
 {
     EXPECT_EQ(loadedPieces(L"apple|0|0="), 0);
     EXPECT_EQ(loadedPieces(L"apple|-3|0="), 0);

@@ -150,7 +150,7 @@ TEST(FGameActivityChristmas, DayWithoutMissesCostsNothing)
     EXPECT_EQ(10, activity.m_Points);
     EXPECT_EQ(0, activity.m_MissedDays);
     EXPECT_FALSE(activity.m_PlayedToday);
-    // A negative count is none either, even after it grew.
+    // A negative count is also treated as none, even after an increment.
     activity = enabled(10, -1, false);
     activity.DailyClear();
     EXPECT_EQ(10, activity.m_Points);

@@ -1,4 +1,4 @@
-// The rank boards: what their tables do with counts that are not their own.
+// The rank boards: their tables with counts of other sizes.
 #include "playerdata/combat_rank.h"
 
 #include "packaging/cmd_packager.h"
@@ -18,7 +18,7 @@ CombatRankData line(const wchar_t* name, int value)
     return data;
 }
 
-// Everything of a default board but its tables.
+// A default board without its tables.
 void writeFixedFields(CCmdPackager& pk, const CombatRankData_Pack_Reply&)
 {
     const CombatRankData self;

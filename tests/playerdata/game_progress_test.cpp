@@ -17,7 +17,7 @@ namespace
 using test::bytesOf;
 using test::secondsOf;
 
-// Every field of the base away from its default.
+// Every field of the base differs from its default.
 FGameObject filledObject()
 {
     FGameObject object;
@@ -140,7 +140,7 @@ TEST(GameMusic, IsNumberedFrom1000)
     EXPECT_TRUE(music.FGameObject::IsValid());
 }
 
-TEST(GameKinds, TellTheirKindFromTheStart)
+TEST(GameKinds, ReturnTheirKindFromTheStart)
 {
     EXPECT_EQ(FGameObject().m_GameType, 0);
     EXPECT_EQ(FGameTraining().m_GameType, 1);
@@ -326,7 +326,7 @@ TEST(GameRush, AssignmentLeavesTheTextAndWhatIsNotSent)
     EXPECT_EQ(target.m_RushLocal0, -7);
     EXPECT_EQ(target.m_RushLocal1, -8);
     EXPECT_EQ(target.m_RushLocal2, -9);
-    // All the rest is equal.
+    // All other fields are equal.
     target.m_RushText = L"new text";
     EXPECT_EQ(bytesOf(target), bytesOf(source));
 
@@ -335,7 +335,7 @@ TEST(GameRush, AssignmentLeavesTheTextAndWhatIsNotSent)
     EXPECT_TRUE(copy.m_RushNote == L"new note");
     EXPECT_EQ(copy.m_RushLocal2, 9);
 
-    // A temporary is assigned by the same rule.
+    // Assignment from a temporary follows the same rule.
     moved = FGameRush(source);
     EXPECT_TRUE(moved.m_RushText == L"old text");
     EXPECT_TRUE(moved.m_RushNote == L"old note");
@@ -438,7 +438,7 @@ TYPED_TEST(CoolingGame, DifferenceKeepsItsLowHalf)
     zet::TestClock clock(secondsOf(L"2020-5-6 12:00:00") + (1LL << 32) + 100);
     game.SetCDTimeByPlayTimes();
     EXPECT_EQ(game.m_CDTime, 200.0f);
-    // The least difference that there is, against which the remainder needs more than an int.
+    // The smallest difference; the remainder needs more than an int.
     clock.setTime(secondsOf(L"2020-5-6 12:00:00") + (1LL << 31));
     game.SetCDTimeByPlayTimes();
     EXPECT_EQ(game.m_CDTime, 2147483948.0f);

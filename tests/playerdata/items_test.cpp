@@ -57,7 +57,7 @@ TEST(GameItem, ExpiresOnTheSecondOfItsDeadline)
     EXPECT_FALSE(item.IsValid());
 }
 
-TEST(GameItem, DeadlineThatIsNoDateHasExpired)
+TEST(GameItem, InvalidDeadlineHasExpired)
 {
     EXPECT_FALSE(itemOf(L"apple", 1, L"soon").IsValid());
     EXPECT_FALSE(itemOf(L"apple", 1, L"2999-13-1 00:00:00").IsValid());
@@ -181,14 +181,14 @@ TEST(GameShop, SecondReadingAddsToTheOffersForMoneyAlone)
     EXPECT_EQ(other.m_ShopTrades.count(L"apple"), 1u);
 }
 
-TEST(GameShop, FailedElementLeavesThoseInFrontOfIt)
+TEST(GameShop, FailedElementLeavesThoseBeforeIt)
 {
     FGameShop shop;
     shop.m_InPurchaseTrades = {tradeOf(L"silver", 1), tradeOf(L"gold", 2)};
     CCmdPackager whole;
     ASSERT_TRUE(shop.Write(&whole));
     CCmdPackager cut;
-    // Without the last bytes of the second offer and what stands behind it.
+    // Without the last bytes of the second offer and everything after it.
     ASSERT_TRUE(cut.Write(whole.GetBuffer(), whole.GetDataSize() - 6));
     FGameShop other;
     other.m_InPurchaseTrades = {tradeOf(L"old", 9)};

@@ -40,7 +40,7 @@ TEST(AccountSortInfo, EqualRowsOfOneTimeAreNotGreater)
     EXPECT_FALSE(accountRow(1, 2, 3) > accountRow(1, 2, 3));
 }
 
-TEST(AccountSortInfo, TimeThatIsNoneCountsAsTheStartOf1970)
+TEST(AccountSortInfo, InvalidTimeCountsAsTheStartOf1970)
 {
     EXPECT_TRUE(accountRow(1, 2, 3, L"soon") > accountRow(1, 2, 3, kEarlier));
     EXPECT_FALSE(accountRow(1, 2, 3, L"") > accountRow(1, 2, 3, L"soon"));

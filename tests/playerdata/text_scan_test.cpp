@@ -8,7 +8,7 @@
 namespace
 {
 
-// What a scanner makes of a number, 77 if it takes none.
+// The number that a scanner reads, 77 if it reads none.
 int intOf(std::wstring_view record)
 {
     int number = 77;
@@ -35,7 +35,7 @@ TEST(TextScanner, TakesDecimalNumbers)
     EXPECT_EQ(intOf(L"0x10"), 0);
 }
 
-TEST(TextScanner, SkipsWhiteSpaceInFrontOfNumbersOnly)
+TEST(TextScanner, SkipsWhiteSpaceBeforeNumbersOnly)
 {
     EXPECT_EQ(intOf(L" \t\n\v\f\r 5"), 5);
     int number = 0;
@@ -43,7 +43,7 @@ TEST(TextScanner, SkipsWhiteSpaceInFrontOfNumbersOnly)
     EXPECT_TRUE(scanner.takeInt(number));
     EXPECT_FALSE(scanner.takeUnit(L'|'));
     EXPECT_FALSE(isInt(L"- 5"));
-    // Other scripts have blanks and digits of their own, which are none here.
+    // Blanks and digits of other scripts do not count.
     EXPECT_FALSE(isInt(L"\x3000"
                        L"5"));
     EXPECT_FALSE(isInt(L"\xFF15"));

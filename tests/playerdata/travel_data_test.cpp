@@ -174,7 +174,7 @@ TEST(AccountTravelData, TextWithoutABarIsOfVersionZeroAndAllRecords)
     EXPECT_EQ(L"3-1-2;", travel.getStringFromAnalyVersion(text).view());
 }
 
-TEST(AccountTravelData, RecordsStandBehindTheFirstBar)
+TEST(AccountTravelData, RecordsFollowTheFirstBar)
 {
     AccountTravelData travel;
     Text text = L"0|3-1-2;|x";
@@ -249,7 +249,7 @@ TEST(AccountTravelData, AnotherVersionLoadsNothing)
 
 TEST(AccountTravelData, LoadsAsManyRecordsAsThereAre)
 {
-    // Far more than a step for each on the stack could bear.
+    // Far more than recursion per record could handle.
     constexpr int kRecords = 50000;
     std::wstring form = L"0|";
     for (int id = 0; id < kRecords; ++id)

@@ -1,4 +1,4 @@
-// The miniature platform as a user starts it: one command line, real processes, one result.
+// The miniature platform as a user runs it: one command line, real processes, one result.
 #include "tests/support/run_program.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ struct Outcome
     std::string m_LastLine;
 };
 
-// Runs the program with the words behind its name; a result of 0 is good.
+// Runs the program with the given arguments; 0 means success.
 Outcome runArena(const std::string& words)
 {
     const test::Run run = test::runProgram("arena", words);
@@ -40,7 +40,7 @@ TEST(Arena, DemoPlaysAllStepsAndLeavesWithZero)
 
 TEST(Arena, LookupWithoutARegistryIsAFault)
 {
-    // Nobody listens at the lowest port.
+    // Nothing listens on port 1.
     EXPECT_FALSE(runArena("lookup --type 1 --registry 1").m_IsGood);
     EXPECT_FALSE(runArena("shutdown --registry 1").m_IsGood);
     EXPECT_FALSE(runArena("service --type 1 --name alone --registry 1").m_IsGood);

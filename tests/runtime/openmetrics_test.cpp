@@ -95,9 +95,9 @@ TEST(OpenMetrics, LabelsAreEscaped)
     EXPECT_EQ(countOf(textOf(info), "{socket=\"a\\\"b\\\\c\\nd\xE5\xA4\xA7\"} 5\n"), 1u);
 }
 
-TEST(OpenMetrics, NoSeriesStandsTwice)
+TEST(OpenMetrics, NoSeriesAppearsTwice)
 {
-    // Both names hold a unit that is no character and come out with the same replacement.
+    // Both names contain an invalid unit and are printed with the same replacement character.
     const wchar_t first[] = {L'a', static_cast<wchar_t>(0xD800), L'\0'};
     const wchar_t second[] = {L'a', static_cast<wchar_t>(0xDC00), L'\0'};
     SystemCmdInfo info;

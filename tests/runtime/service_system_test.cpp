@@ -13,7 +13,7 @@
 namespace
 {
 
-// What a file log module is told, for as long as a test listens.
+// Records the calls of the file log module during a test.
 struct Told
 {
     std::vector<std::wstring> m_All;
@@ -99,7 +99,7 @@ TEST(MyServiceSystem, HasItsTypeAndAnIdentifierOfItsOwn)
     EXPECT_TRUE(zet::String_T<wchar_t>(one.getClassTimestamp()) == L"Mon Dec  9 15:18:50 2019");
 }
 
-TEST(MyServiceSystem, TheTypeLiesRightInFrontOfTheIdentifier)
+TEST(MyServiceSystem, TheTypeDirectlyPrecedesTheIdentifier)
 {
     const Service service(7);
     EXPECT_EQ(reinterpret_cast<const unsigned char*>(&service.m_ServerId) - 1, &service.m_ServerType);

@@ -26,7 +26,7 @@ std::wstring operationOf(SystemCmdInfo& info)
     return zet::formatText(L"%d %lu %d %d %d %d", count, query, al, ml, d1, d2).getBuffer();
 }
 
-// A server in the middle of its work, every figure another.
+// A server with different values in all figures.
 SystemCmdInfo busyServer()
 {
     SystemCmdInfo info;
@@ -58,7 +58,7 @@ int typeOf(int packType)
     return SystemCmdInfo::GetCmdSecondLevelType(&envelope);
 }
 
-// A host's own command behind the id of an envelope.
+// A host's own command with the id of an envelope.
 class HostsCommand : public CCmdPlatform
 {
 public:
@@ -241,7 +241,7 @@ TEST(SystemCmdInfo, ConnectionsCountWithoutABound)
     info.AddConnect();
     info.AddConnect();
     EXPECT_EQ(info.GetConnectCount(), 1);
-    // A document may have brought the ends of int.
+    // A document may contain the limits of int.
     info.m_ConnectCount = INT_MAX;
     info.AddConnect();
     EXPECT_EQ(info.GetConnectCount(), INT_MIN);
@@ -322,7 +322,7 @@ TEST(SystemCmdInfoJson, DocumentByteForByte)
                                 L"{\"socket\":\"\u5927\u5385\\\"1\\\"\",\"recvsize\":0,\"sendsize\":4294967295}]}");
 }
 
-TEST(SystemCmdInfoJson, DocumentGoesRound)
+TEST(SystemCmdInfoJson, DocumentRoundTrips)
 {
     SystemCmdInfo info = busyServer();
     SystemCmdInfo shown;
@@ -335,7 +335,7 @@ TEST(SystemCmdInfoJson, DocumentGoesRound)
     EXPECT_EQ(documentOf(shown), documentOf(info));
 }
 
-TEST(SystemCmdInfoJson, TextThatIsNoJsonChangesNothing)
+TEST(SystemCmdInfoJson, InvalidJsonChangesNothing)
 {
     SystemCmdInfo info = busyServer();
     const std::wstring before = documentOf(info);
@@ -357,7 +357,7 @@ TEST(SystemCmdInfoJson, MissingKeysGiveZero)
     EXPECT_EQ(info.GetTickTime(), 0u);
     EXPECT_EQ(info.GetConnectCount(), 0);
     EXPECT_EQ(operationOf(info), L"0 0 0 0 0 0");
-    // Sockets that the document does not speak of stay.
+    // Sockets missing in the document stay.
     EXPECT_EQ(info.GetServerTPSMap().size(), 2u);
     info.FromJsonString(L"{\"mem\":null,\"connect\":7,\"cmdsop\":{\"ml\":8}}");
     EXPECT_EQ(info.GetMemeryCost(), 0);
@@ -365,7 +365,7 @@ TEST(SystemCmdInfoJson, MissingKeysGiveZero)
     EXPECT_EQ(operationOf(info), L"0 0 0 8 0 0");
 }
 
-TEST(SystemCmdInfoJson, ExtraKeysAndTextBehindAreLeftAlone)
+TEST(SystemCmdInfoJson, ExtraKeysAndTrailingTextAreIgnored)
 {
     SystemCmdInfo info;
     info.FromJsonString(L" {\"version\":[1,{\"mem\":9}],\"mem\":5,\"tick\":6,\"cmdsop\":{\"count\":1,\"d3\":9},"
@@ -408,12 +408,12 @@ TEST(SystemCmdInfoJson, SocketsOfTheDocumentReplaceThoseOfTheirNames)
     EXPECT_EQ(gate.m_SendRate, 0u);
     EXPECT_EQ(gate.m_RecvBytes, 0u);
     EXPECT_EQ(info.GetServerTPSMap().at(L"zone").m_SendRate, 3u);
-    // Such a record shows its rates and takes no part in the periods.
+    // Such a record shows its rates but is not ticked.
     info.Tick(60001);
     EXPECT_EQ(gate.m_RecvRate, 1u);
 }
 
-TEST(SecondLevelType, SixteenCommandsTellTheirPackType)
+TEST(SecondLevelType, SixteenCommandsReturnTheirPackType)
 {
     EXPECT_EQ(typeOf<CCmdVoidDataRequest>(7), 7);
     EXPECT_EQ(typeOf<CCmdVoidDataReply>(-1), -1);
@@ -433,7 +433,7 @@ TEST(SecondLevelType, SixteenCommandsTellTheirPackType)
     EXPECT_EQ(typeOf<CCmdAchievementPackReply>(INT_MAX), INT_MAX);
 }
 
-TEST(SecondLevelType, OtherEnvelopesTellNothing)
+TEST(SecondLevelType, OtherEnvelopesReturnNothing)
 {
     EXPECT_EQ(typeOf<CCmdWizardPackRequest>(7), 0);
     EXPECT_EQ(typeOf<CCmdWizardPackReply>(7), 0);
@@ -447,7 +447,7 @@ TEST(SecondLevelType, OtherEnvelopesTellNothing)
     EXPECT_EQ(typeOf<CCmdSportPackNotify>(7), 0);
 }
 
-TEST(SecondLevelType, NullAndOtherObjectsTellNothing)
+TEST(SecondLevelType, NullAndOtherObjectsReturnNothing)
 {
     EXPECT_EQ(SystemCmdInfo::GetCmdSecondLevelType(nullptr), 0);
     CCmdGS_PawnScore score;

@@ -29,7 +29,7 @@ struct Split
     int m_NumChars = 0;
 };
 
-// Splits a line in two passes, the second into blocks of the very sizes that the first tells.
+// Splits a line in two passes, the second into blocks of exactly the sizes that the first returned.
 Split splitOf(const wchar_t* line)
 {
     Split split;
@@ -75,7 +75,7 @@ size_t filesIn(const fs::path& directory)
     return count;
 }
 
-// A directory of the test's own. The current directory and the static state are as before when it ends.
+// A directory for one test. Restores the current directory and the static state.
 class CZETUtilityPaths : public testing::Test
 {
 protected:
@@ -118,7 +118,7 @@ TEST(CommandLine, ProgramEndsAtTheFirstBlankOutsideOfQuotes)
     EXPECT_EQ(splitOf(L"\"C:\\dir\\\"x\\\" a").m_Arguments, (Arguments{L"C:\\dir\\x\\ a"}));
     EXPECT_EQ(splitOf(L"a\"b c\"d e").m_Arguments, (Arguments{L"ab cd", L"e"}));
     EXPECT_EQ(splitOf(L"\"open a").m_Arguments, (Arguments{L"open a"}));
-    // A blank in front is the end already.
+    // A leading blank already ends the name.
     EXPECT_EQ(splitOf(L" a").m_Arguments, (Arguments{L"", L"a"}));
 }
 
@@ -280,7 +280,7 @@ TEST_F(CZETUtilityPaths, AnotherTempPathTakesTheFileAway)
     CZETUtility::SetTempPath(textOf(m_Root / "b/"));
     EXPECT_EQ(filesIn(m_Root / "a"), 0u);
     EXPECT_EQ(filesIn(m_Root / "b"), 1u);
-    // The path that is set already may be given again.
+    // The current path may be set again.
     CZETUtility::SetTempPath(CZETUtility::GetTempPathW());
     EXPECT_EQ(filesIn(m_Root / "b"), 1u);
     const fs::path path = pathOf(CZETUtility::tempPath);
@@ -332,14 +332,14 @@ TEST_F(CZETUtilityPaths, WithNoPlaceForAFileItIsTheSystemsTempPath)
     EXPECT_TRUE(Wide(CZETUtility::SetTempPath(textOf(m_Root / "tmp"))) == platform::getTempDirectory());
     EXPECT_EQ(CZETUtility::tempFile, nullptr);
     EXPECT_FALSE(CZETUtility::initTempFile);
-    // While no file is open, each question tries again.
+    // While no file is open, each query tries again.
     fs::remove(m_Root / "tmp");
     EXPECT_STREQ(CZETUtility::GetTempPathW(), textOf(m_Root / "tmp").getBuffer());
 }
 
 TEST_F(CZETUtilityPaths, TempPathTakes130UnitsOfTheWorkPath)
 {
-    // A name that the cut leaves a part of, whose place can be told from the part.
+    // A name that is truncated, with a position that can be recognized from the rest.
     const size_t behind = static_cast<size_t>(textOf(m_Root).getLength()) + 1;
     ASSERT_LT(behind, 120u);
     const fs::path work = m_Root / std::string(150 - behind, 'w');
@@ -385,7 +385,7 @@ TEST_F(CZETUtilityPaths, TempFileGoesWithTheProcess)
 {
     fs::path directory = m_Root / "exit";
 #ifdef _WIN32
-    // The child is the program started anew, with a root of its own: it is told the parent's directory.
+    // The child is this program started again, with its own root: it gets the parent's directory as an argument.
     constexpr char kTold[] = "COMMONGROUND_TEST_DIRECTORY";
     if (const char* told = std::getenv(kTold))
         directory = told;
@@ -431,7 +431,7 @@ TEST(Hashes, KeyOfMoreThan64BytesIsHashedFirst)
 
 TEST(Hashes, DigestEndsAtItsFirstZeroByte)
 {
-    // 3c340bc75400510c...: five bytes in front of the zero.
+    // 3c340bc75400510c...: five bytes before the zero.
     EXPECT_STREQ(CZETUtility::GetHMACSHA1("key", "127"), "PDQLx1Q=");
     // 0067c67d...: none.
     EXPECT_STREQ(CZETUtility::GetHMACSHA1("key", "290"), "");

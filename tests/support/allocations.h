@@ -1,5 +1,5 @@
-// Counts what operator new gives out. On Windows the library's own calls do not come by here, so tests assert upper
-// bounds only.
+// Counts allocations by operator new. On Windows the library's own calls are not counted, so tests assert upper bounds
+// only.
 #pragma once
 
 #include <optional>
@@ -7,7 +7,7 @@
 namespace test
 {
 
-// Blocks and bytes that this thread took since the object was made; what was given back is not taken off.
+// Blocks and bytes that this thread has allocated since construction; freed ones are not subtracted.
 class AllocationCount
 {
 public:
@@ -20,8 +20,8 @@ private:
     long long m_Bytes;
 };
 
-// While it lives, allocations of this thread fail: so many in a row, behind so many that succeed. They fail in operator
-// new alone, by std::bad_alloc or null as it promises, and not at all in what Windows' library calls by itself.
+// During its lifetime allocations of this thread fail: a number in a row, after a number that succeed. Only operator
+// new fails, by std::bad_alloc or null; calls inside the library's DLL on Windows do not.
 class FailingAllocations
 {
 public:
@@ -30,13 +30,13 @@ public:
     FailingAllocations(const FailingAllocations&) = delete;
     FailingAllocations& operator=(const FailingAllocations&) = delete;
 
-    // Whether all of them have failed by now.
+    // Whether all of them have failed.
     bool isOver() const;
 };
 
-// Bytes of the C library's blocks that are in use by this process now. Nothing where nobody tells: in another C library
-// and under a sanitizer that brings its own blocks. A test that needs them then skips, behind all else that it expects.
+// Bytes allocated from the C library by this process. Empty if not available: with another C library, and under a
+// sanitizer with its own allocator. A test that needs the figure then skips, after its other expectations.
 std::optional<long long> bytesInUse();
-constexpr const char* kNobodyTellsBytes = "nobody tells the bytes in use here";
+constexpr const char* kNobodyTellsBytes = "the bytes in use are not available here";
 
 } // namespace test

@@ -13,7 +13,7 @@ inline std::vector<void*>& argumentObjects()
     return objects;
 }
 
-// The number of an object; the same again for the same place, which is what counts as one here.
+// The number of an object; objects are identified by their address.
 inline unsigned long argumentOf(void* object)
 {
     std::vector<void*>& objects = argumentObjects();

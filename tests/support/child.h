@@ -1,5 +1,5 @@
-// A program that a test starts and ends, with its input and output in the test's hands. It has none of the test's other
-// handles, and where the system can do so it ends with the test, should that die first.
+// A program that a test starts and ends, with pipes for its input and output. It inherits no other handle of the test
+// and, if the system supports it, ends with the test.
 #pragma once
 
 #include <string>
@@ -14,27 +14,27 @@ namespace test
 class Child
 {
 public:
-    // Looked for as the shell does; the first word is the program.
+    // The first word is the program, searched like in a shell.
     explicit Child(const std::vector<std::string>& words);
-    // Ends it by its number, where it still runs.
+    // Ends it by its id, if it still runs.
     ~Child();
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
-    // Whether it has a process. One that is not to be found ends at once, with the code 127.
+    // Whether it was started. A program that is not found ends at once with code 127.
     bool isStarted() const { return m_Id > 0; }
     bool write(const std::string& text);
     void closeInput();
-    // What it has said so far, both ways; never waits.
+    // Its standard output and error so far; never waits.
     const std::string& output();
-    // Waits until it has said the text or closed its output, but for a child that does neither no more than a minute.
+    // Waits until it has printed the text or closed its output, at most a minute.
     const std::string& outputWith(std::string_view text);
-    // Whether it has closed its output, as it does when it ends. Asked of what output() has seen.
+    // Whether it has closed its output, as it does at its end; updated by output().
     bool isOver() const { return m_IsOver; }
     // Waits until it ends by itself. Its exit code, or -1.
     int wait();
 
-    // Whether a program is there to be started.
+    // Whether a program is installed.
     static bool isThere(const std::string& program);
 
 private:
@@ -45,9 +45,9 @@ private:
     bool m_IsOver = false;
 };
 
-// A port of 127.0.0.1 on which nobody listens now.
+// A free port of 127.0.0.1.
 unsigned short findFreePort();
-// Whether somebody listens there.
+// Whether the port is listened on.
 bool isListening(unsigned short port);
 
 } // namespace test

@@ -22,7 +22,7 @@ namespace test
 namespace
 {
 
-// Handles of the test that a program is kept from.
+// Handles of the test that a program must not inherit.
 constexpr int kMostHandles = 1024;
 
 } // namespace
@@ -47,7 +47,7 @@ Child::Child(const std::vector<std::string>& words)
     m_Id = fork();
     if (m_Id == 0)
     {
-        // Only what is safe between fork and exec.
+        // Only functions that are safe between fork and exec.
 #ifdef __linux__
         prctl(PR_SET_PDEATHSIG, SIGKILL);
 #endif

@@ -1,4 +1,4 @@
-// Waits for what another thread brings about.
+// Waits for the effect of another thread.
 #pragma once
 
 #include <chrono>
@@ -7,7 +7,7 @@
 namespace test
 {
 
-// Asks until a condition holds and says whether it did. The bound is for a failing test alone.
+// Polls until a condition holds and returns whether it did. The time limit is reached only in a failing test.
 template <class Condition>
 bool eventually(Condition condition)
 {

@@ -28,7 +28,7 @@ std::string trimmed(std::string text)
     return text;
 }
 
-// The place of a character outside quotes, from a place on.
+// The position of a character outside quotes, from a position on.
 size_t findOutside(const std::string& text, char wanted, size_t from)
 {
     char quote = 0;
@@ -82,7 +82,7 @@ void putCount(std::string& out, unsigned count)
     }
 }
 
-// A text in the form of a width. The vectors' texts hold characters of the basic plane only, so units are characters.
+// A text in the form of a width. The vectors' texts have characters of the basic plane only, so units are characters.
 std::string textBytes(const std::string& utf8, Width width)
 {
     std::vector<unsigned> units;
@@ -152,7 +152,7 @@ void Book::load(const std::string& path)
                 fail(place, "a header needs a class, a packager and a name");
             vector.m_Place = place;
             if (!m_ByName.emplace(key(vector.m_Class, vector.m_Form, vector.m_Name), m_Vectors.size()).second)
-                fail(place, "the vector stands twice");
+                fail(place, "the vector is defined twice");
             m_Vectors.push_back(vector);
             continue;
         }

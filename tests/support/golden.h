@@ -1,4 +1,4 @@
-// Loads the golden vectors; the format is told in tests/golden/README.md.
+// Loads the golden vectors; tests/golden/README.md describes the format.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -10,7 +10,7 @@
 namespace golden
 {
 
-// The width of text, in bytes, for which a vector's bytes are asked.
+// The width of text, in bytes, of a vector's bytes.
 enum class Width
 {
     k16 = 2,
@@ -25,19 +25,19 @@ struct Vector
     std::string m_Class;
     std::string m_Form;
     std::string m_Name;
-    // Where it stands, for messages.
+    // File and line, for messages.
     std::string m_Place;
     bool m_Read = true;
     int m_Consumed = -1;
-    // The vector that Write gives: empty for this one, "-" where it is not checked.
+    // The vector that Write gives: empty for this one, "-" if it is not checked.
     std::string m_Rewrite;
     bool m_Has16 = true;
     bool m_Has32 = true;
-    // The lines as they stand: bytes, meaning.
+    // The lines of the file: bytes, meaning.
     std::vector<std::pair<std::string, std::string>> m_Lines;
 };
 
-// All vectors of all files below a folder. Throws std::runtime_error with a place where the format is not kept.
+// All vectors of all files below a folder. Throws std::runtime_error with the position of a format error.
 class Book
 {
 public:
@@ -46,7 +46,7 @@ public:
     const std::vector<Vector>& all() const { return m_Vectors; }
     const Vector& find(const std::string& className, const std::string& form, const std::string& name) const;
     std::string bytes(const Vector& vector, Width width) const;
-    // Every member that the vector gives, those of its records included.
+    // Every member that the vector gives, including those of its records.
     nlohmann::json members(const Vector& vector) const;
 
 private:

@@ -1,4 +1,4 @@
-// As many handles as the system allows, while a test of many connections lasts.
+// Raises the limit of open handles during a test of many connections.
 #pragma once
 
 #include <sys/resource.h>
@@ -6,7 +6,7 @@
 namespace test
 {
 
-// Of this process; the limit of before comes back with the end of the object.
+// The limit of this process; the destructor restores the previous one.
 class RaisedHandleLimit
 {
 public:
@@ -15,7 +15,7 @@ public:
     RaisedHandleLimit(const RaisedHandleLimit&) = delete;
     RaisedHandleLimit& operator=(const RaisedHandleLimit&) = delete;
 
-    // The handles that there may be now.
+    // The current limit.
     unsigned long long count() const { return m_Count; }
 
 private:

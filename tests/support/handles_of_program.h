@@ -1,4 +1,4 @@
-// What a started program inherits of this process.
+// The handles that a started program inherits from this process.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 namespace test
 {
 
-// What the handles of a started program lead to, as it lists them itself; its own pipe and folder are left out.
+// The targets of a started program's handles, as it lists them itself, without its own pipe and folder.
 inline std::multiset<std::string> handlesOfAProgram()
 {
     std::multiset<std::string> targets;

@@ -1,4 +1,4 @@
-// A folder for the files of the file log, gone with the object.
+// A folder for the files of the file log, deleted with the object.
 #pragma once
 
 #include "framework/log.h"
@@ -28,7 +28,7 @@ public:
     LogFolder(const LogFolder&) = delete;
     LogFolder& operator=(const LogFolder&) = delete;
 
-    // Loads the file log, where it is not loaded yet, and gives it a path in the folder.
+    // Loads the file log, if not loaded yet, and sets its path to the folder.
     bool use(const std::wstring& below = L"") const
     {
         const std::wstring path = L"FileLog@path=" + (m_Path / below).generic_wstring() + L"/";
@@ -36,7 +36,7 @@ public:
         return zet::DllModule::createInstance()->load(L"zet_FileLog.dll");
     }
 
-    // The lines of all files, those that have an end.
+    // The complete lines of all files.
     std::vector<std::string> lines() const
     {
         std::vector<std::string> all;
@@ -50,7 +50,7 @@ public:
         return all;
     }
 
-    // A line without the time in front of it.
+    // A line without its time.
     static std::string withoutTime(const std::string& line)
     {
         static const std::regex stamp(R"(^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} )");

@@ -1,4 +1,4 @@
-// Collects what the log says while it lives.
+// Collects log lines during its lifetime.
 #pragma once
 
 #include "framework/log.h"

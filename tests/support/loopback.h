@@ -1,4 +1,4 @@
-// A command of the tests' own, and a server and clients that talk over the loopback.
+// A command for tests, and a server and clients that talk over the loopback.
 #pragma once
 
 #include "dispatch/analyser_socket.h"
@@ -13,7 +13,7 @@
 namespace test
 {
 
-// A number and as many bytes as wanted.
+// A number and a given number of bytes.
 class NoteCommand : public CCmdHead
 {
 public:
@@ -45,7 +45,7 @@ public:
     int m_Ballast;
 };
 
-// What a handler of NoteCommand does; one to each analyser.
+// The handler of NoteCommand; one per analyser.
 using NoteHandler = std::function<void(CCommandSocket*, const NoteCommand&)>;
 
 class NoteAnalyser
@@ -54,7 +54,7 @@ public:
     explicit NoteAnalyser(NoteHandler handler = [](CCommandSocket*, const NoteCommand&) {})
         : m_Handler(std::move(handler))
     {
-        // The analyser takes 32 bits twice; a pointer has up to 64.
+        // The analyser takes two 32-bit arguments; a pointer has up to 64 bits.
         const auto self = reinterpret_cast<unsigned long long>(this);
         m_Analyser.Install(NoteCommand::kId, NoteCommand::Process, &NoteAnalyser::call,
                            static_cast<unsigned long>(self & 0xFFFFFFFF), static_cast<unsigned long>(self >> 32));
@@ -111,12 +111,12 @@ public:
 
     CCmdAnalyserSocket* m_pAnalyser;
     std::function<ClientHandle()> m_Make;
-    // Held here as well, so that a test can look at a connection that the server has let go of.
+    // Also held here, so that a test can inspect a connection that the server has released.
     std::vector<ClientHandle> m_Accepted;
     int m_Abandons = 0;
 };
 
-// Ticks, and waits in between as run() does, until the condition holds. False after about ten seconds without.
+// Ticks, and waits in between like run(), until the condition holds. False after about ten seconds.
 template <class Condition>
 bool tickUntil(zet::System& system, Condition condition)
 {
@@ -149,7 +149,7 @@ struct Loopback
         m_System.exit();
     }
 
-    // A client that stands on both ends, or null.
+    // A client that is established on both ends, or null.
     ClientHandle connect(CCmdAnalyserSocket* analyser)
     {
         const ClientHandle client = new Client(analyser);
@@ -165,7 +165,7 @@ struct Loopback
             return nullptr;
         return client;
     }
-    // The server's end of the connection that came last.
+    // The server's end of the latest connection.
     ClientHandle accepted() const { return m_Server->m_Accepted.back(); }
 
     zet::System m_System;

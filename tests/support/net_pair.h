@@ -1,4 +1,4 @@
-// Net sessions of the tests' own: a module that takes every visitor, and sessions that write down what happens.
+// Net sessions for tests: a module that accepts every session, and sessions that record their events.
 #pragma once
 
 #include "dispatch/analyser.h"
@@ -14,14 +14,14 @@
 namespace test
 {
 
-// Takes NoteCommand; one to each analyser of net commands.
+// The handler of NoteCommand; one per analyser of net commands.
 class NetNotes
 {
 public:
     NetNotes() { m_Analyser.Install(NoteCommand::kId, &NetNotes::process, &NetNotes::ignore); }
 
     CCmdAnalyser m_Analyser;
-    // Called in place of a handler; static, since a handler's arguments belong to the session.
+    // Called instead of a handler; static, since a handler's arguments belong to the session.
     static inline std::function<void(unsigned long arg1, unsigned long arg2, const NoteCommand&)> s_Handler;
 
 private:
@@ -78,7 +78,7 @@ public:
     }
 
     std::string m_Notes;
-    // What getState() said in the last handler but that of connect ok.
+    // The result of getState() in the last handler other than that of connect ok.
     State m_StateAtEnd = kEstablished;
     std::function<void()> m_OnOk;
     std::function<void()> m_OnClosed;
@@ -121,7 +121,7 @@ struct NetPair
 
     zet::NetAddress address() const { return zet::NetAddress(L"127.0.0.1", m_Server->getPort()); }
     NotingHandle make() { return new NotingSession(m_Client, &m_Notes.m_Analyser); }
-    // A session that stands on both ends, or null.
+    // A session that is established on both ends, or null.
     NotingHandle connect(const zet::Uuid& id = zet::Uuid())
     {
         const NotingHandle session = make();
@@ -135,7 +135,7 @@ struct NetPair
             return nullptr;
         return session;
     }
-    // The server's end of the session that came last.
+    // The server's end of the latest session.
     const NotingHandle& accepted() const { return m_Server->m_Accepted.back(); }
 
     NetNotes m_Notes;

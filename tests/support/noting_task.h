@@ -1,4 +1,4 @@
-// A task that writes down what happens to it.
+// A task that records its calls.
 #pragma once
 
 #include "framework/system.h"
@@ -9,7 +9,7 @@
 namespace test
 {
 
-// Each note is the task's name and a letter: i for init, . for a tick, e for exit, ~ for the end.
+// Each note is the task's name and a letter: i for init, . for a tick, e for exit, ~ for destruction.
 class NotingTask : public zet::System::Task
 {
 public:

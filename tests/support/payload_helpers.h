@@ -18,7 +18,7 @@ Bytes bytesOf(const P& packager)
     return Bytes(packager.GetBuffer(), packager.GetBuffer() + packager.GetDataSize());
 }
 
-// What a command or a record writes, nothing where it fails.
+// The bytes that a command or a record writes, empty on failure.
 template <class P = CCmdPackager, class T>
 Bytes written(const T& object)
 {
@@ -26,7 +26,7 @@ Bytes written(const T& object)
     return object.Write(&packager) ? bytesOf(packager) : Bytes();
 }
 
-// Begins the payload of a command of an id with a default head.
+// Starts the payload of a command with a default head.
 inline void writeHead(CCmdPackager& packager, unsigned short id)
 {
     static_cast<void>(CCmdPlatform(id).Write(&packager));

@@ -17,7 +17,7 @@ bool hasWord(const Field& field, const std::string& word)
     return (' ' + field.words + ' ').find(' ' + word + ' ') != std::string::npos;
 }
 
-// Of a map only what cannot collide or change places; of slots none, since a new object has none.
+// Of a map at most one entry, which cannot collide or be reordered; of slots none, since a new object has none.
 int mostElements(const Field& field)
 {
     if (hasWord(field, "IntoExistingSlots"))
@@ -36,7 +36,7 @@ MadePayload PayloadMaker::make(const wire::Schema& schema)
 
 void PayloadMaker::object(const wire::Schema& schema)
 {
-    // Ints that say how many bytes or items come later, and members that travel twice.
+    // Ints that give the number of later bytes or items, and members that are sent twice.
     std::map<size_t, int> sizes;
     for (const Field& field : schema.fields)
         if (field.kind == Kind::kSizedBytes || field.kind == Kind::kSizedItems)
@@ -119,7 +119,7 @@ void PayloadMaker::value(const Field& field)
     case Kind::kFloat:
     {
         char digits[64];
-        // A quarter has an exact text, so that it is written again as it came.
+        // A multiple of a quarter has an exact text, so that it is written again unchanged.
         const int length =
             std::snprintf(digits, sizeof digits, "%f", (static_cast<int>(m_Random() % 100000) - 50000) / 4.0);
         number(1, static_cast<unsigned>(length));

@@ -1,4 +1,4 @@
-// Makes valid payloads of any class from its schema, by an encoder of its own.
+// Makes valid payloads of any class from its schema, by an independent encoder.
 #pragma once
 
 #include "packaging/wire/schema.h"
@@ -11,7 +11,7 @@
 namespace test
 {
 
-// Where a payload holds a number that says how much follows.
+// The position of a count or size in a payload.
 struct CountPlace
 {
     size_t m_Offset;
@@ -24,8 +24,8 @@ struct MadePayload
     std::vector<CountPlace> m_Counts;
 };
 
-// Values are random, lists have up to three elements, keyed maps up to one, so that a payload that was read is
-// written again with the same bytes. Text is in the form of this build's width.
+// Values are random, lists have up to three elements, keyed maps up to one, so that reading and writing a payload gives
+// the same bytes. Text has the form of this build's width.
 class PayloadMaker
 {
 public:

@@ -1,4 +1,4 @@
-// The folders that a test finds its data and the programs of its build in.
+// The folders of test data and of the programs of this build.
 #pragma once
 
 #include <string>
@@ -10,13 +10,13 @@ namespace test
 // The folder tests/ of the tree.
 std::string getTestsFolder();
 
-// The folder that the programs and modules of this build lie in.
+// The folder of the programs and modules of this build.
 std::string getBuildFolder();
 
-// What stands before the name of such a program in a command that starts it: nothing, or an emulator's words.
+// The prefix of a command that starts such a program: empty, or an emulator's command.
 std::string getStarter();
 
-// The words that start a program of this build, as a child process takes them.
+// The arguments that start a program of this build as a child process.
 std::vector<std::string> getStartWords(const std::string& program);
 
 } // namespace test

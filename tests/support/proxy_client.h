@@ -1,4 +1,4 @@
-// A proxy client of the tests, and what it reports.
+// A proxy client for tests, and its reports.
 #pragma once
 
 #include "framework/quillo/app_log.h"
@@ -37,7 +37,7 @@ public:
     using CFrameworkClientProxySocket::SendNoNameCheck;
     using CFrameworkClientProxySocket::SendTargetAddress;
 
-    // Ticks that found something to receive.
+    // Ticks that received something.
     int m_Looks = 0;
     int m_Workings = 0;
     int m_StateThen = -1;
@@ -45,7 +45,7 @@ public:
 };
 using ProxyClientHandle = zet::Unknown::Handle_T<ProxyClient>;
 
-// What the process's log and the engine's log say while it lives.
+// Collects the lines of the process's log and of the engine's log during its lifetime.
 class BothLogs
 {
 public:
@@ -57,7 +57,7 @@ public:
     BothLogs(const BothLogs&) = delete;
     BothLogs& operator=(const BothLogs&) = delete;
 
-    // The lines of the process's log, and whether the engine's says the same.
+    // The lines of the process's log, and whether the engine's log has the same.
     std::vector<std::wstring> lines() const { return m_Log.texts(); }
     bool agree() const { return m_Log.texts() == m_AppLines; }
     bool areMessages() const

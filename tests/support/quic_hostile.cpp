@@ -24,7 +24,7 @@ unsigned long long bytesOf(const ByteSource& next, int count)
     return number;
 }
 
-// Small ones have a meaning more often.
+// Small values are valid more often.
 unsigned long long number(const ByteSource& next)
 {
     const unsigned char choice = next();
@@ -62,7 +62,7 @@ std::string numbers(const ByteSource& next, int count)
 
 std::string anyBytes(const ByteSource& next, size_t count)
 {
-    // All of one value, but for the first ones, so that a fuzzer need not give each.
+    // All of one value, except the first ones, so that a fuzzer need not provide each.
     std::string bytes;
     while (bytes.size() < std::min<size_t>(count, 8))
         bytes += static_cast<char>(next());
@@ -70,7 +70,7 @@ std::string anyBytes(const ByteSource& next, size_t count)
     return bytes;
 }
 
-// A length and as many bytes; now and then another length.
+// A length and that many bytes; sometimes a wrong length.
 std::string block(const ByteSource& next)
 {
     const size_t size = next() % 64;
@@ -89,7 +89,7 @@ std::string ackFrame(const ByteSource& next, unsigned char type)
 std::string idFrame(const ByteSource& next)
 {
     const size_t size = next() % 8 == 0 ? next() % 32 : 16;
-    // Their numbers in turn, as an honest peer has them, and how many are retired.
+    // Their numbers in order, as from an honest peer, and how many are retired.
     return '\x18' + numbers(next, 2) + static_cast<char>(size) + anyBytes(next, size) + anyBytes(next, 16);
 }
 
@@ -105,7 +105,7 @@ std::string cryptoOf(const ByteSource& next)
     const std::string head = '\x06' + numbers(next, 1);
     if (next() % 2)
         return head + block(next);
-    // The beginning of a TLS message, of any kind.
+    // The start of a TLS message of any kind.
     const size_t size = next() % 32;
     const std::string message =
         static_cast<char>(next() % 32) + std::string(2, '\0') + static_cast<char>(size) + anyBytes(next, size);
@@ -165,7 +165,7 @@ std::string wildFrame(const ByteSource& next)
     }
 }
 
-// One that an honest peer could send, so that the connection lives on; as many packets as its age have gone before.
+// A frame that an honest peer could send, so that the connection survives; age packets were sent before.
 std::string tameFrame(const ByteSource& next, int age, bool isServer)
 {
     const auto small = [&](int end) { return static_cast<char>(next() % end); };
@@ -206,7 +206,7 @@ std::string tameFrame(const ByteSource& next, int age, bool isServer)
     case 11:
         return '\x1B' + anyBytes(next, 8);
     case 12:
-        // TLS asks for new keys.
+        // A TLS request for new keys.
         return '\x06' + encoded(next() % 2 ? bytesOf(next, 1) : 0) +
                std::string{'\x05', '\x18', '\0', '\0', '\x01', small(2)};
     case 13:
@@ -215,7 +215,7 @@ std::string tameFrame(const ByteSource& next, int age, bool isServer)
         [[fallthrough]];
     default:
     {
-        // Near the beginning of the one stream, over others and behind gaps.
+        // Near the start of the stream, overlapping and after gaps.
         const std::string bytes = anyBytes(next, 1 + next() % 40);
         return std::string("\x0E\0", 2) + encoded(bytesOf(next, 1) * (1 + next() % 4)) + encoded(bytes.size()) + bytes;
     }
@@ -237,7 +237,7 @@ std::string takeNumber(const std::string& bytes, size_t& at, unsigned long long&
 
 std::string parameter(const ByteSource& next)
 {
-    // All that have a meaning are below, but for three.
+    // All valid ones are below, except three.
     static constexpr unsigned int kOthers[] = {0x20, 0x2AB2, 0x11, 0x1A};
     const unsigned int id = next() % 4 ? next() % 0x11 : kOthers[next() % 4];
     std::string value;
@@ -271,7 +271,7 @@ public:
             m_Wish.m_ChangeParams = [this](std::string& params) { changeParams(m_Next, params); };
         if (options & 64)
             m_Wish.m_BehindFinished = std::string(40, '\0');
-        // The handshake's own ones end a meeting soon, so they have their turn less often.
+        // Those of the handshake end a connection soon, so they are used less often.
         m_Kinds = next() % 8 ? 1 : next();
         m_Honest = next() % 2 ? next() % 8 : 0;
         m_Wish.m_ChangePayload = [this](unsigned char first, std::string& payload) { change(first, payload); };
@@ -314,7 +314,7 @@ public:
         m_Ours.clear();
         m_Net.m_Sockets.clear();
         m_Net.m_Server->m_Accepted.clear();
-        // A peer that confirms late is waited for longer: three times what ngtcp2 takes for the way there and back.
+        // A peer that acknowledges late is waited for longer: three times ngtcp2's round trip estimate.
         for (int i = 0; i < 100; ++i)
             m_Net.step(10000);
         return m_Net.m_Server->getConnectionCount() + m_Net.m_Port->getConnectionCount();
@@ -342,7 +342,7 @@ private:
             comeBy(&QuicPeer::rebind);
             break;
         case 1:
-            // There and back before the way is proven.
+            // Moves and moves back before the path is validated.
             comeBy(&QuicPeer::rebind);
             comeBy(&QuicPeer::rebindBack);
             break;
@@ -376,7 +376,7 @@ private:
 
     const ByteSource& m_Next;
     bool m_IsOurServer = false;
-    // The kinds of packets that are changed, and how many go before as they are.
+    // The kinds of packets that are changed, and how many unchanged ones are sent before.
     unsigned char m_Kinds = 0;
     int m_Honest = 0;
     int m_Age = 0;
@@ -395,7 +395,7 @@ std::string hostileFrames(const ByteSource& next, size_t size, int age, bool isS
     for (int count = 1 + next() % 8; count > 0 && frames.size() < size; --count)
     {
         const std::string one = isWild && next() % 4 == 0 ? wildFrame(next) : tameFrame(next, age, isServer);
-        // What does not fit is left out, but may be cut by a wild one.
+        // A frame that does not fit is omitted; an invalid one may be truncated.
         if (isWild || frames.size() + one.size() <= size)
             frames += one;
     }

@@ -15,7 +15,7 @@ namespace test
 namespace
 {
 
-// Said again by hand, as another maker would: a change of ours shows here.
+// Defined again independently, so that a change of the library's value fails.
 constexpr size_t kMostBytes = 2048;
 constexpr char kProtocol[] = "commonground/1";
 constexpr size_t kPlaces = 4;
@@ -25,7 +25,7 @@ ngtcp2_tstamp now()
     return NGTCP2_SECONDS + zet::getTimeTick() * NGTCP2_MILLISECONDS;
 }
 
-// Two ports of the loopback, with the addresses that ngtcp2 wants behind them.
+// Two ports of the loopback, with the addresses that ngtcp2 needs.
 struct Path
 {
     Path(unsigned short local, unsigned short remote) : m_Local(addressOf(local)), m_Remote(addressOf(remote))
@@ -136,7 +136,7 @@ struct QuicPeer::Calls
         return calls;
     }
 
-    // ngtcp2 does not tell whose packet it seals.
+    // ngtcp2 does not pass the connection whose packet it seals.
     static thread_local QuicPeer* s_Writing;
     static int encrypt(uint8_t* out, const ngtcp2_crypto_aead* aead, const ngtcp2_crypto_aead_ctx* context,
                        const uint8_t* plain, size_t size, const uint8_t* nonce, size_t nonceSize, const uint8_t* head,
@@ -152,7 +152,7 @@ struct QuicPeer::Calls
                                         nonce, nonceSize, head, headSize);
     }
 
-    // The TLS side, as ngtcp2's own helper has it, but with parameters that can be changed or left out.
+    // The TLS side, like ngtcp2's own helper, but with parameters that can be changed or omitted.
     static QuicPeer& peer(gnutls_session_t session)
     {
         return *static_cast<QuicPeer*>(
@@ -444,7 +444,7 @@ std::string QuicPeer::writeDatagram(unsigned short& from)
     }
     if (taken >= 0 && isLast && m_NextPiece >= m_Output.size())
         m_IsFinishing = false;
-    // A stream that the other end has stopped takes no more; the connection goes on.
+    // A stream that the other end has stopped accepts no data; the connection continues.
     if (size < 0 && size != NGTCP2_ERR_STREAM_SHUT_WR && size != NGTCP2_ERR_STREAM_NOT_FOUND)
         note(static_cast<int>(size));
     if (size <= 0)
@@ -472,7 +472,7 @@ void QuicPeer::write()
         if (!joined.empty() && (!m_Wish.m_IsJoining || joined.size() + datagram.size() > kMostBytes))
             send(from, std::exchange(joined, std::string()));
         joined += datagram;
-        // A packet with a short head has no size of its own, so nothing can follow it.
+        // A packet with a short header has no length field, so nothing can follow it.
         if (std::exchange(m_IsDatagramFull, false))
             send(from, std::exchange(joined, std::string()));
     }

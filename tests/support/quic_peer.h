@@ -1,4 +1,4 @@
-// One end of a connection over UDP, by ngtcp2 alone: a peer of another make, which does what ours never do.
+// One end of a connection over UDP that uses ngtcp2 directly: a peer that does what the library never does.
 #pragma once
 
 #include "tests/support/udp_road.h"
@@ -19,83 +19,82 @@ namespace test
 
 struct Certificate;
 
-// What a peer does differently.
+// How a peer differs.
 struct QuicWish
 {
-    // Whether its TLS hello carries transport parameters; and a change of their bytes.
+    // Whether its TLS hello has transport parameters; and a change of their bytes.
     bool m_HasParams = true;
     std::function<void(std::string& params)> m_ChangeParams;
-    // Sees the first byte of each packet and its plain payload before that is sealed, and may change it; the size
-    // stays, short of which the rest is padding.
+    // Gets the first byte of each packet and its payload before encryption, and may change it; the size stays, and the
+    // rest is padding.
     std::function<void(unsigned char first, std::string& payload)> m_ChangePayload;
-    // Bytes that go as more of its TLS handshake, behind the last message.
+    // Bytes sent as more TLS handshake data, after the last message.
     std::string m_BehindFinished;
-    // A client's: does not wait for the server's word that the handshake is over before it sends.
+    // A client: sends before the server has confirmed the handshake.
     bool m_IsEager = false;
-    // The datagrams of one step leave as one.
+    // The datagrams of one step are sent as one.
     bool m_IsJoining = false;
-    // A server's: bytes of a token that it sends with its first answer, in a packet with a short head.
+    // A server: bytes of a token that it sends with its first reply, in a packet with a short header.
     size_t m_TokenSize = 0;
-    // Where it sends from, an address of the loopback.
+    // Its own address, on the loopback.
     unsigned int m_Address = 0x7F000001;
-    // Of the ids that it gives itself.
+    // The length of its own ids.
     size_t m_IdSize = 16;
     std::string m_Priority = "NORMAL:-VERS-ALL:+VERS-TLS1.3:%DISABLE_TLS13_COMPAT_MODE";
 };
 
-// By the test clock; it believes any certificate.
+// Uses the test clock and accepts any certificate.
 class QuicPeer
 {
 public:
-    // A client that begins a connection to a port of the loopback.
+    // A client that connects to a port of the loopback.
     explicit QuicPeer(unsigned short server, QuicWish wish = {});
-    // A server for one connection, on a port of its own.
+    // A server for one connection, on its own port.
     explicit QuicPeer(const Certificate& certificate, QuicWish wish = {});
     ~QuicPeer();
     QuicPeer(const QuicPeer&) = delete;
     QuicPeer& operator=(const QuicPeer&) = delete;
 
-    // Takes what has come and sends what is due.
+    // Receives and sends what is due.
     void step();
-    // Both ends know that the handshake is over.
+    // Whether the handshake is confirmed.
     bool isUp() const { return m_IsUp && !m_IsOver; }
-    // Something has gone wrong, or the other end has ended it.
+    // Whether it failed, or the other end has closed it.
     bool isOver() const { return m_IsOver; }
-    // The code with which the other end closed the connection; 0 where it did not.
+    // The code with which the other end closed the connection, else 0.
     uint64_t getCloseCode() const;
-    // That a client asked a server for; empty without one.
+    // The server name in a client's hello; empty without one.
     const std::string& getServerName() const { return m_ServerName; }
-    // Goes on the connection's stream, whole.
+    // Sends the bytes on the connection's stream.
     void send(const std::string& bytes) { m_Output.push_back(bytes); }
-    // Ends the stream behind what is sent.
+    // Ends the stream after the sent data.
     void finish() { m_IsFinishing = true; }
     // RESET_STREAM and STOP_SENDING.
     void reset();
     void stop();
-    // What has come on it and was not taken.
+    // Received bytes not yet read.
     const std::string& received() const { return m_Received; }
     std::string takeReceived() { return std::exchange(m_Received, std::string()); }
 
-    // Leaves for another port, and there for another of the server's ids; the one of before is retired. False where
-    // the server has given no other, or the last move is not done.
+    // Moves to another port and to another of the server's ids, and retires the previous id. False if the server has
+    // announced no other, or the last move is not complete.
     bool move();
-    // Has another port from now on without knowing it, as behind a router that forgot; and the one of before again, if
-    // there was one.
+    // Changes the port without its knowledge, as by a NAT rebinding; and back to the previous port, if any.
     void rebind();
     void rebindBack();
     unsigned short getPort() const { return m_Places.back().m_Socket->getPort(); }
 
-    // The other end's id that packets name now, and those that were retired, the oldest first. Room for this many is
-    // taken beforehand, so that a test can watch the memory that the rest takes.
+    // The other end's current id, and the retired ones, oldest first. Their space is reserved in advance, so that a
+    // test can measure other memory.
     static constexpr size_t kRetiredIds = 1024;
     std::string getId() const;
     std::vector<std::string> getRetiredIds() const;
-    // Ids of this end that the other one has retired.
+    // Ids of this end that the other end has retired.
     int getReturnedIds() const { return m_ReturnedIds; }
 
 private:
     struct Calls;
-    // A socket, and the port that ngtcp2 takes it for.
+    // A socket, and the port that ngtcp2 assumes for it.
     struct Place
     {
         std::unique_ptr<BareUdp> m_Socket;
@@ -108,7 +107,7 @@ private:
     void openSession(unsigned int flags);
     void read(const Place& place);
     void write();
-    // The bytes of one datagram; none where nothing is due.
+    // The bytes of one datagram; empty if nothing is due.
     std::string writeDatagram(unsigned short& from);
     void confirm(size_t size);
     void note(int result) { m_IsOver = m_IsOver || result != 0; }
@@ -116,7 +115,7 @@ private:
     QuicWish m_Wish;
     bool m_IsServer = false;
     unsigned short m_Server;
-    // The last one is in use; packets may still be under way to those before.
+    // The last one is in use; packets to the earlier ones may still be in flight.
     std::deque<Place> m_Places;
     std::unique_ptr<BareUdp> m_PlaceBefore;
     gnutls_certificate_credentials_t m_Credentials = nullptr;
@@ -124,11 +123,11 @@ private:
     ngtcp2_conn* m_Connection = nullptr;
     ngtcp2_crypto_conn_ref m_Ref{};
     int64_t m_Stream = -1;
-    // Until it is confirmed, as ngtcp2 may have to send it again; and where it goes on that is not under way yet.
+    // Kept until acknowledged, as ngtcp2 may have to send it again; and the position of the first unsent byte.
     std::deque<std::string> m_Output;
     size_t m_NextPiece = 0;
     size_t m_NextByte = 0;
-    // Bytes of the first piece, or more, that the other end has confirmed.
+    // Bytes that the other end has acknowledged.
     size_t m_Confirmed = 0;
     std::string m_Received;
     std::string m_ServerName;

@@ -1,4 +1,4 @@
-// Our ends over UDP against a peer of another make.
+// The library's ends over UDP against the test peer.
 #pragma once
 
 #include "tests/support/quic_peer.h"
@@ -10,10 +10,10 @@
 namespace test
 {
 
-// What QUIC closes a connection with where TLS has an alert to tell.
+// The base of QUIC's close codes for TLS alerts.
 constexpr uint64_t kTlsAlert = 0x100;
 
-// A test with one peer, which steps between the ticks.
+// A test with one peer, which runs between the ticks.
 class QuicTest : public UdpTest
 {
 protected:
@@ -27,7 +27,7 @@ protected:
                 m_Peer->step();
         };
     }
-    // A peer that begins a connection to our server; one that waits for ours; and ours that has begun with one.
+    // A peer that connects to our server; a peer that waits for our client; and our client connected to it.
     void beginPeer(QuicWish wish = {}) { m_Peer.emplace(m_Net.m_Server->getPort(), std::move(wish)); }
     void waitForOurs(QuicWish wish = {})
     {
@@ -44,16 +44,16 @@ protected:
         waitForOurs(std::move(wish));
         return m_Net.begin();
     }
-    // Until a peer's connection stands on both ends.
+    // Runs until a peer's connection is established on both ends.
     bool connectPeer(QuicWish wish = {})
     {
         beginPeer(std::move(wish));
-        // The id that a client's connect() takes.
+        // The id passed to a client's connect().
         m_Peer->send(std::string(16, 'i'));
         const size_t before = m_Net.m_Server->m_Accepted.size();
         return m_Net.until([&] { return m_Peer->isUp() && m_Net.m_Server->m_Accepted.size() > before; }, 2000);
     }
-    // One of ours still reaches our server.
+    // Whether a client of ours can still use our server.
     bool isServing()
     {
         m_Peer.reset();
@@ -72,7 +72,7 @@ protected:
     std::optional<QuicPeer> m_Peer;
 };
 
-// The kind of a packet by the first byte of its head.
+// The kind of a packet by the first byte of its header.
 inline bool isShort(unsigned char first)
 {
     return !(first & 0x80);

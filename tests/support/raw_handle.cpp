@@ -2,7 +2,7 @@
 
 #ifdef _WIN32
 #include <winsock2.h>
-// After winsock2.h, which takes the place of an older one in it.
+// After winsock2.h, which replaces an older header included by it.
 #include <windows.h>
 #else
 #include <sys/socket.h>

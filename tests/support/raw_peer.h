@@ -1,4 +1,4 @@
-// A peer that sends whatever bytes it likes to a server of commands.
+// A peer that sends arbitrary bytes to a server of commands.
 #pragma once
 
 #include "framework/memory_stream.h"

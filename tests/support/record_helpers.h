@@ -1,4 +1,4 @@
-// Records and dates as the tests of player data make and compare them.
+// Helpers that make and compare records and dates in the tests of player data.
 #pragma once
 
 #include "framework/time.h"
@@ -13,7 +13,7 @@
 namespace test
 {
 
-// The bytes of a record, by which records are compared member by member.
+// The bytes of a record, used to compare all members.
 template <class Packager = CCmdPackager, class Record>
 std::string bytesOf(const Record& record)
 {

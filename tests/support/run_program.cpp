@@ -38,7 +38,7 @@ Run runProgram(const std::string& name, const std::string& words, const std::str
     std::string command =
         getStarter() + quoted(folder / name) + " " + words + " < " + quoted(in) + " > " + quoted(out) + " 2>&1";
 #ifdef _WIN32
-    // That shell takes the first and the last quote of a command away.
+    // That shell removes the first and the last quote of a command.
     command = '"' + command + '"';
 #endif
     Run run;

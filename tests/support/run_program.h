@@ -1,4 +1,4 @@
-// Runs a program of this build as a user's shell does.
+// Runs a program of this build by the shell.
 #pragma once
 
 #include <string>
@@ -8,15 +8,14 @@ namespace test
 
 struct Run
 {
-    // What the program returned.
+    // The exit code.
     int m_Code = 0;
-    // Standard output and error in one. On Windows the end of a line may be the two bytes of that system; here it is
-    // one byte everywhere.
+    // Standard output and error together. Line ends are one byte on every platform.
     std::string m_Output;
 };
 
-// Runs a program of the build folder with words for the shell behind its name and the input on its standard input.
-// Its files carry the name of the running test, so tests may run at the same time.
+// Runs a program of the build folder with arguments for the shell and the given standard input. Its files are named
+// after the running test, so tests may run in parallel.
 Run runProgram(const std::string& name, const std::string& words, const std::string& input = "");
 
 } // namespace test

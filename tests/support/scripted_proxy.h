@@ -1,4 +1,4 @@
-// A proxy that says what a test likes.
+// A proxy that sends what a test specifies.
 #pragma once
 
 #include "framework/system.h"
@@ -31,7 +31,7 @@ public:
     zet::Unknown::Handle_T<zet::TcpStream> m_Stream;
 };
 
-// A client, and the proxy that it was told of.
+// A client and its proxy.
 struct Proxied
 {
     explicit Proxied(CCmdAnalyserSocket* analyser = nullptr)
@@ -48,7 +48,7 @@ struct Proxied
         m_System.exit();
     }
 
-    // Whether both ends of the way to the proxy stand and the greeting was as told.
+    // Whether both ends of the proxy connection are established and the greeting was as expected.
     bool greets(const Bytes& greeting, const wchar_t* account = L"", const wchar_t* password = L"",
                 const wchar_t* target = kTarget)
     {
@@ -67,14 +67,14 @@ struct Proxied
         Bytes got(bytes.size());
         return m_Proxy->m_Stream->read(got.data(), size) == size && got == bytes;
     }
-    // Whether nothing came but the bytes that are known.
+    // Whether nothing was received except the known bytes.
     bool isSilent(int known = 0)
     {
         for (int i = 0; i < 3; ++i)
             m_System.tick();
         return m_Client->getOutputSize() == 0 && m_Proxy->m_Stream->available() == known;
     }
-    // Sends these bytes as one piece; whether the client has looked at them.
+    // Sends these bytes as one piece; returns whether the client has read them.
     bool answer(const Bytes& bytes)
     {
         const int before = m_Client->m_Looks;

@@ -1,4 +1,4 @@
-// A real SOCKS5 server, from a package of the system, while a test lasts.
+// A real SOCKS5 server, from a package of the system, for one test.
 #pragma once
 
 #include "framework/system.h"
@@ -12,18 +12,18 @@ namespace test
 
 class Child;
 
-// Listens on a free port of 127.0.0.1. Ended with the object, and with the test should that die first.
+// Listens on a free port of 127.0.0.1. Ends with the object, and with the test process.
 class SocksServer
 {
 public:
-    // The words are those of the program's command line behind address and port.
+    // The arguments follow address and port on the program's command line.
     SocksServer(zet::System& system, const std::vector<std::string>& words);
     ~SocksServer();
     SocksServer(const SocksServer&) = delete;
     SocksServer& operator=(const SocksServer&) = delete;
 
     bool isUp() const { return m_IsUp; }
-    // Why it is not up.
+    // The reason why it does not run.
     const std::string& reason() const { return m_Reason; }
     unsigned short port() const { return m_Port; }
 

@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr const char* kProgram = "microsocks";
-// Somebody else may take the free port before the program does.
+// Another process may take the free port first.
 constexpr int kAttempts = 5;
 
 } // namespace

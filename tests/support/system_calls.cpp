@@ -31,7 +31,7 @@ Function nextOf(const char* name)
 
 } // namespace
 
-// Seen by the library, in place of the C library's.
+// Replaces the C library's function for the library.
 #pragma GCC visibility push(default)
 extern "C"
 {

@@ -1,7 +1,7 @@
-// Calls that the library makes to the operating system, counted on their way to the C library.
+// Counts the library's calls to the operating system, by replacing functions of the C library.
 #pragma once
 
-// The C library says its name in any of its headers.
+// Any header of the C library defines its name.
 #include <cstddef>
 
 #if defined(__has_feature)
@@ -21,7 +21,7 @@
 namespace test
 {
 
-// Of this process since start, as they were when this was made.
+// The counts of this process at construction.
 struct SystemCalls
 {
     SystemCalls();
@@ -33,8 +33,8 @@ struct SystemCalls
     long m_Others;
 };
 
-// While it lives, recv() of each socket of this process is answered by a function: the bytes that it put at data, or -1
-// for none now. One at a time.
+// During its lifetime a function replaces recv() for every socket of this process: it returns the number of bytes
+// stored at data, or -1 for none now. One object at a time.
 class AnsweredReceives
 {
 public:
@@ -48,7 +48,7 @@ public:
     const Answer m_Answer;
 };
 
-// Expects that nothing was called in between but waits.
+// Expects that only waits were called in between.
 void expectNoCalls(const SystemCalls& before, const SystemCalls& after);
 
 } // namespace test

@@ -1,4 +1,4 @@
-// Certificates made while a test runs.
+// Certificates generated at run time.
 #pragma once
 
 #include "framework/string.h"
@@ -24,9 +24,9 @@ struct Certificate
 struct CertificateWish
 {
     std::string m_CommonName;
-    // Host names, or IPv4 addresses, that it holds for.
+    // Host names or IPv4 addresses of the certificate.
     std::vector<std::string> m_Hosts;
-    // From now, in seconds.
+    // Relative to now, in seconds.
     std::time_t m_From = -3600;
     std::time_t m_To = 24 * 3600;
     bool m_IsForServers = true;
@@ -35,7 +35,7 @@ struct CertificateWish
     unsigned int m_RsaBits = 0;
 };
 
-// Signs certificates with a key of its own.
+// Signs certificates with its own key.
 class Authority
 {
 public:
@@ -44,12 +44,12 @@ public:
     Authority(const Authority&) = delete;
     Authority& operator=(const Authority&) = delete;
 
-    // What who trusts it needs.
+    // The certificate of the authority.
     const std::string& pem() const { return m_Pem; }
     Certificate issue(const CertificateWish& wish) const;
-    // A list of revoked certificates with this one on it; PEM.
+    // A revocation list with this certificate; PEM.
     std::string revoke(const Certificate& certificate) const;
-    // For programs of others that sign in its name; PEM.
+    // The private key, for other programs that sign in its name; PEM.
     std::string key() const;
 
 private:
@@ -58,7 +58,7 @@ private:
     std::string m_Pem;
 };
 
-// A file in the system's place for temporary ones, gone with the object.
+// A file in the system's temporary directory, deleted with the object.
 class TextFile
 {
 public:

@@ -10,7 +10,7 @@ namespace test
 
 using TlsHandle = zet::Unknown::Handle_T<zet::TlsContext>;
 
-// One for all tests of a process: keys take time to make.
+// One for all tests of a process: generating keys takes time.
 inline const Authority& someAuthority()
 {
     static const Authority authority("Some Authority");
@@ -37,7 +37,7 @@ inline TlsHandle makeClientContext(const Authority& authority = someAuthority())
     return context;
 }
 
-// A loopback whose server takes TLS only.
+// A loopback whose server accepts TLS only.
 struct TlsLoopback : Loopback
 {
     explicit TlsLoopback(CCmdAnalyserSocket* serverAnalyser, TlsHandle server = makeServerContext())
@@ -46,7 +46,7 @@ struct TlsLoopback : Loopback
         m_IsListening = m_IsListening && m_Server->setTlsContext(server);
     }
 
-    // A client that has begun to connect.
+    // A client that is connecting.
     ClientHandle begin(CCmdAnalyserSocket* analyser, zet::TlsContext* context, const wchar_t* host = L"127.0.0.1")
     {
         const ClientHandle client = new Client(analyser);
@@ -55,7 +55,7 @@ struct TlsLoopback : Loopback
         m_IsBegun = client->setTlsContext(context) && client->connect(host, m_Server->getPort(), false);
         return client;
     }
-    // One that stands on both ends, or null.
+    // A client that is established on both ends, or null.
     ClientHandle connectTls(CCmdAnalyserSocket* analyser, zet::TlsContext* context, const wchar_t* host = L"127.0.0.1")
     {
         const size_t before = m_Server->m_Accepted.size();

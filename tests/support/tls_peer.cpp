@@ -38,7 +38,7 @@ struct TlsPeer::Calls
     static ssize_t pull(gnutls_transport_ptr_t self, void* data, size_t size)
     {
         TlsPeer& peer = *static_cast<TlsPeer*>(self);
-        // GnuTLS asks for the head of a record, and then for the rest.
+        // GnuTLS reads the header of a record, and then the rest.
         const int got = peer.m_Stream.read(data, static_cast<int>(size));
         if (got > 0)
         {

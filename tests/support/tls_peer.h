@@ -1,4 +1,4 @@
-// A TLS peer of another make: GnuTLS by itself over the bytes of a plain stream, with settings that ours never has.
+// A TLS peer that uses GnuTLS directly over the bytes of a plain stream, with settings that the library never uses.
 #pragma once
 
 #include "tests/support/tls_certificates.h"
@@ -14,17 +14,18 @@ namespace test
 struct TlsPeerWish
 {
     bool m_IsClient = true;
-    // Versions and algorithms, in GnuTLS's words.
+    // A GnuTLS priority string: versions and algorithms.
     std::string m_Priority = "NORMAL";
-    // Bytes that a record may have, both ways; 0 for the usual number.
+    // The maximum size of a record, both ways; 0 for the default.
     size_t m_RecordSize = 0;
-    // What it shows; none where the chain is empty.
+    // Its certificate; none if the chain is empty.
     Certificate m_Certificate;
-    // A server: whether it asks for a certificate.
+    // A server: whether it requests a certificate.
     bool m_Asks = false;
 };
 
-// It believes any certificate. The stream outlives it; who ticks the stream moves the peer by its operations.
+// Accepts any certificate. The stream must outlive it; ticking the stream does not run the peer, only its operations
+// do.
 class TlsPeer
 {
 public:
@@ -36,15 +37,15 @@ public:
     // One step; true once the handshake is done.
     bool shakeHands();
     bool isDone() const { return m_IsDone; }
-    // Sends the bytes, as records of so many. False where the stream does not take them.
+    // Sends the bytes, in records of the given size. False if the stream refuses them.
     bool send(const std::vector<unsigned char>& bytes, size_t recordSize = 16384);
-    // Takes what has come. The bytes so far:
+    // Receives available input. The bytes so far:
     const std::vector<unsigned char>& receive();
-    // Number of the alert that ended the session; -1 for none.
+    // The alert that ended the session; -1 for none.
     int alert() const { return m_Alert; }
     // Such as "AES-256-GCM".
     std::string cipher() const;
-    // Bytes of the largest record that has come.
+    // The size of the largest record received.
     size_t largestRecord() const { return m_LargestRecord; }
 
 private:
@@ -61,7 +62,7 @@ private:
     bool m_IsDone = false;
 };
 
-// Takes plain streams, for peers that are TLS's server.
+// Accepts plain streams, for peers that are TLS servers.
 class StreamServer : public zet::TcpServer
 {
 public:

@@ -1,4 +1,4 @@
-// Servers and sockets that talk over UDP on the loopback, by the test clock.
+// Servers and sockets that talk over UDP on the loopback, with the test clock.
 #pragma once
 
 #include "framework/time.h"
@@ -9,7 +9,7 @@
 namespace test
 {
 
-// A socket that gives each NoteCommand to a function.
+// A socket that passes each NoteCommand to a function.
 class NoteSocket : public UdpClientSocket
 {
 public:
@@ -87,9 +87,9 @@ public:
     bool m_IsAccepting = true;
     std::function<void(NoteSocket&, const NoteCommand&)> m_Handler;
     std::vector<zet::Uuid> m_VisitorIds;
-    // Held here as well, so that a test can look at a connection that the server has let go of.
+    // Also held here, so that a test can inspect a connection that the server has released.
     std::vector<NoteSocketHandle> m_Accepted;
-    // Used before new ones are made.
+    // Used before new ones are created.
     std::vector<NoteSocketHandle> m_Spare;
     std::vector<UserData> m_UserData;
 };
@@ -114,7 +114,7 @@ struct UdpNet
         m_System.exit();
     }
 
-    // Ticks, a millisecond each, until the condition holds. False after so many without.
+    // Ticks, one millisecond each, until the condition holds. False after the given number of ticks.
     template <class Condition>
     bool until(Condition condition, int milliseconds = 20000)
     {
@@ -140,7 +140,7 @@ struct UdpNet
         const unsigned short port = m_Road ? m_Road : m_Server->getPort();
         return socket->connect(m_Port, L"127.0.0.1", port, id) ? socket : NoteSocketHandle();
     }
-    // A socket that stands on both ends, or null.
+    // A socket that is established on both ends, or null.
     NoteSocketHandle connect(const zet::Uuid& id = {})
     {
         const size_t before = m_Server->m_Accepted.size();
@@ -157,7 +157,7 @@ struct UdpNet
     zet::Unknown::Handle_T<NoteUdpServer> m_Server;
     zet::Unknown::Handle_T<NoteUdpServer> m_Port;
     std::vector<NoteSocketHandle> m_Sockets;
-    // Done before each tick, and the port to connect to in the server's place; for what lies between the two.
+    // Called before each tick, and the port to connect to instead of the server's; for a relay between the two.
     std::function<void()> m_Between;
     unsigned short m_Road = 0;
     bool m_IsListening = false;

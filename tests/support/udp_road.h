@@ -1,4 +1,4 @@
-// Bare UDP sockets for tests: a sender of any bytes, and a bad road between two ports.
+// Bare UDP sockets for tests: a sender of any bytes, and an impaired link between two ports.
 #pragma once
 
 #include <functional>
@@ -10,11 +10,11 @@
 namespace test
 {
 
-// A socket on an address of the loopback, which never waits.
+// A non-blocking socket on an address of the loopback.
 class BareUdp
 {
 public:
-    // An address such as 0x7F000001; port 0 takes a free one.
+    // An address such as 0x7F000001; port 0 means any free port.
     explicit BareUdp(unsigned int address = 0x7F000001, unsigned short port = 0);
     ~BareUdp();
     BareUdp(const BareUdp&) = delete;
@@ -23,9 +23,9 @@ public:
     bool isOpen() const { return m_Handle >= 0; }
     unsigned short getPort() const { return m_Port; }
     bool send(unsigned short port, const std::string& bytes);
-    // The next datagram and the port that it came from; false when there is none.
+    // Receives the next datagram and its source port; false if there is none.
     bool receive(std::string& bytes, unsigned short& port);
-    // The bare handle, which the caller closes.
+    // The handle, which the caller must close.
     int release();
 
 private:
@@ -33,8 +33,7 @@ private:
     unsigned short m_Port = 0;
 };
 
-// Of a thousand datagrams, so many are lost or come twice; each is late by a time drawn anew, so they overtake one
-// another.
+// How many datagrams of a thousand are lost or duplicated; each has its own random delay, so they may be reordered.
 struct RoadProfile
 {
     int m_Lost = 0;
@@ -43,8 +42,7 @@ struct RoadProfile
     unsigned int m_Spread = 0;
 };
 
-// Stands between a server's port and the port of those that connect to the road in the server's place. By the test
-// clock.
+// Relays between a server's port and clients that connect to the relay instead of the server. Uses the test clock.
 class Road
 {
 public:
@@ -54,10 +52,10 @@ public:
     }
 
     unsigned short getPort() const { return m_Socket.getPort(); }
-    // Takes what has come and passes on what is due.
+    // Receives datagrams and passes on those that are due.
     void step();
 
-    // Sees each datagram that comes, and the port that it is for.
+    // Called for each datagram with its destination port.
     std::function<void(unsigned short to, const std::string& bytes)> m_Watch;
     // Nothing passes while it is set.
     bool m_IsCut = false;

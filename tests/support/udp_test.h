@@ -1,4 +1,4 @@
-// What tests of connections over UDP begin with.
+// The fixture of tests of connections over UDP.
 #pragma once
 
 #include "tests/support/udp_loopback.h"
@@ -8,7 +8,7 @@
 namespace test
 {
 
-// A test with one UdpNet; skipped where the library has no connections over UDP.
+// A test with one UdpNet; skipped if the library has no connections over UDP.
 class UdpTest : public testing::Test
 {
 protected:
@@ -19,7 +19,7 @@ protected:
             GTEST_SKIP() << "built without connections over UDP";
         ASSERT_TRUE(m_Net.m_IsListening);
     }
-    // Until all that was under way has arrived and was confirmed.
+    // Runs until everything in flight has arrived and was acknowledged.
     void settle()
     {
         m_Net.until([] { return false; }, 200);

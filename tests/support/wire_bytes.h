@@ -35,7 +35,7 @@ Bytes written(const T& record)
     return Bytes(pk.GetBuffer(), pk.GetBuffer() + pk.GetDataSize());
 }
 
-// What Read makes of bytes: its result and the read pointer behind it.
+// The result of Read and the read pointer afterwards.
 struct Outcome
 {
     bool m_Read;
@@ -59,7 +59,7 @@ Outcome readInto(T& record, const Bytes& bytes)
 
 } // namespace test
 
-// What a record declares beside its fields.
+// The declarations of a record other than its fields.
 #define SMALL_RECORD                                                                                                   \
     bool Write(CCmdPackager* pk) const;                                                                                \
     bool Read(CCmdPackager* pk);                                                                                       \

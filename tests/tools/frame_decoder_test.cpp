@@ -25,7 +25,7 @@ std::string bytesOf(std::string_view hex)
     return bytes;
 }
 
-// Each answer with the number of bytes that were in by then.
+// Each result with the number of bytes added by then.
 template <class Taker>
 struct Told
 {
@@ -46,7 +46,7 @@ struct Told
     Taker m_Taker;
 };
 
-TEST(FrameDecoder, TellsAStreamFrameWithItsLastByte)
+TEST(FrameDecoder, ReportsAStreamFrameWithItsLastByte)
 {
     const std::string frame = bytesOf("0010 14000000 0002000709");
     Told<FrameDecoder> told(Framing::kStream);
@@ -60,7 +60,7 @@ TEST(FrameDecoder, TellsAStreamFrameWithItsLastByte)
     EXPECT_EQ(told.m_Lines.size(), 2u);
 }
 
-TEST(FrameDecoder, TellsAPacketsFrameBeforeTheRestOfThePacket)
+TEST(FrameDecoder, ReportsAPacketsFrameBeforeTheRestOfThePacket)
 {
     Told<FrameDecoder> told(Framing::kPackets);
     told.add(bytesOf("0d000000 0010 14000000 0002000709 aabb 00000000"), 1);
@@ -68,11 +68,11 @@ TEST(FrameDecoder, TellsAPacketsFrameBeforeTheRestOfThePacket)
     ASSERT_EQ(told.m_Lines.size(), 3u);
     EXPECT_EQ(told.m_Lines[0].first, 15u);
     EXPECT_EQ(told.m_Lines[1].second["error"], "2 bytes after the frame");
-    // A packet of no bytes has no frame.
+    // An empty packet has no frame.
     EXPECT_EQ(told.m_Lines[2].second, Json({{"offset", 21}, {"error", "no whole frame head"}}));
 }
 
-TEST(FrameDecoder, TellsWhatIsCutAtTheEnd)
+TEST(FrameDecoder, ReportsWhatIsCutAtTheEnd)
 {
     const auto lastOf = [](Framing framing, std::string_view hex)
     {
@@ -87,7 +87,7 @@ TEST(FrameDecoder, TellsWhatIsCutAtTheEnd)
     EXPECT_EQ(lastOf(Framing::kPackets, "0b0000"), Json({{"offset", 0}, {"error", "no whole packet length"}}));
     EXPECT_EQ(lastOf(Framing::kPackets, "0b000000 0010"),
               Json({{"offset", 4}, {"error", "packet of 11 bytes, had 2"}}));
-    // Passed over, and cut there.
+    // Skipped, and truncated there.
     EXPECT_EQ(lastOf(Framing::kPackets, "0b000000 0010 ffffffff 00"),
               Json({{"offset", 4}, {"error", "packet of 11 bytes, had 7"}}));
     EXPECT_EQ(lastOf(Framing::kDatagram, "0010 14 0002"), Json({{"offset", 0}, {"error", "no whole datagram frame"}}));
@@ -105,7 +105,7 @@ TEST(FrameDecoder, AFrameBeyondAllFramesEndsAStream)
     EXPECT_EQ(told.m_Taker.held(), 0u);
 }
 
-// A recording of any length takes the memory of its largest frame, and of what comes at once.
+// A recording of any length takes the memory of its largest frame plus one piece of input.
 TEST(FrameDecoder, HoldsNoMoreThanAFrameAndAPiece)
 {
     constexpr size_t kPiece = 10000;
@@ -118,7 +118,7 @@ TEST(FrameDecoder, HoldsNoMoreThanAFrameAndAPiece)
     for (size_t i = 0; i < 4; ++i)
         frame[2 + i] = static_cast<char>(payload.size() << 2 >> 8 * i);
     const std::string packet = bytesOf("be0b0000") + frame;
-    // Good packets, and one in a hundred that announces a frame larger than itself and is passed over.
+    // Valid packets, and one in a hundred that announces a frame larger than itself and is skipped.
     std::string bad = bytesOf("00001000 1840 ffffff3f");
     bad.resize(4 + 0x100000, '\1');
 
@@ -173,7 +173,7 @@ TEST(Recording, TextComesInPiecesOfAnySize)
     }
 }
 
-TEST(Recording, ALineOfTextIsToldBeforeTheNext)
+TEST(Recording, ALineOfTextIsReportedBeforeTheNext)
 {
     Told<Recording> told(Framing::kStream);
     told.add("0010 14000000 0002000709", 1);

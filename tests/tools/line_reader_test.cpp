@@ -16,7 +16,7 @@ TEST(LineReader, AnswersALineWithWhatReadAndWriteDid)
     EXPECT_FALSE(answer.contains("error"));
 }
 
-TEST(LineReader, TellsWhatIsWrongWithALine)
+TEST(LineReader, ReportsWhatIsWrongWithALine)
 {
     EXPECT_EQ(answerLine("")["error"], "unknown class");
     EXPECT_EQ(answerLine("Nobody cmd 00")["error"], "unknown class");

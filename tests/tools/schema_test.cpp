@@ -1,5 +1,5 @@
-// The schemas of all classes, frozen: a difference is a change of the protocol and is reviewed as one.
-// wirelens prints them; scripts/freeze_schemas writes them anew.
+// The frozen schemas of all classes: a difference is a change of the protocol and is reviewed as one.
+// wirelens prints them; scripts/freeze_schemas rewrites them.
 #include "tests/support/places.h"
 #include "tools/class_table.h"
 #include "tools/schema_text.h"
@@ -30,10 +30,10 @@ std::string printed(tools::Family family)
     return text;
 }
 
-void expectSame(const std::string& expected, const std::string& got)
+void expectFrozen(const std::string& name, tools::Family family)
 {
-    std::istringstream one(expected);
-    std::istringstream other(got);
+    std::istringstream one(frozen(name));
+    std::istringstream other(printed(family));
     std::string a;
     std::string b;
     for (int line = 1;; ++line)
@@ -42,23 +42,26 @@ void expectSame(const std::string& expected, const std::string& got)
         const bool otherMore = static_cast<bool>(std::getline(other, b));
         if (!more && !otherMore)
             return;
-        ASSERT_TRUE(more && otherMore && a == b) << "line " << line << "\n  frozen  " << a << "\n  printed " << b;
+        ASSERT_TRUE(more && otherMore && a == b)
+            << "tests/schema/" << name << ", line " << line << "\n  frozen  " << (more ? a : "(end of file)")
+            << "\n  printed " << (otherMore ? b : "(end of the schemas)")
+            << "\nIf the change of the protocol is intended, run scripts/freeze_schemas and review the difference.";
     }
 }
 
 TEST(Schema, CommandsAreAsFrozen)
 {
-    expectSame(frozen("commands.txt"), printed(tools::Family::kCommand));
+    expectFrozen("commands.txt", tools::Family::kCommand);
 }
 
 TEST(Schema, RecordsAreAsFrozen)
 {
-    expectSame(frozen("records.txt"), printed(tools::Family::kRecord));
+    expectFrozen("records.txt", tools::Family::kRecord);
 }
 
 TEST(Schema, MessagesAreAsFrozen)
 {
-    expectSame(frozen("messages.txt"), printed(tools::Family::kMessage));
+    expectFrozen("messages.txt", tools::Family::kMessage);
 }
 
 } // namespace

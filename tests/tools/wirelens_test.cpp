@@ -1,4 +1,4 @@
-// wirelens as a script sees it: what goes in on a line, what comes out.
+// wirelens as used by a script: input and output lines.
 #include "tests/support/run_program.h"
 
 #include <gtest/gtest.h>
@@ -79,7 +79,7 @@ TEST(Wirelens, ExplainGivesOffsetsAndSaysWhereBytesAreMissing)
 
 TEST(Wirelens, DecodesFramesFromHexadecimal)
 {
-    // Two stream frames: a hostname request, and one with an id that nobody has.
+    // Two stream frames: a hostname request, and one with an unassigned id.
     const test::Run run = wirelens("decode -", "0010 14000000 0002000709\n1240 00000000\n");
     const size_t end = run.m_Output.find('\n');
     const auto first = json(run.m_Output.substr(0, end));
@@ -98,7 +98,7 @@ TEST(Wirelens, DecodesPacketsAndDatagrams)
 
 TEST(Wirelens, DoubledIdGoesToTheClassThatFits)
 {
-    // 0x1200 without a field, and with one int behind the head.
+    // 0x1200 without a field, and with one int after the head.
     const std::string head = "00020007" + std::string(32, '0') + "00";
     EXPECT_EQ(json(wirelens("decode -", "0012 54000000" + head).m_Output)["class"], "CCmdGS_AllRunDown");
     EXPECT_EQ(json(wirelens("decode -", "0012 64000000" + head + "00000005").m_Output)["class"],

@@ -1,5 +1,5 @@
 // Receives one command with the trace on: dispatch/trace.cpp is compiled into this program as the option
-// COMMONGROUND_TRACE_COMMANDS compiles it into the library. What it prints is looked at by the test that runs it.
+// COMMONGROUND_TRACE_COMMANDS compiles it into the library. The test that runs it checks the output.
 #include "dispatch/command_process.h"
 #include "packaging/command_head.h"
 
@@ -19,7 +19,7 @@ COMMAND_PAIR(CCmdShown)
 
 int main()
 {
-    // Nothing but the standard output counts.
+    // Only the standard output counts.
     std::fclose(stderr);
     CCmdPackager packager;
     if (!CCmdShown().Write(&packager))

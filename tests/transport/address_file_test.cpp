@@ -27,7 +27,7 @@ bool permits(zet::TcpServer& server, const char* text)
     return server.permission(address);
 }
 
-// A file that goes with the object.
+// A file that is deleted with the object.
 class TempFile
 {
 public:
@@ -74,12 +74,12 @@ TEST(AddressFile, EmptyLinesAndCommentsArePassedOver)
     EXPECT_EQ(rulesOf(""), Rules());
 }
 
-TEST(AddressFile, TextBehindTheSecondWordIsIgnored)
+TEST(AddressFile, TextAfterTheSecondWordIsIgnored)
 {
     EXPECT_EQ(rulesOf("10.0.0.0 255.0.0.0 our office # here\n"), (Rules{"10.0.0.0.255.0.0.0."}));
 }
 
-TEST(AddressFile, LinesThatAreNoRuleAreSkipped)
+TEST(AddressFile, InvalidLinesAreSkipped)
 {
     EXPECT_EQ(rulesOf("10.0.0.0\n10.0.0 255.0.0.0\n10.0.0.0 255.0.0\nhost.name.of.ours 255.0.0.0\n10.0.0.0,255.0.0.0\n"
                       "10.0.0.-1 255.0.0.0\n10..0.0 255.0.0.0\n10.0.0.0x 255.0.0.0\n10.0.0.0.0 255.0.0.0\n"
@@ -100,13 +100,13 @@ TEST(AddressFile, OfANumberAbove255TheLowByteCounts)
 
 TEST(AddressFile, ALongLineIsReadInPiecesOf1023Bytes)
 {
-    // The rule in front counts, and so does what happens to begin a piece.
+    // The rule at the start is read, and so is any rule at the start of a piece.
     const std::string padding(1023 - 17, ' ');
     EXPECT_EQ(rulesOf("1.2.3.4 255.0.0.0" + padding + "5.6.7.8 255.0.0.0\n"),
               (Rules{"1.2.3.4.255.0.0.0.", "5.6.7.8.255.0.0.0."}));
 }
 
-TEST(AddressFile, AFileThatIsNotThereIsFalse)
+TEST(AddressFile, AMissingFileIsFalse)
 {
     int calls = 0;
     EXPECT_FALSE(ReadAddressFile(L"no such file", [&](const AddressRule&) { ++calls; }));

@@ -1,4 +1,4 @@
-// How a command socket comes, goes and survives its handlers.
+// The life of a command socket: connect, close, destruction in handlers.
 #include "transport/command_socket.h"
 
 #include "framework/thread.h"
@@ -29,7 +29,7 @@ public:
     int m_Closes = 0;
 };
 
-TEST(CommandSocketLife, AStateOfNeitherUpNorOnItsWayClosesWithoutAnError)
+TEST(CommandSocketLife, AStateNeitherEstablishedNorConnectingClosesWithoutAnError)
 {
     NoteAnalyser analyser;
     Loopback net(analyser);
@@ -60,7 +60,7 @@ TEST(CommandSocketLife, PacketsBeforeTheEndOfTheConnectionAreDispatched)
     ASSERT_TRUE(socket);
     for (int i = 0; i < 7; ++i)
         ASSERT_TRUE(socket->send(NoteCommand(i)));
-    // What was sent outside a tick leaves with close().
+    // Commands sent outside a tick leave with close().
     socket->close();
     EXPECT_TRUE(socket->isInvalid());
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 0; }));
@@ -94,7 +94,7 @@ TEST(CommandSocketLife, AttachOfNoHandleFailsAndAttachesNothing)
     EXPECT_TRUE(socket->isInvalid());
 }
 
-TEST(CommandSocketLife, CommandsSentOnTheWayUpLeaveWhenItStands)
+TEST(CommandSocketLife, CommandsSentWhileConnectingLeaveOnceEstablished)
 {
     int got = 0;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand&) { ++got; });
@@ -109,7 +109,7 @@ TEST(CommandSocketLife, CommandsSentOnTheWayUpLeaveWhenItStands)
     const zet::Unknown::Handle_T<EarlyClient> socket = new EarlyClient(analyser);
     socket->start(&net.m_System);
     ASSERT_TRUE(socket->connect(L"127.0.0.1", net.m_Server->getPort(), false));
-    // On the loopback a connection stands at once; one that does not is as this one.
+    // On the loopback a connection is established at once; this one simulates one that is not.
     socket->rise();
     socket->m_PacketWriter.detach();
     ASSERT_TRUE(socket->send(NoteCommand(1)));
@@ -161,7 +161,7 @@ TEST(CommandSocketLife, AHandlerMayReplyAndCloseAndTheReplyArrives)
     EXPECT_EQ(got, (std::vector<int>{2}));
 }
 
-TEST(CommandSocketLife, AReplyAndCloseIsNoResetThoughMoreHadCome)
+TEST(CommandSocketLife, AReplyAndCloseIsNoResetDespiteUnreadInput)
 {
     NoteAnalyser server(
         [&](CCommandSocket* socket, const NoteCommand&)
@@ -173,7 +173,7 @@ TEST(CommandSocketLife, AReplyAndCloseIsNoResetThoughMoreHadCome)
     test::RawPeer peer(net);
     ASSERT_TRUE(peer.m_IsUp);
     ASSERT_TRUE(peer.send(test::packetOf(NoteCommand(1))));
-    // More than one look into the network takes.
+    // More than one receive reads.
     ASSERT_TRUE(peer.send(test::packetOf(NoteCommand(2, 150000))));
     const int expected = static_cast<int>(test::packetOf(NoteCommand(42)).size());
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return peer.m_Stream->available() == expected; }));
@@ -257,7 +257,7 @@ TEST(CommandSocketLife, AConnectionMovesToTheSystemItIsStartedIn)
     ASSERT_TRUE(socket->start(&net.m_System));
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return got.size() == 1; }));
     net.accepted()->send(NoteCommand(2));
-    // By news from the network, not by the interval.
+    // By a network event, not by the interval.
     net.m_System.setTickInterval(10 * 60 * 1000);
     for (int i = 0; i < 20 && got.size() < 2; ++i)
     {

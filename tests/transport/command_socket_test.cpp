@@ -153,7 +153,7 @@ TEST(CommandSocket, OfTenPacketsWithHandlersOf30MillisecondsFourAreDispatchedATi
     EXPECT_EQ(got, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
 }
 
-TEST(CommandSocket, WhatTheBudgetLeavesIsDispatchedWithoutNewsFromTheNetwork)
+TEST(CommandSocket, WhatTheBudgetLeavesIsDispatchedWithoutANewEvent)
 {
     zet::TestClock clock(0);
     int got = 0;
@@ -165,7 +165,7 @@ TEST(CommandSocket, WhatTheBudgetLeavesIsDispatchedWithoutNewsFromTheNetwork)
         });
     NoteAnalyser client;
     Loopback net(server);
-    // The next tick must come at once; one by the interval would come after minutes.
+    // The next tick must follow at once; by the interval it would be due after minutes.
     net.m_System.setTickInterval(10 * 60 * 1000);
     const ClientHandle socket = new test::Client(client);
     socket->start(&net.m_System);

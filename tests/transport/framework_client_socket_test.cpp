@@ -146,7 +146,7 @@ TEST(FrameworkClientSocket, CopiesAndMovesTakeTheIdentityAndLeaveTheConnection)
     moveAssigned = std::move(assigned);
     expectEqual(moveAssigned, copy);
 
-    // Onto a connection: it stays.
+    // On an open connection: the connection stays.
     *original = Client(other);
     EXPECT_EQ(original->GetServerType(), 255);
     EXPECT_EQ(original->getConnectionState(), 2);

@@ -26,7 +26,7 @@ zet::Uuid idWithNode(unsigned short node)
     return id;
 }
 
-// Writes down its ticks, and may take another state first.
+// Records its ticks, and may change its state first.
 struct Ticked : Client
 {
     using Client::Client;
@@ -44,7 +44,7 @@ struct Ticked : Client
     unsigned char m_Forced = 0;
 };
 
-// A server with so many accepted connections that write their ticks down.
+// A server with a number of accepted connections that record their ticks.
 struct TickedNet
 {
     explicit TickedNet(int count) : m_Net(m_Analyser)
@@ -165,7 +165,7 @@ TEST(FrameworkServerSocket, AConnectionInState3IsAbandonedInTheSameWalkAndTheOth
     }
 }
 
-TEST(FrameworkServerSocket, AConnectionOnItsWayUpStays)
+TEST(FrameworkServerSocket, AConnectingOneStays)
 {
     TickedNet ticked(1);
     ticked.at(0).m_Forced = 1;
@@ -182,7 +182,7 @@ TEST(FrameworkServerSocket, AnInvalidConnectionIsNotTickedButAbandoned)
     EXPECT_EQ(ticked.m_Net.m_Server->GetClientCount(), 1);
 }
 
-TEST(FrameworkServerSocket, AbandonedConnectionsDieBehindTheWalk)
+TEST(FrameworkServerSocket, AbandonedConnectionsAreDestroyedAfterTheWalk)
 {
     TickedNet ticked(3);
     struct Dying : Ticked
@@ -262,7 +262,7 @@ TEST(FrameworkServerSocket, AHandlerMayCloseTheServer)
     {
         ++calls;
         net.m_Server->close();
-        // Nobody else holds them now.
+        // No other handle holds them now.
         net.m_Server->m_Accepted.clear();
     };
     for (int i = 0; i < 4; ++i)
@@ -326,7 +326,7 @@ TEST(FrameworkServerSocket, AHostMayWalkOverAllAndAbandonSome)
     EXPECT_EQ(ticked.m_Log.size(), 2U);
 }
 
-TEST(FrameworkServerSocket, ASocketIsRegisteredOnceItsPeerHasToldItsId)
+TEST(FrameworkServerSocket, ASocketIsRegisteredOnceItsPeerHasSentItsId)
 {
     NoteAnalyser analyser;
     Loopback net(analyser);

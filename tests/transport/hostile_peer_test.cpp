@@ -1,4 +1,4 @@
-// Peers that break the rules cost their own connection and little else.
+// Peers that violate the protocol lose their own connection and affect little else.
 #include "tests/support/allocations.h"
 #include "tests/support/log_lines.h"
 #include "tests/support/raw_handle.h"
@@ -28,7 +28,7 @@ TEST(HostilePeer, APacketOf256MebibytesAnnouncedAndTenBytesSentCostsNothing)
 {
     NoteAnalyser analyser;
     Loopback net(analyser);
-    // Not even from a stranger.
+    // Not even from an unknown peer.
     zet::NetLimits limits;
     limits.m_FirstInput = 0;
     net.m_Server->setLimits(limits);
@@ -100,7 +100,7 @@ TEST(HostilePeer, OneThatNeverReadsCostsItsOwnConnection)
     RawPeer deaf(net);
     ASSERT_TRUE(deaf.m_IsUp);
     net.accepted()->setOutputLimit(1000000);
-    // The peer has stopped ticking: what comes stays in the system's buffers.
+    // The peer has stopped ticking: its input stays in the system's buffers.
     deaf.m_Stream->sleep(0x7FFFFFFF);
     test::LogLines lines;
     int asked = 0;
@@ -217,7 +217,7 @@ TEST(HostilePeer, AHalfClosedConnectionIsAnsweredAndLeavesBothDictionaries)
     net.m_Server->SetFrameworkSocket(net.accepted());
     const auto question = packetOf(NoteCommand(1));
     const unsigned int handle = peer.m_Stream->getHandle();
-    // Both in one go, so that the end is there when the command is handled.
+    // Both at once, so that the end has arrived when the command is handled.
     ASSERT_TRUE(test::sendRaw(handle, question.data(), question.size()));
     ASSERT_TRUE(test::endOutput(handle));
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 0; }));

@@ -1,4 +1,4 @@
-// What connections cost while nothing happens on them, and in what portions output leaves.
+// The cost of idle connections, and the sizes of sends.
 #include "framework/time.h"
 #include "tests/support/allocations.h"
 #include "tests/support/loopback.h"
@@ -50,7 +50,7 @@ TEST(Idle, ASleepSparesItsTickTheLook)
     const Calls before;
     for (int i = 0; i < 10; ++i)
     {
-        // News of no socket end the sleep at once.
+        // An event without a socket ends the sleep at once.
         net.m_System.getWaiter()->wake();
         net.m_System.wait();
         net.m_System.tick();
@@ -85,7 +85,7 @@ TEST(Idle, ACommandAndItsAnswerCallForASleepAReadAndASendOnEachSide)
     EXPECT_EQ(after.m_Receives - before.m_Receives, 2 * kCount);
     EXPECT_EQ(after.m_Controls, before.m_Controls);
     EXPECT_EQ(after.m_Others, before.m_Others);
-    // The tick that sends the question looks for itself; both ends share the two sleeps behind it.
+    // The tick that sends the command polls itself; both ends share the two following sleeps.
     EXPECT_LE(after.m_Waits - before.m_Waits, 3 * kCount);
     EXPECT_EQ(allocations.blocks(), 0);
 }
@@ -177,7 +177,7 @@ TEST(Idle, AnIdleConnectionTakesLessThanTwoKibibytes)
     for (int i = 0; i < kMore; ++i)
     {
         ASSERT_TRUE(net.connect(analyser));
-        // Used once, idle again.
+        // Used once, then idle again.
         ASSERT_TRUE(net.m_Clients.back()->send(NoteCommand(1, 20000)));
     }
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return got == kMore; }));
@@ -254,7 +254,7 @@ TEST(Load, FiveThousandConnectionsAreServedAndLeave)
 
 TEST(Idle, CallsAndMemoryAreCounted)
 {
-    GTEST_SKIP() << "stands for all tests of this file, which count on the way to glibc's own functions";
+    GTEST_SKIP() << "for all tests of this file, which count calls by replacing glibc's functions";
 }
 
 #endif

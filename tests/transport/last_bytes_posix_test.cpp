@@ -1,4 +1,4 @@
-// Commands whose bytes come together with something that is no byte: the peer's end, a reset, urgent data.
+// Commands that arrive together with something other than data: the peer's end, a reset, urgent data.
 #include "tests/support/raw_peer.h"
 
 #include <gtest/gtest.h>
@@ -54,7 +54,7 @@ public:
     bool m_IsUp = false;
 };
 
-// A server that answers, and notes how its connection stood at each command.
+// A server that replies, and records the state of its connection at each command.
 class LastBytes : public testing::Test
 {
 protected:
@@ -104,7 +104,7 @@ TEST_F(LastBytes, AResetShowsWhenTheCommandsBeforeItAreHandled)
     expectTwoOnAStandingConnection();
 }
 
-TEST_F(LastBytes, WhatLiesBehindUrgentDataIsRead)
+TEST_F(LastBytes, BytesAfterUrgentDataAreRead)
 {
     ASSERT_TRUE(m_Peer.send({'!'}, MSG_OOB));
     ASSERT_TRUE(m_Peer.send(packetOf(NoteCommand(3))));

@@ -1,4 +1,4 @@
-// What a TCP port takes from peers that it does not know: numbers of connections, input and output, and time.
+// The limits of a TCP port for unknown peers: connections, input, output and time.
 #include "transport/net/net_limits.h"
 
 #include "framework/time.h"
@@ -28,7 +28,7 @@ std::vector<unsigned char> announcement(unsigned int size)
             static_cast<unsigned char>(size >> 16), static_cast<unsigned char>(size >> 24)};
 }
 
-// Clients that have begun to connect.
+// Clients that are connecting.
 std::vector<ClientHandle> visit(Loopback& net, NoteAnalyser& analyser, int count)
 {
     std::vector<ClientHandle> clients;
@@ -72,7 +72,7 @@ TEST_P(NumbersOfConnections, OneMoreIsTurnedAwayUntilAnotherGoes)
     ASSERT_TRUE(
         tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 3 && countOpen(clients) == 3; }));
     EXPECT_EQ(net.m_Server->m_Accepted.size(), 3u);
-    // The log is told of the first one that was closed, and of the others a minute later.
+    // The first closed one is logged, and the others a minute later.
     EXPECT_TRUE(log.has(zet::Log::kWarning,
                         L"Connections closed at once, since the port has as many as it may, in all or from one place: "
                         L"1"));
@@ -117,7 +117,7 @@ TEST(NetLimits, TheFirstPacketOfAStrangerIsShort)
     Loopback net(analyser);
     RawPeer peer(net);
     ASSERT_TRUE(peer.m_IsUp);
-    // A command that no handler takes makes no acquaintance.
+    // A command without a handler does not lift the limit of first input.
     CCmdPackager unknown;
     unknown.SetCmdID(0x0124);
     const ClientHandle other = net.connect(analyser);
@@ -130,7 +130,7 @@ TEST(NetLimits, TheFirstPacketOfAStrangerIsShort)
     EXPECT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 0; }));
 }
 
-TEST(NetLimits, BehindTheFirstCommandTheHostsLimitCounts)
+TEST(NetLimits, AfterTheFirstCommandTheHostsLimitCounts)
 {
     int ballast = 0;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand& note) { ballast = note.m_Ballast; });
@@ -146,7 +146,7 @@ TEST(NetLimits, BehindTheFirstCommandTheHostsLimitCounts)
     EXPECT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 0; }));
 }
 
-TEST(NetLimits, WhomThisSideCallsIsNoStranger)
+TEST(NetLimits, AConnectionOfOurOwnHasNoFirstInputLimit)
 {
     int ballast = 0;
     NoteAnalyser client([&](CCommandSocket*, const NoteCommand& note) { ballast = note.m_Ballast; });
@@ -191,7 +191,7 @@ TEST(NetLimits, InputOfAllIsBoundedAndTheGreediestGoes)
     net.m_Server->setLimits(limits);
     const ClientHandle honest = net.connect(analyser);
     ASSERT_TRUE(honest);
-    // Halves of packets, each held in a block that is larger than it.
+    // Halves of packets, each in a block larger than itself.
     std::vector<std::unique_ptr<RawPeer>> peers;
     const test::LogLines log;
     for (int i = 0; i < 5; ++i)
@@ -210,7 +210,7 @@ TEST(NetLimits, InputOfAllIsBoundedAndTheGreediestGoes)
     EXPECT_GT(net.m_Server->GetClientCount(), 1);
     EXPECT_EQ(honest->getConnectionState(), kEstablished);
     EXPECT_FALSE(log.texts().empty());
-    // What the ended ones held is free again.
+    // The closed ones no longer count.
     peers.clear();
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 1; }));
     RawPeer late(net);

@@ -58,7 +58,7 @@ Bytes exported(const Message& message)
     return bytes;
 }
 
-// Whether the message takes the bytes, all of them.
+// Whether the message accepts all the bytes.
 template <class Message>
 bool imports(Message& message, const Bytes& bytes)
 {
@@ -86,7 +86,7 @@ Text thrownBy(const Bytes& bytes)
     return Text();
 }
 
-// Takes a fixed number of bytes and then no more.
+// Accepts a fixed number of bytes.
 class FullOutput : public zet::Output
 {
 public:
@@ -196,7 +196,7 @@ TEST(NetMessage, TargetsAreFlagBitOneACountAndTheAddresses)
     EXPECT_EQ(exported(message), golden);
 }
 
-TEST(NetMessage, TheFromAddressStandsBeforeTheTargets)
+TEST(NetMessage, TheFromAddressPrecedesTheTargets)
 {
     NetMessage message;
     message.fromAddress = address(0x40);
@@ -355,7 +355,7 @@ TEST(NetMessage, PropertiesBearTheirNamesTypesAndDescriptions)
     EXPECT_STREQ(table[2]->getName(), L"data");
     EXPECT_STREQ(table[2]->getDescription(), L"data");
     EXPECT_EQ(NetMessage().getPropertyAttributes().size(), 2U);
-    // Once more changes nothing.
+    // A second call changes nothing.
     NetMessage::registerProperty_();
     Msg_NetCommand::registerProperty_();
     EXPECT_EQ(message.getPropertyAttributes().size(), 3U);
@@ -418,7 +418,7 @@ TEST(NetMessage, ListsOfMessagesGoToJsonAndBack)
     EXPECT_TRUE(again[0]->fromAddress == address(0x10));
     EXPECT_STREQ(again[1]->getClassName(), L"Msg_NetCommand");
     EXPECT_TRUE(again[2].isNull());
-    // A plain one is no command.
+    // A plain message is not a command.
     Msg_NetCommandList commands;
     EXPECT_FALSE(zet::PropertyFactory::getPropertyConverter(L"Msg_NetCommandList")->convertFromJson(value, &commands));
     EXPECT_TRUE(commands.empty());

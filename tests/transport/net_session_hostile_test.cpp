@@ -1,4 +1,4 @@
-// Peers of net sessions that break the rules, and two Systems on two threads.
+// Peers of net sessions that violate the protocol, and two Systems on two threads.
 #include "framework/time.h"
 #include "tests/support/allocations.h"
 #include "tests/support/log_lines.h"
@@ -51,7 +51,7 @@ Bytes named(const std::string& name, const Bytes& content)
 const Bytes kNote = named("Msg_NetCommand", {0x00, 0x12, 0x23, 0x01, 0x30, 0x00, 0x00, 0x00, 0x00, 0x02,
                                              0x00, 0x00, 0x00, 0x00, 0x00, 0x07, 0x00, 0x00, 0x00, 0x00});
 
-// Sends whatever bytes it likes to the module that listens.
+// Sends arbitrary bytes to the listening module.
 struct RawPeer
 {
     explicit RawPeer(NetPair& net) : m_Net(net), m_Stream(new zet::TcpStream)
@@ -69,7 +69,7 @@ struct RawPeer
     {
         EXPECT_EQ(m_Stream->send(bytes.data(), static_cast<int>(bytes.size())), static_cast<int>(bytes.size()));
     }
-    // The far side's notes once they are these; what they are after a while otherwise.
+    // Waits until the other side has these notes and returns its notes; after a timeout, whatever they are.
     std::string notes(const std::string& awaited)
     {
         tickUntil(m_Net.m_System, [&] { return m_Net.accepted()->m_Notes == awaited; });
@@ -103,7 +103,7 @@ TEST(NetSessionPeer, ASessionMadeByHandIsASession)
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return counter.m_Calls == 1; }));
     EXPECT_EQ(counter.m_Number, 7);
     EXPECT_EQ(net.accepted()->m_Notes, "o");
-    // The answer is the greeting itself.
+    // The reply is the greeting itself.
     Bytes answer(kGreeting.size());
     ASSERT_TRUE(tickUntil(net.m_System,
                           [&] {
@@ -141,7 +141,7 @@ TEST(NetSessionPeer, AnyOtherGreetingFails)
         {0x00, 0x00, 0x00, 0x10, 'z', 'n', 's', 1},
         {0xFF, 0xFF, 0xFF, 0xFF},
     };
-    // The time for the greeting does not run out meanwhile.
+    // The greeting does not time out meanwhile.
     const zet::TestClock clock(0);
     for (const Bytes& misfit : misfits)
     {
@@ -165,7 +165,7 @@ TEST(NetSessionPeer, OneThatLeavesBeforeItsGreetingFails)
 
 TEST(NetSessionPeer, AServerThatGreetsUnderAnotherIdFails)
 {
-    // Answers every greeting with one of its own.
+    // Answers every greeting with its own.
     class Answering : public zet::TcpServer
     {
     public:
@@ -186,7 +186,7 @@ TEST(NetSessionPeer, AServerThatGreetsUnderAnotherIdFails)
     ASSERT_TRUE(session->connect(address, zet::Uuid()));
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return session->getState() == NetSession::kDown; }));
     EXPECT_EQ(session->m_Notes, "fx");
-    // Under its own id it is welcome.
+    // With its own id it is accepted.
     zet::Uuid id;
     std::memset(static_cast<void*>(&id), 0x11, sizeof id);
     ASSERT_TRUE(session->connect(address, id));
@@ -195,7 +195,7 @@ TEST(NetSessionPeer, AServerThatGreetsUnderAnotherIdFails)
     server->close();
 }
 
-TEST(NetSessionPeer, WhatIsNoMessageIsDroppedAndTheSessionLives)
+TEST(NetSessionPeer, AnInvalidMessageIsDroppedAndTheSessionGoesOn)
 {
     const Bytes misfits[] = {
         packet({0x00}),
@@ -203,9 +203,9 @@ TEST(NetSessionPeer, WhatIsNoMessageIsDroppedAndTheSessionLives)
         packet(Bytes(40, 0xFF)),
         packet({0x0E, 'M', 's', 'g'}),
         named("NoSuchClass", {0x00, 0x00}),
-        // Registered, but no message.
+        // Registered, but not a message class.
         named("zet::Evt_NetConnectOk", {}),
-        // Cut, and with a byte too many.
+        // Truncated, and with an extra byte.
         named("Msg_NetCommand", {}),
         named("Msg_NetCommand", {0x00}),
         named("Msg_NetCommand", {0x01, 0x00}),
@@ -236,7 +236,7 @@ TEST(NetSessionPeer, AFrameThatDoesNotConvertIsDropped)
     NetPair net;
     RawPeer peer(net);
     const NoteCounter counter;
-    // A message that is whole with a frame that is not.
+    // A complete message with a truncated frame.
     peer.send(kGreeting + named("Msg_NetCommand", {0x00, 0x03, 0x23, 0x01, 0x30}) + kNote);
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return counter.m_Calls == 1; }));
     EXPECT_EQ(net.accepted()->m_Notes, "o");
@@ -267,7 +267,7 @@ TEST(NetSessionPeer, ALengthAboveTheLimitEndsTheSessionWithAnError)
 TEST(NetSessionPeer, AHugeLengthWithinTheLimitCostsWhatItsBytesCost)
 {
     NetPair net;
-    // Not even from a stranger.
+    // Not even from an unknown peer.
     zet::NetLimits limits;
     limits.m_FirstInput = 0;
     net.m_Server->setLimits(limits);
@@ -285,7 +285,7 @@ TEST(NetSessionPeer, AHugeLengthWithinTheLimitCostsWhatItsBytesCost)
 TEST(NetSessionPeer, AResetEndsTheSessionWithAnAbort)
 {
     if (test::looksResetLikeEnd())
-        GTEST_SKIP() << "Wine tells of a reset as of an orderly end";
+        GTEST_SKIP() << "Wine reports a reset as an orderly end";
     NetPair net;
     RawPeer peer(net);
     peer.send(kGreeting);
@@ -319,7 +319,7 @@ TEST(NetSessionPeer, TwoSystemsOnTwoThreadsTalkAThousandTimes)
     std::promise<unsigned short> port;
     zet::System serverSystem;
     int last = 0;
-    // Called on both threads, of which the other one waits for the answer.
+    // Called on both threads; the other one waits for the reply.
     zet::System* clientSystem = nullptr;
     NetNotes notes;
     NetNotes::s_Handler = [&](unsigned long arg1, unsigned long, const NoteCommand& note)

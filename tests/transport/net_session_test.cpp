@@ -28,7 +28,7 @@ zet::Uuid someId(unsigned int number)
     return id;
 }
 
-// A message of the host's own.
+// A host's own message.
 class Greeting : public zet::Message
 {
 public:
@@ -52,7 +52,7 @@ public:
     bool m_Refuses = false;
 };
 
-// Takes what comes to a session.
+// Handles the messages of a session.
 struct Listener
 {
     explicit Listener(NetSession& session)
@@ -70,7 +70,7 @@ struct Listener
     std::function<void()> m_OnGreeting;
 };
 
-TEST(NetSession, StandsOnBothSidesUnderTheIdThatConnectWasGiven)
+TEST(NetSession, IsEstablishedOnBothSidesUnderTheIdThatConnectWasGiven)
 {
     NetPair net;
     ASSERT_TRUE(net.m_IsListening);
@@ -84,7 +84,7 @@ TEST(NetSession, StandsOnBothSidesUnderTheIdThatConnectWasGiven)
     EXPECT_TRUE(session->getPeerName() == net.address().convertToString());
 }
 
-TEST(NetSession, AcceptsNobodyWhereNobodyWaits)
+TEST(NetSession, AcceptsNothingWithNothingPending)
 {
     NetPair net;
     EXPECT_FALSE(net.make()->accept());
@@ -93,7 +93,7 @@ TEST(NetSession, AcceptsNobodyWhereNobodyWaits)
     EXPECT_EQ(session->getState(), NetSession::kDown);
 }
 
-TEST(NetSession, WhoIsNotAcceptedWaits)
+TEST(NetSession, AnUnacceptedPeerStaysPending)
 {
     NetPair net;
     const auto module = zet::NetModule::createInstance();
@@ -255,7 +255,7 @@ TEST(NetSession, AfterOnClosedItIsClosedByTheVirtualOperationOnce)
     for (int i = 0; i < 5; ++i)
         net.m_System.tick();
     EXPECT_EQ(session->m_Notes, "ocx");
-    // Neither session has left a task behind.
+    // Neither session has left a task.
     EXPECT_EQ(net.m_System.getTaskCount(), 2);
 }
 
@@ -296,7 +296,7 @@ TEST(NetSession, TheLastHandleMayGoFromAHandler)
     NoteCommand note(1);
     ASSERT_TRUE(session->sendNetCommand(&note));
     ASSERT_TRUE(session->sendNetCommand(&note));
-    // The session lives until its message is handled, and the second message finds none.
+    // The session lives until its message is handled; the second message has no session.
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return session->m_Notes == "ocx"; }));
     EXPECT_EQ(calls, 1);
     session = nullptr;
@@ -370,7 +370,7 @@ TEST(NetSession, AMessageAboveTheLimitIsNotSentAndCostsNoConnection)
 {
     const zet::RtRegistration registered(L"TestGreeting", &Greeting::make);
     NetPair net;
-    // Class name and two counts take 15 bytes in front of the 100.
+    // Class name and two counts take 15 bytes before the 100.
     net.m_Client->setMessageLimit(115);
     const NotingHandle session = net.connect();
     ASSERT_TRUE(session);
@@ -438,7 +438,7 @@ TEST(NetSession, APeerThatTakesNothingLosesItsSessionAtTheOutputLimit)
     Greeting greeting;
     greeting.addRef();
     greeting.m_Bytes.setBufferSize(1 << 20);
-    // Nobody ticks, so nobody takes anything.
+    // Nothing ticks, so nothing is received.
     int sent = 0;
     while (sent < 100 && session->send(&greeting))
         ++sent;
@@ -468,7 +468,7 @@ TEST(NetSession, AGreetingThatNeverComesFailsInItsTime)
     module->close();
 }
 
-TEST(NetSession, OneThatStandsOutlastsTheGreetingTime)
+TEST(NetSession, AnEstablishedOneOutlastsTheGreetingTime)
 {
     NetPair net;
     zet::TestClock clock(0, 0xFFFFFFF0);

@@ -18,10 +18,10 @@ using test::SocksServer;
 using test::tickUntil;
 
 constexpr const wchar_t* kHere = L"127.0.0.1";
-// Larger than any buffer on the way.
+// Larger than any buffer on the path.
 constexpr int kBallast = 300000;
 
-// A server that answers each number with the next one, a client, and a proxy to go through.
+// A server that replies to each number with the next one, a client, and a proxy between them.
 struct Through
 {
     explicit Through(const std::vector<std::string>& proxyWords)
@@ -52,7 +52,7 @@ struct Through
     {
         return tickUntil(m_Net.m_System, [this] { return m_Client->m_Workings == 1; });
     }
-    // Whether the proxy hangs up.
+    // Whether the proxy closes.
     bool ends()
     {
         return tickUntil(m_Net.m_System, [this] { return m_Client->getConnectionState() != 2; });
@@ -68,7 +68,7 @@ struct Through
             EXPECT_EQ(m_Answered[static_cast<size_t>(i)], 10 * i + 1);
         }
         EXPECT_EQ(m_Ballast, kBallast + 19 * 20 / 2 - 7);
-        // The server may begin, too, once it has been spoken to.
+        // The server can also send first, once it has received a command.
         ASSERT_TRUE(m_Net.accepted()->send(NoteCommand(4711)));
         EXPECT_TRUE(tickUntil(m_Net.m_System, [this] { return m_Answered.back() == 4711; }));
         // The server sees the end through the proxy.
@@ -92,7 +92,7 @@ const std::vector<std::string> kGuarded{"-u", "gr\xC3\xBCn", "-P", "open sesame"
 constexpr const wchar_t* kAccount = L"gr\u00fcn";
 constexpr const wchar_t* kPassword = L"open sesame";
 
-// The reason why there is no proxy to go through ends the test.
+// Without a proxy the test is skipped with the reason.
 #define NEED_PROXY(through)                                                                                            \
     if (!(through).m_Proxy.isUp())                                                                                     \
     GTEST_SKIP() << (through).m_Proxy.reason()
@@ -132,7 +132,7 @@ TEST(ProxyServer, AWrongPasswordStaysInStateThree)
 
 TEST(ProxyServer, OneThatFindsNoMethodOfItsOwnLeavesStateOne)
 {
-    // Asked without an account by who has none, and with one where nobody is checked.
+    // A client without an account, and one with an account at a proxy that does not check it.
     for (const bool isGuarded : {true, false})
     {
         Through through(isGuarded ? kGuarded : kOpen);

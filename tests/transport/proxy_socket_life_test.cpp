@@ -1,4 +1,4 @@
-// How a proxy socket comes, goes and survives its host.
+// The life of a proxy socket.
 #include "transport/framework_client_proxy_socket.h"
 
 #include "tests/support/raw_peer.h"
@@ -45,7 +45,7 @@ TEST(ProxySocketLife, CloseLeavesTheStateAndAClosedOneDoesNothing)
     EXPECT_EQ(net.m_Client->m_ProxyState, 2);
     net.m_Client->onTick(0);
     EXPECT_EQ(net.m_Client->m_Workings, 0);
-    // The next attempt begins anew.
+    // The next attempt starts from the beginning.
     net.m_Proxy->m_Stream.clear();
     EXPECT_TRUE(net.greets(kGreeting));
     EXPECT_EQ(net.m_Client->m_ProxyState, 1);
@@ -65,7 +65,7 @@ TEST(ProxySocketLife, ATickInAnyOtherStateDoesNothing)
         EXPECT_EQ(net.m_Client->m_ProxyState, state);
         EXPECT_TRUE(net.isSilent());
         EXPECT_EQ(net.m_Logs.lines().size(), reports);
-        // It is all there for who looks.
+        // All of it is readable in memory.
         net.m_Client->m_ProxyState = ProxyClient::kAwaitsMethod;
         net.m_System.tick();
         EXPECT_EQ(net.m_Client->m_ProxyState, 2);
@@ -158,7 +158,7 @@ TEST(ProxySocketLife, ACopyTakesTheFieldsAndNoConnection)
 
 TEST(ProxySocketLife, ThePasswordIsNotLeftInMemory)
 {
-    // A text of this length lies within the object.
+    // A text of this length is stored inside the object.
     const std::wstring password = L"geheim";
     std::vector<unsigned char> needle(password.size() * sizeof(wchar_t));
     std::memcpy(needle.data(), password.data(), needle.size());

@@ -1,4 +1,4 @@
-// What the proxy socket says to a proxy, and what it makes of the answers.
+// The requests of the proxy socket, and its handling of replies.
 #include "transport/framework_client_proxy_socket.h"
 
 #include "tests/support/raw_peer.h"
@@ -54,7 +54,7 @@ TEST(ProxySocket, WithAnEmptyProxyAddressOrPort0ItConnectsDirectlyAndWorksAtOnce
         client->SetProxy(hasAddress ? kHere : L"", hasAddress ? 0 : 1080, L"name", L"password");
         ASSERT_TRUE(client->connect(kHere, net.m_Server->getPort(), false));
         EXPECT_EQ(client->m_Workings, 1);
-        // The host is told first.
+        // The event is reported to the host first.
         EXPECT_EQ(client->m_StateThen, 0);
         EXPECT_EQ(client->m_ProxyState, 4);
         ASSERT_TRUE(client->send(NoteCommand(1)));
@@ -78,7 +78,7 @@ TEST(ProxySocket, ADirectConnectionThatFailsLeavesTheStateAndCallsNoOne)
     EXPECT_EQ(client->m_TargetPort, 4711);
 }
 
-TEST(ProxySocket, GoesThroughAProxyThatChecksNobody)
+TEST(ProxySocket, GoesThroughAProxyWithoutAuthentication)
 {
     std::vector<int> got;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand& note) { got.push_back(note.m_Number); });
@@ -139,7 +139,7 @@ TEST(ProxySocket, AnAccountWithoutPasswordOrAPasswordWithoutAccountGreetsWithout
     }
     Proxied net;
     EXPECT_TRUE(net.greets(kGreeting, L"", L"password"));
-    // A proxy that asks all the same is told what there is.
+    // A proxy that requests the account nevertheless gets what is set.
     ASSERT_TRUE(net.answer({5, 2}));
     EXPECT_TRUE(net.says(accountMessage({}, {'p', 'a', 's', 's', 'w', 'o', 'r', 'd'})));
 }
@@ -184,7 +184,7 @@ TEST(ProxySocket, AnOddOrRefusingMethodReplyIsDroppedAndNotReported)
     EXPECT_FALSE(net.m_Client->isInvalid());
 }
 
-TEST(ProxySocket, AMethodReplyOneByteATimeIsNone)
+TEST(ProxySocket, AMethodReplyOneByteATimeIsIgnored)
 {
     Proxied net;
     ASSERT_TRUE(net.greets(kGreeting));
@@ -208,7 +208,7 @@ TEST(ProxySocket, ARefusedPasswordStaysInStateThreeAndIsNotReported)
     }
     EXPECT_TRUE(net.isSilent());
     EXPECT_EQ(net.m_Logs.lines().size(), reports);
-    // Nor does the proxy's end close the socket.
+    // The proxy's end does not close the socket either.
     net.m_Proxy->m_Stream->close();
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.m_Client->getConnectionState() != 2; }));
     for (int i = 0; i < 3; ++i)
@@ -218,7 +218,7 @@ TEST(ProxySocket, ARefusedPasswordStaysInStateThreeAndIsNotReported)
     EXPECT_EQ(net.m_Client->m_ProxyState, 3);
 }
 
-TEST(ProxySocket, AnAccountReplyMayHaveMoreBytesBehindIt)
+TEST(ProxySocket, AnAccountReplyMayHaveMoreBytesAfterIt)
 {
     Proxied net;
     ASSERT_TRUE(net.greets(kAccountGreeting, L"n", L"p"));
@@ -239,13 +239,13 @@ TEST(ProxySocket, ARefusedRequestStartsWorkingAllTheSame)
     EXPECT_EQ(net.m_Client->m_ProxyState, 4);
     EXPECT_EQ(net.m_Client->m_Workings, 1);
     EXPECT_EQ(net.m_Logs.lines().back(), L"Check proxy " + net.proxyName() + L" ok, Start Working");
-    // The command layer runs from now on, and closes when the proxy hangs up.
+    // The command layer runs from now on, and closes when the proxy closes.
     net.m_Proxy->m_Stream->close();
     EXPECT_TRUE(tickUntil(net.m_System, [&] { return net.m_Client->isInvalid(); }));
     EXPECT_EQ(net.m_Client->m_ProxyState, 4);
 }
 
-TEST(ProxySocket, ACommandBehindTheLastReplyGoesWithItAndTheNextOneArrives)
+TEST(ProxySocket, ACommandAfterTheLastReplyIsDroppedWithItAndTheNextOneArrives)
 {
     std::vector<int> got;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand& note) { got.push_back(note.m_Number); });
@@ -275,7 +275,7 @@ TEST(ProxySocket, WhatIsBeyond1023BytesOfTheLastReplyGoesToTheCommandLayer)
     reply.insert(reply.end(), command.begin(), command.end());
     ASSERT_TRUE(net.answer(reply));
     EXPECT_EQ(net.m_Client->m_ProxyState, 4);
-    // What is left over brings the next tick, not the interval.
+    // Left-over bytes make the next tick due at once, not after the interval.
     net.m_System.setTickInterval(10 * 60 * 1000);
     net.m_System.wait();
     net.m_System.setTickInterval(10);
@@ -283,7 +283,7 @@ TEST(ProxySocket, WhatIsBeyond1023BytesOfTheLastReplyGoesToTheCommandLayer)
     EXPECT_EQ(got, std::vector<int>{1});
 }
 
-TEST(ProxySocket, TheSecondPieceOfALastReplyIsNoPacketAndCloses)
+TEST(ProxySocket, TheSecondPieceOfALastReplyIsAnInvalidPacketAndCloses)
 {
     NoteAnalyser analyser;
     Proxied net(analyser);
@@ -316,7 +316,7 @@ TEST(ProxySocket, ATargetThatTheResolverDoesNotKnowSendsNothing)
     EXPECT_TRUE(net.isSilent());
 }
 
-TEST(ProxySocket, ANameOrPasswordOf255BytesIsToldAndALongerOneRefused)
+TEST(ProxySocket, ANameOrPasswordOf255BytesIsSentAndALongerOneRefused)
 {
     const std::wstring longest = std::wstring(127, L'\u00fc') + L'a';
     const std::wstring tooLong = std::wstring(128, L'\u00fc');
@@ -341,7 +341,7 @@ TEST(ProxySocket, ANameOrPasswordOf255BytesIsToldAndALongerOneRefused)
         EXPECT_TRUE(net.m_Client->isInvalid());
         EXPECT_EQ(net.m_Logs.lines(), Lines{L"connect proxy " + name + L" error"});
     }
-    // Where only the proxy wants it told, it is refused there.
+    // If only the proxy requires it, it is refused at that point.
     Proxied net;
     ASSERT_TRUE(net.greets(kGreeting, tooLong.c_str(), L""));
     EXPECT_FALSE(net.m_Client->SendAccountID());

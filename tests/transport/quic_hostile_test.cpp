@@ -1,4 +1,4 @@
-// Peers that seal anything into good packets. The process goes on, and no connection is left.
+// Peers that seal arbitrary frames into valid packets. The process keeps running, and no connection is left.
 #include "tests/support/quic_hostile.h"
 
 #include "tests/support/udp_test.h"
@@ -8,7 +8,7 @@
 namespace
 {
 
-// Each meeting has its own seed, so that one can be repeated alone.
+// Each connection has its own seed, so that it can be repeated alone.
 constexpr unsigned int kMeetings = 300;
 
 TEST(QuicHostile, NoPeerEndsTheProcessOrLeavesAConnection)

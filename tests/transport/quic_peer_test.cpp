@@ -1,4 +1,4 @@
-// A server over UDP whose client is of another make: he moves, and retires ids.
+// A server over UDP with a test peer as its client, which changes its address and retires ids.
 #include "tests/support/quic_test.h"
 
 #include "tests/support/allocations.h"
@@ -34,7 +34,7 @@ protected:
         ASSERT_TRUE(m_Net.until([&] { return m_Peer->received().size() >= expected.size(); }, 5000));
         ASSERT_EQ(m_Peer->takeReceived(), expected);
     }
-    // A move, and all the time that the server looks after the way that was left.
+    // A move, and the time during which the server keeps the previous path.
     void move(int number)
     {
         ASSERT_TRUE(m_Peer->move()) << number;
@@ -42,7 +42,7 @@ protected:
         for (int i = 0; i < 500; ++i)
             m_Net.step(10);
     }
-    // What the server takes a packet for that names this id.
+    // Whether the server treats a packet with this id as user data.
     bool isUserData(const std::string& id)
     {
         const size_t before = m_Net.m_Server->m_UserData.size();
@@ -60,7 +60,7 @@ TEST_F(QuicPeer, SpeaksWithOurServer)
     EXPECT_FALSE(isUserData(m_Peer->getId()));
 }
 
-TEST_F(QuicPeer, WhoMovesAndRetiresHisIdsIsFoundByTheNextOnes)
+TEST_F(QuicPeer, OneThatMovesAndRetiresItsIdsIsFoundByTheNextOnes)
 {
     constexpr int kMoves = 300;
     m_Net.accepted().m_Numbers.reserve(kMoves + 1);
@@ -75,9 +75,9 @@ TEST_F(QuicPeer, WhoMovesAndRetiresHisIdsIsFoundByTheNextOnes)
     const auto retired = m_Peer->getRetiredIds();
     EXPECT_GE(retired.size(), static_cast<size_t>(kMoves));
     EXPECT_EQ(std::set<std::string>(retired.begin(), retired.end()).size(), retired.size());
-    // The server has taken other ids of his in turn.
+    // The server has also switched to other ids of the peer.
     EXPECT_GE(m_Peer->getReturnedIds(), kMoves);
-    // An id that was retired belongs to nobody.
+    // A retired id belongs to no connection.
     for (const std::string& id : retired)
         EXPECT_TRUE(isUserData(id));
     EXPECT_FALSE(isUserData(m_Peer->getId()));
@@ -90,7 +90,7 @@ TEST_F(QuicPeer, WhoMovesAndRetiresHisIdsIsFoundByTheNextOnes)
     EXPECT_LT(*used - *before, 2048);
 }
 
-TEST_F(QuicPeer, WhoMovesManyTimesASecondKeepsHisConnection)
+TEST_F(QuicPeer, OneThatMovesManyTimesASecondKeepsItsConnection)
 {
     for (int i = 1; i <= 20; ++i)
     {
@@ -100,7 +100,7 @@ TEST_F(QuicPeer, WhoMovesManyTimesASecondKeepsHisConnection)
     }
 }
 
-TEST_F(QuicPeer, WhosePortChangesOnTheWayKeepsHisConnection)
+TEST_F(QuicPeer, OneWhosePortChangesKeepsItsConnection)
 {
     for (int i = 1; i <= 20; ++i)
     {
@@ -110,7 +110,7 @@ TEST_F(QuicPeer, WhosePortChangesOnTheWayKeepsHisConnection)
     }
     EXPECT_EQ(m_Net.accepted().m_Closes, 0);
     EXPECT_FALSE(isUserData(m_Peer->getId()));
-    // The server's farewell finds him where he is now.
+    // The server's close frame reaches the peer at its current address.
     m_Net.accepted().close();
     ASSERT_TRUE(m_Net.until([&] { return m_Peer->isOver(); }, 100));
 }
@@ -122,7 +122,7 @@ TEST_F(QuicPeer, AllIdsOfAConnectionAreForgottenWithIt)
     const std::string id = m_Peer->getId();
     m_Net.accepted().close();
     m_Net.step();
-    // Its farewell is sent again for as long as he may not have heard it.
+    // Its close frame is repeated while the peer may not have received it.
     EXPECT_FALSE(isUserData(id));
     m_Peer.reset();
     m_Net.m_Clock.advance(zet::UdpServer::Settings().m_IdleTimeout);

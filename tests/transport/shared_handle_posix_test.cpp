@@ -1,4 +1,4 @@
-// Sockets that somebody beside their connection holds open, as a child process does that was started meanwhile.
+// Sockets that another process also holds open, such as a child process started meanwhile.
 #include "tests/support/loopback.h"
 
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ public:
     const int m_Handle;
 };
 
-TEST(SharedHandle, WhatComesForAConnectionThatWasClosedTellsNobody)
+TEST(SharedHandle, InputOfAClosedConnectionCallsNoHandler)
 {
     int got = 0;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand&) { ++got; });
@@ -35,7 +35,7 @@ TEST(SharedHandle, WhatComesForAConnectionThatWasClosedTellsNobody)
     ClientHandle far = net.m_Server->m_Accepted.front();
     const Duplicate duplicate(far->getHandle());
     ASSERT_GE(duplicate.m_Handle, 0);
-    // The object goes, its socket stays open and goes on hearing the peer.
+    // The object is destroyed, but its socket stays open and still receives from the peer.
     net.m_Server->m_Accepted.clear();
     far->close();
     far = ClientHandle();
@@ -55,7 +55,7 @@ TEST(SharedHandle, WhatComesForAConnectionThatWasClosedTellsNobody)
     EXPECT_TRUE(tickUntil(net.m_System, [&] { return got == 1; }));
 }
 
-TEST(SharedHandle, APortThatWasClosedTellsNobodyOfItsVisitors)
+TEST(SharedHandle, AClosedPortReportsNoPendingConnections)
 {
     NoteAnalyser analyser;
     test::Loopback net(analyser);
@@ -65,7 +65,7 @@ TEST(SharedHandle, APortThatWasClosedTellsNobodyOfItsVisitors)
     net.m_Server->close();
     const ClientHandle late = new test::Client(analyser);
     late->start(&net.m_System);
-    // The queue of the port takes him; nobody calls him in.
+    // The backlog of the port takes the connection; it is never accepted.
     EXPECT_TRUE(late->connect(L"127.0.0.1", port, false));
     net.m_Clients.push_back(late);
     for (int i = 0; i < 3; ++i)

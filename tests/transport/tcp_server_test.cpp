@@ -118,7 +118,7 @@ TEST(TcpServer, MayListenAgainOnItsPortAfterClose)
     EXPECT_EQ(net.m_Server->getPort(), port);
 }
 
-TEST(TcpServer, WhoIsNotAcceptedWaitsAndIsAnnouncedAgain)
+TEST(TcpServer, AnUnacceptedPeerStaysPendingAndIsAnnouncedAgain)
 {
     Listening net;
     net.m_Server->m_OnAccept = [] {};
@@ -135,7 +135,7 @@ TEST(TcpServer, WhoIsNotAcceptedWaitsAndIsAnnouncedAgain)
     EXPECT_TRUE(tickUntil(net.m_System, [&] { return second->getConnectionState() > 2; }));
 }
 
-TEST(TcpServer, AcceptWithNobodyThereIsFalse)
+TEST(TcpServer, AcceptWithNothingPendingIsFalse)
 {
     Listening net;
     const StreamHandle stream = new zet::TcpStream;
@@ -171,7 +171,7 @@ TEST(TcpServer, AnObjectWithAConnectionIsNotGivenAnother)
     EXPECT_EQ(net.m_Server->m_Streams[0]->getConnectionState(), 2);
 }
 
-TEST(TcpServer, AnAttachThatFailsTurnsTheVisitorAway)
+TEST(TcpServer, AnAttachThatFailsRefusesThePeer)
 {
     class Choosy : public zet::TcpStream
     {
@@ -292,7 +292,7 @@ TEST(TcpServer, ARejectOfEverythingLetsInThePermissionListAlone)
     EXPECT_FALSE(server.permission(addressOf("127.0.0.1")));
 }
 
-TEST(TcpServer, WithoutPermissionNobodyGetsToOnAccept)
+TEST(TcpServer, WithoutPermissionNoPeerReachesOnAccept)
 {
     Listening net;
     net.m_Server->addRejectAddress(inOf("127.0.0.0"), inOf("255.0.0.0"));
@@ -302,7 +302,7 @@ TEST(TcpServer, WithoutPermissionNobodyGetsToOnAccept)
 }
 
 #ifndef _WIN32
-TEST(TcpServer, AcceptingRestsWithoutHandlesAndGoesOn)
+TEST(TcpServer, AcceptPausesWithoutHandlesAndResumes)
 {
 #ifdef IS_SANITIZED
     GTEST_SKIP() << "the sanitizers need handles for checks of their own";
@@ -338,7 +338,7 @@ TEST(TcpServer, AcceptingRestsWithoutHandlesAndGoesOn)
     EXPECT_EQ(net.m_Server->m_Streams.size(), 1U);
 }
 #else
-TEST(TcpServer, AcceptingRestsWithoutHandlesAndGoesOn)
+TEST(TcpServer, AcceptPausesWithoutHandlesAndResumes)
 {
     GTEST_SKIP() << "no limit of handles that a test could run into";
 }

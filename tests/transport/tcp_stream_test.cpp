@@ -24,7 +24,7 @@ public:
         const StreamHandle stream = new zet::TcpStream;
         if (accept(stream))
         {
-            // A plain server ticks nobody: the stream is a task of its own.
+            // A plain server does not tick its connections: the stream is a separate task.
             stream->start(getSystem());
             m_Streams.push_back(stream);
         }
@@ -62,8 +62,8 @@ std::string readAll(zet::TcpStream& stream)
     return text;
 }
 
-// The bytes and the end come with the same news, and nothing tells of the end again.
-TEST(TcpStream, AnEndThatComesTogetherWithTheLastBytesIsSeen)
+// One event reports the bytes and the end; the end is not reported again.
+TEST(TcpStream, AnEndTogetherWithTheLastBytesIsSeen)
 {
     Pair pair;
     ASSERT_TRUE(pair.m_IsUp);
@@ -132,7 +132,7 @@ TEST(TcpStream, MuchGoesThroughBothWaysAtOnce)
     EXPECT_EQ(pair.m_Near->getOutputSize(), 0U);
 }
 
-TEST(TcpStream, TheEndShowsBehindTheLastByte)
+TEST(TcpStream, TheEndShowsAfterTheLastByte)
 {
     Pair pair;
     ASSERT_TRUE(pair.m_IsUp);
@@ -158,14 +158,14 @@ TEST(TcpStream, TheEndShowsBehindTheLastByte)
 TEST(TcpStream, AResetBreaksTheConnection)
 {
     if (test::looksResetLikeEnd())
-        GTEST_SKIP() << "Wine tells of a reset as of an orderly end";
+        GTEST_SKIP() << "Wine reports a reset as an orderly end";
     Pair pair;
     ASSERT_TRUE(pair.m_IsUp);
     ASSERT_EQ(pair.m_Far->send("unread", 6), 6);
     ASSERT_TRUE(tickUntil(pair.m_System, [&] { return pair.m_Near->available() == 6; }));
     ASSERT_EQ(pair.m_Far->send("unseen", 6), 6);
     pair.m_System.tick();
-    // What is left in the system's buffer at the end makes it a reset.
+    // Unread data in the system's buffer makes the end a reset.
     test::closeRaw(pair.m_Near->detach());
     ASSERT_TRUE(tickUntil(pair.m_System, [&] { return pair.m_Far->getConnectionState() != 2; }));
     EXPECT_EQ(pair.m_Far->getConnectionState(), zet::TcpConnection::kBroken);
@@ -184,7 +184,7 @@ TEST(TcpStream, OutputIsRefusedWholeOnceTheLimitWaits)
     EXPECT_EQ(pair.m_Near->getOutputSize(), 10U);
     ASSERT_TRUE(tickUntil(pair.m_System, [&] { return pair.m_Far->available() == 10; }));
     EXPECT_EQ(readAll(*pair.m_Far), "0123456789");
-    // Nothing waits now, and one that is larger than the limit is taken.
+    // Nothing is pending now, and a write larger than the limit is accepted.
     EXPECT_EQ(pair.m_Near->send("0123456789abc", 13), 13);
 }
 
@@ -210,7 +210,7 @@ TEST(TcpStream, DetachGivesTheOpenHandleToAnother)
     ASSERT_TRUE(tickUntil(pair.m_System, [&] { return other->available() == 4; }));
 }
 
-TEST(TcpConnection, ConnectToNobodyFailsAndLeavesNoHandle)
+TEST(TcpConnection, ConnectWithoutAListenerFailsAndLeavesNoHandle)
 {
     unsigned short port = 0;
     {
@@ -235,7 +235,7 @@ TEST(TcpConnection, ConnectToNobodyFailsAndLeavesNoHandle)
     EXPECT_TRUE(stream->isInvalid());
 }
 
-TEST(TcpConnection, ConnectToWhatIsNoAddressFails)
+TEST(TcpConnection, ConnectToAnInvalidAddressFails)
 {
     const StreamHandle stream = new zet::TcpStream;
     EXPECT_FALSE(stream->connect(L"", 1, false));

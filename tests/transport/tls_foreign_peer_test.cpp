@@ -1,4 +1,4 @@
-// Our ends against those of others: OpenSSL's and GnuTLS's own programs.
+// The library's ends against the programs of OpenSSL and GnuTLS.
 #include "tests/support/child.h"
 #include "tests/support/log_lines.h"
 #include "tests/support/tls_pair.h"
@@ -25,7 +25,7 @@ using test::TlsHandle;
 using Words = std::vector<std::string>;
 using StreamHandle = zet::Unknown::Handle_T<zet::TcpStream>;
 
-// A server of plain streams that gives back what comes.
+// A server of plain streams that echoes its input.
 class EchoServer : public zet::TcpServer
 {
 public:
@@ -52,7 +52,7 @@ public:
         }
     }
     std::vector<StreamHandle> m_Streams;
-    // Of whom something came last.
+    // The stream that received last.
     zet::String_T<wchar_t> m_LastName;
 };
 
@@ -72,7 +72,7 @@ struct ForeignPeer : testing::Test
         m_System.exit();
     }
 
-    // Our server, which a foreign client asks for an echo. What the client said of the session, all in all.
+    // A foreign client sends to our server and expects an echo. Returns the client's output.
     std::string echoTo(const Words& words, TlsHandle context = makeServerContext())
     {
         m_Server->start(&m_System);
@@ -98,7 +98,7 @@ struct ForeignPeer : testing::Test
         return client.output();
     }
 
-    // Our client, which says something to a foreign server on a port. Its stream, established or down.
+    // Our client sends to a foreign server on a port. Returns its stream, established or closed.
     StreamHandle sayTo(Child& server, unsigned short port, TlsHandle context)
     {
         EXPECT_TRUE(server.isStarted());
@@ -111,7 +111,7 @@ struct ForeignPeer : testing::Test
         stream->send("hello from here\n", 16);
         return stream;
     }
-    // What came within the time of a test, up to a text.
+    // The input within a time limit, up to a text.
     std::string readUntil(zet::TcpStream& stream, const std::string& wanted)
     {
         std::string text;
@@ -199,7 +199,7 @@ TEST_F(ForeignPeer, AGnuTlsClientIsServed)
     const std::string said = echoTo({"gnutls-cli", "--x509cafile", m_Trust.path(), "--port", "PORT", "127.0.0.1"});
     EXPECT_NE(said.find("Handshake was completed"), std::string::npos) << said;
     EXPECT_NE(said.find("hello from afar"), std::string::npos) << said;
-    // It says goodbye at the end of its input.
+    // It sends close_notify at the end of its input.
     EXPECT_EQ(m_Server->m_Streams.at(0)->getConnectionState(), zet::TcpConnection::kDown);
 }
 
@@ -281,7 +281,7 @@ TEST_F(ForeignPeer, AGnuTlsServerIsTalkedTo)
     stream->stop();
 }
 
-// What an authority says of a certificate now, as a server staples it: a file in DER.
+// An OCSP response for a certificate, as a server staples it: a DER file.
 std::string makeResponse(const TextFile& chain, bool isRevoked)
 {
     const TextFile trust(someAuthority().pem());

@@ -1,4 +1,4 @@
-// Commands over TLS, and what both ends know of one another.
+// Commands over TLS, and what each end knows about the other.
 #include "tests/support/log_lines.h"
 #include "tests/support/tls_pair.h"
 
@@ -37,7 +37,7 @@ TEST(Tls, CommandsGoBothWays)
         EXPECT_EQ(got[static_cast<size_t>(i)], i + 1);
 }
 
-TEST(Tls, TheConnectionIsOnItsWayUpUntilTheHandshakeIsDone)
+TEST(Tls, TheConnectionIsConnectingUntilTheHandshakeIsDone)
 {
     NoteAnalyser analyser;
     TlsLoopback net(analyser);
@@ -53,14 +53,14 @@ TEST(Tls, TheConnectionIsOnItsWayUpUntilTheHandshakeIsDone)
     EXPECT_EQ(net.m_Server->m_Abandons, 0);
 }
 
-TEST(Tls, WhatIsSentBeforeTheHandshakeArrivesBehindIt)
+TEST(Tls, WhatIsSentBeforeTheHandshakeArrivesAfterIt)
 {
     std::vector<int> got;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand& note) { got.push_back(note.m_Number); });
     TlsLoopback net(analyser);
     const ClientHandle socket = net.begin(analyser, makeClientContext());
     ASSERT_TRUE(net.m_IsBegun);
-    // Enough for some of it to want to leave at once.
+    // Enough that a part would be sent at once.
     for (int i = 0; i < 20; ++i)
         ASSERT_TRUE(socket->send(NoteCommand(i, 20000)));
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return got.size() == 20; }));
@@ -172,11 +172,11 @@ TEST(Tls, FiftyMegabytesArriveWholeWithinTheOutputLimit)
                               return count == 100;
                           }));
     EXPECT_EQ(sum, 100LL * kPiece + 99 * 50);
-    // The limit and one command, and what was sealed at the time.
+    // The limit plus one command, and the bytes encrypted at that time.
     EXPECT_LT(most, kLimit + kPiece + 400 * 1024);
 }
 
-TEST(Tls, AClosedEndIsToldFromABrokenOne)
+TEST(Tls, ACloseNotifyIsDistinguishedFromABrokenEnd)
 {
     NoteAnalyser analyser;
     TlsLoopback net(analyser);
@@ -206,7 +206,7 @@ TEST(Tls, AClosedEndIsToldFromABrokenOne)
     test::LogLines log;
     const ClientHandle rude = net.connectTls(analyser, makeClientContext());
     ASSERT_TRUE(rude);
-    // Its handle is closed behind TLS's back.
+    // Its handle is closed without TLS.
     zet::TcpConnection plain;
     ASSERT_TRUE(plain.attach(rude->detach()));
     plain.close();
@@ -247,7 +247,7 @@ TEST(Tls, AConnectionMayJoinASystemInTheMiddleOfItsHandshake)
     EXPECT_TRUE(socket->isSecure());
 }
 
-TEST(Tls, AConnectionKeptPlainGoesOverToTlsWhenTold)
+TEST(Tls, AConnectionKeptPlainSwitchesToTlsOnRequest)
 {
     std::vector<int> got;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand& note) { got.push_back(note.m_Number); });

@@ -1,4 +1,5 @@
-// What docs/operating.md says of SSLKEYLOGFILE. The variable is read once a process, so another one looks.
+// Tests what docs/operating.md states about SSLKEYLOGFILE. The variable is read once per process, so a child process is
+// used.
 #include "tests/support/child.h"
 #include "tests/support/places.h"
 #include "transport/net/udp_server.h"

@@ -1,4 +1,4 @@
-// What stands on the stream goes through TLS as well: the proxy socket, behind its proxy, and net sessions.
+// The layers above the stream also work over TLS: the proxy socket, after its proxy handshake, and net sessions.
 #include "tests/support/log_lines.h"
 #include "tests/support/net_pair.h"
 #include "tests/support/proxy_client.h"

@@ -1,4 +1,4 @@
-// What TLS connections cost: many of them, idle ones, and plain ones beside them.
+// The cost of TLS connections: many, idle, and plain ones on the same server.
 #include "tests/support/allocations.h"
 #include "tests/support/handle_limit.h"
 #include "tests/support/raw_peer.h"
@@ -37,7 +37,7 @@ TEST(TlsLoad, AThousandConnectionsAreServedAndLeave)
         });
     TlsLoopback net(server);
     const TlsHandle context = makeClientContext();
-    // The first ones fill what is shared.
+    // The first ones fill shared caches.
     for (int i = 0; i < 10; ++i)
         ASSERT_TRUE(net.connectTls(client, context));
     const auto before = bytesInUse();
@@ -70,7 +70,7 @@ TEST(TlsLoad, AThousandConnectionsAreServedAndLeave)
 
 #ifdef COUNTS_SYSTEM_CALLS
 
-TEST(TlsIdle, AConnectionThatNobodyHasSpokenOnTakesLittle)
+TEST(TlsIdle, AConnectionThatHasCarriedNothingTakesLittle)
 {
     NoteAnalyser analyser;
     TlsLoopback net(analyser);

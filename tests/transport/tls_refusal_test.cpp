@@ -1,4 +1,4 @@
-// Peers and contexts that TLS turns away, and that nothing else is harmed.
+// Peers and contexts that TLS refuses, without effect on others.
 #include "framework/time.h"
 #include "tests/support/log_lines.h"
 #include "tests/support/raw_peer.h"
@@ -23,7 +23,7 @@ using test::tickUntil;
 using test::TlsHandle;
 using test::TlsLoopback;
 
-// What the log says of handshakes.
+// The log lines about handshakes.
 std::wstring failures(const LogLines& log)
 {
     std::wstring all;
@@ -33,7 +33,7 @@ std::wstring failures(const LogLines& log)
     return all;
 }
 
-// Expects that the client gives up and the server too, and that the server still serves.
+// Expects that client and server end the connection, and that the server still serves others.
 struct Refusal
 {
     explicit Refusal(TlsHandle server) : m_Net(m_Analyser, server) {}
@@ -80,12 +80,12 @@ TEST(TlsRefusal, AnUnknownAuthorityIsRefused)
     const Authority other("Other Authority");
     Refusal refusal(makeServerContext());
     EXPECT_NE(refusal.of(makeClientContext(other)).find(L"issuer is unknown"), std::wstring::npos);
-    // The name alone makes no authority.
+    // The name alone does not make an authority.
     const Authority pretender("Some Authority");
     EXPECT_NE(refusal.of(makeClientContext(pretender)).find(L"signature"), std::wstring::npos);
 }
 
-TEST(TlsRefusal, ACertificateForClientsIsNoServers)
+TEST(TlsRefusal, AServersCertificateForClientsOnlyIsRefused)
 {
     test::CertificateWish wish{"", {"127.0.0.1"}};
     wish.m_IsForServers = false;
@@ -118,7 +118,7 @@ TEST(TlsRefusal, ARevokedCertificateIsRefused)
     ASSERT_TRUE(knows->addRevocations(someAuthority().revoke(revoked).c_str()));
     Refusal refusal(makeServerContext(revoked));
     EXPECT_NE(refusal.of(knows).find(L"revoked"), std::wstring::npos);
-    // Another certificate of the same authority is still good, and so is this one for who has no list.
+    // Another certificate of the same authority is still valid, and so is this one without a revocation list.
     NoteAnalyser analyser;
     TlsLoopback other(analyser);
     EXPECT_TRUE(other.connectTls(analyser, knows));
@@ -140,7 +140,7 @@ TEST(TlsRefusal, ARevokedClientIsRefused)
     EXPECT_NE(refusal.of(shows).find(L"revoked"), std::wstring::npos);
 }
 
-TEST(TlsRefusal, WhatIsNoListOfRevokedCertificatesIsNotTaken)
+TEST(TlsRefusal, AnInvalidRevocationListIsRefused)
 {
     const LogLines log;
     const TlsHandle context = makeClientContext();
@@ -157,7 +157,7 @@ TEST(TlsRefusal, AClientWithoutTheRequiredCertificateIsRefused)
     ASSERT_TRUE(wants->setClientCertificate(zet::TlsContext::kRequired));
     Refusal refusal(wants);
     EXPECT_FALSE(refusal.of(makeClientContext()).empty());
-    // One of an authority that only has the name of the right one; of another name, the client keeps its own back.
+    // An authority with the right name but another key; for another name, the client does not send its certificate.
     const Authority other("Some Authority");
     const auto foreign = other.issue({"player 8", {}});
     const TlsHandle shows = makeClientContext();
@@ -225,7 +225,7 @@ TEST(TlsRefusal, ATlsClientOnAPlainPortFails)
     EXPECT_EQ(client->getConnectionState(), zet::TcpConnection::kDown);
 }
 
-TEST(TlsRefusal, APeerThatSaysNothingIsGivenUpWhenItsTimeIsOver)
+TEST(TlsRefusal, ASilentPeerTimesOut)
 {
     zet::TestClock clock(1700000000, 0xFFFFFF00);
     NoteAnalyser analyser;
@@ -250,7 +250,7 @@ TEST(TlsRefusal, AClientGivesUpOnAServerThatNeverAnswers)
 {
     zet::TestClock clock(1700000000, 77);
     NoteAnalyser analyser;
-    // The visitor is never accepted.
+    // The pending connection is never accepted.
     zet::TcpServer server;
     ASSERT_TRUE(server.listen(0, 5));
     const ClientHandle client = new test::Client(analyser);
@@ -271,7 +271,7 @@ TEST(TlsRefusal, AHandshakeOfEndlessRecordsIsCutOff)
     const LogLines log;
     RawPeer peer(net);
     ASSERT_TRUE(peer.m_IsUp);
-    // A handshake message of 16 MiB, in records of 16 KiB, of which only the beginning ever comes.
+    // A handshake message of 16 MiB, in records of 16 KiB, of which only the start is sent.
     std::vector<unsigned char> record{0x16, 3, 1, 0x40, 0};
     record.resize(5 + 0x4000, 0);
     record[5] = 1;
@@ -289,13 +289,12 @@ TEST(TlsRefusal, AHandshakeOfEndlessSmallMessagesIsCutOff)
     const LogLines log;
     RawPeer peer(net);
     ASSERT_TRUE(peer.m_IsUp);
-    // The greeting of an honest client of TLS 1.2, and then warnings, each a whole record, that a handshake passes
-    // over.
+    // The hello of an honest TLS 1.2 client, and then warnings, each in its own record, which a handshake ignores.
     std::vector<unsigned char> all{0x16, 3, 1, 0, 79, 1, 0, 0, 75, 3, 3};
     all.resize(all.size() + 32, 7);
     // No session; two ciphers, one for either kind of key; no compression.
     all.insert(all.end(), {0, 0, 4, 0xC0, 0x2B, 0xC0, 0x2F, 1, 0});
-    // Groups, forms of points, algorithms of signatures.
+    // Groups, point formats, signature algorithms.
     all.insert(all.end(),
                {0, 30, 0, 10, 0, 6, 0, 4, 0, 29, 0, 23, 0, 11, 0, 2, 1, 0, 0, 13, 0, 10, 0, 8, 4, 3, 8, 4, 4, 1, 8, 7});
     const std::vector<unsigned char> warning{0x15, 3, 3, 0, 2, 1, 90};

@@ -1,4 +1,4 @@
-// Sessions that go on from earlier ones.
+// Resumed sessions.
 #include "tests/support/tls_pair.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ struct Resuming : testing::Test
 {
     Resuming() : m_Analyser([this](CCommandSocket*, const NoteCommand&) { ++m_Got; }) {}
 
-    // Connects, lets a command through, which takes the ticket along, and closes. Whether the session was resumed.
+    // Connects, exchanges a command, so that the ticket arrives, and closes. Returns whether the session was resumed.
     bool visit(TlsLoopback& net, zet::TlsContext* context, const wchar_t* host = L"127.0.0.1")
     {
         const ClientHandle client = net.connectTls(m_Analyser, context, host);
@@ -142,7 +142,7 @@ TEST(TlsContext, OneContextServesSystemsOfSeveralThreads)
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(stood, 40);
-    // Each thread's server has a port of its own, so each begins once anew.
+    // Each thread's server has its own port, so each has one full handshake.
     EXPECT_EQ(resumed, 36);
 }
 

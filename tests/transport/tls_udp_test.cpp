@@ -1,4 +1,4 @@
-// Who proves what to whom over UDP.
+// Authentication over UDP.
 #include "tests/support/log_lines.h"
 #include "tests/support/tls_certificates.h"
 #include "tests/support/udp_test.h"
@@ -24,7 +24,7 @@ protected:
         return context;
     }
     Certificate here() const { return m_Authority.issue({"", {"127.0.0.1", "localhost"}}); }
-    // Both ports anew, with these contexts.
+    // Opens both ports again with these contexts.
     bool listen(const Context& server, const Context& client)
     {
         m_Net.m_Server->close();
@@ -55,7 +55,7 @@ TEST_F(TlsUdp, ATrustedCertificateForTheAddressOrTheNameIsTaken)
     EXPECT_TRUE(succeeds(L"localhost"));
 }
 
-TEST_F(TlsUdp, WhoTrustsNobodyInParticularTakesAnyCertificate)
+TEST_F(TlsUdp, WithoutATrustStoreAnyCertificateIsAccepted)
 {
     ASSERT_TRUE(listen(contextOf(m_Authority.issue({"", {"elsewhere.test"}}), nullptr), nullptr));
     EXPECT_TRUE(succeeds(L"127.0.0.1"));
@@ -100,7 +100,7 @@ TEST_F(TlsUdp, ACertificateThatRanOutIsRefused)
     EXPECT_FALSE(succeeds(L"127.0.0.1"));
 }
 
-TEST_F(TlsUdp, ACertificateOfThePortsOwnMakingProvesNobody)
+TEST_F(TlsUdp, ACertificateThatThePortMadeProvesNoIdentity)
 {
     ASSERT_TRUE(listen(nullptr, contextOf({}, &m_Authority)));
     EXPECT_FALSE(succeeds(L"127.0.0.1"));
@@ -127,7 +127,7 @@ TEST_F(TlsUdp, AServerMayAskForACertificateOfTheClient)
         EXPECT_EQ(succeeds(L"127.0.0.1"), wanted == zet::TlsContext::kAsked);
         ASSERT_TRUE(listen(asking(), contextOf(m_Authority.issue({"player", {}, -7200, -3600}), &m_Authority)));
         EXPECT_FALSE(succeeds(L"127.0.0.1"));
-        // One that the server would not take is not shown at all.
+        // A certificate that the server would not accept is not sent.
         ASSERT_TRUE(listen(asking(), contextOf(other.issue({"player", {}}), &m_Authority)));
         EXPECT_EQ(succeeds(L"127.0.0.1"), wanted == zet::TlsContext::kAsked);
     }

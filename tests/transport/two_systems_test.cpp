@@ -1,4 +1,4 @@
-// Two Systems on two threads that talk to each other; also what a thread sanitizer looks at.
+// Two Systems on two threads that talk to each other; also for the thread sanitizer.
 #include "tests/support/loopback.h"
 
 #include <gtest/gtest.h>
@@ -63,7 +63,7 @@ TEST(TwoSystems, ACommandGoesToAndFroAThousandTimes)
 
 TEST(TwoSystems, ATaskOfOneIsWakenedByTheOther)
 {
-    // With sockets in it a System sleeps by its reactor.
+    // A System with sockets sleeps in its reactor.
     class Waiting : public zet::System::Task
     {
     public:

@@ -1,4 +1,4 @@
-// Datagrams of those who hide who they are, or know nothing of the protocol.
+// Datagrams with forged sources, or without a valid protocol.
 #include "tests/support/allocations.h"
 #include "tests/support/udp_road.h"
 #include "tests/support/udp_test.h"
@@ -49,7 +49,7 @@ TEST_F(UdpForged, TenThousandForgedAttemptsKeepNothingAndDrawLessThanTheySend)
     const auto traffic = m_Net.m_Server->getTraffic();
     for (int round = 0; round < 100; ++round)
     {
-        // The first round warms up what is kept for good.
+        // The first round allocates what is kept permanently.
         if (round == 1)
             before = test::bytesInUse();
         std::vector<std::unique_ptr<BareUdp>> sources;
@@ -57,7 +57,7 @@ TEST_F(UdpForged, TenThousandForgedAttemptsKeepNothingAndDrawLessThanTheySend)
         {
             sources.push_back(std::make_unique<BareUdp>(0x7F000002 + m_Random() % 0xFFFFF0));
             ASSERT_TRUE(sources.back()->isOpen());
-            // Every fourth claims to have got a token.
+            // Every fourth contains a forged token.
             const std::string packet = initial(i % 4 == 0 ? '\xB6' + noise(70) : std::string());
             sent += packet.size();
             ASSERT_TRUE(sources.back()->send(m_Net.m_Server->getPort(), packet));
@@ -97,7 +97,7 @@ TEST_F(UdpForged, TenThousandForgedAttemptsKeepNothingAndDrawLessThanTheySend)
 
 TEST_F(UdpForged, ATokenOfAnotherAddressOpensNothing)
 {
-    // Gets a token, and uses it from elsewhere, and later, and with another id.
+    // Gets a token, and uses it from another address, later, and with another id.
     BareUdp honest;
     ASSERT_TRUE(honest.send(m_Net.m_Server->getPort(), initial("")));
     m_Net.step();
@@ -127,7 +127,7 @@ TEST_F(UdpForged, ATokenOfAnotherAddressOpensNothing)
     EXPECT_EQ(m_Net.m_Server->getTraffic().m_DatagramsOut, out);
 }
 
-TEST_F(UdpForged, AVisitorWhoShowsHisAddressAndThenFallsSilentIsForgotten)
+TEST_F(UdpForged, APeerThatShowsItsAddressAndFallsSilentIsForgotten)
 {
     BareUdp visitor;
     ASSERT_TRUE(visitor.send(m_Net.m_Server->getPort(), initial("")));
@@ -137,7 +137,7 @@ TEST_F(UdpForged, AVisitorWhoShowsHisAddressAndThenFallsSilentIsForgotten)
     ASSERT_TRUE(visitor.receive(retry, port));
     std::string packet = initial(retry.substr(31, retry.size() - 47));
     packet.replace(6, 16, retry.substr(15, 16));
-    // His noise does not decrypt: nothing is answered, and nothing is kept for longer than a connection may take.
+    // Noise does not decrypt: it is not answered, and no state is kept longer than the connect timeout.
     ASSERT_TRUE(visitor.send(m_Net.m_Server->getPort(), packet));
     m_Net.step();
     EXPECT_LE(m_Net.m_Server->getConnectionCount(), 1);
@@ -145,13 +145,13 @@ TEST_F(UdpForged, AVisitorWhoShowsHisAddressAndThenFallsSilentIsForgotten)
                             static_cast<int>(zet::UdpServer::Settings().m_ConnectTimeout) + 10));
 }
 
-TEST_F(UdpForged, AVersionNobodyKnowsIsAnsweredWithTheOneThereIs)
+TEST_F(UdpForged, AnUnknownVersionIsAnsweredWithTheSupportedOne)
 {
     BareUdp source;
     std::string packet = initial("");
     packet[1] = '\x1A';
     ASSERT_TRUE(source.send(m_Net.m_Server->getPort(), packet));
-    // A short one could be anybody's, and draws nothing.
+    // A short one is not answered.
     ASSERT_TRUE(source.send(m_Net.m_Server->getPort(), packet.substr(0, 1199)));
     m_Net.step();
     std::string answer;

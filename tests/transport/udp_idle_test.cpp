@@ -1,4 +1,4 @@
-// What connections over UDP cost while nothing happens on them, in what portions output leaves, and many of them.
+// The cost of idle connections over UDP, the sizes of sends, and many connections.
 #include "tests/support/allocations.h"
 #include "tests/support/system_calls.h"
 #include "tests/support/udp_test.h"
@@ -24,7 +24,7 @@ TEST_F(UdpIdle, ATickOnIdleConnectionsCallsNothingButTheSystemsOwnWait)
     m_Net.until([] { return false; }, 1000);
     const Calls before;
     const test::AllocationCount allocations;
-    // Less than the time to the next sign of life.
+    // Less than the keep-alive interval.
     for (int i = 0; i < 10; ++i)
         m_Net.step(100);
     const Calls after;
@@ -45,7 +45,7 @@ TEST_F(UdpIdle, WhatATickSendsLeavesInFewSystemCalls)
             ASSERT_TRUE(socket->send(NoteCommand(i, 20)));
     m_Net.m_System.tick();
     const Calls after;
-    // Ten commands are one packet, and 32 packets one call. The server's tick came before.
+    // Ten commands are one packet, and 32 packets one call. The server ticked before.
     EXPECT_EQ(after.m_Sends - before.m_Sends, 2);
     m_Net.step();
     for (const auto& socket : m_Net.m_Server->m_Accepted)
@@ -55,7 +55,7 @@ TEST_F(UdpIdle, WhatATickSendsLeavesInFewSystemCalls)
 TEST_F(UdpIdle, AThousandConnectionsOnOnePortAreServedAndLeave)
 {
     constexpr int kCount = 1000;
-    // What the two tables cost, which each socket has for itself, is not the connections'.
+    // Memory of the two tables of each socket is not part of the connections'.
     for (int i = 0; i < kCount; ++i)
         m_Net.m_Sockets.push_back(new test::NoteSocket);
     std::vector<test::NoteSocketHandle> spare(kCount);
@@ -71,7 +71,7 @@ TEST_F(UdpIdle, AThousandConnectionsOnOnePortAreServedAndLeave)
     {
         ASSERT_TRUE(m_Net.m_Sockets[static_cast<size_t>(i)]->connect(m_Net.m_Port, L"127.0.0.1",
                                                                      m_Net.m_Server->getPort(), zet::Uuid()));
-        // All at once would be more than the operating system keeps for one port.
+        // All at once would exceed the operating system's receive buffer of one port.
         const auto isAccepted = [&] { return m_Net.m_Server->GetClientCount() == i + 1; };
         ASSERT_TRUE(i % 40 != 39 || m_Net.until(isAccepted));
     }

@@ -1,4 +1,4 @@
-// What a port answers to those who are late, unknown or too many: less and less, and never more than a tick allows.
+// Replies of a port to late, unknown or too many peers: increasingly rare, and bounded per tick.
 #include "tests/support/udp_road.h"
 #include "tests/support/udp_test.h"
 
@@ -20,8 +20,7 @@ class UdpLate : public test::UdpTest
 {
 protected:
     explicit UdpLate(const zet::UdpServer::Settings& settings = {}) : UdpTest(settings) {}
-    // A connection that the server has closed without the client's knowledge, and the last packet of the client's that
-    // came before.
+    // A connection that the server has closed without the client's knowledge, and the client's last packet before.
     void closeUnheard()
     {
         const unsigned short server = m_Net.m_Server->getPort();
@@ -38,7 +37,7 @@ protected:
         ASSERT_TRUE(socket->send(NoteCommand(1)));
         settle();
         ASSERT_EQ(m_Net.accepted().m_Numbers.size(), 1U);
-        // With a short head, behind which the connection's id stands.
+        // With a short header, followed by the connection's id.
         ASSERT_GT(m_Packet.size(), 17U);
         ASSERT_EQ(m_Packet[0] & 0x80, 0);
         m_Road->m_IsCut = true;
@@ -70,7 +69,7 @@ TEST_F(UdpLate, LatePacketsAreAnsweredEverMoreRarelyAndInTheEndNoMore)
     EXPECT_TRUE(m_Net.m_Server->m_UserData.empty());
 }
 
-TEST_F(UdpLate, TheFarewellGoesToThePeerAloneWhoeverSendsHisPackets)
+TEST_F(UdpLate, TheCloseFrameGoesToThePeerAloneWhoeverSendsItsPackets)
 {
     ASSERT_NO_FATAL_FAILURE(closeUnheard());
     BareUdp stranger;
@@ -90,7 +89,7 @@ TEST_F(UdpLate, TheFarewellGoesToThePeerAloneWhoeverSendsHisPackets)
     EXPECT_FALSE(stranger.receive(bytes, port));
 }
 
-TEST_F(UdpLate, AFarewellIsForgottenOnceThePeerMustHaveGivenUp)
+TEST_F(UdpLate, ACloseFrameIsForgottenOnceThePeerMustHaveGivenUp)
 {
     ASSERT_NO_FATAL_FAILURE(closeUnheard());
     const unsigned int idle = zet::UdpServer::Settings().m_IdleTimeout;
@@ -121,14 +120,14 @@ TEST_F(UdpLate, PacketsOfNoConnectionDrawNothing)
     }
     EXPECT_EQ(answers(), before);
     EXPECT_EQ(m_Net.m_Server->m_UserData.size(), 1000U);
-    // Long heads of each other kind, with ids that nobody has: not even user data.
+    // Long headers of each other kind, with unknown ids: not even user data.
     for (const char first : {'\xD0', '\xE0', '\xF0'})
         deliver(first + std::string("\0\0\0\1\x10", 5) + std::string(16, 'i') + '\0' + std::string(1200, 'x'));
     EXPECT_EQ(answers(), before);
     EXPECT_EQ(m_Net.m_Server->m_UserData.size(), 1000U);
 }
 
-// A visitor's first packet, as far as it can be seen without its keys.
+// A first packet, as far as it is visible without its keys.
 std::string firstPacket(char version)
 {
     return std::string("\xC0\0\0\0", 4) + version + '\x10' + std::string(16, 'i') + '\x08' + std::string(8, 's') +
@@ -140,7 +139,7 @@ TEST_F(UdpLate, ATickAnswersABoundedNumberOfFirstPackets)
     static_assert(zet::UdpServer::kGreetingsPerTick == 32);
     m_Net.step();
     const auto before = answers();
-    // Without a token, and of another version: neither takes the other's place.
+    // Without a token, and of another version: the two limits are separate.
     for (const char version : {'\1', '\x1A'})
         for (int i = 0; i < 3000; ++i)
             deliver(firstPacket(version));
@@ -174,7 +173,7 @@ TEST_F(FullUdpLate, ATickRefusesABoundedNumberOfPeers)
     settle();
     for (int i = 0; i < kCount; ++i)
         ASSERT_TRUE(m_Net.begin());
-    // What the server sends in the ticks in which it sends anything: tokens, and then the refusals.
+    // The datagrams of each tick in which the server sends: tokens, and then refusals.
     std::vector<int> sent;
     ASSERT_TRUE(m_Net.until(
         [&, before = answers()]() mutable

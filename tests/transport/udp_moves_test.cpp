@@ -1,4 +1,4 @@
-// A port with connections on it that changes its System, or whose handle goes.
+// A port with connections that changes its System, or whose handle is lost.
 #include "tests/support/raw_handle.h"
 #include "tests/support/udp_test.h"
 
@@ -58,7 +58,7 @@ TEST_F(UdpMoves, APortTakesItsConnectionsToAnotherSystem)
         EXPECT_EQ(moved->getPort(), port);
         EXPECT_EQ(moved->getHandle(), handle);
         ASSERT_NO_FATAL_FAILURE(expectTraffic(*socket, ++number));
-        // And new ones go on coming.
+        // And new ones can still connect.
         ASSERT_TRUE(m_Net.connect());
         EXPECT_EQ(m_Net.m_Server->m_Accepted.size(), static_cast<size_t>(number / 2 + 1));
         std::swap(m_Net.m_Server->m_Accepted.front(), m_Net.m_Server->m_Accepted.back());
@@ -77,7 +77,7 @@ TEST_F(UdpMoves, AMemberOfOneSystemJoinsNoOther)
     ASSERT_NO_FATAL_FAILURE(expectTraffic(*socket, 1));
 }
 
-TEST_F(UdpMoves, WhatWasSentBeforeTheMoveLeavesBehindIt)
+TEST_F(UdpMoves, WhatWasSentBeforeTheMoveLeavesAfterIt)
 {
     const NoteSocketHandle socket = m_Net.connect();
     ASSERT_TRUE(socket);
@@ -85,14 +85,14 @@ TEST_F(UdpMoves, WhatWasSentBeforeTheMoveLeavesBehindIt)
     ASSERT_TRUE(m_Net.accepted().send(NoteCommand(7)));
     m_Net.m_Server->stop();
     ASSERT_TRUE(m_Net.m_Server->start(&m_Other));
-    // The System that it has left does nothing for it any more.
+    // The previous System no longer ticks it.
     const auto before = m_Net.m_Server->getTraffic().m_DatagramsOut;
     m_Net.m_System.tick();
     EXPECT_EQ(m_Net.m_Server->getTraffic().m_DatagramsOut, before);
     ASSERT_TRUE(m_Net.until([&] { return socket->m_Numbers == std::vector<int>{7}; }, 500));
 }
 
-TEST_F(UdpMoves, AConnectionOnItsWayUpStandsInTheOtherSystem)
+TEST_F(UdpMoves, AConnectingOneIsEstablishedInTheOtherSystem)
 {
     for (const auto& moved : {m_Net.m_Server, m_Net.m_Port})
     {
@@ -175,7 +175,7 @@ TEST_F(UdpMoves, AServerThatCannotTakeItsHandleAlongEndsItsConnections)
     EXPECT_EQ(m_Net.accepted().m_Closes, 1);
     EXPECT_EQ(m_Net.accepted().m_StateAtClose, NoteSocket::kBroken);
     EXPECT_EQ(m_Net.m_Server->GetClientCount(), 0);
-    // Nobody can tell the peer.
+    // The peer cannot be notified.
     ASSERT_TRUE(m_Net.until([&] { return socket->m_Closes == 1; }, 5000));
     EXPECT_EQ(socket->m_StateAtClose, NoteSocket::kBroken);
     ASSERT_TRUE(m_Net.m_Server->listen(L"", 0));
@@ -184,7 +184,7 @@ TEST_F(UdpMoves, AServerThatCannotTakeItsHandleAlongEndsItsConnections)
     ASSERT_NO_FATAL_FAILURE(expectTraffic(*next, 1));
 }
 
-TEST_F(UdpMoves, ADetachedPortHasToldItsPeers)
+TEST_F(UdpMoves, ADetachedPortHasNotifiedItsPeers)
 {
     const NoteSocketHandle first = m_Net.connect();
     const NoteSocketHandle second = m_Net.connect();

@@ -1,4 +1,4 @@
-// Connections over a road that loses, doubles, delays and reorders datagrams; and a road that ends.
+// Connections over a link that drops, duplicates, delays and reorders datagrams; and a link that fails.
 #include "tests/support/udp_road.h"
 #include "tests/support/udp_test.h"
 
@@ -60,7 +60,7 @@ protected:
             EXPECT_EQ(near[static_cast<size_t>(k)]->m_Numbers, expected);
             EXPECT_EQ(m_Net.m_Server->m_Accepted[static_cast<size_t>(k)]->m_Numbers, expected);
         }
-        // What arrives twice or late is no user data.
+        // Duplicate and late packets are not user data.
         EXPECT_TRUE(m_Net.m_Server->m_UserData.empty());
         EXPECT_TRUE(m_Net.m_Port->m_UserData.empty());
     }
@@ -120,7 +120,7 @@ TEST_F(UdpRoad, ADeadPeerIsNoticedOnBothSides)
     EXPECT_EQ(m_Net.m_Server->getConnectionCount(), 0);
 }
 
-TEST_F(UdpRoad, ADeadPeerIsNoticedByWhoSends)
+TEST_F(UdpRoad, ADeadPeerIsNoticedByTheSender)
 {
     build({}, 1);
     const NoteSocketHandle socket = m_Net.connect();
@@ -131,7 +131,7 @@ TEST_F(UdpRoad, ADeadPeerIsNoticedByWhoSends)
     EXPECT_EQ(socket->m_StateAtClose, NoteSocket::kBroken);
 }
 
-TEST_F(UdpRoad, ARoadThatOpensAgainInTimeLosesNothing)
+TEST_F(UdpRoad, APathThatOpensAgainInTimeLosesNothing)
 {
     build({}, 1);
     const NoteSocketHandle socket = m_Net.connect();
@@ -159,7 +159,7 @@ TEST_F(UdpRoad, AQuietConnectionStays)
     ASSERT_TRUE(m_Net.until([&] { return m_Net.accepted().m_Numbers.size() == 1; }));
 }
 
-TEST_F(UdpRoad, APeerWhoMissedTheFarewellGetsItAgain)
+TEST_F(UdpRoad, APeerThatMissedTheCloseFrameGetsItAgain)
 {
     build({}, 1);
     const NoteSocketHandle socket = m_Net.connect();
@@ -173,7 +173,7 @@ TEST_F(UdpRoad, APeerWhoMissedTheFarewellGetsItAgain)
     m_Road->m_IsCut = false;
     const unsigned int begin = zet::getTimeTick();
     ASSERT_TRUE(m_Net.until([&] { return m_Net.accepted().m_Closes == 1; }));
-    // With his next sign of life, well before he would count us as dead.
+    // With its next keep-alive, well before the peer's idle timeout.
     EXPECT_LE(zet::getTimeTick() - begin, zet::UdpServer::Settings().m_KeepAlive + 1000);
     EXPECT_EQ(m_Net.accepted().m_StateAtClose, NoteSocket::kClosedByPeer);
 }

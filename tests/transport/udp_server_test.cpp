@@ -133,7 +133,7 @@ TEST_F(UdpServer, UserDataHasOneTo2048Bytes)
     EXPECT_FALSE(NoteUdpServer().sendUserData(to, bytes.data(), 1));
 }
 
-TEST_F(UdpServer, ConnectToNobodyFailsInTime)
+TEST_F(UdpServer, ConnectWithoutAListenerFailsInTime)
 {
     const NoteSocketHandle socket = new NoteSocket;
     ASSERT_TRUE(socket->connect(m_Net.m_Port, L"127.0.0.1", static_cast<short>(1), zet::Uuid()));
@@ -200,7 +200,7 @@ TEST_F(UdpServer, ReadingPeekingAndSkippingAgree)
     server->close();
 }
 
-TEST_F(UdpServer, TheEndShowsBehindTheLastByte)
+TEST_F(UdpServer, TheEndShowsAfterTheLastByte)
 {
     class Slow : public NoteSocket
     {
@@ -225,7 +225,7 @@ TEST_F(UdpServer, TheEndShowsBehindTheLastByte)
     EXPECT_EQ(slow->m_StateAtClose, NoteSocket::kClosedByPeer);
 }
 
-TEST_F(UdpServer, AServerThatClosesTellsItsPeers)
+TEST_F(UdpServer, AServerThatClosesNotifiesItsPeers)
 {
     const NoteSocketHandle first = m_Net.connect();
     const NoteSocketHandle second = m_Net.connect();
@@ -238,7 +238,7 @@ TEST_F(UdpServer, AServerThatClosesTellsItsPeers)
     EXPECT_EQ(m_Net.m_Port->getConnectionCount(), 0);
 }
 
-TEST_F(UdpServer, AVisitorWaitsUntilHeIsAccepted)
+TEST_F(UdpServer, APendingConnectionWaitsUntilItIsAccepted)
 {
     m_Net.m_Server->m_IsAccepting = false;
     const NoteSocketHandle first = m_Net.begin();
@@ -256,7 +256,7 @@ TEST_F(UdpServer, AVisitorWaitsUntilHeIsAccepted)
     EXPECT_EQ(m_Net.m_Server->m_Accepted[1]->m_Numbers, std::vector<int>{2});
 }
 
-TEST_F(UdpServer, AVisitorWhoIsNotAcceptedInTimeIsTurnedAway)
+TEST_F(UdpServer, APendingConnectionNotAcceptedInTimeIsRefused)
 {
     const auto timeout = static_cast<int>(zet::UdpServer::Settings().m_ConnectTimeout);
     const NoteSocketHandle accepted = m_Net.connect();
@@ -275,7 +275,7 @@ TEST_F(UdpServer, AVisitorWhoIsNotAcceptedInTimeIsTurnedAway)
     EXPECT_TRUE(UdpNet::isUp(m_Net.accepted()));
 }
 
-TEST_F(UdpServer, AVisitorWhoEndsBeforeHeIsAcceptedIsForgotten)
+TEST_F(UdpServer, APendingConnectionThatEndsIsForgotten)
 {
     m_Net.m_Server->m_IsAccepting = false;
     const NoteSocketHandle socket = m_Net.begin();
@@ -295,7 +295,7 @@ TEST_F(UdpServer, AConnectionThatIsLetGoOfEnds)
     EXPECT_EQ(m_Net.accepted().m_StateAtClose, NoteSocket::kClosedByPeer);
 }
 
-TEST_F(UdpServer, TheHooksTellOfBytesThatCameAndWereConfirmed)
+TEST_F(UdpServer, TheHooksReportReceivedAndAcknowledgedBytes)
 {
     class Hooked : public NoteSocket
     {
@@ -387,7 +387,7 @@ TEST_F(UdpServer, AHandleMovesToAnotherServer)
     server->close();
 }
 
-TEST_F(UdpServer, APortThatIsTakenIsNotToBeHad)
+TEST_F(UdpServer, APortInUseCannotBeOpened)
 {
     const zet::Unknown::Handle_T<NoteUdpServer> server = new NoteUdpServer;
     EXPECT_FALSE(server->listen(L"", m_Net.m_Server->getPort()));
@@ -430,7 +430,7 @@ protected:
     }
 };
 
-TEST_F(LimitedUdpServer, MoreVisitorsThanTheLimitAreRefusedAtOnce)
+TEST_F(LimitedUdpServer, MorePeersThanTheLimitAreRefusedAtOnce)
 {
     const NoteSocketHandle first = m_Net.connect();
     const NoteSocketHandle second = m_Net.connect();
@@ -444,7 +444,7 @@ TEST_F(LimitedUdpServer, MoreVisitorsThanTheLimitAreRefusedAtOnce)
     EXPECT_TRUE(m_Net.connect());
 }
 
-TEST_F(LimitedUdpServer, ALimitOfZeroAnswersNobody)
+TEST_F(LimitedUdpServer, ALimitOfZeroAnswersNoPeer)
 {
     auto settings = limits();
     settings.m_ConnectionLimit = 0;

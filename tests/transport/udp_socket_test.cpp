@@ -13,7 +13,7 @@ using test::NoteSocketHandle;
 class UdpClient : public test::UdpTest
 {
 protected:
-    // Bytes as they lie on the connection, sent beside the commands.
+    // Raw bytes of the connection, sent between commands.
     static std::vector<unsigned char> messageOf(const CCmdHead& command)
     {
         CCmdPackager packager;
@@ -29,11 +29,11 @@ protected:
     {
         return socket.write(data, static_cast<int>(size)) == static_cast<int>(size);
     }
-    // A packager whose datagram frame has so many bytes.
+    // A packager whose datagram frame has the given size.
     static void fill(CCmdPackager& packager, int frame)
     {
         packager.SetCmdID(0x0123);
-        // Two bytes of id and three of size, as it is from 4,096 bytes on.
+        // Two bytes of id and three of size, as from 4,096 bytes on.
         const std::vector<unsigned char> bytes(static_cast<size_t>(frame) - 5, 7);
         ASSERT_TRUE(packager.Write(bytes.data(), static_cast<int>(bytes.size())));
         ASSERT_EQ(packager.Pack(nullptr, 0), frame);
@@ -205,7 +205,7 @@ TEST_F(UdpClient, ALengthBelowOneEndsAlsoAConnectionWhoseOutputWaits)
     ASSERT_TRUE(put(*socket, head, sizeof head));
     for (int i = 0; i < 20; ++i)
         ASSERT_TRUE(far.send(NoteCommand(i, 30000)));
-    // More than the peer's window lets out at once.
+    // More than the peer's window allows at once.
     ASSERT_GT(far.getOutputSize(), static_cast<size_t>(zet::UdpServer::Settings().m_InputLimit));
     ASSERT_TRUE(m_Net.until([&] { return m_Net.m_Server->GetClientCount() == 0; }));
     EXPECT_EQ(far.m_Closes, 1);
@@ -214,7 +214,7 @@ TEST_F(UdpClient, ALengthBelowOneEndsAlsoAConnectionWhoseOutputWaits)
     EXPECT_EQ(m_Net.m_Server->getConnectionCount(), 0);
 }
 
-TEST_F(UdpClient, WhoIsSentToInTheTickOfHisEndIsStillToldOfIt)
+TEST_F(UdpClient, AnEndInTheTickOfASendIsStillReported)
 {
     const NoteSocketHandle first = m_Net.connect();
     const NoteSocketHandle second = m_Net.connect();
@@ -231,7 +231,7 @@ TEST_F(UdpClient, WhoIsSentToInTheTickOfHisEndIsStillToldOfIt)
     ASSERT_TRUE(first->send(NoteCommand(1)));
     second->close();
     m_Net.step();
-    // Both have come; who has something to send has the first turn.
+    // Both have arrived; the one with output has the first turn.
     ASSERT_TRUE(speaker.send(NoteCommand(3)));
     ASSERT_TRUE(m_Net.until([&] { return speaker.m_Numbers.size() == 1; }));
     EXPECT_FALSE(wasTold);
@@ -384,7 +384,7 @@ TEST_F(UdpClient, APeerThatNeverReadsCostsItsOwnConnection)
     EXPECT_EQ(speaker.m_Closes, 1);
     EXPECT_EQ(speaker.m_StateAtClose, NoteSocket::kBroken);
     EXPECT_EQ(m_Net.m_Server->GetClientCount(), 1);
-    // What the peer has got is what its window lets in.
+    // The peer has received as much as its window allows.
     EXPECT_LE(deaf->available(), zet::UdpServer::Settings().m_InputLimit);
     ASSERT_TRUE(socket->send(NoteCommand(3)));
     ASSERT_TRUE(m_Net.until([&] { return m_Net.m_Server->m_Accepted[0]->m_Numbers.size() == 1; }));

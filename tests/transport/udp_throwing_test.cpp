@@ -1,4 +1,4 @@
-// What a host's overrides throw, on a port of connections over UDP.
+// Exceptions from a host's overrides on a port of connections over UDP.
 #include "tests/support/log_lines.h"
 #include "tests/support/udp_test.h"
 
@@ -49,7 +49,7 @@ TEST_F(UdpThrowing, WhatATaskThrowsInItsTickLosesNothing)
         { return socket->m_Numbers == expected && other->m_Numbers == expected && thrower->m_Numbers == expected; }));
 }
 
-// Throws from what a test names.
+// Throws from the function that a test selects.
 class ThrowingServer : public NoteUdpServer
 {
 public:
@@ -83,7 +83,7 @@ public:
     }
 };
 
-TEST_F(UdpThrowing, WhatTheServersOverridesThrowCostsNobodyElseATurn)
+TEST_F(UdpThrowing, WhatTheServersOverridesThrowCostsNoOtherATurn)
 {
     const test::LogLines log;
     const zet::Unknown::Handle_T<ThrowingServer> server = new ThrowingServer;
@@ -105,7 +105,7 @@ TEST_F(UdpThrowing, WhatTheServersOverridesThrowCostsNobodyElseATurn)
     EXPECT_FALSE(server->m_ThrowsOnAccept);
     EXPECT_TRUE(log.has(zet::Log::kError, L"Exception in a handler of a UDP port: as the test wants it"));
     m_Net.until([] { return false; }, 100);
-    // In one tick: data of a stranger, two commands, and behind it the ends of both.
+    // In one tick: data of an unknown sender, two commands, and then the ends of both.
     const sockaddr_in stranger = test::loopback(9);
     server->deliver(stranger, "a", 1);
     EXPECT_TRUE(log.has(zet::Log::kError, L"Exception in a handler of a UDP port: ?"));
@@ -123,7 +123,7 @@ TEST_F(UdpThrowing, WhatTheServersOverridesThrowCostsNobodyElseATurn)
     server->close();
 }
 
-TEST_F(UdpThrowing, WhatAConnectionThrowsAtItsEndKeepsNoOtherFromBeingTold)
+TEST_F(UdpThrowing, WhatAConnectionThrowsAtItsEndStopsNoOtherReport)
 {
     for (const bool isDetaching : {false, true})
     {

@@ -10,13 +10,13 @@
 namespace
 {
 
-// Two threads wake without end, so that now and then one does so while a sleep is ending for the other's call. A call
-// that is lost there would leave the sleeper deaf, and its next sleep is longer than a test may take.
+// Two threads wake endlessly, so that sometimes one calls while a sleep is ending by the other's call. A lost call
+// would block later wake-ups, and the next sleep is longer than a test may take.
 TEST(Wake, NoneIsLostAmongManyAtOnce)
 {
     constexpr unsigned int kHour = 3'600'000;
 #ifdef _WIN32
-    // A call there costs a hundred times as much, and more on a machine that does other things.
+    // There a call takes a hundred times as long, and longer on a busy machine.
     constexpr int kSleeps = 300;
 #else
     constexpr int kSleeps = 300'000;
@@ -26,7 +26,7 @@ TEST(Wake, NoneIsLostAmongManyAtOnce)
     const zet::Unknown::Handle_T<zet::TcpServer> server = new zet::TcpServer;
     ASSERT_TRUE(server->start(&system));
     ASSERT_TRUE(server->listen(0, 5));
-    // A System would spare its waiter the calls that come while it is awake.
+    // A System does not pass calls to its waiter while it is awake.
     zet::System::Waiter& waiter = *system.getWaiter();
     std::atomic<bool> isOver{false};
     const auto wakeOn = [&]
@@ -42,7 +42,7 @@ TEST(Wake, NoneIsLostAmongManyAtOnce)
     isOver = true;
     first.join();
     second.join();
-    // What is left of those calls ends one sleep at most.
+    // The remaining calls end at most one sleep.
     waiter.wake();
     waiter.wait(kHour);
     std::thread last([&] { waiter.wake(); });

@@ -1,4 +1,4 @@
-// A library that was built without TLS says so, and sends nothing in plain that was to be secret.
+// A library built without TLS reports that, and sends nothing as plain text that should be encrypted.
 #include "tests/support/log_lines.h"
 #include "tests/support/loopback.h"
 #include "transport/net/tls_context.h"

@@ -1,4 +1,4 @@
-# Configures the library without TLS where pkg-config knows Nettle and no GnuTLS, and compiles what stands in for it.
+# Configures the library without TLS, with a pkg-config that finds Nettle but not GnuTLS, and compiles the replacements.
 # cmake -DBUILD=... -DSOURCE=... -DCOMPILER=... -P check.cmake
 set(place ${BUILD}/without_tls)
 file(REMOVE_RECURSE ${place})

@@ -38,7 +38,7 @@ const ClassInfo* classOf(const std::string& name)
     return info;
 }
 
-// Waits for at least one byte and takes what is there by then. False at the end.
+// Waits for at least one byte and reads all available bytes. False at the end.
 bool nextPiece(std::istream& in, std::string& piece)
 {
     constexpr std::streamsize kPiece = 0x10000;
@@ -46,7 +46,7 @@ bool nextPiece(std::istream& in, std::string& piece)
     if (in.peek() == std::istream::traits_type::eof())
         return false;
     std::streamsize got = in.readsome(piece.data(), kPiece);
-    // A buffer that does not know what it has gives one byte.
+    // A buffer that does not know how much it has gives one byte.
     if (got <= 0 && in.get(piece[0]))
         got = 1;
     piece.resize(static_cast<size_t>(got));
@@ -140,7 +140,7 @@ int explain(const std::string& className, const std::string& hex)
     std::string bytes;
     if (hex != "-" && !tools::bytesOfHex(hex, bytes))
     {
-        std::cerr << "wirelens: the bytes are no hexadecimal\n";
+        std::cerr << "wirelens: the bytes are not hexadecimal\n";
         return 1;
     }
     const tools::Explanation explanation = tools::explain(info->m_Wire(), bytes);
@@ -150,7 +150,7 @@ int explain(const std::string& className, const std::string& hex)
     if (!explanation.m_Failure.empty())
         std::cout << explanation.m_Failure << "\n";
     else if (explanation.m_Consumed < bytes.size())
-        std::cout << bytes.size() - explanation.m_Consumed << " bytes behind the last field\n";
+        std::cout << bytes.size() - explanation.m_Consumed << " bytes after the last field\n";
     return explanation.m_Failure.empty() && explanation.m_Consumed == bytes.size() ? 0 : 1;
 }
 
@@ -178,7 +178,7 @@ int decode(const std::vector<std::string>& arguments)
                                    printLine(json);
                                });
     const bool isStandardInput = path.empty() || path == "-";
-    // Its buffer then shows what has come, instead of what was asked for.
+    // Its buffer then returns what has arrived instead of waiting for a full read.
     std::ios::sync_with_stdio(false);
     std::ifstream file;
     if (!isStandardInput)

@@ -1,4 +1,4 @@
-// The commands of wirelens; each returns the process's exit code: 0 good, 1 the input is bad, 2 misuse.
+// The commands of wirelens. Each returns the exit code: 0 success, 1 bad input, 2 wrong usage.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@ int read();
 int explain(const std::string& className, const std::string& hex);
 int decode(const std::vector<std::string>& arguments);
 
-// One line to the standard error.
+// Prints one line to the standard error.
 void warn(const wchar_t* line);
 
 } // namespace wirelens

@@ -1,4 +1,4 @@
-// wirelens: reads what the wire carries, for people and for scripts.
+// wirelens: decodes the wire format, for people and for scripts.
 #include "framework/log.h"
 #include "tools/wirelens/commands.h"
 #include "tools/wirelens/usage.h"
@@ -61,11 +61,11 @@ int run(const std::string& command, const std::vector<std::string>& arguments)
 int main(int argc, char** argv)
 {
 #ifdef _WIN32
-    // Bytes come and go as they are on every platform.
+    // Input and output are binary on every platform.
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
 #endif
-    // What the library has to say about odd input goes beside the answers, not among them.
+    // The library's log lines go to the standard error, not among the results.
     zet::Log::addSink([](zet::Log::Level, const zet::String_T<wchar_t>& line) { wirelens::warn(line.getBuffer()); });
 
     const std::vector<std::string> arguments(argv + (argc > 1 ? 2 : argc), argv + argc);

@@ -19,24 +19,23 @@ struct Command
 
 constexpr Command kCommands[] = {
     {"catalogue", "[--json]", "every class: commands by id, records, messages by envelope",
-     "One line a class: a command with its id and its base, a record with its forms, a message with its forms and\n"
-     "the envelope that carries it. A message that travels either way has two envelopes.\n"
+     "One line per class: a command with its id and its base, a record with its forms, a message with its forms and\n"
+     "the envelope that carries it. A message that is sent both ways has two envelopes.\n"
      "  --json   one JSON array instead\n"},
     {"schema", "CLASS", "fields in wire order, types, defaults, quirks, smallest size", ""},
-    {"new", "CLASS", "a default-made object as JSON", ""},
-    {"read", "", "lines \"CLASS cmd|data HEX\" in, a JSON object a line out",
+    {"new", "CLASS", "a default-constructed object as JSON", ""},
+    {"read", "", "lines \"CLASS cmd|data HEX\" in, one JSON object per line out",
      "Reads lines from the standard input. cmd reads the bytes through the command packager, data through the data\n"
-     "packager; of a command they are the payload without its frame. - stands for no bytes. Each answer says what "
-     "Read\n"
-     "made of them and what Write then gives.\n"},
-    {"explain", "CLASS HEX", "offset, bytes, field and value, a line each",
-     "- stands for no bytes. Exit code 1 where bytes are missing or left over.\n"},
+     "packager; for a command they are the payload without its frame. - means no bytes. Each result shows\n"
+     "the object after Read and the bytes that Write then gives.\n"},
+    {"explain", "CLASS HEX", "offset, bytes, field and value, one line each",
+     "- means no bytes. The exit code is 1 if bytes are missing or left over.\n"},
     {"decode", "[--datagram|--packets] [FILE|-]", "frames from binary or hexadecimal as JSON lines",
-     "Reads stream frames back to back from the file or the standard input, and shows each as soon as it is whole.\n"
-     "The input is hexadecimal text where its first 8 bytes are digits and white space, else raw.\n"
-     "  --packets    each frame is in a packet, after its length of 32 bits; a bad packet is told and passed over\n"
+     "Reads consecutive stream frames from the file or the standard input, and prints each as soon as it is complete.\n"
+     "The input is hexadecimal text if its first 8 bytes are digits and white space, else raw.\n"
+     "  --packets    each frame is in a packet, after a 32-bit length; a bad packet is reported and skipped\n"
      "  --datagram   the input is one datagram with one frame\n"
-     "Exit code 1 where a line has an \"error\".\n"},
+     "The exit code is 1 if a line has an \"error\".\n"},
 };
 
 const Command* find(const std::string& name)

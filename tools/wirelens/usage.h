@@ -1,4 +1,4 @@
-// What wirelens says of its own commands.
+// The help of wirelens.
 #pragma once
 
 #include <iosfwd>
@@ -7,11 +7,11 @@
 namespace wirelens
 {
 
-// Whether there is a command of the name.
+// Whether a command of this name exists.
 bool isCommand(const std::string& name);
-// The help of one command, or of the whole program for a name that is no command.
+// The help of one command, or of the whole program for an unknown name.
 void printHelp(std::ostream& out, const std::string& name);
-// Says what is wrong with the call of a command, with the command's form, and returns the exit code for it.
+// Prints the fault of a call and the usage of the command, and returns the exit code.
 int misuse(const std::string& name, const std::string& what);
 
 } // namespace wirelens

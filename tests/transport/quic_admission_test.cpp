@@ -1,4 +1,4 @@
-// How many visitors a UDP port looks at, and how many it lets in.
+// How many first packets a UDP port processes, and how many connections it admits.
 #include "tests/support/quic_test.h"
 
 #include <netinet/in.h>
@@ -10,7 +10,7 @@ namespace
 
 using test::BareUdp;
 
-class QuicVisitors : public test::QuicTest
+class QuicAdmission : public test::QuicTest
 {
 protected:
     using QuicTest::QuicTest;
@@ -20,9 +20,9 @@ protected:
     }
 };
 
-TEST_F(QuicVisitors, ATickChecksABoundedNumberOfTokens)
+TEST_F(QuicAdmission, ATickChecksABoundedNumberOfTokens)
 {
-    // Stands between the peer and the server, so that the packet with the token can be held.
+    // A relay between the peer and the server, which can hold the packet with the token.
     BareUdp between;
     test::QuicPeer peer(between.getPort());
     std::string hello;
@@ -37,7 +37,7 @@ TEST_F(QuicVisitors, ATickChecksABoundedNumberOfTokens)
     peer.step();
     std::string second;
     ASSERT_TRUE(between.receive(second, client));
-    // Behind the ids, of 16 bytes each, and the token's length in two bytes.
+    // After the ids, of 16 bytes each, and the token's length in two bytes.
     std::string forged = second;
     forged[6 + 16 + 1 + 16 + 2 + 20] ^= 1;
     for (int i = 0; i < zet::UdpServer::kGreetingsPerTick; ++i)
@@ -51,7 +51,7 @@ TEST_F(QuicVisitors, ATickChecksABoundedNumberOfTokens)
     EXPECT_EQ(m_Net.m_Server->getConnectionCount(), 1);
 }
 
-TEST_F(QuicVisitors, TheHandshakesOfATickAreAsManyAsTheHostSays)
+TEST_F(QuicAdmission, TheHandshakesOfATickAreAsManyAsTheHostSays)
 {
     zet::NetLimits limits;
     limits.m_HandshakeSteps = 3;
@@ -70,7 +70,7 @@ TEST_F(QuicVisitors, TheHandshakesOfATickAreAsManyAsTheHostSays)
     EXPECT_EQ(most, 3);
 }
 
-TEST_F(QuicVisitors, APeerWhoseHandshakeWaitsForTheNextTickNeedNotComeAgain)
+TEST_F(QuicAdmission, APeerWhoseHandshakeWaitsForTheNextTickNeedNotComeAgain)
 {
     constexpr int kCount = 10;
     ASSERT_EQ(m_Net.m_Server->getLimits().m_HandshakeSteps, 1);
@@ -84,7 +84,7 @@ TEST_F(QuicVisitors, APeerWhoseHandshakeWaitsForTheNextTickNeedNotComeAgain)
     EXPECT_LE(after.m_DatagramsIn, 4U * kCount);
 }
 
-TEST_F(QuicVisitors, DatagramsHoldATickForABoundedTime)
+TEST_F(QuicAdmission, DatagramsHoldATickForABoundedTime)
 {
     class SlowServer : public zet::UdpServer
     {
@@ -104,7 +104,7 @@ TEST_F(QuicVisitors, DatagramsHoldATickForABoundedTime)
     constexpr int kDatagrams = 320;
     for (int i = 0; i < kDatagrams; ++i)
         ASSERT_TRUE(sender.send(server->getPort(), "data of a user"));
-    // A millisecond each: a batch is over before the time is looked at again.
+    // A millisecond each: the time is checked again after a batch.
     m_Net.step();
     EXPECT_LE(server->m_Count, static_cast<int>(zet::UdpServer::kReceiveTime) + 32);
     EXPECT_GT(server->m_Count, 0);
@@ -112,12 +112,12 @@ TEST_F(QuicVisitors, DatagramsHoldATickForABoundedTime)
     server->close();
 }
 
-class LimitedQuicVisitors : public QuicVisitors
+class LimitedQuicAdmission : public QuicAdmission
 {
 protected:
     void SetUp() override
     {
-        QuicVisitors::SetUp();
+        QuicAdmission::SetUp();
         zet::NetLimits limits;
         limits.m_ConnectionsPerAddress = 2;
         limits.m_ConnectionsPerSubnet = 3;
@@ -125,7 +125,7 @@ protected:
         m_Net.m_Server->setLimits(limits);
     }
     void TearDown() override { m_Net.m_Between = nullptr; }
-    // Whether a peer from an address gets in; it stays.
+    // Whether a peer from an address is admitted; it stays connected.
     bool getsIn(unsigned int address)
     {
         test::QuicWish wish;
@@ -145,7 +145,7 @@ protected:
     std::list<test::QuicPeer> m_Peers;
 };
 
-TEST_F(LimitedQuicVisitors, AnAddressAndASubnetHaveTheirShare)
+TEST_F(LimitedQuicAdmission, AnAddressAndASubnetHaveTheirShare)
 {
     EXPECT_TRUE(getsIn(0x7F000002));
     EXPECT_TRUE(getsIn(0x7F000002));
@@ -158,7 +158,7 @@ TEST_F(LimitedQuicVisitors, AnAddressAndASubnetHaveTheirShare)
     EXPECT_TRUE(getsIn(0x7F000102));
 }
 
-TEST_F(LimitedQuicVisitors, AVisitorThatEndsMakesRoom)
+TEST_F(LimitedQuicAdmission, AConnectionThatEndsFreesItsPlace)
 {
     ASSERT_TRUE(getsIn(0x7F000002));
     ASSERT_TRUE(getsIn(0x7F000002));
@@ -170,7 +170,7 @@ TEST_F(LimitedQuicVisitors, AVisitorThatEndsMakesRoom)
     EXPECT_FALSE(getsIn(0x7F000002));
 }
 
-TEST_F(LimitedQuicVisitors, WhereTheLimitIsZeroThereIsNone)
+TEST_F(LimitedQuicAdmission, WhereTheLimitIsZeroThereIsNone)
 {
     auto limits = m_Net.m_Server->getLimits();
     limits.m_ConnectionsPerAddress = 0;
