@@ -30,7 +30,7 @@ public:
 
     int m_Width = 0;
     int m_Height = 0;
-    // A sender keeps it within the array; what a peer tells beyond that is read and dropped.
+    // A sender keeps it within the array; what a peer sends beyond that is read and dropped.
     int m_Size = 0;
     unsigned long m_Time = 0;
     unsigned char m_Data[kMaskImageSize];

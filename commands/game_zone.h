@@ -101,7 +101,7 @@ public:
     zet::Uuid m_Id1;
 };
 
-// Tells a client where its game runs.
+// Sends a client the address of its game.
 class COMMONGROUND_API CCmdGZ_ConnectGameSvr : public CCmdPlatform
 {
 public:

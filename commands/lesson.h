@@ -65,7 +65,7 @@ public:
     MazurixValues m_MazurixValues2;
 };
 
-// A reply that ends behind its texts is a good one, with seven zeros.
+// A reply that ends after its texts is valid; the seven numbers are then 0.
 class COMMONGROUND_API CCmdMazurixEndGameReply : public CCmdPlatform
 {
 public:

@@ -68,7 +68,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
-// Stands beside the variants, with five texts of its own.
+// Not derived from CCmdBaseLogin: it has five texts of its own.
 class COMMONGROUND_API CCmdLogin : public CCmdPlatform
 {
 public:
@@ -177,7 +177,7 @@ public:
     AccountData m_Account;
 };
 
-// The server tells a client that its session has ended. It has no answer.
+// The server informs a client that its session has ended. There is no answer.
 class COMMONGROUND_API CCmdAccountKickOut : public CCmdPlatform
 {
 public:

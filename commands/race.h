@@ -1,5 +1,5 @@
 // A race on a game server: joining and leaving it, the players in it, chat, the balance at its end and the reward.
-// The pawns stand in race_pawn.h. What numbers and texts hold is agreed between game server and client.
+// The pawns are in race_pawn.h. What numbers and texts hold is agreed between game server and client.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -62,7 +62,7 @@ public:
     COMMAND_INTERFACE(CCmdGS_exitGameFail)
 };
 
-// Tells the others of a new player, with the newcomer's records.
+// Announces a new player to the others, with the newcomer's records.
 class COMMONGROUND_API CCmdGS_OtherJoin : public CCmdPlatform
 {
 public:

@@ -1,4 +1,4 @@
-// The figure of a player in a race, its pawn. The commands stand in the order of its states: ready, run down, released,
+// The figure of a player in a race, its pawn. The commands are in the order of its states: ready, run down, released,
 // started, running. What the floats hold is agreed between game server and client.
 #pragma once
 

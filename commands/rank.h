@@ -1,5 +1,5 @@
 // The ranking boards: a request holds one row, its reply one row and then the board.
-// The reads of the rows decide nothing: a row that the payload lacks stands with its defaults.
+// A row that cannot be read does not fail the command: it keeps its defaults.
 #pragma once
 
 #include "dispatch/command_ids.h"
@@ -200,7 +200,7 @@ public:
     GameRushSortInfo m_GameRushSortInfo;
 };
 
-// The count of the rows stands before numbers that it does not count; the rows follow them.
+// Between the count and the rows are numbers that the count does not include.
 class COMMONGROUND_API CCmdReplySortRush : public CCmdPlatform
 {
 public:

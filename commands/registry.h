@@ -29,7 +29,7 @@ public:
     unsigned short m_Port = 0;
 };
 
-// A server tells who it is and where it can be reached.
+// A server announces its identity and its addresses.
 class COMMONGROUND_API CCmdServerRegister : public CCmdSystem
 {
 public:

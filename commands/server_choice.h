@@ -23,7 +23,7 @@ public:
 
     int m_Value1 = 0;
     zet::String_T<wchar_t> m_Text1;
-    // By node, which is the key: of two entries with one node the later stands.
+    // By node, which is the key: of two entries with one node the later is kept.
     std::map<zet::uuid_node_t, PlatformServerInfo> m_PlatformServerInfos;
 };
 

@@ -4,6 +4,7 @@
 #include "dispatch/trace.h"
 #include "framework/platform/export.h"
 #include "packaging/cmd_packager.h"
+#include "packaging/wire_interface.h"
 
 class CCmdHead;
 class CCommandSocket;
@@ -18,14 +19,14 @@ using SocketCmdProcess = bool (*)(CCommandSocket* socket, CCmdPackager* pk, Sock
                                   unsigned long arg1, unsigned long arg2);
 using SocketCmdFallback = void (*)(CCommandSocket* socket, CCmdPackager* pk, unsigned long arg1, unsigned long arg2);
 
-// Tells the log that the command's payload was refused; the socket is the one that it came by, if any. Always false.
+// Logs that the payload of the command was refused; socket is the connection that it came from, or null. Always false.
 COMMONGROUND_API bool RefuseCommand(const CCmdHead& command, CCommandSocket* socket);
 // Prints the command to the trace.
 COMMONGROUND_API void TraceReceivedCommand(const CCmdHead& command, CCommandSocket* socket);
 
-// Reads the payload into the command, refuses it unless it ends exactly where the command does, and calls handle.
-// False, with the log told, on a refused payload. The socket is the one that it came by, or null. A template, so that
-// the reading of a known class is called directly.
+// Reads the payload into the command, refuses it unless it ends exactly where the command does, and calls handle. Logs
+// a refused payload and returns false. The socket is the connection that the command came from, or null. A template, so
+// that Read of a known class is called directly.
 template <class Command, class Handle>
 bool ProcessCommandBy(Command& command, CCommandSocket* socket, CCmdPackager* pk, Handle handle)
 {
@@ -38,11 +39,9 @@ bool ProcessCommandBy(Command& command, CCommandSocket* socket, CCmdPackager* pk
     return true;
 }
 
-// Declares what a command class has beside its fields: its order, its schema, its pair.
+// Declares what a command class has beside its fields: writing, reading, its schema, its pair.
 #define COMMAND_INTERFACE(Class)                                                                                       \
-    bool Write(CCmdPackager* pk) const override;                                                                       \
-    bool Read(CCmdPackager* pk) override;                                                                              \
-    static const wire::Schema& Wire();                                                                                 \
+    WIRE_INTERFACE_CMD_OVERRIDE                                                                                        \
     static bool Class##_Process(CCmdPackager* pk, CmdHandler handler, unsigned long arg1, unsigned long arg2);         \
     static bool Class##_ProcessSocket(CCommandSocket* socket, CCmdPackager* pk, SocketCmdHandler handler,              \
                                       unsigned long arg1, unsigned long arg2);

@@ -6,8 +6,8 @@
 //   CCmdRecordEnvelope                       head, type:32, size:32, the message's bytes
 //
 // To send, a host writes its message into m_PackData; to receive, it makes the message that m_PackType names and reads
-// it from there. Reading adds to what m_PackData holds and leaves its read pointer; writing sends all of it, wherever
-// the read pointer stands. A size that is more than is there is refused, and so is a negative one, but by the void-data
+// it from there. Reading adds to what m_PackData holds and leaves its read pointer; writing sends all of it, whatever
+// the read pointer. A size that is more than is there is refused, and so is a negative one, but by the void-data
 // pair, which takes it for 0. Copies are deep.
 #pragma once
 
@@ -16,14 +16,13 @@
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
 #include "packaging/data_packager.h"
+#include "packaging/wire_interface.h"
 
 // Type and index, and a message of any size.
 class COMMONGROUND_API CCmdPackEnvelope : public CCmdPlatform
 {
 public:
-    bool Write(CCmdPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_OVERRIDE
 
     int m_PackType = 0;
     int m_PackIndex = 0;
@@ -37,9 +36,7 @@ protected:
 class COMMONGROUND_API CCmdRecordEnvelope : public CCmdPlatform
 {
 public:
-    bool Write(CCmdPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_OVERRIDE
 
     int m_PackType = 0;
     CDataPackager m_PackData;
@@ -55,9 +52,7 @@ protected:
 class COMMONGROUND_API CCmdVoidDataEnvelope : public CCmdPlatform
 {
 public:
-    bool Write(CCmdPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_OVERRIDE
 
     int m_PackType = 0;
     int m_PackIndex = 0;

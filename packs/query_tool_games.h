@@ -3,20 +3,13 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 #include <vector>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API QT_BstFmy3_DailyStats_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -24,9 +17,7 @@ struct COMMONGROUND_API QT_BstFmy3_DailyStats_Request final
 
 struct COMMONGROUND_API QT_BstFmy3_DailyStats_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;
@@ -38,9 +29,7 @@ struct COMMONGROUND_API QT_BstFmy3_DailyStats_Reply final
 
 struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -48,9 +37,7 @@ struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Request final
 
 struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;
@@ -61,9 +48,7 @@ struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Reply final
 
 struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -71,9 +56,7 @@ struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Request final
 
 struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;
@@ -85,9 +68,7 @@ struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Reply final
 
 struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -95,9 +76,7 @@ struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Request final
 
 struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;
@@ -110,9 +89,7 @@ struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Reply final
 
 struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -120,9 +97,7 @@ struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Request final
 
 struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;
@@ -134,9 +109,7 @@ struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Reply final
 
 struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -144,9 +117,7 @@ struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Request final
 
 struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;

@@ -1,10 +1,11 @@
 // The core record of a player in a game zone: identity, counters, bag, gift box, progress in the games.
 //
 // It travels whole in most commands, and an account database keeps it as the bytes of its serialisers or as two texts:
-// the training string and the item string, whose grammar stands at their operations below. Hosts own and change it
+// the training string and the item string, whose grammar is at their operations below. Hosts own and change it
 // and serialise access; nothing here is locked. A bad index gives null, false or no effect, never an error.
 #pragma once
 
+#include "packaging/wire_interface.h"
 #include "playerdata/game_training.h"
 #include "playerdata/items.h"
 
@@ -27,11 +28,7 @@ public:
     // A field or a count that fails ends either with false; so does an element that cannot be written. An element that
     // cannot be read is stored as far as it was read, and the reading goes on. Read keys the games by their m_GameId,
     // the last of two staying, and the dates by their place: holes between their slots close when they travel.
-    bool Write(CCmdPackager* pk) const;
-    bool Write(CDataPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // Puts everything back to its default but the base fields of m_KinectGame, which stay.
     void Reset();
@@ -133,7 +130,7 @@ public:
     int m_Value6 = 0;
     int m_Value7 = 0;
     bool m_Flag = false; // carried
-    // The one camera game that stands by itself.
+    // The one camera game outside m_KinectMap.
     FGameKinect m_KinectGame;
     // Training games by game id.
     std::map<int, FGameTraining> m_TrainingMap;

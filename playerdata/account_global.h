@@ -5,27 +5,18 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 #include <vector>
 
 class AccountData;
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
 
 class COMMONGROUND_API AccountGlobalData
 {
 public:
     // Every field is tried, whatever became of those before it; the count of m_LastServerList alone decides the
     // result.
-    bool Write(CCmdPackager* pk) const;
-    bool Write(CDataPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // Puts everything back to its default but m_GlobalValue1, which stays.
     void Reset();
@@ -39,16 +30,16 @@ public:
 
     // The server last played on, or 0.
     int GetLastServerID() const;
-    // Puts a server in front, away from its place further back, and drops the last where there are then 4 or more.
+    // Moves or adds a server to the front of the list, and drops the last where there are then 4 or more.
     // Numbers below 1 are not taken.
     void AddLastServerID(int id);
-    // The list as a text for the account database: each number with a '|' behind it, as in "7|3|12|".
+    // The list as a text for the account database: each number followed by '|', as in "7|3|12|".
     zet::String_T<wchar_t> ConvertLastServerListToString() const;
-    // Appends the numbers of such a text. What is not above 0 or is no number is dropped, and so is what stands behind
-    // the last '|'.
+    // Appends the numbers of such a text. What is not a number above 0 is dropped, and so is the rest after the last
+    // '|'.
     void ConvertLastServerListFromString(const zet::String_T<wchar_t>& text);
 
-    // The texts, m_GlobalFlag and the values are carried. The second text stands first on the wire.
+    // The texts, m_GlobalFlag and the values are carried. The second text comes first on the wire.
     zet::String_T<wchar_t> m_GlobalText0;
     zet::String_T<wchar_t> m_GlobalText1;
     zet::String_T<wchar_t> m_GlobalText2;
@@ -63,7 +54,7 @@ public:
     zet::String_T<wchar_t> m_GlobalText8;
     int m_GlobalValue2 = 0;
     int m_GlobalValue3 = 0;
-    // 0 or less is no VIP.
+    // 0 or less: not a VIP.
     int m_VIPLevel = 0;
     // Whole days until m_VIPExpireTime; a VIP in the last day has 0.
     int m_VIPDaysLeft = 0;

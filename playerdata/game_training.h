@@ -1,9 +1,10 @@
 // The two kinds of game that an account keeps and that cool down between plays: training and camera games.
 //
 // A cool-down grows with the plays of the day and runs in seconds. The host counts the plays and ticks the cool-down;
-// nothing here clears m_PlayTimes. Whatever is not above 0.0 in m_CDTime is no cool-down.
+// nothing here clears m_PlayTimes. A cool-down runs while m_CDTime is above 0.0.
 #pragma once
 
+#include "packaging/wire_interface.h"
 #include "playerdata/game_object.h"
 
 COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_BEGIN
@@ -22,11 +23,7 @@ public:
     // Copies the base, then puts everything of its own but m_Group back to its default.
     FGameTraining& operator=(const FGameObject& object);
 
-    bool Write(CCmdPackager* pk) const override;
-    bool Write(CDataPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    bool Read(CDataPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH_OVERRIDE
 
     // Takes seconds off a running m_CDTime. The last step may leave it below 0, where it stays.
     void TickCD(float seconds);
@@ -70,11 +67,7 @@ public:
     // Copies the base, then resets its own fields.
     FGameKinect& operator=(const FGameObject& object);
 
-    bool Write(CCmdPackager* pk) const override;
-    bool Write(CDataPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    bool Read(CDataPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH_OVERRIDE
 
     // Puts the four fields of its own back to their defaults; those of FGameObject stay.
     void Reset();

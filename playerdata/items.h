@@ -4,13 +4,7 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
-
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
+#include "packaging/wire_interface.h"
 
 // One stack of a thing, in the bag, in the gift box or in an offer.
 class COMMONGROUND_API FGameItem
@@ -21,14 +15,10 @@ public:
     // assigns to it.
     static zet::String_T<wchar_t> _DiscardStartTime;
 
-    bool Write(CCmdPackager* pk) const;
-    bool Write(CDataPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // Whether there is something with a name that has not expired. The second of the deadline is too late, and so is
-    // a deadline that is no date.
+    // a deadline that is not a valid date.
     bool IsValid() const;
 
     int m_ItemType = 0; // carried
@@ -54,11 +44,7 @@ public:
 class COMMONGROUND_API FBigTableItem
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Write(CDataPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // Whether a prize is left in stock or reserve.
     bool IsHaveSku() const;
@@ -81,9 +67,7 @@ public:
 class COMMONGROUND_API Prop
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_PropId = 0;
     unsigned long m_Value0 = 0;

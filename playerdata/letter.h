@@ -3,12 +3,7 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
-
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
+#include "packaging/wire_interface.h"
 
 // Data only; the mail system and its hosts do the work.
 class COMMONGROUND_API CLetter
@@ -18,11 +13,8 @@ public:
     CLetter(const CLetter&) = default;
     CLetter& operator=(const CLetter&) = default;
 
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
+    WIRE_INTERFACE_CMD_VIRTUAL
     virtual ~CLetter();
-
-    static const wire::Schema& Wire();
 
     // -1 marks a letter that has no id yet.
     int m_LetterId = -1;

@@ -1,27 +1,17 @@
 // Rows of the ranking boards. m_Rank is the place of a row on its board; the sorting loops are the hosts'.
 // Exchange swaps two rows whole, but each place keeps its m_Rank.
 //
-// Comparisons take m_SortTime as a calendar text; one that is none counts as the start of 1970.
+// Comparisons take m_SortTime as a calendar text; one that is not valid counts as the start of 1970.
 #pragma once
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
-
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
+#include "packaging/wire_interface.h"
 
 class COMMONGROUND_API AccountSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // By m_SortKey0, m_SortKey1, m_SortKey2, greater first; of equal rows the earlier is greater.
     bool operator>(const AccountSortInfo& other) const;
@@ -41,11 +31,7 @@ public:
 class COMMONGROUND_API GameKinectSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // By m_SortKey; of equal rows the earlier is greater.
     bool operator>(const GameKinectSortInfo& other) const;
@@ -65,11 +51,7 @@ public:
 class COMMONGROUND_API GameMatchSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // This board is turned round: the row with the greater m_SortKey is the smaller, and so, of equal keys, is the
     // later. Both are false for rows of equal key and time.
@@ -94,11 +76,7 @@ public:
 class COMMONGROUND_API GameBrainSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     static void Exchange(GameBrainSortInfo& a, GameBrainSortInfo& b);
 
@@ -113,11 +91,7 @@ public:
 class COMMONGROUND_API GameCalorieSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     static void Exchange(GameCalorieSortInfo& a, GameCalorieSortInfo& b);
 
@@ -131,11 +105,7 @@ public:
 class COMMONGROUND_API GameMusicSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     static void Exchange(GameMusicSortInfo& a, GameMusicSortInfo& b);
 
@@ -149,11 +119,7 @@ public:
 class COMMONGROUND_API GameRushSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     static void Exchange(GameRushSortInfo& a, GameRushSortInfo& b);
 

@@ -9,24 +9,14 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 #include <map>
-
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
 
 class COMMONGROUND_API FAttractData final
 {
 public:
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH_VIRTUAL
 
     bool IsValid() const { return m_AttractId >= 0; }
 
@@ -40,11 +30,7 @@ public:
 class COMMONGROUND_API AccountTravelData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     bool IsReaded() const { return m_IsReaded; }
     bool IsValid() const { return m_IsValid; }
@@ -57,13 +43,13 @@ public:
     // Unlocks an attraction that is known; nothing else changes.
     void SetAttractToUnlock(int attractId);
 
-    // Loading takes these three in turn: the version of the text, what stands behind it, the records.
+    // Loading takes these three in turn: the version of the text, the part after it, the records.
     // An empty text leaves the version alone; one without "|" has version 0.
     void SetAnalyVersion(const zet::String_T<wchar_t>& text);
     // The whole text where it has no "|".
     zet::String_T<wchar_t> getStringFromAnalyVersion(const zet::String_T<wchar_t>& text) const;
-    // Adds the records to the map; one of a known id replaces it. A record that is no valid attraction is dropped,
-    // and so is what stands behind the last ";". With a version other than 0 nothing is stored.
+    // Adds the records to the map; one of a known id replaces it. A record that is not a valid attraction is
+    // dropped, and so is the rest after the last ";". With a version other than 0 nothing is stored.
     void LoadAttractDataFromString(const zet::String_T<wchar_t>& text);
     // The whole string, without the invalid attractions; empty for an empty map and for a version other than 0.
     zet::String_T<wchar_t> SaveStringFromAttractData() const;
