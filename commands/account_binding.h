@@ -1,8 +1,8 @@
 // Phones and outside accounts: bound to an account, asked for, taken off again.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/account_binding.h"
 #include "packaging/command_head.h"
 #include "playerdata/account_global.h"
 

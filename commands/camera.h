@@ -2,8 +2,8 @@
 // The layout of the pixels and the meaning of the numbers are agreed between the two. These commands have no account.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/camera.h"
 #include "framework/quillo/skeletons.h"
 #include "packaging/command_head.h"
 

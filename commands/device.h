@@ -2,8 +2,8 @@
 // picture of the screen on its way back. The codes are agreed between the application on the phone and the client.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/device.h"
 #include "framework/buffer.h"
 #include "packaging/command_head.h"
 

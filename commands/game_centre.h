@@ -1,8 +1,8 @@
 // The game centre: zones register here, and clients ask for the zones.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/game_centre.h"
 #include "packaging/command_head.h"
 #include "packaging/wire_interface.h"
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "commands/server_status.h"
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/game_zone.h"
 #include "packaging/command_head.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_other.h"

@@ -2,8 +2,8 @@
 // What the texts hold (order numbers, products, channels, signatures) is agreed with the payment services.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/payment.h"
 #include "packaging/command_head.h"
 
 class COMMONGROUND_API CCmdOrderRequest : public CCmdPlatform

@@ -2,8 +2,8 @@
 // The pawns are in race_pawn.h. What numbers and texts hold is agreed between game server and client.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/race.h"
 #include "packaging/command_head.h"
 #include "packs/changing_room.h"
 #include "playerdata/account_core.h"

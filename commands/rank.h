@@ -2,8 +2,8 @@
 // A row that cannot be read does not fail the command: it keeps its defaults.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/rank.h"
 #include "packaging/command_head.h"
 #include "playerdata/rank_sort.h"
 

@@ -1,8 +1,8 @@
 // Beside the registry: the address records of servers, the two count queries and the status commands.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/server_status.h"
 #include "packaging/command_head.h"
 #include "packaging/wire_interface.h"
 

@@ -2,8 +2,8 @@
 // sport server say to each other travels in envelopes, see packs/sport.h.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/sport.h"
 #include "packaging/command_head.h"
 #include "packaging/wire_interface.h"
 

@@ -1,8 +1,8 @@
 // The figures that a server reports about itself, on their way to a client that shows them.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/system_info.h"
 #include "packaging/command_head.h"
 #include "packaging/wire_interface.h"
 

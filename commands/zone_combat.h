@@ -1,8 +1,8 @@
 // The combat mode of a zone: its start, its players, its results and its rank board.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/zone_combat.h"
 #include "packaging/command_head.h"
 #include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"

@@ -1,7 +1,7 @@
-// The dispatch table of traffic without a socket behind it: datagrams and net messages.
+// The dispatch table of traffic without a command socket: datagrams and net messages.
 #pragma once
 
-#include "dispatch/command_ids.h"
+#include "dispatch/command_id_limit.h"
 #include "dispatch/command_process.h"
 #include "framework/platform/export.h"
 
@@ -10,11 +10,11 @@
 class COMMONGROUND_API CCmdAnalyser
 {
 public:
-    // The fallbacks may be null; the log is told in their place.
+    // The fallbacks may be null; a line is logged instead.
     explicit CCmdAnalyser(CmdFallback unknownCmd = nullptr, CmdFallback errorCmd = nullptr);
 
-    // Replaces the entry of an id, which must be below kCommandIdLimit: another one is refused, with the log told, and
-    // is an assertion.
+    // Replaces the entry of an id, which must be below kCommandIdLimit: another one is refused and logged, and fails
+    // an assertion.
     void Install(unsigned short id, CmdProcess process, CmdHandler handler);
 
     // Hands the command to its handler with the two arguments. Always 0: the result carries no information. What a

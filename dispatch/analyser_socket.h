@@ -1,7 +1,7 @@
 // The dispatch table of stream sockets: like CCmdAnalyser, but the handler is given the socket as well.
 #pragma once
 
-#include "dispatch/command_ids.h"
+#include "dispatch/command_id_limit.h"
 #include "dispatch/command_process.h"
 #include "framework/platform/export.h"
 #include "framework/shared_ptr.h"
@@ -24,21 +24,21 @@ public:
         unsigned long m_Arg2;
     };
 
-    // The fallbacks may be null; the log is told in their place.
+    // The fallbacks may be null; a line is logged instead.
     explicit CCmdAnalyserSocket(SocketCmdFallback unknownCmd = nullptr, unsigned long unknownArg1 = 0,
                                 unsigned long unknownArg2 = 0, SocketCmdFallback errorCmd = nullptr,
                                 unsigned long errorArg1 = 0, unsigned long errorArg2 = 0);
 
-    // Replaces the entry of an id, which must be below kCommandIdLimit: another one is refused, with the log told, and
-    // is an assertion. The arguments are the handler's.
+    // Replaces the entry of an id, which must be below kCommandIdLimit: another one is refused and logged, and fails
+    // an assertion. The arguments are the handler's.
     void Install(unsigned short id, SocketCmdProcess process, SocketCmdHandler handler, unsigned long arg1,
                  unsigned long arg2);
 
-    // Hands the command to its handler or a fallback. False, with the log told, where there was neither, or where one
-    // threw: that goes no further.
+    // Hands the command to its handler or a fallback. False and a line in the log where there is neither, or where one
+    // threw: the exception goes no further.
     bool Analyse(CCommandSocket* socket, CCmdPackager& pk) const;
-    // The same for one stream frame, in a stream or at the front of size bytes in memory; what lies behind it there is
-    // not looked at. A frame that cannot be received is false, too.
+    // The same for one stream frame, in a stream or at the start of size bytes in memory; bytes after it are
+    // ignored. False for a frame that cannot be received, too.
     bool Analyse(CCommandSocket* socket, zet::InputStream& stream) const;
     bool Analyse(CCommandSocket* socket, const void* frame, int size) const;
 

@@ -11,8 +11,8 @@
 // pair, which takes it for 0. Copies are deep.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/envelope.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
 #include "packaging/data_packager.h"

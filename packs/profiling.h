@@ -1,8 +1,8 @@
 // The maximum values of named quantities, exchanged in both directions, and the two commands that control the profiler.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/profiling.h"
 #include "packaging/command_head.h"
 #include "packaging/wire_interface.h"
 

@@ -7,8 +7,8 @@
 //   CCmdSocialReply      the same, error:16, message:text
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/social.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
 #include "packaging/wire_interface.h"
