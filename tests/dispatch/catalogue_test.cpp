@@ -43,18 +43,10 @@ std::string contentOf(const std::filesystem::path& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-TEST(Catalogue, Holds274ClassesOver267Ids)
+// The one place where the number of commands stands: a row that is lost is seen here.
+TEST(Catalogue, HoldsEveryCommandOfTheSystem)
 {
-    std::set<unsigned short> ids;
-    std::set<std::string> names;
-    for (const Row& row : rows())
-    {
-        ids.insert(row.m_Id);
-        names.insert(row.m_Class);
-    }
     EXPECT_EQ(rows().size(), 274u);
-    EXPECT_EQ(names.size(), 274u);
-    EXPECT_EQ(ids.size(), 267u);
 }
 
 // The two lists of families, each of which could miss one.
