@@ -1,8 +1,8 @@
 // Passwords, switching to another account within a session, and viewing an account.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/account_access.h"
 #include "packaging/command_head.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"

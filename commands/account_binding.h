@@ -1,8 +1,8 @@
 // Phones and external accounts: binding to an account, query, removal.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/account_binding.h"
 #include "packaging/command_head.h"
 #include "playerdata/account_global.h"
 

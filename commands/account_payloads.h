@@ -4,20 +4,13 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"
 
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API CmdCreateCharactorRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
@@ -26,9 +19,7 @@ struct COMMONGROUND_API CmdCreateCharactorRequest
 
 struct COMMONGROUND_API CmdCreateCharactorReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
@@ -39,18 +30,14 @@ struct COMMONGROUND_API CmdCreateCharactorReply
 
 struct COMMONGROUND_API CmdRandomNickRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     bool m_Flag1 = false;
 };
 
 struct COMMONGROUND_API CmdRandomNickReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -58,9 +45,7 @@ struct COMMONGROUND_API CmdRandomNickReply
 
 struct COMMONGROUND_API CmdGetUserDataReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     AccountData m_Account;
@@ -69,18 +54,14 @@ struct COMMONGROUND_API CmdGetUserDataReply
 
 struct COMMONGROUND_API CmdGetV5UserDataRequest final
 {
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA_VIRTUAL
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API CmdGetV5UserDataReply final
 {
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA_VIRTUAL
 
     AccountData m_Account;
 };
@@ -88,16 +69,12 @@ struct COMMONGROUND_API CmdGetV5UserDataReply final
 // Requests the address; has no bytes.
 struct COMMONGROUND_API CmdUserAddressRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 };
 
 struct COMMONGROUND_API CmdUserAddressReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -107,18 +84,14 @@ struct COMMONGROUND_API CmdUserAddressReply
 
 struct COMMONGROUND_API CmdCommitPhoneRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API CmdCommitQuestionnaireRequest final
 {
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA_VIRTUAL
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -127,9 +100,7 @@ struct COMMONGROUND_API CmdCommitQuestionnaireRequest final
 
 struct COMMONGROUND_API CmdCommitQuestionnaireReply final
 {
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA_VIRTUAL
 
     int m_Value1 = 0;
     zet::String_T<wchar_t> m_Text1;
@@ -137,18 +108,14 @@ struct COMMONGROUND_API CmdCommitQuestionnaireReply final
 
 struct COMMONGROUND_API CmdServerDateRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API CmdServerDateReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     // The server's date.
     zet::String_T<wchar_t> m_Text1;

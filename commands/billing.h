@@ -3,8 +3,8 @@
 // CCmdTrovCardReply delivers them in the other order.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/billing.h"
 #include "packaging/command_head.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"

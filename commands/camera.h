@@ -2,8 +2,8 @@
 // Both sides agree on the pixel layout and the meaning of the numbers. These commands have no account.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/camera.h"
 #include "framework/quillo/skeletons.h"
 #include "packaging/command_head.h"
 

@@ -2,8 +2,8 @@
 // picture of the screen in the other direction. The application on the phone and the client agree on the codes.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/device.h"
 #include "framework/buffer.h"
 #include "packaging/command_head.h"
 

@@ -4,23 +4,16 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"
 #include "playerdata/game_training.h"
 
 #include <map>
 #include <vector>
 
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API CmdUnlockGameRequest final
 {
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA_VIRTUAL
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -31,9 +24,7 @@ struct COMMONGROUND_API CmdUnlockGameRequest final
 
 struct COMMONGROUND_API CmdUnlockGameReply final
 {
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
@@ -45,9 +36,7 @@ struct COMMONGROUND_API CmdUnlockGameReply final
 
 struct COMMONGROUND_API CmdCancelCDRequest final
 {
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA_VIRTUAL
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -59,9 +48,7 @@ struct COMMONGROUND_API CmdCancelCDRequest final
 
 struct COMMONGROUND_API CmdCancelCDReply final
 {
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
@@ -74,9 +61,7 @@ struct COMMONGROUND_API CmdCancelCDReply final
 // The games are keyed by their ids. Their reads do not affect the result, as in AccountData.
 struct COMMONGROUND_API CmdDropScoreNotVIPRequest final
 {
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA_VIRTUAL
 
     bool m_Flag1 = false;
     std::map<int, FGameTraining> m_TrainingMap;
@@ -84,9 +69,7 @@ struct COMMONGROUND_API CmdDropScoreNotVIPRequest final
 
 struct COMMONGROUND_API CmdDropScoreNotVIPReply final
 {
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA_VIRTUAL
 
     bool m_Flag1 = false;
     std::map<int, FGameTraining> m_TrainingMap;
@@ -94,27 +77,21 @@ struct COMMONGROUND_API CmdDropScoreNotVIPReply final
 
 struct COMMONGROUND_API CmdUpdateTrainGameMapReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     std::map<int, FGameTraining> m_TrainingMap;
 };
 
 struct COMMONGROUND_API CmdUpdateKinectGameReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     FGameKinect m_GameKinect;
 };
 
 struct COMMONGROUND_API CmdTrainGameScoreRankReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     float m_Float1 = 0.0f;
 };
@@ -122,9 +99,7 @@ struct COMMONGROUND_API CmdTrainGameScoreRankReply
 // A player of a match. Reading one never fails.
 struct COMMONGROUND_API MatchPlayerInfo
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -138,18 +113,14 @@ struct COMMONGROUND_API MatchPlayerInfo
 
 struct COMMONGROUND_API CmdMatchPlayerRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     MatchPlayerInfo m_MatchPlayerInfo;
 };
 
 struct COMMONGROUND_API CmdMatchPlayerReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     std::vector<MatchPlayerInfo> m_MatchPlayerInfos;
 };

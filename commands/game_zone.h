@@ -2,8 +2,8 @@
 #pragma once
 
 #include "commands/server_status.h"
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/game_zone.h"
 #include "packaging/command_head.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_other.h"
@@ -101,7 +101,7 @@ public:
     zet::Uuid m_Id1;
 };
 
-// Tells a client where its game runs.
+// Sends a client the address of its game.
 class COMMONGROUND_API CCmdGZ_ConnectGameSvr : public CCmdPlatform
 {
 public:

@@ -4,8 +4,8 @@
 #pragma once
 
 #include "commands/lesson_records.h"
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/lesson.h"
 #include "packaging/command_head.h"
 
 #include <vector>

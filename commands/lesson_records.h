@@ -3,19 +3,12 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
-
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
+#include "packaging/wire_interface.h"
 
 class COMMONGROUND_API MazurixValues
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     unsigned short m_Word1 = 0;
     unsigned short m_Word2 = 0;
@@ -26,9 +19,7 @@ public:
 class COMMONGROUND_API MazurixLobbyInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     unsigned short m_Word1 = 0;
     zet::String_T<wchar_t> m_Text1;
@@ -39,9 +30,7 @@ public:
 class COMMONGROUND_API MazurixLessonInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -54,9 +43,7 @@ public:
 class COMMONGROUND_API MazurixUserInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -66,9 +53,7 @@ public:
 class COMMONGROUND_API MazurixExportInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     unsigned short m_Word1 = 0;

@@ -2,8 +2,8 @@
 // Client and platform server agree on the content of the texts and numbers.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/login.h"
 #include "packaging/command_head.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"

@@ -1,8 +1,8 @@
 // Letters to and from the mail store, and short messages between players.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/mail.h"
 #include "packaging/command_head.h"
 #include "playerdata/letter.h"
 

@@ -2,8 +2,8 @@
 // The payment services define the content of the texts (order numbers, products, channels, signatures).
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/payment.h"
 #include "packaging/command_head.h"
 
 class COMMONGROUND_API CCmdOrderRequest : public CCmdPlatform

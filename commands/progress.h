@@ -1,8 +1,8 @@
 // A player's progress, between client and platform server: games started and ended, missions, energy, saving.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/progress.h"
 #include "packaging/command_head.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"

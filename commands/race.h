@@ -2,8 +2,8 @@
 // The pawns are in race_pawn.h. Game server and client agree on the content of numbers and texts.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/race.h"
 #include "packaging/command_head.h"
 #include "packs/changing_room.h"
 #include "playerdata/account_core.h"

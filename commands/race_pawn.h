@@ -2,8 +2,8 @@
 // started, running. Game server and client agree on the content of the floats.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/race_pawn.h"
 #include "packaging/command_head.h"
 
 #include <vector>

@@ -2,8 +2,8 @@
 // The reads of the rows do not affect the result: a missing row keeps its defaults.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/rank.h"
 #include "packaging/command_head.h"
 #include "playerdata/rank_sort.h"
 

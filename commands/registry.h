@@ -2,8 +2,8 @@
 // A server registers, greets the others, echoes, reports and unregisters; a registry announces new and leaving servers.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/registry.h"
 #include "packaging/command_head.h"
 
 // Requests a server of a type.

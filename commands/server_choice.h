@@ -2,8 +2,8 @@
 #pragma once
 
 #include "commands/server_status.h"
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/server_choice.h"
 #include "packaging/command_head.h"
 
 #include <map>

@@ -1,16 +1,15 @@
 // Additions to the registry: the address records of servers, the two count queries and the status commands.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/server_status.h"
 #include "packaging/command_head.h"
+#include "packaging/wire_interface.h"
 
 // One entry of the server list offered to a client.
 struct COMMONGROUND_API PlatformServerInfo
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     bool m_Enabled = false;
     int m_Value1 = 0;
@@ -25,9 +24,7 @@ struct COMMONGROUND_API PlatformServerInfo
 // A game server's registration at its zone.
 struct COMMONGROUND_API GameSvrInfo
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Name;
     zet::uuid_node_t m_Node;

@@ -4,32 +4,23 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"
 #include "playerdata/shop.h"
 
 #include <vector>
 
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API CmdShopListRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API CmdShopListReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     FGameShop m_GameShop;
@@ -38,9 +29,7 @@ struct COMMONGROUND_API CmdShopListReply
 // One purchase of CmdLingyuangouBuyListReply.
 struct COMMONGROUND_API LingyuangouBuyEntry
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -54,18 +43,14 @@ struct COMMONGROUND_API LingyuangouBuyEntry
 
 struct COMMONGROUND_API CmdLingyuangouBuyListRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API CmdLingyuangouBuyListReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     std::vector<LingyuangouBuyEntry> m_Entries;
@@ -73,9 +58,7 @@ struct COMMONGROUND_API CmdLingyuangouBuyListReply
 
 struct COMMONGROUND_API CmdBuyItemRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -83,9 +66,7 @@ struct COMMONGROUND_API CmdBuyItemRequest
 
 struct COMMONGROUND_API CmdBuyItemReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
@@ -95,9 +76,7 @@ struct COMMONGROUND_API CmdBuyItemReply
 
 struct COMMONGROUND_API CmdUseItemRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -107,9 +86,7 @@ struct COMMONGROUND_API CmdUseItemRequest
 
 struct COMMONGROUND_API CmdUseItemReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
@@ -120,18 +97,14 @@ struct COMMONGROUND_API CmdUseItemReply
 
 struct COMMONGROUND_API CmdUseGiftRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API CmdUseGiftReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     AccountData m_Account;
@@ -139,9 +112,7 @@ struct COMMONGROUND_API CmdUseGiftReply
 
 struct COMMONGROUND_API CmdExchangeGoldRequest final
 {
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA_VIRTUAL
 
     int m_Value1 = 0;
     int m_Value2 = -1;
@@ -152,9 +123,7 @@ struct COMMONGROUND_API CmdExchangeGoldRequest final
 
 struct COMMONGROUND_API CmdExchangeGoldReply final
 {
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
@@ -164,27 +133,21 @@ struct COMMONGROUND_API CmdExchangeGoldReply final
 
 struct COMMONGROUND_API CmdUpdateGoldRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API CmdUpdateGoldReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API CmdUpdateDiamondRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -192,9 +155,7 @@ struct COMMONGROUND_API CmdUpdateDiamondRequest
 
 struct COMMONGROUND_API CmdUpdateDiamondReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -203,9 +164,7 @@ struct COMMONGROUND_API CmdUpdateDiamondReply
 
 struct COMMONGROUND_API CmdActivityRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -213,9 +172,7 @@ struct COMMONGROUND_API CmdActivityRequest
 
 struct COMMONGROUND_API CmdActivityReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -225,9 +182,7 @@ struct COMMONGROUND_API CmdActivityReply
 
 struct COMMONGROUND_API CmdBigTableRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -237,9 +192,7 @@ struct COMMONGROUND_API CmdBigTableRequest
 
 struct COMMONGROUND_API CmdBigTableReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -251,9 +204,7 @@ struct COMMONGROUND_API CmdBigTableReply
 
 struct COMMONGROUND_API CmdTurnTableRewardRequest
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
@@ -262,9 +213,7 @@ struct COMMONGROUND_API CmdTurnTableRewardRequest
 
 struct COMMONGROUND_API CmdTurnTableRewardReply
 {
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;

@@ -2,24 +2,19 @@
 // sport server exchange messages in envelopes, see packs/sport.h.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/sport.h"
 #include "packaging/command_head.h"
+#include "packaging/wire_interface.h"
 
 #include <map>
 #include <vector>
-
-class CDataPackager;
 
 // A list of scores.
 class COMMONGROUND_API CSportScore
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     int getSize() const { return static_cast<int>(m_Values.size()); }
     // The sum of the list; wraps beyond int.
@@ -31,9 +26,7 @@ public:
 class COMMONGROUND_API CSportActEffectData
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -43,9 +36,7 @@ public:
 class COMMONGROUND_API CSportPlayerData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -57,9 +48,7 @@ public:
 class COMMONGROUND_API CSportRoomData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::Uuid m_Id1;
     zet::String_T<wchar_t> m_Text1;
@@ -70,11 +59,7 @@ public:
 class COMMONGROUND_API CSportGameServerInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     bool m_Flag1 = false;
     int m_Value1 = 0;

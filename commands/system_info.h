@@ -1,17 +1,16 @@
 // A server's statistics, for a client that shows them.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/system_info.h"
 #include "packaging/command_head.h"
+#include "packaging/wire_interface.h"
 
 #include <vector>
 
 struct COMMONGROUND_API cSystemInfo
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;

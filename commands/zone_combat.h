@@ -1,9 +1,10 @@
 // The combat mode of a zone: its start, its players, its results and its rank board.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/zone_combat.h"
 #include "packaging/command_head.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"
 #include "playerdata/account_other.h"
@@ -24,9 +25,7 @@ public:
 // One player of CCmdGZ_SetGameUse.
 struct COMMONGROUND_API CombatPlayerEntry
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     AccountGlobalData m_GlobalData;
     AccountData m_Account;

@@ -1,8 +1,8 @@
 // The players of a zone: they enter, report ready, cancel that, and leave.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/zone_players.h"
 #include "packaging/command_head.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"

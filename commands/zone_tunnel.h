@@ -2,8 +2,8 @@
 // A tunnel contains one whole frame, with its id, addresses and length; the zone forwards it without reading it.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/zone_tunnel.h"
 #include "framework/buffer.h"
 #include "packaging/command_head.h"
 

@@ -1,7 +1,7 @@
 // The dispatch table for input without a socket: datagrams and net messages.
 #pragma once
 
-#include "dispatch/command_ids.h"
+#include "dispatch/command_id_limit.h"
 #include "dispatch/command_process.h"
 #include "framework/platform/export.h"
 

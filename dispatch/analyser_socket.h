@@ -1,7 +1,7 @@
 // The dispatch table of stream sockets: like CCmdAnalyser, but the handler also gets the socket.
 #pragma once
 
-#include "dispatch/command_ids.h"
+#include "dispatch/command_id_limit.h"
 #include "dispatch/command_process.h"
 #include "framework/platform/export.h"
 #include "framework/shared_ptr.h"

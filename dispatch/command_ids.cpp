@@ -1,39 +1,37 @@
 #include "dispatch/command_ids.h"
 
-// Checks the rows of commands.def at compile time; contains no code.
+#include "dispatch/inner/command_row_rules.h"
+
+// Holds the rows to their rules; there is nothing here for a program to call.
 namespace
 {
 
-constexpr unsigned short kIds[] = {
-#define COMMAND(id, Class, Base) id,
-#define SHARED(id, Class, Base) id,
+constexpr CommandRow kRows[] = {
+#define COMMAND(id, Class, Base) {id, false, __FILE__},
+#define SHARED(id, Class, Base) {id, true, __FILE__},
 #include "dispatch/commands.def"
 #undef COMMAND
 #undef SHARED
 };
-constexpr bool kShared[] = {
-#define COMMAND(id, Class, Base) false,
-#define SHARED(id, Class, Base) true,
-#include "dispatch/commands.def"
-#undef COMMAND
-#undef SHARED
-};
-constexpr int kRows = sizeof kIds / sizeof kIds[0];
 
-// Rows ascend; an id appears twice only if both rows are SHARED.
-constexpr bool rowsAreInOrder()
+// The place of each class's row.
+enum Place
 {
-    for (int i = 0; i < kRows; ++i)
-    {
-        const bool sameAsBefore = i > 0 && kIds[i] == kIds[i - 1];
-        const bool sameAsNext = i + 1 < kRows && kIds[i] == kIds[i + 1];
-        if ((i > 0 && kIds[i] < kIds[i - 1]) || (sameAsBefore && sameAsNext) ||
-            kShared[i] != (sameAsBefore || sameAsNext))
-            return false;
-    }
-    return true;
-}
-static_assert(rowsAreInOrder(),
-              "dispatch/commands.def: rows ascend by id, and an id appears twice only if both rows are SHARED");
+#define COMMAND(id, Class, Base) kPlaceOf##Class,
+#define SHARED(id, Class, Base) kPlaceOf##Class,
+#include "dispatch/commands.def"
+#undef COMMAND
+#undef SHARED
+};
+
+#define COMMAND(id, Class, Base)                                                                                       \
+    COMMAND_ROW_IN_ORDER(kRows, kPlaceOf##Class, Class)                                                                \
+    static_assert(command_id::Class == id, "dispatch/command_ids.h has another id for " #Class " than its row");
+#define SHARED(id, Class, Base) COMMAND(id, Class, Base)
+#include "dispatch/commands.def"
+#undef COMMAND
+#undef SHARED
+
+static_assert(HighestId(kRows) == kCommandIdLimit - 1, "kCommandIdLimit is one above the highest id of the rows");
 
 } // namespace

@@ -1,16 +1,31 @@
 // The id of every command, as a constant named like the class, and the size of the id space.
 #pragma once
 
-namespace command_id
-{
-
-#define COMMAND(id, Class, Base) inline constexpr unsigned short Class = id;
-#define SHARED(id, Class, Base) inline constexpr unsigned short Class = id;
-#include "dispatch/commands.def"
-#undef COMMAND
-#undef SHARED
-
-} // namespace command_id
-
-// Ids are below this limit; the analysers have one entry per id.
-inline constexpr int kCommandIdLimit = 0x4019;
+#include "dispatch/command_id_limit.h"
+#include "dispatch/ids/account_access.h"
+#include "dispatch/ids/account_binding.h"
+#include "dispatch/ids/billing.h"
+#include "dispatch/ids/camera.h"
+#include "dispatch/ids/device.h"
+#include "dispatch/ids/envelope.h"
+#include "dispatch/ids/game_centre.h"
+#include "dispatch/ids/game_zone.h"
+#include "dispatch/ids/lesson.h"
+#include "dispatch/ids/login.h"
+#include "dispatch/ids/logs.h"
+#include "dispatch/ids/mail.h"
+#include "dispatch/ids/payment.h"
+#include "dispatch/ids/profiling.h"
+#include "dispatch/ids/progress.h"
+#include "dispatch/ids/race.h"
+#include "dispatch/ids/race_pawn.h"
+#include "dispatch/ids/rank.h"
+#include "dispatch/ids/registry.h"
+#include "dispatch/ids/server_choice.h"
+#include "dispatch/ids/server_status.h"
+#include "dispatch/ids/social.h"
+#include "dispatch/ids/sport.h"
+#include "dispatch/ids/system_info.h"
+#include "dispatch/ids/zone_combat.h"
+#include "dispatch/ids/zone_players.h"
+#include "dispatch/ids/zone_tunnel.h"

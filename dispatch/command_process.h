@@ -4,6 +4,7 @@
 #include "dispatch/trace.h"
 #include "framework/platform/export.h"
 #include "packaging/cmd_packager.h"
+#include "packaging/wire_interface.h"
 
 class CCmdHead;
 class CCommandSocket;
@@ -40,9 +41,7 @@ bool ProcessCommandBy(Command& command, CCommandSocket* socket, CCmdPackager* pk
 
 // Declares the members of a command class other than its fields: order, schema, pair.
 #define COMMAND_INTERFACE(Class)                                                                                       \
-    bool Write(CCmdPackager* pk) const override;                                                                       \
-    bool Read(CCmdPackager* pk) override;                                                                              \
-    static const wire::Schema& Wire();                                                                                 \
+    WIRE_INTERFACE_CMD_OVERRIDE                                                                                        \
     static bool Class##_Process(CCmdPackager* pk, CmdHandler handler, unsigned long arg1, unsigned long arg2);         \
     static bool Class##_ProcessSocket(CCommandSocket* socket, CCmdPackager* pk, SocketCmdHandler handler,              \
                                       unsigned long arg1, unsigned long arg2);

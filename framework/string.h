@@ -5,9 +5,8 @@
 #include "framework/format.h"
 
 #include <cstring>
-#include <memory>
-#include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace zet
@@ -27,10 +26,18 @@ public:
     // The decimal digits of a number.
     explicit String_T(int number) : String_T()
     {
-        const std::string digits = std::to_string(number);
-        T* out = resizeForOverwrite(static_cast<int>(digits.size()));
-        for (size_t i = 0; i < digits.size(); ++i)
-            out[i] = static_cast<T>(digits[i]);
+        constexpr int kLongest = 11; // -2147483648
+        T digits[kLongest];
+        int first = kLongest;
+        unsigned rest = static_cast<unsigned>(number);
+        if (number < 0)
+            rest = 0u - rest;
+        do
+            digits[--first] = static_cast<T>('0' + rest % 10);
+        while ((rest /= 10) > 0);
+        if (number < 0)
+            digits[--first] = T('-');
+        assign(digits + first, kLongest - first);
     }
     String_T(const String_T& other) : String_T() { assign(other.m_Text, other.m_Length); }
     String_T(String_T&& other) noexcept : String_T() { take(other); }
@@ -59,7 +66,7 @@ public:
     }
 
     int getLength() const { return m_Length; }
-    // Units that the text may grow to before it moves.
+    // Units that the text may grow to before its storage moves.
     int getCapacity() const { return m_Capacity; }
     bool isEmpty() const { return m_Length == 0; }
     const T* getBuffer() const { return m_Text; }
@@ -69,7 +76,7 @@ public:
     T operator[](int index) const { return m_Text[index]; }
     std::basic_string_view<T> view() const { return {m_Text, static_cast<size_t>(m_Length)}; }
 
-    // The first place of a unit at or behind from, or -1.
+    // The first place of a unit at or after from, or -1.
     int find(int unit, int from) const
     {
         for (int i = from < 0 ? 0 : from; i < m_Length; ++i)
@@ -78,7 +85,7 @@ public:
         return -1;
     }
 
-    // Up to count units from a place; what lies outside the text is left out.
+    // Up to count units from a place, as far as the text reaches.
     String_T getSubString(int from, int count) const
     {
         if (from < 0)
@@ -88,7 +95,7 @@ public:
         return String_T(m_Text + from, count < m_Length - from ? count : m_Length - from);
     }
 
-    // Fills the text as printf does, by the rules of framework/format.h.
+    // Formats as printf does, by the rules of framework/format.h.
     template <class... Args>
     String_T& format(const T* pattern, const Args&... args)
     {
@@ -142,15 +149,15 @@ public:
         m_Inline[0] = T();
     }
 
-    // Makes the text length units long and gives the place to write them; what they hold before is undefined.
-    // The terminator stands already. A negative length counts as 0.
+    // Makes the text length units long and returns the place to write them; their values are undefined. The terminator
+    // is already written. A negative length counts as 0.
     T* resizeForOverwrite(int length)
     {
         if (length < 0)
             length = 0;
         if (length > m_Capacity)
         {
-            T* block = std::allocator<T>().allocate(static_cast<size_t>(length) + 1);
+            T* block = new T[static_cast<size_t>(length) + 1];
             release();
             m_Text = block;
             m_Capacity = length;
@@ -185,7 +192,7 @@ private:
     static int lengthOf(const T* text) { return text ? static_cast<int>(std::char_traits<T>::length(text)) : 0; }
     static bool isSpace(T unit) { return unit == T(' ') || (unit >= T('\t') && unit <= T('\r')); }
 
-    // The UTF-16 unit that stands first for a unit of T.
+    // The first UTF-16 unit of the code point that a unit of T holds.
     static unsigned long leadUnit(T unit)
     {
         const unsigned long value = static_cast<unsigned long>(static_cast<std::make_unsigned_t<T>>(unit));
@@ -211,7 +218,7 @@ private:
     void release()
     {
         if (!isInline())
-            std::allocator<T>().deallocate(m_Text, static_cast<size_t>(m_Capacity) + 1);
+            delete[] m_Text;
     }
     void assign(const T* text, int length)
     {
@@ -225,13 +232,13 @@ private:
         if (length > 0)
             std::memcpy(out, text, static_cast<size_t>(length) * sizeof(T));
     }
-    // A copy that does not look whether the source lies inside itself.
+    // A copy that does not check whether the source lies inside this text.
     String_T(const T* text, int length, int) : String_T()
     {
         std::memcpy(resizeForOverwrite(length), text, static_cast<size_t>(length) * sizeof(T));
     }
-    // Moves the text of other into this one, which is empty and inside itself; other is empty afterwards.
-    // Of the room inside only the units that have a value are touched.
+    // Moves the text of other into this one, which is empty and inline; other is empty afterwards. Of the inline
+    // storage only the units that have a value are touched.
     void take(String_T& other) noexcept
     {
         if (other.isInline())

@@ -5,22 +5,15 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/account_other.h"
 
 #include <map>
 #include <vector>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API AchievementPack_StartGame_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 0;
     std::map<int, AccountAchievementData> m_Achievements;
@@ -29,9 +22,7 @@ struct COMMONGROUND_API AchievementPack_StartGame_Request final
 // The text precedes each size; the second one is kept.
 struct COMMONGROUND_API AchievementPack_StartGame_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::map<int, AccountAchievementData> m_Achievements;
@@ -40,9 +31,7 @@ struct COMMONGROUND_API AchievementPack_StartGame_Reply final
 
 struct COMMONGROUND_API AchievementPack_SendAchievement_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -51,9 +40,7 @@ struct COMMONGROUND_API AchievementPack_SendAchievement_Request final
 
 struct COMMONGROUND_API AchievementPack_SendAchievement_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::map<int, AccountAchievementData> m_Achievements;
@@ -61,9 +48,7 @@ struct COMMONGROUND_API AchievementPack_SendAchievement_Reply final
 
 struct COMMONGROUND_API AchievementPack_EndGame_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 0;
     std::map<int, AccountAchievementData> m_Achievements;
@@ -71,18 +56,14 @@ struct COMMONGROUND_API AchievementPack_EndGame_Request final
 
 struct COMMONGROUND_API AchievementPack_EndGame_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
 };
 
 struct COMMONGROUND_API AchievementPack_Notice_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::map<int, AccountAchievementData> m_Achievements;
@@ -92,9 +73,7 @@ struct COMMONGROUND_API AchievementPack_Notice_Reply final
 // clear them: one that cannot be read keeps its old value.
 struct COMMONGROUND_API AchievementPack_GetAllAchievement_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     std::vector<int> m_Numbers;
     std::map<int, AccountAchievementData> m_Achievements;
@@ -102,9 +81,7 @@ struct COMMONGROUND_API AchievementPack_GetAllAchievement_Request
 
 struct COMMONGROUND_API AchievementPack_GetAllAchievement_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     std::map<int, AccountAchievementData> m_Achievements;

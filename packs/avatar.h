@@ -5,23 +5,16 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 #include <map>
 #include <vector>
-
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
 
 // One wearable.
 class COMMONGROUND_API CmdAvatarItem
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_ItemId = 0;
     zet::String_T<wchar_t> m_Text1;
@@ -39,9 +32,7 @@ public:
 class COMMONGROUND_API CmdAvatarLoadDataRequest
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
 };
@@ -49,9 +40,7 @@ public:
 class COMMONGROUND_API CmdAvatarLoadDataReply
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     zet::String_T<wchar_t> m_Msg;
@@ -77,9 +66,7 @@ public:
 class COMMONGROUND_API CmdAvatarSaveDataRequest
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     std::map<int, int> m_Map1;
@@ -93,9 +80,7 @@ public:
 class COMMONGROUND_API CmdAvatarSaveDataReply
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     zet::String_T<wchar_t> m_Msg;
@@ -104,9 +89,7 @@ public:
 class COMMONGROUND_API CmdAvatarBuyDataRequest
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -116,9 +99,7 @@ public:
 class COMMONGROUND_API CmdAvatarBuyDataReply
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
     int m_Value2 = 0;

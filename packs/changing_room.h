@@ -4,22 +4,15 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 #include <vector>
-
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
 
 // A part of a look.
 class COMMONGROUND_API ChangingRoomEquipPart
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     float m_Value1 = 0.0f;
     float m_Value2 = 0.0f;
@@ -35,9 +28,7 @@ public:
 class COMMONGROUND_API ChangingRoomEquip
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -61,9 +52,7 @@ public:
 class COMMONGROUND_API ChangingRoomPack_LoadUserDataRequest
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
@@ -72,9 +61,7 @@ public:
 class COMMONGROUND_API ChangingRoomPack_LoadUserDataReply
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     ChangingRoomEquip m_ChangingRoomEquips[6];
     std::vector<int> m_Owned;
@@ -84,9 +71,7 @@ public:
 class COMMONGROUND_API ChangingRoomPack_UpdateEquipRequest
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     ChangingRoomEquip m_Equip;
@@ -95,9 +80,7 @@ public:
 class COMMONGROUND_API ChangingRoomPack_UpdateEquipReply
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     bool m_Flag1 = false;
     zet::String_T<wchar_t> m_Msg;
@@ -106,9 +89,7 @@ public:
 class COMMONGROUND_API ChangingRoomPack_BuyEquipRequest
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -119,9 +100,7 @@ public:
 class COMMONGROUND_API ChangingRoomPack_BuyEquipReply
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     bool m_Flag1 = false;
     int m_Value1 = 0;
@@ -133,9 +112,7 @@ public:
 class COMMONGROUND_API ChangingRoomPack_LuckDrawEquipRequest
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
@@ -143,9 +120,7 @@ public:
 class COMMONGROUND_API ChangingRoomPack_LuckDrawEquipReply
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     bool m_Flag1 = false;
     zet::String_T<wchar_t> m_Msg;

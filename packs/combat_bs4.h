@@ -4,6 +4,7 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"
 #include "playerdata/account_other.h"
@@ -11,26 +12,16 @@
 
 #include <vector>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API CombatPack_Enroll_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     AccountGlobalData m_GlobalData;
 };
 
 struct COMMONGROUND_API CombatPack_Enroll_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     AccountGlobalData m_GlobalData;
@@ -38,45 +29,35 @@ struct COMMONGROUND_API CombatPack_Enroll_Reply
 
 struct COMMONGROUND_API CombatPack_QueryEnroll_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API CombatPack_QueryGroup_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API CombatPack_PlayerSelectGroup_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API CombatPack_PlayerSelectGroup_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
 };
 
 struct COMMONGROUND_API CombatPack_Change_Diamond
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     AccountGlobalData m_GlobalData;
@@ -85,9 +66,7 @@ struct COMMONGROUND_API CombatPack_Change_Diamond
 // The same form as Match4ShopGood.
 struct COMMONGROUND_API CombatShopGood
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_GoodId = 0;
     zet::String_T<wchar_t> m_Text1;
@@ -100,9 +79,7 @@ struct COMMONGROUND_API CombatShopGood
 
 struct COMMONGROUND_API CombatPack_BuyShopGood_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -115,9 +92,7 @@ struct COMMONGROUND_API CombatPack_BuyShopGood_Request
 
 struct COMMONGROUND_API CombatPack_BuyShopGood_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     bool m_Flag1 = false;
@@ -131,9 +106,7 @@ struct COMMONGROUND_API CombatPack_BuyShopGood_Reply
 // Read appends to the goods of the object.
 struct COMMONGROUND_API CombatPack_TicketGoodConfig_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<CombatShopGood> m_Goods1;
@@ -143,9 +116,7 @@ struct COMMONGROUND_API CombatPack_TicketGoodConfig_Reply
 // The orders are letters.
 struct COMMONGROUND_API CombatPack_OrderRecord_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<CLetter> m_Orders;
@@ -154,18 +125,14 @@ struct COMMONGROUND_API CombatPack_OrderRecord_Reply final
 // -1 from a sender without a season.
 struct COMMONGROUND_API BS4Pack_GameSeason_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = -1;
 };
 
 struct COMMONGROUND_API BS4Pack_SelectGroup_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     AccountBS4Data m_BS4Data;
@@ -173,36 +140,28 @@ struct COMMONGROUND_API BS4Pack_SelectGroup_Reply
 
 struct COMMONGROUND_API BS4Pack_GoldenTime_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API BS4Pack_GoldenTimeEnd_Notify
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
 };
 
 struct COMMONGROUND_API BS4Pack_LastStand_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API BS4Pack_LastStandEnd_Notify
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
@@ -210,9 +169,7 @@ struct COMMONGROUND_API BS4Pack_LastStandEnd_Notify
 // -1 from a sender without a match.
 struct COMMONGROUND_API BS4Pack_MatchEnd_Notify
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = -1;
     int m_Value2 = 0;

@@ -10,19 +10,18 @@
 // treats it as 0. Copies are deep.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/envelope.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
 #include "packaging/data_packager.h"
+#include "packaging/wire_interface.h"
 
 // Type and index, and a message of any size.
 class COMMONGROUND_API CCmdPackEnvelope : public CCmdPlatform
 {
 public:
-    bool Write(CCmdPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_OVERRIDE
 
     int m_PackType = 0;
     int m_PackIndex = 0;
@@ -36,9 +35,7 @@ protected:
 class COMMONGROUND_API CCmdRecordEnvelope : public CCmdPlatform
 {
 public:
-    bool Write(CCmdPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_OVERRIDE
 
     int m_PackType = 0;
     CDataPackager m_PackData;
@@ -54,9 +51,7 @@ protected:
 class COMMONGROUND_API CCmdVoidDataEnvelope : public CCmdPlatform
 {
 public:
-    bool Write(CCmdPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_OVERRIDE
 
     int m_PackType = 0;
     int m_PackIndex = 0;

@@ -4,18 +4,11 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
-
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
+#include "packaging/wire_interface.h"
 
 struct COMMONGROUND_API FriendSystemPack_FriendAddRequest
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -25,9 +18,7 @@ struct COMMONGROUND_API FriendSystemPack_FriendAddRequest
 // Adds a friend with a description.
 struct COMMONGROUND_API FriendSystemPack_FriendAddWithInfoRequest
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -46,9 +37,7 @@ struct COMMONGROUND_API FriendSystemPack_FriendAddWithInfoRequest
 
 struct COMMONGROUND_API FriendSystemPack_FriendDeleteRequest
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -57,9 +46,7 @@ struct COMMONGROUND_API FriendSystemPack_FriendDeleteRequest
 // The whole list in one text.
 struct COMMONGROUND_API FriendSystemPack_FriendListReply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
@@ -67,36 +54,28 @@ struct COMMONGROUND_API FriendSystemPack_FriendListReply
 // Requests the maximum number of friends.
 struct COMMONGROUND_API FriendSystemPack_FriendLimitRequest
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API FriendSystemPack_FriendLimitRespond
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API FriendSystemPack_FriendInfoRequest
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API FriendSystemPack_FriendInfoRespond
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -106,18 +85,14 @@ struct COMMONGROUND_API FriendSystemPack_FriendInfoRespond
 
 struct COMMONGROUND_API FriendSystemPack_BasicFriendInfoRequest
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API FriendSystemPack_BasicFriendInfoRespond
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -133,9 +108,7 @@ struct COMMONGROUND_API FriendSystemPack_BasicFriendInfoRespond
 
 struct COMMONGROUND_API FriendSystemPack_SendMsgRequest
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -143,9 +116,7 @@ struct COMMONGROUND_API FriendSystemPack_SendMsgRequest
 
 struct COMMONGROUND_API FriendSystemPack_FetchMsgRequest
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -157,9 +128,7 @@ struct COMMONGROUND_API FriendSystemPack_FetchMsgRequest
 
 struct COMMONGROUND_API FriendSystemPack_FetchMsgRespond
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -173,9 +142,7 @@ struct COMMONGROUND_API FriendSystemPack_FetchMsgRespond
 // Fetches the messages of the operator.
 struct COMMONGROUND_API FriendSystemPack_FetchOfficalMsgRequest
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -187,9 +154,7 @@ struct COMMONGROUND_API FriendSystemPack_FetchOfficalMsgRequest
 
 struct COMMONGROUND_API FriendSystemPack_FetchOfficalMsgRespond
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -203,9 +168,7 @@ struct COMMONGROUND_API FriendSystemPack_FetchOfficalMsgRespond
 // A message that the server sends without a request.
 struct COMMONGROUND_API FriendSystemPack_MsgPush
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
@@ -213,9 +176,7 @@ struct COMMONGROUND_API FriendSystemPack_MsgPush
 // Publishes one of the player's moments.
 struct COMMONGROUND_API FriendSystemPack_SelfMomentMsgRequest
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -224,27 +185,21 @@ struct COMMONGROUND_API FriendSystemPack_SelfMomentMsgRequest
 // The player's own identifier among friends.
 struct COMMONGROUND_API FriendSystemPack_SelfIdRespond
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API FriendSystemPack_SetSelfPrestige
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API FriendSystemPack_SetSelfVip
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };

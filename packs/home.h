@@ -5,23 +5,16 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"
 #include "playerdata/home_data.h"
 
 #include <map>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API HomePack_LoadData_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     AccountData m_Account;
     AccountGlobalData m_GlobalData;
@@ -29,9 +22,7 @@ struct COMMONGROUND_API HomePack_LoadData_Request
 
 struct COMMONGROUND_API HomePack_LoadData_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     bool m_Flag1 = false;
@@ -40,9 +31,7 @@ struct COMMONGROUND_API HomePack_LoadData_Reply
 
 struct COMMONGROUND_API HomePack_SaveData_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     AccountHomeData m_HomeData;
     AccountGlobalData m_GlobalData;
@@ -50,18 +39,14 @@ struct COMMONGROUND_API HomePack_SaveData_Request
 
 struct COMMONGROUND_API HomePack_SaveData_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
 };
 
 struct COMMONGROUND_API HomePack_StartGame_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -74,9 +59,7 @@ struct COMMONGROUND_API HomePack_StartGame_Request final
 
 struct COMMONGROUND_API HomePack_StartGame_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -88,9 +71,7 @@ struct COMMONGROUND_API HomePack_StartGame_Reply final
 
 struct COMMONGROUND_API HomePack_EndGame_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -106,9 +87,7 @@ struct COMMONGROUND_API HomePack_EndGame_Request final
 
 struct COMMONGROUND_API HomePack_EndGame_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -138,16 +117,12 @@ struct COMMONGROUND_API HomePack_EndGame_Reply final
 
 struct COMMONGROUND_API HomePack_CountdownTime_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 };
 
 struct COMMONGROUND_API HomePack_CountdownTime_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     int m_Value1 = 0;
@@ -156,9 +131,7 @@ struct COMMONGROUND_API HomePack_CountdownTime_Reply final
 
 struct COMMONGROUND_API HomePack_JumpOff_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 0;
     bool m_Flag1 = false;
@@ -171,9 +144,7 @@ struct COMMONGROUND_API HomePack_JumpOff_Request final
 
 struct COMMONGROUND_API HomePack_JumpOff_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     bool m_Flag1 = false;
     int m_Value1 = 0;
@@ -186,9 +157,7 @@ struct COMMONGROUND_API HomePack_JumpOff_Reply final
 // A reward without a game played.
 struct COMMONGROUND_API HomePack_DirectReWard_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -200,9 +169,7 @@ struct COMMONGROUND_API HomePack_DirectReWard_Request final
 
 struct COMMONGROUND_API HomePack_DirectReWard_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     int m_Value1 = 0;
@@ -215,9 +182,7 @@ struct COMMONGROUND_API HomePack_DirectReWard_Reply final
 
 struct COMMONGROUND_API HomePack_UnlockGame_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -228,9 +193,7 @@ struct COMMONGROUND_API HomePack_UnlockGame_Request final
 
 struct COMMONGROUND_API HomePack_UnlockGame_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     int m_Value1 = 0;
@@ -243,9 +206,7 @@ struct COMMONGROUND_API HomePack_UnlockGame_Reply final
 
 struct COMMONGROUND_API HomePack_GetPlayerList_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 0;
 };
@@ -253,9 +214,7 @@ struct COMMONGROUND_API HomePack_GetPlayerList_Request final
 // The list is always sent in full, without a count.
 struct COMMONGROUND_API HomePack_GetPlayerList_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     int m_Value1 = 0;
@@ -264,17 +223,13 @@ struct COMMONGROUND_API HomePack_GetPlayerList_Reply final
 
 struct COMMONGROUND_API HomePack_PlayerNumList_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 };
 
 // Read and Write never fail.
 struct COMMONGROUND_API HomePack_PlayerNumList_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     std::map<int, int> m_PlayerNum;
@@ -282,9 +237,7 @@ struct COMMONGROUND_API HomePack_PlayerNumList_Reply
 
 struct COMMONGROUND_API HomePack_ClearDaily_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     zet::String_T<wchar_t> m_Text1;
@@ -292,9 +245,7 @@ struct COMMONGROUND_API HomePack_ClearDaily_Request
 
 struct COMMONGROUND_API HomePack_ClearDaily_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     zet::String_T<wchar_t> m_Text1;

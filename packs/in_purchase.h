@@ -4,21 +4,14 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 #include <vector>
-
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
 
 // One F-code of a list.
 struct COMMONGROUND_API InPurchaseFCodeRow
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -28,9 +21,7 @@ struct COMMONGROUND_API InPurchaseFCodeRow
 
 struct COMMONGROUND_API InPurchasePack_CheckIfOpenInPurchase_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -39,9 +30,7 @@ struct COMMONGROUND_API InPurchasePack_CheckIfOpenInPurchase_Request
 
 struct COMMONGROUND_API InPurchasePack_CheckIfOpenInPurchase_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -50,9 +39,7 @@ struct COMMONGROUND_API InPurchasePack_CheckIfOpenInPurchase_Reply
 // The members lie in another order than they travel in.
 struct COMMONGROUND_API InPurchasePack_SaveOrderId_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text3;
@@ -63,9 +50,7 @@ struct COMMONGROUND_API InPurchasePack_SaveOrderId_Request
 
 struct COMMONGROUND_API InPurchasePack_SaveOrderId_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
 };
@@ -73,9 +58,7 @@ struct COMMONGROUND_API InPurchasePack_SaveOrderId_Reply
 // Requests the result of a payment.
 struct COMMONGROUND_API InPurchasePack_GetCheckResult_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -83,9 +66,7 @@ struct COMMONGROUND_API InPurchasePack_GetCheckResult_Request final
 
 struct COMMONGROUND_API InPurchasePack_GetCheckResult_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -96,9 +77,7 @@ struct COMMONGROUND_API InPurchasePack_GetCheckResult_Reply
 // Notifies the player of a successful purchase. The members are declared in another order than on the wire.
 struct COMMONGROUND_API InPurchasePack_SendBuySuccessMessage_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text4;
     zet::String_T<wchar_t> m_Text5;
@@ -110,9 +89,7 @@ struct COMMONGROUND_API InPurchasePack_SendBuySuccessMessage_Request final
 
 struct COMMONGROUND_API InPurchasePack_CheckAuthorizationCode_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -120,27 +97,21 @@ struct COMMONGROUND_API InPurchasePack_CheckAuthorizationCode_Request
 
 struct COMMONGROUND_API InPurchasePack_CheckAuthorizationCode_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
 };
 
 struct COMMONGROUND_API InPurchasePack_CreateAndSaveFCode_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API InPurchasePack_CreateAndSaveFCode_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -151,9 +122,7 @@ struct COMMONGROUND_API InPurchasePack_CreateAndSaveFCode_Reply
 // Read never fails, and a list without rows keeps the rows of the object.
 struct COMMONGROUND_API InPurchasePack_GetFCodeList_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<InPurchaseFCodeRow> m_InPurchaseFCodeRows;
@@ -161,9 +130,7 @@ struct COMMONGROUND_API InPurchasePack_GetFCodeList_Reply
 
 struct COMMONGROUND_API InPurchasePack_UseFCode_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -171,9 +138,7 @@ struct COMMONGROUND_API InPurchasePack_UseFCode_Request
 
 struct COMMONGROUND_API InPurchasePack_UseFCode_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
 };

@@ -4,6 +4,7 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "packs/match4_shop.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"
@@ -12,17 +13,9 @@
 
 #include <vector>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API Match4Pack_EnterYundonghui_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     AccountData m_Account;
@@ -32,9 +25,7 @@ struct COMMONGROUND_API Match4Pack_EnterYundonghui_Request
 
 struct COMMONGROUND_API Match4Pack_EnterYundonghui_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -47,9 +38,7 @@ struct COMMONGROUND_API Match4Pack_EnterYundonghui_Reply
 
 struct COMMONGROUND_API Match4Pack_ExitYundonghui_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     AccountMatchData4 m_MatchData4;
@@ -58,9 +47,7 @@ struct COMMONGROUND_API Match4Pack_ExitYundonghui_Request
 
 struct COMMONGROUND_API Match4Pack_ExitYundonghui_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -70,18 +57,14 @@ struct COMMONGROUND_API Match4Pack_ExitYundonghui_Reply
 
 struct COMMONGROUND_API Match4Pack_GetAccuntInfo_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API Match4Pack_GetAccuntInfo_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -90,9 +73,7 @@ struct COMMONGROUND_API Match4Pack_GetAccuntInfo_Reply
 
 struct COMMONGROUND_API Match4Pack_SaveMatchData_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     AccountMatchData4 m_MatchData4;
@@ -102,27 +83,21 @@ struct COMMONGROUND_API Match4Pack_SaveMatchData_Request
 
 struct COMMONGROUND_API Match4Pack_SaveMatchData_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
 };
 
 struct COMMONGROUND_API Match4Pack_DeductEnergy_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API Match4Pack_DeductEnergy_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     AccountData m_Account;
@@ -130,9 +105,7 @@ struct COMMONGROUND_API Match4Pack_DeductEnergy_Reply
 
 struct COMMONGROUND_API Match4Pack_EndGameCalculate_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     AccountMatchData4 m_MatchData4;
@@ -140,9 +113,7 @@ struct COMMONGROUND_API Match4Pack_EndGameCalculate_Reply
 
 struct COMMONGROUND_API Match4Pack_FindMate_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     AccountData m_Account;
     AccountMatchData4 m_MatchData4;
@@ -150,9 +121,7 @@ struct COMMONGROUND_API Match4Pack_FindMate_Request
 
 struct COMMONGROUND_API Match4Pack_FindMate_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     AccountMatchData4 m_MatchData4;
     zet::String_T<wchar_t> m_Text1;
@@ -163,9 +132,7 @@ struct COMMONGROUND_API Match4Pack_FindMate_Reply
 // One line of the history of earlier results.
 struct COMMONGROUND_API Match4HistoryRec
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -176,9 +143,7 @@ struct COMMONGROUND_API Match4HistoryRec
 
 struct COMMONGROUND_API Match4Pack_CheckHstryRec_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
@@ -186,9 +151,7 @@ struct COMMONGROUND_API Match4Pack_CheckHstryRec_Request
 // The reader sets the size of both lists before; elements without a slot are dropped. The second list is sent first.
 struct COMMONGROUND_API Match4Pack_CheckHstryRec_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -199,9 +162,7 @@ struct COMMONGROUND_API Match4Pack_CheckHstryRec_Reply
 // Server time.
 struct COMMONGROUND_API Match4Pack_CheckBeWeekend_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     bool m_Flag1 = false;
@@ -210,9 +171,7 @@ struct COMMONGROUND_API Match4Pack_CheckBeWeekend_Reply final
 
 struct COMMONGROUND_API Match4Pack_RememberStateIn_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
@@ -221,9 +180,7 @@ struct COMMONGROUND_API Match4Pack_RememberStateIn_Request
 // cell of the second. Values of a peer beyond the tables are read and dropped.
 struct COMMONGROUND_API Match4Pack_SportRank_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     static constexpr int kBoards = 6;
     static constexpr int kRanks = 5;

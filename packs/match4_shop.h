@@ -3,23 +3,16 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"
 #include "playerdata/letter.h"
 #include "playerdata/match_data.h"
 
 #include <vector>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API Match4ShopGood
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_GoodId = 0;
     zet::String_T<wchar_t> m_Text1;
@@ -32,9 +25,7 @@ struct COMMONGROUND_API Match4ShopGood
 
 struct COMMONGROUND_API Match4Pack_BuyShopGood_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -46,9 +37,7 @@ struct COMMONGROUND_API Match4Pack_BuyShopGood_Request
 
 struct COMMONGROUND_API Match4Pack_BuyShopGood_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     bool m_Flag1 = false;
@@ -61,9 +50,7 @@ struct COMMONGROUND_API Match4Pack_BuyShopGood_Reply
 // Read appends to the goods of the object.
 struct COMMONGROUND_API Match4Pack_TicketGoodConfig_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<Match4ShopGood> m_Goods1;
@@ -73,9 +60,7 @@ struct COMMONGROUND_API Match4Pack_TicketGoodConfig_Reply
 // The orders are letters.
 struct COMMONGROUND_API Match4Pack_OrderRecord_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<CLetter> m_Orders;

@@ -4,20 +4,13 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"
 #include "playerdata/match_data.h"
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API MatchPack_EnterBestFamily_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     AccountData m_Account;
@@ -26,9 +19,7 @@ struct COMMONGROUND_API MatchPack_EnterBestFamily_Request
 
 struct COMMONGROUND_API MatchPack_EnterBestFamily_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -39,9 +30,7 @@ struct COMMONGROUND_API MatchPack_EnterBestFamily_Reply
 
 struct COMMONGROUND_API MatchPack_ExitBestFamily_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     AccountMatchData3 m_MatchData3;
@@ -50,9 +39,7 @@ struct COMMONGROUND_API MatchPack_ExitBestFamily_Request
 
 struct COMMONGROUND_API MatchPack_ExitBestFamily_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -63,18 +50,14 @@ struct COMMONGROUND_API MatchPack_ExitBestFamily_Reply
 // Throws a die.
 struct COMMONGROUND_API MatchPack_BestFamilyRandomDice_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API MatchPack_BestFamilyRandomDice_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -84,9 +67,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyRandomDice_Reply
 // Sets a die to a number of the player's choice.
 struct COMMONGROUND_API MatchPack_BestFamilySetDice_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
@@ -94,9 +75,7 @@ struct COMMONGROUND_API MatchPack_BestFamilySetDice_Request
 
 struct COMMONGROUND_API MatchPack_BestFamilySetDice_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -105,18 +84,14 @@ struct COMMONGROUND_API MatchPack_BestFamilySetDice_Reply
 
 struct COMMONGROUND_API MatchPack_BestFamilyTigerMachine_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API MatchPack_BestFamilyTigerMachine_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -125,9 +100,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyTigerMachine_Reply
 
 struct COMMONGROUND_API MatchPack_BestFamilyTask_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
@@ -135,9 +108,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyTask_Request
 
 struct COMMONGROUND_API MatchPack_BestFamilyTask_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -146,9 +117,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyTask_Reply
 
 struct COMMONGROUND_API MatchPack_BestFamilyCheckGameResult_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
@@ -158,9 +127,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyCheckGameResult_Request
 
 struct COMMONGROUND_API MatchPack_BestFamilyCheckGameResult_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -169,18 +136,14 @@ struct COMMONGROUND_API MatchPack_BestFamilyCheckGameResult_Reply
 
 struct COMMONGROUND_API MatchPack_BestFamilyCountDownTime_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API MatchPack_BestFamilyCountDownTime_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -189,9 +152,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyCountDownTime_Reply
 
 struct COMMONGROUND_API MatchPack_ModifyCountDownTime_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;

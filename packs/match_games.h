@@ -3,32 +3,23 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"
 #include "playerdata/match_data.h"
 #include "playerdata/rank_sort.h"
 
 #include <vector>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API MatchPack_SelectBrainGame_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API MatchPack_SelectBrainGame_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -41,9 +32,7 @@ struct COMMONGROUND_API MatchPack_SelectBrainGame_Reply
 
 struct COMMONGROUND_API MatchPack_StartBrainGame_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -51,9 +40,7 @@ struct COMMONGROUND_API MatchPack_StartBrainGame_Request
 
 struct COMMONGROUND_API MatchPack_StartBrainGame_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -62,9 +49,7 @@ struct COMMONGROUND_API MatchPack_StartBrainGame_Reply
 
 struct COMMONGROUND_API MatchPack_BuyTool_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -74,9 +59,7 @@ struct COMMONGROUND_API MatchPack_BuyTool_Request
 
 struct COMMONGROUND_API MatchPack_BuyTool_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     AccountMatchData3 m_MatchData3;
@@ -87,9 +70,7 @@ struct COMMONGROUND_API MatchPack_BuyTool_Reply
 
 struct COMMONGROUND_API MatchPack_TryAgainGame_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -97,9 +78,7 @@ struct COMMONGROUND_API MatchPack_TryAgainGame_Request
 
 struct COMMONGROUND_API MatchPack_TryAgainGame_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -109,9 +88,7 @@ struct COMMONGROUND_API MatchPack_TryAgainGame_Reply
 
 struct COMMONGROUND_API MatchPack_PlayerList_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -120,9 +97,7 @@ struct COMMONGROUND_API MatchPack_PlayerList_Request
 // The player's own position precedes the list.
 struct COMMONGROUND_API MatchPack_PlayerList_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;

@@ -3,20 +3,13 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 #include <vector>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API MatchPackType_LotteryBaseNum
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -29,9 +22,7 @@ struct COMMONGROUND_API MatchPackType_LotteryBaseNum
 // Seven tables of fixed size. A count precedes each, and readers ignore it.
 struct COMMONGROUND_API MatchPackType_LotteryAllNum
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     // Cells of a row, and rows of a table.
     static constexpr int kSide = 5;
@@ -51,9 +42,7 @@ struct COMMONGROUND_API MatchPackType_LotteryAllNum
 // The reply to MatchPack_LotteryReset_Request.
 struct COMMONGROUND_API MatchPackType_LotteryReset
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -63,9 +52,7 @@ struct COMMONGROUND_API MatchPackType_LotteryReset
 // The reply to MatchPack_LotteryRevealer_Request.
 struct COMMONGROUND_API MatchPackType_LotteryRevealer
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     std::vector<int> m_Numbers1;
     std::vector<zet::String_T<wchar_t>> m_Names;
@@ -79,9 +66,7 @@ struct COMMONGROUND_API MatchPackType_LotteryRevealer
 
 struct COMMONGROUND_API MatchPackType_IsCanRevealer
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     zet::String_T<wchar_t> m_Text1;

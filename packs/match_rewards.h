@@ -3,24 +3,17 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"
 #include "playerdata/match_data.h"
 
 #include <utility>
 #include <vector>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 // Read never fails.
 struct COMMONGROUND_API MatchPack_FinishSchedule_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     std::vector<zet::String_T<wchar_t>> m_Names;
@@ -28,9 +21,7 @@ struct COMMONGROUND_API MatchPack_FinishSchedule_Request
 
 struct COMMONGROUND_API MatchPack_FinishSchedule_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -38,18 +29,14 @@ struct COMMONGROUND_API MatchPack_FinishSchedule_Reply
 
 struct COMMONGROUND_API MatchPack_TakeGift_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API MatchPack_TakeGift_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     AccountMatchData3 m_MatchData3;
@@ -59,9 +46,7 @@ struct COMMONGROUND_API MatchPack_TakeGift_Reply
 
 struct COMMONGROUND_API MatchPack_TeamAwards_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     zet::String_T<wchar_t> m_Text1;
@@ -70,9 +55,7 @@ struct COMMONGROUND_API MatchPack_TeamAwards_Request
 // Read appends to the lists of the object, and never fails.
 struct COMMONGROUND_API MatchPack_TeamAwards_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     std::vector<zet::String_T<wchar_t>> m_List1;
     std::vector<zet::String_T<wchar_t>> m_List2;
@@ -83,18 +66,14 @@ struct COMMONGROUND_API MatchPack_TeamAwards_Reply
 // Has no reply.
 struct COMMONGROUND_API MatchPack_UpdateBaodiTaskExecState_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     bool m_Flag1 = true;
 };
 
 struct COMMONGROUND_API MatchPack_GiveBet_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
@@ -102,9 +81,7 @@ struct COMMONGROUND_API MatchPack_GiveBet_Request
 
 struct COMMONGROUND_API MatchPack_GiveBet_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     AccountMatchData3 m_MatchData3;
@@ -114,18 +91,14 @@ struct COMMONGROUND_API MatchPack_GiveBet_Reply
 
 struct COMMONGROUND_API MatchPack_GivePraise_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API MatchPack_GivePraise_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -134,9 +107,7 @@ struct COMMONGROUND_API MatchPack_GivePraise_Reply
 
 struct COMMONGROUND_API MatchPack_FinalLottery_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -146,9 +117,7 @@ struct COMMONGROUND_API MatchPack_FinalLottery_Request
 
 struct COMMONGROUND_API MatchPack_FinalLottery_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     zet::String_T<wchar_t> m_Msg;
@@ -160,16 +129,12 @@ struct COMMONGROUND_API MatchPack_FinalLottery_Reply
 
 struct COMMONGROUND_API MatchPack_FinalMatchInfo_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 };
 
 struct COMMONGROUND_API MatchPack_FinalMatchInfo_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -184,9 +149,7 @@ struct COMMONGROUND_API MatchPack_FinalMatchInfo_Reply
 // Answered by MatchPackType_LotteryReset.
 struct COMMONGROUND_API MatchPack_LotteryReset_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
@@ -194,7 +157,5 @@ struct COMMONGROUND_API MatchPack_LotteryReset_Request
 // Answered by MatchPackType_LotteryRevealer.
 struct COMMONGROUND_API MatchPack_LotteryRevealer_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 };

@@ -3,23 +3,13 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/match_data.h"
 #include "playerdata/match_records.h"
 
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API MatchPack_ExchangeStampRequest
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -30,6 +20,7 @@ struct COMMONGROUND_API MatchPack_ExchangeStampRequest
 
 struct COMMONGROUND_API MatchPack_ExchangeStampReply final
 {
+    // Not WIRE_INTERFACE_BOTH_VIRTUAL: the data packager's come first here, and the order is part of the interface.
     virtual bool Write(CDataPackager* pk) const;
     virtual bool Write(CCmdPackager* pk) const;
     virtual bool Read(CDataPackager* pk);
@@ -47,9 +38,7 @@ struct COMMONGROUND_API MatchPack_ExchangeStampReply final
 // The reply instead of the goods if the stock is too small.
 struct COMMONGROUND_API MatchPack_NotEnoughStockReply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -58,9 +47,7 @@ struct COMMONGROUND_API MatchPack_NotEnoughStockReply final
 
 struct COMMONGROUND_API MatchPack_StampChangeGoodsRequest
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
@@ -68,9 +55,7 @@ struct COMMONGROUND_API MatchPack_StampChangeGoodsRequest
 // The goods, and the code if the prize is a code.
 struct COMMONGROUND_API MatchPack_StampChangeGoodsReply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     MatchShopAwardsInfo m_ShopAwards;
     MatchAwardsCodeInfo m_AwardsCode;

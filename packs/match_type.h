@@ -4,30 +4,21 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "packs/match_lottery.h"
 #include "playerdata/match_data.h"
 #include "playerdata/match_records.h"
 
 #include <vector>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API MatchPackType_Login_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 };
 
 struct COMMONGROUND_API MatchPackType_Login_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     AccountMatchData m_MatchData;
     int m_Value1 = 0;
@@ -36,32 +27,24 @@ struct COMMONGROUND_API MatchPackType_Login_Reply
 
 struct COMMONGROUND_API MatchPackType_Logout_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 };
 
 struct COMMONGROUND_API MatchPackType_Logout_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
 };
 
 struct COMMONGROUND_API MatchPackType_QueryMatchState_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 };
 
 struct COMMONGROUND_API MatchPackType_QueryMatchState_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     MatchData m_Match;
     zet::String_T<wchar_t> m_Msg;
@@ -69,18 +52,14 @@ struct COMMONGROUND_API MatchPackType_QueryMatchState_Reply
 
 struct COMMONGROUND_API MatchPackType_SelectTeam_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_TeamId = 0;
 };
 
 struct COMMONGROUND_API MatchPackType_SelectTeam_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     AccountMatchData m_MatchData;
     zet::String_T<wchar_t> m_Msg;
@@ -88,9 +67,7 @@ struct COMMONGROUND_API MatchPackType_SelectTeam_Reply
 
 struct COMMONGROUND_API MatchPackType_StartGame_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     bool m_Flag1 = false;
@@ -98,18 +75,14 @@ struct COMMONGROUND_API MatchPackType_StartGame_Request
 
 struct COMMONGROUND_API MatchPackType_StartGame_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
 };
 
 struct COMMONGROUND_API MatchPackType_EndGame_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     float m_Float1 = 0;
@@ -118,9 +91,7 @@ struct COMMONGROUND_API MatchPackType_EndGame_Request
 
 struct COMMONGROUND_API MatchPackType_EndGame_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     bool m_Flag1 = false;
@@ -131,9 +102,7 @@ struct COMMONGROUND_API MatchPackType_EndGame_Reply
 
 struct COMMONGROUND_API MatchPackType_QueryTeamState_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     TeamMatchData m_Team1;
     TeamMatchData m_Team2;
@@ -142,9 +111,7 @@ struct COMMONGROUND_API MatchPackType_QueryTeamState_Reply
 
 struct COMMONGROUND_API MatchPackType_UpdateTeamState_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -157,16 +124,12 @@ struct COMMONGROUND_API MatchPackType_UpdateTeamState_Reply
 
 struct COMMONGROUND_API MatchPackType_QueryTeamRank_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 };
 
 struct COMMONGROUND_API MatchPackType_QueryTeamRank_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     std::vector<TeamMatchRankData> m_RankList;
     zet::String_T<wchar_t> m_Msg;
@@ -174,18 +137,14 @@ struct COMMONGROUND_API MatchPackType_QueryTeamRank_Reply
 
 struct COMMONGROUND_API MatchPackType_QueryPersonTeamRank_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API MatchPackType_QueryPersonTeamRank_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     std::vector<AccountMatchRankData> m_RankList1;
     std::vector<AccountMatchRankData> m_RankList2;
@@ -195,9 +154,7 @@ struct COMMONGROUND_API MatchPackType_QueryPersonTeamRank_Reply
 
 struct COMMONGROUND_API MatchPackType_QueryTotalScoreRank_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     std::vector<MatchTotalScoreRank> m_RankList1;
     std::vector<MatchTotalScoreRank> m_RankList2;
@@ -206,9 +163,7 @@ struct COMMONGROUND_API MatchPackType_QueryTotalScoreRank_Reply
 
 struct COMMONGROUND_API MatchPackType_QueryGameStopRank_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -218,9 +173,7 @@ struct COMMONGROUND_API MatchPackType_QueryGameStopRank_Reply
 
 struct COMMONGROUND_API MatchPackType_QuerySchedule_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     std::vector<TeamMatchScheduleData> m_Schedule;
     zet::String_T<wchar_t> m_Msg;
@@ -228,27 +181,21 @@ struct COMMONGROUND_API MatchPackType_QuerySchedule_Reply
 
 struct COMMONGROUND_API MatchPackType_QueryPersonClearedInfo_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
 };
 
 struct COMMONGROUND_API MatchPackType_QueryAwardsRequest
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
 };
 
 struct COMMONGROUND_API MatchPackType_QueryAwardsReply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     std::vector<MatchQueryAwards> m_Awards;
     int m_Value1 = 0;

@@ -1,24 +1,19 @@
 // The maximum values of named quantities, exchanged in both directions, and the two commands that control the profiler.
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/profiling.h"
 #include "packaging/command_head.h"
+#include "packaging/wire_interface.h"
 
 #include <map>
 #include <vector>
-
-class CDataPackager;
 
 // The maximum of one quantity.
 class COMMONGROUND_API cProfilingMaxValue
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // Whether any of the three values is above 0.
     bool IsValid() const { return m_Value1 > 0 || m_Value2 > 0 || m_Value3 > 0; }
@@ -35,9 +30,7 @@ public:
 class COMMONGROUND_API CmdProfilingPack_GetMaxValues
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     std::map<zet::String_T<wchar_t>, cProfilingMaxValue> m_ProfilingMaxValues;
 };
@@ -46,9 +39,7 @@ public:
 class COMMONGROUND_API CmdProfilingPack_SubmitMaxValues
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     std::map<zet::String_T<wchar_t>, cProfilingMaxValue> m_ProfilingMaxValues;
 };

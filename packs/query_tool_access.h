@@ -4,20 +4,13 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 #include <vector>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API QT_Login_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -25,9 +18,7 @@ struct COMMONGROUND_API QT_Login_Request final
 
 struct COMMONGROUND_API QT_Login_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     bool m_Flag1 = false;
     zet::String_T<wchar_t> m_Text1;
@@ -36,18 +27,14 @@ struct COMMONGROUND_API QT_Login_Reply final
 
 struct COMMONGROUND_API QT_CheckVersion_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Version;
 };
 
 struct COMMONGROUND_API QT_CheckVersion_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     bool m_Flag1 = false;
     zet::String_T<wchar_t> m_Text1;
@@ -55,27 +42,21 @@ struct COMMONGROUND_API QT_CheckVersion_Reply final
 
 struct COMMONGROUND_API QT_SendProductType final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_ProductType = 0;
 };
 
 struct COMMONGROUND_API QT_InsertMac_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     std::vector<zet::String_T<wchar_t>> m_Texts;
 };
 
 struct COMMONGROUND_API QT_TableTimeFrom_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -84,9 +65,7 @@ struct COMMONGROUND_API QT_TableTimeFrom_Reply final
 // The nine lists of choices of a query. All counts precede all texts.
 struct COMMONGROUND_API QT_QueryCondition_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_List1;

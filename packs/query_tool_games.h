@@ -4,20 +4,13 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 #include <vector>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API QT_BstFmy3_DailyStats_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -25,9 +18,7 @@ struct COMMONGROUND_API QT_BstFmy3_DailyStats_Request final
 
 struct COMMONGROUND_API QT_BstFmy3_DailyStats_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;
@@ -39,9 +30,7 @@ struct COMMONGROUND_API QT_BstFmy3_DailyStats_Reply final
 
 struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -49,9 +38,7 @@ struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Request final
 
 struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;
@@ -62,9 +49,7 @@ struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Reply final
 
 struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -72,9 +57,7 @@ struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Request final
 
 struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;
@@ -86,9 +69,7 @@ struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Reply final
 
 struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -96,9 +77,7 @@ struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Request final
 
 struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;
@@ -111,9 +90,7 @@ struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Reply final
 
 struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -121,9 +98,7 @@ struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Request final
 
 struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;
@@ -135,9 +110,7 @@ struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Reply final
 
 struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -145,9 +118,7 @@ struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Request final
 
 struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;

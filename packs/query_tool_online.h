@@ -3,20 +3,13 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 #include <vector>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -24,9 +17,7 @@ struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Request final
 
 struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;
@@ -35,9 +26,7 @@ struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Reply final
 
 struct COMMONGROUND_API QT_OnlineQuery_DaysOnline_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -46,9 +35,7 @@ struct COMMONGROUND_API QT_OnlineQuery_DaysOnline_Request final
 
 struct COMMONGROUND_API QT_OnlineQuery_DaysOnline_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     std::vector<zet::String_T<wchar_t>> m_Column1;

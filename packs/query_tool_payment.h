@@ -5,20 +5,13 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 #include <vector>
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API QT_OverviewPay_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -27,9 +20,7 @@ struct COMMONGROUND_API QT_OverviewPay_Request final
 
 struct COMMONGROUND_API QT_OverviewPay_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     float m_Float1 = 0;
@@ -44,9 +35,7 @@ struct COMMONGROUND_API QT_OverviewPay_Reply final
 
 struct COMMONGROUND_API QT_Payment_Pay_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 1;
     zet::String_T<wchar_t> m_Text1;
@@ -58,9 +47,7 @@ struct COMMONGROUND_API QT_Payment_Pay_Request final
 
 struct COMMONGROUND_API QT_Payment_Pay_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     int m_Value1 = 0;
@@ -78,9 +65,7 @@ struct COMMONGROUND_API QT_Payment_Pay_Reply final
 
 struct COMMONGROUND_API QT_Payment_Consumption_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 1;
     zet::String_T<wchar_t> m_Text1;
@@ -90,9 +75,7 @@ struct COMMONGROUND_API QT_Payment_Consumption_Request final
 
 struct COMMONGROUND_API QT_Payment_Consumption_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     int m_Value1 = 0;
@@ -107,9 +90,7 @@ struct COMMONGROUND_API QT_Payment_Consumption_Reply final
 
 struct COMMONGROUND_API QT_Nib2Nib3_Pay_Request final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     int m_Value1 = 1;
     zet::String_T<wchar_t> m_Text1;
@@ -121,9 +102,7 @@ struct COMMONGROUND_API QT_Nib2Nib3_Pay_Request final
 
 struct COMMONGROUND_API QT_Nib2Nib3_Pay_Reply final
 {
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     int m_Value1 = 0;

@@ -7,10 +7,11 @@
 //   CCmdSocialReply      the same, error:16, message:text
 #pragma once
 
-#include "dispatch/command_ids.h"
 #include "dispatch/command_process.h"
+#include "dispatch/ids/social.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
+#include "packaging/wire_interface.h"
 
 enum SocialError : unsigned short
 {
@@ -33,9 +34,7 @@ public:
 
     // Sets the text of the process's seed.
     explicit CCmdSocialPlatform(unsigned short id);
-    bool Write(CCmdPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_OVERRIDE
 
     const zet::String_T<wchar_t>& getVerifySeed() const { return m_VerifySeed; }
     void setVerifySeed(const zet::String_T<wchar_t>& seed) { m_VerifySeed = seed; }
@@ -90,9 +89,7 @@ class COMMONGROUND_API CmdSocialSubPack
 {
 public:
     explicit CmdSocialSubPack(unsigned short type) : m_PackType(type) {}
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_VIRTUAL
 
     unsigned short getPackType() const { return m_PackType; }
     void setPackType(unsigned short type) { m_PackType = type; }
@@ -104,18 +101,14 @@ class COMMONGROUND_API CmdSocialOccupyAPIRequest : public CmdSocialSubPack
 {
 public:
     CmdSocialOccupyAPIRequest() : CmdSocialSubPack(kSocialOccupyAPI) {}
-    bool Write(CCmdPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_OVERRIDE
 };
 
 class COMMONGROUND_API CmdSocialOccupyAPIReply : public CmdSocialSubPack
 {
 public:
     CmdSocialOccupyAPIReply() : CmdSocialSubPack(kSocialOccupyAPI) {}
-    bool Write(CCmdPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_OVERRIDE
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -125,9 +118,7 @@ class COMMONGROUND_API CmdSocialReleaseAPIRequest : public CmdSocialSubPack
 {
 public:
     CmdSocialReleaseAPIRequest() : CmdSocialSubPack(kSocialReleaseAPI) {}
-    bool Write(CCmdPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_OVERRIDE
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -138,27 +129,21 @@ class COMMONGROUND_API CmdSocialReleaseAPIReply : public CmdSocialSubPack
 {
 public:
     CmdSocialReleaseAPIReply() : CmdSocialSubPack(kSocialReleaseAPI) {}
-    bool Write(CCmdPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_OVERRIDE
 };
 
 class COMMONGROUND_API CmdSocialCreateAccessTokenRequest : public CmdSocialSubPack
 {
 public:
     CmdSocialCreateAccessTokenRequest() : CmdSocialSubPack(kSocialCreateAccessToken) {}
-    bool Write(CCmdPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_OVERRIDE
 };
 
 class COMMONGROUND_API CmdSocialCreateAccessTokenReply : public CmdSocialSubPack
 {
 public:
     CmdSocialCreateAccessTokenReply() : CmdSocialSubPack(kSocialCreateAccessToken) {}
-    bool Write(CCmdPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD_OVERRIDE
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;

@@ -3,15 +3,14 @@
 #pragma once
 
 #include "commands/sport.h"
+#include "packaging/wire_interface.h"
 
 #include <map>
 
 class COMMONGROUND_API CmdStartSessionAction
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
 };
@@ -19,9 +18,7 @@ public:
 class COMMONGROUND_API CmdEnterLobbyAction
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -31,9 +28,7 @@ public:
 class COMMONGROUND_API CmdEnterRoomAction
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
 };
@@ -41,9 +36,7 @@ public:
 class COMMONGROUND_API CmdAutoMatchAction
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     unsigned short m_Word1 = 0;
 };
@@ -51,9 +44,7 @@ public:
 class COMMONGROUND_API CmdPrepareGameAction
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::Uuid m_Id1;
 };
@@ -61,9 +52,7 @@ public:
 class COMMONGROUND_API CmdSetReadyAction
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     bool m_Flag1 = false;
 };
@@ -71,9 +60,7 @@ public:
 class COMMONGROUND_API CmdEndGameAction
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     CSportScore m_SportScore;
 };
@@ -81,9 +68,7 @@ public:
 class COMMONGROUND_API CmdSubmitActEffectDataAction
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     CSportActEffectData m_SportActEffectData;
 };
@@ -92,9 +77,7 @@ public:
 class COMMONGROUND_API CmdSportCommonResult
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     unsigned char m_Byte1 = 0;
     zet::String_T<wchar_t> m_Text1;
@@ -103,9 +86,7 @@ public:
 class COMMONGROUND_API CmdSessionStartedNotify
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     unsigned short m_Word1 = 0;
@@ -115,9 +96,7 @@ public:
 class COMMONGROUND_API CmdCreateRoomNotify
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
 };
@@ -125,9 +104,7 @@ public:
 class COMMONGROUND_API CmdEnterRoomNotify
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -137,9 +114,7 @@ public:
 class COMMONGROUND_API CmdActEffectNotify
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
     CSportActEffectData m_SportActEffectData;
@@ -149,9 +124,7 @@ public:
 class COMMONGROUND_API CmdGameOverNotify
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     std::map<zet::String_T<wchar_t>, int> m_Entries;
 };
@@ -159,9 +132,7 @@ public:
 class COMMONGROUND_API CmdSportCommonNotify
 {
 public:
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_DATA
 
     zet::String_T<wchar_t> m_Text1;
 };

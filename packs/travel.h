@@ -4,30 +4,21 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"
 #include "playerdata/travel_data.h"
 
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
-
 struct COMMONGROUND_API TravelWorldPack_LoadData_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     AccountData m_Account;
 };
 
 struct COMMONGROUND_API TravelWorldPack_LoadData_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     AccountTravelData m_TravelData;
@@ -35,9 +26,7 @@ struct COMMONGROUND_API TravelWorldPack_LoadData_Reply
 
 struct COMMONGROUND_API TravelWorldPack_SaveData_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     AccountTravelData m_TravelData;
     AccountGlobalData m_GlobalData;
@@ -45,18 +34,14 @@ struct COMMONGROUND_API TravelWorldPack_SaveData_Request
 
 struct COMMONGROUND_API TravelWorldPack_SaveData_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
 };
 
 struct COMMONGROUND_API TravelWorldPack_AttractUnLock_Request
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_AttractId = -1;
     int m_Value1 = 0;
@@ -65,9 +50,7 @@ struct COMMONGROUND_API TravelWorldPack_AttractUnLock_Request
 
 struct COMMONGROUND_API TravelWorldPack_AttractUnLock_Reply
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     AccountTravelData m_TravelData;

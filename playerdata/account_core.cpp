@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
+#include <type_traits>
+#include <utility>
 
 WIRE_ORDER_BOTH(AccountData)
 {
@@ -21,51 +24,31 @@ AccountData::AccountData(const AccountData& other) = default;
 AccountData::AccountData(AccountData&& other) noexcept = default;
 AccountData::~AccountData() = default;
 
+// Assignment and Reset put a new object in the place of the old one, so that the fields stand in the class and in the
+// order alone. All that can fail is done before, and the move cannot: a failure leaves the old object as it was.
+static_assert(std::is_nothrow_move_constructible_v<AccountData>);
+
+static void Replace(AccountData& old, AccountData&& made)
+{
+    std::destroy_at(&old);
+    std::construct_at(&old, std::move(made));
+}
+
 AccountData& AccountData::operator=(const AccountData& other)
 {
     if (this == &other)
         return *this;
-    m_AccountId = other.m_AccountId;
-    m_AccountName = other.m_AccountName;
-    m_AccountNote = other.m_AccountNote;
-    m_Value0 = other.m_Value0;
-    m_Value1 = other.m_Value1;
-    m_Value2 = other.m_Value2;
-    m_Value4 = other.m_Value4;
-    m_NewbieFlag = other.m_NewbieFlag;
-    m_Value5 = other.m_Value5;
-    m_Value6 = other.m_Value6;
-    m_Value7 = other.m_Value7;
-    m_Flag = other.m_Flag;
-    m_KinectGame = other.m_KinectGame;
-    m_TrainingMap = other.m_TrainingMap;
-    m_DateMap = other.m_DateMap;
-    m_KinectMap = other.m_KinectMap;
-    m_ItemList = other.m_ItemList;
-    m_GiftBox = other.m_GiftBox;
+    AccountData made(other);
+    made.m_Value3 = m_Value3;
+    std::copy(std::begin(m_Allowance), std::end(m_Allowance), made.m_Allowance);
+    Replace(*this, std::move(made));
     return *this;
 }
 
 void AccountData::Reset()
 {
-    m_AccountId = 0;
-    m_AccountName.clear();
-    m_AccountNote.clear();
-    m_Value0 = 0;
-    m_Value1 = 0;
-    m_Value2 = 0;
-    std::fill(std::begin(m_Allowance), std::end(m_Allowance), 10);
-    m_Value3 = 0;
-    m_Value4 = 0;
-    m_NewbieFlag = 0;
-    m_Value5 = 0;
-    m_Value6 = 0;
-    m_Value7 = 0;
-    m_Flag = false;
-    m_KinectGame.Reset();
-    m_TrainingMap.clear();
-    m_DateMap.clear();
-    m_KinectMap.clear();
-    m_ItemList.clear();
-    m_GiftBox.clear();
+    AccountData made;
+    made.m_KinectGame = std::move(m_KinectGame);
+    made.m_KinectGame.Reset();
+    Replace(*this, std::move(made));
 }

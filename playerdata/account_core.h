@@ -5,6 +5,7 @@
 // and serialise access; nothing here is locked. A bad index gives null, false or no effect, never an error.
 #pragma once
 
+#include "packaging/wire_interface.h"
 #include "playerdata/game_training.h"
 #include "playerdata/items.h"
 
@@ -24,15 +25,10 @@ public:
     // assignment from a temporary follows the same rule.
     AccountData& operator=(const AccountData& other);
 
-    // Both return false at the first field or count that fails, and Write also at the first element. An element that
-    // fails to be read is stored as far as it was read, and Read continues. Read keys the games by their m_GameId (of
-    // two equal ones the last is kept) and the dates by their position: gaps between their slots close when they are
-    // sent.
-    bool Write(CCmdPackager* pk) const;
-    bool Write(CDataPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    // A field or a count that fails ends either with false; so does an element that cannot be written. An element that
+    // cannot be read is stored as far as it was read, and the reading goes on. Read keys the games by their m_GameId,
+    // the last of two staying, and the dates by their place: holes between their slots close when they travel.
+    WIRE_INTERFACE_BOTH
 
     // Resets everything to its default except the base fields of m_KinectGame, which do not change.
     void Reset();

@@ -5,27 +5,18 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 #include <vector>
 
 class AccountData;
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
 
 class COMMONGROUND_API AccountGlobalData
 {
 public:
     // Every field is processed, whatever the result of those before it; only the count of m_LastServerList decides the
     // result.
-    bool Write(CCmdPackager* pk) const;
-    bool Write(CDataPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // Resets everything to its default except m_GlobalValue1, which does not change.
     void Reset();

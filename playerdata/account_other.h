@@ -3,23 +3,13 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
-
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
+#include "packaging/wire_interface.h"
 
 // A player's achievements.
 class COMMONGROUND_API AccountAchievementData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // Resets all members to their defaults.
     void Reset();
@@ -50,11 +40,7 @@ public:
 class COMMONGROUND_API AccountBehaviourData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // Resets all members to their defaults.
     void Reset();
@@ -72,11 +58,7 @@ public:
 class COMMONGROUND_API AccountCombatData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     int m_CombatRating = 1200;
     int m_CombatValue0 = 0;
@@ -100,11 +82,7 @@ public:
 class COMMONGROUND_API AccountBS4Data
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -123,11 +101,7 @@ public:
 class COMMONGROUND_API AccountLingYuanGouData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // Resets all members to their defaults.
     void Reset();

@@ -4,29 +4,20 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 class CCmdHead;
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
 
 // The base of all activities. m_StartTime and m_EndTime are calendar texts in local standard time.
 class COMMONGROUND_API FGameActivityBase
 {
 public:
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    virtual bool Read(CDataPackager* pk);
+    WIRE_INTERFACE_BOTH_VIRTUAL
     virtual bool DealActivity(CCmdHead* command) = 0;
     virtual zet::String_T<wchar_t> ToString() = 0;
     virtual void FromString(zet::String_T<wchar_t>& text) = 0;
     virtual bool CheckEnable() = 0;
     virtual void DailyClear() = 0;
-    static const wire::Schema& Wire();
 
     // The activity exists if this is above 0.
     int m_ActivityType = 0;
@@ -58,11 +49,7 @@ public:
     };
 
     FGameActivityChristmas() { m_ActivityType = 1; }
-    bool Write(CCmdPackager* pk) const override;
-    bool Write(CDataPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    bool Read(CDataPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH_OVERRIDE
 
     // An empty hook; false.
     bool DealActivity(CCmdHead* command) override;

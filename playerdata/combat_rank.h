@@ -3,23 +3,13 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
-
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
+#include "packaging/wire_interface.h"
 
 // One line of a board.
 class COMMONGROUND_API CombatRankData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     zet::String_T<wchar_t> m_Name;
     int m_Value1 = 0;
@@ -35,9 +25,7 @@ public:
     static constexpr int kColumns = 5;
     static constexpr int kThirdColumns = 3;
 
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;
@@ -61,9 +49,7 @@ class COMMONGROUND_API BS4RankData_Pack_Reply
 public:
     static constexpr int kRows = 100;
 
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Msg;
     int m_Value1 = 0;

@@ -2,6 +2,7 @@
 // games. The fields of all of them are carried.
 #pragma once
 
+#include "packaging/wire_interface.h"
 #include "playerdata/game_object.h"
 
 COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_BEGIN
@@ -20,11 +21,7 @@ public:
     // Copies the base and keeps its own fields.
     FGameMission& operator=(const FGameObject& object);
 
-    bool Write(CCmdPackager* pk) const override;
-    bool Write(CDataPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    bool Read(CDataPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH_OVERRIDE
 
     // Empty texts, always.
     zet::String_T<wchar_t> GetGoldenDescription() const;
@@ -53,11 +50,7 @@ public:
     // Copies the base and keeps its own fields.
     FGameMatch& operator=(const FGameObject& object);
 
-    bool Write(CCmdPackager* pk) const override;
-    bool Write(CDataPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    bool Read(CDataPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH_OVERRIDE
 
     // The empty text, always.
     zet::String_T<wchar_t> GetMatchDescription() const;
@@ -85,11 +78,7 @@ public:
     // Copies the base and keeps its own fields.
     FGameRush& operator=(const FGameObject& object);
 
-    bool Write(CCmdPackager* pk) const override;
-    bool Write(CDataPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    bool Read(CDataPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH_OVERRIDE
 
     // The empty text, always.
     zet::String_T<wchar_t> GetRushDescription() const;
@@ -129,15 +118,11 @@ public:
     // Copies the base and keeps its own fields.
     FGameMusic& operator=(const FGameObject& object);
 
-    bool Write(CCmdPackager* pk) const override;
-    bool Write(CDataPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    bool Read(CDataPackager* pk) override;
+    WIRE_INTERFACE_BOTH_OVERRIDE
     // Whether m_GameId is 1000 or more.
     bool IsValid() override;
     // The stars of a score, from 0 to 3: above 2 points one, above 4 two, above 6 three.
     int EvaluateGameScore(float score) override;
-    static const wire::Schema& Wire();
 
     int m_MusicSlot = -1;
     int m_MusicParam = 0;
@@ -162,11 +147,7 @@ public:
     // Copies the base and keeps its own fields.
     FGameBrain& operator=(const FGameObject& object);
 
-    bool Write(CCmdPackager* pk) const override;
-    bool Write(CDataPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    bool Read(CDataPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH_OVERRIDE
 
     zet::String_T<wchar_t> m_BrainText;
     bool m_BrainFlag = true;

@@ -7,13 +7,7 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
-
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
+#include "packaging/wire_interface.h"
 
 COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_BEGIN
 
@@ -26,12 +20,8 @@ public:
     // The best score of a game never played.
     static constexpr float kNotPlayed = -1.0f;
 
-    // A derived class has all fields of this class before its own. Stops at the first field that fails and returns
-    // false; fields already read keep their new values.
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    virtual bool Read(CDataPackager* pk);
+    // A derived class puts all fields of this class before its own.
+    WIRE_INTERFACE_BOTH_VIRTUAL
     // Does nothing, for any kind of game.
     virtual void SetBetterScore(float score);
     // Whether m_GameId is valid: from 1 to 99, except 5, which does not exist.
@@ -40,8 +30,6 @@ public:
     virtual int CaculateGameScore(float score);
     // The stars of a score, from 0 to 3: above 0 points one, from 60 two, from 80 three.
     virtual int EvaluateGameScore(float score);
-
-    static const wire::Schema& Wire();
 
     // The kind of game: the kGameType of the record's class.
     int m_GameType = kGameType;
@@ -73,11 +61,7 @@ public:
     // Copies the base including m_GameType: unlike the other kinds, this one does not set its own.
     FGameNewbie& operator=(const FGameObject& object);
 
-    bool Write(CCmdPackager* pk) const override;
-    bool Write(CDataPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    bool Read(CDataPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH_OVERRIDE
 };
 
 COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_END

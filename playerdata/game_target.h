@@ -3,18 +3,11 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
-
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
+#include "packaging/wire_interface.h"
 
 struct COMMONGROUND_API GameDifficulty
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Difficulty = -1;
     int m_Param0 = 0;
@@ -27,9 +20,7 @@ struct COMMONGROUND_API GameDifficulty
 
 struct COMMONGROUND_API GameTarget
 {
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_TargetType = -1;
     zet::String_T<wchar_t> m_TargetName;

@@ -4,6 +4,7 @@
 // nothing here clears m_PlayTimes. m_CDTime means a cool-down only if it is above 0.0.
 #pragma once
 
+#include "packaging/wire_interface.h"
 #include "playerdata/game_object.h"
 
 COMMONGROUND_NO_VIRTUAL_DESTRUCTOR_BEGIN
@@ -22,11 +23,7 @@ public:
     // Copies the base, then resets all its own fields except m_Group.
     FGameTraining& operator=(const FGameObject& object);
 
-    bool Write(CCmdPackager* pk) const override;
-    bool Write(CDataPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    bool Read(CDataPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH_OVERRIDE
 
     // Subtracts seconds from a running m_CDTime. The last step may leave it below 0, where it stays.
     void TickCD(float seconds);
@@ -70,11 +67,7 @@ public:
     // Copies the base, then resets its own fields.
     FGameKinect& operator=(const FGameObject& object);
 
-    bool Write(CCmdPackager* pk) const override;
-    bool Write(CDataPackager* pk) const override;
-    bool Read(CCmdPackager* pk) override;
-    bool Read(CDataPackager* pk) override;
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH_OVERRIDE
 
     // Resets its own four fields; those of FGameObject do not change.
     void Reset();

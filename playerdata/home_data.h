@@ -4,29 +4,19 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/items.h"
 
 #include <vector>
 
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
-
-// A player's state in the home feature. Prices rise with the purchases of the same day.
+// A player's state in the home feature. Prices rise with what was bought on the same day.
 class COMMONGROUND_API AccountHomeData
 {
 public:
     static constexpr int kPlainRushLife = 3;
     static constexpr int kVIPRushLife = 5;
 
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // The next unlock in diamonds, by m_RushUnlockTimes: 10 below 2, 20 below 6, then 40.
     int GetHomeRushUnlockPrice() const;
@@ -63,9 +53,7 @@ public:
 class COMMONGROUND_API MemberVisual
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_VisualValue0 = 0;
     unsigned long m_VisualValue1 = 0;
@@ -79,9 +67,7 @@ public:
 class COMMONGROUND_API MemberData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_MemberId = 0;
     zet::String_T<wchar_t> m_MemberText0;
@@ -98,9 +84,7 @@ public:
 class COMMONGROUND_API HomeData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_HomeId = -1;
     int m_HomeLevel = -1;

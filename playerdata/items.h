@@ -4,13 +4,7 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
-
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
+#include "packaging/wire_interface.h"
 
 // One stack of a thing, in the bag, in the gift box or in an offer.
 class COMMONGROUND_API FGameItem
@@ -20,11 +14,7 @@ public:
     // is loaded. Not const, since hosts know it as a variable; nothing in the library assigns to it.
     static zet::String_T<wchar_t> _DiscardStartTime;
 
-    bool Write(CCmdPackager* pk) const;
-    bool Write(CDataPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // Whether the item has pieces and a name and has not expired. It expires at the second of the deadline; an invalid
     // deadline counts as expired.
@@ -53,11 +43,7 @@ public:
 class COMMONGROUND_API FBigTableItem
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Write(CDataPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // Whether a prize is left in stock or reserve.
     bool IsHaveSku() const;
@@ -80,9 +66,7 @@ public:
 class COMMONGROUND_API Prop
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_PropId = 0;
     unsigned long m_Value0 = 0;

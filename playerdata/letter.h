@@ -3,12 +3,7 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
-
-class CCmdPackager;
-namespace wire
-{
-struct Schema;
-}
+#include "packaging/wire_interface.h"
 
 // Data only.
 class COMMONGROUND_API CLetter
@@ -18,13 +13,10 @@ public:
     CLetter(const CLetter&) = default;
     CLetter& operator=(const CLetter&) = default;
 
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
+    WIRE_INTERFACE_CMD_VIRTUAL
     virtual ~CLetter();
 
-    static const wire::Schema& Wire();
-
-    // -1 for a letter without an id.
+    // -1 marks a letter that has no id yet.
     int m_LetterId = -1;
     int m_LetterType = 0;
     zet::String_T<wchar_t> m_Text1;

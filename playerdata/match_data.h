@@ -4,26 +4,16 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/game_kinds.h"
 
 #include <map>
-
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
 
 // The first generation: stamps and teams.
 class COMMONGROUND_API AccountMatchData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     zet::String_T<wchar_t> m_MatchText0;
     zet::String_T<wchar_t> m_MatchText1;
@@ -42,9 +32,7 @@ public:
 class COMMONGROUND_API AccountMatchRankData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     // Copies the first two texts, m_MatchScore and m_MatchName.
     void ReadData(const AccountMatchData& data);
@@ -62,11 +50,7 @@ public:
     static constexpr int kWeekLives = 15;
 
     AccountMatchData3() { ClearScoreMap(); }
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // Sets the start scores of the event's games; other scores do not change.
     void ClearScoreMap();
@@ -130,11 +114,7 @@ public:
 class COMMONGROUND_API AccountMatchData4
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     int m_MatchRating = 1200;
     int m_Match4Value0 = 0;

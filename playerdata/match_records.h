@@ -4,23 +4,16 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 #include "playerdata/game_target.h"
 
 class AccountMatchData;
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
 
 // The numbers of a match's lottery.
 class COMMONGROUND_API LotteryInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_LotteryRowA[4] = {};
     int m_LotteryRowB[7] = {};
@@ -32,9 +25,7 @@ public:
 class COMMONGROUND_API MatchData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_MatchKind = 0;
     int m_MatchRound = 0;
@@ -50,11 +41,7 @@ public:
 class COMMONGROUND_API MatchRankData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     zet::String_T<wchar_t> m_RankName;
     int m_RankValue0 = 0;
@@ -65,9 +52,7 @@ public:
 class COMMONGROUND_API MatchTotalScoreRank
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     // Whether this is the row of the given record's player: compares only the first texts.
     bool operator==(const AccountMatchData& data) const;
@@ -83,9 +68,7 @@ public:
 class COMMONGROUND_API MatchAwardsCodeInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     bool operator==(const MatchAwardsCodeInfo& other) const;
 
@@ -97,9 +80,7 @@ public:
 class COMMONGROUND_API MatchQueryAwards
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
@@ -112,9 +93,7 @@ public:
 class COMMONGROUND_API MatchShopAwardsInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     zet::String_T<wchar_t> m_Text1;
@@ -129,9 +108,7 @@ public:
 class COMMONGROUND_API TeamIdData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_TeamId = -1;
     zet::String_T<wchar_t> m_TeamName;
@@ -141,9 +118,7 @@ public:
 class COMMONGROUND_API TeamMatchData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_TeamId = -1;
     zet::String_T<wchar_t> m_TeamName;
@@ -162,9 +137,7 @@ public:
 class COMMONGROUND_API TeamMatchRankData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_TeamId = 0;
     zet::String_T<wchar_t> m_TeamName;
@@ -179,9 +152,7 @@ public:
 class COMMONGROUND_API TeamMatchResultData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_TeamId1 = 0;
     zet::String_T<wchar_t> m_TeamName1;
@@ -196,9 +167,7 @@ public:
 class COMMONGROUND_API TeamMatchScheduleData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_CMD
 
     int m_Value1 = 0;
     int m_Value2 = 0;

@@ -6,22 +6,12 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
-
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
+#include "packaging/wire_interface.h"
 
 class COMMONGROUND_API AccountSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // By m_SortKey0, m_SortKey1, m_SortKey2, greater first; of equal rows the one with the earlier time is greater.
     bool operator>(const AccountSortInfo& other) const;
@@ -41,11 +31,7 @@ public:
 class COMMONGROUND_API GameKinectSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // By m_SortKey; of equal rows the one with the earlier time is greater.
     bool operator>(const GameKinectSortInfo& other) const;
@@ -65,11 +51,7 @@ public:
 class COMMONGROUND_API GameMatchSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     // This board is inverted: the row with the greater m_SortKey is the smaller, and of equal keys the one with the
     // later time. Both are false for rows with equal key and time.
@@ -94,11 +76,7 @@ public:
 class COMMONGROUND_API GameBrainSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     static void Exchange(GameBrainSortInfo& a, GameBrainSortInfo& b);
 
@@ -113,11 +91,7 @@ public:
 class COMMONGROUND_API GameCalorieSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     static void Exchange(GameCalorieSortInfo& a, GameCalorieSortInfo& b);
 
@@ -131,11 +105,7 @@ public:
 class COMMONGROUND_API GameMusicSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     static void Exchange(GameMusicSortInfo& a, GameMusicSortInfo& b);
 
@@ -149,11 +119,7 @@ public:
 class COMMONGROUND_API GameRushSortInfo
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     static void Exchange(GameRushSortInfo& a, GameRushSortInfo& b);
 

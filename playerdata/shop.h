@@ -2,6 +2,7 @@
 // Plain values. The catalogue comes from the servers' game data.
 #pragma once
 
+#include "packaging/wire_interface.h"
 #include "playerdata/items.h"
 
 #include <map>
@@ -11,12 +12,8 @@
 class COMMONGROUND_API FGameTrade
 {
 public:
-    // Items are first on the wire. Read stops at the first that fails and keeps those before it.
-    bool Write(CCmdPackager* pk) const;
-    bool Write(CDataPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    // Items come first on the wire. Read stops at the first that fails; those before it stay.
+    WIRE_INTERFACE_BOTH
 
     // m_MainType, or "Undefine" if it is empty.
     zet::String_T<wchar_t> GetMainType() const;
@@ -34,11 +31,7 @@ public:
 class COMMONGROUND_API FInPurchaseGameTrade : public FGameTrade
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Write(CDataPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     int m_PurchaseValue0 = 0;
     zet::String_T<wchar_t> m_PurchaseText;
@@ -49,13 +42,9 @@ public:
 class COMMONGROUND_API FGameShop
 {
 public:
-    // Read clears m_ShopTrades but appends to m_InPurchaseTrades: to read a catalogue again, use a new object. Of two
-    // shop offers with the same name the later is kept.
-    bool Write(CCmdPackager* pk) const;
-    bool Write(CDataPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    // Read empties m_ShopTrades but adds to m_InPurchaseTrades: whoever reads a catalogue again starts from a fresh
+    // object. Of two shop offers with one name the later stays.
+    WIRE_INTERFACE_BOTH
 
     // The offer of a name, or null; of two offers for real money with one name, the first. Owned by the shop and valid
     // until the shop changes.

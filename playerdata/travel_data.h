@@ -9,24 +9,14 @@
 
 #include "framework/platform/export.h"
 #include "framework/string.h"
+#include "packaging/wire_interface.h"
 
 #include <map>
-
-class CCmdPackager;
-class CDataPackager;
-namespace wire
-{
-struct Schema;
-}
 
 class COMMONGROUND_API FAttractData final
 {
 public:
-    virtual bool Write(CCmdPackager* pk) const;
-    virtual bool Write(CDataPackager* pk) const;
-    virtual bool Read(CCmdPackager* pk);
-    virtual bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH_VIRTUAL
 
     bool IsValid() const { return m_AttractId >= 0; }
 
@@ -40,11 +30,7 @@ public:
 class COMMONGROUND_API AccountTravelData
 {
 public:
-    bool Write(CCmdPackager* pk) const;
-    bool Read(CCmdPackager* pk);
-    bool Write(CDataPackager* pk) const;
-    bool Read(CDataPackager* pk);
-    static const wire::Schema& Wire();
+    WIRE_INTERFACE_BOTH
 
     bool IsReaded() const { return m_IsReaded; }
     bool IsValid() const { return m_IsValid; }

@@ -1,6 +1,6 @@
 #include "runtime/system_cmd_info.h"
 
-#include "dispatch/command_ids.h"
+#include "dispatch/ids/envelope.h"
 #include "framework/json.h"
 #include "framework/platform/platform.h"
 #include "packaging/command_head.h"

@@ -2,6 +2,8 @@
 
 #include "tools/all_classes.h"
 
+#include <algorithm>
+
 namespace tools
 {
 
@@ -33,6 +35,11 @@ void addCommands(std::vector<ClassInfo>& table)
 #include "dispatch/commands.def"
 #undef COMMAND
 #undef SHARED
+    std::sort(table.begin(), table.end(),
+              [](const ClassInfo& a, const ClassInfo& b) {
+                  return std::make_pair(a.m_Id, std::string_view(a.m_Name)) <
+                         std::make_pair(b.m_Id, std::string_view(b.m_Name));
+              });
 }
 
 } // namespace tools

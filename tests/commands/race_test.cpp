@@ -1,5 +1,6 @@
 #include "commands/race_pawn.h"
 
+#include "dispatch/ids/server_status.h"
 #include "tests/support/allocations.h"
 #include "tests/support/payload_helpers.h"
 

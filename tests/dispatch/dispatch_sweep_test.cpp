@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <set>
 #include <string>
 
 namespace
@@ -197,9 +198,14 @@ TEST(DispatchSweep, EveryUnassignedIdIsUnknown)
     const test::LogLines log;
     const auto analyser = std::make_unique<CCmdAnalyser>();
     int unknown = 0;
+    std::set<int> assigned;
     for (const ClassInfo& info : tools::classTable())
-        if (info.m_Family == Family::kCommand)
-            analyser->Install(info.m_Id, info.m_Process, onCommand);
+    {
+        if (info.m_Family != Family::kCommand)
+            continue;
+        analyser->Install(info.m_Id, info.m_Process, onCommand);
+        assigned.insert(info.m_Id);
+    }
     for (int id = 0; id < kCommandIdLimit; ++id)
     {
         if (!tools::classesOfId(static_cast<unsigned short>(id)).empty())
@@ -209,7 +215,7 @@ TEST(DispatchSweep, EveryUnassignedIdIsUnknown)
         analyser->Analyse(pk, 0, 0);
         ++unknown;
     }
-    EXPECT_EQ(unknown, kCommandIdLimit - 267);
+    EXPECT_EQ(unknown, kCommandIdLimit - static_cast<int>(assigned.size()));
     EXPECT_EQ(static_cast<int>(log.texts().size()), unknown);
 }
 

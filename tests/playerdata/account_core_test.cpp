@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <new>
 #include <string>
 #include <type_traits>
 
@@ -76,8 +77,10 @@ TEST(AccountData, FreshOneIsAsReset)
 TEST(AccountData, ResetLeavesTheBaseOfTheCameraGame)
 {
     AccountData account = filledAccount();
+    account.m_KinectGame.m_Text3 = L"a text that the base keeps";
     account.Reset();
     EXPECT_EQ(account.m_KinectGame.m_GameId, 11);
+    EXPECT_EQ(account.m_KinectGame.m_Text3, L"a text that the base keeps");
     EXPECT_EQ(account.m_KinectGame.m_PlayTimes, 0);
 }
 
@@ -105,6 +108,31 @@ TEST(AccountData, TemporaryIsAssignedByTheSameRule)
     EXPECT_EQ(target.m_Value3, 0);
     EXPECT_EQ(target.m_Allowance[0], 10);
     EXPECT_EQ(target.m_Value4, 6);
+}
+
+TEST(AccountData, AssignmentThatFindsNoMemoryLeavesTheAccountAsItWas)
+{
+    const AccountData source = filledAccount();
+    AccountData target;
+    target.m_AccountName = L"before";
+    const auto before = bytesOf(target);
+    int failed = 0;
+    for (bool assigned = false; !assigned;)
+    {
+        try
+        {
+            const test::FailingAllocations failing(failed, 1);
+            target = source;
+            assigned = true;
+        }
+        catch (const std::bad_alloc&)
+        {
+            ++failed;
+            EXPECT_EQ(bytesOf(target), before) << failed;
+        }
+    }
+    EXPECT_GT(failed, 0);
+    EXPECT_EQ(target.m_AccountName, L"name");
 }
 
 TEST(AccountData, AssignmentToItselfChangesNothing)

@@ -1,6 +1,7 @@
 #include "runtime/system_cmd_info.h"
 
 #include "commands/race_pawn.h"
+#include "dispatch/command_id_limit.h"
 #include "packs/envelope.h"
 
 #include <gtest/gtest.h>
