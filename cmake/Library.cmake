@@ -27,7 +27,7 @@ endif()
 if(COMMONGROUND_UDP)
   list(FILTER sources EXCLUDE REGEX "/inner/udp_router_none\\.cpp$")
 else()
-  list(FILTER sources EXCLUDE REGEX "/inner/(quic_|udp_port_)[^/]*\\.cpp$")
+  list(FILTER sources EXCLUDE REGEX "/inner/(quic_|udp_port)[^/]*\\.cpp$")
 endif()
 
 add_library(commonground SHARED ${sources})

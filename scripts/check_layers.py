@@ -32,16 +32,19 @@ DOORS = {
 # Headers that the build makes.
 GENERATED = {"tools/all_classes.h"}
 # Headers of the machinery behind the interface: not installed, and included by .cpp files and one another only.
-INNER = re.compile(r"^packaging/wire/|/inner/")
+INNER = re.compile(r"^packaging/wire/|/inner/|^transport/net/door/")
 # Where the operating system may be seen: its headers and the tests for it.
 PLATFORM = ("framework/platform/", "transport/net/")
+# Where the operating system's network may be seen, and its headers. Some files name its plain addresses, too.
+NETWORK = re.compile(r"^transport/net/door/")
+NETWORK_HEADERS = re.compile(r"^(sys/(socket|epoll|eventfd|select|poll|un)\.h|netinet/tcp\.h|netdb\.h|arpa/inet\.h|"
+                             r"winsock2?\.h|ws2tcpip\.h|mswsock\.h|mstcpip\.h)$", re.IGNORECASE)
 # Third-party libraries, and where they may be used.
 THIRD_PARTY = {
     "fmt": ("framework/",),
     "nlohmann": ("framework/",),
     "gnutls": ("framework/", "transport/net/"),
     "nettle": ("framework/platform/",),
-    "asio": ("transport/net/",),
     "ngtcp2": ("transport/net/",),
 }
 # Longer than the limit, and why they stay whole.
@@ -102,6 +105,8 @@ def check_include(path, quoted, name, exists):
         return None
     if header and not INNER.search(path):
         return f"is a public header and includes <{name}>, which is not the standard library's"
+    if NETWORK_HEADERS.match(name) and not NETWORK.match(path):
+        return f"includes <{name}>; the network belongs to transport/net/door/"
     library = re.split(r"[/.]", name)[0]
     if library in THIRD_PARTY:
         if not path.startswith(THIRD_PARTY[library]):
@@ -186,16 +191,18 @@ TRIALS = [
       "commands/c.h": '#pragma once\n#include "dispatch/command_ids.h"\n',
       "packaging/wire/w.h": "#pragma once\n", "dispatch/command_ids.h": "#pragma once\n",
       "transport/net/s_posix.cpp": '#include "transport/net/s.h"\n#include <unistd.h>\n#ifdef _WIN32\n#endif\n',
-      "transport/net/s.h": "#pragma once\n", "tests/t.cpp": '#include "packaging/wire/w.h"\n#include <asio.hpp>\n'}, None),
+      "transport/net/s.h": "#pragma once\n", "tests/t.cpp": '#include "packaging/wire/w.h"\n#include <fmt/printf.h>\n'}, None),
     ({"framework/a.h": '#pragma once\n#include "packaging/b.h"\n', "packaging/b.h": "#pragma once\n"}, "may not see"),
     ({"commands/a.h": '#pragma once\n#include "dispatch/b.h"\n', "dispatch/b.h": "#pragma once\n"}, "may not see"),
     ({"transport/net/a.h": '#pragma once\n#include "packaging/b.h"\n', "packaging/b.h": "#pragma once\n"}, "may not see"),
     ({"runtime/a.h": '#pragma once\n#include "tests/b.h"\n', "tests/b.h": "#pragma once\n"}, "above all floors"),
     ({"packs/a.h": '#pragma once\n#include "packaging/wire/b.h"\n', "packaging/wire/b.h": "#pragma once\n"}, "public header"),
-    ({"packs/a.h": "#pragma once\n#include <asio.hpp>\n"}, "standard library's"),
+    ({"packs/a.h": "#pragma once\n#include <fmt/printf.h>\n"}, "standard library's"),
     ({"packs/a.h": "#pragma once\n#include <unistd.h>\n"}, "standard library's"),
     ({"packs/a.cpp": "#include <nlohmann/json.hpp>\n"}, "nlohmann belongs to"),
     ({"packs/a.cpp": "#include <unistd.h>\n"}, "operating system belongs"),
+    ({"transport/net/a_posix.cpp": "#include <sys/socket.h>\n"}, "network belongs"),
+    ({"transport/net/door/a_posix.cpp": "#include <sys/socket.h>\n"}, None),
     ({"framework/a.h": '#pragma once\n#include "b.h"\n', "framework/b.h": "#pragma once\n"}, "no path from the top"),
     ({"framework/a.h": '#pragma once\n#include "framework/b.h"\n',
       "framework/b.h": '#pragma once\n#include "framework/a.h"\n'}, "circle"),

@@ -1,10 +1,7 @@
 #include "transport/net/socket.h"
 
 #include "framework/string_helper.h"
-
-#include <asio/detail/socket_types.hpp>
-#include <asio/ip/address_v4.hpp>
-#include <asio/ip/host_name.hpp>
+#include "transport/net/door/door.h"
 
 namespace zet
 {
@@ -32,20 +29,18 @@ void Socket::close()
 
 String_T<wchar_t> Socket::getHostName()
 {
-    asio::error_code fault;
-    const std::string name = asio::ip::host_name(fault);
-    return fault ? String_T<wchar_t>() : StringHelper::utf8ToWide(name.c_str());
+    return StringHelper::utf8ToWide(inner::Door::getHostName().c_str());
 }
 
 hostent* Socket::gethostbyname(const char* name)
 {
-    // The empty name is this machine to Windows, and nobody elsewhere.
-    return name && *name ? ::gethostbyname(name) : nullptr;
+    // The empty name is this machine to Windows, and no name elsewhere.
+    return name && *name ? inner::Door::getHostByName(name) : nullptr;
 }
 
 unsigned int Socket::inet_addr(const char* text)
 {
-    return text ? static_cast<unsigned int>(::inet_addr(text)) : 0xFFFFFFFF;
+    return text ? inner::Door::getAddress(text) : 0xFFFFFFFF;
 }
 
 } // namespace zet

@@ -2,14 +2,8 @@
 
 #include "framework/string_helper.h"
 #include "framework/thread.h"
-#include "transport/net/inner/native_handle.h"
 #include "transport/net/inner/peer_text.h"
-#include "transport/net/inner/resolve.h"
 #include "transport/net/inner/tcp_link.h"
-
-#include <asio/ip/tcp.hpp>
-
-#include <cstring>
 
 namespace zet
 {
@@ -17,7 +11,8 @@ namespace zet
 namespace
 {
 
-using asio::ip::tcp;
+using inner::Door;
+using inner::Endpoint;
 using inner::Reactor;
 using inner::TcpLink;
 using inner::TcpLinkRef;
@@ -90,20 +85,18 @@ bool TcpConnection::attach(unsigned int handle)
         const auto reactor = Reactor::of(getSystem());
         if (!reactor)
             return false;
-        const TcpLinkRef link(new TcpLink(*reactor));
-        asio::error_code fault;
-        link->m_Socket.assign(tcp::v4(), static_cast<TcpLink::Socket::native_handle_type>(handle), fault);
-        if (fault)
-            return false;
-        if (!link->prepare() || !link->watch())
+        const TcpLinkRef link(new TcpLink(*reactor, handle));
+        if (link->door().unblock(handle) || !link->watch())
         {
-            link->m_Socket.release(fault);
+            link->m_Handle.release();
             return false;
         }
+        link->prepare();
         m_Reactor = reactor;
         setLink(link.get());
         m_Handle = handle;
-        readPeer();
+        if (link->door().getPeerEndpoint(handle, link->m_Peer))
+            takePeer();
     }
     if (!m_Link->watch())
         return false;
@@ -120,14 +113,15 @@ bool TcpConnection::expect(const wchar_t*, TlsContext* context)
 
 bool TcpConnection::take(TcpLink* link, const std::shared_ptr<Reactor>& reactor, TlsContext* context)
 {
-    if (!isInvalid() || !expect(nullptr, context) || !link->prepare())
+    if (!isInvalid() || !expect(nullptr, context))
         return false;
+    link->prepare();
     m_LooksItself = false;
     m_Reactor = reactor;
     setLink(link);
-    m_Handle = static_cast<unsigned int>(link->m_Socket.native_handle());
+    m_Handle = link->m_Handle.get();
     m_State = kEstablished;
-    readPeer();
+    takePeer();
     if (link->m_Seat)
         link->m_Seat->setOwner(this);
     if (attach(m_Handle))
@@ -141,8 +135,7 @@ unsigned int TcpConnection::detach()
     if (m_Link)
     {
         m_Link->unwatch();
-        asio::error_code ignored;
-        m_Link->m_Socket.release(ignored);
+        m_Link->m_Handle.release();
         drop();
     }
     m_State = kDown;
@@ -168,9 +161,9 @@ void TcpConnection::discardInput()
 {
     // A peer that sends without end gets its reset all the same.
     unsigned char piece[16384];
-    asio::error_code fault;
-    for (int i = 0; i < 16 && !fault; ++i)
-        if (m_Link->m_Socket.receive(asio::buffer(piece), 0, fault) < sizeof piece)
+    Door::Fault fault;
+    for (int i = 0; i < 16; ++i)
+        if (m_Link->door().receive(m_Link->m_Handle.get(), piece, sizeof piece, fault) < sizeof piece)
             return;
 }
 
@@ -180,8 +173,7 @@ void TcpConnection::drop()
     link->m_Owner = nullptr;
     link->leaveCrowd();
     link->unwatch();
-    asio::error_code ignored;
-    link->m_Socket.close(ignored);
+    link->m_Handle.close();
     link->m_Input.drop(&m_Reactor->pool());
     link->m_Output.drop(&m_Reactor->pool());
     link->m_Sealed.drop(&m_Reactor->pool());
@@ -199,20 +191,19 @@ void TcpConnection::joinReactor()
     const auto reactor = Reactor::of(getSystem());
     if (!reactor || reactor == m_Reactor)
         return;
-    const TcpLinkRef link(new TcpLink(*reactor));
+    // A handle is of no use to another door.
+    if (reactor->door() != m_Reactor->door())
+        return fail(kBroken);
+    const TcpLinkRef link(new TcpLink(*reactor, m_Link->m_Handle.get()));
     m_Link->unwatch();
-    asio::error_code fault;
-    const auto handle = m_Link->m_Socket.release(fault);
-    if (!fault)
-        link->m_Socket.assign(tcp::v4(), handle, fault);
-    if (fault || !link->prepare() || !link->watch())
+    if (!link->watch())
     {
-        // The old socket takes the handle back, to be closed with it.
-        link->m_Socket.release(fault);
-        m_Link->m_Socket.assign(tcp::v4(), handle, fault);
-        fail(kBroken);
-        return;
+        // The old link closes the handle.
+        link->m_Handle.release();
+        return fail(kBroken);
     }
+    m_Link->m_Handle.release();
+    link->m_Peer = m_Link->m_Peer;
     link->m_Input.swap(m_Link->m_Input);
     link->m_Output.swap(m_Link->m_Output);
     link->m_Sealed.swap(m_Link->m_Sealed);
@@ -235,28 +226,25 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
     if (!expect(ip ? ip : L"", nullptr))
         return false;
     const auto reactor = Reactor::of(getSystem());
-    tcp::endpoint peer;
-    if (!reactor || !ip || !*ip || !inner::resolve<tcp>(StringHelper::wideToUtf8(ip), port, peer, reactor->context()))
+    if (!reactor || !ip || !*ip)
         return false;
-    const TcpLinkRef link(new TcpLink(*reactor));
-    asio::error_code fault;
-    inner::openSocket(link->m_Socket, tcp::v4(), fault);
+    Door::Fault fault;
+    const TcpLinkRef link(new TcpLink(*reactor, reactor->door()->open(Door::kStream, fault)));
     if (fault)
         return false;
     m_Reactor = reactor;
     setLink(link.get());
-    m_Handle = static_cast<unsigned int>(link->m_Socket.native_handle());
-    const auto bytes = peer.address().to_v4().to_bytes();
-    std::memcpy(&m_PeerAddress, bytes.data(), bytes.size());
-    m_PeerPort = port;
+    m_Handle = link->m_Handle.get();
     m_State = kConnecting;
-    if (m_Link->connect(peer))
+    const auto name = StringHelper::wideToUtf8(ip);
+    if (Endpoint peer; !Door::parse(name, port, peer))
     {
-        // A peer on this machine has answered by now. What else is told comes too late for this tick.
-        reactor->poll();
-        reactor->hurry();
-        if (!(m_Pending & kConnected) || finishConnect())
+        if (port != 0 && link->connectByName(*reactor, name, port))
             return true;
+    }
+    else if (beginConnect(link->connect(peer)))
+    {
+        return true;
     }
     if (m_Link)
         drop();
@@ -265,19 +253,34 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
     return false;
 }
 
+bool TcpConnection::beginConnect(bool hasBegun)
+{
+    takePeer();
+    if (!hasBegun)
+        return false;
+    // A peer on this machine has answered by now. What else is reported comes too late for this tick.
+    m_Reactor->poll();
+    m_Reactor->hurry();
+    return !(m_Pending & kConnected) || finishConnect();
+}
+
 bool TcpConnection::finishConnect()
 {
     m_Pending &= static_cast<unsigned char>(~kConnected);
+    if (m_Link->isNamed())
+    {
+        if (beginConnect(m_Link->beginNamed()))
+            return true;
+        fail(kConnectFailed);
+        return false;
+    }
     if (!m_Link->isConnected())
     {
         fail(kConnectFailed);
         return false;
     }
     if (m_KeepAlive)
-    {
-        asio::error_code ignored;
-        m_Link->m_Socket.set_option(asio::socket_base::keep_alive(true), ignored);
-    }
+        m_Link->door().setOption(m_Handle, Door::kKeepAlive, 1);
     m_State = kEstablished;
     joinReactor();
     if (m_State == kEstablished && attach(m_Handle))
@@ -325,22 +328,22 @@ bool TcpConnection::endLost()
 
 int TcpConnection::receiveNow(void* data, int size, ConnectionState& end)
 {
-    asio::error_code fault;
-    const size_t got = m_Link->m_Socket.receive(asio::buffer(data, static_cast<size_t>(size)), 0, fault);
-    if (fault && !TcpLink::isNothingYet(fault))
+    Door::Fault fault;
+    const size_t got = m_Link->door().receive(m_Handle, data, static_cast<size_t>(size), fault);
+    if ((got == 0 && !fault) || (fault && fault.m_Reason != Door::Fault::kNotNow))
     {
-        end = fault == asio::error::eof ? kClosedByPeer : kBroken;
+        end = fault ? kBroken : kClosedByPeer;
         return -1;
     }
-    // Less than asked for is all there was, of bytes. An end behind them comes with the next look, when they are read.
-    if (fault || got < static_cast<size_t>(size))
+    // Less than asked for is all there was, of bytes. An end after them comes with the next look, when they are read.
+    if (got < static_cast<size_t>(size))
     {
         m_Pending &= static_cast<unsigned char>(~kReadable);
         m_Link->waitForInput(!fault);
     }
     if (got > 0 && m_Link->m_Seat)
         m_Link->m_Seat->noteInput();
-    return fault ? 0 : static_cast<int>(got);
+    return static_cast<int>(got);
 }
 
 const NetLimits* TcpConnection::getPortLimits() const
@@ -348,15 +351,10 @@ const NetLimits* TcpConnection::getPortLimits() const
     return m_Link && m_Link->m_Seat ? &m_Link->m_Seat->limits() : nullptr;
 }
 
-void TcpConnection::readPeer()
+void TcpConnection::takePeer()
 {
-    asio::error_code fault;
-    const auto peer = m_Link->m_Socket.remote_endpoint(fault);
-    if (fault || !peer.address().is_v4())
-        return;
-    const auto bytes = peer.address().to_v4().to_bytes();
-    std::memcpy(&m_PeerAddress, bytes.data(), bytes.size());
-    m_PeerPort = peer.port();
+    m_PeerAddress = m_Link->m_Peer.v4();
+    m_PeerPort = m_Link->m_Peer.m_Port;
 }
 
 String_T<wchar_t> TcpConnection::getPeerName() const

@@ -61,9 +61,10 @@ public:
     // come meanwhile is thrown away first, since ending on unread bytes would take back what was sent.
     void close() override;
 
-    // Begins a connection to a numeric address or a host name (which waits for the resolver) with keep-alive probes
-    // on or off. The connection is on its way up when this returns true, or stands already. False leaves no handle: a
-    // handle was held already, the address is none, or the peer refused at once.
+    // Begins a connection to a numeric address or a host name with keep-alive probes on or off. The connection is
+    // connecting when this returns true, or is established already. False leaves no handle: a handle was held already,
+    // the address is not valid, or the peer refused at once. A name is resolved on another thread meanwhile; one that
+    // has no address ends as kConnectFailed.
     virtual bool connect(const wchar_t* ip, unsigned short port, bool keepAlive);
     // Bytes received, up to size, as they come from the network; 0 when there are none; -1 once the connection is down.
     virtual int receive(void* data, int size);
@@ -178,7 +179,8 @@ private:
     void loseOutput();
     // Takes an accepted link on, by attach().
     bool take(inner::TcpLink* link, const std::shared_ptr<inner::Reactor>& reactor, TlsContext* context);
-    void readPeer();
+    void takePeer();
+    bool beginConnect(bool hasBegun);
     void drop();
 
     unsigned int m_PeerAddress = 0;

@@ -12,42 +12,18 @@ namespace
 // the processor's cache.
 constexpr size_t kFlushAt = 128 * 1024;
 
-// Blocks of one gathered send.
-struct Gathered
-{
-    using value_type = asio::const_buffer;
-
-    explicit Gathered(inner::OutputQueue& queue)
-    {
-        for (inner::Block* block = queue.front(); block && m_Count < kMost; block = block->m_Next)
-        {
-            m_Buffers[m_Count++] =
-                asio::const_buffer(block->bytes() + block->m_Begin, static_cast<size_t>(block->size()));
-            m_Size += static_cast<size_t>(block->size());
-        }
-    }
-    const asio::const_buffer* begin() const { return m_Buffers; }
-    const asio::const_buffer* end() const { return m_Buffers + m_Count; }
-
-    static constexpr int kMost = 64;
-    asio::const_buffer m_Buffers[kMost];
-    int m_Count = 0;
-    size_t m_Size = 0;
-};
-
 // What of the queue one call takes, and how much it was offered.
-size_t sendOnce(inner::TcpLink::Socket& socket, inner::OutputQueue& queue, size_t& offered, asio::error_code& fault)
+size_t sendOnce(inner::TcpLink& link, inner::OutputQueue& queue, size_t& offered, inner::Door::Fault& fault)
 {
-    inner::Block* const first = queue.front();
-    if (!first->m_Next)
+    inner::Door::Piece pieces[inner::Door::kMostPieces];
+    int count = 0;
+    offered = 0;
+    for (inner::Block* block = queue.front(); block && count < inner::Door::kMostPieces; block = block->m_Next)
     {
-        // A piece alone goes by the plain call, which costs less on both sides of it.
-        offered = queue.size();
-        return socket.send(asio::buffer(first->bytes() + first->m_Begin, offered), 0, fault);
+        pieces[count] = {block->bytes() + block->m_Begin, static_cast<size_t>(block->size())};
+        offered += pieces[count++].m_Size;
     }
-    const Gathered gathered(queue);
-    offered = gathered.m_Size;
-    return socket.send(gathered, 0, fault);
+    return link.door().send(link.m_Handle.get(), pieces, count, fault);
 }
 
 } // namespace
@@ -112,16 +88,16 @@ bool TcpConnection::sendPieces(inner::OutputQueue& queue)
 {
     while (queue.size() > 0)
     {
-        asio::error_code fault;
+        inner::Door::Fault fault;
         size_t offered = 0;
-        const size_t sent = sendOnce(m_Link->m_Socket, queue, offered, fault);
-        if (fault && !inner::TcpLink::isNothingYet(fault))
+        const size_t sent = sendOnce(*m_Link, queue, offered, fault);
+        if (fault && fault.m_Reason != inner::Door::Fault::kNotNow)
         {
             loseOutput();
             return false;
         }
         queue.consume(sent, m_Reactor->pool());
-        if (fault || sent < offered)
+        if (sent < offered)
         {
             m_Link->waitForOutput();
             return false;

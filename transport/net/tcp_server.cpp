@@ -4,16 +4,12 @@
 #include "framework/stopwatch.h"
 #include "framework/string_helper.h"
 #include "framework/time.h"
+#include "transport/net/door/addresses.h"
 #include "transport/net/inner/guard.h"
-#include "transport/net/inner/native_handle.h"
 #include "transport/net/inner/tcp_link.h"
 #include "transport/net/inner/tcp_listener.h"
 
-#include <asio/ip/tcp.hpp>
-
 #include <algorithm>
-#include <cstring>
-#include <string>
 
 namespace zet
 {
@@ -21,17 +17,12 @@ namespace zet
 namespace
 {
 
-using asio::ip::tcp;
+using inner::Door;
+using inner::Endpoint;
 using inner::Reactor;
 using inner::TcpLink;
 using inner::TcpLinkRef;
 using inner::TcpListener;
-
-bool isOutOfHandles(const asio::error_code& fault)
-{
-    return fault == asio::error::no_descriptors || fault == asio::error::no_buffer_space ||
-           fault == asio::error::no_memory || fault == std::errc::too_many_files_open_in_system;
-}
 
 } // namespace
 
@@ -64,20 +55,14 @@ bool TcpServer::listen(unsigned short port, int backlog)
     const auto reactor = Reactor::of(getSystem());
     if (!reactor)
         return false;
-    auto listener = std::make_unique<TcpListener>(*this, *reactor);
-    asio::error_code fault;
-    auto& acceptor = listener->m_Acceptor;
-    inner::openSocket(acceptor, tcp::v4(), fault);
+    Door& door = *reactor->door();
+    Door::Fault fault;
+    auto listener = std::make_unique<TcpListener>(*this, *reactor, door.open(Door::kStream, fault));
     if (fault)
         return false;
-#ifndef _WIN32
-    // A restarted server gets its port back while old connections linger. Elsewhere the option means theft of ports.
-    acceptor.set_option(asio::socket_base::reuse_address(true), fault);
-#endif
-    acceptor.bind(tcp::endpoint(asio::ip::address_v4(ntohl(m_BindAddress)), port), fault);
-    if (!fault)
-        acceptor.listen(backlog > 0 ? backlog : asio::socket_base::max_listen_connections, fault);
-    if (fault)
+    const Door::Handle handle = listener->m_Handle.get();
+    door.setOption(handle, Door::kRebind, 1);
+    if (door.bind(handle, Endpoint::ofV4(m_BindAddress, port)) || door.listen(handle, backlog))
         return false;
     m_Reactor = reactor;
     return setListener(listener);
@@ -90,27 +75,22 @@ bool TcpServer::attach(unsigned int handle)
     const auto reactor = Reactor::of(getSystem());
     if (!reactor)
         return false;
-    auto listener = std::make_unique<TcpListener>(*this, *reactor);
-    asio::error_code fault;
-    listener->m_Acceptor.assign(tcp::v4(), static_cast<TcpListener::Acceptor::native_handle_type>(handle), fault);
-    if (fault)
-        return false;
+    auto listener = std::make_unique<TcpListener>(*this, *reactor, handle);
     m_Reactor = reactor;
-    if (setListener(listener))
+    if (!reactor->door()->unblock(handle) && setListener(listener))
         return true;
-    listener->m_Acceptor.release(fault);
+    listener->m_Handle.release();
     return false;
 }
 
 bool TcpServer::setListener(std::unique_ptr<TcpListener>& listener)
 {
-    asio::error_code fault;
-    listener->m_Acceptor.non_blocking(true, fault);
-    if (fault || !listener->watch())
+    if (!listener->watch())
         return false;
-    const tcp::endpoint self = listener->m_Acceptor.local_endpoint(fault);
-    m_ListenPort = fault ? static_cast<unsigned short>(0) : self.port();
-    m_Handle = static_cast<unsigned int>(listener->m_Acceptor.native_handle());
+    Endpoint own;
+    m_Handle = listener->m_Handle.get();
+    m_Reactor->door()->getOwnEndpoint(m_Handle, own);
+    m_ListenPort = own.m_Port;
     m_IsReady = false;
     m_IsResting = false;
     m_Listener = std::move(listener);
@@ -125,13 +105,10 @@ bool TcpServer::setBindAddress(const wchar_t* address)
         m_BindAddress = 0;
         return true;
     }
-    asio::error_code fault;
-    const std::string text = StringHelper::wideToUtf8(address).getBuffer();
-    const auto parsed = asio::ip::make_address_v4(text, fault);
-    // Windows takes fewer than four numbers for an address, too.
-    if (fault || parsed.to_string() != text)
+    Endpoint parsed;
+    if (!Door::parse(StringHelper::wideToUtf8(address), 0, parsed))
         return false;
-    m_BindAddress = htonl(parsed.to_uint());
+    m_BindAddress = parsed.v4();
     return true;
 }
 
@@ -152,15 +129,15 @@ void TcpServer::joinReactor()
     const auto reactor = Reactor::of(getSystem());
     if (!reactor || reactor == m_Reactor)
         return;
-    auto listener = std::make_unique<TcpListener>(*this, *reactor);
-    asio::error_code fault;
+    // A handle is of no use to another door.
+    const bool isSameDoor = reactor->door() == m_Reactor->door();
     m_Listener->unwatch();
-    const auto handle = m_Listener->m_Acceptor.release(fault);
+    auto listener = std::make_unique<TcpListener>(*this, *reactor, Door::kNoHandle);
+    if (isSameDoor)
+        listener->m_Handle.set(m_Listener->m_Handle.release());
     drop();
-    if (!fault)
-        listener->m_Acceptor.assign(tcp::v4(), handle, fault);
     m_Reactor = reactor;
-    if (!fault && setListener(listener))
+    if (isSameDoor && setListener(listener))
         return;
     m_Crowd->setServed(false);
     Socket::close();
@@ -179,8 +156,7 @@ unsigned int TcpServer::detach()
     if (m_Listener)
     {
         m_Listener->unwatch();
-        asio::error_code ignored;
-        m_Listener->m_Acceptor.release(ignored);
+        m_Listener->m_Handle.release();
         drop();
         m_Crowd->setServed(false);
     }
@@ -260,23 +236,20 @@ void TcpServer::look()
 
 TcpServer::Visit TcpServer::visit()
 {
-    const TcpLinkRef link(new TcpLink(*m_Reactor));
-    tcp::endpoint peer;
-    asio::error_code fault;
-    const inner::NativeHandle handle = inner::acceptHandle(m_Listener->m_Acceptor.native_handle(), peer, fault);
-    if (!fault)
-        inner::assignHandle(link->m_Socket, tcp::v4(), handle, fault);
-    if (fault == asio::error::would_block || fault == asio::error::try_again)
+    Endpoint peer;
+    Door::Fault fault;
+    const TcpLinkRef link(new TcpLink(*m_Reactor, m_Reactor->door()->accept(m_Handle, peer, fault)));
+    if (fault.m_Reason == Door::Fault::kNotNow)
     {
         m_IsReady = false;
         m_Listener->waitForVisitor();
         return kNobody;
     }
-    if (isOutOfHandles(fault))
+    if (fault.m_Reason == Door::Fault::kExhausted)
     {
-        // Who has come waits in the system's queue.
+        // Pending connections wait in the system's queue.
         if (!std::exchange(m_IsResting, true))
-            Log::warning(L"Accepting rests: %s", StringHelper::utf8ToWide(fault.message().c_str()));
+            Log::warning(L"Accepting rests: %s", StringHelper::utf8ToWide(fault.getText().c_str()));
         m_RestUntil = getTimeTick() + kRestTime;
         return kNobody;
     }
@@ -284,8 +257,9 @@ TcpServer::Visit TcpServer::visit()
     if (fault)
         return kRefused;
     m_IsResting = false;
-    const auto& address = *reinterpret_cast<const sockaddr_in*>(peer.data());
-    const unsigned int from = static_cast<unsigned int>(address.sin_addr.s_addr);
+    link->m_Peer = peer;
+    const sockaddr_in address = inner::toSystem(peer);
+    const unsigned int from = peer.v4();
     if (!m_Crowd->hasRoom(from))
     {
         m_Crowd->noteTurnedAway();
@@ -298,7 +272,7 @@ TcpServer::Visit TcpServer::visit()
     if (!isPermitted || m_Listening != listening)
         return kRefused;
     link->m_Seat = m_Crowd->admit(from);
-    inner::watchPeer(link->m_Socket.native_handle(), m_Crowd->limits());
+    link->door().watchPeer(link->m_Handle.get(), m_Crowd->limits());
     m_Visitor = link.get();
     m_Visitor->addRef();
     return kCome;

@@ -45,9 +45,10 @@ public:
     // the peer has confirmed bytes since then, and onClose(), once, where the connection has ended by itself and
     // nothing is left to read.
     virtual void onTick(unsigned int tick);
-    // Begins a connection from the port of a server to a numeric address or a host name (which waits for the
-    // resolver). The peer gets the id before he accepts. It is on its way up when this returns true. False changes
-    // nothing: it has a connection already, the server has no port, or the address is none.
+    // Begins a connection from the port of a server to a numeric address or a host name. The peer gets the id before
+    // it accepts. The connection is connecting when this returns true. False changes nothing: it has a connection
+    // already, the server has no port, or the address is not valid. A name is resolved on another thread meanwhile; one
+    // that has no address ends as kConnectFailed.
     virtual bool connect(UdpServer* server, const wchar_t* ip, unsigned short port, const Uuid& id);
     // Takes bytes that have come, up to size; 0 when there are none; -1 once the connection is down.
     virtual int receive(void* data, int size);

@@ -103,8 +103,7 @@ public:
     virtual bool listen(unsigned short port);
     // Gives the visitor who has waited longest to an object without a connection. False changes nothing.
     virtual bool accept(UdpConnection* connection);
-    // Begins a connection from this port, as UdpConnection::connect() does. A host name waits for the resolver, and all
-    // tasks of the System with it; a numeric address does not.
+    // Begins a connection from this port, as UdpConnection::connect() does.
     virtual bool connect(UdpConnection* connection, const wchar_t* ip, unsigned short port, const Uuid& id);
     // Someone has come: an override hands accept() an object for him. Who is not accepted here waits, those behind
     // him too, and is announced again with the next tick, until m_ConnectTimeout after his first packet: then he is

@@ -102,11 +102,16 @@ bool QuicLink::open(gnutls_session_t session)
     return true;
 }
 
-bool QuicLink::openClient(const sockaddr_in& peer, const char* name, const Uuid& id)
+bool QuicLink::beginClient(const char* name, const Uuid& id)
 {
-    m_Peer = peer;
     m_Name = name;
     m_Id = id;
+    return m_Output.write(&id, sizeof id, m_Router.pool());
+}
+
+bool QuicLink::openClient(const sockaddr_in& peer)
+{
+    m_Peer = peer;
     ngtcp2_cid self, other;
     other.datalen = QuicId::kSize;
     if (!m_Router.makeId(*this, self) || gnutls_rnd(GNUTLS_RND_RANDOM, other.data, other.datalen) < 0)
@@ -122,7 +127,7 @@ bool QuicLink::openClient(const sockaddr_in& peer, const char* name, const Uuid&
         return false;
     }
     m_Ref = {[](ngtcp2_crypto_conn_ref* ref) { return static_cast<QuicLink*>(ref->user_data)->m_Connection; }, this};
-    return open(m_Router.tls().openClient(m_Ref)) && m_Output.write(&id, sizeof id, m_Router.pool());
+    return open(m_Router.tls().openClient(m_Ref));
 }
 
 bool QuicLink::openServer(const sockaddr_in& peer, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin)
@@ -328,6 +333,8 @@ void QuicLink::finish(Connection::ConnectionState state, Code code)
 {
     if (isOver())
         return;
+    if (!m_Connection)
+        return drop(state);
     ngtcp2_connection_close_error reason;
     ngtcp2_connection_close_error_default(&reason);
     ngtcp2_connection_close_error_set_application_error(&reason, code, nullptr, 0);
@@ -367,12 +374,14 @@ void QuicLink::drop(Connection::ConnectionState state)
     // A peer that was told may miss it, and then goes on until it counts us as dead. One that told us is gone.
     const bool mayRest = !m_Farewell.empty() && m_Router.hasRoomForRemains();
     const unsigned int idle = m_Router.settings().m_IdleTimeout;
-    const QuicTime rest =
-        mayRest ? nanoseconds(std::clamp(idle, kShortestRest, kLongestRest)) : 3 * ngtcp2_conn_get_pto(m_Connection);
+    const QuicTime probes = m_Connection ? 3 * ngtcp2_conn_get_pto(m_Connection) : 0;
+    const QuicTime rest = mayRest ? nanoseconds(std::clamp(idle, kShortestRest, kLongestRest)) : probes;
     m_End = state;
     m_Deadline = m_Router.now() + rest;
     dropSession();
-    ngtcp2_conn_del(std::exchange(m_Connection, nullptr));
+    m_Lookup.reset();
+    if (m_Connection)
+        ngtcp2_conn_del(std::exchange(m_Connection, nullptr));
     m_Output.drop(&m_Router.pool());
     m_NextBlock = nullptr;
     m_UnderWay = 0;
@@ -394,7 +403,7 @@ void QuicLink::dropSession()
 QuicTime QuicLink::getExpiry() const
 {
     if (!m_Connection)
-        return m_Owner ? kNever : m_Deadline;
+        return m_Owner && !m_Lookup ? kNever : m_Deadline;
     return std::min(ngtcp2_conn_get_expiry(m_Connection), m_Deadline);
 }
 
@@ -406,9 +415,11 @@ void QuicLink::onExpiry()
     if (m_Deadline <= now)
     {
         // A visitor who never told his id or was not accepted, or a peer that does not confirm.
-        finish(Connection::kBroken, kCutOff);
+        finish(m_Lookup ? Connection::kConnectFailed : Connection::kBroken, kCutOff);
         return;
     }
+    if (!m_Connection)
+        return;
     const int result = ngtcp2_conn_handle_expiry(m_Connection, now);
     if (result != 0)
         endByFault(result);

@@ -63,7 +63,13 @@ public:
     explicit QuicLink(QuicRouter& router) : m_Router(router) {}
     ~QuicLink() override;
 
-    bool openClient(const sockaddr_in& peer, const char* name, const Uuid& id);
+    // The client's side: first beginClient(), then openClient(), or lookUp() where the name is not an address. Then the
+    // link opens when the address is there.
+    bool beginClient(const char* name, const Uuid& id);
+    bool openClient(const sockaddr_in& peer);
+    bool lookUp(Reactor& reactor, unsigned short port);
+    // The router has another reactor now, which gives the answer.
+    void lookUpAgain(Reactor& reactor);
     // By the first packet of a visitor whose token was good; origin is the id that his very first one named.
     bool openServer(const sockaddr_in& peer, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin);
 
@@ -85,7 +91,7 @@ public:
     void settle();
 
     bool isServer() const { return m_IsServer; }
-    bool isOver() const { return !m_Connection; }
+    bool isOver() const { return !m_Connection && !m_Lookup; }
     // Over, and nobody needs what remains.
     bool isForgettable(QuicTime now) const { return isOver() && !m_Owner && m_Deadline <= now; }
     // A visitor has told his id and may be accepted.
@@ -114,6 +120,8 @@ private:
     friend struct QuicCalls;
 
     bool open(gnutls_session_t session);
+    void onFound(const std::vector<Endpoint>& found);
+    void openNamed();
     void feed(const UdpPort::Datagram& datagram, size_t from, size_t size);
     void endRead(int result);
     void endByFault(int fault);
@@ -131,6 +139,10 @@ private:
 
     QuicRouter& m_Router;
     ngtcp2_conn* m_Connection = nullptr;
+    // While the address is looked up, before there is a connection.
+    std::shared_ptr<Lookup> m_Lookup;
+    Endpoint m_Found;
+    bool m_IsFound = false;
     // The TLS session, as long as the handshake lasts.
     gnutls_session_t m_Session = nullptr;
     ngtcp2_crypto_conn_ref m_Ref{};

@@ -73,7 +73,9 @@ bool QuicLink::prepareStream()
 
 void QuicLink::write()
 {
-    if (isOver())
+    if (m_Lookup && m_IsFound)
+        openNamed();
+    if (!m_Connection)
         return;
     const QuicTime now = m_Router.now();
     int packets = 0;

@@ -6,9 +6,8 @@
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "framework/time.h"
-#include "transport/net/inner/resolve.h"
+#include "transport/net/door/addresses.h"
 
-#include <asio/ip/udp.hpp>
 #include <gnutls/crypto.h>
 
 #include <algorithm>
@@ -115,6 +114,8 @@ bool QuicRouter::join(const std::shared_ptr<Reactor>& reactor)
     m_Port = port;
     m_Reactor = reactor;
     m_IsLate = false;
+    for (const auto& link : m_Links)
+        link->lookUpAgain(*reactor);
     return true;
 }
 
@@ -123,15 +124,18 @@ bool QuicRouter::connect(Connection& connection, const wchar_t* ip, unsigned sho
     if (!m_Server || !ip || !*ip || !UdpLink::isFree(connection))
         return false;
     const String_T<char> name = StringHelper::wideToUtf8(ip);
-    asio::ip::udp::endpoint endpoint;
-    if (port == 0 || !resolve<asio::ip::udp>(name, port, endpoint, m_Reactor->context()))
+    if (port == 0)
         return false;
-    const sockaddr_in& peer = *reinterpret_cast<const sockaddr_in*>(endpoint.data());
+    Endpoint peer;
+    const bool isName = !Door::parse(name, port, peer);
     QuicLink& link = keep(std::make_unique<QuicLink>(*this));
-    if (!open(link, [&] { return link.openClient(peer, name, id); }))
+    const auto begin = [&] {
+        return link.beginClient(name, id) && (isName ? link.lookUp(*m_Reactor, port) : link.openClient(toSystem(peer)));
+    };
+    if (!open(link, begin))
         return false;
     ++m_Count;
-    link.setOwner(connection, Connection::kConnecting, id, static_cast<unsigned int>(peer.sin_addr.s_addr), port);
+    link.setOwner(connection, Connection::kConnecting, id, peer.v4(), peer.m_Port);
     wake(link, QuicLink::kWrite);
     return true;
 }

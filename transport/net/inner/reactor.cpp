@@ -7,7 +7,9 @@
 #include "transport/net/inner/tcp_link.h"
 #include "transport/net/inner/udp_router.h"
 
+#include <atomic>
 #include <exception>
+#include <mutex>
 
 namespace zet::inner
 {
@@ -15,11 +17,11 @@ namespace zet::inner
 namespace
 {
 
-std::shared_ptr<Reactor> makeReactor(bool isTicked)
+std::shared_ptr<Reactor> makeReactor(const std::shared_ptr<Door>& door, bool isTicked)
 {
     try
     {
-        return std::make_shared<Reactor>(isTicked);
+        return std::make_shared<Reactor>(door, isTicked);
     }
     catch (const std::exception& fault)
     {
@@ -30,11 +32,45 @@ std::shared_ptr<Reactor> makeReactor(bool isTicked)
 
 } // namespace
 
+// What other threads that answer know of the reactor.
+struct Reactor::Mail
+{
+    std::mutex m_Mutex;
+    // Null once the reactor is gone.
+    Poller* m_Poller;
+    std::atomic<bool> m_HasAnswers{false};
+};
+
+// The one who asked and, until it has answered, the other thread share it.
+struct Reactor::Question final : Lookup
+{
+    Found m_GiveFound;
+    struct Answer
+    {
+        std::vector<Endpoint> m_Found;
+        std::atomic<bool> m_IsThere{false};
+    };
+    const std::shared_ptr<Answer> m_Answer = std::make_shared<Answer>();
+};
+
+bool setDoor(System& system, const std::shared_ptr<Door>& door)
+{
+    return Reactor::make(system, door);
+}
+
 // Only one thread uses it, so the sockets need no locks.
-Reactor::Reactor(bool isTicked) : m_Context(ASIO_CONCURRENCY_HINT_UNSAFE), m_IsTicked(isTicked) {}
+Reactor::Reactor(const std::shared_ptr<Door>& door, bool isTicked)
+    : m_Door(door), m_Poller(door->makePoller()), m_Mail(std::make_shared<Mail>()), m_IsTicked(isTicked)
+{
+    m_Mail->m_Poller = m_Poller.get();
+}
 
 Reactor::~Reactor()
 {
+    {
+        const std::lock_guard lock(m_Mail->m_Mutex);
+        m_Mail->m_Poller = nullptr;
+    }
     while (TcpLink* const link = takeUnflushed())
         link->release();
 }
@@ -45,35 +81,94 @@ std::shared_ptr<Reactor> Reactor::of(System* system)
     {
         if (auto present = std::dynamic_pointer_cast<Reactor>(system->getWaiter()))
             return present;
-        const auto made = makeReactor(true);
+        const auto made = makeReactor(Door::getReal(), true);
         if (made)
             system->setWaiter(made);
         return made;
     }
     thread_local std::shared_ptr<Reactor> own;
     if (!own)
-        own = makeReactor(false);
+        own = makeReactor(Door::getReal(), false);
     return own;
+}
+
+bool Reactor::make(System& system, const std::shared_ptr<Door>& door)
+{
+    if (std::dynamic_pointer_cast<Reactor>(system.getWaiter()))
+        return false;
+    const auto made = makeReactor(door, true);
+    if (made)
+        system.setWaiter(made);
+    return made != nullptr;
 }
 
 void Reactor::wait(unsigned int milliseconds)
 {
     if (m_IsHurried || milliseconds == 0)
         return;
-    m_HasLooked = m_Poller.wait(milliseconds);
+    m_HasLooked = m_Poller->wait(milliseconds);
 }
 
 void Reactor::wake()
 {
-    m_Poller.wake();
+    m_Poller->wake();
+}
+
+void Reactor::poll()
+{
+    m_Poller->wait(0);
+    deliverNames();
 }
 
 void Reactor::beginTick()
 {
     m_IsHurried = false;
     m_IsTicking = true;
-    if (!std::exchange(m_HasLooked, false))
+    if (std::exchange(m_HasLooked, false))
+        deliverNames();
+    else
         poll();
+}
+
+std::shared_ptr<Lookup> Reactor::resolve(const char* name, Found found)
+{
+    try
+    {
+        const auto question = std::make_shared<Question>();
+        question->m_GiveFound = std::move(found);
+        m_Questions.push_back(question);
+        m_Door->resolve(name,
+                        [answer = question->m_Answer, mail = m_Mail](std::vector<Endpoint> addresses)
+                        {
+                            answer->m_Found = std::move(addresses);
+                            answer->m_IsThere = true;
+                            const std::lock_guard lock(mail->m_Mutex);
+                            mail->m_HasAnswers = true;
+                            if (mail->m_Poller)
+                                mail->m_Poller->wake();
+                        });
+        return question;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return nullptr;
+    }
+}
+
+void Reactor::deliverNames()
+{
+    if (!m_Mail->m_HasAnswers.load(std::memory_order_relaxed) || !m_Mail->m_HasAnswers.exchange(false))
+        return;
+    for (const auto& each : m_Questions)
+        if (const auto question = each.lock(); question && question->m_Answer->m_IsThere)
+            if (const Found give = std::exchange(question->m_GiveFound, nullptr))
+                give(question->m_Answer->m_Found);
+    std::erase_if(m_Questions,
+                  [](const auto& each)
+                  {
+                      const auto question = each.lock();
+                      return !question || !question->m_GiveFound;
+                  });
 }
 
 void Reactor::endTick()
@@ -113,7 +208,7 @@ void Reactor::flushRouters()
     for (const auto& router : routers)
         if (const auto present = router.lock())
             guard(L"a UDP port", nullptr, [&] { present->endTick(); });
-    // The room for them stays.
+    // The space for them stays.
     routers.clear();
     if (m_Routers.empty())
         m_Routers.swap(routers);

@@ -2,10 +2,8 @@
 #pragma once
 
 #include "framework/system.h"
+#include "transport/net/door/door.h"
 #include "transport/net/inner/blocks.h"
-#include "transport/net/inner/poller.h"
-
-#include <asio/io_context.hpp>
 
 #include <memory>
 #include <vector>
@@ -16,19 +14,26 @@ namespace zet::inner
 struct TcpLink;
 class UdpRouter;
 
-// The Waiter of a System with sockets. News only set flags: what is ready is done by the ticks.
+// The answer to a question for the addresses of a host name. Whoever asked holds it; let go of, it is never given.
+class Lookup
+{
+public:
+    virtual ~Lookup() = default;
+};
+
+// The Waiter of a System with sockets. Events only set flags: what is ready is done by the ticks.
 class Reactor final : public System::Waiter
 {
 public:
-    using Context = asio::io_context;
-
     // With isTicked, a System calls beginTick() and endTick(); without, only poll() is called.
-    explicit Reactor(bool isTicked);
+    Reactor(const std::shared_ptr<Door>& door, bool isTicked);
     ~Reactor() override;
 
     // The reactor of a System, put in place with its first socket; without a System the calling thread's own, which
     // the sockets themselves poll. Null where the operating system has none to give.
     static std::shared_ptr<Reactor> of(System* system);
+    // What setDoor() does.
+    static bool make(System& system, const std::shared_ptr<Door>& door);
 
     void wait(unsigned int milliseconds) override;
     void wake() override;
@@ -36,7 +41,7 @@ public:
     void endTick() override;
 
     // Learns what is ready.
-    void poll() { m_Poller.wait(0); }
+    void poll();
     // For a socket that may be ticked outside its System's tick, where nobody has looked yet.
     void pollOutsideTick()
     {
@@ -53,25 +58,35 @@ public:
     // Takes that back: the router goes to another reactor.
     void forgetLater(const UdpRouter& router);
 
-    // What Asio's sockets and its resolver ask for. It watches each socket as well, and nobody asks it for news.
-    Context& context() { return m_Context; }
-    Poller& poller() { return m_Poller; }
+    // Asks for the addresses of a name. The answer, empty where there are none, comes on this thread when the reactor
+    // looks for events, and only sets flags. Null for lack of memory.
+    using Found = std::function<void(const std::vector<Endpoint>& found)>;
+    std::shared_ptr<Lookup> resolve(const char* name, Found found);
+
+    const std::shared_ptr<Door>& door() const { return m_Door; }
+    Poller& poller() { return *m_Poller; }
     BlockPool& pool() { return m_Pool; }
 
 private:
+    struct Mail;
+    struct Question;
+
     TcpLink* takeUnflushed();
     void flushRouters();
+    void deliverNames();
 
     BlockPool m_Pool;
     // Linked through the links themselves, so that listing one takes no memory.
     TcpLink* m_FirstUnflushed = nullptr;
     TcpLink* m_LastUnflushed = nullptr;
     std::vector<std::weak_ptr<UdpRouter>> m_Routers;
-    Context m_Context;
-    Poller m_Poller;
+    const std::shared_ptr<Door> m_Door;
+    const std::unique_ptr<Poller> m_Poller;
+    const std::shared_ptr<Mail> m_Mail;
+    std::vector<std::weak_ptr<Question>> m_Questions;
     const bool m_IsTicked;
     bool m_IsTicking = false;
-    // The last wait has told what is ready, and no tick has come since.
+    // The last wait has reported what is ready, and no tick has come since.
     bool m_HasLooked = false;
     bool m_IsHurried = false;
 };

@@ -1,6 +1,5 @@
 #include "transport/net/inner/tcp_link.h"
 
-#include "transport/net/inner/native_handle.h"
 #include "transport/net/tcp_connection.h"
 
 namespace zet::inner
@@ -8,7 +7,7 @@ namespace zet::inner
 
 bool TcpLink::startWatch(unsigned char ready)
 {
-    m_IsWatched = m_Poller.add(m_Socket.native_handle(), *this, ready);
+    m_IsWatched = m_Poller.add(m_Handle.get(), *this, ready);
     return m_IsWatched;
 }
 
@@ -23,7 +22,7 @@ void TcpLink::waitForInput(bool isCutShort)
 {
     m_IsInputWaited = true;
     if (isCutShort && m_HasTail)
-        m_Poller.tellInputAgain(*this);
+        m_Poller.reportInputAgain(*this);
     else
         m_Poller.want(*this, kReadyInput);
 }
@@ -34,21 +33,38 @@ void TcpLink::waitForOutput()
     m_Poller.want(*this, kReadyOutput);
 }
 
-bool TcpLink::connect(const asio::ip::tcp::endpoint& peer)
+bool TcpLink::connect(const Endpoint& peer)
 {
-    if (!prepare() || !beginConnect(m_Socket.native_handle(), peer))
+    m_Peer = peer;
+    prepare();
+    if (door().connect(m_Handle.get(), peer))
         return false;
-    // Not before: a socket that nobody called counts as broken.
+    // Only now: a socket without a connection under way counts as broken.
     m_IsConnecting = true;
     return startWatch(kReadyInput | kReadyOutput);
 }
 
+bool TcpLink::connectByName(Reactor& reactor, const char* name, unsigned short port)
+{
+    m_Lookup = reactor.resolve(name,
+                               [this, port](const std::vector<Endpoint>& found)
+                               {
+                                   m_Peer = found.empty() ? Endpoint() : found.front();
+                                   m_Peer.m_Port = found.empty() ? static_cast<unsigned short>(0) : port;
+                                   report(TcpConnection::kConnected);
+                               });
+    return m_Lookup != nullptr;
+}
+
+bool TcpLink::beginNamed()
+{
+    m_Lookup.reset();
+    return m_Peer.m_Port != 0 && connect(m_Peer);
+}
+
 bool TcpLink::isConnected()
 {
-    int fault = 0;
-    socklen_t size = sizeof fault;
-    return ::getsockopt(m_Socket.native_handle(), SOL_SOCKET, SO_ERROR, reinterpret_cast<char*>(&fault), &size) == 0 &&
-           fault == 0;
+    return !door().endConnect(m_Handle.get());
 }
 
 void TcpLink::onReady(unsigned char ready)
@@ -71,6 +87,11 @@ void TcpLink::onReady(unsigned char ready)
     }
     if (ready & kReadyTail)
         m_HasTail = true;
+    report(pending);
+}
+
+void TcpLink::report(unsigned char pending)
+{
     if (!m_Owner || pending == 0)
         return;
     m_Owner->m_Pending |= pending;
@@ -87,17 +108,6 @@ void TcpLink::failOwner()
 {
     if (m_Owner)
         m_Owner->fail(TcpConnection::kBroken);
-}
-
-bool TcpLink::prepare()
-{
-    asio::error_code fault;
-    m_Socket.non_blocking(true, fault);
-    if (fault)
-        return false;
-    asio::error_code ignored;
-    m_Socket.set_option(asio::ip::tcp::no_delay(true), ignored);
-    return true;
 }
 
 } // namespace zet::inner

@@ -6,8 +6,6 @@
 #include "transport/net/inner/crowd.h"
 #include "transport/net/inner/reactor.h"
 
-#include <asio/ip/tcp.hpp>
-
 namespace zet
 {
 class TcpConnection;
@@ -20,9 +18,10 @@ namespace zet::inner
 // thread only.
 struct TcpLink final : Counted<TcpLink>, Watch
 {
-    using Socket = asio::basic_stream_socket<asio::ip::tcp, asio::io_context::executor_type>;
-
-    explicit TcpLink(Reactor& reactor) : m_Poller(reactor.poller()), m_Socket(reactor.context().get_executor()) {}
+    explicit TcpLink(Reactor& reactor, Door::Handle handle = Door::kNoHandle)
+        : m_Poller(reactor.poller()), m_Handle(reactor.door(), handle)
+    {
+    }
     ~TcpLink()
     {
         unwatch();
@@ -37,8 +36,12 @@ struct TcpLink final : Counted<TcpLink>, Watch
     // empty only where nothing but bytes can follow.
     void waitForInput(bool isCutShort);
     void waitForOutput();
-    // Begins a connection with an open socket; the owner is told when the answer is there. False where there is no way.
-    bool connect(const asio::ip::tcp::endpoint& peer);
+    // Begins a connection with an open socket; the owner learns when the answer is there. False where there is no way.
+    bool connect(const Endpoint& peer);
+    // The same to a host name, whose addresses the owner learns of first: then beginNamed() begins the connection.
+    bool connectByName(Reactor& reactor, const char* name, unsigned short port);
+    bool isNamed() const { return m_Lookup != nullptr; }
+    bool beginNamed();
     // Once the answer is there, and only once: whether it was yes.
     bool isConnected();
     void onReady(unsigned char ready) override;
@@ -52,16 +55,13 @@ struct TcpLink final : Counted<TcpLink>, Watch
         m_Seat = Ref<Seat>();
     }
     // Options of every connection of ours. A socket that has no such option goes without it.
-    bool prepare();
-    // Whether a call found nothing to do, which is no fault.
-    static bool isNothingYet(const asio::error_code& fault)
-    {
-        return fault == asio::error::would_block || fault == asio::error::try_again ||
-               fault == asio::error::interrupted;
-    }
+    void prepare() { door().setOption(m_Handle.get(), Door::kNoDelay, 1); }
+    Door& door() const { return m_Handle.door(); }
 
     Poller& m_Poller;
-    Socket m_Socket;
+    DoorHandle m_Handle;
+    // The peer of a connection that was accepted or begun.
+    Endpoint m_Peer;
     TcpConnection* m_Owner = nullptr;
     // Of an accepted connection.
     Ref<Seat> m_Seat;
@@ -78,10 +78,12 @@ struct TcpLink final : Counted<TcpLink>, Watch
 
 private:
     bool startWatch(unsigned char ready);
+    void report(unsigned char pending);
 
+    std::shared_ptr<Lookup> m_Lookup;
     bool m_IsWatched = false;
     bool m_IsConnecting = false;
-    // Behind the bytes that were read may be what no news tell of.
+    // After the bytes that were read may be what no event reports.
     bool m_HasTail = false;
 };
 

@@ -7,7 +7,7 @@ namespace zet::inner
 
 bool TcpListener::watch()
 {
-    m_IsWatched = m_Poller.add(m_Acceptor.native_handle(), *this, kReadyInput);
+    m_IsWatched = m_Poller.add(m_Handle.get(), *this, kReadyInput);
     return m_IsWatched;
 }
 

@@ -1,9 +1,7 @@
-// What stands behind a listening port: the acceptor and its readiness.
+// A listening port: its handle and its readiness.
 #pragma once
 
 #include "transport/net/inner/reactor.h"
-
-#include <asio/ip/tcp.hpp>
 
 namespace zet
 {
@@ -13,13 +11,11 @@ class TcpServer;
 namespace zet::inner
 {
 
-// Its server owns it. unwatch() comes before the acceptor is closed or released.
+// Its server owns it. unwatch() comes before the handle is closed or released.
 struct TcpListener final : Watch
 {
-    using Acceptor = asio::basic_socket_acceptor<asio::ip::tcp, asio::io_context::executor_type>;
-
-    TcpListener(TcpServer& owner, Reactor& reactor)
-        : m_Owner(owner), m_Poller(reactor.poller()), m_Acceptor(reactor.context().get_executor())
+    TcpListener(TcpServer& owner, Reactor& reactor, Door::Handle handle)
+        : m_Owner(owner), m_Poller(reactor.poller()), m_Handle(reactor.door(), handle)
     {
     }
     ~TcpListener() { unwatch(); }
@@ -34,7 +30,7 @@ struct TcpListener final : Watch
 
     TcpServer& m_Owner;
     Poller& m_Poller;
-    Acceptor m_Acceptor;
+    DoorHandle m_Handle;
 
 private:
     bool m_IsWatched = false;

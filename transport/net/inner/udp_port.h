@@ -5,7 +5,7 @@
 #include "transport/net/inner/reactor.h"
 #include "transport/net/socket.h"
 
-#include <asio/ip/udp.hpp>
+#include <netinet/in.h>
 
 #include <memory>
 
@@ -19,7 +19,7 @@ public:
     // The longest datagram that is taken, and the longest that is sent.
     static constexpr int kMostBytes = 2048;
     // Datagrams of one system call.
-    static constexpr int kBatch = 32;
+    static constexpr int kBatch = Door::kMostDatagrams;
 
     struct Datagram
     {
@@ -36,7 +36,7 @@ public:
     ~UdpPort();
 
     const sockaddr_in& getAddress() const { return m_Address; }
-    unsigned int getHandle() { return static_cast<unsigned int>(m_Socket.native_handle()); }
+    unsigned int getHandle() { return m_Handle.get(); }
     void close();
     unsigned int detach();
 
@@ -63,17 +63,15 @@ public:
 private:
     struct Batches;
 
-    using Socket = asio::basic_datagram_socket<asio::ip::udp, asio::io_context::executor_type>;
-
-    explicit UdpPort(Reactor& reactor);
+    UdpPort(Reactor& reactor, Door::Handle handle);
     bool prepare();
     bool receiveBatch();
-    Datagram getDatagram(int index) const;
+    Datagram getDatagram(int index);
     void unwatch();
     void waitForOutput();
 
     Poller& m_Poller;
-    Socket m_Socket;
+    DoorHandle m_Handle;
     std::unique_ptr<Batches> m_Batches;
     sockaddr_in m_Address{};
     // The datagrams of the last batch, and the first of them that receive() has not given.

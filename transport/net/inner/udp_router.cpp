@@ -12,8 +12,15 @@ void UdpLink::setOwner(UdpServer::UdpConnection& owner, UdpServer::UdpConnection
     owner.m_IsEndTold = false;
     owner.m_HasBegun = true;
     owner.m_ConnectionId = id;
-    owner.m_PeerAddress = address;
-    owner.m_PeerPort = port;
+    setPeer(address, port);
+}
+
+void UdpLink::setPeer(unsigned int address, unsigned short port)
+{
+    if (!m_Owner)
+        return;
+    m_Owner->m_PeerAddress = address;
+    m_Owner->m_PeerPort = port;
 }
 
 void UdpLink::leaveOwner(UdpServer::UdpConnection::ConnectionState state)

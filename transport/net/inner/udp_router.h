@@ -22,6 +22,8 @@ public:
     // Gives the object this connection, and takes note of the peer.
     void setOwner(UdpServer::UdpConnection& owner, UdpServer::UdpConnection::ConnectionState state, const Uuid& id,
                   unsigned int address, unsigned short port);
+    // The address of the peer becomes known.
+    void setPeer(unsigned int address, unsigned short port);
     // Takes the connection from its object, whose state becomes this.
     void leaveOwner(UdpServer::UdpConnection::ConnectionState state);
     // The same where the connection breaks, and the object is told. The caller holds it.
@@ -30,7 +32,7 @@ public:
     int available() const { return m_Input.size(); }
     const unsigned char* input() const { return m_Input.data(); }
     size_t outputSize() const { return m_Output.size(); }
-    // kEstablished while it stands or is on its way up; then how it ended.
+    // kEstablished while it is established or connecting; then how it ended.
     UdpServer::UdpConnection::ConnectionState end() const { return m_End; }
     // What has happened since the last call; they are taken by asking.
     bool takeStanding() { return std::exchange(m_HasStood, false); }

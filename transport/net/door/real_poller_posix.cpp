@@ -1,4 +1,4 @@
-#include "transport/net/inner/poller.h"
+#include "transport/net/door/real_poller.h"
 
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
@@ -17,12 +17,12 @@ namespace zet::inner
 namespace
 {
 
-// News of one system call.
+// Events of one system call.
 constexpr int kBatch = 256;
-// News of one look; more of them wait for the next one.
-constexpr int kNewsPerLook = 16384;
+// Events of one look; more of them wait for the next one.
+constexpr int kEventsPerLook = 16384;
 
-// Edges: the system tells what has changed, and a socket that was left half read is its owner's business.
+// Edges: the system reports what has changed, and a socket that was left half read is its owner's business.
 uint32_t eventsOf(unsigned char ready)
 {
     uint32_t events = EPOLLET | EPOLLRDHUP;
@@ -43,7 +43,7 @@ unsigned char readyOf(uint32_t events)
         ready |= kReadyInput;
     if (events & EPOLLOUT)
         ready |= kReadyOutput;
-    // A read ends in front of urgent data as it does where nothing is left.
+    // A read ends before urgent data as it does where nothing is left.
     if (events & (EPOLLRDHUP | EPOLLPRI))
         ready |= kReadyInput | kReadyTail;
     return ready;
@@ -66,10 +66,19 @@ private:
     const int m_Value;
 };
 
-} // namespace
-
-struct Poller::State
+class EpollPoller final : public Poller
 {
+public:
+    EpollPoller();
+
+    bool add(Handle handle, Watch& watch, unsigned char ready) override;
+    void want(Watch& watch, unsigned char ready) override;
+    void reportInputAgain(Watch& watch) override;
+    void remove(Watch& watch) override;
+    bool wait(unsigned int milliseconds) override;
+    void wake() override;
+
+private:
     bool control(int operation, int handle, Watch* watch, uint32_t events) const
     {
         epoll_event event{};
@@ -77,14 +86,13 @@ struct Poller::State
         event.data.ptr = watch;
         return ::epoll_ctl(m_Poll, operation, handle, &event) == 0;
     }
-    void tell(Watch& watch, unsigned char ready);
-    void hear()
+    void report(Watch& watch, unsigned char ready);
+    void endWake()
     {
         uint64_t count;
         while (::read(m_Alarm, &count, sizeof count) < 0 && errno == EINTR)
             continue;
-        // Not before: the read would take away what a call in between has written, and leave its flag for ever. This
-        // way such a call is one of those that the present sleep ends for.
+        // Clear the flag after the read: cleared first, a wake() in between would be swallowed.
         m_IsWoken.exchange(false);
     }
 
@@ -93,45 +101,43 @@ struct Poller::State
     std::atomic<bool> m_IsWoken{false};
 };
 
-Poller::Poller() : m_State(std::make_unique<State>())
+EpollPoller::EpollPoller()
 {
-    if (!m_State->control(EPOLL_CTL_ADD, m_State->m_Alarm, nullptr, EPOLLIN))
+    if (!control(EPOLL_CTL_ADD, m_Alarm, nullptr, EPOLLIN))
         throw std::system_error(errno, std::generic_category());
 }
 
-Poller::~Poller() = default;
-
-bool Poller::add(Handle handle, Watch& watch, unsigned char ready)
+bool EpollPoller::add(Handle handle, Watch& watch, unsigned char ready)
 {
-    watch.m_Place = handle;
+    watch.m_Place = static_cast<int>(handle);
     watch.m_Wanted = ready;
-    return m_State->control(EPOLL_CTL_ADD, handle, &watch, eventsOf(ready));
+    return control(EPOLL_CTL_ADD, watch.m_Place, &watch, eventsOf(ready));
 }
 
-void Poller::want(Watch& watch, unsigned char ready)
+void EpollPoller::want(Watch& watch, unsigned char ready)
 {
-    // Room for output is wanted seldom. Of input the next edge comes by itself.
+    // Space for output is wanted seldom. Of input the next edge comes by itself.
     if (!(ready & kReadyOutput) && (watch.m_Wanted & ready) == ready)
         return;
     watch.m_Wanted |= ready;
-    m_State->control(EPOLL_CTL_MOD, watch.m_Place, &watch, eventsOf(watch.m_Wanted));
+    control(EPOLL_CTL_MOD, watch.m_Place, &watch, eventsOf(watch.m_Wanted));
 }
 
-void Poller::tellInputAgain(Watch& watch)
+void EpollPoller::reportInputAgain(Watch& watch)
 {
     // Whatever is ready is an edge to a watch that was changed.
-    m_State->control(EPOLL_CTL_MOD, watch.m_Place, &watch, eventsOf(watch.m_Wanted));
+    control(EPOLL_CTL_MOD, watch.m_Place, &watch, eventsOf(watch.m_Wanted));
 }
 
-void Poller::remove(Watch& watch)
+void EpollPoller::remove(Watch& watch)
 {
     // Closing alone would leave the watch in place where a child process has the socket, too.
-    m_State->control(EPOLL_CTL_DEL, watch.m_Place, &watch, 0);
+    control(EPOLL_CTL_DEL, watch.m_Place, &watch, 0);
 }
 
-void Poller::State::tell(Watch& watch, unsigned char ready)
+void EpollPoller::report(Watch& watch, unsigned char ready)
 {
-    // Room that nobody waits for would end a sleep with each datagram that leaves.
+    // Space that nothing waits for would end a sleep with each datagram that leaves.
     if (ready & watch.m_Wanted & kReadyOutput)
     {
         watch.m_Wanted &= static_cast<unsigned char>(~kReadyOutput);
@@ -140,32 +146,39 @@ void Poller::State::tell(Watch& watch, unsigned char ready)
     watch.onReady(ready);
 }
 
-bool Poller::wait(unsigned int milliseconds)
+bool EpollPoller::wait(unsigned int milliseconds)
 {
     constexpr unsigned int kLongest = std::numeric_limits<int>::max();
     int time = static_cast<int>(std::min(milliseconds, kLongest));
-    epoll_event news[kBatch];
-    for (int told = 0; told < kNewsPerLook; told += kBatch, time = 0)
+    epoll_event events[kBatch];
+    for (int reported = 0; reported < kEventsPerLook; reported += kBatch, time = 0)
     {
-        const int count = ::epoll_wait(m_State->m_Poll, news, kBatch, time);
+        const int count = ::epoll_wait(m_Poll, events, kBatch, time);
         for (int i = 0; i < count; ++i)
-            if (auto* const watch = static_cast<Watch*>(news[i].data.ptr))
-                m_State->tell(*watch, readyOf(news[i].events));
+            if (auto* const watch = static_cast<Watch*>(events[i].data.ptr))
+                report(*watch, readyOf(events[i].events));
             else
-                m_State->hear();
+                endWake();
         if (count < kBatch)
-            return count >= 0 || told > 0;
+            return count >= 0 || reported > 0;
     }
     return true;
 }
 
-void Poller::wake()
+void EpollPoller::wake()
 {
-    if (m_State->m_IsWoken.exchange(true))
+    if (m_IsWoken.exchange(true))
         return;
     const uint64_t one = 1;
-    while (::write(m_State->m_Alarm, &one, sizeof one) < 0 && errno == EINTR)
+    while (::write(m_Alarm, &one, sizeof one) < 0 && errno == EINTR)
         continue;
+}
+
+} // namespace
+
+std::unique_ptr<Poller> makeRealPoller()
+{
+    return std::make_unique<EpollPoller>();
 }
 
 } // namespace zet::inner

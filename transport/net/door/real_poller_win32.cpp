@@ -1,4 +1,6 @@
-#include "transport/net/inner/poller.h"
+#include "transport/net/door/real_poller.h"
+
+#include "transport/net/door/addresses.h"
 
 #include <algorithm>
 #include <atomic>
@@ -12,7 +14,7 @@ namespace zet::inner
 namespace
 {
 
-// A socket that hears itself, for want of anything else that a sleep on sockets would end for.
+// A socket that sends to itself: nothing else ends a sleep on sockets.
 SOCKET makeAlarm()
 {
     const SOCKET alarm = ::socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
@@ -49,7 +51,7 @@ unsigned char readyOf(short events)
         ready |= kReadyInput;
     if (events & POLLWRNORM)
         ready |= kReadyOutput;
-    // What has ended or is broken shows when it is used. Behind an end alone there may be no room for output yet.
+    // What has ended or is broken shows when it is used. After an end alone there may be no space for output yet.
     if (events & POLLHUP)
         ready |= kReadyInput;
     if (events & (POLLERR | POLLNVAL))
@@ -57,30 +59,34 @@ unsigned char readyOf(short events)
     return ready;
 }
 
-} // namespace
-
-// The system keeps no list of what is watched, and tells what is ready each time that it is asked. So it is asked only
-// for what is wanted, and what was told is wanted no more.
-struct Poller::State
+// The system keeps no list of what is watched, and reports what is ready each time that it is m_Asked. So it is asked
+// only for what is wanted, and what was reported is wanted no more.
+class ListPoller final : public Poller
 {
+public:
+    ListPoller() { m_Entries.push_back({makeAlarm(), nullptr}); }
+    ~ListPoller() override { ::closesocket(m_Entries.front().m_Socket); }
+
+    bool add(Handle handle, Watch& watch, unsigned char ready) override;
+    void want(Watch& watch, unsigned char ready) override { watch.m_Wanted |= ready; }
+    void reportInputAgain(Watch& watch) override { want(watch, kReadyInput); }
+    void remove(Watch& watch) override;
+    bool wait(unsigned int milliseconds) override;
+    void wake() override;
+
+private:
     struct Entry
     {
         SOCKET m_Socket;
         Watch* m_Watch;
     };
 
-    State() { m_Entries.push_back({makeAlarm(), nullptr}); }
-    ~State() { ::closesocket(m_Entries.front().m_Socket); }
-    State(const State&) = delete;
-    State& operator=(const State&) = delete;
-
-    void hear()
+    void endWake()
     {
         char byte;
         while (::recv(m_Entries.front().m_Socket, &byte, 1, 0) > 0)
             continue;
-        // Not before: the call would take away what a call in between has sent, and leave its flag for ever. This way
-        // such a call is one of those that the present sleep ends for.
+        // Clear the flag after the read: cleared first, a wake() in between would be swallowed.
         m_IsWoken.exchange(false);
     }
 
@@ -92,62 +98,46 @@ struct Poller::State
     std::atomic<bool> m_IsWoken{false};
 };
 
-Poller::Poller() : m_State(std::make_unique<State>()) {}
-
-Poller::~Poller() = default;
-
-bool Poller::add(Handle handle, Watch& watch, unsigned char ready)
+bool ListPoller::add(Handle handle, Watch& watch, unsigned char ready)
 {
     watch.m_Wanted = ready;
-    watch.m_Place = static_cast<int>(m_State->m_Entries.size());
-    m_State->m_Entries.push_back({handle, &watch});
+    watch.m_Place = static_cast<int>(m_Entries.size());
+    m_Entries.push_back({static_cast<SOCKET>(handle), &watch});
     return true;
 }
 
-void Poller::want(Watch& watch, unsigned char ready)
+void ListPoller::remove(Watch& watch)
 {
-    watch.m_Wanted |= ready;
-}
-
-void Poller::tellInputAgain(Watch& watch)
-{
-    want(watch, kReadyInput);
-}
-
-void Poller::remove(Watch& watch)
-{
-    State::Entry& place = m_State->m_Entries[static_cast<size_t>(watch.m_Place)];
-    place = m_State->m_Entries.back();
+    Entry& place = m_Entries[static_cast<size_t>(watch.m_Place)];
+    place = m_Entries.back();
     place.m_Watch->m_Place = watch.m_Place;
-    m_State->m_Entries.pop_back();
+    m_Entries.pop_back();
 }
 
-bool Poller::wait(unsigned int milliseconds)
+bool ListPoller::wait(unsigned int milliseconds)
 {
-    auto& asked = m_State->m_Asked;
-    auto& askedFor = m_State->m_AskedFor;
-    asked.clear();
-    askedFor.clear();
-    for (const State::Entry& entry : m_State->m_Entries)
+    m_Asked.clear();
+    m_AskedFor.clear();
+    for (const Entry& entry : m_Entries)
         if (const int wanted = entry.m_Watch ? entry.m_Watch->m_Wanted : int{kReadyInput})
         {
-            asked.push_back({entry.m_Socket, eventsOf(wanted), 0});
-            askedFor.push_back(entry.m_Watch);
+            m_Asked.push_back({entry.m_Socket, eventsOf(wanted), 0});
+            m_AskedFor.push_back(entry.m_Watch);
         }
     constexpr unsigned int kLongest = std::numeric_limits<int>::max();
-    const int count =
-        ::WSAPoll(asked.data(), static_cast<ULONG>(asked.size()), static_cast<int>(std::min(milliseconds, kLongest)));
+    const int count = ::WSAPoll(m_Asked.data(), static_cast<ULONG>(m_Asked.size()),
+                                static_cast<int>(std::min(milliseconds, kLongest)));
     if (count <= 0)
         return count == 0;
-    for (size_t i = 0; i < asked.size(); ++i)
+    for (size_t i = 0; i < m_Asked.size(); ++i)
     {
-        const unsigned char ready = readyOf(asked[i].revents);
+        const unsigned char ready = readyOf(m_Asked[i].revents);
         if (ready == 0)
             continue;
-        Watch* const watch = askedFor[i];
+        Watch* const watch = m_AskedFor[i];
         if (!watch)
         {
-            m_State->hear();
+            endWake();
             continue;
         }
         watch->m_Wanted &= static_cast<unsigned char>(~ready);
@@ -156,12 +146,19 @@ bool Poller::wait(unsigned int milliseconds)
     return true;
 }
 
-void Poller::wake()
+void ListPoller::wake()
 {
-    if (m_State->m_IsWoken.exchange(true))
+    if (m_IsWoken.exchange(true))
         return;
     const char byte = 0;
-    ::send(m_State->m_Entries.front().m_Socket, &byte, 1, 0);
+    ::send(m_Entries.front().m_Socket, &byte, 1, 0);
+}
+
+} // namespace
+
+std::unique_ptr<Poller> makeRealPoller()
+{
+    return std::make_unique<ListPoller>();
 }
 
 } // namespace zet::inner
