@@ -26,7 +26,7 @@ add_test(NAME House.DoorCheckFindsACallOutside COMMAND Python3::Interpreter ${sc
 set(files)
 foreach(floor ${COMMONGROUND_FLOORS})
   file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${floor}/*.h)
-  list(FILTER headers EXCLUDE REGEX "/inner/|^transport/net/door/|^framework/modules/")
+  list(FILTER headers EXCLUDE REGEX "/inner/|^net/door/|^framework/modules/")
   foreach(header ${headers})
     set(file ${PROJECT_BINARY_DIR}/header_check/${header}.cpp)
     file(CONFIGURE OUTPUT ${file} CONTENT "#include \"@header@\"\n#include \"@header@\"\n" @ONLY)
@@ -83,7 +83,7 @@ endif()
 
 # No folder of this machine is in what is built, and another folder builds the same bytes. The objects stand for all:
 # one whose exceptions name their file, one of the order machinery, one with another library's headers.
-set(objects framework/buffer.cpp packs/achievement.cpp transport/net/tcp_server.cpp)
+set(objects framework/buffer.cpp packs/achievement.cpp net/tcp/server.cpp)
 list(TRANSFORM objects REPLACE "(.+)" "CMakeFiles/commonground.dir/\\1${CMAKE_CXX_OUTPUT_EXTENSION}")
 if(NOT WIN32)
   set(built $<TARGET_FILE:commonground>)

@@ -27,7 +27,7 @@ foreach(floor ${COMMONGROUND_FLOORS})
       FILES_MATCHING PATTERN "*.h" PATTERN "*.def"
       PATTERN "framework/modules" EXCLUDE
       PATTERN "packaging/wire" EXCLUDE
-      PATTERN "transport/net/door" EXCLUDE
+      PATTERN "net/door" EXCLUDE
       PATTERN "inner" EXCLUDE)
   endif()
 endforeach()

@@ -8,7 +8,7 @@ import re
 import subprocess
 import sys
 
-DOOR = re.compile(r"/transport/net/door/[a-z_]+_(posix|win32)\.cpp\.o(bj)?$")
+DOOR = re.compile(r"/net/door/[a-z_]+_(posix|win32)\.cpp\.o(bj)?$")
 CALLS = {
     "socket", "socketpair", "bind", "listen", "accept", "accept4", "connect", "shutdown",
     "recv", "recvfrom", "recvmsg", "recvmmsg", "send", "sendto", "sendmsg", "sendmmsg", "readv", "writev", "sendfile",
@@ -35,13 +35,13 @@ def check(place, listing):
     if DOOR.search(place):
         return []
     allowed = {name for path, names in OTHERWISE.items() if path in place for name in names}
-    return [f"{place}: calls {name}, which belongs to transport/net/door/"
+    return [f"{place}: calls {name}, which belongs to net/door/"
             for name in sorted(calls_of(listing) - allowed)]
 
 
 def self_test():
     listing = "                 U recv@GLIBC_2.2.5\n                 U __poll_chk\n                 U memcpy\n0 T send\n"
-    tree = "x.dir/transport/net/"
+    tree = "x.dir/net/"
     good = [len(check(tree + "tcp_link.cpp.o", listing)) == 2,
             not check(tree + "door/real_door_posix.cpp.o", listing),
             len(check(tree + "door/names.cpp.o", "   U __imp_WSASend\n")) == 1,

@@ -9,18 +9,17 @@ import re
 import sys
 import tempfile
 
-# Floor -> the floors that it may include, itself among them. A floor's files are those below its folder, and a longer
-# name wins. What stands in no row (tests, tools, examples, bench, fuzz) may see everything, and nothing sees it.
+# Floor -> the floors that it may include, itself among them. A floor's files are those below its folder. What stands in no row (tests, tools, examples, bench, fuzz) may see everything, and nothing sees it.
 FLOORS = {
     "framework":     {"framework"},
     "packaging":     {"framework", "packaging"},
     "dispatch":      {"framework", "packaging", "dispatch"},
-    "transport/net": {"framework", "transport/net"},
-    "transport":     {"framework", "packaging", "dispatch", "transport/net", "transport"},
+    "net":           {"framework", "net"},
+    "transport":     {"framework", "packaging", "dispatch", "net", "transport"},
     "playerdata":    {"framework", "packaging", "playerdata"},
     "commands":      {"framework", "packaging", "playerdata", "commands", "packs"},
     "packs":         {"framework", "packaging", "playerdata", "commands", "packs"},
-    "runtime":       {"framework", "packaging", "dispatch", "transport/net", "transport", "playerdata", "commands",
+    "runtime":       {"framework", "packaging", "dispatch", "net", "transport", "playerdata", "commands",
                       "packs", "runtime"},
 }
 # Single headers that a floor may include beyond its row, and why.
@@ -32,20 +31,20 @@ DOORS = {
 # Headers that the build makes.
 GENERATED = {"tools/all_classes.h"}
 # Headers of the machinery behind the interface: not installed, and included by .cpp files and one another only.
-INNER = re.compile(r"^packaging/wire/|/inner/|^transport/net/door/")
+INNER = re.compile(r"^packaging/wire/|/inner/|^net/door/")
 # Where the operating system may be seen: its headers and the tests for it.
-PLATFORM = ("framework/platform/", "transport/net/")
+PLATFORM = ("framework/platform/", "net/")
 # Where the operating system's network may be seen, and its headers. Some files name its plain addresses, too.
-NETWORK = re.compile(r"^transport/net/door/")
+NETWORK = re.compile(r"^net/door/")
 NETWORK_HEADERS = re.compile(r"^(sys/(socket|epoll|eventfd|select|poll|un)\.h|netinet/tcp\.h|netdb\.h|arpa/inet\.h|"
                              r"winsock2?\.h|ws2tcpip\.h|mswsock\.h|mstcpip\.h)$", re.IGNORECASE)
 # Third-party libraries, and where they may be used.
 THIRD_PARTY = {
     "fmt": ("framework/",),
     "nlohmann": ("framework/",),
-    "gnutls": ("framework/", "transport/net/"),
+    "gnutls": ("framework/", "net/"),
     "nettle": ("framework/platform/",),
-    "ngtcp2": ("transport/net/",),
+    "ngtcp2": ("net/",),
 }
 # Longer than the limit, and why they stay whole.
 LIMIT = 500
@@ -106,7 +105,7 @@ def check_include(path, quoted, name, exists):
     if header and not INNER.search(path):
         return f"is a public header and includes <{name}>, which is not the standard library's"
     if NETWORK_HEADERS.match(name) and not NETWORK.match(path):
-        return f"includes <{name}>; the network belongs to transport/net/door/"
+        return f"includes <{name}>; the network belongs to net/door/"
     library = re.split(r"[/.]", name)[0]
     if library in THIRD_PARTY:
         if not path.startswith(THIRD_PARTY[library]):
@@ -190,19 +189,19 @@ TRIALS = [
       "packaging/b.cpp": '#include "packaging/b.h"\n#include "packaging/wire/w.h"\n',
       "commands/c.h": '#pragma once\n#include "dispatch/command_ids.h"\n',
       "packaging/wire/w.h": "#pragma once\n", "dispatch/command_ids.h": "#pragma once\n",
-      "transport/net/s_posix.cpp": '#include "transport/net/s.h"\n#include <unistd.h>\n#ifdef _WIN32\n#endif\n',
-      "transport/net/s.h": "#pragma once\n", "tests/t.cpp": '#include "packaging/wire/w.h"\n#include <fmt/printf.h>\n'}, None),
+      "net/s_posix.cpp": '#include "net/s.h"\n#include <unistd.h>\n#ifdef _WIN32\n#endif\n',
+      "net/s.h": "#pragma once\n", "tests/t.cpp": '#include "packaging/wire/w.h"\n#include <fmt/printf.h>\n'}, None),
     ({"framework/a.h": '#pragma once\n#include "packaging/b.h"\n', "packaging/b.h": "#pragma once\n"}, "may not see"),
     ({"commands/a.h": '#pragma once\n#include "dispatch/b.h"\n', "dispatch/b.h": "#pragma once\n"}, "may not see"),
-    ({"transport/net/a.h": '#pragma once\n#include "packaging/b.h"\n', "packaging/b.h": "#pragma once\n"}, "may not see"),
+    ({"net/a.h": '#pragma once\n#include "packaging/b.h"\n', "packaging/b.h": "#pragma once\n"}, "may not see"),
     ({"runtime/a.h": '#pragma once\n#include "tests/b.h"\n', "tests/b.h": "#pragma once\n"}, "above all floors"),
     ({"packs/a.h": '#pragma once\n#include "packaging/wire/b.h"\n', "packaging/wire/b.h": "#pragma once\n"}, "public header"),
     ({"packs/a.h": "#pragma once\n#include <fmt/printf.h>\n"}, "standard library's"),
     ({"packs/a.h": "#pragma once\n#include <unistd.h>\n"}, "standard library's"),
     ({"packs/a.cpp": "#include <nlohmann/json.hpp>\n"}, "nlohmann belongs to"),
     ({"packs/a.cpp": "#include <unistd.h>\n"}, "operating system belongs"),
-    ({"transport/net/a_posix.cpp": "#include <sys/socket.h>\n"}, "network belongs"),
-    ({"transport/net/door/a_posix.cpp": "#include <sys/socket.h>\n"}, None),
+    ({"net/a_posix.cpp": "#include <sys/socket.h>\n"}, "network belongs"),
+    ({"net/door/a_posix.cpp": "#include <sys/socket.h>\n"}, None),
     ({"framework/a.h": '#pragma once\n#include "b.h"\n', "framework/b.h": "#pragma once\n"}, "no path from the top"),
     ({"framework/a.h": '#pragma once\n#include "framework/b.h"\n',
       "framework/b.h": '#pragma once\n#include "framework/a.h"\n'}, "circle"),

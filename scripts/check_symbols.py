@@ -29,7 +29,7 @@ def exported_names(root):
     names = set()
     for folder, _, files in os.walk(root):
         if os.path.relpath(folder, root).split(os.sep)[0] not in (
-                "framework", "packaging", "dispatch", "transport", "runtime", "playerdata", "commands", "packs"):
+                "framework", "packaging", "dispatch", "net", "transport", "runtime", "playerdata", "commands", "packs"):
             continue
         for name in files:
             if name.endswith(".h"):

@@ -1,7 +1,7 @@
 // What hostile peers do to a server, each as fast as it can. For the benchmark of neighbours.
 #pragma once
 
-#include "transport/net/tcp_server.h"
+#include "net/tcp/server.h"
 
 #include <atomic>
 #include <string>

@@ -1,7 +1,7 @@
 // A door that passes each call on to the real one and counts it. Names get their answer when the test gives it.
 #pragma once
 
-#include "transport/net/door/door.h"
+#include "net/door/door.h"
 
 #include <map>
 #include <string>

@@ -1,9 +1,9 @@
 // A TLS peer of another make: GnuTLS by itself over the bytes of a plain stream, with settings that ours never has.
 #pragma once
 
+#include "net/tcp/server.h"
+#include "net/tcp/stream.h"
 #include "tests/support/tls_certificates.h"
-#include "transport/net/tcp_server.h"
-#include "transport/net/tcp_stream.h"
 
 struct gnutls_session_int;
 struct gnutls_certificate_credentials_st;

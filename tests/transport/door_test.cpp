@@ -1,10 +1,10 @@
 // The one door to the operating system's network, and host names that are resolved apart from the ticks.
 #include "framework/system.h"
+#include "net/tcp/stream.h"
 #include "tests/support/eventually.h"
 #include "tests/support/loopback.h"
 #include "tests/support/passing_door.h"
 #include "tests/support/udp_test.h"
-#include "transport/net/tcp_stream.h"
 
 #include <gtest/gtest.h>
 
