@@ -4,10 +4,10 @@
 # headers, so each library is linked into a folder of this build.
 set(headers ${PROJECT_BINARY_DIR}/foreign_headers)
 file(MAKE_DIRECTORY ${headers})
-foreach(entry asio asio.hpp fmt nlohmann)
+foreach(entry fmt nlohmann)
   find_path(place ${entry} PATHS /usr/include /usr/local/include NO_CACHE NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
   if(NOT place)
-    message(FATAL_ERROR "No ${entry}: install libasio-dev, libfmt-dev and nlohmann-json3-dev")
+    message(FATAL_ERROR "No ${entry}: install libfmt-dev and nlohmann-json3-dev")
   endif()
   file(CREATE_LINK ${place}/${entry} ${headers}/${entry} SYMBOLIC)
   unset(place)

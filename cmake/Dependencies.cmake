@@ -5,7 +5,7 @@ add_library(commonground_dependencies INTERFACE)
 target_link_libraries(commonground_dependencies INTERFACE Threads::Threads ${CMAKE_DL_LIBS})
 if(WIN32)
   # There the operating system provides digests and random bytes.
-  target_link_libraries(commonground_dependencies INTERFACE bcrypt ws2_32 mswsock)
+  target_link_libraries(commonground_dependencies INTERFACE bcrypt ws2_32)
 else()
   find_package(PkgConfig REQUIRED)
   # GnuTLS provides the digests, or without TLS Nettle, on which GnuTLS is built.
@@ -34,8 +34,4 @@ else()
   set(COMMONGROUND_UDP OFF)
 endif()
 
-# Asio's sources are compiled into one file of transport/net; its own visibility pragma would export them.
-target_compile_definitions(commonground_dependencies INTERFACE
-  FMT_HEADER_ONLY
-  ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_SEPARATE_COMPILATION ASIO_DISABLE_VISIBILITY
-  $<$<PLATFORM_ID:Windows>:ASIO_DISABLE_IOCP>)
+target_compile_definitions(commonground_dependencies INTERFACE FMT_HEADER_ONLY)

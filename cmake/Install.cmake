@@ -27,6 +27,7 @@ foreach(floor ${COMMONGROUND_FLOORS})
       FILES_MATCHING PATTERN "*.h" PATTERN "*.def"
       PATTERN "framework/modules" EXCLUDE
       PATTERN "packaging/wire" EXCLUDE
+      PATTERN "net/door" EXCLUDE
       PATTERN "inner" EXCLUDE)
   endif()
 endforeach()

@@ -1,5 +1,5 @@
 # The library and its log modules. One folder per floor; a new file needs no line here.
-set(COMMONGROUND_FLOORS framework packaging dispatch transport runtime playerdata commands packs)
+set(COMMONGROUND_FLOORS framework packaging dispatch net transport runtime playerdata commands packs)
 
 # Removes the files for the other platform from a list, by their names.
 macro(commonground_keep_own_platform sources)
@@ -19,15 +19,18 @@ list(FILTER sources EXCLUDE REGEX "/framework/modules/")
 commonground_keep_own_platform(sources)
 # Files that need GnuTLS end in _gnutls, their replacements in _none.
 if(COMMONGROUND_TLS)
-  list(FILTER sources EXCLUDE REGEX "/(tls_[a-z]+_none|hash_nettle_posix)\\.cpp$")
+  list(FILTER sources EXCLUDE REGEX "/(net/tls/[a-z/_]+_none|hash_nettle_posix)\\.cpp$")
 else()
-  list(FILTER sources EXCLUDE REGEX "/(tls_[a-z]+_gnutls|hash_gnutls_posix)\\.cpp$")
+  list(FILTER sources EXCLUDE REGEX "/(net/tls/[a-z/_]+_gnutls|hash_gnutls_posix)\\.cpp$")
 endif()
 
 if(COMMONGROUND_UDP)
-  list(FILTER sources EXCLUDE REGEX "/inner/udp_router_none\\.cpp$")
+  list(FILTER sources EXCLUDE REGEX "/net/quic/inner/udp_router_none\\.cpp$")
 else()
-  list(FILTER sources EXCLUDE REGEX "/inner/(quic_|udp_port_)[^/]*\\.cpp$")
+  set(quic ${sources})
+  list(FILTER quic INCLUDE REGEX "/net/quic/inner/")
+  list(FILTER quic EXCLUDE REGEX "/udp_router(_none)?\\.cpp$")
+  list(REMOVE_ITEM sources ${quic})
 endif()
 
 add_library(commonground SHARED ${sources})

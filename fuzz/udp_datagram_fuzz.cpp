@@ -2,7 +2,7 @@
 // receives. Each is two bytes of length, a byte for the sender's port, and its bytes.
 #include "framework/time.h"
 #include "fuzz/support/budget.h"
-#include "transport/net/udp_connection.h"
+#include "net/quic/connection.h"
 
 #include <netinet/in.h>
 

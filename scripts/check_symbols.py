@@ -12,10 +12,10 @@ NAMESPACES = {"zet", "Quillo", "wire"}
 # What the library may load.
 NEEDED = re.compile(r"^(libgnutls|libngtcp2|libngtcp2_crypto_gnutls|libnettle|libhogweed|libstdc\+\+|libm|libgcc_s|libc|libpthread|libdl|"
                     r"ld-linux[-\w]*)\.so")
-NEEDED_ON_WINDOWS = re.compile(r"^(bcrypt|kernel32|msvcrt|ws2_32|mswsock|libstdc\+\+-6|libgcc_s_seh-1|"
+NEEDED_ON_WINDOWS = re.compile(r"^(bcrypt|kernel32|msvcrt|ws2_32|libstdc\+\+-6|libgcc_s_seh-1|"
                                r"libwinpthread-1)\.dll$", re.IGNORECASE)
-# Names of libraries that are compiled into this one and must be neither exported nor imported.
-INLINE = re.compile(r"\b(fmt|asio|nlohmann)::")
+# Names of other libraries that are compiled into this one and must neither leave it nor be asked for.
+INLINE = re.compile(r"\b(fmt|nlohmann)::")
 WORDS_BEFORE = re.compile(r"^(vtable|VTT|typeinfo name|typeinfo|guard variable|construction vtable|"
                           r"(non-)?virtual thunk|covariant return thunk|reference temporary #\d+) (for|to) ")
 
@@ -29,7 +29,7 @@ def exported_names(root):
     names = set()
     for folder, _, files in os.walk(root):
         if os.path.relpath(folder, root).split(os.sep)[0] not in (
-                "framework", "packaging", "dispatch", "transport", "runtime", "playerdata", "commands", "packs"):
+                "framework", "packaging", "dispatch", "net", "transport", "runtime", "playerdata", "commands", "packs"):
             continue
         for name in files:
             if name.endswith(".h"):

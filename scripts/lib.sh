@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 JOBS=$(nproc 2>/dev/null || echo 2)
 
 # Packages of every build, and those that the tests, the presets with Clang and those for other systems add.
-BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libasio-dev libfmt-dev nlohmann-json3-dev
+BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libfmt-dev nlohmann-json3-dev
     libgnutls28-dev nettle-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin iproute2)
 CLANG_PACKAGES=(clang libclang-rt-dev)
@@ -15,7 +15,7 @@ WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix googletest wine64)
 ARMHF_PACKAGES=(g++-arm-linux-gnueabihf qemu-user)
 ARM64_PACKAGES=(g++-aarch64-linux-gnu qemu-user)
 # Packages of the target architecture that a cross build needs.
-SYSROOT_PACKAGES=(libc6-dev libstdc++6 libasio-dev libfmt-dev nlohmann-json3-dev libgnutls28-dev libngtcp2-dev
+SYSROOT_PACKAGES=(libc6-dev libstdc++6 libfmt-dev nlohmann-json3-dev libgnutls28-dev libngtcp2-dev
     libngtcp2-crypto-gnutls-dev libgtest-dev libgmock-dev)
 
 # Targets of the native build, preset dev, that the tests of a build for another system need.

@@ -5,10 +5,10 @@
 #include "framework/platform/virtual_target.h"
 #include "framework/stopwatch.h"
 #include "framework/thread.h"
+#include "net/limits.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
 #include "packaging/socket_seam.h"
-#include "transport/net/net_limits.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 
 #include "framework/packet.h"
 #include "framework/peer_log.h"
-#include "transport/net/tcp_stream.h"
+#include "net/tcp/stream.h"
 
 class CCmdAnalyserSocket;
 class CCmdHead;

@@ -5,8 +5,8 @@
 #include "framework/inner/report.h"
 #include "framework/log.h"
 #include "framework/stopwatch.h"
+#include "net/inner/guard.h"
 #include "transport/address_file.h"
-#include "transport/net/inner/guard.h"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "framework/dictionary.h"
+#include "net/tcp/server.h"
 #include "transport/framework_client_socket.h"
-#include "transport/net/tcp_server.h"
 
 #include <deque>
 #include <vector>

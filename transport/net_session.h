@@ -1,7 +1,7 @@
 // A net session that carries commands.
 #pragma once
 
-#include "transport/net/net_session.h"
+#include "net/session/session.h"
 
 class CCmdAnalyser;
 class CCmdHead;

@@ -3,7 +3,7 @@
 
 #include "dispatch/analyser.h"
 #include "framework/peer_log.h"
-#include "transport/net/udp_stream.h"
+#include "net/quic/stream.h"
 
 class CCmdHead;
 class CCmdPackager;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "framework/dictionary.h"
-#include "transport/net/udp_connection.h"
+#include "net/quic/connection.h"
 
 // Holds the connections that it accepted. A host derives from it and accepts a UdpClientSocket of its own in
 // onAccept(), its analyser filled.

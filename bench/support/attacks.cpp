@@ -2,8 +2,8 @@
 
 #include "commands/registry.h"
 #include "framework/system.h"
+#include "net/tcp/stream.h"
 #include "packaging/cmd_packager.h"
-#include "transport/net/tcp_stream.h"
 
 #ifdef COMMONGROUND_BENCH_TLS
 #include "tests/support/tls_certificates.h"

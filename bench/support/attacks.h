@@ -1,7 +1,7 @@
 // Attacks of hostile peers on a server, at full speed. For neighbour_bench.
 #pragma once
 
-#include "transport/net/tcp_server.h"
+#include "net/tcp/server.h"
 
 #include <atomic>
 #include <string>

@@ -3,7 +3,7 @@
 // with the alert missing_extension.
 #include "tests/support/quic_test.h"
 
-#include "transport/net/tls_context.h"
+#include "net/tls/context.h"
 
 namespace
 {

@@ -3,7 +3,7 @@
 #include "tests/support/log_lines.h"
 #include "tests/support/quic_test.h"
 
-#include "transport/net/tls_context.h"
+#include "net/tls/context.h"
 
 namespace
 {

@@ -1,7 +1,7 @@
 #include "tests/impaired/talk.h"
 
+#include "net/tls/context.h"
 #include "tests/support/udp_loopback.h"
-#include "transport/net/tls_context.h"
 
 #include <poll.h>
 #include <unistd.h>

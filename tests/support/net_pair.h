@@ -2,8 +2,8 @@
 #pragma once
 
 #include "dispatch/analyser.h"
+#include "net/session/module.h"
 #include "tests/support/loopback.h"
-#include "transport/net/net_module.h"
 #include "transport/net_message.h"
 #include "transport/net_session.h"
 

@@ -1,9 +1,9 @@
 // A server and clients that talk through TLS over the loopback.
 #pragma once
 
+#include "net/tls/context.h"
 #include "tests/support/loopback.h"
 #include "tests/support/tls_certificates.h"
-#include "transport/net/tls_context.h"
 
 namespace test
 {

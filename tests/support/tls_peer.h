@@ -1,9 +1,9 @@
 // A TLS peer that uses GnuTLS directly over the bytes of a plain stream, with settings that the library never uses.
 #pragma once
 
+#include "net/tcp/server.h"
+#include "net/tcp/stream.h"
 #include "tests/support/tls_certificates.h"
-#include "transport/net/tcp_server.h"
-#include "transport/net/tcp_stream.h"
 
 struct gnutls_session_int;
 struct gnutls_certificate_credentials_st;

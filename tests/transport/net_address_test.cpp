@@ -1,4 +1,4 @@
-#include "transport/net/net_address.h"
+#include "net/session/address.h"
 
 #include <gtest/gtest.h>
 

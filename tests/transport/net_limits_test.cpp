@@ -1,5 +1,5 @@
-// The limits of a TCP port for unknown peers: connections, input, output and time.
-#include "transport/net/net_limits.h"
+// What a TCP port takes from peers that it does not know: numbers of connections, input and output, and time.
+#include "net/limits.h"
 
 #include "framework/time.h"
 #include "tests/support/log_lines.h"

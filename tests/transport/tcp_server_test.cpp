@@ -1,4 +1,4 @@
-#include "transport/net/tcp_server.h"
+#include "net/tcp/server.h"
 
 #include "framework/time.h"
 #include "tests/support/log_lines.h"

@@ -1,9 +1,9 @@
-#include "transport/net/tcp_stream.h"
+#include "net/tcp/stream.h"
 
 #include "framework/thread.h"
+#include "net/tcp/server.h"
 #include "tests/support/loopback.h"
 #include "tests/support/raw_handle.h"
-#include "transport/net/tcp_server.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,7 @@
-// Tests what docs/operating.md states about SSLKEYLOGFILE. The variable is read once per process, so a child process is
-// used.
+// What docs/operating.md says of SSLKEYLOGFILE. The variable is read once a process, so another one looks.
+#include "net/quic/server.h"
 #include "tests/support/child.h"
 #include "tests/support/places.h"
-#include "transport/net/udp_server.h"
 
 #include <gtest/gtest.h>
 

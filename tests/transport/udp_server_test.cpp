@@ -1,4 +1,4 @@
-#include "transport/net/udp_server.h"
+#include "net/quic/server.h"
 
 #include "tests/support/udp_test.h"
 

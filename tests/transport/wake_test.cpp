@@ -1,6 +1,6 @@
 // A System with sockets, woken from other threads.
 #include "framework/system.h"
-#include "transport/net/tcp_server.h"
+#include "net/tcp/server.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-// A library built without TLS reports that, and sends nothing as plain text that should be encrypted.
+// A library that was built without TLS says so, and sends nothing in plain that was to be secret.
+#include "net/tls/context.h"
 #include "tests/support/log_lines.h"
 #include "tests/support/loopback.h"
-#include "transport/net/tls_context.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,42 @@
+// An address of the network and a port, of either family.
+#pragma once
+
+#include <cstring>
+
+namespace zet::inner
+{
+
+struct Endpoint
+{
+    // IPv6 in network order. An IPv4 address is the last four bytes, after ten bytes of 0 and two of 0xFF.
+    unsigned char m_Bytes[16] = {};
+    // In the byte order of this machine.
+    unsigned short m_Port = 0;
+    // The interface of a link-local IPv6 address; 0 for any other.
+    unsigned int m_Scope = 0;
+
+    // An IPv4 address is given and returned as it lies in memory, in network order.
+    static Endpoint ofV4(unsigned int address, unsigned short port)
+    {
+        Endpoint made;
+        made.m_Bytes[10] = made.m_Bytes[11] = 0xFF;
+        std::memcpy(made.m_Bytes + 12, &address, sizeof address);
+        made.m_Port = port;
+        return made;
+    }
+    bool isV4() const
+    {
+        constexpr unsigned char kHead[12] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF};
+        return std::memcmp(m_Bytes, kHead, sizeof kHead) == 0;
+    }
+    // 0 for an IPv6 address.
+    unsigned int v4() const
+    {
+        unsigned int address = 0;
+        if (isV4())
+            std::memcpy(&address, m_Bytes + 12, sizeof address);
+        return address;
+    }
+};
+
+} // namespace zet::inner

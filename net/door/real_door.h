@@ -1,0 +1,32 @@
+// The door to the operating system's own network. Its functions are in a file per platform.
+#pragma once
+
+#include "net/door/door.h"
+
+namespace zet::inner
+{
+
+class RealDoor final : public Door
+{
+public:
+    Handle open(Kind kind, Fault& fault) override;
+    void close(Handle handle) override;
+    Fault unblock(Handle handle) override;
+    Fault bind(Handle handle, const Endpoint& own) override;
+    Fault listen(Handle handle, int backlog) override;
+    Handle accept(Handle listener, Endpoint& peer, Fault& fault) override;
+    Fault connect(Handle handle, const Endpoint& peer) override;
+    Fault endConnect(Handle handle) override;
+    size_t receive(Handle handle, void* data, size_t size, Fault& fault) override;
+    size_t send(Handle handle, const Piece* pieces, int count, Fault& fault) override;
+    int receiveBatch(Handle handle, Datagram* datagrams, int count, Fault& fault) override;
+    int sendBatch(Handle handle, const Datagram* datagrams, int count, Fault& fault) override;
+    bool getOwnEndpoint(Handle handle, Endpoint& own) override;
+    bool getPeerEndpoint(Handle handle, Endpoint& peer) override;
+    void setOption(Handle handle, Option option, int value) override;
+    void watchPeer(Handle handle, const NetLimits& limits) override;
+    std::unique_ptr<Poller> makePoller() override;
+    void resolve(const char* name, Answer answer) override;
+};
+
+} // namespace zet::inner

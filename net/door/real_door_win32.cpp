@@ -1,0 +1,315 @@
+#include "net/door/real_door.h"
+
+#include "net/door/addresses.h"
+#include "net/door/names.h"
+#include "net/door/real_poller.h"
+#include "net/limits.h"
+
+#include <mstcpip.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+using Fault = Door::Fault;
+
+// The system's library of sockets, for as long as the process runs.
+void startSystem()
+{
+    static const int started = []
+    {
+        WSADATA ignored;
+        return ::WSAStartup(MAKEWORD(2, 2), &ignored);
+    }();
+    static_cast<void>(started);
+}
+
+Fault faultOf(int code)
+{
+    switch (code)
+    {
+    case 0:
+        return {};
+    case WSAEWOULDBLOCK:
+        return {Fault::kNotNow, code};
+    case WSAEMFILE:
+    case WSAENOBUFS:
+    case WSA_NOT_ENOUGH_MEMORY:
+        return {Fault::kExhausted, code};
+    default:
+        return {Fault::kOther, code};
+    }
+}
+
+Fault faultIf(bool hasFailed)
+{
+    return faultOf(hasFailed ? ::WSAGetLastError() : 0);
+}
+
+// The system's handles of sockets have 32 bits of meaning.
+SOCKET handleOf(Door::Handle handle)
+{
+    return handle == Door::kNoHandle ? INVALID_SOCKET : static_cast<SOCKET>(handle);
+}
+
+Fault unblockHandle(SOCKET handle)
+{
+    u_long on = 1;
+    return faultIf(::ioctlsocket(handle, FIONBIO, &on) != 0);
+}
+
+void setValue(Door::Handle handle, int level, int name, int value)
+{
+    ::setsockopt(handleOf(handle), level, name, reinterpret_cast<const char*>(&value), sizeof value);
+}
+
+int clampSize(size_t size)
+{
+    return static_cast<int>(std::min(size, static_cast<size_t>(std::numeric_limits<int>::max())));
+}
+
+std::vector<Endpoint> askSystem(const char* name)
+{
+    addrinfo wanted{};
+    wanted.ai_family = AF_INET;
+    wanted.ai_socktype = SOCK_STREAM;
+    addrinfo* first = nullptr;
+    if (::getaddrinfo(name, nullptr, &wanted, &first) != 0)
+        return {};
+    const auto release = [](addrinfo* list) { ::freeaddrinfo(list); };
+    const std::unique_ptr<addrinfo, decltype(release)> owner(first, release);
+    std::vector<Endpoint> found;
+    for (const addrinfo* each = first; each; each = each->ai_next)
+        found.push_back(fromSystem(*reinterpret_cast<const sockaddr_in*>(each->ai_addr)));
+    return found;
+}
+
+} // namespace
+
+const std::shared_ptr<Door>& Door::getReal()
+{
+    static const std::shared_ptr<Door> door = []
+    {
+        startSystem();
+        return std::make_shared<RealDoor>();
+    }();
+    return door;
+}
+
+bool Door::parse(const char* text, unsigned short port, Endpoint& endpoint)
+{
+    startSystem();
+    in_addr address;
+    if (::inet_pton(AF_INET, text, &address) != 1)
+        return false;
+    endpoint = Endpoint::ofV4(static_cast<unsigned int>(address.s_addr), port);
+    return true;
+}
+
+hostent* Door::getHostByName(const char* name)
+{
+    startSystem();
+    return ::gethostbyname(name);
+}
+
+unsigned int Door::getAddress(const char* text)
+{
+    return static_cast<unsigned int>(::inet_addr(text));
+}
+
+std::string Door::getHostName()
+{
+    startSystem();
+    char name[1024];
+    return ::gethostname(name, sizeof name) == 0 ? std::string(name) : std::string();
+}
+
+Door::Handle RealDoor::open(Kind kind, Fault& fault)
+{
+    const int type = kind == kStream ? SOCK_STREAM : SOCK_DGRAM;
+    const SOCKET handle = ::WSASocketW(AF_INET, type, 0, nullptr, 0, WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
+    fault = faultIf(handle == INVALID_SOCKET);
+    if (!fault && (fault = unblockHandle(handle)))
+        ::closesocket(handle);
+    return fault ? kNoHandle : static_cast<Handle>(handle);
+}
+
+void RealDoor::close(Handle handle)
+{
+    ::closesocket(handleOf(handle));
+}
+
+Fault RealDoor::unblock(Handle handle)
+{
+    return unblockHandle(handleOf(handle));
+}
+
+Fault RealDoor::bind(Handle handle, const Endpoint& own)
+{
+    const sockaddr_in address = toSystem(own);
+    return faultIf(::bind(handleOf(handle), plain(address), sizeof address) != 0);
+}
+
+Fault RealDoor::listen(Handle handle, int backlog)
+{
+    return faultIf(::listen(handleOf(handle), backlog > 0 ? backlog : SOMAXCONN) != 0);
+}
+
+Door::Handle RealDoor::accept(Handle listener, Endpoint& peer, Fault& fault)
+{
+    sockaddr_in address{};
+    int size = sizeof address;
+    const SOCKET handle = ::accept(handleOf(listener), plain(address), &size);
+    fault = faultIf(handle == INVALID_SOCKET);
+    if (fault)
+        return kNoHandle;
+    ::SetHandleInformation(reinterpret_cast<HANDLE>(handle), HANDLE_FLAG_INHERIT, 0);
+    if ((fault = unblockHandle(handle)))
+    {
+        ::closesocket(handle);
+        return kNoHandle;
+    }
+    peer = fromSystem(address);
+    return static_cast<Handle>(handle);
+}
+
+Fault RealDoor::connect(Handle handle, const Endpoint& peer)
+{
+    const sockaddr_in address = toSystem(peer);
+    return faultIf(::connect(handleOf(handle), plain(address), sizeof address) != 0 &&
+                   ::WSAGetLastError() != WSAEWOULDBLOCK);
+}
+
+Fault RealDoor::endConnect(Handle handle)
+{
+    int code = 0;
+    int size = sizeof code;
+    if (::getsockopt(handleOf(handle), SOL_SOCKET, SO_ERROR, reinterpret_cast<char*>(&code), &size) != 0)
+        code = ::WSAGetLastError();
+    return faultOf(code);
+}
+
+size_t RealDoor::receive(Handle handle, void* data, size_t size, Fault& fault)
+{
+    const int got = ::recv(handleOf(handle), static_cast<char*>(data), clampSize(size), 0);
+    fault = faultIf(got < 0);
+    return got < 0 ? 0 : static_cast<size_t>(got);
+}
+
+size_t RealDoor::send(Handle handle, const Piece* pieces, int count, Fault& fault)
+{
+    WSABUF gathered[kMostPieces];
+    for (int i = 0; i < count; ++i)
+        gathered[i] = {static_cast<ULONG>(pieces[i].m_Size), static_cast<char*>(const_cast<void*>(pieces[i].m_Data))};
+    DWORD sent = 0;
+    fault = faultIf(::WSASend(handleOf(handle), gathered, static_cast<DWORD>(count), &sent, 0, nullptr, nullptr) != 0);
+    return fault ? 0 : sent;
+}
+
+int RealDoor::receiveBatch(Handle handle, Datagram* datagrams, int count, Fault& fault)
+{
+    fault = {};
+    for (int i = 0; i < count; ++i)
+    {
+        sockaddr_in address{};
+        int size = sizeof address;
+        const int got = ::recvfrom(handleOf(handle), reinterpret_cast<char*>(datagrams[i].m_Data), datagrams[i].m_Size,
+                                   0, plain(address), &size);
+        const int code = got < 0 ? ::WSAGetLastError() : 0;
+        if (got < 0 && code != WSAEMSGSIZE)
+        {
+            fault = i == 0 ? faultOf(code) : Fault();
+            return i;
+        }
+        datagrams[i].m_Peer = fromSystem(address);
+        datagrams[i].m_Local = 0;
+        datagrams[i].m_Size = got < 0 ? -1 : got;
+    }
+    return count;
+}
+
+int RealDoor::sendBatch(Handle handle, const Datagram* datagrams, int count, Fault& fault)
+{
+    fault = {};
+    for (int i = 0; i < count; ++i)
+    {
+        const sockaddr_in address = toSystem(datagrams[i].m_Peer);
+        if (::sendto(handleOf(handle), reinterpret_cast<const char*>(datagrams[i].m_Data), datagrams[i].m_Size, 0,
+                     plain(address), sizeof address) >= 0)
+            continue;
+        if (i == 0)
+            fault = faultIf(true);
+        return i;
+    }
+    return count;
+}
+
+bool RealDoor::getOwnEndpoint(Handle handle, Endpoint& own)
+{
+    sockaddr_in address{};
+    int size = sizeof address;
+    if (::getsockname(handleOf(handle), plain(address), &size) != 0 || address.sin_family != AF_INET)
+        return false;
+    own = fromSystem(address);
+    return true;
+}
+
+bool RealDoor::getPeerEndpoint(Handle handle, Endpoint& peer)
+{
+    sockaddr_in address{};
+    int size = sizeof address;
+    if (::getpeername(handleOf(handle), plain(address), &size) != 0 || address.sin_family != AF_INET)
+        return false;
+    peer = fromSystem(address);
+    return true;
+}
+
+void RealDoor::setOption(Handle handle, Option option, int value)
+{
+    switch (option)
+    {
+    case kNoDelay:
+        return setValue(handle, IPPROTO_TCP, TCP_NODELAY, value);
+    case kKeepAlive:
+        return setValue(handle, SOL_SOCKET, SO_KEEPALIVE, value);
+    case kRebind:
+        // Here the option of that name means theft of ports, and a restarted server gets its port back anyway.
+        return;
+    case kReceiveBuffer:
+        return setValue(handle, SOL_SOCKET, SO_RCVBUF, value);
+    case kSendBuffer:
+        return setValue(handle, SOL_SOCKET, SO_SNDBUF, value);
+    case kLocalAddress:
+        return;
+    }
+}
+
+void RealDoor::watchPeer(Handle handle, const NetLimits& limits)
+{
+    // The number of probes is the system's own, and so is the time without an acknowledgement.
+    if (limits.m_ProbeAfter <= 0 || limits.m_ProbeEvery <= 0 || limits.m_Probes <= 0)
+        return;
+    tcp_keepalive probes{};
+    probes.onoff = 1;
+    probes.keepalivetime = static_cast<unsigned long>(limits.m_ProbeAfter) * 1000;
+    probes.keepaliveinterval = static_cast<unsigned long>(limits.m_ProbeEvery) * 1000;
+    DWORD ignored = 0;
+    ::WSAIoctl(handleOf(handle), SIO_KEEPALIVE_VALS, &probes, sizeof probes, nullptr, 0, &ignored, nullptr, nullptr);
+}
+
+std::unique_ptr<Poller> RealDoor::makePoller()
+{
+    return makeRealPoller();
+}
+
+void RealDoor::resolve(const char* name, Answer answer)
+{
+    resolveApart(name, askSystem, std::move(answer));
+}
+
+} // namespace zet::inner

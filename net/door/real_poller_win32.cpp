@@ -1,0 +1,164 @@
+#include "net/door/real_poller.h"
+
+#include "net/door/addresses.h"
+
+#include <algorithm>
+#include <atomic>
+#include <limits>
+#include <system_error>
+#include <vector>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+// A socket that sends to itself: nothing else ends a sleep on sockets.
+SOCKET makeAlarm()
+{
+    const SOCKET alarm = ::socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
+    sockaddr_in self{};
+    self.sin_family = AF_INET;
+    self.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    int size = sizeof self;
+    u_long on = 1;
+    if (alarm != INVALID_SOCKET && ::bind(alarm, reinterpret_cast<const sockaddr*>(&self), sizeof self) == 0 &&
+        ::getsockname(alarm, reinterpret_cast<sockaddr*>(&self), &size) == 0 &&
+        ::connect(alarm, reinterpret_cast<const sockaddr*>(&self), size) == 0 &&
+        ::ioctlsocket(alarm, FIONBIO, &on) == 0)
+        return alarm;
+    const int fault = ::WSAGetLastError();
+    if (alarm != INVALID_SOCKET)
+        ::closesocket(alarm);
+    throw std::system_error(fault, std::system_category());
+}
+
+short eventsOf(int ready)
+{
+    short events = 0;
+    if (ready & kReadyInput)
+        events |= POLLRDNORM;
+    if (ready & kReadyOutput)
+        events |= POLLWRNORM;
+    return events;
+}
+
+unsigned char readyOf(short events)
+{
+    unsigned char ready = 0;
+    if (events & POLLRDNORM)
+        ready |= kReadyInput;
+    if (events & POLLWRNORM)
+        ready |= kReadyOutput;
+    // What has ended or is broken shows when it is used. After an end alone there may be no space for output yet.
+    if (events & POLLHUP)
+        ready |= kReadyInput;
+    if (events & (POLLERR | POLLNVAL))
+        ready |= kReadyInput | kReadyOutput;
+    return ready;
+}
+
+// The system keeps no list of what is watched, and reports what is ready each time that it is m_Asked. So it is asked
+// only for what is wanted, and what was reported is wanted no more.
+class ListPoller final : public Poller
+{
+public:
+    ListPoller() { m_Entries.push_back({makeAlarm(), nullptr}); }
+    ~ListPoller() override { ::closesocket(m_Entries.front().m_Socket); }
+
+    bool add(Handle handle, Watch& watch, unsigned char ready) override;
+    void want(Watch& watch, unsigned char ready) override { watch.m_Wanted |= ready; }
+    void reportInputAgain(Watch& watch) override { want(watch, kReadyInput); }
+    void remove(Watch& watch) override;
+    bool wait(unsigned int milliseconds) override;
+    void wake() override;
+
+private:
+    struct Entry
+    {
+        SOCKET m_Socket;
+        Watch* m_Watch;
+    };
+
+    void endWake()
+    {
+        char byte;
+        while (::recv(m_Entries.front().m_Socket, &byte, 1, 0) > 0)
+            continue;
+        // Clear the flag after the read: cleared first, a wake() in between would be swallowed.
+        m_IsWoken.exchange(false);
+    }
+
+    // The first one is the alarm.
+    std::vector<Entry> m_Entries;
+    // Of one question, and the entries that it is about.
+    std::vector<WSAPOLLFD> m_Asked;
+    std::vector<Watch*> m_AskedFor;
+    std::atomic<bool> m_IsWoken{false};
+};
+
+bool ListPoller::add(Handle handle, Watch& watch, unsigned char ready)
+{
+    watch.m_Wanted = ready;
+    watch.m_Place = static_cast<int>(m_Entries.size());
+    m_Entries.push_back({static_cast<SOCKET>(handle), &watch});
+    return true;
+}
+
+void ListPoller::remove(Watch& watch)
+{
+    Entry& place = m_Entries[static_cast<size_t>(watch.m_Place)];
+    place = m_Entries.back();
+    place.m_Watch->m_Place = watch.m_Place;
+    m_Entries.pop_back();
+}
+
+bool ListPoller::wait(unsigned int milliseconds)
+{
+    m_Asked.clear();
+    m_AskedFor.clear();
+    for (const Entry& entry : m_Entries)
+        if (const int wanted = entry.m_Watch ? entry.m_Watch->m_Wanted : int{kReadyInput})
+        {
+            m_Asked.push_back({entry.m_Socket, eventsOf(wanted), 0});
+            m_AskedFor.push_back(entry.m_Watch);
+        }
+    constexpr unsigned int kLongest = std::numeric_limits<int>::max();
+    const int count = ::WSAPoll(m_Asked.data(), static_cast<ULONG>(m_Asked.size()),
+                                static_cast<int>(std::min(milliseconds, kLongest)));
+    if (count <= 0)
+        return count == 0;
+    for (size_t i = 0; i < m_Asked.size(); ++i)
+    {
+        const unsigned char ready = readyOf(m_Asked[i].revents);
+        if (ready == 0)
+            continue;
+        Watch* const watch = m_AskedFor[i];
+        if (!watch)
+        {
+            endWake();
+            continue;
+        }
+        watch->m_Wanted &= static_cast<unsigned char>(~ready);
+        watch->onReady(ready);
+    }
+    return true;
+}
+
+void ListPoller::wake()
+{
+    if (m_IsWoken.exchange(true))
+        return;
+    const char byte = 0;
+    ::send(m_Entries.front().m_Socket, &byte, 1, 0);
+}
+
+} // namespace
+
+std::unique_ptr<Poller> makeRealPoller()
+{
+    return std::make_unique<ListPoller>();
+}
+
+} // namespace zet::inner

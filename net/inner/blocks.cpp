@@ -1,0 +1,218 @@
+#include "net/inner/blocks.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <utility>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+// Less room than this is not worth a system call.
+constexpr int kLeastRoom = 4096;
+
+void release(Block* block, BlockPool* pool)
+{
+    if (pool)
+        pool->give(block);
+    else
+        ::operator delete(block);
+}
+
+} // namespace
+
+BlockPool::~BlockPool()
+{
+    for (Shelf& shelf : m_Shelves)
+        while (shelf.m_First)
+            ::operator delete(std::exchange(shelf.m_First, shelf.m_First->m_Next));
+}
+
+int BlockPool::roundUp(int size)
+{
+    if (size > kUsual)
+        return size;
+    return std::min(static_cast<int>(std::bit_ceil(static_cast<unsigned int>(std::max(size, kSmall)))), kUsual);
+}
+
+BlockPool::Shelf* BlockPool::shelfOf(int capacity)
+{
+    if (capacity == kUsual)
+        return &m_Shelves[kShelves - 1];
+    const auto bits = static_cast<unsigned int>(capacity);
+    if (capacity < kSmall || capacity > kUsual || !std::has_single_bit(bits))
+        return nullptr;
+    return &m_Shelves[std::bit_width(bits) - std::bit_width(static_cast<unsigned int>(kSmall))];
+}
+
+Block* BlockPool::take(int capacity)
+{
+    Shelf* const shelf = shelfOf(capacity);
+    Block* block = shelf ? shelf->m_First : nullptr;
+    if (block)
+    {
+        shelf->m_First = block->m_Next;
+        --shelf->m_Count;
+    }
+    else
+    {
+        block = static_cast<Block*>(::operator new(sizeof(Block) + static_cast<size_t>(capacity), std::nothrow));
+        if (!block)
+            return nullptr;
+        block->m_Capacity = capacity;
+    }
+    block->m_Next = nullptr;
+    block->m_Begin = 0;
+    block->m_End = 0;
+    return block;
+}
+
+void BlockPool::give(Block* block)
+{
+    Shelf* const shelf = shelfOf(block->m_Capacity);
+    if (!shelf || shelf->m_Count == kKept)
+    {
+        ::operator delete(block);
+        return;
+    }
+    block->m_Next = shelf->m_First;
+    shelf->m_First = block;
+    ++shelf->m_Count;
+}
+
+bool InputBuffer::moveTo(Block* block, BlockPool& pool)
+{
+    if (!block)
+        return false;
+    block->m_End = size();
+    if (m_Block)
+    {
+        std::memcpy(block->bytes(), data(), static_cast<size_t>(size()));
+        pool.give(m_Block);
+    }
+    m_Block = block;
+    return true;
+}
+
+int InputBuffer::prepare(BlockPool& pool)
+{
+    const int held = size();
+    if (!m_Block || m_Block->m_Capacity < BlockPool::kUsual)
+    {
+        if (!moveTo(pool.take(BlockPool::kUsual), pool))
+            return 0;
+    }
+    else if (held == 0)
+    {
+        m_Block->m_Begin = 0;
+        m_Block->m_End = 0;
+    }
+    else if (m_Block->room() < kLeastRoom)
+    {
+        if (held <= m_Block->m_Capacity / 2)
+        {
+            std::memmove(m_Block->bytes(), data(), static_cast<size_t>(held));
+            m_Block->m_Begin = 0;
+            m_Block->m_End = held;
+        }
+        else
+        {
+            constexpr int kMost = std::numeric_limits<int>::max() - static_cast<int>(sizeof(Block));
+            const int capacity = m_Block->m_Capacity;
+            if (capacity == kMost || !moveTo(pool.take(capacity > kMost / 2 ? kMost : capacity * 2), pool))
+                return m_Block->room();
+        }
+    }
+    return m_Block->room();
+}
+
+void InputBuffer::settle(BlockPool& pool)
+{
+    if (!m_Block)
+        return;
+    const int held = size();
+    if (held == 0)
+        drop(&pool);
+    else if (m_Block->m_Capacity / 4 > held && m_Block->m_Capacity > BlockPool::kSmall)
+        // Where memory is short, the large block does as well.
+        moveTo(pool.take(held), pool);
+}
+
+void InputBuffer::drop(BlockPool* pool)
+{
+    if (m_Block)
+        release(std::exchange(m_Block, nullptr), pool);
+}
+
+void InputBuffer::swap(InputBuffer& other)
+{
+    std::swap(m_Block, other.m_Block);
+}
+
+bool OutputQueue::append(int size, BlockPool& pool)
+{
+    const size_t usual = std::clamp<size_t>(m_Size * 2, BlockPool::kSmall, BlockPool::kUsual);
+    Block* block = pool.take(BlockPool::roundUp(std::max(size, static_cast<int>(usual))));
+    if (!block)
+        return false;
+    if (m_Tail)
+        m_Tail->m_Next = block;
+    else
+        m_Head = block;
+    m_Tail = block;
+    return true;
+}
+
+bool OutputQueue::split(const void* data, int size, BlockPool& pool)
+{
+    const int first = m_Tail ? std::min(m_Tail->room(), size) : 0;
+    Block* const old = m_Tail;
+    if (!append(size - first, pool))
+        return false;
+    if (first > 0)
+        put(old, data, first);
+    put(m_Tail, static_cast<const unsigned char*>(data) + first, size - first);
+    return true;
+}
+
+void OutputQueue::consume(size_t size, BlockPool& pool)
+{
+    m_Size -= size;
+    while (m_Head && size >= static_cast<size_t>(m_Head->size()))
+    {
+        size -= static_cast<size_t>(m_Head->size());
+        Block* const next = m_Head->m_Next;
+        pool.give(m_Head);
+        m_Head = next;
+    }
+    if (m_Head)
+        m_Head->m_Begin += static_cast<int>(size);
+    else
+        m_Tail = nullptr;
+}
+
+void OutputQueue::drop(BlockPool* pool)
+{
+    while (m_Head)
+    {
+        Block* const next = m_Head->m_Next;
+        release(m_Head, pool);
+        m_Head = next;
+    }
+    m_Tail = nullptr;
+    m_Size = 0;
+}
+
+void OutputQueue::swap(OutputQueue& other)
+{
+    std::swap(m_Head, other.m_Head);
+    std::swap(m_Tail, other.m_Tail);
+    std::swap(m_Size, other.m_Size);
+}
+
+} // namespace zet::inner

@@ -1,0 +1,123 @@
+#include "net/quic/connection.h"
+
+#include "net/inner/peer_text.h"
+#include "net/quic/inner/udp_router.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace zet
+{
+
+UdpServer::UdpConnection::~UdpConnection()
+{
+    UdpConnection::close();
+}
+
+bool UdpServer::UdpConnection::connect(UdpServer* server, const wchar_t* ip, unsigned short port, const Uuid& id)
+{
+    return server && server->UdpServer::connect(this, ip, port, id);
+}
+
+bool UdpServer::UdpConnection::isOver() const
+{
+    return !m_Link || (m_Link->end() != kEstablished && m_Link->available() == 0);
+}
+
+void UdpServer::UdpConnection::onTick(unsigned int)
+{
+    if (m_Link && m_Link->takeStanding())
+        m_State = kEstablished;
+    if (m_Link && m_Link->takeReceived())
+        onReceive();
+    if (m_Link && m_Link->takeConfirmed())
+        onSend();
+    if (!isOver())
+        return;
+    if (inner::UdpLink* const link = m_Link)
+    {
+        link->leaveOwner(link->end());
+        link->close();
+    }
+    if (!std::exchange(m_IsEndTold, true))
+        onClose();
+}
+
+int UdpServer::UdpConnection::receive(void* data, int size)
+{
+    if (isOver())
+    {
+        if (m_Link)
+            m_State = m_Link->end();
+        return -1;
+    }
+    const int count = std::min(size, m_Link->available());
+    if (count <= 0)
+        return 0;
+    std::memcpy(data, m_Link->input(), static_cast<size_t>(count));
+    m_Link->consume(count);
+    return count;
+}
+
+int UdpServer::UdpConnection::send(const void* data, int size)
+{
+    if (size <= 0 || !m_Link || m_Link->outputSize() >= m_OutputLimit || !m_Link->send(data, size))
+        return 0;
+    return size;
+}
+
+void UdpServer::UdpConnection::close()
+{
+    m_IsEndTold = true;
+    m_State = kDown;
+    if (inner::UdpLink* const link = m_Link)
+    {
+        link->leaveOwner(kDown);
+        link->close();
+    }
+}
+
+void UdpServer::UdpConnection::onSend() {}
+
+void UdpServer::UdpConnection::onReceive() {}
+
+int UdpServer::UdpConnection::available() const
+{
+    return m_Link ? m_Link->available() : 0;
+}
+
+void UdpServer::UdpConnection::onClose() {}
+
+String_T<wchar_t> UdpServer::UdpConnection::getPeerName() const
+{
+    return m_PeerAddress == 0 && m_PeerPort == 0 ? String_T<wchar_t>() : inner::peerText(m_PeerAddress, m_PeerPort);
+}
+
+size_t UdpServer::UdpConnection::getOutputSize() const
+{
+    return m_Link ? m_Link->outputSize() : 0;
+}
+
+const unsigned char* UdpServer::UdpConnection::getInput() const
+{
+    return m_Link ? m_Link->input() : nullptr;
+}
+
+void UdpServer::UdpConnection::consume(int size)
+{
+    if (m_Link)
+        m_Link->consume(std::min(size, m_Link->available()));
+}
+
+bool UdpServer::UdpConnection::takeBeginning()
+{
+    return std::exchange(m_HasBegun, false);
+}
+
+void UdpServer::UdpConnection::breakOff()
+{
+    if (m_Link)
+        m_Link->breakOff();
+}
+
+} // namespace zet

@@ -1,0 +1,468 @@
+#include "net/quic/inner/link.h"
+
+#include "net/quic/inner/calls.h"
+#include "net/quic/inner/router.h"
+
+#include <gnutls/crypto.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+using Connection = UdpServer::UdpConnection;
+
+// Answers to packets of a peer that does not know yet: the first, the second, the fourth and so on.
+constexpr unsigned int kMostLatePackets = 1024;
+// Milliseconds that the farewell is kept for such a peer.
+constexpr unsigned int kShortestRest = 1000;
+constexpr unsigned int kLongestRest = 30000;
+// Ids that a peer may give beforehand. The ways that one who moves has left keep theirs while they are still looked
+// after; with two of them the third move within a second would be one too many.
+constexpr uint64_t kPeerIds = 8;
+
+ngtcp2_path pathOf(const sockaddr_in& local, const sockaddr_in& remote)
+{
+    ngtcp2_path path{};
+    path.local = {reinterpret_cast<ngtcp2_sockaddr*>(const_cast<sockaddr_in*>(&local)), sizeof local};
+    path.remote = {reinterpret_cast<ngtcp2_sockaddr*>(const_cast<sockaddr_in*>(&remote)), sizeof remote};
+    return path;
+}
+
+QuicTime nanoseconds(unsigned int milliseconds)
+{
+    return milliseconds * NGTCP2_MILLISECONDS;
+}
+
+ngtcp2_settings settingsOf(const UdpServer::Settings& settings, QuicTime now)
+{
+    ngtcp2_settings chosen;
+    ngtcp2_settings_default(&chosen);
+    chosen.initial_ts = now;
+    chosen.handshake_timeout = nanoseconds(settings.m_ConnectTimeout);
+    // Packets of 1,200 bytes pass everywhere, so there is nothing to probe for. The search for more is not switched
+    // off: ngtcp2 asserts that it is on when a peer comes back to a path that it has left.
+    chosen.max_tx_udp_payload_size = NGTCP2_MAX_UDP_PAYLOAD_SIZE;
+    return chosen;
+}
+
+// Bytes of the packets with a long head that a datagram begins with. Where ngtcp2 would not read on, all of them.
+size_t longPackets(const unsigned char* data, size_t size)
+{
+    size_t at = 0;
+    while (at < size && (data[at] & 0x80))
+    {
+        ngtcp2_pkt_hd head;
+        const auto read = ngtcp2_pkt_decode_hd_long(&head, data + at, size - at);
+        if (read < 0 || head.type == NGTCP2_PKT_RETRY || head.type == NGTCP2_PKT_VERSION_NEGOTIATION)
+            return size;
+        const size_t whole = static_cast<size_t>(read) + head.len;
+        if (whole > size - at)
+            return size;
+        at += whole;
+    }
+    return at;
+}
+
+ngtcp2_transport_params paramsOf(const UdpServer::Settings& settings, bool isServer)
+{
+    ngtcp2_transport_params params;
+    ngtcp2_transport_params_default(&params);
+    const auto window = static_cast<uint64_t>(std::max(settings.m_InputLimit, 1024));
+    params.initial_max_streams_bidi = isServer ? 1 : 0;
+    params.initial_max_stream_data_bidi_local = window;
+    params.initial_max_stream_data_bidi_remote = window;
+    params.initial_max_data = window;
+    params.max_idle_timeout = nanoseconds(settings.m_IdleTimeout);
+    params.max_udp_payload_size = UdpPort::kMostBytes;
+    params.active_connection_id_limit = kPeerIds;
+    return params;
+}
+
+} // namespace
+
+QuicLink::~QuicLink()
+{
+    dropSession();
+    if (m_Connection)
+        ngtcp2_conn_del(m_Connection);
+}
+
+bool QuicLink::open(gnutls_session_t session)
+{
+    m_Session = session;
+    if (!session)
+        return false;
+    ngtcp2_conn_set_tls_native_handle(m_Connection, session);
+    ngtcp2_conn_set_keep_alive_timeout(m_Connection, nanoseconds(m_Router.settings().m_KeepAlive));
+    return true;
+}
+
+bool QuicLink::beginClient(const char* name, const Uuid& id)
+{
+    m_Name = name;
+    m_Id = id;
+    return m_Output.write(&id, sizeof id, m_Router.pool());
+}
+
+bool QuicLink::openClient(const sockaddr_in& peer)
+{
+    m_Peer = peer;
+    ngtcp2_cid self, other;
+    other.datalen = QuicId::kSize;
+    if (!m_Router.makeId(*this, self) || gnutls_rnd(GNUTLS_RND_RANDOM, other.data, other.datalen) < 0)
+        return false;
+    const auto calls = QuicCalls::all();
+    const auto settings = settingsOf(m_Router.settings(), m_Router.now());
+    const auto params = paramsOf(m_Router.settings(), false);
+    const auto path = pathOf(m_Router.getAddress(), m_Peer);
+    if (ngtcp2_conn_client_new(&m_Connection, &other, &self, &path, NGTCP2_PROTO_VER_V1, &calls, &settings, &params,
+                               nullptr, this) != 0)
+    {
+        m_Connection = nullptr;
+        return false;
+    }
+    m_Ref = {[](ngtcp2_crypto_conn_ref* ref) { return static_cast<QuicLink*>(ref->user_data)->m_Connection; }, this};
+    return open(m_Router.tls().openClient(m_Ref));
+}
+
+bool QuicLink::openServer(const sockaddr_in& peer, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin)
+{
+    m_Peer = peer;
+    m_Origin = peer;
+    m_IsServer = true;
+    ngtcp2_cid self;
+    if (!m_Router.makeId(*this, self))
+        return false;
+    // Until the peer knows that id it goes on using the one of the answer to its first packet.
+    m_Router.addId(*this, head.dcid);
+    const auto calls = QuicCalls::all();
+    auto settings = settingsOf(m_Router.settings(), m_Router.now());
+    settings.token = head.token;
+    auto params = paramsOf(m_Router.settings(), true);
+    params.original_dcid = origin;
+    params.retry_scid = head.dcid;
+    params.retry_scid_present = 1;
+    const auto path = pathOf(m_Router.getAddress(), m_Peer);
+    if (ngtcp2_conn_server_new(&m_Connection, &head.scid, &self, &path, head.version, &calls, &settings, &params,
+                               nullptr, this) != 0)
+    {
+        m_Connection = nullptr;
+        return false;
+    }
+    m_Ref = {[](ngtcp2_crypto_conn_ref* ref) { return static_cast<QuicLink*>(ref->user_data)->m_Connection; }, this};
+    m_Deadline = m_Router.now() + nanoseconds(m_Router.settings().m_ConnectTimeout);
+    return open(m_Router.tls().openServer(m_Ref));
+}
+
+void QuicLink::wake(unsigned char pending)
+{
+    m_Router.wake(*this, pending);
+}
+
+void QuicLink::consume(int size)
+{
+    if (size <= 0)
+        return;
+    m_Input.consume(size);
+    if (m_Input.size() == 0)
+        m_Input.drop(&m_Router.pool());
+    if (isOver())
+        return;
+    ngtcp2_conn_extend_max_stream_offset(m_Connection, m_Stream, static_cast<uint64_t>(size));
+    ngtcp2_conn_extend_max_offset(m_Connection, static_cast<uint64_t>(size));
+    wake(kWrite);
+}
+
+bool QuicLink::send(const void* data, int size)
+{
+    if (isOver() || m_IsLingering || !m_Output.write(data, size, m_Router.pool()))
+        return false;
+    wake(kWrite);
+    return true;
+}
+
+void QuicLink::close()
+{
+    if (!m_Router.isOpen())
+        return;
+    m_Input.drop(&m_Router.pool());
+    if (isOver())
+    {
+        m_Router.schedule(*this);
+        return;
+    }
+    if (!m_IsStanding || m_Output.size() == 0)
+    {
+        finish(Connection::kDown, m_Output.size() == 0 ? kClosed : kCutOff);
+        return;
+    }
+    m_IsLingering = true;
+    m_Deadline = m_Router.now() + nanoseconds(m_Router.settings().m_LingerTime);
+    wake(kWrite);
+    m_Router.schedule(*this);
+}
+
+void QuicLink::onAccepted()
+{
+    m_Deadline = kNever;
+    m_Router.schedule(*this);
+}
+
+void QuicLink::settle()
+{
+    m_Input.settle(m_Router.pool());
+}
+
+void QuicLink::read(const UdpPort::Datagram& datagram)
+{
+    if (isOver())
+    {
+        // The farewell was lost, or is on its way.
+        if (!m_Farewell.empty() && m_LatePackets < kMostLatePackets && (m_LatePackets & (m_LatePackets + 1)) == 0)
+            if (unsigned char* room = m_Router.room())
+            {
+                std::memcpy(room, m_Farewell.data(), m_Farewell.size());
+                m_Router.post(m_Peer, m_Farewell.size(), m_Local);
+            }
+        ++m_LatePackets;
+        return;
+    }
+    if (m_IsServer && datagram.m_Local != 0)
+        m_Local = datagram.m_Local;
+    const auto size = static_cast<size_t>(datagram.m_Size);
+    if (m_IsServer || m_IsHandshakeSent)
+    {
+        feed(datagram, 0, size);
+        return;
+    }
+    // A client's ngtcp2 is not prepared for packets behind the handshake before it has sent its own part: they wait
+    // for that, or are dropped where it is not due yet, and come again.
+    const size_t first = longPackets(datagram.m_Data, size);
+    if (first > 0)
+        feed(datagram, 0, first);
+    if (first == size || isOver() || !m_IsStanding)
+        return;
+    write();
+    if (m_IsHandshakeSent && !isOver())
+        feed(datagram, first, size - first);
+}
+
+void QuicLink::feed(const UdpPort::Datagram& datagram, size_t from, size_t size)
+{
+    const bool stood = m_IsStanding;
+    const auto path = pathOf(m_Router.getAddress(), *datagram.m_Address);
+    const ngtcp2_pkt_info info{};
+    // Any packet may bring room, for the stream or for the whole connection; of the latter nothing tells.
+    m_IsFull = false;
+    const int result = [&]
+    {
+        const QuicCalls::Reading reading(*this);
+        return ngtcp2_conn_read_pkt(m_Connection, &path, &info, datagram.m_Data + from, size, m_Router.now());
+    }();
+    if (m_IsStanding && !stood)
+    {
+        m_HasStood = true;
+        dropSession();
+        wake(kTickOwner);
+    }
+    endRead(result);
+    // Also where nothing is to be sent, the time of the next timer may have changed.
+    if (!isOver())
+        wake(kWrite);
+}
+
+void QuicLink::endRead(int result)
+{
+    if (result == NGTCP2_ERR_DRAINING)
+    {
+        ngtcp2_connection_close_error reason;
+        ngtcp2_conn_get_connection_close_error(m_Connection, &reason);
+        const bool isClosed =
+            reason.type == NGTCP2_CONNECTION_CLOSE_ERROR_CODE_TYPE_APPLICATION && reason.error_code == kClosed;
+        drop(isClosed ? Connection::kClosedByPeer : m_IsStanding ? Connection::kBroken : Connection::kConnectFailed);
+    }
+    else if (result == NGTCP2_ERR_DROP_CONN || result == NGTCP2_ERR_RETRY)
+    {
+        drop(m_IsStanding ? Connection::kBroken : Connection::kConnectFailed);
+    }
+    else if (result != 0)
+    {
+        endByFault(result);
+    }
+    else if (m_IsCut)
+    {
+        // Bytes are lost.
+        finish(Connection::kBroken, kCutOff);
+    }
+    else if (m_IsPeerDone)
+    {
+        // One of ours never ends the stream; one of another make that does has nothing more to say.
+        finish(Connection::kClosedByPeer, kClosed);
+    }
+    else if (m_IsLingering && m_Output.size() == 0)
+    {
+        finish(Connection::kDown, kClosed);
+    }
+}
+
+void QuicLink::endByFault(int fault)
+{
+    const auto state = m_IsStanding ? Connection::kBroken : Connection::kConnectFailed;
+    if (fault == NGTCP2_ERR_IDLE_CLOSE || fault == NGTCP2_ERR_HANDSHAKE_TIMEOUT || ngtcp2_err_is_fatal(fault))
+    {
+        drop(state);
+        return;
+    }
+    ngtcp2_connection_close_error reason;
+    ngtcp2_connection_close_error_default(&reason);
+    const uint8_t alert = m_Alert != 0 ? m_Alert : ngtcp2_conn_get_tls_alert(m_Connection);
+    if (fault == NGTCP2_ERR_CRYPTO && alert != 0)
+        ngtcp2_connection_close_error_set_transport_error_tls_alert(&reason, alert, nullptr, 0);
+    else
+        ngtcp2_connection_close_error_set_transport_error_liberr(&reason, fault, nullptr, 0);
+    keepFarewell(reason);
+    drop(state);
+}
+
+void QuicLink::finish(Connection::ConnectionState state, Code code)
+{
+    if (isOver())
+        return;
+    if (!m_Connection)
+        return drop(state);
+    ngtcp2_connection_close_error reason;
+    ngtcp2_connection_close_error_default(&reason);
+    ngtcp2_connection_close_error_set_application_error(&reason, code, nullptr, 0);
+    keepFarewell(reason);
+    drop(state);
+}
+
+void QuicLink::keepFarewell(const ngtcp2_connection_close_error& reason)
+{
+    unsigned char packet[UdpPort::kMostBytes];
+    ngtcp2_path_storage path;
+    ngtcp2_path_storage_zero(&path);
+    ngtcp2_pkt_info info{};
+    const auto size = ngtcp2_conn_write_connection_close(m_Connection, &path.path, &info, packet, sizeof packet,
+                                                         &reason, m_Router.now());
+    if (size <= 0)
+        return;
+    try
+    {
+        m_Farewell.assign(packet, packet + size);
+    }
+    catch (const std::bad_alloc&)
+    {
+        // Then it is said once.
+    }
+    if (path.path.remote.addrlen == sizeof m_Peer)
+        std::memcpy(&m_Peer, path.path.remote.addr, sizeof m_Peer);
+    if (unsigned char* room = m_Router.room())
+    {
+        std::memcpy(room, packet, static_cast<size_t>(size));
+        m_Router.post(m_Peer, static_cast<size_t>(size), m_Local);
+    }
+}
+
+void QuicLink::drop(Connection::ConnectionState state)
+{
+    // A peer that was told may miss it, and then goes on until it counts us as dead. One that told us is gone.
+    const bool mayRest = !m_Farewell.empty() && m_Router.hasRoomForRemains();
+    const unsigned int idle = m_Router.settings().m_IdleTimeout;
+    const QuicTime probes = m_Connection ? 3 * ngtcp2_conn_get_pto(m_Connection) : 0;
+    const QuicTime rest = mayRest ? nanoseconds(std::clamp(idle, kShortestRest, kLongestRest)) : probes;
+    m_End = state;
+    m_Deadline = m_Router.now() + rest;
+    dropSession();
+    m_Lookup.reset();
+    if (m_Connection)
+        ngtcp2_conn_del(std::exchange(m_Connection, nullptr));
+    m_Output.drop(&m_Router.pool());
+    m_NextBlock = nullptr;
+    m_UnderWay = 0;
+    if (!m_Owner)
+        m_Input.drop(&m_Router.pool());
+    m_Router.onOver(*this);
+    wake(kTickOwner);
+}
+
+void QuicLink::dropSession()
+{
+    if (!m_Session)
+        return;
+    if (m_Connection)
+        ngtcp2_conn_set_tls_native_handle(m_Connection, nullptr);
+    gnutls_deinit(std::exchange(m_Session, nullptr));
+}
+
+QuicTime QuicLink::getExpiry() const
+{
+    if (!m_Connection)
+        return m_Owner && !m_Lookup ? kNever : m_Deadline;
+    return std::min(ngtcp2_conn_get_expiry(m_Connection), m_Deadline);
+}
+
+void QuicLink::onExpiry()
+{
+    if (isOver())
+        return;
+    const QuicTime now = m_Router.now();
+    if (m_Deadline <= now)
+    {
+        // A visitor who never told his id or was not accepted, or a peer that does not confirm.
+        finish(m_Lookup ? Connection::kConnectFailed : Connection::kBroken, kCutOff);
+        return;
+    }
+    if (!m_Connection)
+        return;
+    const int result = ngtcp2_conn_handle_expiry(m_Connection, now);
+    if (result != 0)
+        endByFault(result);
+    else
+        wake(kWrite);
+}
+
+int QuicLink::onStreamData(const unsigned char* data, size_t size, bool isLast)
+{
+    m_IsPeerDone = m_IsPeerDone || isLast;
+    // A frame without bytes has no address either.
+    if (size == 0)
+        return 0;
+    if (m_IsServer && m_IdRead < sizeof m_Id)
+    {
+        const size_t count = std::min(size, sizeof m_Id - m_IdRead);
+        std::memcpy(reinterpret_cast<unsigned char*>(&m_Id) + m_IdRead, data, count);
+        m_IdRead += count;
+        data += count;
+        size -= count;
+        ngtcp2_conn_extend_max_stream_offset(m_Connection, m_Stream, count);
+        ngtcp2_conn_extend_max_offset(m_Connection, count);
+        // His time to be accepted goes on from his first packet.
+        if (m_IdRead == sizeof m_Id)
+            m_Router.announce(*this);
+    }
+    // Who has closed reads no more; the peer soon finds no room.
+    if (size == 0 || m_IsLingering)
+        return 0;
+    while (size > 0)
+    {
+        const int room = m_Input.prepare(m_Router.pool());
+        if (room <= 0)
+            return NGTCP2_ERR_CALLBACK_FAILURE;
+        const size_t count = std::min(size, static_cast<size_t>(room));
+        std::memcpy(m_Input.end(), data, count);
+        m_Input.grow(static_cast<int>(count));
+        data += count;
+        size -= count;
+    }
+    m_HasReceived = true;
+    wake(kTickOwner);
+    return 0;
+}
+
+} // namespace zet::inner

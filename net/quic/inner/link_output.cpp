@@ -1,0 +1,129 @@
+#include "net/quic/inner/link.h"
+
+#include "net/quic/inner/router.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+using Connection = UdpServer::UdpConnection;
+
+// Packets of one turn. The others of the tick have theirs in between, and pacing counts from turn to turn.
+constexpr int kPacketsPerTurn = 128;
+constexpr size_t kPiecesPerPacket = 4;
+
+} // namespace
+
+void QuicLink::onConfirmed(size_t size)
+{
+    m_Output.consume(size, m_Router.pool());
+    m_UnderWay -= size;
+    if (m_UnderWay == 0)
+        m_NextBlock = nullptr;
+    m_HasConfirmed = true;
+    wake(kTickOwner);
+}
+
+size_t QuicLink::gather(ngtcp2_vec* pieces, size_t most)
+{
+    size_t count = 0;
+    Block* block = m_NextBlock ? m_NextBlock : m_Output.front();
+    int from = m_NextBlock ? m_NextByte : block ? block->m_Begin : 0;
+    for (; block && count < most; block = block->m_Next, from = block ? block->m_Begin : 0)
+        if (from < block->m_End)
+            pieces[count++] = {block->bytes() + from, static_cast<size_t>(block->m_End - from)};
+    return count;
+}
+
+void QuicLink::advance(size_t size)
+{
+    if (size == 0)
+        return;
+    if (!m_NextBlock)
+    {
+        m_NextBlock = m_Output.front();
+        m_NextByte = m_NextBlock->m_Begin;
+    }
+    m_UnderWay += size;
+    while (size > 0)
+    {
+        if (m_NextByte == m_NextBlock->m_End)
+        {
+            m_NextBlock = m_NextBlock->m_Next;
+            m_NextByte = m_NextBlock->m_Begin;
+        }
+        const size_t step = std::min(size, static_cast<size_t>(m_NextBlock->m_End - m_NextByte));
+        m_NextByte += static_cast<int>(step);
+        size -= step;
+    }
+}
+
+bool QuicLink::prepareStream()
+{
+    if (m_Stream < 0 && !m_IsServer && m_IsStanding &&
+        ngtcp2_conn_open_bidi_stream(m_Connection, &m_Stream, nullptr) != 0)
+        m_Stream = -1;
+    return m_Stream >= 0 && !m_IsFull;
+}
+
+void QuicLink::write()
+{
+    if (m_Lookup && m_IsFound)
+        openNamed();
+    if (!m_Connection)
+        return;
+    const QuicTime now = m_Router.now();
+    int packets = 0;
+    for (; packets < kPacketsPerTurn; ++packets)
+    {
+        unsigned char* const room = m_Router.room();
+        if (!room)
+            break;
+        ngtcp2_vec pieces[kPiecesPerPacket];
+        const size_t count = prepareStream() ? gather(pieces, kPiecesPerPacket) : 0;
+        ngtcp2_path_storage path;
+        ngtcp2_path_storage_zero(&path);
+        ngtcp2_pkt_info info{};
+        ngtcp2_ssize taken = -1;
+        const auto size =
+            ngtcp2_conn_writev_stream(m_Connection, &path.path, &info, room, UdpPort::kMostBytes, &taken,
+                                      NGTCP2_WRITE_STREAM_FLAG_NONE, count > 0 ? m_Stream : -1, pieces, count, now);
+        if (taken > 0)
+            advance(static_cast<size_t>(taken));
+        if (size == NGTCP2_ERR_STREAM_DATA_BLOCKED)
+        {
+            m_IsFull = true;
+            continue;
+        }
+        // The peer has said that it takes no more; nothing but this tells of it.
+        if (size == NGTCP2_ERR_STREAM_SHUT_WR || size == NGTCP2_ERR_STREAM_NOT_FOUND)
+        {
+            finish(Connection::kBroken, kCutOff);
+            return;
+        }
+        if (size < 0)
+        {
+            endByFault(static_cast<int>(size));
+            return;
+        }
+        if (size == 0)
+        {
+            ngtcp2_conn_update_pkt_tx_time(m_Connection, now);
+            m_Router.schedule(*this);
+            return;
+        }
+        sockaddr_in peer;
+        std::memcpy(&peer, path.path.remote.addr, sizeof peer);
+        m_Router.post(peer, static_cast<size_t>(size), m_Local);
+    }
+    ngtcp2_conn_update_pkt_tx_time(m_Connection, now);
+    m_Router.schedule(*this);
+    wake(kWrite);
+}
+
+} // namespace zet::inner

@@ -1,0 +1,188 @@
+#include "net/quic/inner/udp_port.h"
+
+#include "net/door/addresses.h"
+
+#include <algorithm>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+// What the operating system may hold of what comes and goes, as far as it allows: a tick may be late.
+constexpr int kSocketBuffer = 4 * 1024 * 1024;
+
+struct Batch
+{
+    Batch()
+    {
+        for (int i = 0; i < UdpPort::kBatch; ++i)
+            m_Datagrams[i].m_Data = m_Bytes[i];
+    }
+
+    Door::Datagram m_Datagrams[UdpPort::kBatch];
+    unsigned char m_Bytes[UdpPort::kBatch][UdpPort::kMostBytes];
+};
+
+} // namespace
+
+struct UdpPort::Batches
+{
+    Batch m_In;
+    Batch m_Out;
+    // Of the datagram that receive() gave last.
+    sockaddr_in m_From{};
+};
+
+UdpPort::UdpPort(Reactor& reactor, Door::Handle handle)
+    : m_Poller(reactor.poller()), m_Handle(reactor.door(), handle), m_Batches(new Batches)
+{
+}
+
+UdpPort::~UdpPort()
+{
+    unwatch();
+}
+
+Ref<UdpPort> UdpPort::open(const std::shared_ptr<Reactor>& reactor, unsigned short port, unsigned int handle)
+{
+    Door& door = *reactor->door();
+    const bool isGiven = handle != zet::Socket::kNoHandle;
+    Door::Fault fault;
+    const Ref<UdpPort> made(new UdpPort(*reactor, isGiven ? handle : door.open(Door::kDatagrams, fault)));
+    if (fault)
+        return Ref<UdpPort>();
+    if (isGiven)
+    {
+        fault = door.unblock(handle);
+    }
+    else
+    {
+        fault = door.bind(made->getHandle(), Endpoint::ofV4(INADDR_ANY, port));
+        door.setOption(made->getHandle(), Door::kReceiveBuffer, kSocketBuffer);
+        door.setOption(made->getHandle(), Door::kSendBuffer, kSocketBuffer);
+    }
+    if (!fault && made->prepare())
+        return made;
+    if (isGiven)
+        made->m_Handle.release();
+    return Ref<UdpPort>();
+}
+
+bool UdpPort::prepare()
+{
+    Door& door = m_Handle.door();
+    // An answer leaves from the address that was asked. Where the system cannot tell, it chooses.
+    door.setOption(m_Handle.get(), Door::kLocalAddress, 1);
+    Endpoint own;
+    if (!door.getOwnEndpoint(m_Handle.get(), own))
+        return false;
+    m_Address = toSystem(own);
+    m_IsWatched = m_Poller.add(m_Handle.get(), *this, kReadyInput);
+    return m_IsWatched;
+}
+
+void UdpPort::close()
+{
+    unwatch();
+    m_Handle.close();
+}
+
+unsigned int UdpPort::detach()
+{
+    unwatch();
+    return m_Handle.release();
+}
+
+void UdpPort::unwatch()
+{
+    if (m_IsWatched)
+        m_Poller.remove(*this);
+    m_IsWatched = false;
+}
+
+void UdpPort::waitForOutput()
+{
+    m_IsBlocked = true;
+    m_Poller.want(*this, kReadyOutput);
+}
+
+void UdpPort::onReady(unsigned char ready)
+{
+    if (ready & kReadyInput)
+        m_IsReadable = true;
+    if (ready & kReadyOutput)
+        m_IsBlocked = false;
+}
+
+bool UdpPort::receive(Datagram& datagram)
+{
+    if (m_Next == m_Received && !receiveBatch())
+        return false;
+    datagram = getDatagram(m_Next++);
+    return true;
+}
+
+bool UdpPort::receiveBatch()
+{
+    m_Next = m_Received = 0;
+    if (!m_IsReadable)
+        return false;
+    Door& door = m_Handle.door();
+    auto& in = m_Batches->m_In.m_Datagrams;
+    for (Door::Datagram& each : in)
+        each.m_Size = kMostBytes;
+    Door::Fault fault;
+    m_Received = door.receiveBatch(m_Handle.get(), in, kBatch, fault);
+    // A fault is that of an earlier datagram, and reported once; something may follow it.
+    if (fault && fault.m_Reason != Door::Fault::kNotNow)
+        m_Received = door.receiveBatch(m_Handle.get(), in, kBatch, fault);
+    // The next edge comes without being asked for.
+    m_IsReadable = m_Received == kBatch;
+    return m_Received > 0;
+}
+
+UdpPort::Datagram UdpPort::getDatagram(int index)
+{
+    const Door::Datagram& in = m_Batches->m_In.m_Datagrams[index];
+    m_Batches->m_From = toSystem(in.m_Peer);
+    return {&m_Batches->m_From, in.m_Local, in.m_Data, in.m_Size};
+}
+
+unsigned char* UdpPort::room()
+{
+    if (m_Unsent == kBatch)
+        flush();
+    return m_Unsent < kBatch && !m_IsBlocked ? m_Batches->m_Out.m_Datagrams[m_Unsent].m_Data : nullptr;
+}
+
+void UdpPort::commit(const sockaddr_in& address, int size, unsigned int local)
+{
+    Door::Datagram& out = m_Batches->m_Out.m_Datagrams[m_Unsent++];
+    out.m_Peer = fromSystem(address);
+    out.m_Local = local;
+    out.m_Size = size;
+}
+
+void UdpPort::flush()
+{
+    auto& out = m_Batches->m_Out.m_Datagrams;
+    int at = 0;
+    while (at < m_Unsent && !m_IsBlocked)
+    {
+        Door::Fault fault;
+        at += m_Handle.door().sendBatch(m_Handle.get(), out + at, m_Unsent - at, fault);
+        if (fault.m_Reason == Door::Fault::kNotNow || fault.m_Reason == Door::Fault::kExhausted)
+            waitForOutput();
+        else if (fault)
+            // No way to this address: the datagram is lost, as others are on the way.
+            ++at;
+    }
+    // What is left keeps its order, at the front; the bytes lie where they were.
+    if (at > 0)
+        std::rotate(out, out + at, out + m_Unsent);
+    m_Unsent -= at;
+}
+
+} // namespace zet::inner

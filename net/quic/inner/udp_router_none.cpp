@@ -1,0 +1,20 @@
+// The library without connections over UDP: no server gets a port.
+#include "net/quic/inner/udp_router.h"
+
+#include "framework/log.h"
+
+namespace zet::inner
+{
+
+bool UdpRouter::isAvailable()
+{
+    return false;
+}
+
+std::shared_ptr<UdpRouter> UdpRouter::make(UdpServer&, const std::shared_ptr<Reactor>&, unsigned short, unsigned int)
+{
+    Log::error(L"This library was built without connections over UDP");
+    return nullptr;
+}
+
+} // namespace zet::inner

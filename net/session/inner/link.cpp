@@ -1,0 +1,219 @@
+#include "net/session/inner/link.h"
+
+#include "framework/inner/report.h"
+#include "framework/log.h"
+#include "framework/memory_stream.h"
+#include "framework/message.h"
+#include "framework/stopwatch.h"
+#include "framework/string_helper.h"
+#include "framework/thread.h"
+#include "framework/time.h"
+#include "net/limits.h"
+#include "net/session/session.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+// Says what speaks here, and in which version.
+constexpr unsigned char kMark[4] = {'z', 'n', 's', 1};
+constexpr int kGreetingSize = static_cast<int>(sizeof kMark + sizeof(Uuid));
+
+} // namespace
+
+NetLink::NetLink(NetSession& session, bool isAccepting, int messageLimit)
+    : m_Session(&session), m_MessageLimit(std::clamp(messageLimit, 1, PacketReader::kLargestLimit)),
+      m_GreetBy(getTimeTick() + NetSession::kGreetingTime), m_IsAccepting(isAccepting)
+{
+    // Who has not greeted has no claim on memory.
+    m_Reader.setLimit(kGreetingSize);
+    m_Writer.attachOwner(this);
+}
+
+bool NetLink::attach(unsigned int handle)
+{
+    if (!TcpStream::attach(handle))
+        return false;
+    m_Reader.attachOwner(this);
+    return true;
+}
+
+void NetLink::leave()
+{
+    m_Session = nullptr;
+    m_Phase = kEnded;
+    m_Reader.detach();
+    close();
+    stop();
+}
+
+void NetLink::onTick(unsigned int tick)
+{
+    if (!m_Session)
+        return;
+    look();
+    const bool isLate = m_Phase == kGreeting && static_cast<int>(tick - m_GreetBy) >= 0;
+    if (isQuiet() && !isLate && !m_IsUnusable)
+        return;
+    // A handler may let go of session and link.
+    const Unknown::Handle_T<NetLink> keep = this;
+    const NetLimits* const limits = getPortLimits();
+    setTurn(limits && limits->m_TurnInput > 0 ? limits->m_TurnInput : kEndlessTurn);
+    m_Pending &= static_cast<unsigned char>(~kUnread);
+    dispatch();
+    if (!m_Session)
+        return;
+    TcpStream::onTick(tick);
+    const ConnectionState state = getConnectionState();
+    if ((state == kConnecting || state == kEstablished) && !m_IsUnusable && !(isLate && m_Phase == kGreeting))
+    {
+        if (m_Pending & (kReadable | kUnread))
+            hurry();
+        return;
+    }
+    end();
+}
+
+void NetLink::dispatch()
+{
+    Stopwatch watch;
+    while (m_Session && getConnectionState() == kEstablished && watch.getElapsed() < NetSession::kDispatchTime)
+    {
+        InputStream stream;
+        if (!m_Reader.read(stream))
+            m_IsUnusable = true;
+        else if (m_Reader.hasPaused())
+            continue;
+        else if (stream.isEmpty())
+            return;
+        else if (m_Phase == kOpen)
+            takeMessage(stream);
+        else if (!takeGreeting(stream))
+            m_IsUnusable = true;
+        if (m_IsUnusable)
+            return;
+    }
+    if (getConnectionState() == kEstablished)
+        m_Pending |= kUnread;
+}
+
+bool NetLink::greet(const Uuid& id)
+{
+    unsigned char greeting[PacketWriter::kHeadSize + kGreetingSize];
+    unsigned char* const place = greeting + PacketWriter::kHeadSize;
+    std::memcpy(place, kMark, sizeof kMark);
+    std::memcpy(place + sizeof kMark, &id, sizeof id);
+    return m_Writer.writePlaced(greeting, kGreetingSize);
+}
+
+bool NetLink::takeGreeting(InputStream& stream)
+{
+    unsigned char mark[sizeof kMark];
+    Uuid id;
+    if (stream.available() != kGreetingSize || stream.read(mark, sizeof mark) != sizeof mark ||
+        stream.read(&id, sizeof id) != sizeof id || std::memcmp(mark, kMark, sizeof mark) != 0)
+        return false;
+    // While all can still fail: an open session was told so.
+    const auto event = Evt_NetConnectOk::createInstance();
+    if (m_IsAccepting)
+    {
+        if (!greet(id))
+            return false;
+        m_Session->m_ConnectionId = id;
+    }
+    else if (!(id == m_Session->m_ConnectionId))
+    {
+        return false;
+    }
+    m_Phase = kOpen;
+    // A stranger's first message may not be of any size.
+    const NetLimits* const limits = m_IsAccepting ? getPortLimits() : nullptr;
+    const bool isLimited = limits && limits->m_FirstInput > 0;
+    m_Reader.setLimit(isLimited ? std::min(m_MessageLimit, limits->m_FirstInput) : m_MessageLimit);
+    NetSession* const session = m_Session;
+    const Unknown::Handle_T<NetSession> keep = session->getRefCount() > 0 ? session : nullptr;
+    guard(*session, [&] { session->tell(*event); });
+    return true;
+}
+
+void NetLink::takeMessage(InputStream& stream)
+{
+    NetSession* const session = m_Session;
+    const Unknown::Handle_T<NetSession> keep = session->getRefCount() > 0 ? session : nullptr;
+    const PeerLog::Scope scope(m_PeerLog, this,
+                               [](const void* self) { return static_cast<const NetLink*>(self)->getPeerName(); });
+    const Unknown::Handle_T<Message> message = Message::readWhole(stream);
+    if (message && stream.isEmpty())
+    {
+        m_Reader.setLimit(m_MessageLimit);
+        guard(*session, [&] { session->onMessage(message); });
+    }
+    else if (PeerLog::takesLine())
+    {
+        Log::error(L"Message is dropped \t(%s)", getPeerName());
+    }
+}
+
+bool NetLink::sendMessage(const Message& message)
+{
+    if (m_Phase != kOpen || m_IsUnusable)
+        return false;
+    if (Thread::getCurrentThreadId() != getRunThreadId())
+    {
+        Log::error(L"Message Send Error:%s, Invoke on Wrong Thread", message.getClassName());
+        return false;
+    }
+    const auto store = MemoryStream::createInstance();
+    OutputStream output(store.get());
+    if (!Message::writeWhole(output, message))
+        return false;
+    if (store->getSize() > m_MessageLimit)
+    {
+        Log::error(L"Message Send Error:%s, %d bytes are too many", message.getClassName(), store->getSize());
+        return false;
+    }
+    InputStream input(store.get());
+    if (m_Writer.write(input))
+        return true;
+    // Part of the packet may be out.
+    m_IsUnusable = true;
+    hurry();
+    Log::error(L"Error while writing data to network:%s", getPeerName());
+    return false;
+}
+
+void NetLink::end()
+{
+    const bool wasOpen = m_Phase == kOpen;
+    NetSession* const session = m_Session;
+    const Unknown::Handle_T<NetSession> keep = session->getRefCount() > 0 ? session : nullptr;
+    Unknown::Handle_T<NetEvent> event;
+    if (!wasOpen)
+        event = Evt_NetConnectFail::createInstance();
+    else if (m_IsUnusable)
+        event = Evt_NetError::createInstance();
+    else if (getConnectionState() == kClosedByPeer)
+        event = Evt_NetClosed::createInstance();
+    else
+        event = Evt_NetAbort::createInstance();
+    // Not before there is an event to tell: without memory for it the next tick tries again.
+    m_Phase = kEnded;
+    session->finish(*event);
+}
+
+void NetLink::reportThrown(const NetSession& session, const char* what)
+{
+    report(
+        [&] {
+            Log::error(L"Exception in a message handler: %s (%s)", StringHelper::utf8ToWide(what),
+                       session.getPeerName());
+        });
+    report([] { Log::whistle(false); });
+}
+
+} // namespace zet::inner

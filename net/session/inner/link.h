@@ -1,0 +1,88 @@
+// The TCP connection below a net session.
+//
+//   greeting   "zns" 1, the 16 bytes of an id          the first packet of each side
+//   message    Varint count, class name, own form      every packet behind it
+#pragma once
+
+#include "framework/packet.h"
+#include "framework/peer_log.h"
+#include "framework/uuid.h"
+#include "net/tcp/stream.h"
+
+namespace zet
+{
+
+class Message;
+class NetSession;
+
+namespace inner
+{
+
+// Held by its session and, while it runs, by the System. Belongs to the System's thread.
+class NetLink final : public TcpStream
+{
+public:
+    NetLink(NetSession& session, bool isAccepting, int messageLimit);
+
+    void onTick(unsigned int tick) override;
+    bool attach(unsigned int handle) override;
+
+    // Queues the greeting.
+    bool greet(const Uuid& id);
+    // Both greetings have come, and the connection has not ended.
+    bool isOpen() const { return m_Phase == kOpen; }
+    bool hasEnded() const { return m_Phase == kEnded; }
+    bool sendMessage(const Message& message);
+    // The session lets go: closes, and calls it no more.
+    void leave();
+
+    // Calls what a host has written; what it throws is logged and goes no further.
+    template <class Call>
+    static void guard(const NetSession& session, Call call);
+
+private:
+    enum Phase : unsigned char
+    {
+        kGreeting,
+        kOpen,
+        kEnded
+    };
+
+    void dispatch();
+    bool takeGreeting(InputStream& stream);
+    void takeMessage(InputStream& stream);
+    void end();
+    static void reportThrown(const NetSession& session, const char* what);
+
+    NetSession* m_Session;
+    PacketReader m_Reader;
+    PacketWriter m_Writer;
+    int m_MessageLimit;
+    // Of getTimeTick(); the greeting must have come by then.
+    unsigned int m_GreetBy;
+    Phase m_Phase = kGreeting;
+    bool m_IsAccepting;
+    bool m_IsUnusable = false;
+    PeerLog m_PeerLog;
+};
+
+template <class Call>
+void NetLink::guard(const NetSession& session, Call call)
+{
+    try
+    {
+        call();
+    }
+    catch (const std::exception& fault)
+    {
+        reportThrown(session, fault.what());
+    }
+    catch (...)
+    {
+        reportThrown(session, "?");
+    }
+}
+
+} // namespace inner
+
+} // namespace zet

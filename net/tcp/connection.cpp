@@ -1,0 +1,367 @@
+#include "net/tcp/connection.h"
+
+#include "framework/string_helper.h"
+#include "framework/thread.h"
+#include "net/inner/peer_text.h"
+#include "net/tcp/inner/link.h"
+
+namespace zet
+{
+
+namespace
+{
+
+using inner::Door;
+using inner::Endpoint;
+using inner::Reactor;
+using inner::TcpLink;
+using inner::TcpLinkRef;
+
+} // namespace
+
+TcpConnection::~TcpConnection()
+{
+    TcpConnection::close();
+}
+
+bool TcpConnection::start(System* system)
+{
+    if (!Socket::start(system))
+        return false;
+    m_LooksItself = true;
+    bindRunThreadId(system->getRunThreadId());
+    joinReactor();
+    return true;
+}
+
+bool TcpConnection::init()
+{
+    // The System may have gone to another thread since start().
+    bindRunThreadId(getSystem()->getRunThreadId());
+    return true;
+}
+
+void TcpConnection::onTick(unsigned int)
+{
+    if (!m_Link)
+        return;
+    look();
+    if (m_Pending & kConnected)
+        finishConnect();
+    if (m_Link && ((m_Pending & kWritable) || ((m_Pending & kOutput) && !m_Reactor->isTicking())))
+        flush();
+}
+
+void TcpConnection::lookNow()
+{
+    if (m_Link)
+        m_Reactor->pollOutsideTick();
+}
+
+void TcpConnection::hurry()
+{
+    ring();
+    if (m_Reactor)
+        m_Reactor->hurry();
+}
+
+void TcpConnection::setLink(TcpLink* link)
+{
+    link->addRef();
+    link->m_Owner = this;
+    m_Link = link;
+    m_Pending = 0;
+    ring();
+    if (m_RunThreadId == 0)
+        bindRunThreadId(Thread::getCurrentThreadId());
+}
+
+bool TcpConnection::attach(unsigned int handle)
+{
+    if (!m_Link || handle != m_Handle)
+    {
+        if (handle == kNoHandle || !isInvalid())
+            return false;
+        const auto reactor = Reactor::of(getSystem());
+        if (!reactor)
+            return false;
+        const TcpLinkRef link(new TcpLink(*reactor, handle));
+        if (link->door().unblock(handle) || !link->watch())
+        {
+            link->m_Handle.release();
+            return false;
+        }
+        link->prepare();
+        m_Reactor = reactor;
+        setLink(link.get());
+        m_Handle = handle;
+        if (link->door().getPeerEndpoint(handle, link->m_Peer))
+            takePeer();
+    }
+    if (!m_Link->watch())
+        return false;
+    m_State = kEstablished;
+    announceOutput();
+    return true;
+}
+
+bool TcpConnection::expect(const wchar_t*, TlsContext* context)
+{
+    // There is nothing here that could keep a secret.
+    return !context;
+}
+
+bool TcpConnection::take(TcpLink* link, const std::shared_ptr<Reactor>& reactor, TlsContext* context)
+{
+    if (!isInvalid() || !expect(nullptr, context))
+        return false;
+    link->prepare();
+    m_LooksItself = false;
+    m_Reactor = reactor;
+    setLink(link);
+    m_Handle = link->m_Handle.get();
+    m_State = kEstablished;
+    takePeer();
+    if (link->m_Seat)
+        link->m_Seat->setOwner(this);
+    if (attach(m_Handle))
+        return true;
+    TcpConnection::close();
+    return false;
+}
+
+unsigned int TcpConnection::detach()
+{
+    if (m_Link)
+    {
+        m_Link->unwatch();
+        m_Link->m_Handle.release();
+        drop();
+    }
+    m_State = kDown;
+    return Socket::detach();
+}
+
+void TcpConnection::close()
+{
+    if (m_Link)
+    {
+        // A peer that has ended its side may still read ours.
+        if ((m_State == kEstablished || m_State == kClosedByPeer) && m_Link->m_Output.size() > 0)
+            flush();
+        if (m_State == kEstablished)
+            discardInput();
+        drop();
+    }
+    m_State = kDown;
+    Socket::close();
+}
+
+void TcpConnection::discardInput()
+{
+    // A peer that sends without end gets its reset all the same.
+    unsigned char piece[16384];
+    Door::Fault fault;
+    for (int i = 0; i < 16; ++i)
+        if (m_Link->door().receive(m_Link->m_Handle.get(), piece, sizeof piece, fault) < sizeof piece)
+            return;
+}
+
+void TcpConnection::drop()
+{
+    TcpLink* const link = std::exchange(m_Link, nullptr);
+    link->m_Owner = nullptr;
+    link->leaveCrowd();
+    link->unwatch();
+    link->m_Handle.close();
+    link->m_Input.drop(&m_Reactor->pool());
+    link->m_Output.drop(&m_Reactor->pool());
+    link->m_Sealed.drop(&m_Reactor->pool());
+    link->release();
+    m_Pending = 0;
+    // The connection is down, which its server is to see.
+    ring();
+}
+
+void TcpConnection::joinReactor()
+{
+    // A connection on its way up moves once it stands.
+    if (!m_Link || m_State != kEstablished || !getSystem())
+        return;
+    const auto reactor = Reactor::of(getSystem());
+    if (!reactor || reactor == m_Reactor)
+        return;
+    // A handle is of no use to another door.
+    if (reactor->door() != m_Reactor->door())
+        return fail(kBroken);
+    const TcpLinkRef link(new TcpLink(*reactor, m_Link->m_Handle.get()));
+    m_Link->unwatch();
+    if (!link->watch())
+    {
+        // The old link closes the handle.
+        link->m_Handle.release();
+        return fail(kBroken);
+    }
+    m_Link->m_Handle.release();
+    link->m_Peer = m_Link->m_Peer;
+    link->m_Input.swap(m_Link->m_Input);
+    link->m_Output.swap(m_Link->m_Output);
+    link->m_Sealed.swap(m_Link->m_Sealed);
+    link->m_Seat = std::exchange(m_Link->m_Seat, {});
+    // Output is announced to the new reactor below.
+    const unsigned char pending = m_Pending & static_cast<unsigned char>(~kOutput);
+    drop();
+    m_Reactor = reactor;
+    setLink(link.get());
+    m_Pending = pending;
+    announceOutput();
+}
+
+bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAlive)
+{
+    if (!isInvalid())
+        return false;
+    m_State = kConnectFailed;
+    m_KeepAlive = keepAlive;
+    if (!expect(ip ? ip : L"", nullptr))
+        return false;
+    const auto reactor = Reactor::of(getSystem());
+    if (!reactor || !ip || !*ip)
+        return false;
+    Door::Fault fault;
+    const TcpLinkRef link(new TcpLink(*reactor, reactor->door()->open(Door::kStream, fault)));
+    if (fault)
+        return false;
+    m_Reactor = reactor;
+    setLink(link.get());
+    m_Handle = link->m_Handle.get();
+    m_State = kConnecting;
+    const auto name = StringHelper::wideToUtf8(ip);
+    if (Endpoint peer; !Door::parse(name, port, peer))
+    {
+        if (port != 0 && link->connectByName(*reactor, name, port))
+            return true;
+    }
+    else if (beginConnect(link->connect(peer)))
+    {
+        return true;
+    }
+    if (m_Link)
+        drop();
+    m_Handle = kNoHandle;
+    m_State = kConnectFailed;
+    return false;
+}
+
+bool TcpConnection::beginConnect(bool hasBegun)
+{
+    takePeer();
+    if (!hasBegun)
+        return false;
+    // A peer on this machine has answered by now. What else is reported comes too late for this tick.
+    m_Reactor->poll();
+    m_Reactor->hurry();
+    return !(m_Pending & kConnected) || finishConnect();
+}
+
+bool TcpConnection::finishConnect()
+{
+    m_Pending &= static_cast<unsigned char>(~kConnected);
+    if (m_Link->isNamed())
+    {
+        if (beginConnect(m_Link->beginNamed()))
+            return true;
+        fail(kConnectFailed);
+        return false;
+    }
+    if (!m_Link->isConnected())
+    {
+        fail(kConnectFailed);
+        return false;
+    }
+    if (m_KeepAlive)
+        m_Link->door().setOption(m_Handle, Door::kKeepAlive, 1);
+    m_State = kEstablished;
+    joinReactor();
+    if (m_State == kEstablished && attach(m_Handle))
+        return true;
+    fail(kConnectFailed);
+    return false;
+}
+
+void TcpConnection::fail(ConnectionState state)
+{
+    // A peer that ended before it took everything has not closed in order.
+    m_State = static_cast<unsigned char>(m_Pending & kOutputLost ? kBroken : state);
+    hurry();
+}
+
+int TcpConnection::receive(void* data, int size)
+{
+    if (m_State != kEstablished)
+        return m_State == kConnecting ? 0 : -1;
+    if (size <= 0)
+        return 0;
+    int got = 0;
+    ConnectionState end = kBroken;
+    if (m_Pending & kReadable)
+        got = receiveNow(data, size, end);
+    if (got <= 0 && (m_Pending & kOutputLost))
+        return endLost() ? -1 : 0;
+    if (got < 0)
+        fail(end);
+    return got;
+}
+
+bool TcpConnection::endLost()
+{
+    if (!(m_Pending & kInputOver))
+    {
+        m_Pending |= kInputOver;
+        // Nothing else asks for the tick that sees the end.
+        hurry();
+        return false;
+    }
+    fail(kBroken);
+    return true;
+}
+
+int TcpConnection::receiveNow(void* data, int size, ConnectionState& end)
+{
+    Door::Fault fault;
+    const size_t got = m_Link->door().receive(m_Handle, data, static_cast<size_t>(size), fault);
+    if ((got == 0 && !fault) || (fault && fault.m_Reason != Door::Fault::kNotNow))
+    {
+        end = fault ? kBroken : kClosedByPeer;
+        return -1;
+    }
+    // Less than asked for is all there was, of bytes. An end after them comes with the next look, when they are read.
+    if (got < static_cast<size_t>(size))
+    {
+        m_Pending &= static_cast<unsigned char>(~kReadable);
+        m_Link->waitForInput(!fault);
+    }
+    if (got > 0 && m_Link->m_Seat)
+        m_Link->m_Seat->noteInput();
+    return static_cast<int>(got);
+}
+
+const NetLimits* TcpConnection::getPortLimits() const
+{
+    return m_Link && m_Link->m_Seat ? &m_Link->m_Seat->limits() : nullptr;
+}
+
+void TcpConnection::takePeer()
+{
+    m_PeerAddress = m_Link->m_Peer.v4();
+    m_PeerPort = m_Link->m_Peer.m_Port;
+}
+
+String_T<wchar_t> TcpConnection::getPeerName() const
+{
+    if (m_PeerAddress == 0 && m_PeerPort == 0)
+        return String_T<wchar_t>();
+    return inner::peerText(m_PeerAddress, m_PeerPort);
+}
+
+} // namespace zet

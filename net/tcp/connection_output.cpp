@@ -1,0 +1,130 @@
+#include "net/tcp/connection.h"
+
+#include "net/tcp/inner/link.h"
+
+namespace zet
+{
+
+namespace
+{
+
+// Output that begins to leave before the tick ends: enough for a system call to be worth it, little enough to stay in
+// the processor's cache.
+constexpr size_t kFlushAt = 128 * 1024;
+
+// What of the queue one call takes, and how much it was offered.
+size_t sendOnce(inner::TcpLink& link, inner::OutputQueue& queue, size_t& offered, inner::Door::Fault& fault)
+{
+    inner::Door::Piece pieces[inner::Door::kMostPieces];
+    int count = 0;
+    offered = 0;
+    for (inner::Block* block = queue.front(); block && count < inner::Door::kMostPieces; block = block->m_Next)
+    {
+        pieces[count] = {block->bytes() + block->m_Begin, static_cast<size_t>(block->size())};
+        offered += pieces[count++].m_Size;
+    }
+    return link.door().send(link.m_Handle.get(), pieces, count, fault);
+}
+
+} // namespace
+
+bool TcpConnection::takesOutput() const
+{
+    return m_Link && m_State >= kConnecting && m_State <= kClosedByPeer && m_Link->m_Output.size() < m_OutputLimit;
+}
+
+bool TcpConnection::countOutput()
+{
+    return !m_Link->m_Seat || m_Link->m_Seat->holdOutput(getOutputSize());
+}
+
+void TcpConnection::announceOutput()
+{
+    const size_t size = getOutputSize();
+    if (m_State != kEstablished || size == 0 || m_Link->m_IsOutputWaited)
+        return;
+    if (size >= kFlushAt)
+    {
+        flush();
+    }
+    else if (!(m_Pending & kOutput))
+    {
+        m_Pending |= kOutput;
+        ring();
+        m_Reactor->flushLater(*m_Link);
+    }
+}
+
+int TcpConnection::send(const void* data, int size)
+{
+    if (size <= 0 || !takesOutput())
+        return 0;
+    if (m_Pending & kOutputLost)
+        return size;
+    if (!countOutput() || !m_Link->m_Output.write(data, size, m_Reactor->pool()))
+        return 0;
+    countOutput();
+    // Mostly the output is announced already, and there is too little of it to leave by now.
+    if (!(m_Pending & kOutput) || getOutputSize() >= kFlushAt)
+        announceOutput();
+    return size;
+}
+
+void TcpConnection::flush()
+{
+    m_Pending &= static_cast<unsigned char>(~(kOutput | kWritable));
+    if (m_State == kEstablished || m_State == kClosedByPeer)
+        sendQueue(m_Link->m_Output);
+}
+
+bool TcpConnection::sendQueue(inner::OutputQueue& queue)
+{
+    const bool isSent = sendPieces(queue);
+    countOutput();
+    return isSent;
+}
+
+bool TcpConnection::sendPieces(inner::OutputQueue& queue)
+{
+    while (queue.size() > 0)
+    {
+        inner::Door::Fault fault;
+        size_t offered = 0;
+        const size_t sent = sendOnce(*m_Link, queue, offered, fault);
+        if (fault && fault.m_Reason != inner::Door::Fault::kNotNow)
+        {
+            loseOutput();
+            return false;
+        }
+        queue.consume(sent, m_Reactor->pool());
+        if (sent < offered)
+        {
+            m_Link->waitForOutput();
+            return false;
+        }
+    }
+    return true;
+}
+
+void TcpConnection::loseOutput()
+{
+    if (m_State != kEstablished)
+    {
+        fail(kBroken);
+        return;
+    }
+    // What the peer sent before is still to be read, and the socket says itself where that ends.
+    m_Link->m_Output.drop(&m_Reactor->pool());
+    m_Link->m_Sealed.drop(&m_Reactor->pool());
+    m_Link->m_IsInputWaited = false;
+    m_Pending &= static_cast<unsigned char>(~(kOutput | kWritable));
+    m_Pending |= kOutputLost | kReadable;
+    hurry();
+}
+
+size_t TcpConnection::getOutputSize() const
+{
+    return m_Link ? m_Link->m_Output.size() + m_Link->m_Sealed.size() : 0;
+}
+
+} // namespace zet

@@ -1,0 +1,265 @@
+#include "net/tcp/inner/crowd.h"
+
+#include "framework/log.h"
+#include "framework/stopwatch.h"
+#include "framework/time.h"
+#include "net/inner/guard.h"
+#include "net/tcp/secure_connection.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+// Deadlines of ended connections that are worth a walk over all.
+constexpr size_t kManyStale = 1024;
+
+// Milliseconds between two log lines on connections that were turned away.
+constexpr unsigned int kTurnedAwayInterval = 60000;
+
+bool isReached(unsigned int moment, unsigned int now)
+{
+    return static_cast<int>(now - moment) >= 0;
+}
+
+// One less of a key that is there.
+void takeOne(std::unordered_map<unsigned int, int>& counts, unsigned int key)
+{
+    const auto found = counts.find(key);
+    if (found != counts.end() && --found->second == 0)
+        counts.erase(found);
+}
+
+bool isBelow(const std::unordered_map<unsigned int, int>& counts, unsigned int key, int limit)
+{
+    if (limit <= 0)
+        return true;
+    const auto found = counts.find(key);
+    return found == counts.end() || found->second < limit;
+}
+
+} // namespace
+
+Seat::Seat(std::shared_ptr<Crowd> crowd, unsigned int address)
+    : m_Crowd(std::move(crowd)), m_Limits(m_Crowd->limits()), m_Address(address)
+{
+}
+
+void Seat::setOwner(TcpConnection* owner)
+{
+    m_Owner = owner;
+    noteInput();
+}
+
+void Seat::leave()
+{
+    m_Owner = nullptr;
+    endHandshake();
+    if (std::exchange(m_IsIn, false))
+        m_Crowd->remove(*this);
+}
+
+bool Seat::holdInput(size_t bytes)
+{
+    m_Crowd->m_Input += bytes - std::exchange(m_Input, bytes);
+    return m_Crowd->isFair(bytes, m_Crowd->m_Input, m_Limits.m_InputSum);
+}
+
+bool Seat::holdOutput(size_t bytes)
+{
+    m_Crowd->m_Output += bytes - std::exchange(m_Output, bytes);
+    return m_Crowd->isFair(bytes, m_Crowd->m_Output, m_Limits.m_OutputSum);
+}
+
+void Seat::beginHandshake(TcpSecureConnection& connection, unsigned int time)
+{
+    m_Securing = &connection;
+    m_HandshakeBy = getTimeTick() + time;
+    m_Crowd->watch(*this);
+}
+
+bool Seat::waitForStep()
+{
+    if (std::exchange(m_IsWaiting, true))
+        return false;
+    m_Crowd->m_Steps.emplace_back(this);
+    return true;
+}
+
+void Seat::endHandshake()
+{
+    m_Securing = nullptr;
+}
+
+void Seat::noteInput()
+{
+    if (m_Limits.m_IdleTime == 0)
+        return;
+    m_LastInput = getTimeTick();
+    if (!m_IsTimed)
+        m_Crowd->watch(*this);
+}
+
+bool Seat::getDeadline(unsigned int& moment) const
+{
+    if (!m_Owner || !m_IsIn)
+        return false;
+    const bool hasIdleTime = m_Limits.m_IdleTime > 0;
+    if (!m_Securing && !hasIdleTime)
+        return false;
+    const unsigned int idle = m_LastInput + m_Limits.m_IdleTime;
+    moment = !hasIdleTime || (m_Securing && isReached(m_HandshakeBy, idle)) ? m_HandshakeBy : idle;
+    return true;
+}
+
+bool Crowd::isLater(const Deadline& a, const Deadline& b)
+{
+    return static_cast<int>(a.m_Moment - b.m_Moment) > 0;
+}
+
+unsigned int Crowd::subnetOf(unsigned int address)
+{
+    // The first three bytes as they lie in memory.
+    unsigned char bytes[sizeof address];
+    std::memcpy(bytes, &address, sizeof address);
+    return bytes[0] | static_cast<unsigned int>(bytes[1]) << 8 | static_cast<unsigned int>(bytes[2]) << 16;
+}
+
+void Crowd::setLimits(const NetLimits& limits)
+{
+    m_Limits = limits;
+    // Moments are compared by their difference, which has a sign.
+    m_Limits.m_IdleTime = std::min(limits.m_IdleTime, 0x7FFFFFFFu);
+}
+
+bool Crowd::hasRoom(unsigned int address) const
+{
+    return (m_Limits.m_Connections <= 0 || m_Count < m_Limits.m_Connections) &&
+           isBelow(m_Addresses, address, m_Limits.m_ConnectionsPerAddress) &&
+           isBelow(m_Subnets, subnetOf(address), m_Limits.m_ConnectionsPerSubnet);
+}
+
+Ref<Seat> Crowd::admit(unsigned int address)
+{
+    const Ref<Seat> seat(new Seat(shared_from_this(), address));
+    // First what may lack memory, so that nothing is counted by half.
+    int& ofAddress = m_Addresses[address];
+    int& ofSubnet = m_Subnets[subnetOf(address)];
+    ++ofAddress;
+    ++ofSubnet;
+    ++m_Count;
+    return seat;
+}
+
+void Crowd::noteTurnedAway()
+{
+    ++m_TurnedAway;
+    const unsigned int now = getTimeTick();
+    if (m_HasTold && now - m_ToldTurnedAway < kTurnedAwayInterval)
+        return;
+    m_HasTold = true;
+    m_ToldTurnedAway = now;
+    Log::warning(L"Connections closed at once, since the port has as many as it may, in all or from one place: %u",
+                 std::exchange(m_TurnedAway, 0));
+}
+
+void Crowd::remove(Seat& seat)
+{
+    m_Input -= std::exchange(seat.m_Input, 0);
+    m_Output -= std::exchange(seat.m_Output, 0);
+    takeOne(m_Addresses, seat.m_Address);
+    takeOne(m_Subnets, subnetOf(seat.m_Address));
+    --m_Count;
+    if (!seat.m_IsTimed || ++m_Stale < kManyStale || m_Stale < m_Deadlines.size() / 2)
+        return;
+    std::erase_if(m_Deadlines, [](const Deadline& each) { return !each.m_Seat->m_IsIn; });
+    std::make_heap(m_Deadlines.begin(), m_Deadlines.end(), isLater);
+    m_Stale = 0;
+}
+
+bool Crowd::isFair(size_t bytes, size_t sum, size_t limit) const
+{
+    return limit == 0 || sum <= limit || bytes <= limit / static_cast<size_t>(std::max(m_Count, 1));
+}
+
+void Crowd::watch(Seat& seat)
+{
+    unsigned int moment = 0;
+    if (!m_IsServed || !seat.getDeadline(moment))
+        return;
+    seat.m_IsTimed = true;
+    m_Deadlines.push_back({moment, Ref<Seat>(&seat)});
+    std::push_heap(m_Deadlines.begin(), m_Deadlines.end(), isLater);
+}
+
+void Crowd::setServed(bool isServed)
+{
+    m_IsServed = isServed;
+    if (isServed)
+        return;
+    // From now on each connection looks after its handshake with its own ticks.
+    for (const Ref<Seat>& seat : std::exchange(m_Steps, {}))
+        seat->m_IsWaiting = false;
+    for (const Deadline& each : std::exchange(m_Deadlines, {}))
+    {
+        each.m_Seat->m_IsTimed = false;
+        if (TcpSecureConnection* const connection = each.m_Seat->m_Securing)
+            connection->hurry();
+    }
+    m_Stale = 0;
+}
+
+bool Crowd::serve()
+{
+    Stopwatch watch;
+    for (int steps = 0; !m_Steps.empty(); ++steps)
+    {
+        if (steps > 0 && ((m_Limits.m_HandshakeSteps > 0 && steps >= m_Limits.m_HandshakeSteps) ||
+                          (m_Limits.m_HandshakeTime > 0 && watch.getElapsed() >= m_Limits.m_HandshakeTime)))
+            break;
+        const Ref<Seat> seat = std::move(m_Steps.front());
+        m_Steps.pop_front();
+        seat->m_IsWaiting = false;
+        if (TcpSecureConnection* const connection = seat->m_Securing)
+            guard(L"a connection", connection, [&] { connection->stepHandshake(); });
+        else
+            --steps;
+    }
+    endLate();
+    return !m_Steps.empty();
+}
+
+void Crowd::endLate()
+{
+    const unsigned int now = getTimeTick();
+    while (!m_Deadlines.empty() && isReached(m_Deadlines.front().m_Moment, now))
+    {
+        std::pop_heap(m_Deadlines.begin(), m_Deadlines.end(), isLater);
+        const Ref<Seat> seat = std::move(m_Deadlines.back().m_Seat);
+        m_Deadlines.pop_back();
+        seat->m_IsTimed = false;
+        if (!seat->m_IsIn && m_Stale > 0)
+            --m_Stale;
+        unsigned int moment = 0;
+        if (!seat->getDeadline(moment))
+            continue;
+        if (!isReached(moment, now))
+        {
+            watch(*seat.get());
+            continue;
+        }
+        if (seat->m_Securing && isReached(seat->m_HandshakeBy, now))
+        {
+            guard(L"a connection", seat->m_Owner, [&] { seat->m_Securing->endLateHandshake(); });
+            continue;
+        }
+        Log::message(L"Nothing came from %s for %u ms", seat->m_Owner->getPeerName(), seat->m_Limits.m_IdleTime);
+        seat->m_Owner->fail(TcpConnection::kBroken);
+    }
+}
+
+} // namespace zet::inner

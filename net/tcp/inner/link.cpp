@@ -1,0 +1,113 @@
+#include "net/tcp/inner/link.h"
+
+#include "net/tcp/connection.h"
+
+namespace zet::inner
+{
+
+bool TcpLink::startWatch(unsigned char ready)
+{
+    m_IsWatched = m_Poller.add(m_Handle.get(), *this, ready);
+    return m_IsWatched;
+}
+
+void TcpLink::unwatch()
+{
+    if (m_IsWatched)
+        m_Poller.remove(*this);
+    m_IsWatched = false;
+}
+
+void TcpLink::waitForInput(bool isCutShort)
+{
+    m_IsInputWaited = true;
+    if (isCutShort && m_HasTail)
+        m_Poller.reportInputAgain(*this);
+    else
+        m_Poller.want(*this, kReadyInput);
+}
+
+void TcpLink::waitForOutput()
+{
+    m_IsOutputWaited = true;
+    m_Poller.want(*this, kReadyOutput);
+}
+
+bool TcpLink::connect(const Endpoint& peer)
+{
+    m_Peer = peer;
+    prepare();
+    if (door().connect(m_Handle.get(), peer))
+        return false;
+    // Only now: a socket without a connection under way counts as broken.
+    m_IsConnecting = true;
+    return startWatch(kReadyInput | kReadyOutput);
+}
+
+bool TcpLink::connectByName(Reactor& reactor, const char* name, unsigned short port)
+{
+    m_Lookup = reactor.resolve(name,
+                               [this, port](const std::vector<Endpoint>& found)
+                               {
+                                   m_Peer = found.empty() ? Endpoint() : found.front();
+                                   m_Peer.m_Port = found.empty() ? static_cast<unsigned short>(0) : port;
+                                   report(TcpConnection::kConnected);
+                               });
+    return m_Lookup != nullptr;
+}
+
+bool TcpLink::beginNamed()
+{
+    m_Lookup.reset();
+    return m_Peer.m_Port != 0 && connect(m_Peer);
+}
+
+bool TcpLink::isConnected()
+{
+    return !door().endConnect(m_Handle.get());
+}
+
+void TcpLink::onReady(unsigned char ready)
+{
+    unsigned char pending = 0;
+    if ((ready & kReadyOutput) && m_IsConnecting)
+    {
+        m_IsConnecting = false;
+        pending |= TcpConnection::kConnected;
+    }
+    if ((ready & kReadyOutput) && m_IsOutputWaited)
+    {
+        m_IsOutputWaited = false;
+        pending |= TcpConnection::kWritable;
+    }
+    if ((ready & kReadyInput) && m_IsInputWaited)
+    {
+        m_IsInputWaited = false;
+        pending |= TcpConnection::kReadable;
+    }
+    if (ready & kReadyTail)
+        m_HasTail = true;
+    report(pending);
+}
+
+void TcpLink::report(unsigned char pending)
+{
+    if (!m_Owner || pending == 0)
+        return;
+    m_Owner->m_Pending |= pending;
+    m_Owner->ring();
+}
+
+void TcpLink::flushOwner()
+{
+    if (m_Owner && (m_Owner->m_Pending & TcpConnection::kOutput))
+        m_Owner->flush();
+}
+
+void TcpLink::failOwner()
+{
+    if (m_Owner)
+        m_Owner->fail(TcpConnection::kBroken);
+}
+
+} // namespace zet::inner

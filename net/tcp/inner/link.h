@@ -1,0 +1,92 @@
+// What stands behind an open TCP connection: the socket, its readiness and its bytes.
+#pragma once
+
+#include "net/inner/blocks.h"
+#include "net/inner/counted.h"
+#include "net/inner/reactor.h"
+#include "net/tcp/inner/crowd.h"
+
+namespace zet
+{
+class TcpConnection;
+}
+
+namespace zet::inner
+{
+
+// A connection and the reactor's list of what to flush share a link by its count, which is touched by the reactor's
+// thread only.
+struct TcpLink final : Counted<TcpLink>, Watch
+{
+    explicit TcpLink(Reactor& reactor, Door::Handle handle = Door::kNoHandle)
+        : m_Poller(reactor.poller()), m_Handle(reactor.door(), handle)
+    {
+    }
+    ~TcpLink()
+    {
+        unwatch();
+        leaveCrowd();
+    }
+
+    // From now on the owner is told when input comes. True where it is so already.
+    bool watch() { return m_IsWatched || startWatch(kReadyInput); }
+    // No more of it; before the socket is closed or given away.
+    void unwatch();
+    // The owner has found the socket empty, or full, and is told of the change. A read that was cut short has found it
+    // empty only where nothing but bytes can follow.
+    void waitForInput(bool isCutShort);
+    void waitForOutput();
+    // Begins a connection with an open socket; the owner learns when the answer is there. False where there is no way.
+    bool connect(const Endpoint& peer);
+    // The same to a host name, whose addresses the owner learns of first: then beginNamed() begins the connection.
+    bool connectByName(Reactor& reactor, const char* name, unsigned short port);
+    bool isNamed() const { return m_Lookup != nullptr; }
+    bool beginNamed();
+    // Once the answer is there, and only once: whether it was yes.
+    bool isConnected();
+    void onReady(unsigned char ready) override;
+    void flushOwner();
+    // The owner counts as broken.
+    void failOwner();
+    void leaveCrowd()
+    {
+        if (m_Seat)
+            m_Seat->leave();
+        m_Seat = Ref<Seat>();
+    }
+    // Options of every connection of ours. A socket that has no such option goes without it.
+    void prepare() { door().setOption(m_Handle.get(), Door::kNoDelay, 1); }
+    Door& door() const { return m_Handle.door(); }
+
+    Poller& m_Poller;
+    DoorHandle m_Handle;
+    // The peer of a connection that was accepted or begun.
+    Endpoint m_Peer;
+    TcpConnection* m_Owner = nullptr;
+    // Of an accepted connection.
+    Ref<Seat> m_Seat;
+    InputBuffer m_Input;
+    OutputQueue m_Output;
+    // What of the output a secure layer has sealed; it leaves first.
+    OutputQueue m_Sealed;
+    // Nothing was told since the socket was found empty, or full. A new socket counts as empty.
+    bool m_IsInputWaited = true;
+    bool m_IsOutputWaited = false;
+    // In the reactor's list of what to flush.
+    bool m_IsListed = false;
+    TcpLink* m_NextUnflushed = nullptr;
+
+private:
+    bool startWatch(unsigned char ready);
+    void report(unsigned char pending);
+
+    std::shared_ptr<Lookup> m_Lookup;
+    bool m_IsWatched = false;
+    bool m_IsConnecting = false;
+    // After the bytes that were read may be what no event reports.
+    bool m_HasTail = false;
+};
+
+using TcpLinkRef = Ref<TcpLink>;
+
+} // namespace zet::inner

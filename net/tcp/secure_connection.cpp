@@ -1,0 +1,369 @@
+#include "net/tcp/secure_connection.h"
+
+#include "framework/log.h"
+#include "framework/time.h"
+#include "net/tcp/inner/link.h"
+#include "net/tls/inner/layer.h"
+
+namespace zet
+{
+
+namespace
+{
+
+using inner::TlsLayer;
+
+// Sealed bytes that are handed to the operating system at once.
+constexpr size_t kSealAt = 128 * 1024;
+// Rounds of input in which one request may find nothing to read: a peer that only chatters waits for the next tick.
+constexpr int kRounds = 16;
+
+} // namespace
+
+TcpSecureConnection::TcpSecureConnection() = default;
+
+// The connection below would send what waits as it is.
+TcpSecureConnection::~TcpSecureConnection()
+{
+    TcpSecureConnection::close();
+}
+
+TlsLayer& TcpSecureConnection::layer()
+{
+    if (!m_Tls)
+        m_Tls = std::make_unique<TlsLayer>();
+    return *m_Tls;
+}
+
+bool TcpSecureConnection::setTlsContext(TlsContext* context)
+{
+    if (!isInvalid())
+        return false;
+    // A library without TLS serves nobody, and says so.
+    if (context && !TlsContext::isAvailable())
+        return context->servesClient();
+    if (context || m_Tls)
+        layer().m_Context = context;
+    return true;
+}
+
+TlsContext* TcpSecureConnection::getTlsContext() const
+{
+    return m_Tls ? m_Tls->m_Context.get() : nullptr;
+}
+
+void TcpSecureConnection::setTlsHostName(const wchar_t* name)
+{
+    layer().m_SetHost = name ? name : L"";
+}
+
+void TcpSecureConnection::delayTls(bool isDelayed)
+{
+    layer().m_IsDelayed = isDelayed;
+}
+
+bool TcpSecureConnection::isSecure() const
+{
+    return m_Link && m_Tls && m_Tls->isDone();
+}
+
+bool TcpSecureConnection::isResumed() const
+{
+    return isSecure() && m_Tls->isResumed();
+}
+
+String_T<wchar_t> TcpSecureConnection::getVerifiedName() const
+{
+    return isSecure() ? m_Tls->getPeerName() : String_T<wchar_t>();
+}
+
+String_T<wchar_t> TcpSecureConnection::getTlsDescription() const
+{
+    return isSecure() ? m_Tls->getDescription() : String_T<wchar_t>();
+}
+
+bool TcpSecureConnection::expect(const wchar_t* host, TlsContext* context)
+{
+    if (context)
+        layer().m_Context = context;
+    if (!m_Tls)
+        return true;
+    m_Tls->end();
+    m_Tls->m_IsClient = host != nullptr;
+    m_Tls->m_Host = host ? host : L"";
+    if (!m_Tls->m_Context)
+        return true;
+    return host ? m_Tls->m_Context->servesClient() : m_Tls->m_Context->servesServer();
+}
+
+bool TcpSecureConnection::attach(unsigned int handle)
+{
+    if (!m_Tls || !m_Tls->m_Context || m_Tls->m_IsDelayed || m_Tls->isOn())
+        return TcpConnection::attach(handle);
+    // A handle that the host brings has not been announced.
+    if (!m_Link)
+    {
+        m_Tls->m_IsClient = false;
+        if (!m_Tls->m_Context->servesServer())
+            return false;
+    }
+    if (!m_Tls->begin(getPeerName()))
+        return false;
+    if (!TcpConnection::attach(handle))
+    {
+        m_Tls->end();
+        return false;
+    }
+    return beginTls();
+}
+
+bool TcpSecureConnection::startTls(const wchar_t* host)
+{
+    if (getConnectionState() != kEstablished || !m_Tls || !m_Tls->m_Context || m_Tls->isOn() ||
+        m_Link->m_Input.size() > 0 || m_Link->m_Output.size() > 0)
+        return false;
+    const String_T<wchar_t> before = m_Tls->m_Host;
+    if (host)
+        m_Tls->m_Host = host;
+    if (m_Tls->begin(getPeerName()))
+        return beginTls();
+    m_Tls->m_Host = before;
+    return false;
+}
+
+bool TcpSecureConnection::beginTls()
+{
+    m_State = kConnecting;
+    m_Pending |= kSecuring;
+    m_Tls->m_Begun = getTimeTick();
+    if (m_Link->m_Seat)
+        m_Link->m_Seat->beginHandshake(*this, m_Tls->m_Context->getHandshakeTime());
+    ring();
+    // The client has the first word.
+    if (m_Tls->m_IsClient)
+        shakeHands();
+    return true;
+}
+
+void TcpSecureConnection::onTick(unsigned int tick)
+{
+    TcpConnection::onTick(tick);
+    if (m_Pending & kSecuring)
+        secure();
+}
+
+void TcpSecureConnection::secure()
+{
+    const bool hasInput = m_State == kConnecting && ((m_Pending & kReadable) || m_Tls->m_Input.size() > 0);
+    if (m_Link && m_Link->m_Seat && m_Link->m_Seat->isTimed())
+    {
+        // The port watches the time of all, and takes a bounded number of steps.
+        if (hasInput && m_Link->m_Seat->waitForStep())
+            m_Reactor->hurry();
+        return;
+    }
+    if (hasInput)
+        shakeHands();
+    if (!(m_Pending & kSecuring) || m_State != kConnecting)
+        return;
+    if (getTimeTick() - m_Tls->m_Begun >= m_Tls->m_Context->getHandshakeTime())
+        failHandshake(L"no end of it in time");
+    else
+        // The clock is looked at again with the next tick, though nothing happens.
+        ring();
+}
+
+void TcpSecureConnection::stepHandshake()
+{
+    if (!(m_Pending & kSecuring) || m_State != kConnecting)
+        return;
+    shakeHands();
+    // What came behind the handshake, or ended it, is for the next tick.
+    if (m_Pending & (kReadable | kSecuring))
+        ring();
+    if (m_State != kConnecting)
+        hurry();
+}
+
+void TcpSecureConnection::endLateHandshake()
+{
+    if ((m_Pending & kSecuring) && m_State == kConnecting)
+        failHandshake(L"no end of it in time");
+}
+
+void TcpSecureConnection::endSecuring()
+{
+    m_Pending &= static_cast<unsigned char>(~kSecuring);
+    if (m_Link->m_Seat)
+        m_Link->m_Seat->endHandshake();
+}
+
+void TcpSecureConnection::shakeHands()
+{
+    for (;;)
+    {
+        const auto result = m_Tls->shakeHands({m_Link->m_Sealed, m_Reactor->pool()});
+        if (result == TlsLayer::kFailed)
+            return failHandshake(m_Tls->getFault());
+        if (!m_Link->m_IsOutputWaited)
+            sendQueue(m_Link->m_Sealed);
+        if (m_State != kConnecting)
+            return failHandshake(L"the connection broke");
+        if (result == TlsLayer::kDone)
+            break;
+        if (m_Tls->m_HandshakeInput > TlsContext::kHandshakeInput)
+            return failHandshake(L"too long");
+        const int got = fillInput();
+        if (got < 0)
+            return failHandshake(L"the peer has ended the connection");
+        if (got == 0)
+            return m_Tls->m_Input.settle(m_Reactor->pool());
+        m_Tls->m_HandshakeInput += got;
+    }
+    endSecuring();
+    m_State = kEstablished;
+    if (m_Tls->hasInput())
+        m_Pending |= kReadable;
+    m_Tls->m_Input.settle(m_Reactor->pool());
+    joinReactor();
+    if (m_State == kEstablished)
+        announceOutput();
+}
+
+void TcpSecureConnection::failHandshake(const String_T<wchar_t>& reason)
+{
+    endSecuring();
+    Log::warning(L"TLS handshake with %s failed: %s", getPeerName(), reason);
+    // The alert is worth a try.
+    if (!m_Link->m_IsOutputWaited)
+        sendQueue(m_Link->m_Sealed);
+    discardInput();
+    fail(m_Tls->m_IsClient ? kConnectFailed : kBroken);
+}
+
+// Bytes that have come from the network, 0 for none now, -1 for the end.
+int TcpSecureConnection::fillInput()
+{
+    // The flag says when the socket is worth a look.
+    if (m_Link->m_IsInputWaited)
+    {
+        m_Pending &= static_cast<unsigned char>(~kReadable);
+        return 0;
+    }
+    inner::InputBuffer& input = m_Tls->m_Input;
+    const int room = input.prepare(m_Reactor->pool());
+    if (room <= 0)
+        return -1;
+    ConnectionState end = kBroken;
+    const int got = receiveNow(input.end(), room, end);
+    if (got > 0)
+        input.grow(got);
+    return got;
+}
+
+int TcpSecureConnection::breakTls(const String_T<wchar_t>& reason)
+{
+    Log::warning(L"TLS with %s broke: %s", getPeerName(), reason);
+    fail(kBroken);
+    return -1;
+}
+
+int TcpSecureConnection::receive(void* data, int size)
+{
+    if (!m_Tls || !m_Tls->isOn())
+        return TcpConnection::receive(data, size);
+    if (m_State != kEstablished)
+        return m_State == kConnecting ? 0 : -1;
+    if (!isWorthReceiving() || size <= 0)
+        return 0;
+    int got = TlsLayer::kNothingYet;
+    for (int i = 0; i < kRounds; ++i)
+    {
+        got = m_Tls->open(data, size, {m_Link->m_Sealed, m_Reactor->pool()});
+        if (got != TlsLayer::kNothingYet)
+            break;
+        // The network is asked when the session has taken what there was.
+        if (m_Tls->m_Input.size() > 0)
+            continue;
+        const int more = fillInput();
+        if (more < 0 && !(m_Pending & kOutputLost))
+            return breakTls(L"ended without a goodbye");
+        if (more <= 0)
+            break;
+    }
+    // An alert, or a new key.
+    if (m_Pending & kOutputLost)
+        m_Link->m_Sealed.drop(&m_Reactor->pool());
+    else if (m_Link->m_Sealed.size() > 0 && !m_Link->m_IsOutputWaited)
+        sendQueue(m_Link->m_Sealed);
+    if (m_State != kEstablished)
+        return -1;
+    if (got == TlsLayer::kFailed)
+        return breakTls(m_Tls->getFault());
+    if (got <= 0 && (m_Pending & kOutputLost) && !m_Tls->hasInput())
+        return endLost() ? -1 : 0;
+    if (got == TlsLayer::kEnded)
+    {
+        fail(kClosedByPeer);
+        return -1;
+    }
+    if (m_Tls->hasInput())
+        m_Pending |= kReadable;
+    else if (m_Link->m_IsInputWaited)
+        m_Pending &= static_cast<unsigned char>(~kReadable);
+    m_Tls->m_Input.settle(m_Reactor->pool());
+    return got;
+}
+
+void TcpSecureConnection::flush()
+{
+    if (!m_Tls || !m_Tls->m_Context || (m_Tls->m_IsDelayed && !m_Tls->isOn()))
+        return TcpConnection::flush();
+    m_Pending &= static_cast<unsigned char>(~(kOutput | kWritable));
+    inner::OutputQueue& sealed = m_Link->m_Sealed;
+    if (m_State == kConnecting)
+    {
+        sendQueue(sealed);
+        return;
+    }
+    if ((m_State != kEstablished && m_State != kClosedByPeer) || !m_Tls->isDone())
+        return;
+    inner::OutputQueue& output = m_Link->m_Output;
+    do
+    {
+        while (output.size() > 0 && sealed.size() < kSealAt)
+            if (!m_Tls->seal(output, {sealed, m_Reactor->pool()}))
+            {
+                breakTls(L"nothing more to be sealed");
+                return;
+            }
+        if (!sendQueue(sealed))
+            return;
+    } while (output.size() > 0);
+}
+
+unsigned int TcpSecureConnection::detach()
+{
+    const unsigned int handle = TcpConnection::detach();
+    if (m_Tls)
+        m_Tls->end();
+    return handle;
+}
+
+void TcpSecureConnection::close()
+{
+    if (m_Link && m_Tls && m_Tls->isDone() && (m_State == kEstablished || m_State == kClosedByPeer))
+    {
+        flush();
+        if (getOutputSize() == 0)
+        {
+            m_Tls->sayGoodbye({m_Link->m_Sealed, m_Reactor->pool()});
+            sendQueue(m_Link->m_Sealed);
+        }
+    }
+    TcpConnection::close();
+    if (m_Tls)
+        m_Tls->end();
+}
+
+} // namespace zet

@@ -1,0 +1,133 @@
+#include "net/tcp/stream.h"
+
+#include "framework/log.h"
+#include "net/tcp/inner/link.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace zet
+{
+
+namespace
+{
+
+// Bytes that one request may take from the network: a peer that sends a huge packet quickly lets the others have their
+// turn in between.
+constexpr int kFillMost = 1024 * 1024;
+// Times that one request may ask for bytes: each opens one record of a secure layer, which may hold a byte.
+constexpr int kReceivesMost = 256;
+// What a receive takes of a turn at least, in bytes.
+constexpr int kReceiveCost = 64;
+
+} // namespace
+
+bool TcpStream::attach(unsigned int handle)
+{
+    // Another owner ticks it, or none that gives turns.
+    m_Turn = kEndlessTurn;
+    return TcpSecureConnection::attach(handle);
+}
+
+void TcpStream::close()
+{
+    m_Turn = kEndlessTurn;
+    TcpSecureConnection::close();
+}
+
+void TcpStream::onTick(unsigned int tick)
+{
+    TcpSecureConnection::onTick(tick);
+    if (!m_Link)
+        return;
+    if (isWorthReceiving() && m_Link->m_Input.size() == 0)
+    {
+        fill(1);
+        if (available() > 0)
+            m_Pending |= kUnread;
+    }
+    m_Link->m_Input.settle(m_Reactor->pool());
+    if (m_Link->m_Seat && !m_Link->m_Seat->holdInput(static_cast<size_t>(m_Link->m_Input.capacity())))
+    {
+        Log::warning(L"Too much input waits on this port: %s is ended", getPeerName());
+        fail(kBroken);
+    }
+}
+
+void TcpStream::fill(int wanted)
+{
+    inner::InputBuffer& input = m_Link->m_Input;
+    int total = 0;
+    for (int i = 0; i < kReceivesMost && isWorthReceiving() && input.size() < wanted && total < kFillMost; ++i)
+    {
+        if (m_Turn <= 0)
+            return;
+        const int room = input.prepare(m_Reactor->pool());
+        if (room <= 0)
+        {
+            fail(kBroken);
+            return;
+        }
+        const int got = receive(input.end(), std::min(room, m_Turn));
+        if (got <= 0)
+            return;
+        input.grow(got);
+        if (m_Turn != kEndlessTurn)
+            m_Turn -= std::max(got, kReceiveCost);
+        total += got;
+    }
+}
+
+int TcpStream::available() const
+{
+    return m_Link ? m_Link->m_Input.size() : 0;
+}
+
+const unsigned char* TcpStream::view(int size)
+{
+    if (!m_Link)
+        return nullptr;
+    inner::InputBuffer& input = m_Link->m_Input;
+    if (input.size() < size)
+        fill(size);
+    return input.size() >= size ? input.data() : nullptr;
+}
+
+int TcpStream::peek(void* data, int size)
+{
+    if (!m_Link || size <= 0)
+        return 0;
+    inner::InputBuffer& input = m_Link->m_Input;
+    if (input.size() < size)
+        fill(size);
+    const int count = std::min(size, input.size());
+    if (count > 0)
+        std::memcpy(data, input.data(), static_cast<size_t>(count));
+    return count;
+}
+
+int TcpStream::read(void* data, int size)
+{
+    return skip(peek(data, size));
+}
+
+int TcpStream::skip(int size)
+{
+    const int count = std::min(size, available());
+    if (count <= 0)
+        return 0;
+    m_Link->m_Input.consume(count);
+    return count;
+}
+
+int TcpStream::write(const void* data, int size)
+{
+    return TcpStream::send(data, size);
+}
+
+int TcpStream::send(const void* data, int size)
+{
+    return TcpSecureConnection::send(data, size);
+}
+
+} // namespace zet

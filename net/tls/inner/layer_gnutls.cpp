@@ -1,0 +1,325 @@
+#include "net/tls/inner/layer.h"
+
+#include "framework/log.h"
+#include "framework/string_helper.h"
+#include "net/tls/inner/store.h"
+#include "net/tls/inner/verify_gnutls.h"
+
+#include <gnutls/x509.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace zet::inner
+{
+
+namespace
+{
+
+// Plain bytes of a record, the most that TLS has.
+constexpr int kRecord = 16384;
+// GnuTLS's own bound for a handshake, over the messages of both sides: with long chains a ticket of the version before
+// holds the peer's once more. What the peer may send is bounded by TlsContext::kHandshakeInput.
+constexpr size_t kHandshakeMessages = 4 * static_cast<size_t>(TlsContext::kHandshakeInput);
+// Warnings, keep-alives and the like that one step passes over.
+constexpr int kPassedOver = 8;
+
+// Text of a certificate as it is shown and compared; one with a zero inside could pass for another.
+std::string cleanText(const char* text, size_t size)
+{
+    return std::memchr(text, 0, size) ? std::string() : std::string(text, size);
+}
+
+std::string nameOf(gnutls_x509_crt_t certificate)
+{
+    char text[256];
+    size_t size = sizeof text;
+    if (gnutls_x509_crt_get_dn_by_oid(certificate, GNUTLS_OID_X520_COMMON_NAME, 0, 0, text, &size) == 0)
+        return cleanText(text, size);
+    for (unsigned int i = 0;; ++i)
+    {
+        size = sizeof text;
+        const int kind = gnutls_x509_crt_get_subject_alt_name(certificate, i, text, &size, nullptr);
+        if (kind == GNUTLS_SAN_DNSNAME)
+            return cleanText(text, size);
+        if (kind < 0)
+            return std::string();
+    }
+}
+
+} // namespace
+
+// What GnuTLS calls while an operation of the layer runs.
+struct TlsLayer::Calls
+{
+    static TlsLayer& of(gnutls_session_t session) { return *static_cast<TlsLayer*>(gnutls_session_get_ptr(session)); }
+
+    static ssize_t push(gnutls_transport_ptr_t self, const void* data, size_t size)
+    {
+        TlsLayer& layer = *static_cast<TlsLayer*>(self);
+        if (layer.m_Wire && layer.m_Wire->m_Sealed.write(data, static_cast<int>(size), layer.m_Wire->m_Pool))
+            return static_cast<ssize_t>(size);
+        gnutls_transport_set_errno(layer.m_Session, ENOMEM);
+        return -1;
+    }
+
+    static ssize_t pull(gnutls_transport_ptr_t self, void* data, size_t size)
+    {
+        TlsLayer& layer = *static_cast<TlsLayer*>(self);
+        const size_t count = std::min(size, static_cast<size_t>(layer.m_Input.size()));
+        if (count == 0)
+        {
+            gnutls_transport_set_errno(layer.m_Session, EAGAIN);
+            return -1;
+        }
+        std::memcpy(data, layer.m_Input.data(), count);
+        layer.m_Input.consume(static_cast<int>(count));
+        return static_cast<ssize_t>(count);
+    }
+
+    // Nothing is ever waited for.
+    static int isReadable(gnutls_transport_ptr_t self, unsigned int)
+    {
+        return static_cast<TlsLayer*>(self)->m_Input.size() > 0 ? 1 : 0;
+    }
+
+    static int verify(gnutls_session_t session) { return of(session).verify(); }
+
+    static int onTicket(gnutls_session_t session, unsigned int, unsigned int, unsigned int, const gnutls_datum_t*)
+    {
+        of(session).m_HasTicket = true;
+        return 0;
+    }
+};
+
+bool TlsLayer::begin(const String_T<wchar_t>& peer)
+{
+    end();
+    TlsStore& store = *m_Context->m_Store;
+    if (!store.m_IsReady)
+        return false;
+    store.m_IsFixed = true;
+    const unsigned int flags =
+        (m_IsClient ? GNUTLS_CLIENT : GNUTLS_SERVER) | static_cast<unsigned int>(GNUTLS_NONBLOCK);
+    if (gnutls_init(&m_Session, flags) != GNUTLS_E_SUCCESS)
+    {
+        m_Session = nullptr;
+        return false;
+    }
+    gnutls_session_set_ptr(m_Session, this);
+    gnutls_transport_set_ptr(m_Session, this);
+    gnutls_transport_set_push_function(m_Session, Calls::push);
+    gnutls_transport_set_pull_function(m_Session, Calls::pull);
+    gnutls_transport_set_pull_timeout_function(m_Session, Calls::isReadable);
+    gnutls_handshake_set_timeout(m_Session, 0);
+    gnutls_handshake_set_max_packet_length(m_Session, kHandshakeMessages);
+    gnutls_session_set_verify_function(m_Session, Calls::verify);
+    int fault = gnutls_priority_set(m_Session, store.m_Priority);
+    if (fault == GNUTLS_E_SUCCESS)
+        fault = gnutls_credentials_set(m_Session, GNUTLS_CRD_CERTIFICATE, store.m_Credentials);
+    if (fault == GNUTLS_E_SUCCESS && !m_IsClient)
+        fault = gnutls_session_ticket_enable_server(m_Session, &store.m_TicketKey);
+    if (fault != GNUTLS_E_SUCCESS)
+    {
+        end();
+        return false;
+    }
+    if (!m_IsClient)
+    {
+        requestCertificate(m_Session, m_Context->getClientCertificate());
+        return true;
+    }
+    m_HostName = StringHelper::wideToUtf8(m_SetHost.isEmpty() ? m_Host.getBuffer() : m_SetHost.getBuffer()).getBuffer();
+    // An address is no server name.
+    if (!isAddress(m_HostName.c_str()))
+        gnutls_server_name_set(m_Session, GNUTLS_NAME_DNS, m_HostName.data(), m_HostName.size());
+    gnutls_handshake_set_hook_function(m_Session, GNUTLS_HANDSHAKE_NEW_SESSION_TICKET, GNUTLS_HOOK_POST,
+                                       Calls::onTicket);
+    m_SessionKey = m_HostName + ' ' + StringHelper::wideToUtf8(peer.getBuffer()).getBuffer();
+    m_Offered = store.take(m_SessionKey);
+    if (!m_Offered.empty())
+        gnutls_session_set_data(m_Session, m_Offered.data(), m_Offered.size());
+    return true;
+}
+
+void TlsLayer::end()
+{
+    if (m_Session)
+        gnutls_deinit(m_Session);
+    m_Session = nullptr;
+    m_Wire = nullptr;
+    m_Input.drop(nullptr);
+    m_HandshakeInput = 0;
+    m_IsDone = false;
+    m_HasTicket = false;
+    m_VerifyAlert = 0;
+    TlsStore::wipe(m_Offered);
+    m_Offered = {};
+}
+
+int TlsLayer::verify()
+{
+    return verifyPeer(m_Session, m_IsClient, m_HostName.c_str(), m_Fault, &m_VerifyAlert);
+}
+
+// The alert that the protocol names where GnuTLS takes a more general one; 0 where it takes the right one.
+int TlsLayer::alertOf(int code) const
+{
+    if (code == GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR)
+        return m_VerifyAlert;
+    const bool lacksCertificate = code == GNUTLS_E_NO_CERTIFICATE_FOUND || code == GNUTLS_E_CERTIFICATE_REQUIRED;
+    return lacksCertificate && gnutls_protocol_get_version(m_Session) != GNUTLS_TLS1_3 ? GNUTLS_A_HANDSHAKE_FAILURE : 0;
+}
+
+TlsLayer::Result TlsLayer::fail(int code)
+{
+    if (code == GNUTLS_E_FATAL_ALERT_RECEIVED)
+    {
+        const char* const name = gnutls_alert_get_name(gnutls_alert_get(m_Session));
+        m_Fault = L"The peer says: ";
+        m_Fault += StringHelper::utf8ToWide(name ? name : "unknown alert");
+        return kFailed;
+    }
+    // What verify() said is more than the code says.
+    if (m_Fault.isEmpty())
+        m_Fault = StringHelper::utf8ToWide(gnutls_strerror(code));
+    if (const int alert = alertOf(code))
+        gnutls_alert_send(m_Session, GNUTLS_AL_FATAL, static_cast<gnutls_alert_description_t>(alert));
+    else
+        gnutls_alert_send_appropriate(m_Session, code);
+    return kFailed;
+}
+
+TlsLayer::Result TlsLayer::shakeHands(Wire wire)
+{
+    m_Wire = &wire;
+    m_Fault = String_T<wchar_t>();
+    int code = GNUTLS_E_AGAIN;
+    int passedOver = 0;
+    for (bool goesOn = true; goesOn;)
+    {
+        const int before = m_Input.size();
+        code = gnutls_handshake(m_Session);
+        if (code == GNUTLS_E_SUCCESS || gnutls_error_is_fatal(code))
+            break;
+        // A record that holds a part of a message ends a call. The next one may hold the rest of it.
+        goesOn = code == GNUTLS_E_AGAIN ? m_Input.size() > 0 && m_Input.size() < before : ++passedOver < kPassedOver;
+    }
+    Result result = kNothingYet;
+    if (code == GNUTLS_E_SUCCESS)
+        result = finish();
+    else if (gnutls_error_is_fatal(code))
+        result = fail(code);
+    m_Wire = nullptr;
+    return result;
+}
+
+TlsLayer::Result TlsLayer::finish()
+{
+    // A certificate that was good when the session began may have run out since.
+    if (isResumed())
+        if (const int code = verify())
+            return fail(code);
+    m_IsDone = true;
+    // A ticket of TLS 1.2 may be used again, and a server that resumes need not send another.
+    if (isResumed() && !m_HasTicket && gnutls_protocol_get_version(m_Session) == GNUTLS_TLS1_2)
+        m_Context->m_Store->keep(m_SessionKey, std::move(m_Offered));
+    TlsStore::wipe(m_Offered);
+    m_Offered = {};
+    keepSession();
+    return kDone;
+}
+
+void TlsLayer::keepSession()
+{
+    if (!m_HasTicket || !m_IsDone)
+        return;
+    m_HasTicket = false;
+    // Without this flag GnuTLS would wait for a ticket.
+    gnutls_datum_t data{nullptr, 0};
+    if (!(gnutls_session_get_flags(m_Session) & GNUTLS_SFLAGS_SESSION_TICKET) ||
+        gnutls_session_get_data2(m_Session, &data) != GNUTLS_E_SUCCESS)
+        return;
+    m_Context->m_Store->keep(m_SessionKey, TlsStore::Session(data.data, data.data + data.size));
+    gnutls_memset(data.data, 0, data.size);
+    gnutls_free(data.data);
+}
+
+int TlsLayer::open(void* data, int size, Wire wire)
+{
+    m_Wire = &wire;
+    int result = kNothingYet;
+    for (int i = 0; i < kPassedOver && result == kNothingYet; ++i)
+    {
+        const ssize_t got = gnutls_record_recv(m_Session, data, static_cast<size_t>(size));
+        if (got > 0)
+            result = static_cast<int>(got);
+        else if (got == 0)
+            result = kEnded;
+        // Nobody agrees on a second handshake within the first.
+        else if (got == GNUTLS_E_REHANDSHAKE || gnutls_error_is_fatal(static_cast<int>(got)))
+            result = fail(static_cast<int>(got));
+        else if (m_Input.size() == 0)
+            break;
+    }
+    if (m_HasTicket && result != kFailed)
+        keepSession();
+    m_Wire = nullptr;
+    return result;
+}
+
+bool TlsLayer::seal(OutputQueue& plain, Wire wire)
+{
+    Block* const block = plain.front();
+    m_Wire = &wire;
+    const ssize_t taken = gnutls_record_send(m_Session, block->bytes() + block->m_Begin,
+                                             static_cast<size_t>(std::min(block->size(), kRecord)));
+    m_Wire = nullptr;
+    if (taken <= 0)
+        return false;
+    plain.consume(static_cast<size_t>(taken), wire.m_Pool);
+    return true;
+}
+
+void TlsLayer::sayGoodbye(Wire wire)
+{
+    m_Wire = &wire;
+    gnutls_bye(m_Session, GNUTLS_SHUT_WR);
+    m_Wire = nullptr;
+}
+
+bool TlsLayer::hasInput() const
+{
+    return m_Input.size() > 0 || gnutls_record_check_pending(m_Session) > 0;
+}
+
+bool TlsLayer::isResumed() const
+{
+    return m_Session && gnutls_session_is_resumed(m_Session) != 0;
+}
+
+String_T<wchar_t> TlsLayer::getPeerName() const
+{
+    unsigned int count = 0;
+    const gnutls_datum_t* const chain =
+        m_Session && m_IsDone ? gnutls_certificate_get_peers(m_Session, &count) : nullptr;
+    gnutls_x509_crt_t certificate = nullptr;
+    if (!chain || count == 0 || gnutls_x509_crt_init(&certificate) != GNUTLS_E_SUCCESS)
+        return String_T<wchar_t>();
+    std::string name;
+    if (gnutls_x509_crt_import(certificate, &chain[0], GNUTLS_X509_FMT_DER) == GNUTLS_E_SUCCESS)
+        name = nameOf(certificate);
+    gnutls_x509_crt_deinit(certificate);
+    return StringHelper::utf8ToWide(name.c_str());
+}
+
+String_T<wchar_t> TlsLayer::getDescription() const
+{
+    char* text = m_Session && m_IsDone ? gnutls_session_get_desc(m_Session) : nullptr;
+    const String_T<wchar_t> description = StringHelper::utf8ToWide(text);
+    gnutls_free(text);
+    return description;
+}
+
+} // namespace zet::inner

@@ -1,0 +1,51 @@
+// The library without TLS: no session ever begins.
+#include "net/tls/inner/layer.h"
+
+namespace zet::inner
+{
+
+bool TlsLayer::begin(const String_T<wchar_t>&)
+{
+    return false;
+}
+
+void TlsLayer::end() {}
+
+TlsLayer::Result TlsLayer::shakeHands(Wire)
+{
+    return kFailed;
+}
+
+int TlsLayer::open(void*, int, Wire)
+{
+    return kFailed;
+}
+
+bool TlsLayer::seal(OutputQueue&, Wire)
+{
+    return false;
+}
+
+void TlsLayer::sayGoodbye(Wire) {}
+
+bool TlsLayer::hasInput() const
+{
+    return false;
+}
+
+bool TlsLayer::isResumed() const
+{
+    return false;
+}
+
+String_T<wchar_t> TlsLayer::getPeerName() const
+{
+    return String_T<wchar_t>();
+}
+
+String_T<wchar_t> TlsLayer::getDescription() const
+{
+    return String_T<wchar_t>();
+}
+
+} // namespace zet::inner
