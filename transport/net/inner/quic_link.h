@@ -2,6 +2,7 @@
 #pragma once
 
 #include "transport/net/inner/quic_frames.h"
+#include "transport/net/inner/quic_memory.h"
 #include "transport/net/inner/udp_port.h"
 #include "transport/net/inner/udp_router.h"
 
@@ -60,7 +61,7 @@ public:
         kWrite = 2
     };
 
-    explicit QuicLink(QuicRouter& router) : m_Router(router) {}
+    explicit QuicLink(QuicRouter& router);
     ~QuicLink() override;
 
     bool openClient(const sockaddr_in& peer, const char* name, const Uuid& id);
@@ -130,6 +131,7 @@ private:
     void onConfirmed(size_t size);
 
     QuicRouter& m_Router;
+    QuicMemory m_Memory;
     ngtcp2_conn* m_Connection = nullptr;
     // The TLS session, as long as the handshake lasts.
     gnutls_session_t m_Session = nullptr;
