@@ -43,7 +43,7 @@ bool refuse(const wchar_t* pattern, const Args&... args)
 }
 
 // The general way for a frame in memory, out of the way of the usual one.
-[[gnu::noinline]] bool receiveInSteps(CCmdPackager& packager, const void* frame, int size)
+bool receiveInSteps(CCmdPackager& packager, const void* frame, int size)
 {
     zet::MemoryInput input(frame, size);
     zet::InputStream stream(&input);

@@ -48,6 +48,7 @@ int AccountTravelData::getTaskLevelValue(int attractId) const
     return attract ? attract->m_TaskLevel : 0;
 }
 
+// By value, as the interface has it. NOLINTNEXTLINE(performance-unnecessary-value-param)
 void AccountTravelData::SetAddNewAttractData(FAttractData attract)
 {
     if (attract.IsValid() && !findValid(m_AttractMap, attract.m_AttractId))

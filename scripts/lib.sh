@@ -8,8 +8,10 @@ JOBS=$(nproc 2>/dev/null || echo 2)
 # Packages of every build, and those that the tests, the presets with Clang and those for other systems add.
 BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libfmt-dev nlohmann-json3-dev
     libgnutls28-dev nettle-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev)
-TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin iproute2)
+TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin iproute2
+    clang-format-14)
 CLANG_PACKAGES=(clang libclang-rt-dev)
+TIDY_PACKAGES=(clang-tidy-14)
 SYNTAX_PACKAGES=(clang-19 libc++-19-dev libc++abi-19-dev)
 WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix googletest wine64)
 ARMHF_PACKAGES=(g++-arm-linux-gnueabihf qemu-user)
