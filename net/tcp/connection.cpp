@@ -4,6 +4,7 @@
 #include "framework/thread.h"
 #include "net/inner/peer_text.h"
 #include "net/tcp/inner/link.h"
+#include "net/tcp/inner/ready_list.h"
 
 namespace zet
 {
@@ -22,6 +23,8 @@ using inner::TcpLinkRef;
 TcpConnection::~TcpConnection()
 {
     TcpConnection::close();
+    if (m_ReadyList)
+        m_ReadyList->leave(*this);
 }
 
 bool TcpConnection::start(System* system)
@@ -56,6 +59,11 @@ void TcpConnection::lookNow()
 {
     if (m_Link)
         m_Reactor->pollOutsideTick();
+}
+
+void TcpConnection::listReady()
+{
+    m_ReadyList->add(*this);
 }
 
 void TcpConnection::hurry()
