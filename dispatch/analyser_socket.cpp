@@ -1,11 +1,11 @@
 #include "dispatch/analyser_socket.h"
 
 #include "dispatch/inner/boundary.h"
+#include "dispatch/inner/socket_seam.h"
 #include "framework/log.h"
 #include "framework/peer_log.h"
 #include "framework/string_helper.h"
 #include "packaging/cmd_packager.h"
-#include "packaging/socket_seam.h"
 
 #include <cassert>
 

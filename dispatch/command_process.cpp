@@ -1,9 +1,9 @@
 #include "dispatch/command_process.h"
 
+#include "dispatch/inner/socket_seam.h"
 #include "framework/log.h"
 #include "framework/peer_log.h"
 #include "packaging/command_head.h"
-#include "packaging/socket_seam.h"
 
 bool RefuseCommand(const CCmdHead& command, CCommandSocket* socket)
 {

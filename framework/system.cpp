@@ -1,7 +1,7 @@
 #include "framework/system.h"
 
+#include "framework/inner/guard.h"
 #include "framework/inner/mark.h"
-#include "framework/inner/report.h"
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "framework/thread.h"
@@ -91,20 +91,16 @@ template <class Call>
 void System::guard(Call call) noexcept
 {
     unsigned long code = kOtherException;
-    try
+    const auto tell = [&](const char* what)
     {
-        call();
+        code = what ? kStandardException : kOtherException;
+        if (what)
+            Log::error(L"Exception in a task: %s", StringHelper::utf8ToWide(what));
+        else
+            Log::error(L"Unknown exception in a task");
+    };
+    if (inner::guardCall(call, tell))
         return;
-    }
-    catch (const std::exception& fault)
-    {
-        code = kStandardException;
-        inner::report([&] { Log::error(L"Exception in a task: %s", StringHelper::utf8ToWide(fault.what())); });
-    }
-    catch (...)
-    {
-        inner::report([] { Log::error(L"Unknown exception in a task"); });
-    }
     inner::report([] { Log::whistle(false); });
     inner::report([&] { onException(code); });
 }

@@ -1,7 +1,7 @@
 #include "packaging/command_head.h"
 
 #include "packaging/cmd_packager.h"
-#include "packaging/socket_seam.h"
+#include "packaging/inner/socket_seam.h"
 #include "packaging/wire/order.h"
 
 void CCmdHead::SetClientAddress(const zet::Uuid&) {}

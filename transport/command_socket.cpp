@@ -1,6 +1,7 @@
 #include "transport/command_socket.h"
 
 #include "dispatch/analyser_socket.h"
+#include "dispatch/inner/socket_seam.h"
 #include "framework/log.h"
 #include "framework/platform/virtual_target.h"
 #include "framework/stopwatch.h"
@@ -8,7 +9,7 @@
 #include "net/limits.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
-#include "packaging/socket_seam.h"
+#include "packaging/inner/socket_seam.h"
 
 #include <algorithm>
 

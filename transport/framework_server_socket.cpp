@@ -6,6 +6,7 @@
 #include "framework/log.h"
 #include "framework/stopwatch.h"
 #include "net/inner/guard.h"
+#include "net/tcp/inner/ready_list.h"
 #include "transport/address_file.h"
 
 #include <algorithm>
@@ -62,7 +63,7 @@ struct CFrameworkServerSocket::ClientSocketClose_Manager_foreach_N
     };
 };
 
-// Keeps the list of connections as long as it is, and those that go alive, until the outermost walk ends.
+// Keeps the connections that go alive until the outermost walk ends.
 class CFrameworkServerSocket::Walk
 {
 public:
@@ -74,7 +75,7 @@ private:
 };
 
 CFrameworkServerSocket::CFrameworkServerSocket(const zet::String_T<wchar_t>& ip, unsigned short port)
-    : m_IP(ip.isEmpty() ? getHostName() : ip), m_Port(port)
+    : m_IP(ip.isEmpty() ? getHostName() : ip), m_Port(port), m_Ready(std::make_unique<zet::inner::ReadyList>())
 {
 }
 
@@ -94,57 +95,41 @@ void CFrameworkServerSocket::tickClients(unsigned int tick)
 {
     ClientSocketTick_Manager_foreach_N::ClientSocketTick walker(*this, tick);
     const Walk walk(*this);
-    // The list keeps its length during a walk.
-    const size_t count = m_Walk.size();
-    const size_t first = m_First ? static_cast<size_t>(placeOf(std::exchange(m_First, nullptr)) - m_Walk.begin()) : 0;
     const unsigned int time = getLimits().m_TurnTime;
     const int bytes = getLimits().m_TurnInput;
     const int turn = bytes > 0 && hasOthers() ? bytes : zet::TcpStream::kEndlessTurn;
     zet::Stopwatch watch;
-    for (size_t i = 0; i < count; ++i)
+    m_Ready->begin(std::exchange(m_First, nullptr));
+    while (zet::TcpConnection* const next = m_Ready->peek())
     {
-        const Place& place = m_Walk[(first + i) % count];
-        if (place.m_IsGone || (place.m_IsPlain && !*place.m_Bell))
-            continue;
+        // The list holds what accept() has entered.
+        auto* const client = static_cast<CFrameworkClientSocket*>(next);
         if (time > 0 && watch.getElapsed() >= time)
         {
-            m_First = place.m_Client;
+            m_First = client;
             hurry();
-            return;
+            break;
         }
-        *place.m_Bell = 0;
-        place.m_Client->setTurn(turn);
-        if (!walker.onEntry(place.m_Client))
-            *place.m_Bell = 1;
+        m_Ready->take();
+        client->setTurn(turn);
+        if (!walker.onEntry(client))
+            m_Ready->add(*client);
     }
+    m_Ready->end();
 }
 
-// Whether somebody may wait while one connection has its turn.
+// Whether another one may wait while one connection has its turn.
 bool CFrameworkServerSocket::hasOthers() const
 {
-    return m_Walk.size() > 1 || (getSystem() && getSystem()->getTaskCount() > 1);
+    return m_ClientSockets.getSize() > 1 || (getSystem() && getSystem()->getTaskCount() > 1);
 }
 
 void CFrameworkServerSocket::endWalk()
 {
-    if (--m_Walks > 0)
+    if (--m_Walks > 0 || m_Abandoned.empty())
         return;
-    if (m_Abandoned.empty() && m_Newcomers.empty())
-        return;
-    removeGone();
+    // The objects go last, when the server is whole again; the space for them stays.
     auto abandoned = std::exchange(m_Abandoned, {});
-    for (CFrameworkClientSocket* client : std::exchange(m_Newcomers, {}))
-    {
-        try
-        {
-            enlist(client);
-        }
-        catch (const std::bad_alloc&)
-        {
-            lose(client);
-        }
-    }
-    // The objects go last, when the server is whole again; the room for them stays.
     abandoned.clear();
     if (m_Abandoned.empty())
         m_Abandoned.swap(abandoned);
@@ -156,70 +141,6 @@ void CFrameworkServerSocket::lose(CFrameworkClientSocket* client)
     const zet::Unknown::Handle_T<CFrameworkClientSocket> keep = client;
     m_ClientSockets.erase(client);
     zet::inner::report([&] { client->close(); });
-}
-
-unsigned char* CFrameworkServerSocket::takeBell()
-{
-    if (m_FreeBells.empty())
-    {
-        // For when it is given back.
-        zet::inner::makeRoom(m_FreeBells, m_Bells.size() + 1);
-        return &m_Bells.emplace_back();
-    }
-    unsigned char* const bell = m_FreeBells.back();
-    m_FreeBells.pop_back();
-    return bell;
-}
-
-void CFrameworkServerSocket::enlist(CFrameworkClientSocket* client)
-{
-    if (m_Walks > 0)
-    {
-        m_Newcomers.push_back(client);
-        return;
-    }
-    // A host may have accepted an object that is still here: it stands in the list once.
-    auto place = placeOf(client);
-    if (place == m_Walk.end() || place->m_Client != client)
-    {
-        const auto index = place - m_Walk.begin();
-        zet::inner::makeRoom(m_Walk, m_Walk.size() + 1);
-        place = m_Walk.insert(m_Walk.begin() + index, {client, takeBell(), !client->HasOwnTick(), false});
-    }
-    client->setBell(place->m_Bell);
-}
-
-void CFrameworkServerSocket::strike(CFrameworkClientSocket* client)
-{
-    // A host that keeps the connection ticks it itself from now on.
-    client->setTurn(zet::TcpStream::kEndlessTurn);
-    std::erase(m_Newcomers, client);
-    const auto place = placeOf(client);
-    if (place == m_Walk.end() || place->m_Client != client)
-        return;
-    client->setBell(nullptr);
-    place->m_IsGone = true;
-    if (m_Walks == 0)
-        removeGone();
-}
-
-void CFrameworkServerSocket::removeGone()
-{
-    std::erase_if(m_Walk,
-                  [this](const Place& place)
-                  {
-                      if (place.m_IsGone)
-                          m_FreeBells.push_back(place.m_Bell);
-                      return place.m_IsGone;
-                  });
-}
-
-std::vector<CFrameworkServerSocket::Place>::iterator
-CFrameworkServerSocket::placeOf(const CFrameworkClientSocket* client)
-{
-    return std::lower_bound(m_Walk.begin(), m_Walk.end(), client,
-                            [](const Place& place, const CFrameworkClientSocket* key)
-                            { return std::less<>()(place.m_Client, key); });
 }
 
 void CFrameworkServerSocket::close()
@@ -247,7 +168,7 @@ bool CFrameworkServerSocket::accept(zet::TcpConnection* connection)
         // For when it is abandoned during a walk.
         zet::inner::makeRoom(m_Abandoned, m_Abandoned.size() + static_cast<size_t>(m_ClientSockets.getSize()) + 1);
         m_ClientSockets.set(client, client);
-        enlist(client);
+        m_Ready->enter(*client, client->HasOwnTick());
     }
     catch (const std::bad_alloc&)
     {
@@ -275,7 +196,9 @@ void CFrameworkServerSocket::Abandon(zet::TcpConnection* connection)
     RemoveFrameworkSocket(client);
     if (!keep)
         return;
-    strike(client);
+    // A host that keeps the connection ticks it itself from now on.
+    client->setTurn(zet::TcpStream::kEndlessTurn);
+    m_Ready->leave(*client);
     if (m_Walks > 0)
         m_Abandoned.push_back(keep);
     m_ClientSockets.erase(client);

@@ -5,8 +5,13 @@
 #include "net/tcp/server.h"
 #include "transport/framework_client_socket.h"
 
-#include <deque>
+#include <memory>
 #include <vector>
+
+namespace zet::inner
+{
+class ReadyList;
+} // namespace zet::inner
 
 // Owns its connections, ticks them from its own tick and lets go of those that have ended. A host derives from it and
 // accepts a socket of its own in onAccept(). Everything belongs to the thread of the server's System, the accepted
@@ -71,36 +76,16 @@ private:
     struct ClientSocketTick_Manager_foreach_N;
     struct ClientSocketClose_Manager_foreach_N;
 
-    struct Place
-    {
-        CFrameworkClientSocket* m_Client;
-        // Rung where a tick would find something to do.
-        unsigned char* m_Bell;
-        // Ticked only when the bell has rung.
-        bool m_IsPlain;
-        bool m_IsGone;
-    };
-
     void tickClients(unsigned int tick);
     void abandonGuarded(CFrameworkClientSocket* client);
-    void enlist(CFrameworkClientSocket* client);
-    void strike(CFrameworkClientSocket* client);
     void endWalk();
     // Closes a connection that there was no memory to keep.
     void lose(CFrameworkClientSocket* client);
-    unsigned char* takeBell();
-    void removeGone();
-    std::vector<Place>::iterator placeOf(const CFrameworkClientSocket* client);
     bool hasOthers() const;
 
-    // The keys of m_ClientSockets in their order and in one piece: a walk over thousands of idle connections looks at
-    // their bells and not at the objects. During a walk a connection that goes keeps its place, and one that comes
-    // waits.
-    std::vector<Place> m_Walk;
-    // The bells lie side by side and stay where they are; the free ones are used again.
-    std::deque<unsigned char> m_Bells;
-    std::vector<unsigned char*> m_FreeBells;
-    std::vector<CFrameworkClientSocket*> m_Newcomers;
+    // Those of m_ClientSockets whose tick would find something to do, in the same order; and those whose class has a
+    // tick of its own.
+    const std::unique_ptr<zet::inner::ReadyList> m_Ready;
     // Connections abandoned during a walk.
     std::vector<zet::Unknown::Handle_T<CFrameworkClientSocket>> m_Abandoned;
     // Who is first in the next tick's walk, where the present one was cut short; compared, never used.

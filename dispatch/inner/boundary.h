@@ -2,13 +2,11 @@
 #pragma once
 
 #include "framework/exception.h"
-#include "framework/inner/report.h"
+#include "framework/inner/guard.h"
 #include "framework/log.h"
 #include "framework/peer_log.h"
 
-#include <exception>
-
-// Logs the exception, within the log share of the peer that sent the command.
+// Reports what was thrown, within the share of the peer whose command it was.
 template <class Tell>
 void reportThrown(Tell tell) noexcept
 {
@@ -27,26 +25,23 @@ void reportThrown(Tell tell) noexcept
 template <class Dispatch, class Tell>
 bool withinBoundary(Dispatch dispatch, Tell tell) noexcept
 {
-    try
+    bool result = false;
+    const auto call = [&]
     {
-        return dispatch();
-    }
-    catch (const zet::Exception& fault)
-    {
-        zet::inner::report(
-            [&]
-            {
-                if (zet::PeerLog::takesLine())
-                    fault.report();
-            });
-    }
-    catch (const std::exception& fault)
-    {
-        reportThrown([&] { tell(fault.what()); });
-    }
-    catch (...)
-    {
-        reportThrown([&] { tell(nullptr); });
-    }
-    return false;
+        try
+        {
+            result = dispatch();
+        }
+        catch (const zet::Exception& fault)
+        {
+            zet::inner::report(
+                [&]
+                {
+                    if (zet::PeerLog::takesLine())
+                        fault.report();
+                });
+        }
+    };
+    zet::inner::guardCall(call, [&](const char* what) { reportThrown([&] { tell(what); }); });
+    return result;
 }

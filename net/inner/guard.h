@@ -1,7 +1,7 @@
 // What an override of a host throws ends with the call of it.
 #pragma once
 
-#include <exception>
+#include "framework/inner/guard.h"
 
 namespace zet
 {
@@ -11,27 +11,15 @@ class TcpConnection;
 namespace zet::inner
 {
 
-// Tells the log of it, with the connection's peer where there is a connection. Where the log throws, too, it is lost.
+// Reports to the log what was thrown, with the connection's peer where there is a connection. Where the log throws,
+// too, it is lost.
 void reportThrown(const wchar_t* where, const char* what, const TcpConnection* connection) noexcept;
 
 // Calls what a host may have written. False where it threw, which is logged and goes no further.
 template <class Call>
 bool guard(const wchar_t* where, const TcpConnection* connection, Call call) noexcept
 {
-    try
-    {
-        call();
-        return true;
-    }
-    catch (const std::exception& fault)
-    {
-        reportThrown(where, fault.what(), connection);
-    }
-    catch (...)
-    {
-        reportThrown(where, "unknown", connection);
-    }
-    return false;
+    return guardCall(call, [&](const char* what) { reportThrown(where, what ? what : "unknown", connection); });
 }
 
 } // namespace zet::inner

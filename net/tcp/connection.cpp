@@ -4,6 +4,7 @@
 #include "framework/thread.h"
 #include "net/inner/peer_text.h"
 #include "net/tcp/inner/link.h"
+#include "net/tcp/inner/ready_list.h"
 
 namespace zet
 {
@@ -22,6 +23,8 @@ using inner::TcpLinkRef;
 TcpConnection::~TcpConnection()
 {
     TcpConnection::close();
+    if (m_ReadyList)
+        m_ReadyList->leave(*this);
 }
 
 bool TcpConnection::start(System* system)
@@ -58,6 +61,11 @@ void TcpConnection::lookNow()
         m_Reactor->pollOutsideTick();
 }
 
+void TcpConnection::listReady()
+{
+    m_ReadyList->add(*this);
+}
+
 void TcpConnection::hurry()
 {
     ring();
@@ -88,7 +96,7 @@ bool TcpConnection::attach(unsigned int handle)
         const TcpLinkRef link(new TcpLink(*reactor, handle));
         if (link->door().unblock(handle) || !link->watch())
         {
-            link->m_Handle.release();
+            link->giveAway();
             return false;
         }
         link->prepare();
@@ -119,7 +127,7 @@ bool TcpConnection::take(TcpLink* link, const std::shared_ptr<Reactor>& reactor,
     m_LooksItself = false;
     m_Reactor = reactor;
     setLink(link);
-    m_Handle = link->m_Handle.get();
+    m_Handle = link->getHandle();
     m_State = kEstablished;
     takePeer();
     if (link->m_Seat)
@@ -134,8 +142,7 @@ unsigned int TcpConnection::detach()
 {
     if (m_Link)
     {
-        m_Link->unwatch();
-        m_Link->m_Handle.release();
+        m_Link->giveAway();
         drop();
     }
     m_State = kDown;
@@ -163,7 +170,7 @@ void TcpConnection::discardInput()
     unsigned char piece[16384];
     Door::Fault fault;
     for (int i = 0; i < 16; ++i)
-        if (m_Link->door().receive(m_Link->m_Handle.get(), piece, sizeof piece, fault) < sizeof piece)
+        if (m_Link->door().receive(m_Link->getHandle(), piece, sizeof piece, fault) < sizeof piece)
             return;
 }
 
@@ -172,8 +179,7 @@ void TcpConnection::drop()
     TcpLink* const link = std::exchange(m_Link, nullptr);
     link->m_Owner = nullptr;
     link->leaveCrowd();
-    link->unwatch();
-    link->m_Handle.close();
+    link->close();
     link->m_Input.drop(&m_Reactor->pool());
     link->m_Output.drop(&m_Reactor->pool());
     link->m_Sealed.drop(&m_Reactor->pool());
@@ -194,15 +200,14 @@ void TcpConnection::joinReactor()
     // A handle is of no use to another door.
     if (reactor->door() != m_Reactor->door())
         return fail(kBroken);
-    const TcpLinkRef link(new TcpLink(*reactor, m_Link->m_Handle.get()));
-    m_Link->unwatch();
+    const TcpLinkRef link(new TcpLink(*reactor));
+    link->take(m_Link->giveAway());
     if (!link->watch())
     {
         // The old link closes the handle.
-        link->m_Handle.release();
+        m_Link->take(link->giveAway());
         return fail(kBroken);
     }
-    m_Link->m_Handle.release();
     link->m_Peer = m_Link->m_Peer;
     link->m_Input.swap(m_Link->m_Input);
     link->m_Output.swap(m_Link->m_Output);
@@ -234,7 +239,7 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
         return false;
     m_Reactor = reactor;
     setLink(link.get());
-    m_Handle = link->m_Handle.get();
+    m_Handle = link->getHandle();
     m_State = kConnecting;
     const auto name = StringHelper::wideToUtf8(ip);
     if (Endpoint peer; !Door::parse(name, port, peer))

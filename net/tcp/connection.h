@@ -17,6 +17,7 @@ namespace inner
 class Crowd;
 class OutputQueue;
 class Reactor;
+class ReadyList;
 struct TcpLink;
 } // namespace inner
 
@@ -84,14 +85,6 @@ public:
     unsigned long getRunThreadId() const { return m_RunThreadId; }
     void bindRunThreadId(unsigned long thread) { m_RunThreadId = thread; }
 
-    // A byte that becomes 1 whenever a tick would find something to do, for who ticks thousands; null for none. It
-    // outlives the connection or is taken off.
-    void setBell(unsigned char* bell)
-    {
-        m_Bell = bell;
-        ring();
-    }
-
     // Also once the output of all connections of the port that accepted this one reaches the port's sum, and this one
     // holds more than its equal part of it, a send fails.
     void setOutputLimit(size_t bytes) { m_OutputLimit = bytes; }
@@ -127,10 +120,11 @@ protected:
         if (m_LooksItself)
             lookNow();
     }
+    // Lists the connection with its owner, where it has one that asks.
     void ring()
     {
-        if (m_Bell)
-            *m_Bell = 1;
+        if (m_ReadyList && !m_IsListed)
+            listReady();
     }
     // Asks for the next tick at once.
     void hurry();
@@ -163,16 +157,17 @@ protected:
     unsigned char m_Pending = 0;
     bool m_LooksItself = true;
     bool m_KeepAlive = false;
-    unsigned char* m_Bell = nullptr;
     inner::TcpLink* m_Link = nullptr;
     std::shared_ptr<inner::Reactor> m_Reactor;
 
 private:
     friend class inner::Crowd;
+    friend class inner::ReadyList;
     friend struct inner::TcpLink;
     friend class TcpServer;
 
     void lookNow();
+    void listReady();
     void setLink(inner::TcpLink* link);
     bool finishConnect();
     bool sendPieces(inner::OutputQueue& queue);
@@ -183,6 +178,8 @@ private:
     bool beginConnect(bool hasBegun);
     void drop();
 
+    inner::ReadyList* m_ReadyList = nullptr;
+    bool m_IsListed = false;
     unsigned int m_PeerAddress = 0;
     unsigned short m_PeerPort = 0;
     unsigned long m_RunThreadId = 0;

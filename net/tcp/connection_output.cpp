@@ -23,7 +23,7 @@ size_t sendOnce(inner::TcpLink& link, inner::OutputQueue& queue, size_t& offered
         pieces[count] = {block->bytes() + block->m_Begin, static_cast<size_t>(block->size())};
         offered += pieces[count++].m_Size;
     }
-    return link.door().send(link.m_Handle.get(), pieces, count, fault);
+    return link.door().send(link.getHandle(), pieces, count, fault);
 }
 
 } // namespace

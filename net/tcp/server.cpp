@@ -60,7 +60,7 @@ bool TcpServer::listen(unsigned short port, int backlog)
     auto listener = std::make_unique<TcpListener>(*this, *reactor, door.open(Door::kStream, fault));
     if (fault)
         return false;
-    const Door::Handle handle = listener->m_Handle.get();
+    const Door::Handle handle = listener->getHandle();
     door.setOption(handle, Door::kRebind, 1);
     if (door.bind(handle, Endpoint::ofV4(m_BindAddress, port)) || door.listen(handle, backlog))
         return false;
@@ -79,7 +79,7 @@ bool TcpServer::attach(unsigned int handle)
     m_Reactor = reactor;
     if (!reactor->door()->unblock(handle) && setListener(listener))
         return true;
-    listener->m_Handle.release();
+    listener->giveAway();
     return false;
 }
 
@@ -88,7 +88,7 @@ bool TcpServer::setListener(std::unique_ptr<TcpListener>& listener)
     if (!listener->watch())
         return false;
     Endpoint own;
-    m_Handle = listener->m_Handle.get();
+    m_Handle = listener->getHandle();
     m_Reactor->door()->getOwnEndpoint(m_Handle, own);
     m_ListenPort = own.m_Port;
     m_IsReady = false;
@@ -131,10 +131,9 @@ void TcpServer::joinReactor()
         return;
     // A handle is of no use to another door.
     const bool isSameDoor = reactor->door() == m_Reactor->door();
-    m_Listener->unwatch();
     auto listener = std::make_unique<TcpListener>(*this, *reactor, Door::kNoHandle);
     if (isSameDoor)
-        listener->m_Handle.set(m_Listener->m_Handle.release());
+        listener->take(m_Listener->giveAway());
     drop();
     m_Reactor = reactor;
     if (isSameDoor && setListener(listener))
@@ -155,8 +154,7 @@ unsigned int TcpServer::detach()
 {
     if (m_Listener)
     {
-        m_Listener->unwatch();
-        m_Listener->m_Handle.release();
+        m_Listener->giveAway();
         drop();
         m_Crowd->setServed(false);
     }
@@ -259,8 +257,7 @@ TcpServer::Visit TcpServer::visit()
     m_IsResting = false;
     link->m_Peer = peer;
     const sockaddr_in address = inner::toSystem(peer);
-    const unsigned int from = peer.v4();
-    if (!m_Crowd->hasRoom(from))
+    if (!m_Crowd->hasRoom(peer))
     {
         m_Crowd->noteTurnedAway();
         return kRefused;
@@ -271,8 +268,8 @@ TcpServer::Visit TcpServer::visit()
     // The host may have closed the server, or listen anew by now.
     if (!isPermitted || m_Listening != listening)
         return kRefused;
-    link->m_Seat = m_Crowd->admit(from);
-    link->door().watchPeer(link->m_Handle.get(), m_Crowd->limits());
+    link->m_Seat = m_Crowd->admit(peer);
+    link->door().watchPeer(link->getHandle(), m_Crowd->limits());
     m_Visitor = link.get();
     m_Visitor->addRef();
     return kCome;

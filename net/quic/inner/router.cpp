@@ -1,8 +1,8 @@
 #include "net/quic/inner/router.h"
 
+#include "framework/inner/guard.h"
 #include "framework/inner/make_room.h"
 #include "framework/inner/mark.h"
-#include "framework/inner/report.h"
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "framework/time.h"
@@ -32,20 +32,7 @@ void reportThrown(const char* what)
 template <class Call>
 bool QuicRouter::guard(Call call)
 {
-    try
-    {
-        call();
-        return true;
-    }
-    catch (const std::exception& fault)
-    {
-        reportThrown(fault.what());
-    }
-    catch (...)
-    {
-        reportThrown("?");
-    }
-    return false;
+    return guardCall(call, [](const char* what) { reportThrown(what ? what : "?"); });
 }
 
 bool UdpRouter::isAvailable()
@@ -63,7 +50,7 @@ std::shared_ptr<UdpRouter> UdpRouter::make(UdpServer& server, const std::shared_
     if (made->init())
         return made;
     if (handle != zet::Socket::kNoHandle)
-        opened->detach();
+        opened->giveAway();
     return nullptr;
 }
 
@@ -100,7 +87,7 @@ bool QuicRouter::join(const std::shared_ptr<Reactor>& reactor)
     if (reactor == m_Reactor)
         return true;
     m_Port->flush();
-    const unsigned int handle = m_Port->detach();
+    const unsigned int handle = m_Port->giveAway();
     // The System that it leaves may go on elsewhere, and then must not come by here.
     m_Reactor->forgetLater(*this);
     const auto port = UdpPort::open(reactor, 0, handle);
@@ -251,7 +238,7 @@ void QuicRouter::onOver(QuicLink& link)
     if (link.isServer())
     {
         --m_VisitorCount;
-        uncount(link.getOrigin());
+        m_Addresses.remove(fromSystem(link.getOrigin()));
         if (link.isAnnounced() && !link.getOwner())
             std::erase(m_Visitors, &link);
     }
@@ -410,8 +397,7 @@ void QuicRouter::finishAll()
     m_Visitors.clear();
     m_Listed.clear();
     m_ByName.clear();
-    m_ByAddress.clear();
-    m_BySubnet.clear();
+    m_Addresses.clear();
     m_Timers.clear();
     m_Closed.swap(m_Links);
 }
@@ -445,7 +431,7 @@ unsigned int QuicRouter::detach()
     const auto self = shared_from_this();
     UdpServer& server = *m_Server;
     finishAll();
-    const unsigned int handle = m_Port->detach();
+    const unsigned int handle = m_Port->giveAway();
     tellOwners(server);
     return handle;
 }

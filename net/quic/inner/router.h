@@ -1,6 +1,7 @@
 // A UDP port whose connections are QUIC.
 #pragma once
 
+#include "net/inner/address_counts.h"
 #include "net/quic/inner/link.h"
 #include "net/quic/inner/tls.h"
 
@@ -96,9 +97,8 @@ private:
     void sendVersions(const UdpPort::Datagram& datagram);
     // Whether this tick begins one more handshake.
     bool mayAdmit() const;
-    // Whether one more visitor may come from there; and one less is there.
+    // Whether one more visitor may come from there.
     bool hasRoomFor(const sockaddr_in& from) const;
-    void uncount(const sockaddr_in& from);
     void runTimers();
     void callVisitors();
     void takeTurns();
@@ -140,8 +140,7 @@ private:
     int m_Count = 0;
     int m_VisitorCount = 0;
     // Visitors that there are, by the addresses and the subnets that they came from.
-    std::unordered_map<unsigned int, int> m_ByAddress;
-    std::unordered_map<unsigned int, int> m_BySubnet;
+    AddressCounts m_Addresses;
     // What this tick has done for visitors.
     int m_Greetings = 0;
     int m_TokenChecks = 0;

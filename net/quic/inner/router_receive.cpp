@@ -1,6 +1,7 @@
 #include "net/quic/inner/router.h"
 
 #include "framework/time.h"
+#include "net/door/addresses.h"
 
 #include <gnutls/crypto.h>
 
@@ -17,14 +18,6 @@ constexpr unsigned char kLongHead = 0x80;
 constexpr unsigned char kFixedBit = 0x40;
 constexpr unsigned char kTypeBits = 0x30;
 constexpr unsigned char kInitial = 0x00;
-
-// The part of an address, as a number, that those of one subnet share.
-constexpr unsigned int kSubnet = 0xFFFFFF00;
-
-unsigned int addressOf(const sockaddr_in& from)
-{
-    return ntohl(static_cast<unsigned int>(from.sin_addr.s_addr));
-}
 
 // Time that a token is good for.
 constexpr QuicTime kTokenTime = 10 * NGTCP2_SECONDS;
@@ -217,16 +210,19 @@ void QuicRouter::refuse(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& 
 
 void QuicRouter::admit(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin)
 {
-    // First what may lack memory, so that nothing is counted by half.
-    const unsigned int from = addressOf(*datagram.m_Address);
-    int& ofAddress = m_ByAddress[from];
-    int& ofSubnet = m_BySubnet[from & kSubnet];
+    const Endpoint from = fromSystem(*datagram.m_Address);
     QuicLink& link = keep(std::make_unique<QuicLink>(*this));
-    ++ofAddress;
-    ++ofSubnet;
-    if (!open(link, [&] { return link.openServer(*datagram.m_Address, head, origin); }))
+    bool isCounted = false;
+    const auto begin = [&]
     {
-        uncount(*datagram.m_Address);
+        m_Addresses.add(from);
+        isCounted = true;
+        return link.openServer(*datagram.m_Address, head, origin);
+    };
+    if (!open(link, begin))
+    {
+        if (isCounted)
+            m_Addresses.remove(from);
         return;
     }
     ++m_Count;
@@ -246,27 +242,9 @@ bool QuicRouter::mayAdmit() const
 
 bool QuicRouter::hasRoomFor(const sockaddr_in& from) const
 {
-    const auto isBelow = [](const auto& counts, unsigned int key, int limit)
-    {
-        const auto place = counts.find(key);
-        return limit <= 0 || place == counts.end() || place->second < limit;
-    };
     return m_VisitorCount < settings().m_ConnectionLimit &&
            (limits().m_Connections <= 0 || m_VisitorCount < limits().m_Connections) &&
-           isBelow(m_ByAddress, addressOf(from), limits().m_ConnectionsPerAddress) &&
-           isBelow(m_BySubnet, addressOf(from) & kSubnet, limits().m_ConnectionsPerSubnet);
-}
-
-void QuicRouter::uncount(const sockaddr_in& from)
-{
-    const auto removeOne = [](auto& counts, unsigned int key)
-    {
-        const auto place = counts.find(key);
-        if (place != counts.end() && --place->second <= 0)
-            counts.erase(place);
-    };
-    removeOne(m_ByAddress, addressOf(from));
-    removeOne(m_BySubnet, addressOf(from) & kSubnet);
+           m_Addresses.hasSpace(fromSystem(from), limits());
 }
 
 } // namespace zet::inner

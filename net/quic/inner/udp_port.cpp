@@ -35,15 +35,9 @@ struct UdpPort::Batches
     sockaddr_in m_From{};
 };
 
-UdpPort::UdpPort(Reactor& reactor, Door::Handle handle)
-    : m_Poller(reactor.poller()), m_Handle(reactor.door(), handle), m_Batches(new Batches)
-{
-}
+UdpPort::UdpPort(Reactor& reactor, Door::Handle handle) : Watched(reactor, handle), m_Batches(new Batches) {}
 
-UdpPort::~UdpPort()
-{
-    unwatch();
-}
+UdpPort::~UdpPort() = default;
 
 Ref<UdpPort> UdpPort::open(const std::shared_ptr<Reactor>& reactor, unsigned short port, unsigned int handle)
 {
@@ -66,46 +60,25 @@ Ref<UdpPort> UdpPort::open(const std::shared_ptr<Reactor>& reactor, unsigned sho
     if (!fault && made->prepare())
         return made;
     if (isGiven)
-        made->m_Handle.release();
+        made->giveAway();
     return Ref<UdpPort>();
 }
 
 bool UdpPort::prepare()
 {
-    Door& door = m_Handle.door();
     // An answer leaves from the address that was asked. Where the system cannot tell, it chooses.
-    door.setOption(m_Handle.get(), Door::kLocalAddress, 1);
+    door().setOption(getHandle(), Door::kLocalAddress, 1);
     Endpoint own;
-    if (!door.getOwnEndpoint(m_Handle.get(), own))
+    if (!door().getOwnEndpoint(getHandle(), own))
         return false;
     m_Address = toSystem(own);
-    m_IsWatched = m_Poller.add(m_Handle.get(), *this, kReadyInput);
-    return m_IsWatched;
-}
-
-void UdpPort::close()
-{
-    unwatch();
-    m_Handle.close();
-}
-
-unsigned int UdpPort::detach()
-{
-    unwatch();
-    return m_Handle.release();
-}
-
-void UdpPort::unwatch()
-{
-    if (m_IsWatched)
-        m_Poller.remove(*this);
-    m_IsWatched = false;
+    return startWatch(kReadyInput);
 }
 
 void UdpPort::waitForOutput()
 {
     m_IsBlocked = true;
-    m_Poller.want(*this, kReadyOutput);
+    poller().want(*this, kReadyOutput);
 }
 
 void UdpPort::onReady(unsigned char ready)
@@ -129,15 +102,14 @@ bool UdpPort::receiveBatch()
     m_Next = m_Received = 0;
     if (!m_IsReadable)
         return false;
-    Door& door = m_Handle.door();
     auto& in = m_Batches->m_In.m_Datagrams;
     for (Door::Datagram& each : in)
         each.m_Size = kMostBytes;
     Door::Fault fault;
-    m_Received = door.receiveBatch(m_Handle.get(), in, kBatch, fault);
+    m_Received = door().receiveBatch(getHandle(), in, kBatch, fault);
     // A fault is that of an earlier datagram, and reported once; something may follow it.
     if (fault && fault.m_Reason != Door::Fault::kNotNow)
-        m_Received = door.receiveBatch(m_Handle.get(), in, kBatch, fault);
+        m_Received = door().receiveBatch(getHandle(), in, kBatch, fault);
     // The next edge comes without being asked for.
     m_IsReadable = m_Received == kBatch;
     return m_Received > 0;
@@ -172,7 +144,7 @@ void UdpPort::flush()
     while (at < m_Unsent && !m_IsBlocked)
     {
         Door::Fault fault;
-        at += m_Handle.door().sendBatch(m_Handle.get(), out + at, m_Unsent - at, fault);
+        at += door().sendBatch(getHandle(), out + at, m_Unsent - at, fault);
         if (fault.m_Reason == Door::Fault::kNotNow || fault.m_Reason == Door::Fault::kExhausted)
             waitForOutput();
         else if (fault)

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "net/inner/counted.h"
-#include "net/inner/reactor.h"
+#include "net/inner/watched.h"
 #include "net/socket.h"
 
 #include <netinet/in.h>
@@ -13,7 +13,7 @@ namespace zet::inner
 {
 
 // The router and who opens it share a port by its count. Both batches are one block, for as long as the port is open.
-class UdpPort final : public Counted<UdpPort>, public Watch
+class UdpPort final : public Counted<UdpPort>, public Watched
 {
 public:
     // The longest datagram that is taken, and the longest that is sent.
@@ -33,12 +33,10 @@ public:
     // A socket on a port of all addresses, or one that is there already. Null where there is none; a handle that was
     // given stays the caller's then.
     static Ref<UdpPort> open(const std::shared_ptr<Reactor>& reactor, unsigned short port, unsigned int handle);
+
     ~UdpPort();
 
     const sockaddr_in& getAddress() const { return m_Address; }
-    unsigned int getHandle() { return m_Handle.get(); }
-    void close();
-    unsigned int detach();
 
     // Whether there may be a next datagram. It costs no system call.
     bool isReadable() const { return m_IsReadable || m_Next < m_Received; }
@@ -67,11 +65,8 @@ private:
     bool prepare();
     bool receiveBatch();
     Datagram getDatagram(int index);
-    void unwatch();
     void waitForOutput();
 
-    Poller& m_Poller;
-    DoorHandle m_Handle;
     std::unique_ptr<Batches> m_Batches;
     sockaddr_in m_Address{};
     // The datagrams of the last batch, and the first of them that receive() has not given.
@@ -79,7 +74,6 @@ private:
     int m_Next = 0;
     int m_Unsent = 0;
     bool m_IsReadable = false;
-    bool m_IsWatched = false;
     bool m_IsBlocked = false;
 };
 

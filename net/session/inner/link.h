@@ -4,6 +4,7 @@
 //   message    Varint count, class name, own form      every packet behind it
 #pragma once
 
+#include "framework/inner/guard.h"
 #include "framework/packet.h"
 #include "framework/peer_log.h"
 #include "framework/uuid.h"
@@ -69,18 +70,7 @@ private:
 template <class Call>
 void NetLink::guard(const NetSession& session, Call call)
 {
-    try
-    {
-        call();
-    }
-    catch (const std::exception& fault)
-    {
-        reportThrown(session, fault.what());
-    }
-    catch (...)
-    {
-        reportThrown(session, "?");
-    }
+    guardCall(call, [&](const char* what) { reportThrown(session, what ? what : "?"); });
 }
 
 } // namespace inner

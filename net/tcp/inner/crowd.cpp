@@ -7,7 +7,6 @@
 #include "net/tcp/secure_connection.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace zet::inner
 {
@@ -26,26 +25,10 @@ bool isReached(unsigned int moment, unsigned int now)
     return static_cast<int>(now - moment) >= 0;
 }
 
-// One less of a key that is there.
-void takeOne(std::unordered_map<unsigned int, int>& counts, unsigned int key)
-{
-    const auto found = counts.find(key);
-    if (found != counts.end() && --found->second == 0)
-        counts.erase(found);
-}
-
-bool isBelow(const std::unordered_map<unsigned int, int>& counts, unsigned int key, int limit)
-{
-    if (limit <= 0)
-        return true;
-    const auto found = counts.find(key);
-    return found == counts.end() || found->second < limit;
-}
-
 } // namespace
 
-Seat::Seat(std::shared_ptr<Crowd> crowd, unsigned int address)
-    : m_Crowd(std::move(crowd)), m_Limits(m_Crowd->limits()), m_Address(address)
+Seat::Seat(std::shared_ptr<Crowd> crowd, const Endpoint& peer)
+    : m_Crowd(std::move(crowd)), m_Limits(m_Crowd->limits()), m_Peer(peer)
 {
 }
 
@@ -121,14 +104,6 @@ bool Crowd::isLater(const Deadline& a, const Deadline& b)
     return static_cast<int>(a.m_Moment - b.m_Moment) > 0;
 }
 
-unsigned int Crowd::subnetOf(unsigned int address)
-{
-    // The first three bytes as they lie in memory.
-    unsigned char bytes[sizeof address];
-    std::memcpy(bytes, &address, sizeof address);
-    return bytes[0] | static_cast<unsigned int>(bytes[1]) << 8 | static_cast<unsigned int>(bytes[2]) << 16;
-}
-
 void Crowd::setLimits(const NetLimits& limits)
 {
     m_Limits = limits;
@@ -136,21 +111,15 @@ void Crowd::setLimits(const NetLimits& limits)
     m_Limits.m_IdleTime = std::min(limits.m_IdleTime, 0x7FFFFFFFu);
 }
 
-bool Crowd::hasRoom(unsigned int address) const
+bool Crowd::hasRoom(const Endpoint& peer) const
 {
-    return (m_Limits.m_Connections <= 0 || m_Count < m_Limits.m_Connections) &&
-           isBelow(m_Addresses, address, m_Limits.m_ConnectionsPerAddress) &&
-           isBelow(m_Subnets, subnetOf(address), m_Limits.m_ConnectionsPerSubnet);
+    return (m_Limits.m_Connections <= 0 || m_Count < m_Limits.m_Connections) && m_Addresses.hasSpace(peer, m_Limits);
 }
 
-Ref<Seat> Crowd::admit(unsigned int address)
+Ref<Seat> Crowd::admit(const Endpoint& peer)
 {
-    const Ref<Seat> seat(new Seat(shared_from_this(), address));
-    // First what may lack memory, so that nothing is counted by half.
-    int& ofAddress = m_Addresses[address];
-    int& ofSubnet = m_Subnets[subnetOf(address)];
-    ++ofAddress;
-    ++ofSubnet;
+    const Ref<Seat> seat(new Seat(shared_from_this(), peer));
+    m_Addresses.add(peer);
     ++m_Count;
     return seat;
 }
@@ -171,8 +140,7 @@ void Crowd::remove(Seat& seat)
 {
     m_Input -= std::exchange(seat.m_Input, 0);
     m_Output -= std::exchange(seat.m_Output, 0);
-    takeOne(m_Addresses, seat.m_Address);
-    takeOne(m_Subnets, subnetOf(seat.m_Address));
+    m_Addresses.remove(seat.m_Peer);
     --m_Count;
     if (!seat.m_IsTimed || ++m_Stale < kManyStale || m_Stale < m_Deadlines.size() / 2)
         return;

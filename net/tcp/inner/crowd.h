@@ -2,12 +2,12 @@
 // next and whose time is up.
 #pragma once
 
+#include "net/inner/address_counts.h"
 #include "net/inner/counted.h"
 #include "net/limits.h"
 
 #include <deque>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 namespace zet
@@ -26,7 +26,7 @@ class Crowd;
 class Seat final : public Counted<Seat>
 {
 public:
-    Seat(std::shared_ptr<Crowd> crowd, unsigned int address);
+    Seat(std::shared_ptr<Crowd> crowd, const Endpoint& peer);
 
     const NetLimits& limits() const { return m_Limits; }
     // The connection is taken on, and its time without input begins.
@@ -56,7 +56,7 @@ private:
 
     const std::shared_ptr<Crowd> m_Crowd;
     const NetLimits m_Limits;
-    const unsigned int m_Address;
+    const Endpoint m_Peer;
     TcpConnection* m_Owner = nullptr;
     TcpSecureConnection* m_Securing = nullptr;
     size_t m_Input = 0;
@@ -75,9 +75,9 @@ public:
     void setLimits(const NetLimits& limits);
     const NetLimits& limits() const { return m_Limits; }
 
-    // Whether one more may come from an address, in network order.
-    bool hasRoom(unsigned int address) const;
-    Ref<Seat> admit(unsigned int address);
+    // Whether one more may come from there.
+    bool hasRoom(const Endpoint& peer) const;
+    Ref<Seat> admit(const Endpoint& peer);
     // One was closed for want of room. The log is told at once, and then once a minute at most.
     void noteTurnedAway();
 
@@ -97,15 +97,13 @@ private:
     };
 
     static bool isLater(const Deadline& a, const Deadline& b);
-    static unsigned int subnetOf(unsigned int address);
     bool isFair(size_t bytes, size_t sum, size_t limit) const;
     void remove(Seat& seat);
     void watch(Seat& seat);
     void endLate();
 
     NetLimits m_Limits;
-    std::unordered_map<unsigned int, int> m_Addresses;
-    std::unordered_map<unsigned int, int> m_Subnets;
+    AddressCounts m_Addresses;
     int m_Count = 0;
     size_t m_Input = 0;
     size_t m_Output = 0;

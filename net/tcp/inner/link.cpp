@@ -5,39 +5,26 @@
 namespace zet::inner
 {
 
-bool TcpLink::startWatch(unsigned char ready)
-{
-    m_IsWatched = m_Poller.add(m_Handle.get(), *this, ready);
-    return m_IsWatched;
-}
-
-void TcpLink::unwatch()
-{
-    if (m_IsWatched)
-        m_Poller.remove(*this);
-    m_IsWatched = false;
-}
-
 void TcpLink::waitForInput(bool isCutShort)
 {
     m_IsInputWaited = true;
     if (isCutShort && m_HasTail)
-        m_Poller.reportInputAgain(*this);
+        poller().reportInputAgain(*this);
     else
-        m_Poller.want(*this, kReadyInput);
+        poller().want(*this, kReadyInput);
 }
 
 void TcpLink::waitForOutput()
 {
     m_IsOutputWaited = true;
-    m_Poller.want(*this, kReadyOutput);
+    poller().want(*this, kReadyOutput);
 }
 
 bool TcpLink::connect(const Endpoint& peer)
 {
     m_Peer = peer;
     prepare();
-    if (door().connect(m_Handle.get(), peer))
+    if (door().connect(getHandle(), peer))
         return false;
     // Only now: a socket without a connection under way counts as broken.
     m_IsConnecting = true;
@@ -64,7 +51,7 @@ bool TcpLink::beginNamed()
 
 bool TcpLink::isConnected()
 {
-    return !door().endConnect(m_Handle.get());
+    return !door().endConnect(getHandle());
 }
 
 void TcpLink::onReady(unsigned char ready)

@@ -3,7 +3,7 @@
 
 #include "net/inner/blocks.h"
 #include "net/inner/counted.h"
-#include "net/inner/reactor.h"
+#include "net/inner/watched.h"
 #include "net/tcp/inner/crowd.h"
 
 namespace zet
@@ -16,22 +16,13 @@ namespace zet::inner
 
 // A connection and the reactor's list of what to flush share a link by its count, which is touched by the reactor's
 // thread only.
-struct TcpLink final : Counted<TcpLink>, Watch
+struct TcpLink final : Counted<TcpLink>, Watched
 {
-    explicit TcpLink(Reactor& reactor, Door::Handle handle = Door::kNoHandle)
-        : m_Poller(reactor.poller()), m_Handle(reactor.door(), handle)
-    {
-    }
-    ~TcpLink()
-    {
-        unwatch();
-        leaveCrowd();
-    }
+    explicit TcpLink(Reactor& reactor, Door::Handle handle = Door::kNoHandle) : Watched(reactor, handle) {}
+    ~TcpLink() { leaveCrowd(); }
 
     // From now on the owner is told when input comes. True where it is so already.
-    bool watch() { return m_IsWatched || startWatch(kReadyInput); }
-    // No more of it; before the socket is closed or given away.
-    void unwatch();
+    bool watch() { return isWatched() || startWatch(kReadyInput); }
     // The owner has found the socket empty, or full, and is told of the change. A read that was cut short has found it
     // empty only where nothing but bytes can follow.
     void waitForInput(bool isCutShort);
@@ -55,11 +46,8 @@ struct TcpLink final : Counted<TcpLink>, Watch
         m_Seat = Ref<Seat>();
     }
     // Options of every connection of ours. A socket that has no such option goes without it.
-    void prepare() { door().setOption(m_Handle.get(), Door::kNoDelay, 1); }
-    Door& door() const { return m_Handle.door(); }
+    void prepare() { door().setOption(getHandle(), Door::kNoDelay, 1); }
 
-    Poller& m_Poller;
-    DoorHandle m_Handle;
     // The peer of a connection that was accepted or begun.
     Endpoint m_Peer;
     TcpConnection* m_Owner = nullptr;
@@ -77,11 +65,9 @@ struct TcpLink final : Counted<TcpLink>, Watch
     TcpLink* m_NextUnflushed = nullptr;
 
 private:
-    bool startWatch(unsigned char ready);
     void report(unsigned char pending);
 
     std::shared_ptr<Lookup> m_Lookup;
-    bool m_IsWatched = false;
     bool m_IsConnecting = false;
     // After the bytes that were read may be what no event reports.
     bool m_HasTail = false;

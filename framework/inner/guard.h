@@ -1,0 +1,32 @@
+// The one guard around what a host has written, and around the work of a tick.
+#pragma once
+
+#include "framework/inner/report.h"
+
+#include <exception>
+
+namespace zet::inner
+{
+
+// False where the call threw. Then tell() has been called with the text of a standard exception, or with null for
+// anything else; what it throws is lost, and nothing goes further.
+template <class Call, class Tell>
+bool guardCall(Call call, Tell tell) noexcept
+{
+    try
+    {
+        call();
+        return true;
+    }
+    catch (const std::exception& fault)
+    {
+        report([&] { tell(fault.what()); });
+    }
+    catch (...)
+    {
+        report([&] { tell(nullptr); });
+    }
+    return false;
+}
+
+} // namespace zet::inner

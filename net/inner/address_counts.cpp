@@ -1,0 +1,71 @@
+#include "net/inner/address_counts.h"
+
+#include "net/limits.h"
+
+#include <cstring>
+
+namespace zet::inner
+{
+
+AddressCounts::Key AddressCounts::keyOf(const Endpoint& from, int bits)
+{
+    Key key{};
+    std::memcpy(key.data(), from.m_Bytes, static_cast<size_t>(bits / 8));
+    return key;
+}
+
+// An IPv6 peer has a network of 64 bits to itself, and can come from any address of it.
+AddressCounts::Key AddressCounts::addressOf(const Endpoint& from)
+{
+    return keyOf(from, from.isV4() ? 128 : 64);
+}
+
+// The first three bytes of an IPv4 address; of IPv6 what a site has.
+AddressCounts::Key AddressCounts::subnetOf(const Endpoint& from)
+{
+    return keyOf(from, from.isV4() ? 120 : 48);
+}
+
+bool AddressCounts::isBelow(const Counts& counts, const Key& key, int limit)
+{
+    if (limit <= 0)
+        return true;
+    const auto found = counts.find(key);
+    return found == counts.end() || found->second < limit;
+}
+
+void AddressCounts::takeOne(Counts& counts, const Key& key)
+{
+    const auto found = counts.find(key);
+    if (found != counts.end() && --found->second <= 0)
+        counts.erase(found);
+}
+
+bool AddressCounts::hasSpace(const Endpoint& from, const NetLimits& limits) const
+{
+    return isBelow(m_Addresses, addressOf(from), limits.m_ConnectionsPerAddress) &&
+           isBelow(m_Subnets, subnetOf(from), limits.m_ConnectionsPerSubnet);
+}
+
+void AddressCounts::add(const Endpoint& from)
+{
+    // First what may lack memory.
+    int& ofAddress = m_Addresses[addressOf(from)];
+    int& ofSubnet = m_Subnets[subnetOf(from)];
+    ++ofAddress;
+    ++ofSubnet;
+}
+
+void AddressCounts::remove(const Endpoint& from)
+{
+    takeOne(m_Addresses, addressOf(from));
+    takeOne(m_Subnets, subnetOf(from));
+}
+
+void AddressCounts::clear()
+{
+    m_Addresses.clear();
+    m_Subnets.clear();
+}
+
+} // namespace zet::inner
