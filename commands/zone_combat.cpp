@@ -15,10 +15,7 @@ WIRE_ORDER_CMD(CombatPlayerEntry)
 WIRE_COMMAND(CCmdGZ_SetGameUse)
 {
     // Nothing is tested in either direction, not even the head.
-    HEAD(CCmdPlatform);
-    UNTESTED(r.m_Id1);
-    LIST(r.m_Entries, wire::Untested);
-    return true;
+    return EITHER_WAY(HEAD(CCmdPlatform)) && UNTESTED(r.m_Id1) && LIST(r.m_Entries, wire::Untested);
 }
 
 WIRE_COMMAND(CCmdGZ_SaveResultData)

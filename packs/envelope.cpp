@@ -2,6 +2,13 @@
 
 #include "packaging/wire/order.h"
 
+namespace
+{
+
+constexpr wire::Word EndsWellBeforeItsBytes{"EndsWellBeforeItsBytes"};
+
+} // namespace
+
 WIRE_DECLARE_WALK(CCmdPackEnvelope)
 WIRE_WRITE(CCmdPackEnvelope, CCmdPackager)
 WIRE_READ(CCmdPackEnvelope, CCmdPackager)
@@ -25,10 +32,11 @@ WIRE_WRITE(CCmdVoidDataEnvelope, CCmdPackager)
 WIRE_SCHEMA_BY(CCmdVoidDataEnvelope, CCmdVoidDataRequest)
 WIRE_WALK(CCmdVoidDataEnvelope)
 {
-    return HEAD(CCmdPlatform) && FIELDS(r.m_PackType, r.m_PackIndex) && PAYLOAD(r.m_PackData);
+    return BY_HAND(EndsWellBeforeItsBytes,
+                   HEAD(CCmdPlatform) && FIELDS(r.m_PackType, r.m_PackIndex) && PAYLOAD(r.m_PackData));
 }
 
-// By hand: what fails in front of the size is a good end here, and so is a size below 1.
+// By hand: what fails before the size is a good end here, and so is a size below 1.
 bool CCmdVoidDataEnvelope::Read(CCmdPackager* pk)
 {
     wire::Reader<CCmdPackager> reader(*pk);

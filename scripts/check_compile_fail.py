@@ -4,7 +4,8 @@
 Usage: check_compile_fail.py FILE COMPILER ARGUMENT...
 
 The wrong part may stand under `#ifdef COMPILE_FAIL`: then the file must compile without that macro and fail with it,
-so that it cannot fail for another reason. Where the wrong part is an option of the compiler, the second line names it
+so that it cannot fail for another reason. Where the wrong line ends with `// here`, the compiler must report one error
+only, and name that line. Where the wrong part is an option of the compiler, the second line names it
 as `// flags: OPTIONS`; it goes with that macro.
 """
 import re
@@ -36,6 +37,11 @@ def main():
         return 1
     if not re.search(match.group(1).strip(), wrong.stderr):
         print(f"{path}: fails, but without '{match.group(1).strip()}':\n{wrong.stderr}")
+        return 1
+    here = [i for i, line in enumerate(text.split("\n"), 1) if line.endswith("// here")]
+    errors = len(re.findall(r"\berror: ", wrong.stderr))
+    if here and (errors != 1 or not re.search(rf"{re.escape(path)}:{here[0]}:", wrong.stderr)):
+        print(f"{path}: fails with {errors} errors, not with one that names line {here[0]}:\n{wrong.stderr}")
         return 1
     return 0
 
