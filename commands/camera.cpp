@@ -2,8 +2,13 @@
 
 #include "packaging/wire/order.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace
 {
+
+constexpr wire::Word TriedAnyway{"TriedAnyway"};
 
 using Found = Skeletons[CCmdSkeletons::kSkeletons];
 
@@ -49,6 +54,7 @@ bool skeletons(wire::Describer& v, const int& count, const Found& found)
     wire::Field one;
     one.kind = wire::Kind::kRecord;
     one.record = &joint;
+    one.smallest = joint.smallest;
     wire::Field skeleton;
     skeleton.kind = wire::Kind::kArray;
     skeleton.extent = Skeletons::kJoints;
@@ -56,13 +62,44 @@ bool skeletons(wire::Describer& v, const int& count, const Found& found)
     skeleton.parts = {one};
     wire::Field field;
     field.name = "m_Skeletons";
-    field.kind = wire::Kind::kSizedItems;
+    field.kind = wire::Kind::kArray;
     field.offset = v.offsetOf(found);
-    field.sizeOffset = v.offsetOf(count);
     field.stride = sizeof(Skeletons);
     field.extent = CCmdSkeletons::kSkeletons;
     field.parts = {skeleton};
-    v.schema().fields.push_back(field);
+    v.Sized(field, count);
+    return true;
+}
+
+using Image = unsigned char[kMaskImageSize];
+
+// No more than the array has.
+bool image(wire::Writer<CCmdPackager>& v, const char*, int size, const Image& bytes, int)
+{
+    return wire::writeBytes(v.packager(), bytes, std::clamp(size, 0, kMaskImageSize));
+}
+
+// Bytes beyond the array are taken from the payload and dropped. A byte that is missing keeps its value where known
+// says that it has one, and becomes 0 elsewhere: the array starts unset. None decides.
+bool image(wire::Reader<CCmdPackager>& v, const char*, int size, Image& bytes, int known)
+{
+    const int present = std::clamp(size, 0, wire::Access::left(v.packager()));
+    const int kept = std::min(present, kMaskImageSize);
+    if (kept > 0)
+        std::memcpy(bytes, wire::Access::next(v.packager(), kept), static_cast<size_t>(kept));
+    wire::Access::took(v.packager(), present);
+    const int unset = std::max(kept, std::min(known, kMaskImageSize));
+    if (unset < std::min(size, kMaskImageSize))
+        std::memset(bytes + unset, 0, static_cast<size_t>(std::min(size, kMaskImageSize) - unset));
+    return true;
+}
+
+bool image(wire::Describer& v, const char* name, const int& size, const Image& bytes, int)
+{
+    wire::Field field = v.fieldOf(name, bytes);
+    field.how.reading = wire::Decides::kNothing;
+    field.how.writing = wire::Decides::kNothing;
+    v.Sized(field, size);
     return true;
 }
 
@@ -79,8 +116,8 @@ WIRE_COMMAND(CCmdMaskImage)
 {
     const int known = r.m_Size;
     const bool fixed = HEAD(CCmdHead) && FIELDS(r.m_Width, r.m_Height, r.m_Size, r.m_Time);
-    const bool image = SIZED_BYTES(r.m_Size, r.m_Data, known);
-    return std::is_const_v<R> && r.m_Size > 0 ? image : fixed;
+    const bool data = BY_HAND(TriedAnyway, image(v, "m_Data", r.m_Size, r.m_Data, known));
+    return std::is_const_v<R> && r.m_Size > 0 ? data : fixed;
 }
 
 // The images are processed whatever the result before them, and do not affect the result.
@@ -90,8 +127,8 @@ WIRE_COMMAND(CCmdSkeletons)
     const int known2 = r.m_Mask2Size;
     bool good = HEAD(CCmdHead) && FIELDS(r.m_SkeletonCount, r.m_Time, r.m_Values, r.m_Shorts) &&
                 skeletons(v, r.m_SkeletonCount, r.m_Skeletons) && FIELDS(r.m_Mask1Size);
-    SIZED_BYTES(r.m_Mask1Size, r.m_Mask1, known1);
+    BY_HAND(TriedAnyway, image(v, "m_Mask1", r.m_Mask1Size, r.m_Mask1, known1));
     good = good && FIELDS(r.m_Value1, r.m_Value2, r.m_Mask2Size);
-    SIZED_BYTES(r.m_Mask2Size, r.m_Mask2, known2);
+    BY_HAND(TriedAnyway, image(v, "m_Mask2", r.m_Mask2Size, r.m_Mask2, known2));
     return good;
 }

@@ -2,6 +2,24 @@
 
 #include "packaging/wire/order.h"
 
+#include <algorithm>
+
+namespace
+{
+
+constexpr wire::Word FromZero{"FromZero"};
+
+// Untested, and what cannot be read is 0.
+template <class V, class T>
+bool orZero(V& v, T& values)
+{
+    if constexpr (!std::is_const_v<T>)
+        std::ranges::fill(values, 0);
+    return v.UntestedFields("m_Values", values);
+}
+
+} // namespace
+
 WIRE_COMMAND(CCmdMazurixEnterLobbyRequest)
 {
     return HEAD(CCmdPlatform) && FIELDS(r.m_Text1);
@@ -9,7 +27,7 @@ WIRE_COMMAND(CCmdMazurixEnterLobbyRequest)
 
 WIRE_COMMAND(CCmdMazurixEnterLobbyReply)
 {
-    return HEAD(CCmdPlatform) && FIELDS(r.m_Byte1, r.m_Text1, r.m_Text2) && UNTESTED_FROM_ZERO(r.m_Values) &&
+    return HEAD(CCmdPlatform) && FIELDS(r.m_Byte1, r.m_Text1, r.m_Text2) && BY_HAND(FromZero, orZero(v, r.m_Values)) &&
            FIELDS(r.m_MazurixLobbyInfo);
 }
 
@@ -31,7 +49,7 @@ WIRE_COMMAND(CCmdMazurixEndGameRequest)
 
 WIRE_COMMAND(CCmdMazurixEndGameReply)
 {
-    return HEAD(CCmdPlatform) && FIELDS(r.m_Byte1, r.m_Text1, r.m_Text2) && UNTESTED_FROM_ZERO(r.m_Values);
+    return HEAD(CCmdPlatform) && FIELDS(r.m_Byte1, r.m_Text1, r.m_Text2) && BY_HAND(FromZero, orZero(v, r.m_Values));
 }
 
 WIRE_COMMAND(CCmdMazurixGetLessonsRequest)

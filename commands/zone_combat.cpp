@@ -14,11 +14,8 @@ WIRE_ORDER_CMD(CombatPlayerEntry)
 
 WIRE_COMMAND(CCmdGZ_SetGameUse)
 {
-    // No result is tested in either direction, not even the head's.
-    HEAD(CCmdPlatform);
-    UNTESTED(r.m_Id1);
-    LIST(r.m_Entries, wire::Untested);
-    return true;
+    // Nothing is tested in either direction, not even the head.
+    return EITHER_WAY(HEAD(CCmdPlatform)) && UNTESTED(r.m_Id1) && LIST(r.m_Entries, wire::Untested);
 }
 
 WIRE_COMMAND(CCmdGZ_SaveResultData)

@@ -43,13 +43,12 @@ const wire::Schema& CCmdHead::Wire()
         head.name = "CCmdHead";
         const CCmdHead object(0);
         wire::Describer describer(head, &object);
-        wire::Field version;
-        version.kind = wire::Kind::kVersion;
+        wire::Field version = wire::shapeOf<unsigned short>();
+        version.type = "version";
         version.extent = kVersion;
-        wire::Field index = describer.fieldOf("m_ClientIndex", object.m_ClientIndex);
-        index.head = true;
-        head.fields = {version, index};
-        head.smallest = 4;
+        describer.push(version);
+        describer.Fields("m_ClientIndex", object.m_ClientIndex);
+        head.fields.back().head = true;
         return head;
     }();
     return schema;
@@ -69,10 +68,7 @@ wire::Schema familySchema(const char* name)
     describer.Head<CCmdHead>(object);
     describer.Fields("m_ClientAddress, m_AccountName", object.m_ClientAddress, object.m_AccountName);
     for (wire::Field& field : schema.fields)
-    {
         field.head = true;
-        schema.smallest += wire::smallestOf(field);
-    }
     return schema;
 }
 

@@ -16,7 +16,7 @@ WIRE_ORDER_CMD(AchievementPack_StartGame_Request)
 
 WIRE_ORDER_CMD(AchievementPack_StartGame_Reply)
 {
-    return FIELDS(r.m_Msg) && COUNT_OF(r.m_Achievements) && FIELDS(r.m_Msg) && COUNT_OF(r.m_Behaviours) &&
+    return FIELDS(r.m_Msg) && COUNT_OF(r.m_Achievements) && AGAIN(r.m_Msg) && COUNT_OF(r.m_Behaviours) &&
            ELEMENTS_OF(r.m_Achievements, kByNumber, wire::ElementsUntested) &&
            ELEMENTS_OF(r.m_Behaviours, wire::ElementsUntested);
 }

@@ -2,6 +2,13 @@
 
 #include "packaging/wire/order.h"
 
+namespace
+{
+
+constexpr wire::Word EndsWellBeforeItsBytes{"EndsWellBeforeItsBytes"};
+
+} // namespace
+
 WIRE_DECLARE_WALK(CCmdPackEnvelope)
 WIRE_WRITE(CCmdPackEnvelope, CCmdPackager)
 WIRE_READ(CCmdPackEnvelope, CCmdPackager)
@@ -25,7 +32,8 @@ WIRE_WRITE(CCmdVoidDataEnvelope, CCmdPackager)
 WIRE_SCHEMA_BY(CCmdVoidDataEnvelope, CCmdVoidDataRequest)
 WIRE_WALK(CCmdVoidDataEnvelope)
 {
-    return HEAD(CCmdPlatform) && FIELDS(r.m_PackType, r.m_PackIndex) && PAYLOAD(r.m_PackData);
+    return BY_HAND(EndsWellBeforeItsBytes,
+                   HEAD(CCmdPlatform) && FIELDS(r.m_PackType, r.m_PackIndex) && PAYLOAD(r.m_PackData));
 }
 
 // Written by hand: a failure before the size counts as success here, and so does a size below 1.

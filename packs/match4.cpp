@@ -97,5 +97,6 @@ WIRE_ORDER_CMD(Match4Pack_SportRank_Reply)
 {
     return FIELDS(r.m_Value1, r.m_Value2, r.m_Value3, r.m_Value4, r.m_Msg, r.m_Self, r.m_Flag1, r.m_Flag2, r.m_Value5,
                   r.m_Value6, r.m_Value7) &&
-           INTERLEAVED(Match4Pack_SportRank_Reply::kBoards, Match4Pack_SportRank_Reply::kRanks, r.m_Table1, r.m_Table2);
+           TABLE(wire::SaidRows(Match4Pack_SportRank_Reply::kBoards, Match4Pack_SportRank_Reply::kRanks), r.m_Table1,
+                 r.m_Table2);
 }

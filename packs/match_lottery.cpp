@@ -9,11 +9,9 @@ WIRE_ORDER_CMD(MatchPackType_LotteryBaseNum)
 
 WIRE_ORDER_CMD(MatchPackType_LotteryAllNum)
 {
-    constexpr int kSide = MatchPackType_LotteryAllNum::kSide;
-    constexpr int kCells = kSide * kSide;
-    return BALLAST_COUNT(kCells, r.m_Table1) && BALLAST_COUNT(kCells, r.m_Table2) && BALLAST_COUNT(kSide, r.m_Row1) &&
-           BALLAST_COUNT(kSide, r.m_Names1) && BALLAST_COUNT(kSide, r.m_Names2) && BALLAST_COUNT(kSide, r.m_Row2) &&
-           BALLAST_COUNT(kSide, r.m_Row3) && FIELDS(r.m_Msg, r.m_Value1, r.m_Value2);
+    return TABLE(wire::OwnRows, r.m_Table1) && TABLE(wire::OwnRows, r.m_Table2) && TABLE(wire::OwnRows, r.m_Row1) &&
+           TABLE(wire::OwnRows, r.m_Names1) && TABLE(wire::OwnRows, r.m_Names2) && TABLE(wire::OwnRows, r.m_Row2) &&
+           TABLE(wire::OwnRows, r.m_Row3) && FIELDS(r.m_Msg, r.m_Value1, r.m_Value2);
 }
 
 WIRE_ORDER_CMD(MatchPackType_LotteryReset)

@@ -10,7 +10,7 @@ WIRE_ORDER_CMD(QT_BstFmy3_DailyStats_Request)
 WIRE_ORDER_CMD(QT_BstFmy3_DailyStats_Reply)
 {
     return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) &&
-           COLUMNS(r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4, r.m_Column5);
+           TABLE(wire::CountedRows, r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4, r.m_Column5);
 }
 
 WIRE_ORDER_CMD(QT_BstFmy3_EventTrigger_Request)
@@ -20,7 +20,8 @@ WIRE_ORDER_CMD(QT_BstFmy3_EventTrigger_Request)
 
 WIRE_ORDER_CMD(QT_BstFmy3_EventTrigger_Reply)
 {
-    return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) && COLUMNS(r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4);
+    return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) &&
+           TABLE(wire::CountedRows, r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4);
 }
 
 WIRE_ORDER_CMD(QT_BstFmy3_PropsOutput_Request)
@@ -31,7 +32,7 @@ WIRE_ORDER_CMD(QT_BstFmy3_PropsOutput_Request)
 WIRE_ORDER_CMD(QT_BstFmy3_PropsOutput_Reply)
 {
     return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) &&
-           COLUMNS(r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4, r.m_Column5);
+           TABLE(wire::CountedRows, r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4, r.m_Column5);
 }
 
 WIRE_ORDER_CMD(QT_BstFmy3_WeekMatchStats_Request)
@@ -42,7 +43,7 @@ WIRE_ORDER_CMD(QT_BstFmy3_WeekMatchStats_Request)
 WIRE_ORDER_CMD(QT_BstFmy3_WeekMatchStats_Reply)
 {
     return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) &&
-           COLUMNS(r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4, r.m_Column5, r.m_Column6);
+           TABLE(wire::CountedRows, r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4, r.m_Column5, r.m_Column6);
 }
 
 WIRE_ORDER_CMD(QT_BstFmy3_ZillionaireProps_Request)
@@ -53,7 +54,7 @@ WIRE_ORDER_CMD(QT_BstFmy3_ZillionaireProps_Request)
 WIRE_ORDER_CMD(QT_BstFmy3_ZillionaireProps_Reply)
 {
     return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) &&
-           COLUMNS(r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4, r.m_Column5);
+           TABLE(wire::CountedRows, r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4, r.m_Column5);
 }
 
 WIRE_ORDER_CMD(QT_BstFmy3_ZillionaireStats_Request)
@@ -63,5 +64,6 @@ WIRE_ORDER_CMD(QT_BstFmy3_ZillionaireStats_Request)
 
 WIRE_ORDER_CMD(QT_BstFmy3_ZillionaireStats_Reply)
 {
-    return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) && COLUMNS(r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4);
+    return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) &&
+           TABLE(wire::CountedRows, r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4);
 }

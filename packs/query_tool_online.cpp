@@ -9,7 +9,7 @@ WIRE_ORDER_CMD(QT_OnlineQuery_Hours24Online_Request)
 
 WIRE_ORDER_CMD(QT_OnlineQuery_Hours24Online_Reply)
 {
-    return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) && COLUMNS(r.m_Column1, r.m_Column2);
+    return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) && TABLE(wire::CountedRows, r.m_Column1, r.m_Column2);
 }
 
 WIRE_ORDER_CMD(QT_OnlineQuery_DaysOnline_Request)
@@ -19,5 +19,6 @@ WIRE_ORDER_CMD(QT_OnlineQuery_DaysOnline_Request)
 
 WIRE_ORDER_CMD(QT_OnlineQuery_DaysOnline_Reply)
 {
-    return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) && COLUMNS(r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4);
+    return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) &&
+           TABLE(wire::CountedRows, r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4);
 }

@@ -22,7 +22,7 @@ WIRE_ORDER_CMD(QT_Payment_Pay_Reply)
 {
     return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) &&
            FIELDS(r.m_Value1, r.m_Value2, r.m_Value3, r.m_Value4, r.m_Value5) &&
-           COLUMNS(r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4, r.m_Column5, r.m_Column6);
+           TABLE(wire::CountedRows, r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4, r.m_Column5, r.m_Column6);
 }
 
 WIRE_ORDER_CMD(QT_Payment_Consumption_Request)
@@ -33,7 +33,7 @@ WIRE_ORDER_CMD(QT_Payment_Consumption_Request)
 WIRE_ORDER_CMD(QT_Payment_Consumption_Reply)
 {
     return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) && FIELDS(r.m_Value1, r.m_Value2, r.m_Value3) &&
-           COLUMNS(r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4, r.m_Column5);
+           TABLE(wire::CountedRows, r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4, r.m_Column5);
 }
 
 WIRE_ORDER_CMD(QT_Nib2Nib3_Pay_Request)
@@ -44,5 +44,5 @@ WIRE_ORDER_CMD(QT_Nib2Nib3_Pay_Request)
 WIRE_ORDER_CMD(QT_Nib2Nib3_Pay_Reply)
 {
     return FIELDS(r.m_Msg) && COUNT_OF(r.m_Column1) && FIELDS(r.m_Value1, r.m_Value2, r.m_Float1, r.m_Value3) &&
-           COLUMNS(r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4);
+           TABLE(wire::CountedRows, r.m_Column1, r.m_Column2, r.m_Column3, r.m_Column4);
 }

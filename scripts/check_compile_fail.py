@@ -4,8 +4,9 @@
 Usage: check_compile_fail.py FILE COMPILER ARGUMENT...
 
 The wrong part may be inside `#ifdef COMPILE_FAIL`: then the file must compile without that macro and fail with it, so
-that it cannot fail for another reason. If the wrong part is a compiler option, the second line names it as
-`// flags: OPTIONS`; the option is used together with the macro.
+that it cannot fail for another reason. If the wrong line ends with `// here`, the compiler must report one error only,
+and name that line. If the wrong part is a compiler option, the second line names it as `// flags: OPTIONS`; the option is
+used together with the macro.
 """
 import re
 import subprocess
@@ -36,6 +37,11 @@ def main():
         return 1
     if not re.search(match.group(1).strip(), wrong.stderr):
         print(f"{path}: fails, but without '{match.group(1).strip()}':\n{wrong.stderr}")
+        return 1
+    here = [i for i, line in enumerate(text.split("\n"), 1) if line.endswith("// here")]
+    errors = len(re.findall(r"\berror: ", wrong.stderr))
+    if here and (errors != 1 or not re.search(rf"{re.escape(path)}:{here[0]}:", wrong.stderr)):
+        print(f"{path}: fails with {errors} errors, not with one that names line {here[0]}:\n{wrong.stderr}")
         return 1
     return 0
 

@@ -3,7 +3,7 @@
 #include "framework/buffer.h"
 #include "framework/platform/from_chars.h"
 #include "framework/string_helper.h"
-#include "framework/uuid.h"
+#include "tools/schema_walk.h"
 
 #include <algorithm>
 #include <charconv>
@@ -13,41 +13,51 @@ namespace tools
 
 using nlohmann::ordered_json;
 using wire::Field;
-using wire::Kind;
 
 namespace
 {
 
 template <class T>
-const T& as(const char* at)
+const T& as(uintptr_t at)
 {
     return *reinterpret_cast<const T*>(at);
 }
 
-ordered_json valueJson(const Field& field, const char* at, const char* object);
-
-ordered_json listJson(const Field& field, const void* list)
+// Values of an object's memory.
+struct Memory
 {
-    ordered_json array = ordered_json::array();
-    field.walk(list,
-               [&](const void* key, const void* value)
-               {
-                   const Field& element = field.parts.back();
-                   ordered_json json = valueJson(element, static_cast<const char*>(value), nullptr);
-                   if (field.parts.size() == 2)
-                       array.push_back({valueJson(field.parts[0], static_cast<const char*>(key), nullptr), json});
-                   else
-                       array.push_back(std::move(json));
-               });
-    return array;
-}
+    static constexpr bool kInMemory = true;
 
-ordered_json arrayJson(const Field& element, const char* at, size_t stride, int count)
+    ordered_json number(const Field& field, uintptr_t at, const std::string&)
+    {
+        const long long value = field.number->load(reinterpret_cast<const void*>(at));
+        return field.number->isBool ? ordered_json(value != 0) : ordered_json(value);
+    }
+    ordered_json real(const Field&, uintptr_t at, const std::string&) { return floatJson(as<float>(at)); }
+    ordered_json text(const Field&, uintptr_t at, const std::string&)
+    {
+        return utf8Of(as<zet::String_T<wchar_t>>(at).getBuffer());
+    }
+    ordered_json raw(const Field&, uintptr_t at, int size, const std::string&)
+    {
+        return hexOf(reinterpret_cast<const void*>(at), static_cast<size_t>(size));
+    }
+    ordered_json block(const Field& field, uintptr_t at, const std::string&)
+    {
+        const auto [bytes, size] = field.bytes(reinterpret_cast<const void*>(at));
+        return hexOf(bytes, static_cast<size_t>(size));
+    }
+    int count(const Field&, const std::string&) { return 0; }
+    int literal(int own, const std::string&) { return own; }
+    int sized(const Field& field, int said) { return std::clamp(said, 0, field.extent); }
+};
+
+} // namespace
+
+ordered_json objectJson(const wire::Schema& schema, const void* object)
 {
-    ordered_json array = ordered_json::array();
-    for (int i = 0; i < count; ++i)
-        array.push_back(valueJson(element, at + static_cast<size_t>(i) * stride, nullptr));
-    return array;
+    Memory memory;
+    return SchemaWalk<Memory>(memory).object(schema, reinterpret_cast<uintptr_t>(object), "");
 }
 
 // The shortest digits that give the same float, so that any reader gets it back.
@@ -58,92 +68,6 @@ ordered_json floatJson(float value)
     double same = 0;
     zet::platform::fromChars(text, end.ptr, same);
     return same;
-}
-
-int sizeAt(const Field& field, const char* object)
-{
-    return std::clamp(as<int>(object + field.sizeOffset), 0, field.extent);
-}
-
-ordered_json valueJson(const Field& field, const char* at, const char* object)
-{
-    switch (field.kind)
-    {
-    case Kind::kBool:
-        return as<bool>(at);
-    case Kind::kChar:
-        return static_cast<int>(static_cast<signed char>(as<char>(at)));
-    case Kind::kByte:
-        return as<unsigned char>(at);
-    case Kind::kShort:
-        return as<short>(at);
-    case Kind::kWord:
-        return as<unsigned short>(at);
-    case Kind::kInt:
-        return as<int>(at);
-    case Kind::kLong:
-        return static_cast<uint32_t>(as<unsigned long>(at));
-    case Kind::kFloat:
-        return floatJson(as<float>(at));
-    case Kind::kText:
-        return utf8Of(as<zet::String_T<wchar_t>>(at).getBuffer());
-    case Kind::kUuid:
-        return hexOf(at, sizeof(zet::Uuid));
-    case Kind::kNode:
-        return hexOf(at, sizeof(zet::uuid_node_t));
-    case Kind::kBuffer:
-        return hexOf(as<zet::Buffer>(at).getBuffer(), static_cast<size_t>(as<zet::Buffer>(at).getBufferSize()));
-    case Kind::kBytes:
-        return hexOf(at, static_cast<size_t>(field.extent));
-    case Kind::kSizedBytes:
-        return hexOf(at, static_cast<size_t>(sizeAt(field, object)));
-    case Kind::kPayload:
-    {
-        const auto [bytes, size] = field.bytes(at);
-        return hexOf(bytes, static_cast<size_t>(size));
-    }
-    case Kind::kRecord:
-        return objectJson(*field.record, at);
-    case Kind::kArray:
-        return arrayJson(field.parts[0], at, field.stride, field.extent);
-    case Kind::kSizedItems:
-        return arrayJson(field.parts[0], at, field.stride, sizeAt(field, object));
-    case Kind::kPair:
-        return ordered_json::array({valueJson(field.parts[0], at + field.parts[0].offset, nullptr),
-                                    valueJson(field.parts[1], at + field.parts[1].offset, nullptr)});
-    case Kind::kList:
-    case Kind::kElementsOf:
-        return listJson(field, at);
-    case Kind::kCountOf:
-    case Kind::kColumns:
-    case Kind::kInterleaved:
-    case Kind::kLiteral:
-    case Kind::kVersion:
-        break;
-    }
-    return nullptr;
-}
-
-} // namespace
-
-ordered_json objectJson(const wire::Schema& schema, const void* object)
-{
-    const char* const at = static_cast<const char*>(object);
-    ordered_json json = ordered_json::object();
-    for (const bool head : {true, false})
-    {
-        for (const Field& field : schema.fields)
-        {
-            if (field.head != head)
-                continue;
-            if (field.kind == Kind::kColumns || field.kind == Kind::kInterleaved)
-                for (const Field& part : field.parts)
-                    json[part.name] = valueJson(part, at + part.offset, at);
-            else if (!field.name.empty() && field.kind != Kind::kCountOf)
-                json[field.name] = valueJson(field, at + field.offset, at);
-        }
-    }
-    return json;
 }
 
 std::string utf8Of(const wchar_t* text)

@@ -16,7 +16,9 @@ namespace tools
 // a number that gives the same float back; NaN and infinity are null. A command's head comes first.
 nlohmann::ordered_json objectJson(const wire::Schema& schema, const void* object);
 
-// A text as UTF-8; invalid units become U+FFFD.
+// The number that a float is in JSON.
+nlohmann::ordered_json floatJson(float value);
+// A text in UTF-8; what is no character comes out as U+FFFD.
 std::string utf8Of(const wchar_t* text);
 std::string hexOf(const void* data, size_t size);
 // The value of a hexadecimal digit, or -1.

@@ -1,19 +1,15 @@
 #include "tools/schema_reader.h"
 
-#include "framework/platform/from_chars.h"
 #include "framework/string.h"
 #include "packaging/float_text.h"
 #include "tools/object_json.h"
-
-#include <charconv>
-#include <map>
+#include "tools/schema_walk.h"
 
 namespace tools
 {
 
 using nlohmann::ordered_json;
 using wire::Field;
-using wire::Kind;
 
 namespace
 {
@@ -22,179 +18,76 @@ struct Failed
 {
 };
 
+// Values of bytes, one after the other, each noted as it is read.
 class SchemaReader
 {
 public:
+    static constexpr bool kInMemory = false;
+
     SchemaReader(std::string_view bytes, Explanation& out) : m_Bytes(bytes), m_Out(out) {}
 
-    ordered_json object(const wire::Schema& schema, const std::string& path)
+    ordered_json number(const Field& field, uintptr_t, const std::string& name)
     {
-        Scope scope;
-        ordered_json json = ordered_json::object();
-        ordered_json body = ordered_json::object();
-        for (const Field& field : schema.fields)
-            member(field, path, scope, field.head ? json : body);
-        json.update(body);
-        return json;
+        const int size = field.number->size;
+        const uint32_t bits = number(size, name);
+        if (field.number->isBool)
+            return bits != 0;
+        const int unused = 32 - 8 * size;
+        return field.number->isSigned ? ordered_json(static_cast<int32_t>(bits << unused) >> unused)
+                                      : ordered_json(bits);
     }
+    ordered_json raw(const Field&, uintptr_t, int size, const std::string& name) { return raw(size, name); }
+    ordered_json block(const Field&, uintptr_t, const std::string& name)
+    {
+        return raw(static_cast<int>(number(4, name + "(size)")), name);
+    }
+    int count(const Field&, const std::string& name) { return static_cast<int>(number(4, name)); }
+    int literal(int, const std::string& name) { return static_cast<int>(number(4, name)); }
+    int sized(const Field&, int said) { return said; }
+
+    ordered_json real(const Field&, uintptr_t, const std::string& name)
+    {
+        const size_t from = m_At;
+        const int length = static_cast<int>(bigEndian(1, name));
+        const char* const text = take(length, name);
+        float value = 0;
+        wire::scanFloat(text, length, value);
+        tell(from, name, std::string(text, static_cast<size_t>(length)));
+        return floatJson(value);
+    }
+    ordered_json text(const Field&, uintptr_t, const std::string& name)
+    {
+        const size_t from = m_At;
+        uint32_t count = bigEndian(1, name);
+        const uint32_t more = count >> 6;
+        count &= 0x3F;
+        for (uint32_t i = 0; i < more; ++i)
+            count = count << 8 | bigEndian(1, name);
+        const char* const units = take(static_cast<int>(count * 2), name);
+        zet::String_T<wchar_t> text;
+        bool ended = false;
+        for (uint32_t i = 0; i < count; ++i)
+        {
+            const uint32_t unit = static_cast<unsigned char>(units[2 * i]) |
+                                  static_cast<uint32_t>(static_cast<unsigned char>(units[2 * i + 1])) << 8;
+            ended = ended || unit == 0;
+            if (ended)
+                continue;
+            // A four-byte reader makes one value of each surrogate, whatever stands beside it.
+            const bool surrogate = sizeof(wchar_t) == 4 && unit >= 0xD800 && unit <= 0xDFFF;
+            const uint32_t wide =
+                surrogate ? ((((unit - 0xD800) & 0xFFFF) << 10) | ((unit - 0xDC00) & 0xFFFF)) + 0x10000 : unit;
+            const wchar_t one[2] = {static_cast<wchar_t>(wide), 0};
+            text += one;
+        }
+        const std::string utf8 = utf8Of(text.getBuffer());
+        tell(from, name, ordered_json(utf8).dump());
+        return utf8;
+    }
+
     size_t position() const { return m_At; }
 
 private:
-    // Values of an object's earlier fields that its later ones need, by offset.
-    struct Scope
-    {
-        std::map<size_t, int> m_Ints;
-        std::map<size_t, int> m_Counts;
-    };
-
-    void member(const Field& field, const std::string& path, Scope& scope, ordered_json& json)
-    {
-        const std::string name = path + field.name;
-        switch (field.kind)
-        {
-        case Kind::kVersion:
-            number(2, path + "(version)");
-            return;
-        case Kind::kLiteral:
-            number(4, path + "(ignored count)");
-            return;
-        case Kind::kCountOf:
-            scope.m_Counts[field.offset] = static_cast<int>(number(4, name + "(count)"));
-            return;
-        case Kind::kElementsOf:
-            json[field.name] = elements(field, name, scope.m_Counts[field.offset]);
-            return;
-        case Kind::kColumns:
-            columns(field, path, scope.m_Counts[field.parts[0].offset], json);
-            return;
-        case Kind::kInterleaved:
-            interleaved(field, path, json);
-            return;
-        case Kind::kSizedBytes:
-            json[field.name] = hexOf(take(scope.m_Ints[field.sizeOffset], name), scope.m_Ints[field.sizeOffset], name);
-            return;
-        case Kind::kSizedItems:
-            json[field.name] = repeated(field.parts[0], name, scope.m_Ints[field.sizeOffset]);
-            return;
-        default:
-            json[field.name] = value(field, name);
-            if (field.kind == Kind::kInt)
-                scope.m_Ints[field.offset] = json[field.name].get<int>();
-            return;
-        }
-    }
-
-    ordered_json value(const Field& field, const std::string& name)
-    {
-        switch (field.kind)
-        {
-        case Kind::kBool:
-            return number(1, name) != 0;
-        case Kind::kChar:
-            return static_cast<signed char>(number(1, name));
-        case Kind::kByte:
-            return static_cast<unsigned char>(number(1, name));
-        case Kind::kShort:
-            return static_cast<short>(number(2, name));
-        case Kind::kWord:
-            return static_cast<unsigned short>(number(2, name));
-        case Kind::kInt:
-            return static_cast<int>(number(4, name));
-        case Kind::kLong:
-            return number(4, name);
-        case Kind::kFloat:
-            return floatValue(name);
-        case Kind::kText:
-            return textValue(name);
-        case Kind::kUuid:
-            return raw(16, name);
-        case Kind::kNode:
-            return raw(6, name);
-        case Kind::kBytes:
-            return raw(field.extent, name);
-        case Kind::kBuffer:
-        case Kind::kPayload:
-            return raw(static_cast<int>(number(4, name + "(size)")), name);
-        case Kind::kRecord:
-            return object(*field.record, name + ".");
-        case Kind::kArray:
-            return repeated(field.parts[0], name, field.extent);
-        case Kind::kPair:
-            return ordered_json::array(
-                {value(field.parts[0], name + ".first"), value(field.parts[1], name + ".second")});
-        case Kind::kList:
-            return elements(field, name, static_cast<int>(number(4, name + "(count)")));
-        default:
-            return nullptr;
-        }
-    }
-
-    ordered_json repeated(const Field& element, const std::string& name, int count)
-    {
-        ordered_json array = ordered_json::array();
-        for (int i = 0; i < count; ++i)
-            array.push_back(value(element, name + "[" + std::to_string(i) + "]"));
-        return array;
-    }
-    ordered_json elements(const Field& list, const std::string& name, int count)
-    {
-        if (list.parts.size() == 1)
-            return repeated(list.parts[0], name, count);
-        const bool travels = list.words.find("Pairs") != std::string::npos;
-        ordered_json array = ordered_json::array();
-        for (int i = 0; i < count; ++i)
-        {
-            const std::string place = name + "[" + std::to_string(i) + "]";
-            ordered_json key = travels ? value(list.parts[0], place + ".key") : ordered_json(i);
-            array.push_back({key, value(list.parts[1], place)});
-        }
-        return array;
-    }
-    void columns(const Field& field, const std::string& path, int rows, ordered_json& json)
-    {
-        for (const Field& column : field.parts)
-            json[column.name] = ordered_json::array();
-        for (int row = 0; row < rows; ++row)
-            for (const Field& column : field.parts)
-                json[column.name].push_back(
-                    value(column.parts[0], path + column.name + "[" + std::to_string(row) + "]"));
-    }
-    void interleaved(const Field& field, const std::string& path, ordered_json& json)
-    {
-        const int rows = static_cast<int>(number(4, path + "(rows)"));
-        const bool flat = field.literals.size() == 1;
-        const int across = flat ? 1 : static_cast<int>(number(4, path + "(columns)"));
-        for (const Field& table : field.parts)
-            json[table.name] = ordered_json::array();
-        if (rows <= 0 || across <= 0)
-            return;
-        const int widest = flat ? 1 : field.parts[0].parts[0].extent;
-        for (int row = 0; row < rows; ++row)
-        {
-            std::vector<ordered_json> lines(field.parts.size(), ordered_json::array());
-            for (int column = 0; column < across; ++column)
-            {
-                for (size_t i = 0; i < field.parts.size(); ++i)
-                {
-                    const Field& table = field.parts[i];
-                    const Field& cell = flat ? table.parts[0] : table.parts[0].parts[0];
-                    const int width = flat ? 1 : table.parts[0].extent;
-                    if (width < widest && column >= width)
-                        continue;
-                    std::string place = path + table.name + "[" + std::to_string(row) + "]";
-                    if (!flat)
-                        place.append("[").append(std::to_string(column)).append("]");
-                    ordered_json json_cell = value(cell, place);
-                    if (row < table.extent && column < width)
-                        lines[i].push_back(std::move(json_cell));
-                }
-            }
-            for (size_t i = 0; i < field.parts.size(); ++i)
-                if (row < field.parts[i].extent)
-                    json[field.parts[i].name].push_back(flat ? lines[i][0] : lines[i]);
-        }
-    }
-
     const char* take(int size, const std::string& name)
     {
         const size_t left = m_Bytes.size() - m_At;
@@ -230,56 +123,11 @@ private:
         tell(from, name, std::to_string(value));
         return bits;
     }
-    std::string hexOf(const char* bytes, int size, const std::string& name)
+    std::string raw(int size, const std::string& name)
     {
-        const std::string hex = tools::hexOf(bytes, static_cast<size_t>(size));
+        const std::string hex = hexOf(take(size, name), static_cast<size_t>(size));
         tell(m_At - static_cast<size_t>(size), name, hex);
         return hex;
-    }
-    std::string raw(int size, const std::string& name) { return hexOf(take(size, name), size, name); }
-
-    ordered_json floatValue(const std::string& name)
-    {
-        const size_t from = m_At;
-        const int length = static_cast<int>(bigEndian(1, name));
-        const char* const text = take(length, name);
-        float value = 0;
-        wire::scanFloat(text, length, value);
-        tell(from, name, std::string(text, static_cast<size_t>(length)));
-        char digits[32];
-        const auto end = std::to_chars(digits, digits + sizeof digits, value);
-        double same = 0;
-        zet::platform::fromChars(digits, end.ptr, same);
-        return same;
-    }
-    std::string textValue(const std::string& name)
-    {
-        const size_t from = m_At;
-        uint32_t count = bigEndian(1, name);
-        const uint32_t more = count >> 6;
-        count &= 0x3F;
-        for (uint32_t i = 0; i < more; ++i)
-            count = count << 8 | bigEndian(1, name);
-        const char* const units = take(static_cast<int>(count * 2), name);
-        zet::String_T<wchar_t> text;
-        bool ended = false;
-        for (uint32_t i = 0; i < count; ++i)
-        {
-            const uint32_t unit = static_cast<unsigned char>(units[2 * i]) |
-                                  static_cast<uint32_t>(static_cast<unsigned char>(units[2 * i + 1])) << 8;
-            ended = ended || unit == 0;
-            if (ended)
-                continue;
-            // A reader of 32-bit units makes one value of each surrogate, whatever its neighbours.
-            const bool surrogate = sizeof(wchar_t) == 4 && unit >= 0xD800 && unit <= 0xDFFF;
-            const uint32_t wide =
-                surrogate ? ((((unit - 0xD800) & 0xFFFF) << 10) | ((unit - 0xDC00) & 0xFFFF)) + 0x10000 : unit;
-            const wchar_t one[2] = {static_cast<wchar_t>(wide), 0};
-            text += one;
-        }
-        const std::string utf8 = utf8Of(text.getBuffer());
-        tell(from, name, ordered_json(utf8).dump());
-        return utf8;
     }
 
     std::string_view m_Bytes;
@@ -295,7 +143,7 @@ Explanation explain(const wire::Schema& schema, std::string_view bytes)
     SchemaReader reader(bytes, out);
     try
     {
-        out.m_Json = reader.object(schema, "");
+        out.m_Json = SchemaWalk<SchemaReader>(reader).object(schema, 0, "");
     }
     catch (const Failed&)
     {

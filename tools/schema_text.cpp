@@ -19,46 +19,48 @@ constexpr char kMadeAtLoad[] = "m_VerifySeed";
 
 std::string typeOf(const wire::Field& field)
 {
+    const bool isSized = field.says == wire::Says::kMember;
     switch (field.kind)
     {
     case wire::Kind::kRecord:
         return field.record->name;
     case wire::Kind::kArray:
-        return typeOf(field.parts[0]) + "[" + std::to_string(field.extent) + "]";
-    case wire::Kind::kBytes:
-        return "unsigned char[" + std::to_string(field.extent) + "]";
+        return isSized ? "items of " + typeOf(field.parts[0])
+                       : typeOf(field.parts[0]) + "[" + std::to_string(field.extent) + "]";
+    case wire::Kind::kRaw:
+        if (*field.type)
+            return field.type;
+        return isSized ? "sized bytes" : "unsigned char[" + std::to_string(field.extent) + "]";
     case wire::Kind::kPair:
         return "pair of " + typeOf(field.parts[0]);
     case wire::Kind::kList:
-    case wire::Kind::kElementsOf:
     {
-        const std::string element = typeOf(field.parts.back());
-        const std::string what = field.kind == wire::Kind::kList ? "list" : "elements";
-        return field.parts.size() == 2 ? what + " of " + typeOf(field.parts[0]) + " to " + element
-                                       : what + " of " + element;
+        const std::string of = field.says == wire::Says::kCountBefore ? "elements of " : "list of ";
+        return of + (field.parts.size() == 2 ? typeOf(field.parts[0]) + " to " : "") + typeOf(field.parts.back());
     }
-    case wire::Kind::kSizedItems:
-        return "items of " + typeOf(field.parts[0]);
-    case wire::Kind::kLiteral:
-        return "int, always " + std::to_string(field.extent);
+    case wire::Kind::kTable:
+        return field.says == wire::Says::kCountBefore ? "columns"
+               : field.says == wire::Says::kCount     ? "interleaved"
+                                                      : "int, always " + std::to_string(field.rows.rows);
     default:
-        return wire::kindName(field.kind);
+        return field.type;
     }
 }
 
 void addField(std::string& out, const wire::Field& field, const ordered_json& defaults)
 {
     out += "  " + (field.name.empty() ? "-" : field.name) + "  " + typeOf(field);
-    if (!field.name.empty() && field.kind != wire::Kind::kCountOf && defaults.contains(field.name))
+    if (!field.name.empty() && field.kind != wire::Kind::kCount && defaults.contains(field.name))
     {
         const bool isMadeAtLoad = field.name == kMadeAtLoad;
         const std::string value = isMadeAtLoad ? "(made at load)" : defaults[field.name].dump();
         out += "  = " + (value.size() > kLongestDefault ? value.substr(0, kLongestDefault - 3) + "..." : value);
     }
-    if (!field.words.empty())
-        out += "  [" + field.words + "]";
+    const std::string words = wire::wordsOf(field);
+    if (!words.empty())
+        out += "  [" + words + "]";
     out += "\n";
-    if (field.kind == wire::Kind::kColumns || field.kind == wire::Kind::kInterleaved)
+    if (field.kind == wire::Kind::kTable)
         for (const wire::Field& part : field.parts)
             addField(out, part, defaults);
 }

@@ -21,41 +21,4 @@ std::string Names::next()
     return std::string(name);
 }
 
-std::string wordsOf(unsigned flags)
-{
-    struct Entry
-    {
-        unsigned m_Flags;
-        const char* m_Word;
-    };
-    static constexpr Entry entries[] = {
-        {OnlyAboveZero.kFlags, "OnlyAboveZero"},
-        {Untested.kFlags, "Untested"},
-        {LastElementDecides.kFlags, "LastElementDecides"},
-        {UntestedOnRead.kFlags, "UntestedOnRead"},
-        {UntestedOnWrite.kFlags, "UntestedOnWrite"},
-        {kUntestedElements, "ElementsUntested"},
-        {kUntestedElementsOnRead, "ElementsUntestedOnRead"},
-        {kAppends, "Appends"},
-        {kClearedFirst, "ClearedFirst"},
-        {kSizedFirst, "SizedFirst"},
-        {kIntoExistingSlots, "IntoExistingSlots"},
-        {kThroughOneLocal, "ThroughOneLocal"},
-        {kByPosition, "KeyedByPosition"},
-        {kPairs, "Pairs"},
-        {kKeyed, "KeyedBy"},
-    };
-    std::string words;
-    for (const Entry& entry : entries)
-    {
-        if ((flags & entry.m_Flags) != entry.m_Flags)
-            continue;
-        flags &= ~entry.m_Flags;
-        if (!words.empty())
-            words += ' ';
-        words += entry.m_Word;
-    }
-    return words;
-}
-
 } // namespace wire

@@ -21,40 +21,61 @@ private:
     std::string_view m_Left;
 };
 
-// The words of a set of quirks, parted by spaces.
-COMMONGROUND_API std::string wordsOf(unsigned flags);
-
+// What people call a value of T.
 template <class T>
-constexpr Kind kindOf()
+constexpr const char* typeName()
 {
     if constexpr (std::is_same_v<T, bool>)
-        return Kind::kBool;
+        return "bool";
     else if constexpr (std::is_same_v<T, char>)
-        return Kind::kChar;
+        return "char";
     else if constexpr (std::is_same_v<T, unsigned char>)
-        return Kind::kByte;
+        return "unsigned char";
     else if constexpr (std::is_same_v<T, short>)
-        return Kind::kShort;
+        return "short";
     else if constexpr (std::is_same_v<T, unsigned short>)
-        return Kind::kWord;
+        return "unsigned short";
     else if constexpr (std::is_same_v<T, int>)
-        return Kind::kInt;
+        return "int";
     else if constexpr (std::is_same_v<T, unsigned long>)
-        return Kind::kLong;
+        return "unsigned long"; // 32 bits on the wire
     else if constexpr (std::is_same_v<T, float>)
-        return Kind::kFloat;
+        return "float";
     else if constexpr (std::is_same_v<T, zet::String_T<wchar_t>>)
-        return Kind::kText;
+        return "text";
     else if constexpr (std::is_same_v<T, zet::Uuid>)
-        return Kind::kUuid;
+        return "uuid";
     else if constexpr (std::is_same_v<T, zet::uuid_node_t>)
-        return Kind::kNode;
+        return "node";
     else if constexpr (std::is_same_v<T, zet::Buffer>)
-        return Kind::kBuffer;
-    else if constexpr (kIsPair<T>)
-        return Kind::kPair;
+        return "buffer";
     else
-        return Kind::kRecord;
+        return "";
+}
+
+template <class T>
+long long loadNumber(const void* at)
+{
+    if constexpr (std::is_same_v<T, char>)
+        return *static_cast<const signed char*>(at);
+    else if constexpr (std::is_same_v<T, unsigned long>)
+        return static_cast<uint32_t>(*static_cast<const unsigned long*>(at));
+    else
+        return *static_cast<const T*>(at);
+}
+// A char is a small signed number on every machine.
+template <class T>
+inline constexpr Number kNumberOf{kFixedSize<T>, std::is_same_v<T, bool>,
+                                  std::is_signed_v<T> || std::is_same_v<T, char>, &loadNumber<T>};
+
+template <class P>
+std::pair<const unsigned char*, int> bytesOf(const void* member)
+{
+    const P& block = *static_cast<const P*>(member);
+    if constexpr (std::is_same_v<P, zet::Buffer>)
+        return {static_cast<const unsigned char*>(block.getBuffer()), block.getBufferSize()};
+    else
+        return {block.GetBuffer(), block.GetDataSize()};
 }
 
 // The shape of a value of T, without name and place.
@@ -62,10 +83,12 @@ template <class T>
 Field shapeOf()
 {
     Field field;
-    if constexpr (kIsRawBytes<T>)
+    field.smallest = static_cast<int>(smallest<T>());
+    if constexpr (kIsRawBytes<T> || std::is_same_v<T, zet::Uuid> || std::is_same_v<T, zet::uuid_node_t>)
     {
-        field.kind = Kind::kBytes;
-        field.extent = static_cast<int>(std::extent_v<T>);
+        field.kind = Kind::kRaw;
+        field.type = typeName<T>();
+        field.extent = static_cast<int>(sizeof(T));
     }
     else if constexpr (std::is_array_v<T>)
     {
@@ -74,18 +97,38 @@ Field shapeOf()
         field.stride = sizeof(std::remove_extent_t<T>);
         field.parts.push_back(shapeOf<std::remove_extent_t<T>>());
     }
+    else if constexpr (kFixedSize<T> != 0)
+    {
+        field.kind = Kind::kNumber;
+        field.number = &kNumberOf<T>;
+        field.type = typeName<T>();
+    }
+    else if constexpr (std::is_same_v<T, zet::Buffer>)
+    {
+        field.kind = Kind::kBuffer;
+        field.type = typeName<T>();
+        field.bytes = &bytesOf<T>;
+    }
+    else if constexpr (kIsPair<T>)
+    {
+        const T sample{};
+        field.kind = Kind::kPair;
+        field.parts = {shapeOf<typename T::first_type>(), shapeOf<typename T::second_type>()};
+        field.parts[1].offset =
+            static_cast<size_t>(reinterpret_cast<const char*>(&sample.second) - reinterpret_cast<const char*>(&sample));
+    }
+    else if constexpr (std::is_same_v<T, float> || std::is_same_v<T, zet::String_T<wchar_t>>)
+    {
+        field.kind = std::is_same_v<T, float> ? Kind::kFloat : Kind::kText;
+        field.type = typeName<T>();
+    }
     else
     {
-        field.kind = kindOf<T>();
-        if constexpr (kIsPair<T>)
+        static_assert(Record<T>, "an order holds packager values, records with Wire(), arrays and pairs of these; "
+                                 "a container needs LIST");
+        if constexpr (Record<T>)
         {
-            const T sample{};
-            field.parts = {shapeOf<typename T::first_type>(), shapeOf<typename T::second_type>()};
-            field.parts[1].offset = static_cast<size_t>(reinterpret_cast<const char*>(&sample.second) -
-                                                        reinterpret_cast<const char*>(&sample));
-        }
-        else if constexpr (Record<T>)
-        {
+            field.kind = Kind::kRecord;
             field.record = &T::Wire();
         }
     }
@@ -104,13 +147,6 @@ void walkOf(const void* container, const Visit& visit)
     }
 }
 
-template <class P>
-std::pair<const unsigned char*, int> bytesOf(const void* member)
-{
-    const P& packager = *static_cast<const P*>(member);
-    return {packager.GetBuffer(), packager.GetDataSize()};
-}
-
 class Describer
 {
 public:
@@ -119,37 +155,34 @@ public:
     template <class... T>
     bool Fields(const char* names, const T&... values)
     {
-        return add(names, "", values...);
-    }
-    template <class... T>
-    bool SkippedOnFailure(const char* names, const T&... values)
-    {
-        return add(names, "SkippedOnFailure", values...);
+        Names each(names);
+        (push(fieldOf(each.next(), values)), ...);
+        return true;
     }
     template <class... T>
     bool UntestedFields(const char* names, const T&... values)
     {
-        return add(names, "Untested", values...);
+        const size_t before = m_Schema.fields.size();
+        Fields(names, values...);
+        for (size_t i = before; i < m_Schema.fields.size(); ++i)
+            decideNothing(m_Schema.fields[i]);
+        return true;
     }
     template <class... T>
-    bool UntestedFromZero(const char* names, const T&... values)
+    bool NotSent(const char* names, const T&...)
     {
-        return add(names, "Untested FromZero", values...);
-    }
-    bool Unlimited(const char* names, const zet::Buffer& buffer) { return add(names, "Unlimited", buffer); }
-    // Remembered by no tool; the statement is for the reader of the source and for the test of completeness.
-    template <class... T>
-    bool NotSent(const char*, const T&...)
-    {
+        Names each(names);
+        for (size_t i = 0; i < sizeof...(T); ++i)
+            m_Schema.notSent.push_back(each.next());
         return true;
     }
     template <class Steps>
-    bool EitherWay(Steps steps)
+    bool Marked(const Word& word, Steps steps)
     {
-        const size_t first = m_Schema.fields.size();
+        const size_t before = m_Schema.fields.size();
         steps();
-        for (size_t i = first; i < m_Schema.fields.size(); ++i)
-            m_Schema.fields[i].words += m_Schema.fields[i].words.empty() ? "EitherWay" : " EitherWay";
+        for (size_t i = before; i < m_Schema.fields.size(); ++i)
+            m_Schema.fields[i].words.push_back(&word);
         return true;
     }
     template <class Base>
@@ -160,39 +193,51 @@ public:
         {
             field.offset += shift;
             field.sizeOffset += shift;
-            m_Schema.fields.push_back(field);
+            for (Field& part : field.parts)
+                part.offset += field.kind == Kind::kTable ? shift : 0;
+            push(std::move(field));
         }
+        for (const std::string& name : Base::Wire().notSent)
+            m_Schema.notSent.push_back(name);
         return true;
     }
 
-    template <class C, class... W>
-    bool List(const char* names, const C& list, W...)
+    template <auto Form, class C>
+    bool List(const char* names, const C& list)
     {
-        checkWords<C, W...>();
-        addList(names, Kind::kList, kFlagsOf<W...>, list);
+        refuseNonsense<C, Form, false>();
+        if constexpr (nonsenseOf<C>(Form, false) == Nonsense::kNone)
+            push(listField(Names(names).next(), Form.parts, Says::kCount, list));
         return true;
     }
     template <class C>
     bool CountOf(const char* names, const C& list)
     {
-        addList(names, Kind::kCountOf, 0, list);
+        static_assert(kIsMap<C> || kIsVector<C>, "LIST, COUNT_OF and ELEMENTS_OF take a std::vector or a std::map; "
+                                                 "other members go in FIELDS");
+        Field field;
+        field.name = Names(names).next();
+        field.kind = Kind::kCount;
+        field.type = "count";
+        field.offset = offsetOf(list);
+        field.smallest = kFixedSize<int>;
+        push(std::move(field));
         return true;
     }
-    template <class C, class... W>
-    bool ElementsOf(const char* names, const C& list, W...)
+    template <auto Form, class C>
+    bool ElementsOf(const char* names, const C& list)
     {
-        checkWords<C, W...>();
-        static_assert(!(kFlagsOf<W...> & kClearedFirst),
-                      "ClearedFirst empties a list before its count, which stands apart from ELEMENTS_OF");
-        addList(names, Kind::kElementsOf, kFlagsOf<W...>, list);
+        refuseNonsense<C, Form, true>();
+        if constexpr (nonsenseOf<C>(Form, true) == Nonsense::kNone)
+            push(listField(Names(names).next(), Form.parts, Says::kCountBefore, list));
         return true;
     }
     template <class... C>
     bool ThroughOneLocal(const char* names, const C&... lists)
     {
-        constexpr unsigned flags = Untested.kFlags | kAppends | kThroughOneLocal;
+        constexpr Departures how = formOf(Untested, Into::kThroughOneLocal).parts;
         Names each(names);
-        (m_Schema.fields.push_back(listField(each.next(), Kind::kList, flags, lists)), ...);
+        (push(listField(each.next(), how, Says::kCount, lists)), ...);
         return true;
     }
     template <class P>
@@ -201,60 +246,46 @@ public:
         Field field;
         field.name = Names(names).next();
         field.kind = Kind::kPayload;
+        field.type = "payload";
         field.offset = offsetOf(packager);
         field.bytes = &bytesOf<P>;
-        m_Schema.fields.push_back(field);
+        field.smallest = kFixedSize<int>;
+        push(std::move(field));
         return true;
     }
-    template <size_t N>
-    bool SizedBytes(const char* names, const int& size, const unsigned char (&bytes)[N], int)
+    template <Rows kRows, class First, class... T>
+    bool Table(const char* names, const First& first, const T&... rest)
     {
+        static_assert(
+            isColumn<First>(kRows) && (isColumn<T>(kRows) && ...),
+            "the columns of a table are vectors under CountedRows, and arrays of the rows that SaidRows names");
+        static_assert(kRows.says != Says::kType || sizeof...(T) == 0, "a table under OwnRows has one column");
         Field field;
-        field.name = Names(names).next();
-        field.kind = Kind::kSizedBytes;
-        field.words = "Untested";
-        field.offset = offsetOf(bytes);
-        field.sizeOffset = offsetOf(size);
-        field.extent = static_cast<int>(N);
-        m_Schema.fields.push_back(field);
-        return true;
-    }
-    template <class... C>
-    bool Columns(const char* names, const C&... columns)
-    {
+        field.kind = Kind::kTable;
+        decideNothing(field);
+        field.says = kRows.says;
+        field.rows = kRows;
+        if constexpr (kRows.says == Says::kType)
+            field.rows.rows = kCells<First>;
+        field.smallest = kRows.says == Says::kCountBefore ? 0 : kFixedSize<int> * (kRows.across != 0 ? 2 : 1);
         Names each(names);
-        Field field;
-        field.kind = Kind::kColumns;
-        field.words = "Untested";
-        (field.parts.push_back(listField(each.next(), Kind::kList, 0, columns)), ...);
-        m_Schema.fields.push_back(field);
-        return true;
-    }
-    template <class T>
-    bool Ballast(const char* names, int count, const T& table)
-    {
-        Field literal;
-        literal.kind = Kind::kLiteral;
-        literal.extent = count;
-        literal.words = "Ballast";
-        m_Schema.fields.push_back(literal);
-        return add(names, "Untested", table);
-    }
-    template <size_t Rows, size_t Columns, class... T>
-    bool Interleaved(const char* names, const T&... tables)
-    {
-        addInterleaved(names, {static_cast<int>(Rows), static_cast<int>(Columns)}, tables...);
-        return true;
-    }
-    template <size_t Rows, class... T>
-    bool InterleavedRows(const char* names, const T&... tables)
-    {
-        addInterleaved(names, {static_cast<int>(Rows)}, tables...);
+        column(field, each.next(), first);
+        (column(field, each.next(), rest), ...);
+        push(std::move(field));
         return true;
     }
 
-    // For the few classes that state their layout by hand.
-    Schema& schema() { return m_Schema; }
+    // For the few classes that state their layout by hand: an array of which the int member size says how much is sent.
+    void Sized(Field field, const int& size)
+    {
+        field.says = Says::kMember;
+        field.smallest = 0;
+        field.sizeOffset = offsetOf(size);
+        for (Field& other : m_Schema.fields)
+            if (other.offset == field.sizeOffset && other.number)
+                other.most = field.extent;
+        push(std::move(field));
+    }
     template <class T>
     size_t offsetOf(const T& member) const
     {
@@ -268,54 +299,50 @@ public:
         field.offset = offsetOf(member);
         return field;
     }
+    void push(Field field)
+    {
+        m_Schema.smallest += field.smallest;
+        m_Schema.fields.push_back(std::move(field));
+    }
 
 private:
-    template <class... T>
-    bool add(const char* names, const char* words, const T&... values)
-    {
-        Names each(names);
-        (addOne(each.next(), words, values), ...);
-        return true;
-    }
-    template <class T>
-    void addOne(const std::string& name, const char* words, const T& value)
-    {
-        Field field = fieldOf(name, value);
-        field.words = words;
-        m_Schema.fields.push_back(field);
-    }
+    static void decideNothing(Field& field) { field.how.reading = field.how.writing = Decides::kNothing; }
+
     template <class C>
-    Field listField(const std::string& name, Kind kind, unsigned flags, const C& list)
+    Field listField(const std::string& name, Departures how, Says says, const C& list)
     {
         Field field;
         field.name = name;
-        field.kind = kind;
-        field.words = wordsOf(flags);
+        field.kind = Kind::kList;
+        field.how = how;
+        field.says = says;
         field.offset = offsetOf(list);
+        field.smallest = says == Says::kCount ? kFixedSize<int> : 0;
         field.walk = &walkOf<C>;
         if constexpr (kIsMap<C>)
         {
-            if (flags & (kPairs | kByPosition))
+            if (how.key != Key::kMember)
                 field.parts.push_back(shapeOf<typename C::key_type>());
         }
         field.parts.push_back(shapeOf<typename ElementOf<C>::Type>());
         return field;
     }
-    template <class C>
-    void addList(const char* names, Kind kind, unsigned flags, const C& list)
+    template <class T>
+    void column(Field& table, const std::string& name, const T& values)
     {
-        m_Schema.fields.push_back(listField(Names(names).next(), kind, flags, list));
-    }
-    template <class... T>
-    void addInterleaved(const char* names, std::vector<int> literals, const T&... tables)
-    {
-        Names each(names);
-        Field field;
-        field.kind = Kind::kInterleaved;
-        field.words = "Untested";
-        field.literals = std::move(literals);
-        (field.parts.push_back(fieldOf(each.next(), tables)), ...);
-        m_Schema.fields.push_back(field);
+        if constexpr (kIsVector<T>)
+        {
+            table.parts.push_back(listField(name, {}, Says::kType, values));
+        }
+        else
+        {
+            table.parts.push_back(fieldOf(name, values));
+            if (table.says == Says::kType)
+            {
+                decideNothing(table.parts.back());
+                table.smallest += table.parts.back().smallest;
+            }
+        }
     }
 
     Schema& m_Schema;
@@ -338,8 +365,6 @@ Schema describe(const char* name, WalkOf walk)
     const Class& record = holder->m_Object;
     Describer describer(schema, &record);
     walk(describer, record);
-    for (const Field& field : schema.fields)
-        schema.smallest += smallestOf(field);
     return schema;
 }
 

@@ -5,51 +5,86 @@
 //       return LIST(r.m_Items) && FIELDS(r.m_TradeName, r.m_TradeText, r.m_MainType, r.m_Cost0, r.m_Cost1);
 //   }
 //
-// Writing and reading for the packagers, the schema and the smallest size all come from it. r is the record; steps are
-// joined by &&, since a step that fails ends the walk. Words behind a list name its departures: see quirks.h.
+// Writing and reading for the packagers, the schema and the smallest size come from it. r is the record; steps are
+// joined by &&, since a step that fails ends the walk. Most orders need five words:
+//
+//   FIELDS(members...)      fields in order, tested
+//   HEAD(Base)              the base's part, wherever it goes
+//   LIST(list, words...)    a tested count, then that many tested elements into the emptied list
+//   NO_FIELDS               a class without fields of its own
+//   NOT_SENT(members...)    members that do not travel
+//
+// The others are departures that are on the wire and have to stay, each with a class that needs it. Steps:
+//
+//   UNTESTED                all fields are tried and decide nothing               CombatPlayerEntry
+//   SKIPPED_ON_FAILURE      a field that cannot be read skips those after it in   MatchPlayerInfo
+//                           the step and decides nothing; a writer tests them
+//   EITHER_WAY(steps)       the first that fails ends these steps, and the walk   HomePack_PlayerNumList_Reply
+//                           goes on; a count not reached is 0
+//   AGAIN                   fields that went before go once more                  AchievementPack_StartGame_Reply
+//   COUNT_OF, ELEMENTS_OF   the two halves of a list that go apart                CCmdReplySortRush
+//   TABLE(rows, columns...) N rows, each a cell of every column; no cell decides  CombatRankData_Pack_Reply
+//       CountedRows         COUNT_OF of the first column has said N               QT_Payment_Pay_Reply
+//       SaidRows(n)         a number before the table says N; n is written        BS4RankData_Pack_Reply
+//       SaidRows(n, m)      two numbers, for a grid of n by m cells               CombatRankData_Pack_Reply
+//       OwnRows             the array says N; the number sent is not looked at    MatchPackType_LotteryAllNum
+//   PAYLOAD                 the size and the bytes of a packager                  CCmdPackEnvelope
+//   THROUGH_ONE_LOCAL       untested lists that append by one local: what a       CombatPack_TicketGoodConfig_Reply
+//                           failed read leaves out keeps the value of the
+//                           element before
+//   BY_HAND(word, steps)    what the class itself makes different, in its .cpp;   CCmdMaskImage
+//                           the schema shows the word
+//
+// Words of a list, at most one of each group. What decides:
+//
+//   Untested                nothing, and a count that fails is 0                  CCmdGS_PawnRunning
+//   ElementsUntested        the count; an element that fails is stored as far as  AchievementPack_Notice_Reply
+//                           it was read, and the loop goes on
+//   ElementsUntestedOnRead  the same for a reading; a writer tests all            AccountData
+//   UntestedOnRead          as Untested for a reading; a writer tests all         CmdAvatarLoadDataReply
+//   UntestedOnWrite         as Untested for a writing; a reader tests all         CCmdProfilerUsage
+//   LastElementDecides      the count and the last element; a writer tests all    CCmdMazurixGetLessonsReply
+//   OnlyAboveZero           no element; a count that fails or is below 1 is a     MatchPlayerInfo
+//                           good end and leaves the list as it was; a writer
+//                           tests all
+//
+// Where a reading puts the elements:
+//
+//   Appends                 after what the list holds                             MatchPack_TeamAwards_Reply
+//   ClearedFirst            into the list, emptied before its count is read       CCmdSystemInfoReply
+//   SizedFirst              in place, the list sized to the count, not emptied    CCmdGC_gameZoneListResponse
+//   IntoExistingSlots       into the elements it has; those beyond are dropped    Match4Pack_CheckHstryRec_Reply
+//
+// Where the key of a map's element comes from, which the list of a map has to say:
+//
+//   Pairs                   it travels before its value                           MatchPlayerInfo
+//   KeyedBy(&T::m_Key)      a member of the element                               AccountData
+//   KeyedByPosition         the element's place on the wire, from 0               AccountData
 #pragma once
 
 #include "packaging/wire/describer.h"
 #include "packaging/wire/reader.h"
 #include "packaging/wire/writer.h"
 
-// Fields in order, tested.
+// A statement without its return is an error, whatever the options are.
+#pragma GCC diagnostic error "-Wreturn-type"
+
 #define FIELDS(...) v.Fields(#__VA_ARGS__, __VA_ARGS__)
-// Fields in order, tested by a writer; where one cannot be read, those behind it are skipped and the walk goes on.
-#define SKIPPED_ON_FAILURE(...) v.SkippedOnFailure(#__VA_ARGS__, __VA_ARGS__)
-// Fields that are all tried and decide nothing.
-#define UNTESTED(...) v.UntestedFields(#__VA_ARGS__, __VA_ARGS__)
-// The same, set to 0 in front of reading.
-#define UNTESTED_FROM_ZERO(...) v.UntestedFromZero(#__VA_ARGS__, __VA_ARGS__)
-// A buffer that may be larger than a packager's buffer value.
-#define UNLIMITED(buffer) v.Unlimited(#buffer, buffer)
-// Members that stay at home.
-#define NOT_SENT(...) v.NotSent(#__VA_ARGS__, __VA_ARGS__)
-// A class without fields of its own.
-#define NO_FIELDS true
-// Steps that end at the first that fails, while the walk goes on behind them; a count not reached is 0.
-#define EITHER_WAY(steps) v.EitherWay([&] { return steps; })
-// The base's part, wherever it stands.
 #define HEAD(Base) v.template Head<Base>(static_cast<wire::Like<R, Base>&>(r))
-// A count and that many elements.
-#define LIST(...) v.List(#__VA_ARGS__, __VA_ARGS__)
-// The two halves of a list that stand apart.
+#define LIST(list, ...) v.template List<wire::formOf(__VA_ARGS__)>(#list, list)
+#define NO_FIELDS true
+#define NOT_SENT(...) v.NotSent(#__VA_ARGS__, __VA_ARGS__)
+
+#define UNTESTED(...) v.UntestedFields(#__VA_ARGS__, __VA_ARGS__)
 #define COUNT_OF(list) v.CountOf(#list, list)
-#define ELEMENTS_OF(...) v.ElementsOf(#__VA_ARGS__, __VA_ARGS__)
-// Lists that reading adds to by way of one local for the elements of all: what a failed read leaves out keeps the value
-// of the element before, across the lists too. Nothing in them decides, in either direction.
-#define THROUGH_ONE_LOCAL(...) v.ThroughOneLocal(#__VA_ARGS__, __VA_ARGS__)
-// The size and the bytes of a packager.
+#define ELEMENTS_OF(list, ...) v.template ElementsOf<wire::formOf(__VA_ARGS__)>(#list, list)
+#define TABLE(rows, ...) v.template Table<rows>(#__VA_ARGS__, __VA_ARGS__)
 #define PAYLOAD(packager) v.Payload(#packager, packager)
-// As many bytes of an array as an earlier field says, of which known have a value; they decide nothing on reading.
-#define SIZED_BYTES(size, bytes, known) v.SizedBytes(#bytes, size, bytes, known)
-// Parallel arrays sent row by row; the count of the first stands before, as COUNT_OF.
-#define COLUMNS(...) v.Columns(#__VA_ARGS__, __VA_ARGS__)
-// A fixed table behind a count that readers ignore.
-#define BALLAST_COUNT(count, table) v.Ballast(#table, count, table)
-// Tables sent cell by cell in turn, behind the literal numbers of their rows and columns.
-#define INTERLEAVED(rows, columns, ...) v.template Interleaved<rows, columns>(#__VA_ARGS__, __VA_ARGS__)
-#define INTERLEAVED_ROWS(rows, ...) v.template InterleavedRows<rows>(#__VA_ARGS__, __VA_ARGS__)
+#define THROUGH_ONE_LOCAL(...) v.ThroughOneLocal(#__VA_ARGS__, __VA_ARGS__)
+#define BY_HAND(word, ...) v.Marked(word, [&] { return __VA_ARGS__; })
+#define AGAIN(...) BY_HAND(wire::Again, FIELDS(__VA_ARGS__))
+#define SKIPPED_ON_FAILURE(...) BY_HAND(wire::SkippedOnFailure, FIELDS(__VA_ARGS__) || !std::is_const_v<R>)
+#define EITHER_WAY(steps) BY_HAND(wire::EitherWay, (steps) || true)
 
 #define WIRE_DECLARE_WALK(Class)                                                                                       \
     template <class V, class R>                                                                                        \

@@ -21,13 +21,6 @@ public:
     {
         return fields(std::index_sequence_for<T...>(), values...);
     }
-    // The first that fails skips those behind it and decides nothing.
-    template <class... T>
-    bool SkippedOnFailure(const char* names, T&... values)
-    {
-        Fields(names, values...);
-        return true;
-    }
     // Every field is tried, and none decides; one that fails keeps its value.
     template <class... T>
     bool UntestedFields(const char*, T&... values)
@@ -35,25 +28,15 @@ public:
         (everyElement(values), ...);
         return true;
     }
-    // The same, each slot starting at 0.
-    template <class... T>
-    bool UntestedFromZero(const char*, T&... values)
-    {
-        (zero(values), ...);
-        (everyElement(values), ...);
-        return true;
-    }
-    bool Unlimited(const char*, zet::Buffer& buffer) { return readSizedBytes(m_Packager, &buffer); }
     template <class... T>
     bool NotSent(const char*, T&...)
     {
         return true;
     }
     template <class Steps>
-    bool EitherWay(Steps steps)
+    bool Marked(const Word&, Steps steps)
     {
-        steps();
-        return true;
+        return steps();
     }
     template <class Base>
     bool Head(Base& base)
@@ -64,16 +47,23 @@ public:
             return base.Base::Read(&m_Packager);
     }
 
-    template <class C, class... W>
-    bool List(const char*, C& list, W... words)
+    template <auto Form, class C>
+    bool List(const char*, C& list)
     {
-        constexpr unsigned flags = kFlagsOf<W...>;
-        if constexpr (flags & kClearedFirst)
-            list.clear();
-        int count = 0;
-        if (!one(count) && !(flags & (kUntestedCount | kUntestedCountOnRead | kOnlyAboveZero)))
+        if constexpr (nonsenseOf<C>(Form, false) == Nonsense::kNone)
+        {
+            if constexpr (Form.parts.into == Into::kClearedBeforeCount)
+                list.clear();
+            int count = 0;
+            const bool counted = one(count);
+            if (!counted && Form.parts.reading != Decides::kNothing && Form.parts.reading != Decides::kAboveZero)
+                return false;
+            return elements<Form>(list, count);
+        }
+        else
+        {
             return false;
-        return elements<flags>(list, count, words...);
+        }
     }
     template <class C>
     bool CountOf(const char*, const C& list)
@@ -84,10 +74,13 @@ public:
         m_Counts.set(&list, count);
         return true;
     }
-    template <class C, class... W>
-    bool ElementsOf(const char*, C& list, W... words)
+    template <auto Form, class C>
+    bool ElementsOf(const char*, C& list)
     {
-        return elements<kFlagsOf<W...>>(list, m_Counts.get(&list), words...);
+        if constexpr (nonsenseOf<C>(Form, true) == Nonsense::kNone)
+            return elements<Form>(list, m_Counts.get(&list));
+        else
+            return false;
     }
     template <class First, class... C>
     bool ThroughOneLocal(const char*, First& first, C&... rest)
@@ -113,84 +106,48 @@ public:
         Access::took(m_Packager, size);
         return inner.Write(bytes, size);
     }
-    // Bytes beyond the array are taken from the payload and dropped. A byte that is missing keeps its value where
-    // known says that it has one, and becomes 0 elsewhere: the array starts unset.
-    template <size_t N>
-    bool SizedBytes(const char*, int size, unsigned char (&bytes)[N], int known)
+    // Vectors are emptied and sized to the rows. Cells beyond arrays are read and dropped. No cell decides.
+    template <Rows kRows, class First, class... T>
+    bool Table(const char*, First& first, T&... rest)
     {
-        const int most = static_cast<int>(N);
-        const int present = std::clamp(size, 0, Access::left(m_Packager));
-        const int kept = std::min(present, most);
-        if (kept > 0)
-            std::memcpy(bytes, Access::next(m_Packager, kept), static_cast<size_t>(kept));
-        Access::took(m_Packager, present);
-        const int unset = std::max(kept, std::min(known, most));
-        if (unset < std::min(size, most))
-            std::memset(bytes + unset, 0, static_cast<size_t>(std::min(size, most) - unset));
-        return true;
-    }
-    // All columns are emptied, sized to the rows, and filled row by row; no cell decides.
-    template <class First, class... C>
-    bool Columns(const char*, First& first, C&... rest)
-    {
-        const int64_t row =
-            smallest<typename First::value_type>() + (int64_t(0) + ... + smallest<typename C::value_type>());
-        const size_t rows = static_cast<size_t>(boundedCount(m_Counts.get(&first), Access::left(m_Packager), row));
-        first.clear();
-        first.resize(rows);
-        (rest.clear(), ...);
-        (rest.resize(rows), ...);
-        for (size_t i = 0; i < rows; ++i)
+        int64_t cells = 0;
+        int64_t across = kAcross<First>;
+        if constexpr (kRows.says == Says::kCountBefore)
         {
-            one(first[i]);
-            (one(rest[i]), ...);
+            cells = m_Counts.get(&first);
+        }
+        else
+        {
+            // A single count starts at the table's own, for a payload that ends before it; of two, each starts at 0.
+            int said = kRows.across != 0 ? 0 : kRows.rows;
+            one(said);
+            cells = kRows.says == Says::kType ? kCells<First> : said;
+            if constexpr (kRows.across != 0)
+            {
+                int columns = 0;
+                one(columns);
+                if (said <= 0 || columns <= 0)
+                    return true;
+                cells *= columns;
+                across = columns;
+            }
+        }
+        if constexpr (kRows.says != Says::kType)
+        {
+            const int64_t row = rowSize<kRows.across, First>() + (int64_t(0) + ... + rowSize<kRows.across, T>());
+            cells = boundedCount(cells, Access::left(m_Packager), row);
+        }
+        sizeColumn(first, cells);
+        (sizeColumn(rest, cells), ...);
+        for (int64_t i = 0; i < cells; ++i)
+        {
+            cell<kRows.across>(first, i / across, i % across);
+            (cell<kRows.across>(rest, i / across, i % across), ...);
         }
         return true;
     }
-    // The count on the wire is ballast: the table's own size rules.
-    template <class T>
-    bool Ballast(const char*, int, T& table)
-    {
-        int ignored = 0;
-        one(ignored);
-        everyElement(table);
-        return true;
-    }
-    // The wire bounds the loop, the tables bound what is kept: cells beyond them are read and dropped.
-    template <size_t Rows, size_t Columns, class First, class... T>
-    bool Interleaved(const char*, First& first, T&... rest)
-    {
-        using Cell = std::remove_all_extents_t<First>;
-        int rows = 0;
-        int columns = 0;
-        one(rows);
-        one(columns);
-        if (rows <= 0 || columns <= 0)
-            return true;
-        // Columns beyond the narrow tables hold a cell of each full table only.
-        constexpr int64_t full = ((std::extent_v<First, 1> == Columns) + ... + (std::extent_v<T, 1> == Columns));
-        const int64_t cells = boundedCount(int64_t(rows) * columns, Access::left(m_Packager), smallest<Cell>() * full);
-        for (int64_t cell = 0; cell < cells; ++cell)
-        {
-            tableCell<Columns>(first, cell / columns, cell % columns);
-            (tableCell<Columns>(rest, cell / columns, cell % columns), ...);
-        }
-        return true;
-    }
-    // The count starts at the tables' own, for a payload that ends before it.
-    template <size_t Rows, class Cell, class... T>
-    bool InterleavedRows(const char*, Cell (&first)[Rows], T (&... rest)[Rows])
-    {
-        int count = static_cast<int>(Rows);
-        one(count);
-        const int64_t rows = boundedCount(count, Access::left(m_Packager), smallest<Cell>() * (1 + sizeof...(T)));
-        for (int64_t row = 0; row < rows; ++row)
-        {
-            rowCell(first, row);
-            (rowCell(rest, row), ...);
-        }
-        return true;
-    }
+
+    P& packager() { return m_Packager; }
 
     template <class T>
     bool one(T& value)
@@ -226,11 +183,13 @@ public:
         {
             return one(value.first) && one(value.second);
         }
+        else if constexpr (Record<T>)
+        {
+            return value.Read(&m_Packager);
+        }
         else
         {
-            static_assert(Record<T>, "an order holds packager values, records with Wire(), arrays and pairs of these; "
-                                     "a container needs LIST");
-            return value.Read(&m_Packager);
+            return false; // Refused by the describer.
         }
     }
 
@@ -264,49 +223,42 @@ private:
         }
     }
 
-    template <unsigned Flags, class C, class... W>
-    bool elements(C& list, int count, W... words)
+    template <auto Form, class C>
+    bool elements(C& list, int count)
     {
-        if constexpr (Flags & kOnlyAboveZero)
+        constexpr Departures how = Form.parts;
+        if constexpr (how.reading == Decides::kAboveZero)
         {
             if (count < 1)
                 return true;
         }
-        using T = typename ElementOf<C>::Type;
-        int64_t size = smallest<T>();
-        if constexpr (Flags & kPairs)
+        int64_t size = smallest<typename ElementOf<C>::Type>();
+        if constexpr (how.key == Key::kTravels)
             size += smallest<typename C::key_type>();
         const int64_t left = Access::left(m_Packager);
         const int64_t bound = boundedCount(count, left, size);
 
-        if constexpr (Flags & kSizedFirst)
-        {
+        if constexpr (how.into == Into::kSized)
             list.resize(static_cast<size_t>(bound));
-            return intoSlots<Flags>(list, bound);
-        }
-        else if constexpr (Flags & kIntoExistingSlots)
+        else if constexpr (how.into == Into::kCleared)
+            list.clear();
+
+        if constexpr (how.into == Into::kSized || how.into == Into::kSlots)
         {
-            return intoSlots<Flags>(list, bound);
+            return intoSlots<how>(list, bound);
+        }
+        else if constexpr (kIsMap<C>)
+        {
+            return intoMap<Form>(list, bound);
         }
         else
         {
-            if constexpr (!(Flags & (kAppends | kClearedFirst)))
-                list.clear();
-            if constexpr (kIsMap<C>)
-            {
-                return intoMap<Flags>(list, bound, words...);
-            }
-            else
-            {
-                // No more than the bytes that are there can fill.
-                const int64_t present = left / (size > 0 ? size : 1);
-                list.reserve(list.size() + static_cast<size_t>(bound < present ? bound : present));
-                return ontoList<Flags>(list, bound);
-            }
+            // No more than the bytes that are there can fill.
+            const int64_t present = left / (size > 0 ? size : 1);
+            list.reserve(list.size() + static_cast<size_t>(bound < present ? bound : present));
+            return ontoList<how>(list, bound);
         }
     }
-
-    static constexpr bool isTested(unsigned flags) { return !(flags & (kUntestedElements | kUntestedElementsOnRead)); }
 
     // Elements of one size are taken together, as many as are there; returns how many.
     template <class T>
@@ -328,7 +280,7 @@ private:
         if (list.size() == list.capacity())
             list.reserve(list.size() + std::min(static_cast<size_t>(more), std::max(list.size(), size_t{1})));
     }
-    template <unsigned Flags, class C>
+    template <Departures How, class C>
     bool ontoList(C& list, int64_t bound)
     {
         bool good = true;
@@ -339,13 +291,13 @@ private:
             makeRoom(list, bound - i);
             list.emplace_back();
             good = one(list.back());
-            if (!good && isTested(Flags))
+            if (!good && How.reading == Decides::kAll)
             {
                 list.pop_back();
                 return false;
             }
         }
-        return good || !(Flags & kLastElementDecides);
+        return good || How.reading != Decides::kLastElement;
     }
     template <class T, class C>
     void addThrough(T& local, C& list)
@@ -360,69 +312,77 @@ private:
             list.push_back(local);
         }
     }
-    template <unsigned Flags, class C>
+    template <Departures How, class C>
     bool intoSlots(C& list, int64_t bound)
     {
         for (int64_t i = 0; i < bound; ++i)
         {
             typename C::value_type dropped{};
             const bool kept = static_cast<size_t>(i) < list.size();
-            if (!one(kept ? list[static_cast<size_t>(i)] : dropped) && isTested(Flags))
+            if (!one(kept ? list[static_cast<size_t>(i)] : dropped) && How.reading == Decides::kAll)
                 return false;
         }
         return true;
     }
-    template <unsigned Flags, class K, class T, class... W>
-    bool intoMap(std::map<K, T>& map, int64_t bound, W... words)
+    template <auto Form, class K, class T>
+    bool intoMap(std::map<K, T>& map, int64_t bound)
     {
+        constexpr Key from = Form.parts.key;
+        constexpr bool tested = Form.parts.reading == Decides::kAll;
         for (int64_t i = 0; i < bound; ++i)
         {
             T element{};
             K key{};
-            bool good = true;
-            if constexpr (Flags & kPairs)
-                good = one(key) && isTested(Flags);
-            if constexpr ((Flags & kPairs) && isTested(Flags))
-                good = good && one(element);
-            else
-                good = one(element) && good;
-            if (!good && isTested(Flags))
+            if constexpr (from == Key::kTravels)
+                if (!one(key) && tested)
+                    return false;
+            if (!one(element) && tested)
                 return false;
-            if constexpr (Flags & kKeyed)
-                key = keyOf(element, words...);
-            else if constexpr (Flags & kByPosition)
+            if constexpr (from == Key::kMember)
+                key = element.*Form.member;
+            else if constexpr (from == Key::kPlace)
                 key = static_cast<K>(i);
             // Keys mostly ascend on the wire, so the end is the place to try first.
             map.insert_or_assign(map.end(), key, std::move(element));
         }
         return true;
     }
-    template <class T, class Base, class K, class... W>
-    static const K& keyOf(const T& element, KeyWord<Base, K> word, W...)
-    {
-        return element.*word.m_Member;
-    }
-    template <class T, class Other, class... W>
-    static const auto& keyOf(const T& element, Other, W... words)
-    {
-        return keyOf(element, words...);
-    }
 
-    template <size_t Widest, class T, size_t Rows, size_t Columns>
-    void tableCell(T (&table)[Rows][Columns], int64_t row, int64_t column)
+    // Bytes of a column's smallest cell. Beyond the narrow tables a line holds a cell of each full table only.
+    template <int Across, class T>
+    static int64_t rowSize()
     {
-        // A table narrower than the others has no cell on the wire beyond its own width.
-        if (Columns < Widest && column >= static_cast<int64_t>(Columns))
-            return;
-        T dropped{};
-        const bool kept = row < static_cast<int64_t>(Rows) && column < static_cast<int64_t>(Columns);
-        one(kept ? table[row][column] : dropped);
+        return Across != 0 && kAcross<T> < Across ? 0 : smallest<typename CellOf<T>::Type>();
     }
-    template <class T, size_t Rows>
-    void rowCell(T (&table)[Rows], int64_t row)
+    template <class T>
+    static void sizeColumn(T& column, int64_t cells)
     {
-        T dropped{};
-        one(row < static_cast<int64_t>(Rows) ? table[row] : dropped);
+        if constexpr (kIsVector<T>)
+        {
+            column.clear();
+            column.resize(static_cast<size_t>(cells));
+        }
+    }
+    template <int Widest, class T>
+    void cell(T& column, int64_t row, int64_t at)
+    {
+        if constexpr (kIsVector<T>)
+        {
+            one(column[static_cast<size_t>(row)]);
+        }
+        else if constexpr (std::rank_v<T> == 2)
+        {
+            // A table narrower than the others has no cell on the wire beyond its own width.
+            if (kAcross<T> < Widest && at >= kAcross<T>)
+                return;
+            typename CellOf<T>::Type dropped{};
+            one(row < static_cast<int64_t>(std::extent_v<T>) && at < kAcross<T> ? column[row][at] : dropped);
+        }
+        else
+        {
+            typename CellOf<T>::Type dropped{};
+            one(row < static_cast<int64_t>(std::extent_v<T>) ? column[row] : dropped);
+        }
     }
     template <class T>
     void everyElement(T& table)
@@ -432,15 +392,6 @@ private:
                 everyElement(element);
         else
             one(table);
-    }
-    template <class T>
-    static void zero(T& table)
-    {
-        if constexpr (std::is_array_v<T>)
-            for (auto& element : table)
-                zero(element);
-        else
-            table = T();
     }
 
     P& m_Packager;

@@ -6,119 +6,45 @@ namespace wire
 namespace
 {
 
-int sumOf(const std::vector<Field>& fields)
+const char* wordOf(Tests tests)
 {
-    int sum = 0;
-    for (const Field& field : fields)
-        sum += smallestOf(field);
-    return sum;
+    static constexpr std::pair<Tests, const char*> words[] = {
+        {Untested, "Untested"},
+        {ElementsUntested, "ElementsUntested"},
+        {ElementsUntestedOnRead, "ElementsUntestedOnRead"},
+        {UntestedOnRead, "UntestedOnRead"},
+        {UntestedOnWrite, "UntestedOnWrite"},
+        {LastElementDecides, "LastElementDecides"},
+        {OnlyAboveZero, "OnlyAboveZero"},
+    };
+    for (const auto& [those, word] : words)
+        if (those == tests)
+            return word;
+    return tests == Tests{} ? "" : "TestsOfItsOwn";
 }
 
 } // namespace
 
-int smallestOf(const Field& field)
+std::string wordsOf(const Field& field)
 {
-    switch (field.kind)
-    {
-    case Kind::kBool:
-    case Kind::kChar:
-    case Kind::kByte:
-    case Kind::kFloat:
-    case Kind::kText:
-        return 1;
-    case Kind::kShort:
-    case Kind::kWord:
-    case Kind::kVersion:
-        return 2;
-    case Kind::kInt:
-    case Kind::kLong:
-    case Kind::kBuffer:
-    case Kind::kList:
-    case Kind::kCountOf:
-    case Kind::kLiteral:
-    case Kind::kPayload:
-        return 4;
-    case Kind::kUuid:
-        return 16;
-    case Kind::kNode:
-        return 6;
-    case Kind::kBytes:
-        return field.extent;
-    case Kind::kRecord:
-        return field.record->smallest;
-    case Kind::kArray:
-        return field.extent * smallestOf(field.parts[0]);
-    case Kind::kPair:
-        return sumOf(field.parts);
-    case Kind::kInterleaved:
-        return 4 * static_cast<int>(field.literals.size());
-    case Kind::kElementsOf:
-    case Kind::kColumns:
-    case Kind::kSizedBytes:
-    case Kind::kSizedItems:
-        return 0;
-    }
-    return 0;
-}
-
-const char* kindName(Kind kind)
-{
-    switch (kind)
-    {
-    case Kind::kBool:
-        return "bool";
-    case Kind::kChar:
-        return "char";
-    case Kind::kByte:
-        return "unsigned char";
-    case Kind::kShort:
-        return "short";
-    case Kind::kWord:
-        return "unsigned short";
-    case Kind::kInt:
-        return "int";
-    case Kind::kLong:
-        return "unsigned long";
-    case Kind::kFloat:
-        return "float";
-    case Kind::kText:
-        return "text";
-    case Kind::kUuid:
-        return "uuid";
-    case Kind::kNode:
-        return "node";
-    case Kind::kBuffer:
-        return "buffer";
-    case Kind::kBytes:
-        return "bytes";
-    case Kind::kRecord:
-        return "record";
-    case Kind::kArray:
-        return "array";
-    case Kind::kPair:
-        return "pair";
-    case Kind::kList:
-        return "list";
-    case Kind::kCountOf:
-        return "count";
-    case Kind::kElementsOf:
-        return "elements";
-    case Kind::kColumns:
-        return "columns";
-    case Kind::kInterleaved:
-        return "interleaved";
-    case Kind::kLiteral:
-        return "literal";
-    case Kind::kVersion:
-        return "version";
-    case Kind::kPayload:
-        return "payload";
-    case Kind::kSizedBytes:
-        return "sized bytes";
-    case Kind::kSizedItems:
-        return "sized items";
-    }
-    return "";
+    static constexpr const char* places[] = {"",           "ClearedFirst",     "Appends", "Appends ThroughOneLocal",
+                                             "SizedFirst", "IntoExistingSlots"};
+    static constexpr const char* keys[] = {"", "Pairs", "KeyedByPosition", "KeyedBy"};
+    static constexpr const char* rows[] = {"OwnRows", "SaidRows", "CountedRows"};
+    std::vector<const char*> all;
+    if (field.kind == Kind::kTable)
+        all.push_back(rows[static_cast<size_t>(field.says)]);
+    else
+        all.push_back(wordOf({field.how.reading, field.how.writing}));
+    all.push_back(places[static_cast<size_t>(field.how.into)]);
+    all.push_back(keys[static_cast<size_t>(field.how.key)]);
+    for (const Word* word : field.words)
+        all.push_back(word->text);
+    std::string words;
+    for (const char* word : all)
+        if (*word)
+            words.append(words.empty() ? "" : " ").append(word);
+    return words;
 }
 
 } // namespace wire

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "framework/platform/export.h"
+#include "packaging/wire/quirks.h"
 
 #include <cstddef>
 #include <functional>
@@ -16,61 +17,69 @@ struct Schema;
 
 enum class Kind
 {
-    kBool,
-    kChar,
-    kByte,
-    kShort,
-    kWord,
-    kInt,
-    kLong, // 32 bits, unsigned
+    kNumber, // an integer or a bool, of number->size bytes
     kFloat,
     kText,
-    kUuid,
-    kNode,
-    kBuffer,      // size and bytes
-    kBytes,       // as many raw bytes as extent says
-    kRecord,      // the fields of record
-    kArray,       // extent times parts[0]
-    kPair,        // parts in order
-    kList,        // count, then that many parts[0]; of a map of values parts[0] is the key and parts[1] the value
-    kCountOf,     // the count of the list of the same name
-    kElementsOf,  // the elements of the list whose count came before
-    kColumns,     // as many rows as the count of parts[0]'s list said, each row one element of each part
-    kInterleaved, // counts (as many as literals), then for each cell one element of each part
-    kLiteral,     // an int that no member keeps; extent is what a writer sends
-    kVersion,     // the head's version word
-    kPayload,     // size and bytes of a packager
-    kSizedBytes,  // as many bytes as the int member at sizeOffset says
-    kSizedItems   // as many parts[0] as the int member at sizeOffset says, which was sent earlier
+    kRaw,     // extent bytes
+    kBuffer,  // size and bytes
+    kPayload, // size and bytes of what a packager holds
+    kRecord,  // the fields of record
+    kArray,   // extent times parts[0]
+    kPair,    // parts in order
+    kList,    // that many parts[0]; of a map of values parts[0] is the key and parts[1] the value
+    kCount,   // the count of a list whose elements, or of a table whose rows, come later
+    kTable    // rows of one cell of each part
+};
+
+// A number's type.
+struct Number
+{
+    int size;
+    bool isBool;
+    bool isSigned;
+    // The value in an object's memory.
+    long long (*load)(const void* at);
 };
 
 // Walks the elements of a container: key (null in a sequence) and value of each.
 using Visit = std::function<void(const void* key, const void* value)>;
 using Walk = void (*)(const void* container, const Visit& visit);
-// The bytes that a packager member holds, and how many.
+// The bytes that a buffer or a packager holds, and how many.
 using BytesOf = std::pair<const unsigned char*, int> (*)(const void* member);
 
 struct Field
 {
     // The member's expression within its class; empty for what no member keeps.
     std::string name;
-    Kind kind = Kind::kInt;
-    // The quirk words of the statement, parted by spaces.
-    std::string words;
+    Kind kind = Kind::kNumber;
+    const Number* number = nullptr;
+    // What people call its type, where no part and no record does.
+    const char* type = "";
+    // Of a list all parts; of other fields what decides.
+    Departures how;
+    // The words of the steps that it stands in, for all else.
+    std::vector<const Word*> words;
+    // Of a list, an array, raw bytes and a table.
+    Says says = Says::kType;
     // Where the member lies within the object, in bytes; of a part, within its element.
     size_t offset = 0;
     // Element size of an array, in bytes.
     size_t stride = 0;
+    // How many of an array or of raw bytes, or the most, where a member says how many. Of a number that no member
+    // keeps, what a writer sends.
     int extent = 0;
+    // The int that says how many, and in that field itself, the most that it may say.
     size_t sizeOffset = 0;
+    int most = 0;
+    // What the writer of a table sends before it, where it sends anything.
+    Rows rows{};
+    // Bytes of the smallest value.
+    int smallest = 0;
     // The class of a record, or null.
     const Schema* record = nullptr;
     Walk walk = nullptr;
-    // Of a payload only.
     BytesOf bytes = nullptr;
     std::vector<Field> parts;
-    // The counts that a writer of interleaved tables sends.
-    std::vector<int> literals;
     // Belongs to a head: shown first, wherever it stands on the wire.
     bool head = false;
 };
@@ -79,13 +88,13 @@ struct Schema
 {
     std::string name;
     std::vector<Field> fields;
+    // The members of which the order says that they do not travel.
+    std::vector<std::string> notSent;
     // Bytes of the smallest object that can be read to its end.
     int smallest = 0;
 };
 
-// Bytes of the smallest value of a field.
-COMMONGROUND_API int smallestOf(const Field& field);
-// The word for a kind, such as "int" or "text".
-COMMONGROUND_API const char* kindName(Kind kind);
+// The words of a field's departures, parted by spaces, for people.
+COMMONGROUND_API std::string wordsOf(const Field& field);
 
 } // namespace wire

@@ -30,13 +30,6 @@ inline constexpr bool kIsPair = false;
 template <class A, class B>
 inline constexpr bool kIsPair<std::pair<A, B>> = true;
 
-// A value that a packager writes and reads by itself.
-template <class T>
-inline constexpr bool kIsValue =
-    std::is_arithmetic_v<T> ? kFixedSize<T> != 0 || std::is_same_v<T, float>
-                            : std::is_same_v<T, zet::String_T<wchar_t>> || std::is_same_v<T, zet::Uuid> ||
-                                  std::is_same_v<T, zet::uuid_node_t> || std::is_same_v<T, zet::Buffer>;
-
 // A class with an order of its own.
 template <class T>
 concept Record = std::is_class_v<T> && requires
@@ -78,26 +71,116 @@ struct ElementOf<std::map<K, T>>
     using Type = T;
 };
 
-// Refuses words that contradict each other or the container. Every order is described once, so the describer asks.
-template <class C, class... W>
-constexpr void checkWords()
+template <class C>
+inline constexpr bool kIsVector = false;
+template <class T>
+inline constexpr bool kIsVector<std::vector<T>> = true;
+
+// Whether a list's key can come from that member; other keys have none.
+template <class C, class Member>
+inline constexpr bool kIsMemberOfElement = true;
+template <class C, class T, class K>
+inline constexpr bool kIsMemberOfElement<C, K T::*> = std::is_base_of_v<T, typename C::mapped_type>;
+
+// What is wrong with a list and its words.
+enum class Nonsense
 {
-    constexpr unsigned flags = kFlagsOf<W...>;
-    constexpr bool fillsSlots = flags & (kSizedFirst | kIntoExistingSlots);
-    static_assert(!kIsMap<C> || (flags & kWordsOfKey),
+    kNone,
+    kNoContainer,
+    kMapWithoutKey,
+    kKeyWithoutMap,
+    kForeignKey,
+    kSizedMap,
+    kLastOfSlots,
+    kLeftAndCleared,
+    kIdleClearedFirst,
+    kCountApart
+};
+
+// Apart: the count of the list is a step of its own.
+template <class C, class Member>
+constexpr Nonsense nonsenseOf(const ListForm<Member>& form, bool isApart)
+{
+    if constexpr (!kIsMap<C> && !kIsVector<C>)
+    {
+        return Nonsense::kNoContainer;
+    }
+    else
+    {
+        const auto [reading, writing, into, key] = form.parts;
+        const bool fillsSlots = into == Into::kSized || into == Into::kSlots;
+        if (kIsMap<C> != (key != Key::kNone))
+            return kIsMap<C> ? Nonsense::kMapWithoutKey : Nonsense::kKeyWithoutMap;
+        if constexpr (kIsMap<C>)
+            if (!kIsMemberOfElement<C, Member>)
+                return Nonsense::kForeignKey;
+        if (kIsMap<C> && fillsSlots)
+            return Nonsense::kSizedMap;
+        if (reading == Decides::kLastElement && (kIsMap<C> || fillsSlots))
+            return Nonsense::kLastOfSlots;
+        if (reading == Decides::kAboveZero && into == Into::kClearedBeforeCount)
+            return Nonsense::kLeftAndCleared;
+        if (reading == Decides::kNothing && into == Into::kClearedBeforeCount)
+            return Nonsense::kIdleClearedFirst;
+        if (isApart && (reading == Decides::kNothing || writing == Decides::kNothing ||
+                        reading == Decides::kAboveZero || into == Into::kClearedBeforeCount))
+            return Nonsense::kCountApart;
+        return Nonsense::kNone;
+    }
+}
+
+// Refuses nonsense, with one sentence. Every order is described once, so the describer alone asks; the other two leave
+// out what does not make sense, so that nothing else is reported.
+template <class C, auto Form, bool IsApart>
+constexpr void refuseNonsense()
+{
+    constexpr Nonsense wrong = nonsenseOf<C>(Form, IsApart);
+    static_assert(wrong != Nonsense::kNoContainer, "LIST, COUNT_OF and ELEMENTS_OF take a std::vector or a std::map; "
+                                                   "other members go in FIELDS");
+    static_assert(wrong != Nonsense::kMapWithoutKey,
                   "the list of a map needs KeyedBy, KeyedByPosition or Pairs: without a key all elements are one");
-    static_assert(kIsMap<C> || !(flags & kWordsOfKey),
+    static_assert(wrong != Nonsense::kKeyWithoutMap,
                   "KeyedBy, KeyedByPosition and Pairs are words for a map: the elements of another list have no key");
-    static_assert(!(flags & kLastElementDecides) || !(kIsMap<C> || fillsSlots),
-                  "LastElementDecides is for a list that elements are put behind: no map, SizedFirst or "
-                  "IntoExistingSlots");
-    static_assert(!(kIsMap<C> && fillsSlots), "SizedFirst and IntoExistingSlots are for a list with places: no map");
-    static_assert(!((flags & kOnlyAboveZero) && (flags & kClearedFirst)),
+    static_assert(wrong != Nonsense::kForeignKey, "KeyedBy names a member of the map's element");
+    static_assert(wrong != Nonsense::kSizedMap,
+                  "SizedFirst and IntoExistingSlots are for a list with places: a map has none");
+    static_assert(wrong != Nonsense::kLastOfSlots, "LastElementDecides is for a list that elements are put behind: no "
+                                                   "map, SizedFirst or IntoExistingSlots");
+    static_assert(wrong != Nonsense::kLeftAndCleared,
                   "OnlyAboveZero leaves a list as it was, which ClearedFirst has emptied by then");
-    static_assert(kWordsAbout<kWordsOfKey, W...> <= 1 && kWordsAbout<kWordsOfPlace, W...> <= 1 &&
-                      kWordsAbout<kWordsOfReading, W...> <= 1 && kWordsAbout<kWordsOfWriting, W...> <= 1,
-                  "the words of a list contradict each other: one at most for the key, for where elements go, for what "
-                  "decides a reading, for what decides a writing");
+    static_assert(wrong != Nonsense::kIdleClearedFirst,
+                  "ClearedFirst does nothing here: a list whose count does not decide is always emptied");
+    static_assert(wrong != Nonsense::kCountApart,
+                  "a word about the count does nothing at ELEMENTS_OF: COUNT_OF has read and tested it before");
+}
+
+// The cells of a table's column: of a vector its elements, of an array those of the last extent.
+template <class T>
+struct CellOf
+{
+    using Type = std::remove_all_extents_t<T>;
+};
+template <class T>
+struct CellOf<std::vector<T>>
+{
+    using Type = T;
+};
+template <class T>
+inline constexpr int kCells = static_cast<int>(sizeof(T) / sizeof(std::remove_all_extents_t<T>));
+// Cells of a column in each line of a table of tables.
+template <class T>
+inline constexpr int kAcross = std::rank_v<T> == 2 ? static_cast<int>(std::extent_v<T, 1>) : 1;
+
+// Whether a column belongs to a table of these rows.
+template <class T>
+constexpr bool isColumn(const Rows& rows)
+{
+    if (rows.says == Says::kCountBefore)
+        return kIsVector<T>;
+    if (rows.says == Says::kType)
+        return std::is_array_v<T>;
+    return std::rank_v<T> == (rows.across != 0 ? 2 : 1) && static_cast<int>(std::extent_v<T>) == rows.rows &&
+           (rows.across == 0 || kAcross<T> <= rows.across);
 }
 
 // Where in a run of fixed-size fields a field stands: the bytes of the run if it is the first of one, its place in it.

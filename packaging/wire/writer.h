@@ -21,11 +21,6 @@ public:
     {
         return fields(std::index_sequence_for<T...>(), values...);
     }
-    template <class... T>
-    bool SkippedOnFailure(const char* names, const T&... values)
-    {
-        return Fields(names, values...);
-    }
     // Every field is tried, and none decides.
     template <class... T>
     bool UntestedFields(const char*, const T&... values)
@@ -34,21 +29,14 @@ public:
         return true;
     }
     template <class... T>
-    bool UntestedFromZero(const char* names, const T&... values)
-    {
-        return UntestedFields(names, values...);
-    }
-    bool Unlimited(const char*, const zet::Buffer& buffer) { return writeSizedBytes(m_Packager, buffer); }
-    template <class... T>
     bool NotSent(const char*, const T&...)
     {
         return true;
     }
     template <class Steps>
-    bool EitherWay(Steps steps)
+    bool Marked(const Word&, Steps steps)
     {
-        steps();
-        return true;
+        return steps();
     }
     template <class Base>
     bool Head(const Base& base)
@@ -59,26 +47,35 @@ public:
             return base.Base::Write(&m_Packager);
     }
 
-    template <class C, class... W>
-    bool List(const char*, const C& list, W...)
+    template <auto Form, class C>
+    bool List(const char*, const C& list)
     {
-        constexpr bool tested = !(kFlagsOf<W...> & (kUntestedCount | kUntestedOnWrite));
-        return (one(static_cast<int>(list.size())) || !tested) && elements<kFlagsOf<W...>>(list);
+        if constexpr (nonsenseOf<C>(Form, false) == Nonsense::kNone)
+            return (one(static_cast<int>(list.size())) || Form.parts.writing == Decides::kNothing) &&
+                   elements<Form.parts>(list);
+        else
+            return false;
     }
     template <class C>
     bool CountOf(const char*, const C& list)
     {
-        return one(static_cast<int>(list.size()));
+        if constexpr (kIsMap<C> || kIsVector<C>)
+            return one(static_cast<int>(list.size()));
+        else
+            return false;
     }
-    template <class C, class... W>
-    bool ElementsOf(const char*, const C& list, W...)
+    template <auto Form, class C>
+    bool ElementsOf(const char*, const C& list)
     {
-        return elements<kFlagsOf<W...>>(list);
+        if constexpr (nonsenseOf<C>(Form, true) == Nonsense::kNone)
+            return elements<Form.parts>(list);
+        else
+            return false;
     }
     template <class... C>
     bool ThroughOneLocal(const char* names, const C&... lists)
     {
-        (List(names, lists, Untested), ...);
+        (List<formOf(Untested, Into::kThroughOneLocal)>(names, lists), ...);
         return true;
     }
     // All bytes that the inner packager holds, wherever its read pointer stands. A class that is written into its own
@@ -91,53 +88,33 @@ public:
             size = &inner == &m_Packager ? m_SizeBefore : size;
         return one(size) && writeBytes(m_Packager, inner.GetBuffer(), size);
     }
-    // No more than the array has.
-    template <size_t N>
-    bool SizedBytes(const char*, int size, const unsigned char (&bytes)[N], int)
+    // A column shorter than the first is filled with default values, and a narrow table has no cell beyond its width.
+    template <Rows kRows, class First, class... T>
+    bool Table(const char*, const First& first, const T&... rest)
     {
-        return writeBytes(m_Packager, bytes, std::clamp(size, 0, static_cast<int>(N)));
-    }
-    // A column shorter than the first is filled with default values.
-    template <class First, class... C>
-    bool Columns(const char*, const First& first, const C&... rest)
-    {
-        for (size_t row = 0; row < first.size(); ++row)
+        int64_t cells = 0;
+        if constexpr (kRows.says == Says::kCountBefore)
         {
-            one(first[row]);
-            (cell(rest, row), ...);
+            cells = static_cast<int64_t>(first.size());
+        }
+        else
+        {
+            cells = kRows.says == Says::kType ? kCells<First> : kRows.rows;
+            one(static_cast<int>(cells));
+            if (kRows.across != 0)
+                one(kRows.across);
+            cells *= std::max(kRows.across, 1);
+        }
+        constexpr int across = kRows.says == Says::kCount && kRows.across != 0 ? kRows.across : kAcross<First>;
+        for (int64_t i = 0; i < cells; ++i)
+        {
+            cell<across>(first, i);
+            (cell<across>(rest, i), ...);
         }
         return true;
     }
-    template <class T>
-    bool Ballast(const char*, int count, const T& table)
-    {
-        one(count);
-        everyElement(table);
-        return true;
-    }
-    template <size_t Rows, size_t Columns, class First, class... T>
-    bool Interleaved(const char*, const First& first, const T&... rest)
-    {
-        one(static_cast<int>(Rows));
-        one(static_cast<int>(Columns));
-        for (size_t row = 0; row < Rows; ++row)
-        {
-            for (size_t column = 0; column < Columns; ++column)
-            {
-                tableCell(first, row, column);
-                (tableCell(rest, row, column), ...);
-            }
-        }
-        return true;
-    }
-    template <size_t Rows, class... T>
-    bool InterleavedRows(const char*, const T (&... tables)[Rows])
-    {
-        one(static_cast<int>(Rows));
-        for (size_t row = 0; row < Rows; ++row)
-            (one(tables[row]), ...);
-        return true;
-    }
+
+    P& packager() { return m_Packager; }
 
     template <class T>
     bool one(const T& value)
@@ -173,11 +150,13 @@ public:
         {
             return one(value.first) && one(value.second);
         }
+        else if constexpr (Record<T>)
+        {
+            return value.Write(&m_Packager);
+        }
         else
         {
-            static_assert(Record<T>, "an order holds packager values, records with Wire(), arrays and pairs of these; "
-                                     "a container needs LIST");
-            return value.Write(&m_Packager);
+            return false; // Refused by the describer.
         }
     }
 
@@ -212,18 +191,18 @@ private:
         }
     }
 
-    template <unsigned Flags, class C>
+    template <Departures How, class C>
     bool elements(const C& list)
     {
-        constexpr bool tested = !(Flags & (kUntestedElements | kUntestedOnWrite));
+        constexpr bool tested = How.writing == Decides::kAll;
         for (const auto& element : list)
         {
             bool good;
             if constexpr (!kIsMap<C>)
                 good = one(element);
-            else if constexpr ((Flags & kPairs) && tested)
+            else if constexpr (How.key == Key::kTravels && tested)
                 good = one(element.first) && one(element.second);
-            else if constexpr (Flags & kPairs)
+            else if constexpr (How.key == Key::kTravels)
                 good = (one(element.first), one(element.second));
             else
                 good = one(element.second);
@@ -232,28 +211,25 @@ private:
         }
         return true;
     }
-    template <class C>
-    void cell(const C& column, size_t row)
+    template <int Across, class T>
+    void cell(const T& column, int64_t i)
     {
-        if (row < column.size())
-            one(column[row]);
+        if constexpr (kIsVector<T>)
+        {
+            if (i < static_cast<int64_t>(column.size()))
+                one(column[static_cast<size_t>(i)]);
+            else
+                one(typename T::value_type());
+        }
+        else if constexpr (std::rank_v<T> == 2)
+        {
+            if (i % Across < kAcross<T>)
+                one(column[i / Across][i % Across]);
+        }
         else
-            one(typename C::value_type());
-    }
-    template <class T, size_t Rows, size_t Columns>
-    void tableCell(const T (&table)[Rows][Columns], size_t row, size_t column)
-    {
-        if (column < Columns)
-            one(table[row][column]);
-    }
-    template <class T>
-    void everyElement(const T& table)
-    {
-        if constexpr (std::is_array_v<T>)
-            for (const auto& element : table)
-                everyElement(element);
-        else
-            one(table);
+        {
+            one(column[i]);
+        }
     }
 
     P& m_Packager;

@@ -17,7 +17,7 @@ struct Record
 WIRE_ORDER_CMD(Record)
 {
 #ifdef COMPILE_FAIL
-    return FIELDS(r.m_Plain);
+    return FIELDS(r.m_Plain); // here
 #else
     return FIELDS(r.m_Plain.m_Value);
 #endif

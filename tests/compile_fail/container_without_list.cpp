@@ -13,7 +13,7 @@ struct Record
 WIRE_ORDER_CMD(Record)
 {
 #ifdef COMPILE_FAIL
-    return FIELDS(r.m_Value, r.m_Values);
+    return FIELDS(r.m_Value, r.m_Values); // here
 #else
     return FIELDS(r.m_Value) && LIST(r.m_Values);
 #endif

@@ -12,8 +12,8 @@ struct Record
 WIRE_ORDER_CMD(Record)
 {
 #ifdef COMPILE_FAIL
-    return LIST(r.m_Values, wire::Appends, wire::ClearedFirst, wire::Untested, wire::UntestedOnWrite);
+    return LIST(r.m_Values, wire::Appends, wire::ClearedFirst, wire::Untested, wire::UntestedOnWrite); // here
 #else
-    return LIST(r.m_Values, wire::ClearedFirst, wire::Untested);
+    return LIST(r.m_Values, wire::ClearedFirst, wire::UntestedOnWrite);
 #endif
 }

@@ -20,7 +20,7 @@ struct Record
 WIRE_ORDER_CMD(Record)
 {
 #ifdef COMPILE_FAIL
-    return LIST(r.m_Values, wire::KeyedBy(&Element::m_Number));
+    return LIST(r.m_Values, wire::KeyedBy(&Element::m_Number)); // here
 #else
     return LIST(r.m_Values);
 #endif

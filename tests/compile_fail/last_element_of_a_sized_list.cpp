@@ -12,7 +12,7 @@ struct Record
 WIRE_ORDER_CMD(Record)
 {
 #ifdef COMPILE_FAIL
-    return LIST(r.m_Values, wire::SizedFirst, wire::LastElementDecides);
+    return LIST(r.m_Values, wire::SizedFirst, wire::LastElementDecides); // here
 #else
     return LIST(r.m_Values, wire::LastElementDecides);
 #endif

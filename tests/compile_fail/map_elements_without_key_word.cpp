@@ -12,7 +12,7 @@ struct Record
 WIRE_ORDER_CMD(Record)
 {
 #ifdef COMPILE_FAIL
-    return COUNT_OF(r.m_Values) && ELEMENTS_OF(r.m_Values);
+    return COUNT_OF(r.m_Values) && ELEMENTS_OF(r.m_Values); // here
 #else
     return COUNT_OF(r.m_Values) && ELEMENTS_OF(r.m_Values, wire::Pairs);
 #endif

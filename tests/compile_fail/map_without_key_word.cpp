@@ -12,7 +12,7 @@ struct Record
 WIRE_ORDER_CMD(Record)
 {
 #ifdef COMPILE_FAIL
-    return LIST(r.m_Values);
+    return LIST(r.m_Values); // here
 #else
     return LIST(r.m_Values, wire::Pairs);
 #endif

@@ -146,9 +146,7 @@ bool tailDecides(const wire::Schema& schema)
     const wire::Field& last = schema.fields.back();
     if (last.kind == wire::Kind::kRecord)
         return tailDecides(*last.record);
-    if (last.kind == wire::Kind::kSizedBytes || last.kind == wire::Kind::kSizedItems)
-        return false;
-    return last.words.find("Untested") == std::string::npos;
+    return last.how.reading == wire::Decides::kAll && last.says != wire::Says::kMember;
 }
 
 TEST(DispatchSweep, PayloadWithAByteTooFewIsRefusedUnlessItsTailIsNotTested)

@@ -54,7 +54,7 @@ struct SmallUntested
 };
 WIRE_ORDER_CMD(SmallUntested)
 {
-    return UNTESTED(r.m_A, r.m_B) && UNTESTED_FROM_ZERO(r.m_C);
+    return UNTESTED(r.m_A, r.m_B, r.m_C);
 }
 
 #define SMALL_LIST(Name, Container, ...)                                                                               \
@@ -173,8 +173,8 @@ TEST(WireOrder, UntestedFieldsNeverFail)
     EXPECT_EQ(record.m_A, 9);
     EXPECT_EQ(record.m_B[0], 8);
     EXPECT_EQ(record.m_B[1], 3);
-    EXPECT_EQ(record.m_C[0], 0);
-    EXPECT_EQ(record.m_C[1], 0);
+    EXPECT_EQ(record.m_C[0], 4);
+    EXPECT_EQ(record.m_C[1], 5);
 }
 
 TEST(WireOrder, TestedListClearsAndStopsAtTheFirstShortElement)
@@ -374,8 +374,8 @@ TEST(WireOrder, SchemaNamesMembersKindsWordsAndTheSmallestSize)
     EXPECT_EQ(schema.smallest, 4 + 1 + 1 + 4 + 1 + 8 + 8);
     const SmallFields record;
     EXPECT_EQ(*reinterpret_cast<const int*>(reinterpret_cast<const char*>(&record) + schema.fields[0].offset), 1);
-    EXPECT_EQ(KeyedMap::Wire().fields[0].words, "KeyedBy");
-    EXPECT_EQ(UntestedPairsMap::Wire().fields[0].words, "Untested Pairs");
+    EXPECT_EQ(wire::wordsOf(KeyedMap::Wire().fields[0]), "KeyedBy");
+    EXPECT_EQ(wire::wordsOf(UntestedPairsMap::Wire().fields[0]), "Untested Pairs");
 }
 
 } // namespace

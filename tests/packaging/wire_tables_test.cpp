@@ -22,7 +22,7 @@ struct SmallColumns
 };
 WIRE_ORDER_CMD(SmallColumns)
 {
-    return COUNT_OF(r.m_Column1) && COLUMNS(r.m_Column1, r.m_Column2);
+    return COUNT_OF(r.m_Column1) && TABLE(wire::CountedRows, r.m_Column1, r.m_Column2);
 }
 
 struct SmallTables
@@ -33,7 +33,7 @@ struct SmallTables
 };
 WIRE_ORDER_CMD(SmallTables)
 {
-    return INTERLEAVED(2, 3, r.m_Wide, r.m_Narrow);
+    return TABLE(wire::SaidRows(2, 3), r.m_Wide, r.m_Narrow);
 }
 
 struct SmallRows
@@ -44,7 +44,7 @@ struct SmallRows
 };
 WIRE_ORDER_CMD(SmallRows)
 {
-    return INTERLEAVED_ROWS(2, r.m_One, r.m_Two);
+    return TABLE(wire::SaidRows(2), r.m_One, r.m_Two);
 }
 
 struct SmallBallast
@@ -54,7 +54,7 @@ struct SmallBallast
 };
 WIRE_ORDER_CMD(SmallBallast)
 {
-    return BALLAST_COUNT(2, r.m_Table);
+    return TABLE(wire::OwnRows, r.m_Table);
 }
 
 namespace

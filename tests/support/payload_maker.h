@@ -3,7 +3,6 @@
 
 #include "packaging/wire/schema.h"
 
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -33,16 +32,7 @@ public:
     MadePayload make(const wire::Schema& schema);
 
 private:
-    void object(const wire::Schema& schema);
-    void value(const wire::Field& field);
-    void elements(const wire::Field& field, int count);
-    void number(int size, unsigned bits);
-    void count(int value, const std::string& name);
-    void text();
-    int upTo(int most) { return static_cast<int>(m_Random() % static_cast<unsigned>(most + 1)); }
-
     std::mt19937 m_Random;
-    MadePayload m_Made;
 };
 
 } // namespace test

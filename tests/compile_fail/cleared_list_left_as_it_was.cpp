@@ -1,0 +1,19 @@
+// expect: OnlyAboveZero leaves a list as it was
+#include "packaging/wire/order.h"
+
+struct Record
+{
+    bool Write(CCmdPackager* pk) const;
+    bool Read(CCmdPackager* pk);
+    static const wire::Schema& Wire();
+    std::vector<int> m_Values;
+};
+
+WIRE_ORDER_CMD(Record)
+{
+#ifdef COMPILE_FAIL
+    return LIST(r.m_Values, wire::ClearedFirst, wire::OnlyAboveZero); // here
+#else
+    return LIST(r.m_Values, wire::OnlyAboveZero);
+#endif
+}
