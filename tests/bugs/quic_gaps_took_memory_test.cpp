@@ -1,6 +1,6 @@
-// A peer that sent every other byte of its window made ngtcp2 hold a gap for each byte that was missing: 131,072 of them,
-// 13 MB for one connection of 256 KiB. What ngtcp2 takes for a connection has a bound now, and the connection that
-// reaches it is ended.
+// A peer that sent every other byte of its window made ngtcp2 hold a gap for each byte that was missing: 131,072 of
+// them, 13 MB for one connection of 256 KiB. What ngtcp2 takes for a connection has a bound now, and the connection
+// that reaches it is ended.
 #include "tests/support/allocations.h"
 #include "tests/support/quic_test.h"
 
