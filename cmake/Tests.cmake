@@ -66,6 +66,9 @@ if(sources)
     COMMONGROUND_BUILD_DIR="${COMMONGROUND_DRIVE}${PROJECT_BINARY_DIR}"
     COMMONGROUND_STARTER="${starter}")
   target_precompile_headers(commonground_tests PRIVATE <cmake/std_pch.h> <gtest/gtest.h>)
+  # It defines calls of the C library anew, which the checked copies of their headers would do, too.
+  set_source_files_properties(${PROJECT_SOURCE_DIR}/tests/support/system_calls.cpp PROPERTIES
+    SKIP_PRECOMPILE_HEADERS ON COMPILE_OPTIONS -U_FORTIFY_SOURCE)
   foreach(needed wirelens arena zet_ConsoleLog zet_FileLog)
     if(TARGET ${needed})
       add_dependencies(commonground_tests ${needed})
