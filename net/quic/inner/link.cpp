@@ -85,12 +85,6 @@ ngtcp2_transport_params paramsOf(const UdpServer::Settings& settings, bool isSer
 
 } // namespace
 
-QuicLink::QuicLink(QuicRouter& router)
-    : m_Router(router),
-      m_Memory(QuicMemory::kBase + 2 * static_cast<size_t>(std::max(router.settings().m_InputLimit, 1024)))
-{
-}
-
 QuicLink::~QuicLink()
 {
     dropSession();
@@ -127,7 +121,7 @@ bool QuicLink::openClient(const sockaddr_in& peer)
     const auto params = paramsOf(m_Router.settings(), false);
     const auto path = pathOf(m_Router.getAddress(), m_Peer);
     if (ngtcp2_conn_client_new(&m_Connection, &other, &self, &path, NGTCP2_PROTO_VER_V1, &calls, &settings, &params,
-                               m_Memory.getCalls(), this) != 0)
+                               nullptr, this) != 0)
     {
         m_Connection = nullptr;
         return false;
@@ -155,7 +149,7 @@ bool QuicLink::openServer(const sockaddr_in& peer, const ngtcp2_pkt_hd& head, co
     params.retry_scid_present = 1;
     const auto path = pathOf(m_Router.getAddress(), m_Peer);
     if (ngtcp2_conn_server_new(&m_Connection, &head.scid, &self, &path, head.version, &calls, &settings, &params,
-                               m_Memory.getCalls(), this) != 0)
+                               nullptr, this) != 0)
     {
         m_Connection = nullptr;
         return false;

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "net/quic/inner/frames.h"
-#include "net/quic/inner/memory.h"
 #include "net/quic/inner/udp_port.h"
 #include "net/quic/inner/udp_router.h"
 
@@ -61,7 +60,7 @@ public:
         kWrite = 2
     };
 
-    explicit QuicLink(QuicRouter& router);
+    explicit QuicLink(QuicRouter& router) : m_Router(router) {}
     ~QuicLink() override;
 
     // The client's side: first beginClient(), then openClient(), or lookUp() where the name is not an address. Then the
@@ -139,7 +138,6 @@ private:
     void onConfirmed(size_t size);
 
     QuicRouter& m_Router;
-    QuicMemory m_Memory;
     ngtcp2_conn* m_Connection = nullptr;
     // While the address is looked up, before there is a connection.
     std::shared_ptr<Lookup> m_Lookup;
