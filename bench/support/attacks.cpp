@@ -15,6 +15,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstring>
 #include <random>
 
@@ -118,7 +119,8 @@ void sendHellos(Shared& shared)
         const int listener = socket(AF_INET, SOCK_STREAM, 0);
         sockaddr_in address = loopback(0);
         socklen_t length = sizeof address;
-        bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address);
+        if (bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+            std::perror("bind");
         listen(listener, 1);
         getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length);
         zet::System system;

@@ -61,9 +61,9 @@ Measured compare(const std::string& what, int calls, const std::function<void()>
 double measure(const std::string& what, int calls, const std::function<void()>& thing)
 {
     const int times = timesFor(thing);
-    std::vector<double> own;
-    for (int round = 0; round < kRounds; ++round)
-        own.push_back(secondsOf(thing, times) / times / calls * 1e9);
+    std::vector<double> own(kRounds);
+    for (double& round : own)
+        round = secondsOf(thing, times) / times / calls * 1e9;
     std::printf("%-44s %10.1f ns\n", what.c_str(), median(own));
     std::fflush(stdout);
     return median(own);

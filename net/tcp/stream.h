@@ -24,7 +24,7 @@ public:
     static constexpr int kEndlessTurn = 0x7FFFFFFF;
 
     // Bytes that are buffered; more may be ready.
-    virtual int available() const override;
+    int available() const override;
     int peek(void* data, int size) override;
     int read(void* data, int size) override;
     const unsigned char* view(int size) override;

@@ -42,6 +42,7 @@ template <class T>
 int64_t smallest()
 {
     using E = std::remove_all_extents_t<T>;
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers does not occur.
     constexpr int64_t times = static_cast<int64_t>(sizeof(T) / sizeof(E));
     if constexpr (kFixedSize<E> != 0)
         return kFixedSize<E> * times;
