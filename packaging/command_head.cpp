@@ -46,7 +46,7 @@ const wire::Schema& CCmdHead::Wire()
         wire::Field version = wire::shapeOf<unsigned short>();
         version.type = "version";
         version.extent = kVersion;
-        describer.push(version);
+        describer.push(std::move(version));
         describer.Fields("m_ClientIndex", object.m_ClientIndex);
         head.fields.back().head = true;
         return head;

@@ -21,4 +21,10 @@ std::string Names::next()
     return std::string(name);
 }
 
+void push(Schema& schema, Field&& field)
+{
+    schema.smallest += field.smallest;
+    schema.fields.push_back(std::move(field));
+}
+
 } // namespace wire

@@ -80,7 +80,7 @@ std::pair<const unsigned char*, int> bytesOf(const void* member)
 
 // The shape of a value of T, without name and place.
 template <class T>
-Field shapeOf()
+[[gnu::noinline]] Field shapeOf()
 {
     Field field;
     field.smallest = static_cast<int>(smallest<T>());
@@ -147,6 +147,9 @@ void walkOf(const void* container, const Visit& visit)
     }
 }
 
+// Adds a field to those of a schema.
+COMMONGROUND_API void push(Schema& schema, Field&& field);
+
 class Describer
 {
 public:
@@ -156,7 +159,7 @@ public:
     bool Fields(const char* names, const T&... values)
     {
         Names each(names);
-        (push(fieldOf(each.next(), values)), ...);
+        (addOne(each, values), ...);
         return true;
     }
     template <class... T>
@@ -299,17 +302,19 @@ public:
         field.offset = offsetOf(member);
         return field;
     }
-    void push(Field field)
-    {
-        m_Schema.smallest += field.smallest;
-        m_Schema.fields.push_back(std::move(field));
-    }
+    void push(Field&& field) { wire::push(m_Schema, std::move(field)); }
 
 private:
     static void decideNothing(Field& field) { field.how.reading = field.how.writing = Decides::kNothing; }
 
+    // Not inline: a describing runs once, and there is one for each class.
+    template <class T>
+    [[gnu::noinline]] void addOne(Names& names, const T& value)
+    {
+        push(fieldOf(names.next(), value));
+    }
     template <class C>
-    Field listField(const std::string& name, Departures how, Says says, const C& list)
+    [[gnu::noinline]] Field listField(const std::string& name, Departures how, Says says, const C& list)
     {
         Field field;
         field.name = name;
