@@ -39,7 +39,7 @@ void CMyServiceSystem::exit()
 {
     zet::Log::stop();
     ServiceOff();
-    // Not the class between, which would turn the service off again. NOLINTNEXTLINE(bugprone-parent-virtual-call)
+    // Not the class between, which would turn the service off again.
     zet::System::exit();
 }
 

@@ -2,6 +2,8 @@
 
 CFrameworkClientSocket::CFrameworkClientSocket(CCmdAnalyserSocket* analyser) : CCommandSocket(analyser) {}
 
+// Copy and move take the identity alone, and texts of it may throw.
+// NOLINTBEGIN(bugprone-copy-constructor-init,performance-noexcept-move-constructor,performance-move-constructor-init)
 CFrameworkClientSocket::CFrameworkClientSocket(const CFrameworkClientSocket& other)
     : Unknown(), CCommandSocket(other.GetCmdAnalyser())
 {
@@ -24,6 +26,7 @@ CFrameworkClientSocket& CFrameworkClientSocket::operator=(CFrameworkClientSocket
     copyIdentity(other);
     return *this;
 }
+// NOLINTEND(bugprone-copy-constructor-init,performance-noexcept-move-constructor,performance-move-constructor-init)
 
 void CFrameworkClientSocket::copyIdentity(const CFrameworkClientSocket& other)
 {
