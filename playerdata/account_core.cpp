@@ -48,7 +48,7 @@ AccountData& AccountData::operator=(const AccountData& other)
 void AccountData::Reset()
 {
     AccountData made;
-    made.m_KinectGame = std::move(m_KinectGame);
+    made.m_KinectGame = m_KinectGame;
     made.m_KinectGame.Reset();
     Replace(*this, std::move(made));
 }

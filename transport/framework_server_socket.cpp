@@ -140,6 +140,7 @@ void CFrameworkServerSocket::lose(CFrameworkClientSocket* client)
     // What is in no list is never ticked.
     const zet::Unknown::Handle_T<CFrameworkClientSocket> keep = client;
     m_ClientSockets.erase(client);
+    m_Ready->leave(*client);
     zet::inner::report([&] { client->close(); });
 }
 

@@ -59,7 +59,7 @@ unsigned char readyOf(short events)
     return ready;
 }
 
-// The system keeps no list of what is watched, and reports what is ready each time that it is m_Asked. So it is asked
+// The system keeps no list of what is watched, and reports what is ready each time it is asked. So it is asked
 // only for what is wanted, and what was reported is wanted no more.
 class ListPoller final : public Poller
 {

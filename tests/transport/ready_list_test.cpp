@@ -111,6 +111,24 @@ TEST_F(ReadyListTest, ForgetsWhoLeavesBeforeItsTurn)
     EXPECT_TRUE(m_Ready.isEmpty());
 }
 
+TEST_F(ReadyListTest, LosesAConnectionThatEntersAnotherList)
+{
+    ReadyList other;
+    add(1);
+    add(2);
+    other.enter(m_Streams[1], false);
+    EXPECT_EQ(walk(), "2");
+    // It is listed once, there.
+    other.add(m_Streams[1]);
+    other.begin(nullptr);
+    EXPECT_EQ(other.peek(), &m_Streams[1]);
+    other.take();
+    EXPECT_EQ(other.peek(), nullptr);
+    other.end();
+    other.leave(m_Streams[1]);
+    EXPECT_TRUE(other.isEmpty());
+}
+
 TEST_F(ReadyListTest, ListsWithEachWalkThoseThatAskForIt)
 {
     m_Ready.leave(m_Streams[3]);

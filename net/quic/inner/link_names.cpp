@@ -3,6 +3,8 @@
 #include "net/door/addresses.h"
 #include "net/quic/inner/router.h"
 
+#include <new>
+
 namespace zet::inner
 {
 
@@ -40,10 +42,18 @@ void QuicLink::onFound(const std::vector<Endpoint>& found)
 
 void QuicLink::openNamed()
 {
-    m_Deadline = kNever;
-    const bool isOpen = m_Found.isV4() && openClient(toSystem(m_Found));
+    bool isOpen = false;
+    try
+    {
+        isOpen = m_Found.isV4() && openClient(toSystem(m_Found));
+    }
+    catch (const std::bad_alloc&)
+    {
+        // Ends like a name without an address.
+    }
     if (!isOpen)
         return drop(Connection::kConnectFailed);
+    m_Deadline = kNever;
     m_Lookup.reset();
     setPeer(m_Found.v4(), m_Found.m_Port);
 }

@@ -86,6 +86,9 @@ bool QuicRouter::join(const std::shared_ptr<Reactor>& reactor)
 {
     if (reactor == m_Reactor)
         return true;
+    // A handle is of no use to another door.
+    if (reactor->door() != m_Reactor->door())
+        return false;
     m_Port->flush();
     const unsigned int handle = m_Port->giveAway();
     // The System that it leaves may go on elsewhere, and then must not come by here.

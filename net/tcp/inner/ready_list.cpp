@@ -25,6 +25,9 @@ void ReadyList::enter(TcpConnection& connection, bool isAlways)
         makeRoom(m_Next, m_Members + 1);
         if (isAlways)
             m_Always.push_back(&connection);
+        // A closed connection that another server accepts before its own has abandoned it.
+        if (connection.m_ReadyList)
+            connection.m_ReadyList->leave(connection);
         ++m_Members;
         connection.m_ReadyList = this;
         connection.m_IsListed = false;
