@@ -125,8 +125,9 @@ public:
     // Throws std::system_error where the system has none to give.
     virtual std::unique_ptr<Poller> makePoller() = 0;
 
-    // The addresses of a host name, empty where there are none. The answer comes on any thread, also before this
-    // returns, and it must not throw. May throw for lack of memory; then no answer comes.
+    // Calls answer with the addresses of a host name, or with an empty list if the name has no address. The call comes
+    // on any thread, possibly before resolve() returns, and must not throw. If resolve() throws (no memory), answer is
+    // not called.
     using Answer = std::function<void(std::vector<Endpoint> found)>;
     virtual void resolve(const char* name, Answer answer) = 0;
 

@@ -9,9 +9,9 @@ namespace zet::inner
 // Asks the operating system, and waits for it.
 using AskSystem = std::vector<Endpoint> (*)(const char* name);
 
-// Calls ask() on a thread of the process and then the answer; "localhost" is this machine, and no system is asked. A
-// few threads serve all requests in order and end when there are none; nothing waits for them. Where no thread can be
-// started, the answer is empty and comes at once.
+// Calls ask() and then answer on a background thread; "localhost" needs no lookup. A few threads of the process serve
+// all requests in order and end when the queue is empty; nothing waits for them. If no thread can be started, answer is
+// called at once with an empty list.
 void resolveApart(const char* name, AskSystem ask, Door::Answer answer);
 
 } // namespace zet::inner

@@ -51,8 +51,7 @@ public:
     virtual void reportInputAgain(Watch& watch) = 0;
     virtual void remove(Watch& watch) = 0;
 
-    // Reports the events there are, or, where there are none, those that come within this time. False where it was kept
-    // from looking.
+    // Reports pending events at once; otherwise waits up to this time for the first ones. False if it could not look.
     virtual bool wait(unsigned int milliseconds) = 0;
     // Ends the present or the next wait().
     virtual void wake() = 0;
