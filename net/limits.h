@@ -33,8 +33,8 @@ struct NetLimits
     std::size_t m_OutputSum = 512u * 1024 * 1024;
 
     // Handshake steps per tick, each up to a few milliseconds of computation, and the milliseconds after which a tick
-    // starts no further step. Over UDP a step is the first packet of a new peer. The remaining steps keep their order;
-    // the next tick follows at once. Each tick takes at least one step.
+    // starts no further step. Over UDP a step is the first packet of a new peer, and UdpServer::kAdmissionsPerTick
+    // applies, too. The remaining steps keep their order; the next tick follows at once. Each tick takes at least one.
     int m_HandshakeSteps = 1;
     unsigned int m_HandshakeTime = 20;
 

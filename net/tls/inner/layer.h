@@ -52,7 +52,7 @@ public:
     int open(void* data, int size, Wire wire);
     // Encrypts at most one record from plain. False breaks the connection.
     bool seal(OutputQueue& plain, Wire wire);
-    // Sends close_notify.
+    // Queues close_notify.
     void sayGoodbye(Wire wire);
     // Whether open() can deliver bytes without more input.
     bool hasInput() const;
