@@ -1,4 +1,5 @@
-// Phones and external accounts: binding to an account, query, removal.
+// Phones and external accounts: binding to an account, query, removal. Client and platform server agree on the content
+// of the texts, flags and numbers.
 #pragma once
 
 #include "dispatch/command_process.h"

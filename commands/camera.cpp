@@ -73,14 +73,14 @@ bool skeletons(wire::Describer& v, const int& count, const Found& found)
 
 using Image = unsigned char[kMaskImageSize];
 
-// No more than the array has.
+// At most the bytes of the array.
 bool image(wire::Writer<CCmdPackager>& v, const char*, int size, const Image& bytes, int)
 {
     return wire::writeBytes(v.packager(), bytes, std::clamp(size, 0, kMaskImageSize));
 }
 
-// Bytes beyond the array are taken from the payload and dropped. A byte that is missing keeps its value where known
-// says that it has one, and becomes 0 elsewhere: the array starts unset. None decides.
+// Bytes beyond the array are consumed and dropped. A missing byte keeps its value below known and becomes 0 above it,
+// since the array is uninitialized there. Never fails the read.
 bool image(wire::Reader<CCmdPackager>& v, const char*, int size, Image& bytes, int known)
 {
     const int present = std::clamp(size, 0, wire::Access::left(v.packager()));

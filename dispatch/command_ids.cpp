@@ -2,7 +2,7 @@
 
 #include "dispatch/inner/command_row_rules.h"
 
-// Holds the rows to their rules; there is nothing here for a program to call.
+// Checks the rows at compile time; contains no code.
 namespace
 {
 
@@ -14,7 +14,7 @@ constexpr CommandRow kRows[] = {
 #undef SHARED
 };
 
-// The place of each class's row.
+// The position of each class's row.
 enum Place
 {
 #define COMMAND(id, Class, Base) kPlaceOf##Class,

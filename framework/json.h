@@ -15,7 +15,8 @@ namespace zet
 // A JSON value: null, a boolean, a number, a text, an array or an object. An object keeps its members in the order in
 // which they were added. A plain value, not locked; a copy copies the whole document.
 //
-// Reading as another type is not an error: it gives 0, 0.0 or the empty text, and a missing value reads as null.
+// Reading as another type is not an error: it gives 0, 0.0 or the empty text, and a missing value reads as null. No
+// function reads a boolean: only getType() and Json::convertToString() show it. A null name counts as the empty one.
 class COMMONGROUND_API JsonValue
 {
 public:
@@ -32,7 +33,7 @@ public:
     };
 
     JsonValue() = default;
-    // The empty value of a type.
+    // The empty value of a type: false, 0, the empty text, an array or object without elements.
     JsonValue(Type type);
     // A template, so that no pointer converts to bool.
     template <std::same_as<bool> T>
@@ -55,10 +56,12 @@ public:
     ~JsonValue() = default;
 
     // Converts the value to an array or an object if it is another type, and creates a missing element or member:
-    // elements before it are null; an index below 0 counts as 0. The reference is valid until a sibling is added.
+    // elements before it are null; an index below 0 counts as 0. The reference is valid until a sibling is added or
+    // this value changes.
     JsonValue& operator[](int index);
     JsonValue& operator[](const wchar_t* name);
-    // Null if there is no such element or member, or if the value is of another type.
+    // A null value if there is no such element or member, or if the value is of another type. Valid until this value
+    // changes.
     const JsonValue& operator[](int index) const;
     const JsonValue& operator[](const wchar_t* name) const;
 
@@ -95,12 +98,14 @@ public:
     // The maximum nesting of arrays and objects in a text; deeper texts are refused.
     static constexpr int kMaxDepth = 64;
 
-    // Parses one value from a text. Returns the position after it, where anything may follow. Returns null, and sets
-    // the value to null, if the text has no complete value. Of several members with one name the last value is kept, at
-    // the position of the first.
+    // Parses one value from a text, after any white space. Returns the position after it, where anything may follow.
+    // Returns null, and sets the value to null, if the text is null or has no complete value. Of several members with
+    // one name the last value is kept, at the position of the first. An integer becomes kUnsigned, a negative one
+    // kSigned; any other number, or one beyond 64 bits, kFloat.
     static const wchar_t* parseValue(const wchar_t* text, JsonValue& value);
     // The text of a value: one line without blanks, or, with isPretty, one line per element and member, indented by
-    // four blanks per level. Only characters that JSON requires to be escaped are escaped.
+    // four blanks per level. Only characters that JSON requires to be escaped are escaped. NaN and infinity become
+    // null, an invalid unit of a text becomes U+FFFD.
     static String_T<wchar_t> convertToString(const JsonValue& value, bool isPretty);
 
 private:

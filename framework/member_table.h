@@ -8,7 +8,8 @@
 namespace zet
 {
 
-// One row. A table is a constant array of rows, so it is initialized before any code runs.
+// One row. A table is a constant array of rows, so it is initialized before any code runs. The name is not
+// written; it must outlive the table, as a literal does.
 template <class Class>
 struct Member_T
 {
@@ -39,8 +40,8 @@ constexpr auto memberOf(const wchar_t* name)
                            [](InputStream& stream, Class& object) { stream >> object.*Member; }};
 }
 
-// Writes or reads the members of a table in order. An exception from an operator goes to the caller; the members before
-// it have then been written or read.
+// Writes or reads the members of a table in order. An exception from an operator (Exception for a short stream) goes to
+// the caller; the members before it have then been written or read.
 template <class Class, size_t Count>
 void writeMtbl(OutputStream& stream, const Class& object, const Member_T<Class> (&table)[Count])
 {

@@ -58,7 +58,7 @@ public:
         }
         return *this;
     }
-    // Stops at the first zero; a null pointer gives the empty text.
+    // Reads up to the first zero; a null pointer gives the empty text.
     String_T& operator=(const T* text)
     {
         assign(text, lengthOf(text));
@@ -66,17 +66,17 @@ public:
     }
 
     int getLength() const { return m_Length; }
-    // Units that the text may grow to before its storage moves.
+    // The length in units that fits without a new allocation.
     int getCapacity() const { return m_Capacity; }
     bool isEmpty() const { return m_Length == 0; }
     const T* getBuffer() const { return m_Text; }
-    // Length in units, the form's own word for it.
+    // The same as getLength().
     int getBufferLength() const { return m_Length; }
     operator const T*() const { return m_Text; }
     T operator[](int index) const { return m_Text[index]; }
     std::basic_string_view<T> view() const { return {m_Text, static_cast<size_t>(m_Length)}; }
 
-    // The first place of a unit at or after from, or -1.
+    // The index of the first such unit at or after from, or -1.
     int find(int unit, int from) const
     {
         for (int i = from < 0 ? 0 : from; i < m_Length; ++i)
@@ -85,7 +85,7 @@ public:
         return -1;
     }
 
-    // Up to count units from a place, as far as the text reaches.
+    // Up to count units from an index on; fewer at the end of the text.
     String_T getSubString(int from, int count) const
     {
         if (from < 0)
@@ -103,7 +103,7 @@ public:
         return *this;
     }
 
-    // Takes white space off both ends.
+    // Removes white space at both ends.
     String_T& trim()
     {
         int first = 0;

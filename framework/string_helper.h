@@ -10,8 +10,7 @@ namespace zet
 class COMMONGROUND_API StringHelper
 {
 public:
-    // What is no valid UTF-8, and a unit that is no character, comes out as U+FFFD. A null pointer gives the empty
-    // text.
+    // Invalid UTF-8, and a unit that is not a valid character, becomes U+FFFD. A null pointer gives the empty text.
     static String_T<wchar_t> utf8ToWide(const char* text);
     static String_T<char> wideToUtf8(const wchar_t* text);
 };

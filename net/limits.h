@@ -1,4 +1,4 @@
-// What a listening port, of TCP or of UDP, takes from peers that it does not know.
+// Limits of a listening TCP or UDP port against peers that it does not know.
 #pragma once
 
 #include <cstddef>
@@ -6,51 +6,57 @@
 namespace zet
 {
 
-// The defaults suit a server on the open internet. Zero takes a bound away, but where a field says otherwise. A host
-// sets what differs before it listens; established connections keep what they were accepted with.
+// The defaults suit a server on the open internet. 0 or less removes a limit, unless the field says otherwise. Set the
+// limits before listening; TcpServer::setLimits() and UdpServer::setLimits() say what a later change affects. A UDP
+// port uses the numbers of connections and the two handshake limits only.
 struct NetLimits
 {
-    // Connecting and established connections of the port. One more is closed at once, before any memory is kept for it,
-    // and the log is told, once a minute at most. Each takes a handle of the process and, idle, about 1 KiB over TCP,
-    // about 40 KiB with TLS and about 90 KiB over UDP.
+    // Connections that the port has accepted or that wait to be accepted, including those in their handshake. Over TCP
+    // one more is closed at once, before memory is allocated for it, and logged at most once a minute; over UDP it is
+    // refused. An idle connection needs about 1 KiB over TCP, 40 KiB with TLS, 90 KiB over UDP; over TCP also one
+    // handle of the process.
     int m_Connections = 20000;
-    // Of these, from one IPv4 address: a household, a school or the phones of one cell tower share one. A port behind
-    // a proxy that hides the addresses of its peers takes this bound and the next one away.
+    // The part of m_Connections from one IPv4 address, or from one IPv6 network of 64 bits. A household, a school or
+    // the phones of a cell tower share an IPv4 address. Set this and the next limit to 0 if peers connect through a
+    // proxy that hides their addresses.
     int m_ConnectionsPerAddress = 1000;
-    // Of these, from addresses with the same first three bytes.
+    // The part of m_Connections from addresses with the same first three bytes; for IPv6, with the same first 48 bits.
     int m_ConnectionsPerSubnet = 5000;
 
-    // Bytes that one packet of a peer may have, and that are held for it, until a handler has taken its first command:
-    // a registration or a login is far below. Then the limit that the host sets for packets counts.
+    // Bytes of the largest packet that a peer may send before one of its commands or messages has been handled: a
+    // registration or a login is far below. Afterwards the host's own limit for packets applies. Over TCP.
     int m_FirstInput = 1024 * 1024;
-    // Bytes of all connections of the port that have come and were not handled yet, and bytes that wait to be sent.
-    // Once a sum is reached, a connection that grows beyond its equal part of it is ended; the others go on.
+    // Bytes of memory for received, unhandled input and bytes queued for sending, of all connections of the port. While
+    // the sum is above its limit, a connection that holds more than its equal share of the limit is ended (input), or
+    // cannot send (output); the other connections are not affected. Over TCP.
     std::size_t m_InputSum = 512u * 1024 * 1024;
     std::size_t m_OutputSum = 512u * 1024 * 1024;
 
-    // Steps of handshakes that one tick takes, each up to a few milliseconds of arithmetic, and the milliseconds after
-    // which a tick begins no further step. Over UDP a step is the first packet of a new peer. What is left waits in
-    // order for the next tick, which follows at once. At least one step is taken in each tick.
+    // Handshake steps per tick, each up to a few milliseconds of computation, and the milliseconds after which a tick
+    // starts no further step. Over UDP a step is the first packet of a new peer, and UdpServer::kAdmissionsPerTick
+    // applies, too. The remaining steps keep their order; the next tick follows at once. Each tick takes at least one.
     int m_HandshakeSteps = 1;
     unsigned int m_HandshakeTime = 20;
 
-    // Bytes that a connection receives in one tick where the port has others, too: a peer that sends without end hands
-    // the turn on behind them. Over TCP.
+    // Bytes that a connection receives per tick while its System has other work: a peer that sends without pause lets
+    // the others have their turn. Over TCP.
     int m_TurnInput = 8 * 1024;
-    // Milliseconds that the connections of the port take of one tick together. Those that had no turn come first in the
-    // next one. Over TCP.
+    // Milliseconds per tick for the connections of the port together. Connections that had no turn are first in the
+    // next tick. Over TCP.
     unsigned int m_TurnTime = 1000;
 
-    // How a peer that vanished is noticed over TCP: seconds of silence until the operating system probes it, seconds
-    // between probes, and probes without an answer that end the connection; 0 for no probes.
+    // Detection of a vanished peer over TCP: seconds of silence before the operating system probes it, seconds between
+    // probes, and the unanswered probes after which the connection ends as broken. 0 in any of the three turns probes
+    // off. Windows chooses the number of probes itself.
     int m_ProbeAfter = 30;
     int m_ProbeEvery = 10;
     int m_Probes = 3;
-    // Milliseconds that sent bytes may stay without an acknowledgement, or without room at the peer, where the
-    // operating system has such an option; 0 for the system's own time, which is many minutes.
+    // Milliseconds that sent bytes may remain unacknowledged, or that the peer may accept no more bytes, before the
+    // connection ends. 0 for the operating system's own time, which is many minutes. Over TCP, only on systems with
+    // such an option (Linux).
     unsigned int m_UnacknowledgedTime = 60000;
-    // Milliseconds without a byte from the peer after which the connection is ended; 0, the default, for no end. For
-    // protocols whose peers keep themselves alive. Runs while the port listens. Over TCP.
+    // Milliseconds without a byte from the peer after which the connection ends as broken; 0, the default, for no end;
+    // at most 2,147,483,647. For protocols whose peers send keep-alives. Checked while the port listens. Over TCP.
     unsigned int m_IdleTime = 0;
 };
 

@@ -6,7 +6,7 @@
 namespace zet
 {
 
-// Hosts compare with this by reference, too. A Windows library exports such a constant only where it is defined.
+// Hosts may bind a reference to this constant. A DLL exports it only if it is defined here.
 const unsigned int Socket::kNoHandle;
 
 bool Socket::attach(unsigned int handle)
@@ -34,7 +34,7 @@ String_T<wchar_t> Socket::getHostName()
 
 hostent* Socket::gethostbyname(const char* name)
 {
-    // The empty name is this machine to Windows, and no name elsewhere.
+    // Windows resolves the empty name to this machine; other systems do not accept it.
     return name && *name ? inner::Door::getHostByName(name) : nullptr;
 }
 

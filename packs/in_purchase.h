@@ -36,7 +36,7 @@ struct COMMONGROUND_API InPurchasePack_CheckIfOpenInPurchase_Reply
     zet::String_T<wchar_t> m_Text2;
 };
 
-// The members lie in another order than they travel in.
+// The members are declared in another order than on the wire.
 struct COMMONGROUND_API InPurchasePack_SaveOrderId_Request
 {
     WIRE_INTERFACE_CMD

@@ -21,10 +21,10 @@ enum SocialError : unsigned short
     kSocialErrorNoFreeApi = 3
 };
 
-// The words for an error; empty for none.
+// The message for an error, in Chinese; empty for none, "Unknow Error" for an unknown one.
 COMMONGROUND_API zet::String_T<wchar_t> getSocialErrMsg(int error);
 
-// The base of request and reply, not a command itself. Read appends to m_PackData.
+// The base of request and reply, not a command itself. Read appends to m_PackData. The library does not check the seed.
 class COMMONGROUND_API CCmdSocialPlatform : public CCmdPlatform
 {
 public:
@@ -32,7 +32,7 @@ public:
     // same one. Not const, since hosts know it as a variable; nothing in the library assigns to it.
     static zet::Uuid g_VerifySeed;
 
-    // Sets the text of the process's seed.
+    // Sets m_VerifySeed to the twelve hexadecimal digits of g_VerifySeed's last six bytes.
     explicit CCmdSocialPlatform(unsigned short id);
     WIRE_INTERFACE_CMD_OVERRIDE
 

@@ -24,8 +24,8 @@ AccountData::AccountData(const AccountData& other) = default;
 AccountData::AccountData(AccountData&& other) noexcept = default;
 AccountData::~AccountData() = default;
 
-// Assignment and Reset put a new object in the place of the old one, so that the fields stand in the class and in the
-// order alone. All that can fail is done before, and the move cannot: a failure leaves the old object as it was.
+// Assignment and Reset replace the whole object, so that the fields are listed in the class and in the order only. The
+// steps that can fail come first and the move cannot, so a failure leaves the old object unchanged.
 static_assert(std::is_nothrow_move_constructible_v<AccountData>);
 
 static void Replace(AccountData& old, AccountData&& made)

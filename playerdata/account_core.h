@@ -25,9 +25,9 @@ public:
     // assignment from a temporary follows the same rule.
     AccountData& operator=(const AccountData& other);
 
-    // A field or a count that fails ends either with false; so does an element that cannot be written. An element that
-    // cannot be read is stored as far as it was read, and the reading goes on. Read keys the games by their m_GameId,
-    // the last of two staying, and the dates by their place: holes between their slots close when they travel.
+    // Both return false if a field or a count fails, and Write also if an element fails. An element that cannot be read
+    // is stored as far as it was read, and Read continues. Read keys the games by their m_GameId, of two the later
+    // is kept, and the dates by their position: gaps between their slots are lost on the wire.
     WIRE_INTERFACE_BOTH
 
     // Resets everything to its default except the base fields of m_KinectGame, which do not change.
@@ -69,8 +69,8 @@ public:
     //   games ::= { game-id "|" best-score "|" play-times "|" cool-down-seconds "|" locked "_" }
     //   dates ::= 20 times { date "|" slot "_" }
     //
-    // Numbers are decimal ints, the score truncated toward zero, locked 0 or 1. The dates are the m_LastPlayTime of
-    // the games that have an m_DateSlot from 0 to 19; the other slots are empty. There is no escape.
+    // Numbers are decimal ints, the score truncated toward zero, locked 0 or 1. The dates are the m_LastPlayTime of the
+    // games that have an m_DateSlot from 0 to 19; the other slots are empty. Nothing is escaped.
 
     // Returns the valid games of m_TrainingMap and the 20 dates; empty if the map is empty.
     zet::String_T<wchar_t> SaveStringFromTraining();
@@ -85,7 +85,7 @@ public:
     //   items ::= { name "|" pieces "|" seconds "=" }
     //
     // The seconds run from FGameItem::_DiscardStartTime to the deadline, 0 for none, and only their low 32 bits are
-    // written. There is no escape: a load drops a name with '|' or '=', and one of 50 units or more.
+    // written. Nothing is escaped: a load drops a name with '|' or '=', and one of 50 units or more.
 
     // Returns the valid stacks of the bag.
     zet::String_T<wchar_t> SaveStringFromItem() const;

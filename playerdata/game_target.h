@@ -1,4 +1,5 @@
-// Two parts of a match's description: its difficulty and its targets. All fields are carried.
+// Two parts of a match's description: its difficulty and its targets. All fields are carried: copied without being
+// interpreted.
 #pragma once
 
 #include "framework/platform/export.h"

@@ -16,8 +16,8 @@ public:
 
     WIRE_INTERFACE_BOTH
 
-    // Whether the item has pieces and a name and has not expired. It expires at the second of the deadline; an invalid
-    // deadline counts as expired.
+    // Whether m_Num is above 0, the name is not empty and the deadline is in the future. The item expires at the second
+    // of the deadline; an invalid deadline counts as expired.
     bool IsValid() const;
 
     int m_ItemType = 0; // carried
@@ -30,7 +30,7 @@ public:
     zet::String_T<wchar_t> m_Text2; // carried
     zet::String_T<wchar_t> m_Text3; // carried
     zet::String_T<wchar_t> m_Text4; // carried
-    // The date on which the item expires, for zet::Time::convertFromString; empty for never.
+    // The local standard time at which the item expires, for zet::Time::convertFromString; empty for never.
     zet::String_T<wchar_t> m_Deadline;
     zet::String_T<wchar_t> m_Text5; // carried
     zet::String_T<wchar_t> m_Text6; // carried
@@ -47,7 +47,8 @@ public:
 
     // Whether a prize is left in stock or reserve.
     bool IsHaveSku() const;
-    // Takes one prize from the stock or, if that is empty, from the reserve; neither falls below 0.
+    // Takes one prize from the stock or, if that is empty, from the reserve; neither falls below 0. Does nothing if
+    // either is unlimited.
     void SubtractSku();
 
     int m_Value0 = 0; // carried

@@ -12,7 +12,7 @@
 class COMMONGROUND_API FGameTrade
 {
 public:
-    // Items come first on the wire. Read stops at the first that fails; those before it stay.
+    // Items are first on the wire. Read stops at the first item that fails and keeps those before it.
     WIRE_INTERFACE_BOTH
 
     // m_MainType, or "Undefine" if it is empty.
@@ -42,8 +42,8 @@ public:
 class COMMONGROUND_API FGameShop
 {
 public:
-    // Read empties m_ShopTrades but adds to m_InPurchaseTrades: whoever reads a catalogue again starts from a fresh
-    // object. Of two shop offers with one name the later stays.
+    // Read clears m_ShopTrades but appends to m_InPurchaseTrades: to read a catalogue again, use a new object. Of two
+    // shop offers with one name the later is kept.
     WIRE_INTERFACE_BOTH
 
     // The offer of a name, or null; of two offers for real money with one name, the first. Owned by the shop and valid
@@ -51,7 +51,7 @@ public:
     FGameTrade* GetShopTradeByName(const zet::String_T<wchar_t>& name);
     FInPurchaseGameTrade* GetInPurchaseGameTradeByName(const zet::String_T<wchar_t>& name);
 
-    // In the catalogue's order.
+    // In the order of the catalogue.
     std::vector<FInPurchaseGameTrade> m_InPurchaseTrades;
     // By m_TradeName.
     std::map<zet::String_T<wchar_t>, FGameTrade> m_ShopTrades;

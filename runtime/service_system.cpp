@@ -39,7 +39,7 @@ void CMyServiceSystem::exit()
 {
     zet::Log::stop();
     ServiceOff();
-    // Not the class between, which would turn the service off again.
+    // Not ServiceSystem::exit(), which would call ServiceOff() again.
     zet::System::exit();
 }
 

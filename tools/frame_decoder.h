@@ -69,8 +69,8 @@ private:
 };
 
 // A recording that is raw or hexadecimal text. It is text if its first kDecidingBytes bytes, or all if there are fewer,
-// are hexadecimal digits and white space: in a raw frame the size word would then announce more than 37,000,000 bytes,
-// and in a datagram frame these bytes contain the head's version, which is no such character.
+// are hexadecimal digits and white space. In a raw stream frame the size word would then announce more than 37,000,000
+// bytes, and in a datagram frame these bytes contain the head's version, which is neither a digit nor white space.
 class Recording
 {
 public:

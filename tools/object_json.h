@@ -18,7 +18,7 @@ nlohmann::ordered_json objectJson(const wire::Schema& schema, const void* object
 
 // The number that a float is in JSON.
 nlohmann::ordered_json floatJson(float value);
-// A text in UTF-8; what is no character comes out as U+FFFD.
+// A text in UTF-8, with U+FFFD for each unit that is not a valid character.
 std::string utf8Of(const wchar_t* text);
 std::string hexOf(const void* data, size_t size);
 // The value of a hexadecimal digit, or -1.

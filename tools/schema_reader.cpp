@@ -18,7 +18,7 @@ struct Failed
 {
 };
 
-// Values of bytes, one after the other, each noted as it is read.
+// Reads values from bytes in order, and records each.
 class SchemaReader
 {
 public:
@@ -73,7 +73,7 @@ public:
             ended = ended || unit == 0;
             if (ended)
                 continue;
-            // A four-byte reader makes one value of each surrogate, whatever stands beside it.
+            // A reader with four-byte units turns each surrogate into one value, whatever the unit beside it.
             const bool surrogate = sizeof(wchar_t) == 4 && unit >= 0xD800 && unit <= 0xDFFF;
             const uint32_t wide =
                 surrogate ? ((((unit - 0xD800) & 0xFFFF) << 10) | ((unit - 0xDC00) & 0xFFFF)) + 0x10000 : unit;

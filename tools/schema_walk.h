@@ -1,12 +1,14 @@
-// The one walk over a schema: an object's values in wire order, as JSON. Where they come from is the source's matter:
-// an object's memory, bytes, a generator of random payloads.
+// The one walk over a schema: gives an object's values in wire order, as JSON. A source provides the values: an
+// object's memory, bytes, or a generator of random payloads.
 //
-// A source has kInMemory and, each under the path of its value,
+// A source has kInMemory and these functions, each with the path of the value:
 //   number(field, place, path), real(field, ...), text(field, ...), block(field, ...)   one value
-//   raw(field, place, size, path)                                                       that many raw bytes
-//   count(list, path), literal(own, path)    the count of a list; what a table sends before it, and own would be right
-//   sized(field, said)                       how much of an array there is, where a member said so
-// Only a source in memory has places; there a list's elements are those that it holds, and counts do not matter.
+//   raw(field, place, size, path)     raw bytes of the given size
+//   count(list, path)                 the count of a list
+//   literal(own, path)                the number that a table sends before its rows; own is the valid one
+//   sized(field, said)                the used size of an array; said is what its member gives
+// A place is an address, for a source in memory only. There a list has the elements that it holds, and counts are not
+// asked for.
 #pragma once
 
 #include "packaging/wire/schema.h"
@@ -28,12 +30,12 @@ public:
     using Json = nlohmann::ordered_json;
     using Field = wire::Field;
     using Kind = wire::Kind;
-    // An address, or 0.
+    // An address, or 0 for other sources.
     using Place = uintptr_t;
 
     explicit SchemaWalk(Source& source) : m_Source(source) {}
 
-    // The fields of an object, a head's first.
+    // The fields of an object; those of a head are first.
     Json object(const wire::Schema& schema, Place at, const std::string& path)
     {
         Scope scope{schema, at, {}, {}};
@@ -49,7 +51,7 @@ public:
     }
 
 private:
-    // An object, and what its later fields need of its earlier ones, by their offsets.
+    // An object, and the values that its later fields need of earlier ones, by the offset of the member.
     struct Scope
     {
         const wire::Schema& m_Schema;
@@ -70,7 +72,7 @@ private:
             return table(field, path, scope, json);
         if (Source::kInMemory && (field.name.empty() || field.kind == Kind::kCount))
             return;
-        // What no member keeps shows its type.
+        // A value without a member is named by its type.
         const std::string name = field.name.empty() ? joined(path, "(") + field.type + ")" : joined(path, field.name);
         if (field.kind == Kind::kCount)
         {
@@ -203,7 +205,7 @@ private:
         const auto said = scope.m_Sizes.find(field.sizeOffset);
         return m_Source.sized(field, said == scope.m_Sizes.end() ? 0 : said->second);
     }
-    // The list whose elements come later, or the count itself for a table.
+    // The list whose elements follow later; for a table, the count itself.
     static const Field& laterOf(const wire::Schema& schema, const Field& count)
     {
         for (const Field& field : schema.fields)
@@ -212,7 +214,7 @@ private:
         return count;
     }
 
-    // Paths cost a source in memory nothing, since it asks for none.
+    // A source in memory does not use paths, so none are built for it.
     static std::string joined(const std::string& path, std::string_view more)
     {
         return Source::kInMemory ? std::string() : std::string(path).append(more);

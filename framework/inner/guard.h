@@ -1,4 +1,4 @@
-// The one guard around what a host has written, and around the work of a tick.
+// The guard around code that a host has written, and around the work of a tick.
 #pragma once
 
 #include "framework/inner/report.h"
@@ -8,8 +8,8 @@
 namespace zet::inner
 {
 
-// False where the call threw. Then tell() has been called with the text of a standard exception, or with null for
-// anything else; what it throws is lost, and nothing goes further.
+// False if the call threw. Then tell() was called with the text of a standard exception, or with null for any other; an
+// exception from tell() is discarded.
 template <class Call, class Tell>
 bool guardCall(Call call, Tell tell) noexcept
 {

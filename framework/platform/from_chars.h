@@ -1,4 +1,4 @@
-// std::from_chars for floating point, also where the standard library has it for integers only.
+// std::from_chars for float and double, also where the standard library has it for integers only.
 #pragma once
 
 #include <charconv>
@@ -17,7 +17,8 @@ namespace zet::platform
 
 #ifndef _WIN32
 // The same by the C library, with '.' as the decimal point whatever the locale of the process. As with std::from_chars,
-// a number that is too large or too small leaves value unchanged. The text must not start with a space, '+' or "0x".
+// a number that is too large or too small leaves value unchanged. The text must not start with a space, '+' or "0x". It
+// is copied, so this may throw std::bad_alloc.
 template <class Float>
 std::from_chars_result fromCharsByC(const char* first, const char* last, Float& value, std::chars_format format)
 {

@@ -13,7 +13,7 @@ namespace zet::inner
 namespace
 {
 
-// Less room than this is not worth a system call.
+// With less free space than this a receive call is not worth its cost.
 constexpr int kLeastRoom = 4096;
 
 void release(Block* block, BlockPool* pool)
@@ -139,7 +139,7 @@ void InputBuffer::settle(BlockPool& pool)
     if (held == 0)
         drop(&pool);
     else if (m_Block->m_Capacity / 4 > held && m_Block->m_Capacity > BlockPool::kSmall)
-        // Where memory is short, the large block does as well.
+        // If memory is short, the large block stays.
         moveTo(pool.take(held), pool);
 }
 

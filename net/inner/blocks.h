@@ -1,4 +1,4 @@
-// The bytes of a connection on their way in and out. Both stores hold no memory while they are empty.
+// The buffers of a connection for input and output. Both hold no memory while they are empty.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,7 @@
 namespace zet::inner
 {
 
-// A piece of memory with its bytes behind it.
+// The head of a piece of memory; m_Capacity bytes follow it, of which those from m_Begin to m_End are in use.
 struct Block
 {
     Block* m_Next;
@@ -20,15 +20,15 @@ struct Block
     int room() const { return m_Capacity - m_End; }
 };
 
-// Keeps some blocks of each usual size for the next one who needs one. Belongs to one thread.
+// Keeps released blocks of the usual capacities for reuse. THREADS: one.
 class BlockPool
 {
 public:
-    // Capacity of the smallest usual block, in which a few commands fit; each further one has twice as much.
+    // The smallest usual capacity, enough for a few commands. The others are its doubles up to 32 KiB, and kUsual.
     static constexpr int kSmall = 1024;
-    // Of the largest: 64 KiB together with its head.
+    // The largest usual capacity: 64 KiB with the head.
     static constexpr int kUsual = 0x10000 - static_cast<int>(sizeof(Block));
-    // Blocks of each size.
+    // Blocks kept of each capacity.
     static constexpr int kKept = 16;
 
     BlockPool() = default;
@@ -36,9 +36,9 @@ public:
     BlockPool(const BlockPool&) = delete;
     BlockPool& operator=(const BlockPool&) = delete;
 
-    // The capacity of the smallest usual block for so many bytes, or just as many where none has the room.
+    // The smallest usual capacity of at least size bytes; size itself if it is above kUsual.
     static int roundUp(int size);
-    // An empty block, or null where memory is short.
+    // An empty block of this capacity, or null if memory is short. The caller returns it with give().
     Block* take(int capacity);
     void give(Block* block);
 
@@ -52,13 +52,13 @@ private:
     static constexpr int kShelves = 7;
     static_assert(kSmall << (kShelves - 2) < kUsual && kSmall << (kShelves - 1) > kUsual);
 
-    // Null for a capacity that is not usual.
+    // Null if the capacity is not a usual one.
     Shelf* shelfOf(int capacity);
 
     Shelf m_Shelves[kShelves];
 };
 
-// What has come and was not yet read, in one piece.
+// Received bytes that have not been read, in one piece.
 class InputBuffer
 {
 public:
@@ -71,15 +71,19 @@ public:
     // Bytes of memory that are held.
     int capacity() const { return m_Block ? m_Block->m_Capacity : 0; }
     const unsigned char* data() const { return m_Block ? m_Block->bytes() + m_Block->m_Begin : nullptr; }
+    // REQUIRES: 0 < size <= size().
     void consume(int size) { m_Block->m_Begin += size; }
 
-    // Makes room at the end, doubling what is there where it is full. Returns the room, or 0 where memory is short.
+    // Frees space at the end, by a larger block if necessary. Returns the free bytes; 0 if there are none and memory is
+    // short.
     int prepare(BlockPool& pool);
     unsigned char* end() { return m_Block->bytes() + m_Block->m_End; }
     void grow(int size) { m_Block->m_End += size; }
 
-    // Gives back what an idle connection does not need: all when empty, else what is far above the bytes held.
+    // Releases memory that an idle connection does not need: all if empty, the excess if the block is more than four
+    // times too large.
     void settle(BlockPool& pool);
+    // Without a pool the memory is freed.
     void drop(BlockPool* pool);
     void swap(InputBuffer& other);
 
@@ -89,7 +93,7 @@ private:
     Block* m_Block = nullptr;
 };
 
-// What was sent and has not yet left, in pieces that grow from 1 KiB to the usual block.
+// Bytes queued for sending, in blocks that grow from 1 KiB to kUsual.
 class OutputQueue
 {
 public:
@@ -99,7 +103,7 @@ public:
     OutputQueue& operator=(const OutputQueue&) = delete;
 
     size_t size() const { return m_Size; }
-    // All or nothing.
+    // Queues all bytes, or none if memory is short.
     bool write(const void* data, int size, BlockPool& pool)
     {
         if (!m_Tail || m_Tail->room() < size)
@@ -108,9 +112,11 @@ public:
         return true;
     }
 
-    // The first block of what is queued; the others follow by m_Next.
+    // The first block of the queue, null if it is empty; m_Next links the others.
     Block* front() { return m_Head; }
+    // REQUIRES: size <= size().
     void consume(size_t size, BlockPool& pool);
+    // Without a pool the memory is freed.
     void drop(BlockPool* pool);
     void swap(OutputQueue& other);
 

@@ -1,4 +1,4 @@
-// Counted objects of one reactor: a plain count, touched by the reactor's thread only.
+// Reference-counted objects of one reactor. The count is not atomic: only the reactor's thread uses it.
 #pragma once
 
 #include <utility>
@@ -21,7 +21,7 @@ private:
     int m_Count = 0;
 };
 
-// A hold on a counted object.
+// A reference to a counted object.
 template <class T>
 class Ref
 {
@@ -32,7 +32,7 @@ public:
         if (m_Object)
             m_Object->addRef();
     }
-    // Takes over what addRef() has counted.
+    // Takes over a reference that addRef() has counted already.
     static Ref adopt(T* object)
     {
         Ref made;

@@ -1,4 +1,4 @@
-// What an override of a host throws ends with the call of it.
+// Keeps an exception of a host's override inside the call of that override.
 #pragma once
 
 #include "framework/inner/guard.h"
@@ -11,11 +11,10 @@ class TcpConnection;
 namespace zet::inner
 {
 
-// Reports to the log what was thrown, with the connection's peer where there is a connection. Where the log throws,
-// too, it is lost.
+// Logs an exception, with the connection's peer if there is a connection. If logging throws, too, the report is lost.
 void reportThrown(const wchar_t* where, const char* what, const TcpConnection* connection) noexcept;
 
-// Calls what a host may have written. False where it threw, which is logged and goes no further.
+// Calls code that a host may have written. False if it threw; the exception is logged and not passed on.
 template <class Call>
 bool guard(const wchar_t* where, const TcpConnection* connection, Call call) noexcept
 {

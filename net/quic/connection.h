@@ -1,4 +1,4 @@
-// One connection over a UDP port, and the stack that stands on it.
+// One connection of a UDP port, and the classes of the stack on top of it.
 #pragma once
 
 #include "net/quic/server.h"
@@ -11,9 +11,11 @@ namespace inner
 class UdpLink;
 } // namespace inner
 
-// A stream of bytes in either direction. No task: its server's tick ticks it, in each tick in which something has
-// come, fallen due or was left unread. What is sent is queued and leaves at the end of the tick. A connection may be
-// closed or let go of at any time, also within its own calls; one that lives on the stack not within its own calls.
+// A stream of bytes in each direction. Not a task: the onTick() of its server ticks it, in each tick in which bytes
+// have arrived, a timer has expired or input was left unread. What is sent is queued and leaves at the end of the tick.
+//
+// OWNERSHIP: the host's; the server does not keep it alive. A connection may be closed or released at any time, also
+// within its own calls; an object on the stack must outlive its own calls. THREADS: the server's.
 class COMMONGROUND_API UdpServer::UdpConnection : public virtual Unknown
 {
 public:
@@ -24,78 +26,79 @@ public:
         kDown = 0,
         kConnecting = 1,
         kEstablished = 2,
-        // The peer has ended it, and all that it sent was received.
+        // The peer has ended the connection, and everything it sent was received.
         kClosedByPeer = 3,
-        // It broke: the peer was silent for too long or fell out of the protocol, or the server was closed.
+        // The peer was silent for too long or violated the protocol, or the server was closed.
         kBroken = 4,
-        // The peer refused, is not who he should be, or did not answer.
+        // The peer refused, failed the verification of its certificate, or did not answer; or the name has no address.
         kConnectFailed = 5
     };
 
-    // Bytes that wait to be sent, or to be confirmed, at which a send fails; below them a send of any size is taken.
+    // Bytes queued or unconfirmed from which on a send fails. Below the limit a send of any size succeeds.
     static constexpr size_t kDefaultOutputLimit = 4 * 1024 * 1024;
 
     UdpConnection() = default;
-    // Closes as close() does.
+    // Closes as close() does; onClose() is not called.
     ~UdpConnection() override;
     UdpConnection(const UdpConnection&) = delete;
     UdpConnection& operator=(const UdpConnection&) = delete;
 
-    // Looks at what has happened: calls onReceive() where bytes wait that came since the last tick, onSend() where
-    // the peer has confirmed bytes since then, and onClose(), once, where the connection has ended by itself and
-    // nothing is left to read.
+    // Reports what has happened since the last tick: calls onReceive() if bytes have arrived, onSend() if the peer has
+    // confirmed bytes, and onClose(), once, if the connection has ended by itself and nothing is left to read.
     virtual void onTick(unsigned int tick);
-    // Begins a connection from the port of a server to a numeric address or a host name. The peer gets the id before
-    // it accepts. The connection is connecting when this returns true. False changes nothing: it has a connection
-    // already, the server has no port, or the address is not valid. A name is resolved on another thread meanwhile; one
-    // that has no address ends as kConnectFailed.
+    // Opens a connection from the server's port to a numeric address or a host name. The peer gets the id before it
+    // accepts. True: the connection is connecting. False, and nothing changed: it has a connection already, the server
+    // has no port, or the address or port is not valid. A name is resolved on another thread; one without an address
+    // ends as kConnectFailed.
     virtual bool connect(UdpServer* server, const wchar_t* ip, unsigned short port, const Uuid& id);
-    // Takes bytes that have come, up to size; 0 when there are none; -1 once the connection is down.
+    // Reads up to size received bytes. Returns their number, 0 if there are none, -1 once the connection is down.
     virtual int receive(void* data, int size);
-    // Queues the bytes, also on a connection still on its way up. Returns size, or 0 where the connection is down or
-    // the queue is full.
+    // Queues the bytes, also while connecting. Returns size, or 0 if the connection is down, the queue has reached the
+    // output limit, memory is short, or size is not positive; then nothing is queued.
     virtual int send(const void* data, int size);
-    // Ends the connection. What waits to be sent goes on its way without this object for the server's linger time;
-    // on a connection still on its way up it is lost. What has come and was not read is forgotten.
+    // Ends the connection without onClose(). Queued bytes are still sent, without this object, for at most the server's
+    // m_LingerTime; while connecting they are lost. Unread bytes are lost.
     virtual void close();
-    // The peer has confirmed bytes, so there is room in the queue.
+    // Called when the peer has confirmed bytes, so the queue has space again.
     virtual void onSend();
-    // Bytes have come.
+    // Called when bytes have arrived.
     virtual void onReceive();
-    // Bytes that receive() gives at once.
+    // Bytes that receive() can return at once.
     virtual int available() const;
-    // The connection has ended, not by close().
+    // Called once when the connection has ended other than by close(). The object may connect again.
     virtual void onClose();
 
     ConnectionState getConnectionState() const { return m_State; }
-    // The id that connect() was given, here or at the other end; all zero before the first connection.
+    // The id given to connect(), here or on the peer's side; all zero before the first connection.
     const Uuid& getConnectionId() const { return m_ConnectionId; }
-    // "192.168.0.1:8000"; empty before the first connection, and the last peer's after it.
+    // "192.168.0.1:8000"; empty before the first connection, and the last peer's afterwards.
     String_T<wchar_t> getPeerName() const;
-    // The peer's four address bytes as they lie in memory, in network order, and its port.
+    // The peer's four address bytes as they are in memory, in network order, and its port.
     unsigned int getPeerAddress() const { return m_PeerAddress; }
     unsigned short getPeerPort() const { return m_PeerPort; }
 
+    // Bytes; kDefaultOutputLimit at first.
     void setOutputLimit(size_t bytes) { m_OutputLimit = bytes; }
-    // Bytes that wait to be sent or to be confirmed.
+    // Bytes queued or sent and not confirmed yet.
     size_t getOutputSize() const;
 
 protected:
-    // The bytes that have come, in one piece; null for none. Valid until the connection is next touched.
+    // The received bytes in one piece, available() of them; null if there are none. Valid until the next call of this
+    // object.
     const unsigned char* getInput() const;
-    // Takes bytes that have come, without copying them; at most as many as are there.
+    // Discards up to size received bytes without a copy.
     void consume(int size);
-    // Ends the connection as broken, for what the peer has done. What has come can still be read; the tick behind that
-    // calls onClose(), and its server's onEnd() follows. Nothing on a connection that has ended.
+    // Ends the connection as broken because of what the peer has sent. Received bytes can still be read; the next tick
+    // after that calls onClose(), and the server's onEnd() follows. No effect on a connection that has ended.
     void breakOff();
-    // Whether a connection has begun, by connect() or by a server's accept(), since this was last asked.
+    // Whether connect() or a server's accept() has given this object a connection since the last call.
     bool takeBeginning();
 
 private:
     friend class UdpServer;
     friend class inner::UdpLink;
 
-    // Whether there is no connection, or it has ended and everything was read.
+    // True without a connection, and if it has ended and everything was read.
     bool isOver() const;
 
     inner::UdpLink* m_Link = nullptr;
@@ -108,13 +111,13 @@ private:
     size_t m_OutputLimit = kDefaultOutputLimit;
 };
 
-// In order, nothing twice, nothing lost. The transport below does it for every connection; this is its place in the
-// stack.
+// Bytes arrive in order, once, and completely. QUIC does this for every connection; the class exists for its place in
+// the stack.
 class COMMONGROUND_API UdpReliableConnection : public UdpServer::UdpConnection
 {
 };
 
-// Encrypted, and proven as far as the TLS contexts of both sides ask; also the transport's doing.
+// Encrypted, and authenticated as far as the TLS contexts of both sides demand. QUIC does this, too.
 class COMMONGROUND_API UdpSecureConnection : public UdpReliableConnection
 {
 };

@@ -1,4 +1,4 @@
-// A UDP connection with a readable and a writable side.
+// A UDP connection as a readable and writable stream.
 #pragma once
 
 #include "framework/stream.h"
@@ -7,7 +7,7 @@
 namespace zet
 {
 
-// Reading and writing never wait. What is read comes from the same place as that which receive() gives.
+// Reading and writing never block. read() and receive() take the same bytes.
 class COMMONGROUND_API UdpStream : public UdpSecureConnection, public IO
 {
 public:
@@ -16,7 +16,7 @@ public:
     int read(void* data, int size) override;
     const unsigned char* view(int size) override;
     int skip(int size) override;
-    // As send().
+    // The same as send().
     int write(const void* data, int size) override;
 };
 

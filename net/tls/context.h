@@ -1,4 +1,4 @@
-// What this side of TLS connections shows to its peers, and whom it believes.
+// What this side of TLS connections shows its peers, and which peers it trusts.
 #pragma once
 
 #include "framework/string.h"
@@ -16,70 +16,74 @@ class TlsLayer;
 struct TlsStore;
 } // namespace inner
 
-// Shared by any number of servers and connections, of any threads. It is set up first, by one thread: the first
-// connection that uses it fixes it, and what would change it then returns false. A renewed certificate comes with a new
-// context, which new connections take; old ones keep theirs alive. Certificates and keys are PEM. Over TCP TLS is 1.3,
-// or 1.2 where the peer knows no better.
+// Shared by any number of servers and connections. Certificates and keys are PEM. Over TCP the version is TLS 1.3, or
+// 1.2 if the peer does not know 1.3.
 //
-// What a peer must bring: a cipher with authentication of its own (AEAD), no SHA-1 anywhere, a certificate with a key
-// of 2,048 bits of RSA, or 256 of an elliptic curve, or more. A server's certificate names the host, or its address, in
-// the subject alternative name; the common name does not count. An OCSP response that it staples is checked.
+// THREADS: one thread sets a context up; then any threads may use it. The first connection over TCP, or the first UDP
+// port, that uses it fixes it: from then on each setter returns false, with a log line. For a renewed certificate make
+// a new context and give it to the servers: new connections use it, existing ones keep the old context alive.
 //
-// Over UDP it is 1.3 alone, no session is resumed, and the port's own time for a connection to come up counts in place
-// of the handshake's. A port by a context without a certificate makes one of its own, so that it can be a client.
+// What a peer must have: a cipher with authentication of its own (AEAD), no SHA-1 anywhere, and a certificate with a
+// key of at least 2,048 bits (RSA) or 256 bits (elliptic curves). A server's certificate must contain the host's name,
+// or its address, in the subject alternative name; the common name does not count. A stapled OCSP response is checked.
+//
+// Over UDP the version is TLS 1.3 only, no session is resumed, and the port's own time limit for a connection replaces
+// the handshake time. If the context of a port has no certificate, the port makes one, so that it can connect as a
+// client.
 class COMMONGROUND_API TlsContext : public virtual Unknown
 {
 public:
-    // What a server wants of its clients.
+    // Whether a server requests certificates of its clients.
     enum ClientCertificate
     {
         kNotAsked = 0,
-        // A client without one is let in, one with a bad one is not.
+        // A client without a certificate is accepted, one with an invalid certificate is refused.
         kAsked = 1,
         kRequired = 2
     };
 
-    // Milliseconds from the standing connection to the end of the handshake, over TCP.
+    // Milliseconds from the established TCP connection to the end of the handshake.
     static constexpr unsigned int kDefaultHandshakeTime = 10000;
-    // Bytes that a peer may send for its handshake.
+    // Bytes that a peer may send in its handshake over TCP.
     static constexpr int kHandshakeInput = 128 * 1024;
-    // Bytes of a file that is read here.
+    // Bytes of the largest file that the functions below read.
     static constexpr int kFileLimit = 16 * 1024 * 1024;
-    // Peers whose last session is kept for the next connection.
+    // Servers of which a context keeps the last session, to resume it. Over TCP.
     static constexpr int kKeptSessions = 1024;
 
     TlsContext();
     ~TlsContext() override;
 
-    // False where the library was built without TLS; then nothing below succeeds.
+    // False if the library was built without TLS; then every function below fails.
     static bool isAvailable();
 
-    // The certificate of this side, with those of its issuers behind it, and its private key without a password. A
-    // server needs one; a client shows it where the server asks. One certificate a kind of key. False, with a log line
-    // and nothing changed, where they are not to be read or do not belong together.
+    // The certificate of this side, followed by those of its issuers, and its private key without a password. A server
+    // needs one; a client shows it if the server requests it. A context holds one certificate per kind of key. False,
+    // with a log line and nothing changed, if the texts or files are not valid or do not belong together. Texts end
+    // with a zero.
     bool setCertificate(const char* certificates, const char* key);
     bool setCertificateFiles(const wchar_t* certificates, const wchar_t* key);
-    // Authorities whose word counts, beside those there are. A client needs some. False, with a log line, where none
-    // was found.
+    // Adds certificates of trusted authorities. A client needs at least one. False, with a log line, if none was found.
     bool addTrust(const char* certificates);
     bool addTrustFile(const wchar_t* certificates);
-    // The authorities that the operating system believes.
+    // Adds the authorities that the operating system trusts. False, with a log line, if there are none.
     bool addSystemTrust();
-    // Lists of revoked certificates (CRL) of those authorities, beside those there are. A peer whose certificate is on
-    // one is refused; where an authority's list is out of date, so are all its certificates. False, with a log line,
-    // where none was found.
+    // Adds lists of revoked certificates (CRL) of those authorities. A peer whose certificate is on a list is refused;
+    // if the list of an authority is out of date, all peers with its certificates are refused. False, with a log line,
+    // if none was found.
     bool addRevocations(const char* lists);
     bool addRevocationFile(const wchar_t* lists);
-    // For servers. What is asked for is held against the authorities above, so there must be some.
+    // For servers; the default is kNotAsked. Clients' certificates are verified against the authorities above: with
+    // kAsked and kRequired a server needs some.
     bool setClientCertificate(ClientCertificate wanted);
-    // 1 to 2,147,483,647; for connections over TCP.
+    // Milliseconds, 1 to 2,147,483,647. Over TCP.
     bool setHandshakeTime(unsigned int milliseconds);
 
     bool hasCertificate() const;
     bool hasTrust() const;
     ClientCertificate getClientCertificate() const { return m_ClientCertificate; }
     unsigned int getHandshakeTime() const { return m_HandshakeTime; }
-    // Whether it has what a server, or a client, needs; the log is told what it lacks.
+    // Whether the context has what a server, or a client, needs. If not, a log line says what is missing.
     bool servesServer() const;
     bool servesClient() const;
 

@@ -30,7 +30,7 @@ String_T<wchar_t> faultText(int code)
     return StringHelper::utf8ToWide(gnutls_strerror(code));
 }
 
-// The file may hold a key, so nothing of it stays in a buffer of the C library or in a block that the text has
+// The file may hold a key: no copy of it may remain in a buffer of the C library or in memory that the text has
 // outgrown.
 bool readFile(const wchar_t* path, std::string& text)
 {

@@ -1,4 +1,4 @@
-// The library without TLS: a context can be made, and nothing be done with it.
+// The library without TLS: a context can be created, and every function of it fails.
 #include "net/tls/context.h"
 
 #include "framework/log.h"

@@ -32,7 +32,7 @@ zet::Buffer bufferOf(const char* text)
     return buffer;
 }
 
-// The payload of a tunnel that announces bytes and has none.
+// The payload of a tunnel that announces bytes but contains none.
 void beginTunnel(CCmdPackager& packager, unsigned short id, int length)
 {
     writeHead(packager, id);

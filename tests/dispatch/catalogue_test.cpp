@@ -43,13 +43,13 @@ std::string contentOf(const std::filesystem::path& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// The one place where the number of commands stands: a row that is lost is seen here.
+// The only statement of the number of commands: it detects a row that is lost.
 TEST(Catalogue, HoldsEveryCommandOfTheSystem)
 {
     EXPECT_EQ(rows().size(), 274u);
 }
 
-// The two lists of families, each of which could miss one.
+// Two files list the families, and each could omit one.
 TEST(Catalogue, EveryFileOfRowsIsInTheCatalogueAndInTheHeaderOfAllIds)
 {
     const std::filesystem::path dispatch = std::filesystem::path(test::getTestsFolder()).parent_path() / "dispatch";

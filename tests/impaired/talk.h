@@ -31,7 +31,7 @@ struct Plan
 
 struct Outcome
 {
-    // Empty where every command arrived once and in order on both sides.
+    // Empty if every command arrived once and in order on both sides.
     std::string m_Fault;
     int m_Echoes = 0;
     // From connect() to the first echo.

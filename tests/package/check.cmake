@@ -14,7 +14,7 @@ endfunction()
 
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${place}/first)
 file(RENAME ${place}/first ${place}/prefix)
-# The installed tool finds the library from where it lies, and not the one of the build.
+# The installed tool finds the library relative to its own folder, not that of the build.
 run(${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH ${place}/prefix/bin/wirelens new CCmdServerEcho)
 run(${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH ldd ${place}/prefix/bin/wirelens)
 if(NOT output MATCHES "=> ${place}/prefix/[^\n]*/libcommonground\\.so\\.([0-9.]+)")

@@ -1,4 +1,4 @@
-// What is wrong with the statement of an order as a whole, found in its schema; and that no class's statement has it.
+// Faults of an order's statement as a whole, as found in its schema; no class's statement has one.
 #include "packaging/wire/order.h"
 #include "tests/support/wire_bytes.h"
 #include "tools/class_table.h"
@@ -89,14 +89,14 @@ WIRE_ORDER_CMD(WholeLists)
 namespace
 {
 
-// What went of a member by then.
+// The parts of a member that were sent so far.
 struct Sent
 {
     bool m_IsCounted = false;
     bool m_IsWhole = false;
 };
 
-// One word and the member for each fault of a statement.
+// The faults of a statement, each as a word and the member.
 std::vector<std::string> faultsOf(const wire::Schema& schema)
 {
     std::map<std::pair<size_t, std::string>, Sent> sent;

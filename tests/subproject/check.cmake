@@ -1,5 +1,5 @@
-# Configures a host's project that has the library as a folder of its own tree: nothing but the library comes with it,
-# and nothing of it is installed. cmake -DBUILD=... -DSOURCE=... -DCOMPILER=... -P check.cmake
+# Configures a host's project that has the library as a folder of its own tree: only the library is built with it, and
+# nothing of it is installed. cmake -DBUILD=... -DSOURCE=... -DCOMPILER=... -P check.cmake
 set(place ${BUILD}/subproject)
 file(REMOVE_RECURSE ${place})
 

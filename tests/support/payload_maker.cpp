@@ -15,10 +15,10 @@ using wire::Field;
 namespace
 {
 
-// The most of something that a member counts.
+// The maximum for a member that gives the size of another.
 constexpr int kMostSize = 9;
 
-// Random values, written down as the walk asks for them. The JSON is not looked at.
+// Encodes random values in the order in which the walk requests them. Their JSON is not used.
 class RandomValues
 {
 public:
@@ -50,7 +50,7 @@ public:
     }
     ordered_json text(const Field&, uintptr_t, const std::string& path)
     {
-        // What goes again is the same.
+        // A text that is sent again is the same.
         const auto [sent, isNew] = m_Sent.try_emplace(path);
         if (isNew)
             sent->second = madeText();
@@ -69,7 +69,8 @@ public:
         count(size, path);
         return raw(field, at, size, path);
     }
-    // Of a map only what cannot collide or change places; of slots none, since a new object has none.
+    // At most one element for a map with keys of its own, which could collide or be reordered; none for a list that
+    // reads into existing slots, since a new object has none.
     int count(const Field& list, const std::string& path)
     {
         const bool isKeyed = list.how.key == wire::Key::kMember || list.how.key == wire::Key::kTravels;

@@ -25,7 +25,7 @@ std::string bytesOf(std::string_view hex)
     return bytes;
 }
 
-// Each result with the number of bytes added by then.
+// Each result with the number of bytes added before it.
 template <class Taker>
 struct Told
 {

@@ -1,4 +1,4 @@
-// What a TCP port takes from peers that it does not know: numbers of connections, input and output, and time.
+// The limits of a TCP port against peers that it does not know: connections, input and output, and time.
 #include "net/limits.h"
 
 #include "framework/time.h"

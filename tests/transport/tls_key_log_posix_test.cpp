@@ -1,4 +1,4 @@
-// What docs/operating.md says of SSLKEYLOGFILE. The variable is read once a process, so another one looks.
+// What docs/operating.md states about SSLKEYLOGFILE. A process reads the variable once, so the tests run in another.
 #include "net/quic/server.h"
 #include "tests/support/child.h"
 #include "tests/support/places.h"

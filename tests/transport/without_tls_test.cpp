@@ -1,4 +1,4 @@
-// A library that was built without TLS says so, and sends nothing in plain that was to be secret.
+// A library that was built without TLS reports it, and sends nothing unencrypted that should be secret.
 #include "net/tls/context.h"
 #include "tests/support/log_lines.h"
 #include "tests/support/loopback.h"

@@ -46,7 +46,7 @@ bool nextPiece(std::istream& in, std::string& piece)
     if (in.peek() == std::istream::traits_type::eof())
         return false;
     std::streamsize got = in.readsome(piece.data(), kPiece);
-    // A buffer that does not know how much it has gives one byte.
+    // A buffer that does not know how many bytes it has is read byte by byte.
     if (got <= 0 && in.get(piece[0]))
         got = 1;
     piece.resize(static_cast<size_t>(got));

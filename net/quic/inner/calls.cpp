@@ -63,8 +63,8 @@ int QuicCalls::onOpen(uint8_t* out, const ngtcp2_crypto_aead* aead, const ngtcp2
 int QuicCalls::onCryptoData(ngtcp2_conn* connection, ngtcp2_crypto_level level, uint64_t offset, const uint8_t* data,
                             size_t size, void* user)
 {
-    // Behind the handshake TLS has nothing to say to us. While its session is still there, a message that asks for new
-    // keys would reach an assertion of ngtcp2's, which has other ways for that.
+    // After the handshake TLS messages are not needed. While its session still exists, a message that asks for new keys
+    // would trigger an assertion in ngtcp2; QUIC updates keys in another way.
     if (!link(user).m_Session || level == NGTCP2_CRYPTO_LEVEL_APPLICATION)
         return 0;
     return ngtcp2_crypto_recv_crypto_data_cb(connection, level, offset, data, size, user);
@@ -126,7 +126,7 @@ int QuicCalls::onOldId(ngtcp2_conn*, const ngtcp2_cid* id, void* user)
 
 void QuicCalls::onRandom(uint8_t* data, size_t size, const ngtcp2_rand_ctx*)
 {
-    // ngtcp2 turns over a bit by it that means nothing.
+    // ngtcp2 uses these bytes only to grease a bit that has no meaning, so zeros do no harm.
     if (gnutls_rnd(GNUTLS_RND_NONCE, data, size) < 0)
         std::memset(data, 0, size);
 }

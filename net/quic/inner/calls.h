@@ -1,4 +1,4 @@
-// The functions that ngtcp2 calls for a connection.
+// The callbacks of an ngtcp2 connection.
 #pragma once
 
 #include "net/quic/inner/link.h"
@@ -6,12 +6,12 @@
 namespace zet::inner
 {
 
-// Each has a link as its user data. Memory may be short in any that takes some, and no exception may pass through C.
+// The user data of each is its link. No exception may pass through ngtcp2, which is C; a callback without memory fails.
 struct QuicCalls
 {
     static ngtcp2_callbacks all();
 
-    // While it lives, packets are read for this link: with those that open and seal ngtcp2 gives no user data.
+    // While it exists, packets are read for this link: ngtcp2 gives no user data to its encryption callbacks.
     class Reading
     {
     public:
@@ -23,10 +23,10 @@ struct QuicCalls
 
 private:
     static QuicLink& link(void* user) { return *static_cast<QuicLink*>(user); }
-    // The call's result, or a fault where it throws.
+    // The call's result, or NGTCP2_ERR_CALLBACK_FAILURE if it throws.
     template <class Call>
     static int guard(Call call);
-    // Opens a packet, and takes out of it what ngtcp2 must not see.
+    // Decrypts a packet and removes the frames that ngtcp2 must not see.
     static int onOpen(uint8_t* out, const ngtcp2_crypto_aead* aead, const ngtcp2_crypto_aead_ctx* context,
                       const uint8_t* sealed, size_t size, const uint8_t* nonce, size_t nonceSize, const uint8_t* head,
                       size_t headSize);
@@ -40,7 +40,7 @@ private:
     static int onStreamOpen(ngtcp2_conn* connection, int64_t stream, void* user);
     static int onStreamReset(ngtcp2_conn* connection, int64_t stream, uint64_t size, uint64_t code, void* user,
                              void* streamUser);
-    // The first id of the peer's is in use once the last packet of the handshake has left.
+    // The first id of the peer is activated once the last packet of the handshake has been sent.
     static int onPeerId(ngtcp2_conn* connection, int type, uint64_t number, const ngtcp2_cid* id, const uint8_t* token,
                         void* user);
     static int onNewId(ngtcp2_conn* connection, ngtcp2_cid* id, uint8_t* token, size_t size, void* user);

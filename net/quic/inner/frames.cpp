@@ -13,7 +13,7 @@ constexpr unsigned char kNewConnectionId = 0x18;
 constexpr size_t kResetTokenSize = 16;
 constexpr size_t kPathDataSize = 8;
 
-// Walks over frames as ngtcp2 does, and stops where it finds a fault.
+// Reads frames as ngtcp2 does, and stops at an invalid one.
 class Walk
 {
 public:
@@ -61,7 +61,7 @@ public:
     bool skipAck(bool hasCounts)
     {
         uint64_t ranges = 0;
-        // The bytes that are left bound the loop.
+        // The remaining bytes bound the loop.
         return skipNumbers(2) && takeNumber(ranges) && ranges <= m_Left && skipNumbers(1 + 2 * ranges) &&
                (!hasCounts || skipNumbers(3));
     }
@@ -69,7 +69,7 @@ public:
     {
         return skipNumbers(type & 0x04 ? 2 : 1) && (type & 0x02 ? skipBlock() : skipRest());
     }
-    // What stands behind the type of a frame, but for a new connection id.
+    // Skips a frame after its type; not for NEW_CONNECTION_ID.
     bool skipFrame(unsigned char type)
     {
         switch (type)
@@ -110,7 +110,7 @@ public:
         case 0x30:
             return skipRest();
         default:
-            // Ngtcp2 takes all other types with this bit for streams.
+            // ngtcp2 treats all other types with this bit as STREAM.
             return (type & 0x08) && skipStream(type);
         }
     }
@@ -157,7 +157,8 @@ bool QuicFrames::isNew(uint64_t number)
         return false;
     if (m_Count == kMostNumbers)
     {
-        // The lowest one goes, and what is below counts as known; a number that is lower still is none to keep.
+        // The lowest number is dropped, and all below it count as known; so a number that is lower still cannot be
+        // kept.
         if (place == begin)
             return false;
         m_First = m_Numbers[0] + 1;
@@ -170,7 +171,7 @@ bool QuicFrames::isNew(uint64_t number)
         *place = number;
         ++m_Count;
     }
-    // Those that follow on what is known need not be kept.
+    // Numbers that directly follow the known ones need not be kept.
     size_t known = 0;
     while (known < m_Count && m_Numbers[known] == m_First)
     {

@@ -16,13 +16,13 @@ namespace
 
 using Connection = UdpServer::UdpConnection;
 
-// Answers to packets of a peer that does not know yet: the first, the second, the fourth and so on.
+// Of this many late packets of a peer, the 1st, 2nd, 4th, 8th and so on get the close frame again.
 constexpr unsigned int kMostLatePackets = 1024;
-// Milliseconds that the farewell is kept for such a peer.
+// Milliseconds that the close frame is kept for late packets.
 constexpr unsigned int kShortestRest = 1000;
 constexpr unsigned int kLongestRest = 30000;
-// Ids that a peer may give beforehand. The ways that one who moves has left keep theirs while they are still looked
-// after; with two of them the third move within a second would be one too many.
+// Connection ids that a peer may provide in advance. A path that a moving peer has left keeps its id for a while; with
+// a limit of two, the third move within a second would find none left.
 constexpr uint64_t kPeerIds = 8;
 
 ngtcp2_path pathOf(const sockaddr_in& local, const sockaddr_in& remote)
@@ -44,13 +44,13 @@ ngtcp2_settings settingsOf(const UdpServer::Settings& settings, QuicTime now)
     ngtcp2_settings_default(&chosen);
     chosen.initial_ts = now;
     chosen.handshake_timeout = nanoseconds(settings.m_ConnectTimeout);
-    // Packets of 1,200 bytes pass everywhere, so there is nothing to probe for. The search for more is not switched
-    // off: ngtcp2 asserts that it is on when a peer comes back to a path that it has left.
+    // Packets of 1,200 bytes pass every path, so there is nothing to probe for. Path MTU discovery remains enabled:
+    // ngtcp2 asserts that it is when a peer returns to an earlier path.
     chosen.max_tx_udp_payload_size = NGTCP2_MAX_UDP_PAYLOAD_SIZE;
     return chosen;
 }
 
-// Bytes of the packets with a long head that a datagram begins with. Where ngtcp2 would not read on, all of them.
+// The size of the packets with a long header at the start of a datagram; the whole size if ngtcp2 would not read on.
 size_t longPackets(const unsigned char* data, size_t size)
 {
     size_t at = 0;
@@ -138,7 +138,7 @@ bool QuicLink::openServer(const sockaddr_in& peer, const ngtcp2_pkt_hd& head, co
     ngtcp2_cid self;
     if (!m_Router.makeId(*this, self))
         return false;
-    // Until the peer knows that id it goes on using the one of the answer to its first packet.
+    // Until the peer knows that id, it uses the one of the Retry packet.
     m_Router.addId(*this, head.dcid);
     const auto calls = QuicCalls::all();
     auto settings = settingsOf(m_Router.settings(), m_Router.now());
@@ -222,7 +222,7 @@ void QuicLink::read(const UdpPort::Datagram& datagram)
 {
     if (isOver())
     {
-        // The farewell was lost, or is on its way.
+        // The close frame was lost or has not arrived yet.
         if (!m_Farewell.empty() && m_LatePackets < kMostLatePackets && (m_LatePackets & (m_LatePackets + 1)) == 0)
             if (unsigned char* room = m_Router.room())
             {
@@ -240,8 +240,8 @@ void QuicLink::read(const UdpPort::Datagram& datagram)
         feed(datagram, 0, size);
         return;
     }
-    // A client's ngtcp2 is not prepared for packets behind the handshake before it has sent its own part: they wait
-    // for that, or are dropped where it is not due yet, and come again.
+    // A client's ngtcp2 cannot process packets after the handshake before it has sent its own part: they wait for that,
+    // or are dropped if that is not due yet, and the peer repeats them.
     const size_t first = longPackets(datagram.m_Data, size);
     if (first > 0)
         feed(datagram, 0, first);
@@ -257,7 +257,8 @@ void QuicLink::feed(const UdpPort::Datagram& datagram, size_t from, size_t size)
     const bool stood = m_IsStanding;
     const auto path = pathOf(m_Router.getAddress(), *datagram.m_Address);
     const ngtcp2_pkt_info info{};
-    // Any packet may bring room, for the stream or for the whole connection; of the latter nothing tells.
+    // Any packet may raise the flow control limit of the stream or of the connection; ngtcp2 does not report the
+    // latter.
     m_IsFull = false;
     const int result = [&]
     {
@@ -271,7 +272,7 @@ void QuicLink::feed(const UdpPort::Datagram& datagram, size_t from, size_t size)
         wake(kTickOwner);
     }
     endRead(result);
-    // Also where nothing is to be sent, the time of the next timer may have changed.
+    // Even if nothing is to be sent, the next expiry may have changed.
     if (!isOver())
         wake(kWrite);
 }
@@ -296,12 +297,12 @@ void QuicLink::endRead(int result)
     }
     else if (m_IsCut)
     {
-        // Bytes are lost.
+        // The peer has reset the stream, so bytes are lost.
         finish(Connection::kBroken, kCutOff);
     }
     else if (m_IsPeerDone)
     {
-        // One of ours never ends the stream; one of another make that does has nothing more to say.
+        // This library never ends the stream. A peer of another implementation that does has nothing more to send.
         finish(Connection::kClosedByPeer, kClosed);
     }
     else if (m_IsLingering && m_Output.size() == 0)
@@ -358,7 +359,7 @@ void QuicLink::keepFarewell(const ngtcp2_connection_close_error& reason)
     }
     catch (const std::bad_alloc&)
     {
-        // Then it is said once.
+        // Then the close frame is sent once and not repeated.
     }
     if (path.path.remote.addrlen == sizeof m_Peer)
         std::memcpy(&m_Peer, path.path.remote.addr, sizeof m_Peer);
@@ -371,7 +372,8 @@ void QuicLink::keepFarewell(const ngtcp2_connection_close_error& reason)
 
 void QuicLink::drop(Connection::ConnectionState state)
 {
-    // A peer that was told may miss it, and then goes on until it counts us as dead. One that told us is gone.
+    // The close frame may be lost; then the peer continues until its idle timeout. A peer that has closed itself does
+    // not.
     const bool mayRest = !m_Farewell.empty() && m_Router.hasRoomForRemains();
     const unsigned int idle = m_Router.settings().m_IdleTimeout;
     const QuicTime probes = m_Connection ? 3 * ngtcp2_conn_get_pto(m_Connection) : 0;
@@ -414,7 +416,8 @@ void QuicLink::onExpiry()
     const QuicTime now = m_Router.now();
     if (m_Deadline <= now)
     {
-        // A visitor who never told his id or was not accepted, or a peer that does not confirm.
+        // A lookup without a result, a peer that has not sent its id, a pending connection that was not accepted, or a
+        // closed connection whose peer has not confirmed everything.
         finish(m_Lookup ? Connection::kConnectFailed : Connection::kBroken, kCutOff);
         return;
     }
@@ -430,7 +433,7 @@ void QuicLink::onExpiry()
 int QuicLink::onStreamData(const unsigned char* data, size_t size, bool isLast)
 {
     m_IsPeerDone = m_IsPeerDone || isLast;
-    // A frame without bytes has no address either.
+    // For an empty frame data is null.
     if (size == 0)
         return 0;
     if (m_IsServer && m_IdRead < sizeof m_Id)
@@ -442,11 +445,11 @@ int QuicLink::onStreamData(const unsigned char* data, size_t size, bool isLast)
         size -= count;
         ngtcp2_conn_extend_max_stream_offset(m_Connection, m_Stream, count);
         ngtcp2_conn_extend_max_offset(m_Connection, count);
-        // His time to be accepted goes on from his first packet.
+        // The time limit until it is accepted keeps running.
         if (m_IdRead == sizeof m_Id)
             m_Router.announce(*this);
     }
-    // Who has closed reads no more; the peer soon finds no room.
+    // A closed connection discards input; the peer's flow control window is soon used up.
     if (size == 0 || m_IsLingering)
         return 0;
     while (size > 0)

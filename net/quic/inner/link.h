@@ -1,4 +1,4 @@
-// One connection by QUIC.
+// One QUIC connection.
 #pragma once
 
 #include "net/quic/inner/frames.h"
@@ -22,7 +22,7 @@ class QuicRouter;
 using QuicTime = ngtcp2_tstamp;
 constexpr QuicTime kNever = std::numeric_limits<QuicTime>::max();
 
-// A connection id of ours: random, so that nobody else can name a connection.
+// A connection id of this side: random, so that others cannot guess it.
 struct QuicId
 {
     static constexpr size_t kSize = 16;
@@ -39,21 +39,20 @@ struct QuicId
     uint64_t m_Words[2];
 };
 
-// The client opens stream 0 and sends the id that connect() was given, 16 bytes, and then what its object sends. The
-// side that closes waits until all that it sent is confirmed and then closes the connection, so the stream itself has
-// no end. Of a connection that is over there remains what answers the peer's late packets, for as long as he may
-// believe in it.
+// The client opens stream 0, sends the 16 bytes of the id given to connect(), then what its object sends. The side that
+// closes waits until everything is confirmed and then closes the connection, so the stream itself is never ended. A
+// closed link remains for some time to repeat its close frame for late packets of a peer that has not received it.
 class QuicLink final : public UdpLink
 {
 public:
-    // Why this side closes, as the peer is told.
+    // Why this side closes; the code in the close frame.
     enum Code : uint64_t
     {
         kClosed = 0,
-        // Not all that was sent has arrived.
+        // Not everything that was sent has arrived.
         kCutOff = 1
     };
-    // What its next turn has to do.
+    // What the next turn has to do.
     enum Pending : unsigned char
     {
         kTickOwner = 1,
@@ -63,14 +62,15 @@ public:
     explicit QuicLink(QuicRouter& router) : m_Router(router) {}
     ~QuicLink() override;
 
-    // The client's side: first beginClient(), then openClient(), or lookUp() where the name is not an address. Then the
-    // link opens when the address is there.
+    // The client's side: first beginClient(); then openClient(), or lookUp() if the name is not an address. After
+    // lookUp() the link opens when the address is known.
     bool beginClient(const char* name, const Uuid& id);
     bool openClient(const sockaddr_in& peer);
     bool lookUp(Reactor& reactor, unsigned short port);
-    // The router has another reactor now, which gives the answer.
+    // The router has moved to another reactor, which repeats the lookup.
     void lookUpAgain(Reactor& reactor);
-    // By the first packet of a visitor whose token was good; origin is the id that his very first one named.
+    // For the first packet of a peer with a valid token. origin is the connection id that the peer's very first packet
+    // named.
     bool openServer(const sockaddr_in& peer, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin);
 
     void consume(int size) override;
@@ -79,37 +79,37 @@ public:
     void breakOff() override { finish(UdpServer::UdpConnection::kBroken, kCutOff); }
 
     void read(const UdpPort::Datagram& datagram);
-    // Fills packets with what waits, as far as congestion, pacing and the port allow.
+    // Writes packets as far as congestion control, pacing and the port allow.
     void write();
-    // Something is due.
+    // The time of getExpiry() has been reached.
     void onExpiry();
     QuicTime getExpiry() const;
-    // Ends it now: tells the peer, where a code is given, and keeps what the object has not read yet.
+    // Ends the connection now: sends a close frame with the code, and keeps what the object has not read.
     void finish(UdpServer::UdpConnection::ConnectionState state, Code code);
-    // A visitor has an object now, and all the time he wants.
+    // The pending connection has an object: the time limit for that ends.
     void onAccepted();
     void settle();
 
     bool isServer() const { return m_IsServer; }
     bool isOver() const { return !m_Connection && !m_Lookup; }
-    // Over, and nobody needs what remains.
+    // Over, released by its object, and its time to answer late packets has passed.
     bool isForgettable(QuicTime now) const { return isOver() && !m_Owner && m_Deadline <= now; }
-    // A visitor has told his id and may be accepted.
+    // The peer has sent its id: the connection is pending and may be accepted.
     bool isAnnounced() const { return m_IdRead == sizeof(Uuid); }
     bool isStanding() const { return m_IsStanding; }
     const Uuid& getId() const { return m_Id; }
-    // That connect() was given.
+    // The name given to connect().
     const String_T<char>& getName() const { return m_Name; }
-    // A failed handshake tells the peer this alert; 0 for the one that GnuTLS chooses.
+    // The alert that a failed handshake sends to the peer; 0 for the one that GnuTLS chooses.
     void setAlert(uint8_t alert) { m_Alert = alert; }
     const sockaddr_in& getPeer() const { return m_Peer; }
-    // Where the peer was when it came.
+    // The address that the peer's first packet came from.
     const sockaddr_in& getOrigin() const { return m_Origin; }
     void addId(const ngtcp2_cid& id) { m_Ids.emplace_back(id); }
     void removeId(const QuicId& id) { std::erase(m_Ids, id); }
     const std::vector<QuicId>& getIds() const { return m_Ids; }
 
-    // The router's notes: its place among those with a turn, among all, and among the timers.
+    // The router's fields: work for the next turn, and the positions in its lists and its heap of timers.
     unsigned char m_Pending = 0;
     bool m_IsListed = false;
     size_t m_Place = 0;
@@ -133,23 +133,23 @@ private:
     size_t gather(ngtcp2_vec* pieces, size_t most);
     void advance(size_t size);
 
-    // What ngtcp2 calls; 0, or a fault.
+    // Called by QuicCalls. onStreamData() returns 0 or an error of ngtcp2.
     int onStreamData(const unsigned char* data, size_t size, bool isLast);
     void onConfirmed(size_t size);
 
     QuicRouter& m_Router;
     ngtcp2_conn* m_Connection = nullptr;
-    // While the address is looked up, before there is a connection.
+    // Set while the address is looked up, before there is a connection.
     std::shared_ptr<Lookup> m_Lookup;
     Endpoint m_Found;
     bool m_IsFound = false;
-    // The TLS session, as long as the handshake lasts.
+    // The TLS session; null after the handshake.
     gnutls_session_t m_Session = nullptr;
     ngtcp2_crypto_conn_ref m_Ref{};
     String_T<char> m_Name;
     sockaddr_in m_Peer{};
     sockaddr_in m_Origin{};
-    // The address of ours that the peer speaks to; for the client's side the system chooses, also anew.
+    // The local address that the peer sends to. 0 on the client's side, where the operating system chooses, also anew.
     unsigned int m_Local = 0;
     Uuid m_Id;
     size_t m_IdRead = 0;
@@ -158,7 +158,7 @@ private:
     std::vector<unsigned char> m_Farewell;
     unsigned int m_LatePackets = 0;
     int64_t m_Stream = -1;
-    // Where the output goes on that is not under way yet; null for the front of the queue.
+    // Where the unsent output begins: block and offset; null for the start of the queue.
     Block* m_NextBlock = nullptr;
     int m_NextByte = 0;
     size_t m_UnderWay = 0;
@@ -168,10 +168,10 @@ private:
     bool m_IsStanding = false;
     bool m_IsLingering = false;
     bool m_IsFull = false;
-    // The peer has ended the stream; or has cut it off.
+    // The peer has ended the stream, or has reset it.
     bool m_IsPeerDone = false;
     bool m_IsCut = false;
-    // A client's: all that it has to say in the handshake has left.
+    // On a client: the last packet of its handshake has been sent.
     bool m_IsHandshakeSent = false;
 };
 

@@ -13,7 +13,7 @@ namespace
 
 using Connection = UdpServer::UdpConnection;
 
-// Packets of one turn. The others of the tick have theirs in between, and pacing counts from turn to turn.
+// Packets per turn, so that other connections of the tick have their turn in between. Pacing counts from turn to turn.
 constexpr int kPacketsPerTurn = 128;
 constexpr size_t kPiecesPerPacket = 4;
 
@@ -100,7 +100,7 @@ void QuicLink::write()
             m_IsFull = true;
             continue;
         }
-        // The peer has said that it takes no more; nothing but this tells of it.
+        // The peer has stopped reading the stream; this result is the only report of it.
         if (size == NGTCP2_ERR_STREAM_SHUT_WR || size == NGTCP2_ERR_STREAM_NOT_FOUND)
         {
             finish(Connection::kBroken, kCutOff);

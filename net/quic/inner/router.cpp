@@ -86,17 +86,18 @@ bool QuicRouter::join(const std::shared_ptr<Reactor>& reactor)
 {
     if (reactor == m_Reactor)
         return true;
-    // A handle is of no use to another door.
+    // Another door cannot use the handle.
     if (reactor->door() != m_Reactor->door())
         return false;
     m_Port->flush();
     const unsigned int handle = m_Port->giveAway();
-    // The System that it leaves may go on elsewhere, and then must not come by here.
+    // The System of the old reactor may continue on another thread, and must not call this router then.
     m_Reactor->forgetLater(*this);
     const auto port = UdpPort::open(reactor, 0, handle);
     if (!port)
     {
-        // A port where it was takes the handle back, to be closed with it; one that nobody can watch is closed already.
+        // Reopened on the old reactor, the port owns the handle and closes it with itself; if that fails, the handle is
+        // closed already.
         if (const auto again = UdpPort::open(m_Reactor, 0, handle))
             m_Port = again;
         return false;
@@ -195,7 +196,7 @@ bool QuicRouter::makeId(QuicLink& link, ngtcp2_cid& id)
 
 void QuicRouter::addId(QuicLink& link, const ngtcp2_cid& id)
 {
-    // In this order: what is entered here is taken out by the link's own ids.
+    // In this order: forget() removes from m_ByName the ids that the link has.
     link.addId(id);
     m_ByName.emplace(QuicId(id), &link);
 }
@@ -205,7 +206,7 @@ void QuicRouter::removeId(QuicLink& link, const ngtcp2_cid& id)
     if (id.datalen != QuicId::kSize)
         return;
     m_ByName.erase(QuicId(id));
-    // A peer may have as many as it likes, one after the other.
+    // A peer may use any number of ids, one after the other.
     link.removeId(QuicId(id));
 }
 
@@ -217,7 +218,7 @@ QuicLink* QuicRouter::find(const unsigned char* id) const
 
 QuicLink& QuicRouter::keep(std::unique_ptr<QuicLink> link)
 {
-    // What a link does as it goes takes no memory: its places in these lists are there from now on.
+    // Reserve the list entries now, so that later steps of a link need no memory.
     const size_t links = m_Links.size() + 1;
     makeRoom(m_Timers, links);
     const size_t listed = std::max({m_Listed.size(), m_Round.size(), m_Writing.size()}) + links;
@@ -284,7 +285,7 @@ void QuicRouter::tick()
     takeTurns();
     if (!m_Server)
         return;
-    // Who was woken behind his turn.
+    // Links that were woken after their turn.
     writeListed();
     m_Port->flush();
     hurry();
@@ -314,7 +315,7 @@ void QuicRouter::giveUserData(const UdpPort::Datagram& datagram)
 
 void QuicRouter::takeTurns()
 {
-    // What a lack of memory has cut short goes on here.
+    // A round that a lack of memory has interrupted continues here.
     if (m_TurnAt >= m_Round.size())
     {
         m_TurnAt = 0;
@@ -342,12 +343,12 @@ void QuicRouter::turn(QuicLink& link)
             return;
         if (!link.getOwner())
         {
-            // Unless it has a new connection already.
+            // The object may have a new connection already.
             if (UdpLink::isFree(*owner))
                 guard([&] { server->onEnd(owner); });
         }
         else if (!isWhole || link.available() > 0 || link.isOver())
-            // Left for the next tick, which need not hurry.
+            // Left for the next tick, which need not come early.
             wake(link, QuicLink::kTickOwner);
         if (!m_Server)
             return;

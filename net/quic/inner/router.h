@@ -1,4 +1,4 @@
-// A UDP port whose connections are QUIC.
+// A UDP port with QUIC connections.
 #pragma once
 
 #include "net/inner/address_counts.h"
@@ -11,8 +11,8 @@
 namespace zet::inner
 {
 
-// Finds the connection of each packet, keeps the timers, and gives those connections their turn that have something
-// to do. A connection with nothing to do is not looked at.
+// Finds the connection of each packet, manages the timers, and gives a turn to each connection that has something to
+// do. Idle connections cost nothing.
 class QuicRouter final : public UdpRouter, public std::enable_shared_from_this<QuicRouter>
 {
 public:
@@ -42,33 +42,34 @@ public:
     QuicTime now();
     QuicTls& tls() { return m_Tls; }
     BlockPool& pool() { return m_Reactor->pool(); }
-    // Only while it is open.
+    // REQUIRES: isOpen().
     const UdpServer::Settings& settings() const { return m_Server->getSettings(); }
     const NetLimits& limits() const { return m_Server->getLimits(); }
     const sockaddr_in& getAddress() const { return m_Port->getAddress(); }
-    // False once close() has begun.
+    // False once close() or detach() has begun.
     bool isOpen() const { return m_Server != nullptr; }
     // Gives the link a turn, in this tick or the next.
     void wake(QuicLink& link, unsigned char pending);
     void schedule(QuicLink& link);
-    // A new id of ours by which packets find the link. False where there are no random bytes.
+    // Makes a new id by which packets find the link. False without random bytes.
     bool makeId(QuicLink& link, ngtcp2_cid& id);
     void addId(QuicLink& link, const ngtcp2_cid& id);
     void removeId(QuicLink& link, const ngtcp2_cid& id);
-    // A visitor's id is known; a connection is over.
+    // announce(): the peer's id is known, so the connection is pending. onOver(): the connection has ended.
     void announce(QuicLink& link) { m_Visitors.push_back(&link); }
     void onOver(QuicLink& link);
-    // Whether one more that is over may stay for long: no more of those than visitors may be, or kRemains.
+    // Whether one more ended link may remain to answer late packets: at most m_ConnectionLimit or, if greater, kRemains
+    // do.
     bool hasRoomForRemains() const;
-    // Room for a packet, and its way out.
+    // Space for a packet, null if the port is blocked; post() sends what was written there.
     unsigned char* room() { return m_Port->room(); }
     void post(const sockaddr_in& address, size_t size, unsigned int local);
 
 private:
-    // Calls what a host has written; what it throws is logged and goes no further. False where it has thrown.
+    // Calls code that a host has written. False if it threw; the exception is logged and not passed on.
     template <class Call>
     static bool guard(Call call);
-    // Whether a new link opens by this call. One that does not, or has no memory to, is forgotten.
+    // Opens a new link by this call. A link that does not open, or lacks memory, is forgotten.
     template <class Call>
     bool open(QuicLink& link, Call call)
     {
@@ -86,8 +87,8 @@ private:
     void giveUserData(const UdpPort::Datagram& datagram);
     void receive();
     void count(const UdpPort::Datagram& datagram);
-    // These three are false for a first packet with a good token when this tick begins no further handshake. It has
-    // changed nothing then, and can be routed again.
+    // These three return false if a packet with a valid token would start a handshake and this tick may start no
+    // further one. Nothing has changed then, and the datagram can be routed again.
     bool route(const UdpPort::Datagram& datagram);
     bool routeLong(const UdpPort::Datagram& datagram);
     bool greet(const UdpPort::Datagram& datagram);
@@ -95,9 +96,9 @@ private:
     void refuse(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head);
     void admit(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin);
     void sendVersions(const UdpPort::Datagram& datagram);
-    // Whether this tick begins one more handshake.
+    // Whether this tick may start one more handshake.
     bool mayAdmit() const;
-    // Whether one more visitor may come from there.
+    // Whether the limits allow one more connection from this address.
     bool hasRoomFor(const sockaddr_in& from) const;
     void runTimers();
     void callVisitors();
@@ -116,7 +117,7 @@ private:
     void removeTimer(QuicLink& link);
 
     UdpServer* m_Server;
-    // Before the port: the socket lies in the reactor.
+    // Declared before the port, which refers to it: destroyed after it.
     std::shared_ptr<Reactor> m_Reactor;
     Ref<UdpPort> m_Port;
     QuicTls m_Tls;
@@ -125,23 +126,24 @@ private:
     QuicTime m_Now;
     unsigned int m_LastTick;
     std::vector<std::unique_ptr<QuicLink>> m_Links;
-    // After close(): a link may be in the middle of its turn.
+    // The links after close(): one of them may be in the middle of its turn.
     std::vector<std::unique_ptr<QuicLink>> m_Closed;
     std::unordered_map<QuicId, QuicLink*, QuicId::Hash> m_ByName;
     // A heap, the earliest first.
     std::vector<QuicLink*> m_Timers;
-    // Those with a turn in this round, from m_TurnAt on, and those of the next one. Who is forgotten leaves null.
+    // The links with a turn in this round, of which those from m_TurnAt on are left, and those of the next round. A
+    // forgotten link leaves null.
     std::vector<QuicLink*> m_Round;
     size_t m_TurnAt = 0;
     std::vector<QuicLink*> m_Listed;
-    // Those of m_Listed that writeListed() is at.
+    // The part of m_Listed that writeListed() is processing.
     std::vector<QuicLink*> m_Writing;
     std::deque<QuicLink*> m_Visitors;
     int m_Count = 0;
     int m_VisitorCount = 0;
-    // Visitors that there are, by the addresses and the subnets that they came from.
+    // Connections from peers, by their address and subnet.
     AddressCounts m_Addresses;
-    // What this tick has done for visitors.
+    // Work of this tick for new peers; receive() and its helpers bound each kind.
     int m_Greetings = 0;
     int m_TokenChecks = 0;
     int m_VersionAnswers = 0;

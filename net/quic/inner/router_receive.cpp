@@ -13,16 +13,16 @@ namespace zet::inner
 namespace
 {
 
-// The first byte of a packet.
+// The bits of a packet's first byte.
 constexpr unsigned char kLongHead = 0x80;
 constexpr unsigned char kFixedBit = 0x40;
 constexpr unsigned char kTypeBits = 0x30;
 constexpr unsigned char kInitial = 0x00;
 
-// Time that a token is good for.
+// How long a token is valid.
 constexpr QuicTime kTokenTime = 10 * NGTCP2_SECONDS;
 
-// The head that all versions of QUIC share.
+// The header that all versions of QUIC share.
 struct LongHead
 {
     bool read(const unsigned char* data, size_t size)
@@ -158,7 +158,7 @@ bool QuicRouter::greet(const UdpPort::Datagram& datagram)
         return true;
     }
     ngtcp2_cid origin;
-    // What shows no address of its sender gets no answer.
+    // A packet that does not prove its sender's address gets no reply.
     if (head.dcid.datalen != QuicId::kSize || ++m_TokenChecks > UdpServer::kGreetingsPerTick ||
         head.token.base[0] != NGTCP2_CRYPTO_TOKEN_MAGIC_RETRY ||
         ngtcp2_crypto_verify_retry_token(&origin, head.token.base, head.token.len, m_Secret, sizeof m_Secret,

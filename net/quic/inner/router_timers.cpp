@@ -60,7 +60,7 @@ void QuicRouter::sift(size_t place)
 void QuicRouter::runTimers()
 {
     const QuicTime time = now();
-    // One that is due again at once waits for the next tick.
+    // A timer that is due again at once waits for the next tick.
     for (size_t most = m_Timers.size(); most > 0 && m_Server && !m_Timers.empty(); --most)
     {
         QuicLink& link = *m_Timers.front();

@@ -23,7 +23,7 @@ namespace
 constexpr char kPriority[] = "NORMAL:-VERS-ALL:+VERS-TLS1.3:-CIPHER-ALL:+AES-128-GCM:+AES-256-GCM:+CHACHA20-POLY1305:"
                              "-GROUP-ALL:+GROUP-X25519:+GROUP-SECP256R1:-SIGN-RSA-SHA1:-SIGN-ECDSA-SHA1:-SIGN-DSA-SHA1:"
                              "%PROFILE_MEDIUM:%DISABLE_TLS13_COMPAT_MODE";
-// What both sides must name: another service on the port is no peer.
+// The ALPN protocol that both sides must name, so that other QUIC services are refused.
 constexpr char kProtocol[] = "commonground/1";
 constexpr long kSecondsPerDay = 24 * 3600;
 
@@ -45,7 +45,7 @@ QuicTls::~QuicTls()
 
 bool QuicTls::init(TlsContext* context)
 {
-    // The log was told when the context was made.
+    // The log line was written when the context was created.
     if (context && !context->m_Store->m_IsReady)
         return false;
     m_Context = context;
@@ -61,7 +61,7 @@ bool QuicTls::init(TlsContext* context)
 
 bool QuicTls::makeCertificate()
 {
-    // No authority knows it, so it says little: a key, of the kind that all clients take, and that it is valid.
+    // No authority has signed it, so it contains the minimum: a key of a kind that all clients accept, and a validity.
     gnutls_x509_privkey_t key = nullptr;
     gnutls_x509_crt_t certificate = nullptr;
     unsigned char serial[8];
@@ -105,8 +105,8 @@ gnutls_session_t QuicTls::open(unsigned int flags, gnutls_certificate_credential
                                      sizeof kProtocol - 1};
     gnutls_session_set_ptr(session, &ref);
     const bool isServer = flags & GNUTLS_SERVER;
-    // The last moment before a client gets keys by which it would speak; a server has seen the parameters, or has not,
-    // as soon as it has read the hello.
+    // On a client this is the last moment before it has the keys to send data; on a server the parameters, if there are
+    // any, are known once it has read the ClientHello.
     gnutls_handshake_set_hook_function(session, isServer ? GNUTLS_HANDSHAKE_CLIENT_HELLO : GNUTLS_HANDSHAKE_FINISHED,
                                        isServer ? GNUTLS_HOOK_POST : GNUTLS_HOOK_PRE, requireParams);
     if (gnutls_priority_set(session, m_Priority) < 0 ||

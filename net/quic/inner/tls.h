@@ -1,4 +1,4 @@
-// The TLS side of connections over UDP: certificates, and the sessions of the handshakes.
+// TLS for the connections of a UDP port: certificates, and the sessions of the handshakes.
 #pragma once
 
 #include "net/quic/server.h"
@@ -9,7 +9,7 @@
 namespace zet::inner
 {
 
-// What the connections of one port share. TLS is 1.3, as QUIC has it.
+// Shared by the connections of one port. QUIC requires TLS 1.3.
 class QuicTls
 {
 public:
@@ -18,11 +18,12 @@ public:
     QuicTls(const QuicTls&) = delete;
     QuicTls& operator=(const QuicTls&) = delete;
 
-    // Takes a context, or null, and makes a certificate where that has none. False, with the log told, where there is
-    // no TLS to be had.
+    // Uses a context, or null, and makes a certificate for the case that the context has none. False, with a log line,
+    // if TLS is not available.
     bool init(TlsContext* context);
-    // A session on its way to a connection, which ref finds, with its link as user data. Null where there is none; a
-    // client gets none by a context without authorities, and the log is told. A client asks for the link's name.
+    // A session for a new connection, whose ref has the link as user data; the caller owns it. Null on failure. A
+    // context without authorities gives a client no session, with a log line. A client sends the link's name as server
+    // name.
     gnutls_session_t openServer(ngtcp2_crypto_conn_ref& ref);
     gnutls_session_t openClient(ngtcp2_crypto_conn_ref& ref);
 
@@ -31,12 +32,12 @@ private:
     gnutls_session_t open(unsigned int flags, gnutls_certificate_credentials_t credentials,
                           ngtcp2_crypto_conn_ref& ref);
     static int verify(gnutls_session_t session);
-    // What GnuTLS calls with a message of the handshake: refuses a peer that has sent no transport parameters, without
-    // which ngtcp2 stops at an assertion.
+    // Called by GnuTLS for a handshake message. Refuses a peer that has sent no transport parameters: ngtcp2 would fail
+    // an assertion without them.
     static int requireParams(gnutls_session_t session, unsigned int type, unsigned int when, unsigned int isIncoming,
                              const gnutls_datum_t* message);
 
-    // Null where the port makes its own certificate and believes any.
+    // Null if the port uses its own certificate and trusts any peer.
     Unknown::Handle_T<TlsContext> m_Context;
     gnutls_certificate_credentials_t m_Own = nullptr;
     gnutls_priority_t m_Priority = nullptr;

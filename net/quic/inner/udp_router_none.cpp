@@ -1,4 +1,4 @@
-// The library without connections over UDP: no server gets a port.
+// The library without connections over UDP: a server cannot get a port.
 #include "net/quic/inner/udp_router.h"
 
 #include "framework/log.h"

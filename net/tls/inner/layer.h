@@ -12,8 +12,8 @@ struct gnutls_session_int;
 namespace zet::inner
 {
 
-// What is to leave goes to a queue of the caller's, what has come is put into m_Input by the caller; nothing here waits
-// or asks the operating system. Belongs to the connection's thread.
+// Records to send go to a queue of the caller; the caller puts received bytes into m_Input. Nothing here waits or calls
+// the operating system. THREADS: the connection's.
 class TlsLayer
 {
 public:
@@ -21,7 +21,7 @@ public:
     {
         // More input is needed.
         kNothingYet = 0,
-        // The peer has said goodbye.
+        // The peer has sent close_notify.
         kEnded = -1,
         // getFault() says why.
         kFailed = -2,
@@ -38,37 +38,39 @@ public:
     TlsLayer(const TlsLayer&) = delete;
     TlsLayer& operator=(const TlsLayer&) = delete;
 
-    // A new session with m_Context as m_IsClient says. The peer, an address, names the session to resume.
+    // Starts a new session with m_Context, as client or server according to m_IsClient. The peer's address is a part of
+    // the key of the session to resume.
     bool begin(const String_T<wchar_t>& peer);
-    // Forgets the session.
+    // Ends the session without close_notify, and drops the input.
     void end();
     bool isOn() const { return m_Session != nullptr; }
     bool isDone() const { return m_IsDone; }
 
-    // One step of the handshake: kDone, kNothingYet or kFailed, which leaves an alert for the peer.
+    // Continues the handshake: kDone, kNothingYet, or kFailed, with an alert for the peer in the queue.
     Result shakeHands(Wire wire);
-    // Bytes for the reader, or a Result.
+    // The number of decrypted bytes written to data, or a Result.
     int open(void* data, int size, Wire wire);
-    // One record of what waits in plain. False breaks the connection.
+    // Encrypts at most one record from plain. False breaks the connection.
     bool seal(OutputQueue& plain, Wire wire);
+    // Queues close_notify.
     void sayGoodbye(Wire wire);
-    // Whether open() would find something without more input.
+    // Whether open() can deliver bytes without more input.
     bool hasInput() const;
 
     bool isResumed() const;
-    // The name in the peer's certificate, where there is one; it has been verified.
+    // The name in the peer's verified certificate; empty if the peer has shown none.
     String_T<wchar_t> getPeerName() const;
     // Such as "TLS1.3-X.509-...".
     String_T<wchar_t> getDescription() const;
     const String_T<wchar_t>& getFault() const { return m_Fault; }
 
     Unknown::Handle_T<TlsContext> m_Context;
-    // What a client wants to find in the server's certificate: the name or address that it connects to, unless the
+    // The name or address that a server's certificate must contain: the one that the client connects to, unless the
     // host has set another.
     String_T<wchar_t> m_Host;
     String_T<wchar_t> m_SetHost;
     InputBuffer m_Input;
-    // When the handshake began, and the bytes that it has taken.
+    // The tick count when the handshake began, and the bytes that the peer has sent in it.
     unsigned int m_Begun = 0;
     int m_HandshakeInput = 0;
     bool m_IsClient = false;
@@ -87,12 +89,12 @@ private:
     Wire* m_Wire = nullptr;
     std::string m_HostName;
     std::string m_SessionKey;
-    // The session that a client hopes to resume, until the handshake is done.
+    // The session that a client offers to resume, until the handshake is done.
     std::vector<unsigned char> m_Offered;
     String_T<wchar_t> m_Fault;
     bool m_IsDone = false;
     bool m_HasTicket = false;
-    // What verify() has found is told to the peer by this alert; 0 for the usual one.
+    // The alert for a fault that verify() has found; 0 for the one that GnuTLS chooses.
     int m_VerifyAlert = 0;
 };
 

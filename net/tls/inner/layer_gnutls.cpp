@@ -17,15 +17,15 @@ namespace zet::inner
 namespace
 {
 
-// Plain bytes of a record, the most that TLS has.
+// The maximum of plain bytes in a TLS record.
 constexpr int kRecord = 16384;
-// GnuTLS's own bound for a handshake, over the messages of both sides: with long chains a ticket of the version before
-// holds the peer's once more. What the peer may send is bounded by TlsContext::kHandshakeInput.
+// GnuTLS's own limit for a handshake counts the messages of both sides, and with long chains a TLS 1.2 ticket contains
+// the peer's chain a second time. TlsContext::kHandshakeInput is the limit for what the peer sends.
 constexpr size_t kHandshakeMessages = 4 * static_cast<size_t>(TlsContext::kHandshakeInput);
-// Warnings, keep-alives and the like that one step passes over.
+// The number of warnings, keep-alives and the like that one step skips.
 constexpr int kPassedOver = 8;
 
-// Text of a certificate as it is shown and compared; one with a zero inside could pass for another.
+// Text of a certificate for display. A text with a zero byte inside could pass for another one, so it counts as empty.
 std::string cleanText(const char* text, size_t size)
 {
     return std::memchr(text, 0, size) ? std::string() : std::string(text, size);
@@ -50,7 +50,7 @@ std::string nameOf(gnutls_x509_crt_t certificate)
 
 } // namespace
 
-// What GnuTLS calls while an operation of the layer runs.
+// The functions that GnuTLS calls during an operation of the layer.
 struct TlsLayer::Calls
 {
     static TlsLayer& of(gnutls_session_t session) { return *static_cast<TlsLayer*>(gnutls_session_get_ptr(session)); }
@@ -78,7 +78,7 @@ struct TlsLayer::Calls
         return static_cast<ssize_t>(count);
     }
 
-    // Nothing is ever waited for.
+    // Never waits.
     static int isReadable(gnutls_transport_ptr_t self, unsigned int)
     {
         return static_cast<TlsLayer*>(self)->m_Input.size() > 0 ? 1 : 0;
@@ -131,7 +131,7 @@ bool TlsLayer::begin(const String_T<wchar_t>& peer)
         return true;
     }
     m_HostName = StringHelper::wideToUtf8(m_SetHost.isEmpty() ? m_Host.getBuffer() : m_SetHost.getBuffer()).getBuffer();
-    // An address is no server name.
+    // TLS does not allow an address as server name.
     if (!isAddress(m_HostName.c_str()))
         gnutls_server_name_set(m_Session, GNUTLS_NAME_DNS, m_HostName.data(), m_HostName.size());
     gnutls_handshake_set_hook_function(m_Session, GNUTLS_HANDSHAKE_NEW_SESSION_TICKET, GNUTLS_HOOK_POST,
@@ -163,7 +163,7 @@ int TlsLayer::verify()
     return verifyPeer(m_Session, m_IsClient, m_HostName.c_str(), m_Fault, &m_VerifyAlert);
 }
 
-// The alert that the protocol names where GnuTLS takes a more general one; 0 where it takes the right one.
+// The alert that the protocol demands where GnuTLS would send a more general one; otherwise 0.
 int TlsLayer::alertOf(int code) const
 {
     if (code == GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR)
@@ -181,7 +181,7 @@ TlsLayer::Result TlsLayer::fail(int code)
         m_Fault += StringHelper::utf8ToWide(name ? name : "unknown alert");
         return kFailed;
     }
-    // What verify() said is more than the code says.
+    // A text of verify() is more precise than the code's.
     if (m_Fault.isEmpty())
         m_Fault = StringHelper::utf8ToWide(gnutls_strerror(code));
     if (const int alert = alertOf(code))
@@ -203,7 +203,7 @@ TlsLayer::Result TlsLayer::shakeHands(Wire wire)
         code = gnutls_handshake(m_Session);
         if (code == GNUTLS_E_SUCCESS || gnutls_error_is_fatal(code))
             break;
-        // A record that holds a part of a message ends a call. The next one may hold the rest of it.
+        // gnutls_handshake() returns after a record that holds a part of a message. The next record may hold the rest.
         goesOn = code == GNUTLS_E_AGAIN ? m_Input.size() > 0 && m_Input.size() < before : ++passedOver < kPassedOver;
     }
     Result result = kNothingYet;
@@ -217,12 +217,12 @@ TlsLayer::Result TlsLayer::shakeHands(Wire wire)
 
 TlsLayer::Result TlsLayer::finish()
 {
-    // A certificate that was good when the session began may have run out since.
+    // A resumed session skips verification, and the certificate may have expired since.
     if (isResumed())
         if (const int code = verify())
             return fail(code);
     m_IsDone = true;
-    // A ticket of TLS 1.2 may be used again, and a server that resumes need not send another.
+    // A TLS 1.2 ticket may be used again, and a server that resumes need not send a new one.
     if (isResumed() && !m_HasTicket && gnutls_protocol_get_version(m_Session) == GNUTLS_TLS1_2)
         m_Context->m_Store->keep(m_SessionKey, std::move(m_Offered));
     TlsStore::wipe(m_Offered);
@@ -236,7 +236,7 @@ void TlsLayer::keepSession()
     if (!m_HasTicket || !m_IsDone)
         return;
     m_HasTicket = false;
-    // Without this flag GnuTLS would wait for a ticket.
+    // Without this flag gnutls_session_get_data2() would wait for a ticket.
     gnutls_datum_t data{nullptr, 0};
     if (!(gnutls_session_get_flags(m_Session) & GNUTLS_SFLAGS_SESSION_TICKET) ||
         gnutls_session_get_data2(m_Session, &data) != GNUTLS_E_SUCCESS)
@@ -257,7 +257,7 @@ int TlsLayer::open(void* data, int size, Wire wire)
             result = static_cast<int>(got);
         else if (got == 0)
             result = kEnded;
-        // Nobody agrees on a second handshake within the first.
+        // Renegotiation is refused.
         else if (got == GNUTLS_E_REHANDSHAKE || gnutls_error_is_fatal(static_cast<int>(got)))
             result = fail(static_cast<int>(got));
         else if (m_Input.size() == 0)

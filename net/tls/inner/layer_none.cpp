@@ -1,4 +1,4 @@
-// The library without TLS: no session ever begins.
+// The library without TLS: begin() fails, so there is never a session.
 #include "net/tls/inner/layer.h"
 
 namespace zet::inner

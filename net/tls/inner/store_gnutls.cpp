@@ -12,9 +12,8 @@ namespace zet::inner
 namespace
 {
 
-// TLS 1.3 and 1.2. No key exchange whose recorded traffic a stolen key opens later, ciphers with authentication of
-// their own (AEAD) alone, and no SHA-1. The profile refuses certificates with keys below 2,048 bits of RSA or their
-// like. A server goes by its own order.
+// TLS 1.3 and 1.2; forward-secret key exchanges only, AEAD ciphers only, no SHA-1. The profile refuses certificates
+// with RSA keys below 2,048 bits and keys of like strength. A server uses its own order of preference.
 constexpr const char* kPriority =
     "NORMAL:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2:-RSA:-CIPHER-ALL:+AES-256-GCM:+CHACHA20-POLY1305:+AES-128-GCM:"
     "-MAC-ALL:+AEAD:-SIGN-RSA-SHA1:-SIGN-ECDSA-SHA1:-SIGN-DSA-SHA1:%PROFILE_MEDIUM:%SERVER_PRECEDENCE";

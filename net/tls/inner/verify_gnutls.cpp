@@ -21,8 +21,8 @@ gnutls_typed_vdata_st dataOf(gnutls_vdata_types_t type, const char* text)
     return data;
 }
 
-// Whether a certificate names a host or an address where it belongs, in its subject alternative name. GnuTLS would
-// take a name from the subject where there is none.
+// Whether a certificate contains host names or addresses in its subject alternative name. Without any, GnuTLS would
+// accept the common name of the subject.
 bool namesHost(const gnutls_datum_t& der)
 {
     gnutls_x509_crt_t certificate = nullptr;
