@@ -6,6 +6,8 @@
 #include "packaging/command_head.h"
 #include "playerdata/account_global.h"
 
+// Client to platform server: binds a phone to the account. Answered by CCmdBindPhoneSuccess or, on failure,
+// CCmdBindPhoneFail.
 class COMMONGROUND_API CCmdBindPhone : public CCmdPlatform
 {
 public:
@@ -19,6 +21,7 @@ public:
     zet::String_T<wchar_t> m_Text5;
 };
 
+// Answers CCmdBindPhone: the phone is bound.
 class COMMONGROUND_API CCmdBindPhoneSuccess : public CCmdPlatform
 {
 public:
@@ -32,6 +35,7 @@ public:
     AccountGlobalData m_GlobalData;
 };
 
+// Answers CCmdBindPhone: the phone is not bound. The hosts define the failure code.
 class COMMONGROUND_API CCmdBindPhoneFail : public CCmdPlatform
 {
 public:
@@ -42,6 +46,7 @@ public:
     int m_Value1 = 0;
 };
 
+// Client to platform server: removes the binding of a phone. Answered by CCmdUnBindPhoneReply.
 class COMMONGROUND_API CCmdUnBindPhoneRequest : public CCmdPlatform
 {
 public:
@@ -49,6 +54,7 @@ public:
     COMMAND_INTERFACE(CCmdUnBindPhoneRequest)
 };
 
+// Answers CCmdUnBindPhoneRequest.
 class COMMONGROUND_API CCmdUnBindPhoneReply : public CCmdPlatform
 {
 public:
@@ -58,6 +64,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Client to platform server: removes the binding of a user. Answered by CCmdUnBindUserReply.
 class COMMONGROUND_API CCmdUnBindUserRequest : public CCmdPlatform
 {
 public:
@@ -67,6 +74,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdUnBindUserRequest.
 class COMMONGROUND_API CCmdUnBindUserReply : public CCmdPlatform
 {
 public:
@@ -76,6 +84,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Client to platform server: queries a phone. Answered by CCmdQueryPhoneReply.
 class COMMONGROUND_API CCmdQueryPhoneRequest : public CCmdPlatform
 {
 public:
@@ -85,6 +94,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdQueryPhoneRequest.
 class COMMONGROUND_API CCmdQueryPhoneReply : public CCmdPlatform
 {
 public:
@@ -104,6 +114,7 @@ public:
     int m_Value5 = 0;
 };
 
+// Client to platform server: binds an account of an external service. Answered by CCmdBindThirdAccountReply.
 class COMMONGROUND_API CCmdBindThirdAccountRequest : public CCmdPlatform
 {
 public:
@@ -118,6 +129,7 @@ public:
     zet::String_T<wchar_t> m_Text5;
 };
 
+// Answers CCmdBindThirdAccountRequest.
 class COMMONGROUND_API CCmdBindThirdAccountReply : public CCmdPlatform
 {
 public:
