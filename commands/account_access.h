@@ -1,4 +1,4 @@
-// Passwords, switching to another account within a session, and viewing an account.
+// Passwords, switching to another account within a session, and fetching an account.
 #pragma once
 
 #include "dispatch/command_process.h"
@@ -9,6 +9,8 @@
 #include "playerdata/account_other.h"
 #include "playerdata/shop.h"
 
+// Client to platform server: finds a password. Answered by CCmdFindPasswordSuccess or, on failure,
+// CCmdFindPasswordFail.
 class COMMONGROUND_API CCmdFindPassword : public CCmdPlatform
 {
 public:
@@ -18,6 +20,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdFindPassword on success.
 class COMMONGROUND_API CCmdFindPasswordSuccess : public CCmdPlatform
 {
 public:
@@ -28,6 +31,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Answers CCmdFindPassword on failure. The hosts define the failure code.
 class COMMONGROUND_API CCmdFindPasswordFail : public CCmdPlatform
 {
 public:
@@ -38,6 +42,8 @@ public:
     int m_Value1 = 0;
 };
 
+// Client to platform server: updates a password. Answered by CCmdUpdatePasswordSuccess or, on failure,
+// CCmdUpdatePasswordFail.
 class COMMONGROUND_API CCmdUpdatePassword : public CCmdPlatform
 {
 public:
@@ -49,6 +55,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Answers CCmdUpdatePassword on success.
 class COMMONGROUND_API CCmdUpdatePasswordSuccess : public CCmdPlatform
 {
 public:
@@ -59,6 +66,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdUpdatePassword on failure. The hosts define the failure code.
 class COMMONGROUND_API CCmdUpdatePasswordFail : public CCmdPlatform
 {
 public:
@@ -69,6 +77,8 @@ public:
     int m_Value1 = 0;
 };
 
+// Client to platform server: switches to another account within the session. Answered by CCmdSwitchAccountSuccess or,
+// on failure, CCmdSwitchAccountFail.
 class COMMONGROUND_API CCmdSwitchAccount : public CCmdPlatform
 {
 public:
@@ -88,7 +98,7 @@ public:
     zet::String_T<wchar_t> m_Text8;
 };
 
-// Unlike a login, a switch does not deliver the AccountData.
+// Answers CCmdSwitchAccount: the new account. Unlike a login, a switch does not deliver the AccountData.
 class COMMONGROUND_API CCmdSwitchAccountSuccess : public CCmdPlatform
 {
 public:
@@ -105,6 +115,7 @@ public:
     bool m_Flag1 = false;
 };
 
+// Answers CCmdSwitchAccount on failure. The hosts define the failure codes.
 class COMMONGROUND_API CCmdSwitchAccountFail : public CCmdPlatform
 {
 public:
@@ -116,6 +127,7 @@ public:
     int m_Value2 = 0;
 };
 
+// Fetches an account. Answered by CCmdFetchAccountReply.
 class COMMONGROUND_API CCmdFetchAccountRequest : public CCmdPlatform
 {
 public:
@@ -126,6 +138,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdFetchAccountRequest: the account.
 class COMMONGROUND_API CCmdFetchAccountReply : public CCmdPlatform
 {
 public:

@@ -7,6 +7,8 @@
 #include "packaging/command_head.h"
 #include "playerdata/account_global.h"
 
+// Client to platform server: binds a phone to the account. Answered by CCmdBindPhoneSuccess or, on failure,
+// CCmdBindPhoneFail.
 class COMMONGROUND_API CCmdBindPhone : public CCmdPlatform
 {
 public:
@@ -20,6 +22,7 @@ public:
     zet::String_T<wchar_t> m_Text5;
 };
 
+// Answers CCmdBindPhone: the phone is bound.
 class COMMONGROUND_API CCmdBindPhoneSuccess : public CCmdPlatform
 {
 public:
@@ -33,6 +36,7 @@ public:
     AccountGlobalData m_GlobalData;
 };
 
+// Answers CCmdBindPhone: the phone is not bound. The hosts define the failure code.
 class COMMONGROUND_API CCmdBindPhoneFail : public CCmdPlatform
 {
 public:
@@ -43,6 +47,7 @@ public:
     int m_Value1 = 0;
 };
 
+// Client to platform server: removes the binding of a phone. Answered by CCmdUnBindPhoneReply.
 class COMMONGROUND_API CCmdUnBindPhoneRequest : public CCmdPlatform
 {
 public:
@@ -50,6 +55,7 @@ public:
     COMMAND_INTERFACE(CCmdUnBindPhoneRequest)
 };
 
+// Answers CCmdUnBindPhoneRequest.
 class COMMONGROUND_API CCmdUnBindPhoneReply : public CCmdPlatform
 {
 public:
@@ -59,6 +65,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Client to platform server: removes the binding of a user. Answered by CCmdUnBindUserReply.
 class COMMONGROUND_API CCmdUnBindUserRequest : public CCmdPlatform
 {
 public:
@@ -68,6 +75,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdUnBindUserRequest.
 class COMMONGROUND_API CCmdUnBindUserReply : public CCmdPlatform
 {
 public:
@@ -77,6 +85,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Client to platform server: queries a phone. Answered by CCmdQueryPhoneReply.
 class COMMONGROUND_API CCmdQueryPhoneRequest : public CCmdPlatform
 {
 public:
@@ -86,6 +95,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdQueryPhoneRequest.
 class COMMONGROUND_API CCmdQueryPhoneReply : public CCmdPlatform
 {
 public:
@@ -105,6 +115,7 @@ public:
     int m_Value5 = 0;
 };
 
+// Client to platform server: binds an account of an external service. Answered by CCmdBindThirdAccountReply.
 class COMMONGROUND_API CCmdBindThirdAccountRequest : public CCmdPlatform
 {
 public:
@@ -119,6 +130,7 @@ public:
     zet::String_T<wchar_t> m_Text5;
 };
 
+// Answers CCmdBindThirdAccountRequest.
 class COMMONGROUND_API CCmdBindThirdAccountReply : public CCmdPlatform
 {
 public:

@@ -8,6 +8,7 @@
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"
 
+// Request in CCmdVoidDataRequest: creates a character. Answered by CmdCreateCharactorReply.
 struct COMMONGROUND_API CmdCreateCharactorRequest
 {
     WIRE_INTERFACE_DATA
@@ -17,6 +18,7 @@ struct COMMONGROUND_API CmdCreateCharactorRequest
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdVoidDataReply to CmdCreateCharactorRequest.
 struct COMMONGROUND_API CmdCreateCharactorReply
 {
     WIRE_INTERFACE_DATA
@@ -28,6 +30,7 @@ struct COMMONGROUND_API CmdCreateCharactorReply
     zet::String_T<wchar_t> m_Text3;
 };
 
+// Request in CCmdVoidDataRequest: asks for a random nickname. Answered by CmdRandomNickReply.
 struct COMMONGROUND_API CmdRandomNickRequest
 {
     WIRE_INTERFACE_DATA
@@ -35,6 +38,7 @@ struct COMMONGROUND_API CmdRandomNickRequest
     bool m_Flag1 = false;
 };
 
+// Reply in CCmdVoidDataReply to CmdRandomNickRequest.
 struct COMMONGROUND_API CmdRandomNickReply
 {
     WIRE_INTERFACE_DATA
@@ -43,6 +47,7 @@ struct COMMONGROUND_API CmdRandomNickReply
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdVoidDataReply: the records of the user. It has no request message of its own.
 struct COMMONGROUND_API CmdGetUserDataReply
 {
     WIRE_INTERFACE_DATA
@@ -52,6 +57,7 @@ struct COMMONGROUND_API CmdGetUserDataReply
     AccountGlobalData m_GlobalData;
 };
 
+// Request in CCmdVoidDataRequest: asks for the account of a user. Answered by CmdGetV5UserDataReply.
 struct COMMONGROUND_API CmdGetV5UserDataRequest final
 {
     WIRE_INTERFACE_DATA_VIRTUAL
@@ -59,6 +65,7 @@ struct COMMONGROUND_API CmdGetV5UserDataRequest final
     int m_Value1 = 0;
 };
 
+// Reply in CCmdVoidDataReply to CmdGetV5UserDataRequest: the account.
 struct COMMONGROUND_API CmdGetV5UserDataReply final
 {
     WIRE_INTERFACE_DATA_VIRTUAL
@@ -66,12 +73,13 @@ struct COMMONGROUND_API CmdGetV5UserDataReply final
     AccountData m_Account;
 };
 
-// Requests the address; has no bytes.
+// Request in CCmdVoidDataRequest: asks for the address of the user; has no bytes. Answered by CmdUserAddressReply.
 struct COMMONGROUND_API CmdUserAddressRequest
 {
     WIRE_INTERFACE_DATA
 };
 
+// Reply in CCmdVoidDataReply to CmdUserAddressRequest: the address, four texts.
 struct COMMONGROUND_API CmdUserAddressReply
 {
     WIRE_INTERFACE_DATA
@@ -82,6 +90,7 @@ struct COMMONGROUND_API CmdUserAddressReply
     zet::String_T<wchar_t> m_Text4;
 };
 
+// Request in CCmdVoidDataRequest: commits a phone. It has no reply message of its own.
 struct COMMONGROUND_API CmdCommitPhoneRequest
 {
     WIRE_INTERFACE_DATA
@@ -89,6 +98,7 @@ struct COMMONGROUND_API CmdCommitPhoneRequest
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Request in CCmdVoidDataRequest: commits a questionnaire. Answered by CmdCommitQuestionnaireReply.
 struct COMMONGROUND_API CmdCommitQuestionnaireRequest final
 {
     WIRE_INTERFACE_DATA_VIRTUAL
@@ -98,6 +108,7 @@ struct COMMONGROUND_API CmdCommitQuestionnaireRequest final
     int m_Value3 = 0;
 };
 
+// Reply in CCmdVoidDataReply to CmdCommitQuestionnaireRequest.
 struct COMMONGROUND_API CmdCommitQuestionnaireReply final
 {
     WIRE_INTERFACE_DATA_VIRTUAL
@@ -106,6 +117,7 @@ struct COMMONGROUND_API CmdCommitQuestionnaireReply final
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Request in CCmdVoidDataRequest: asks for the server's date. Answered by CmdServerDateReply.
 struct COMMONGROUND_API CmdServerDateRequest
 {
     WIRE_INTERFACE_DATA
@@ -113,6 +125,7 @@ struct COMMONGROUND_API CmdServerDateRequest
     int m_Value1 = 0;
 };
 
+// Reply in CCmdVoidDataReply to CmdServerDateRequest: the server's date.
 struct COMMONGROUND_API CmdServerDateReply
 {
     WIRE_INTERFACE_DATA

@@ -10,6 +10,7 @@
 #include "playerdata/account_global.h"
 #include "playerdata/shop.h"
 
+// Client to platform server: asks for the balance of a currency. Answered by CCmdCurrencyReply.
 class COMMONGROUND_API CCmdCurrencyQuery : public CCmdPlatform
 {
 public:
@@ -19,7 +20,7 @@ public:
     int m_Value1 = 0;
 };
 
-// Means success unless its sender sets otherwise.
+// Answers CCmdCurrencyQuery: the records after the change, with which the client replaces its own at once.
 class COMMONGROUND_API CCmdCurrencyReply : public CCmdPlatform
 {
 public:
@@ -27,6 +28,7 @@ public:
     COMMAND_INTERFACE(CCmdCurrencyReply)
 
     int m_Value1 = 0;
+    // Whether the query succeeded: true unless its sender sets otherwise.
     bool m_Flag1 = true;
     zet::String_T<wchar_t> m_Text1;
     AccountGlobalData m_GlobalData;
@@ -44,7 +46,8 @@ public:
     int m_Value2 = 0;
 };
 
-// Reports the success of a bill, with its trade. It has no request.
+// Platform server to client: a bill succeeded, with the records after the change, with which the client replaces its
+// own at once. Follows CCmdBillReusltNotify. It has no request.
 class COMMONGROUND_API CCmdBillSuccess : public CCmdPlatform
 {
 public:
@@ -62,10 +65,11 @@ public:
     zet::String_T<wchar_t> m_Text8;
     AccountGlobalData m_GlobalData;
     AccountData m_Account;
+    // The trade that was made.
     FGameTrade m_GameTrade;
 };
 
-// Reports the failure of a bill. It has no request.
+// Platform server to client: a bill failed. Follows CCmdBillReusltNotify. It has no request.
 class COMMONGROUND_API CCmdBillFail : public CCmdPlatform
 {
 public:
@@ -79,7 +83,7 @@ public:
     zet::String_T<wchar_t> m_Text3;
 };
 
-// Announces the result of a bill. It has no request.
+// From the platform server: announces the result of a bill, before CCmdBillSuccess or CCmdBillFail. It has no request.
 class COMMONGROUND_API CCmdBillReusltNotify : public CCmdPlatform
 {
 public:
@@ -94,6 +98,7 @@ public:
     int m_Value1 = 0;
 };
 
+// Client to platform server: uses an exchange code. Answered by CCmdBillExchangeCodeReply.
 class COMMONGROUND_API CCmdBillExchangeCodeRequest : public CCmdPlatform
 {
 public:
@@ -112,7 +117,7 @@ public:
     zet::String_T<wchar_t> m_Text7;
 };
 
-// The fields of the request plus a text.
+// Answers CCmdBillExchangeCodeRequest: its ten fields again, and one text more.
 class COMMONGROUND_API CCmdBillExchangeCodeReply : public CCmdPlatform
 {
 public:
@@ -129,9 +134,11 @@ public:
     zet::String_T<wchar_t> m_Text5;
     zet::String_T<wchar_t> m_Text6;
     zet::String_T<wchar_t> m_Text7;
+    // The text that the request lacks.
     zet::String_T<wchar_t> m_Text8;
 };
 
+// Client to platform server. Answered by CCmdTrovCardReply.
 class COMMONGROUND_API CCmdTrovCardRequest : public CCmdPlatform
 {
 public:
@@ -145,6 +152,7 @@ public:
     AccountData m_Account;
 };
 
+// Answers CCmdTrovCardRequest. Delivers AccountData first, unlike the other answers of this file.
 class COMMONGROUND_API CCmdTrovCardReply : public CCmdPlatform
 {
 public:

@@ -7,6 +7,7 @@
 #include "framework/buffer.h"
 #include "packaging/command_head.h"
 
+// Between device and client.
 class COMMONGROUND_API CCmdConnectPhone : public CCmdPlatform
 {
 public:
@@ -17,6 +18,7 @@ public:
     unsigned char m_Byte2 = 0;
 };
 
+// Between device and client.
 class COMMONGROUND_API CCmdConnectMobileInfo : public CCmdPlatform
 {
 public:
@@ -28,6 +30,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Between device and client.
 class COMMONGROUND_API CCmdConnectEvent : public CCmdPlatform
 {
 public:
@@ -38,6 +41,7 @@ public:
     unsigned char m_Byte2 = 0;
 };
 
+// Between device and client.
 class COMMONGROUND_API CCmdControlMode : public CCmdPlatform
 {
 public:
@@ -48,6 +52,7 @@ public:
     int m_Value1 = 0;
 };
 
+// Device to client: a key.
 class COMMONGROUND_API CCmdKeyEvent : public CCmdPlatform
 {
 public:
@@ -59,6 +64,7 @@ public:
     unsigned char m_Byte3 = 0;
 };
 
+// Device to client: a rhythm key.
 class COMMONGROUND_API CCmdRhythmKeyEvent : public CCmdPlatform
 {
 public:
@@ -70,6 +76,7 @@ public:
     unsigned char m_Byte3 = 0;
 };
 
+// Device to client: the mouse.
 class COMMONGROUND_API CCmdMouseEvent : public CCmdPlatform
 {
 public:
@@ -82,6 +89,7 @@ public:
     unsigned short m_Word2 = 0;
 };
 
+// Device to client: a touch.
 class COMMONGROUND_API CCmdTouchEvent : public CCmdPlatform
 {
 public:
@@ -95,7 +103,7 @@ public:
     unsigned short m_Word2 = 0;
 };
 
-// The motion sensor of a phone: from -4 to just below 4, in steps of a 32nd.
+// Device to client: the motion sensor. Each axis is one byte: from -4 to just below 4, in steps of a 32nd.
 class COMMONGROUND_API CCmdSensorEvent : public CCmdPlatform
 {
 public:
@@ -119,6 +127,7 @@ protected:
     float convertByte2GSensor(unsigned char value) const;
 };
 
+// Between device and client.
 class COMMONGROUND_API CCmdCameraEvent : public CCmdPlatform
 {
 public:
@@ -128,6 +137,7 @@ public:
     unsigned char m_Byte1 = 0;
 };
 
+// Between device and client. Answered by CCmdOpenCameraReply.
 class COMMONGROUND_API CCmdOpenCamera : public CCmdPlatform
 {
 public:
@@ -137,6 +147,7 @@ public:
     unsigned char m_Byte1 = 0;
 };
 
+// Answers CCmdOpenCamera.
 class COMMONGROUND_API CCmdOpenCameraReply : public CCmdPlatform
 {
 public:
@@ -146,6 +157,7 @@ public:
     unsigned char m_Byte1 = 0;
 };
 
+// Between device and client. Answered by CCmdHeartReply.
 class COMMONGROUND_API CCmdHeartEvent : public CCmdPlatform
 {
 public:
@@ -153,6 +165,7 @@ public:
     COMMAND_INTERFACE(CCmdHeartEvent)
 };
 
+// Answers CCmdHeartEvent.
 class COMMONGROUND_API CCmdHeartReply : public CCmdPlatform
 {
 public:
@@ -160,7 +173,7 @@ public:
     COMMAND_INTERFACE(CCmdHeartReply)
 };
 
-// Requests a picture of the screen.
+// Device to client: asks for a picture of the screen. Answered by CCmdScreenSynResponse.
 class COMMONGROUND_API CCmdScreenSynRequest : public CCmdPlatform
 {
 public:
@@ -168,15 +181,18 @@ public:
     COMMAND_INTERFACE(CCmdScreenSynRequest)
 };
 
+// Answers CCmdScreenSynRequest: the picture.
 class COMMONGROUND_API CCmdScreenSynResponse : public CCmdPlatform
 {
 public:
     CCmdScreenSynResponse() : CCmdPlatform(command_id::CCmdScreenSynResponse) {}
     COMMAND_INTERFACE(CCmdScreenSynResponse)
 
+    // The picture.
     zet::Buffer m_Data1;
 };
 
+// Answered by CCmdStartKinectResponse.
 class COMMONGROUND_API CCmdStartKinect : public CCmdPlatform
 {
 public:
@@ -186,6 +202,7 @@ public:
     bool m_Flag1 = false;
 };
 
+// Answers CCmdStartKinect.
 class COMMONGROUND_API CCmdStartKinectResponse : public CCmdPlatform
 {
 public:
@@ -197,6 +214,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answered by CCmdTelvaInfoResponse.
 class COMMONGROUND_API CCmdTelvaInfoRequest : public CCmdPlatform
 {
 public:
@@ -206,6 +224,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdTelvaInfoRequest.
 class COMMONGROUND_API CCmdTelvaInfoResponse : public CCmdPlatform
 {
 public:

@@ -8,6 +8,7 @@
 
 #include <vector>
 
+// A zone as the game centre knows it, in CCmdGC_regGameZone and CCmdGC_gameZoneListResponse: two texts.
 struct COMMONGROUND_API GameZoneInfo
 {
     WIRE_INTERFACE_CMD
@@ -16,6 +17,7 @@ struct COMMONGROUND_API GameZoneInfo
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Zone to game centre: registers the zone. Answered by CCmdGC_regGameZoneOk or, on failure, CCmdGC_regGameZoneFail.
 class COMMONGROUND_API CCmdGC_regGameZone : public CCmdPlatform
 {
 public:
@@ -25,6 +27,7 @@ public:
     GameZoneInfo m_GameZoneInfo;
 };
 
+// Answers CCmdGC_regGameZone: the zone is registered.
 class COMMONGROUND_API CCmdGC_regGameZoneOk : public CCmdPlatform
 {
 public:
@@ -32,6 +35,7 @@ public:
     COMMAND_INTERFACE(CCmdGC_regGameZoneOk)
 };
 
+// Answers CCmdGC_regGameZone: the zone is not registered.
 class COMMONGROUND_API CCmdGC_regGameZoneFail : public CCmdPlatform
 {
 public:
@@ -39,6 +43,7 @@ public:
     COMMAND_INTERFACE(CCmdGC_regGameZoneFail)
 };
 
+// Client to game centre: asks for the list of the zones. Answered by CCmdGC_gameZoneListResponse.
 class COMMONGROUND_API CCmdGC_gameZoneListRequest : public CCmdPlatform
 {
 public:
@@ -46,8 +51,8 @@ public:
     COMMAND_INTERFACE(CCmdGC_gameZoneListRequest)
 };
 
-// Read resizes the list to the count and does not clear it: for a zone that cannot be read, the object keeps the texts
-// that it had at that position.
+// Answers CCmdGC_gameZoneListRequest: the zones. Read resizes the list to the count and does not clear it: for a zone
+// that cannot be read, the object keeps the texts that it had at that position.
 class COMMONGROUND_API CCmdGC_gameZoneListResponse : public CCmdPlatform
 {
 public:

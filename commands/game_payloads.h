@@ -11,6 +11,7 @@
 #include <map>
 #include <vector>
 
+// Request in CCmdVoidDataRequest: unlocks a game. Answered by CmdUnlockGameReply.
 struct COMMONGROUND_API CmdUnlockGameRequest final
 {
     WIRE_INTERFACE_DATA_VIRTUAL
@@ -22,6 +23,7 @@ struct COMMONGROUND_API CmdUnlockGameRequest final
     AccountData m_Account;
 };
 
+// Reply in CCmdVoidDataReply to CmdUnlockGameRequest: the account.
 struct COMMONGROUND_API CmdUnlockGameReply final
 {
     WIRE_INTERFACE_DATA_VIRTUAL
@@ -34,6 +36,7 @@ struct COMMONGROUND_API CmdUnlockGameReply final
     AccountData m_Account;
 };
 
+// Request in CCmdVoidDataRequest: cancels a cool-down. Answered by CmdCancelCDReply.
 struct COMMONGROUND_API CmdCancelCDRequest final
 {
     WIRE_INTERFACE_DATA_VIRTUAL
@@ -46,6 +49,7 @@ struct COMMONGROUND_API CmdCancelCDRequest final
     AccountData m_Account;
 };
 
+// Reply in CCmdVoidDataReply to CmdCancelCDRequest: the account.
 struct COMMONGROUND_API CmdCancelCDReply final
 {
     WIRE_INTERFACE_DATA_VIRTUAL
@@ -58,7 +62,8 @@ struct COMMONGROUND_API CmdCancelCDReply final
     AccountData m_Account;
 };
 
-// The games are keyed by their ids. Their reads do not affect the result, as in AccountData.
+// Request in CCmdVoidDataRequest: drops the scores of a player without VIP. Answered by CmdDropScoreNotVIPReply. The
+// games are keyed by their ids. Their reads do not affect the result, as in AccountData.
 struct COMMONGROUND_API CmdDropScoreNotVIPRequest final
 {
     WIRE_INTERFACE_DATA_VIRTUAL
@@ -67,6 +72,7 @@ struct COMMONGROUND_API CmdDropScoreNotVIPRequest final
     std::map<int, FGameTraining> m_TrainingMap;
 };
 
+// Reply in CCmdVoidDataReply to CmdDropScoreNotVIPRequest. The same form as the request.
 struct COMMONGROUND_API CmdDropScoreNotVIPReply final
 {
     WIRE_INTERFACE_DATA_VIRTUAL
@@ -75,6 +81,7 @@ struct COMMONGROUND_API CmdDropScoreNotVIPReply final
     std::map<int, FGameTraining> m_TrainingMap;
 };
 
+// Reply in CCmdVoidDataReply: training games, keyed by their ids. It has no request message of its own.
 struct COMMONGROUND_API CmdUpdateTrainGameMapReply
 {
     WIRE_INTERFACE_DATA
@@ -82,6 +89,7 @@ struct COMMONGROUND_API CmdUpdateTrainGameMapReply
     std::map<int, FGameTraining> m_TrainingMap;
 };
 
+// Reply in CCmdVoidDataReply: a camera game. It has no request message of its own.
 struct COMMONGROUND_API CmdUpdateKinectGameReply
 {
     WIRE_INTERFACE_DATA
@@ -89,6 +97,7 @@ struct COMMONGROUND_API CmdUpdateKinectGameReply
     FGameKinect m_GameKinect;
 };
 
+// Reply in CCmdVoidDataReply. It has no request message of its own.
 struct COMMONGROUND_API CmdTrainGameScoreRankReply
 {
     WIRE_INTERFACE_DATA
@@ -96,7 +105,7 @@ struct COMMONGROUND_API CmdTrainGameScoreRankReply
     float m_Float1 = 0.0f;
 };
 
-// A player of a match. Reading one never fails.
+// A player of a match, in CmdMatchPlayerRequest and its reply. Reading one never fails; a count below 1 keeps the map.
 struct COMMONGROUND_API MatchPlayerInfo
 {
     WIRE_INTERFACE_DATA
@@ -111,6 +120,7 @@ struct COMMONGROUND_API MatchPlayerInfo
     int m_Value1 = 0;
 };
 
+// Request in CCmdVoidDataRequest: asks for players of a match. Answered by CmdMatchPlayerReply.
 struct COMMONGROUND_API CmdMatchPlayerRequest
 {
     WIRE_INTERFACE_DATA
@@ -118,6 +128,7 @@ struct COMMONGROUND_API CmdMatchPlayerRequest
     MatchPlayerInfo m_MatchPlayerInfo;
 };
 
+// Reply in CCmdVoidDataReply to CmdMatchPlayerRequest: the players.
 struct COMMONGROUND_API CmdMatchPlayerReply
 {
     WIRE_INTERFACE_DATA

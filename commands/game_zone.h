@@ -8,6 +8,7 @@
 #include "playerdata/account_core.h"
 #include "playerdata/account_other.h"
 
+// Game server to zone: registers the game server. Answered by CCmdGZ_regGameServerOk.
 class COMMONGROUND_API CCmdGZ_regGameServer : public CCmdPlatform
 {
 public:
@@ -17,7 +18,8 @@ public:
     GameSvrInfo m_GameSvrInfo;
 };
 
-// Shares its id with the request; a host serves one of the two.
+// Answers CCmdGZ_regGameServer: the game server is registered. Shares its id with the request; a host serves one of the
+// two.
 class COMMONGROUND_API CCmdGZ_regGameServerOk : public CCmdPlatform
 {
 public:
@@ -25,6 +27,7 @@ public:
     COMMAND_INTERFACE(CCmdGZ_regGameServerOk)
 };
 
+// From the client: asks for one zone, as CCmdGC_gameZoneListRequest asks for all. Answered by CCmdGZ_ZoneInfoResponse.
 class COMMONGROUND_API CCmdGZ_ZoneInfoRequest : public CCmdPlatform
 {
 public:
@@ -32,6 +35,7 @@ public:
     COMMAND_INTERFACE(CCmdGZ_ZoneInfoRequest)
 };
 
+// Answers CCmdGZ_ZoneInfoRequest: the zone.
 class COMMONGROUND_API CCmdGZ_ZoneInfoResponse : public CCmdPlatform
 {
 public:
@@ -42,6 +46,8 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Zone to game server: asks for a game. Answered by CCmdGZ_createGameOk or, on failure, CCmdGZ_createGameFail. Zone and
+// game server agree on the text and the number.
 class COMMONGROUND_API CCmdGZ_createGame : public CCmdPlatform
 {
 public:
@@ -54,6 +60,7 @@ public:
     int m_Value1 = 0;
 };
 
+// Answers CCmdGZ_createGame: the game was created.
 class COMMONGROUND_API CCmdGZ_createGameOk : public CCmdPlatform
 {
 public:
@@ -65,6 +72,7 @@ public:
     zet::Uuid m_Id1;
 };
 
+// Answers CCmdGZ_createGame: no game was created.
 class COMMONGROUND_API CCmdGZ_createGameFail : public CCmdPlatform
 {
 public:
@@ -74,34 +82,40 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reports the end of a game.
 class COMMONGROUND_API CCmdGZ_gameOver : public CCmdPlatform
 {
 public:
     CCmdGZ_gameOver() : CCmdPlatform(command_id::CCmdGZ_gameOver) {}
     COMMAND_INTERFACE(CCmdGZ_gameOver)
 
+    // The game.
     zet::Uuid m_Id1;
 };
 
+// Removes a game. Answered by CCmdGZ_destroyGameOk.
 class COMMONGROUND_API CCmdGZ_destroyGame : public CCmdPlatform
 {
 public:
     CCmdGZ_destroyGame() : CCmdPlatform(command_id::CCmdGZ_destroyGame) {}
     COMMAND_INTERFACE(CCmdGZ_destroyGame)
 
+    // The game.
     zet::Uuid m_Id1;
 };
 
+// Answers CCmdGZ_destroyGame: the game is removed.
 class COMMONGROUND_API CCmdGZ_destroyGameOk : public CCmdPlatform
 {
 public:
     CCmdGZ_destroyGameOk() : CCmdPlatform(command_id::CCmdGZ_destroyGameOk) {}
     COMMAND_INTERFACE(CCmdGZ_destroyGameOk)
 
+    // The game.
     zet::Uuid m_Id1;
 };
 
-// Sends a client the address of its game.
+// Zone to client: where to open the connection to the game. The client then joins with CCmdGS_joinGame.
 class COMMONGROUND_API CCmdGZ_ConnectGameSvr : public CCmdPlatform
 {
 public:
@@ -118,6 +132,7 @@ public:
     AccountCombatData m_CombatData;
 };
 
+// Starts the game proper. Answered by CCmdGZ_StartGameReply.
 class COMMONGROUND_API CCmdGZ_StartGameRequest : public CCmdPlatform
 {
 public:
@@ -127,6 +142,7 @@ public:
     int m_Value1 = 0;
 };
 
+// Answers CCmdGZ_StartGameRequest.
 class COMMONGROUND_API CCmdGZ_StartGameReply : public CCmdPlatform
 {
 public:

@@ -10,6 +10,7 @@
 
 #include <vector>
 
+// Client to lesson service: a player enters the lobby. Answered by CCmdMazurixEnterLobbyReply.
 class COMMONGROUND_API CCmdMazurixEnterLobbyRequest : public CCmdPlatform
 {
 public:
@@ -19,19 +20,25 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdMazurixEnterLobbyRequest: the lobby. The seven values do not affect the result: those that cannot be read
+// are 0.
 class COMMONGROUND_API CCmdMazurixEnterLobbyReply : public CCmdPlatform
 {
 public:
+    static constexpr int kValues = 7;
+
     CCmdMazurixEnterLobbyReply() : CCmdPlatform(command_id::CCmdMazurixEnterLobbyReply) {}
     COMMAND_INTERFACE(CCmdMazurixEnterLobbyReply)
 
+    // The result.
     unsigned char m_Byte1 = 0;
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
-    int m_Values[7] = {};
+    int m_Values[kValues] = {};
     MazurixLobbyInfo m_MazurixLobbyInfo;
 };
 
+// Client to lesson service: starts a game. Answered by CCmdMazurixStartGameReply.
 class COMMONGROUND_API CCmdMazurixStartGameRequest : public CCmdPlatform
 {
 public:
@@ -41,16 +48,19 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdMazurixStartGameRequest.
 class COMMONGROUND_API CCmdMazurixStartGameReply : public CCmdPlatform
 {
 public:
     CCmdMazurixStartGameReply() : CCmdPlatform(command_id::CCmdMazurixStartGameReply) {}
     COMMAND_INTERFACE(CCmdMazurixStartGameReply)
 
+    // The result.
     unsigned char m_Byte1 = 0;
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Client to lesson service: ends a game. Answered by CCmdMazurixEndGameReply.
 class COMMONGROUND_API CCmdMazurixEndGameRequest : public CCmdPlatform
 {
 public:
@@ -65,19 +75,24 @@ public:
     MazurixValues m_MazurixValues2;
 };
 
-// A reply that ends after its texts is valid, with seven zeros.
+// Answers CCmdMazurixEndGameRequest. The seven values do not affect the result: a reply that ends after its texts is
+// valid, with seven zeros.
 class COMMONGROUND_API CCmdMazurixEndGameReply : public CCmdPlatform
 {
 public:
+    static constexpr int kValues = 7;
+
     CCmdMazurixEndGameReply() : CCmdPlatform(command_id::CCmdMazurixEndGameReply) {}
     COMMAND_INTERFACE(CCmdMazurixEndGameReply)
 
+    // The result.
     unsigned char m_Byte1 = 0;
     zet::String_T<wchar_t> m_Text1;
     zet::String_T<wchar_t> m_Text2;
-    int m_Values[7] = {};
+    int m_Values[kValues] = {};
 };
 
+// Client to lesson service: asks for the list of the lessons. Answered by CCmdMazurixGetLessonsReply.
 class COMMONGROUND_API CCmdMazurixGetLessonsRequest : public CCmdPlatform
 {
 public:
@@ -87,17 +102,20 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdMazurixGetLessonsRequest: the lessons. An empty list is valid.
 class COMMONGROUND_API CCmdMazurixGetLessonsReply : public CCmdPlatform
 {
 public:
     CCmdMazurixGetLessonsReply() : CCmdPlatform(command_id::CCmdMazurixGetLessonsReply) {}
     COMMAND_INTERFACE(CCmdMazurixGetLessonsReply)
 
+    // The result.
     unsigned char m_Byte1 = 0;
     zet::String_T<wchar_t> m_Text1;
     std::vector<MazurixLessonInfo> m_MazurixLessonInfos;
 };
 
+// Client to lesson service: a player enters a lesson. Answered by CCmdMazurixEnterLessonReply.
 class COMMONGROUND_API CCmdMazurixEnterLessonRequest : public CCmdPlatform
 {
 public:
@@ -109,17 +127,20 @@ public:
     zet::String_T<wchar_t> m_Text3;
 };
 
+// Answers CCmdMazurixEnterLessonRequest.
 class COMMONGROUND_API CCmdMazurixEnterLessonReply : public CCmdPlatform
 {
 public:
     CCmdMazurixEnterLessonReply() : CCmdPlatform(command_id::CCmdMazurixEnterLessonReply) {}
     COMMAND_INTERFACE(CCmdMazurixEnterLessonReply)
 
+    // The result.
     unsigned char m_Byte1 = 0;
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
 };
 
+// Client to lesson service: a player leaves a lesson. Answered by CCmdMazurixLeaveLessonReply.
 class COMMONGROUND_API CCmdMazurixLeaveLessonRequest : public CCmdPlatform
 {
 public:
@@ -127,16 +148,19 @@ public:
     COMMAND_INTERFACE(CCmdMazurixLeaveLessonRequest)
 };
 
+// Answers CCmdMazurixLeaveLessonRequest.
 class COMMONGROUND_API CCmdMazurixLeaveLessonReply : public CCmdPlatform
 {
 public:
     CCmdMazurixLeaveLessonReply() : CCmdPlatform(command_id::CCmdMazurixLeaveLessonReply) {}
     COMMAND_INTERFACE(CCmdMazurixLeaveLessonReply)
 
+    // The result.
     unsigned char m_Byte1 = 0;
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Client to lesson service: data of a player who is dancing. Answered by CCmdMazurixSubmitDataReply.
 class COMMONGROUND_API CCmdMazurixSubmitDataRequest : public CCmdPlatform
 {
 public:
@@ -148,16 +172,19 @@ public:
     unsigned short m_Word2 = 0;
 };
 
+// Answers CCmdMazurixSubmitDataRequest.
 class COMMONGROUND_API CCmdMazurixSubmitDataReply : public CCmdPlatform
 {
 public:
     CCmdMazurixSubmitDataReply() : CCmdPlatform(command_id::CCmdMazurixSubmitDataReply) {}
     COMMAND_INTERFACE(CCmdMazurixSubmitDataReply)
 
+    // The result.
     unsigned char m_Byte1 = 0;
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Client to lesson service: a player chats. Answered by CCmdMazurixSendChatReply.
 class COMMONGROUND_API CCmdMazurixSendChatRequest : public CCmdPlatform
 {
 public:
@@ -167,16 +194,19 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdMazurixSendChatRequest.
 class COMMONGROUND_API CCmdMazurixSendChatReply : public CCmdPlatform
 {
 public:
     CCmdMazurixSendChatReply() : CCmdPlatform(command_id::CCmdMazurixSendChatReply) {}
     COMMAND_INTERFACE(CCmdMazurixSendChatReply)
 
+    // The result.
     unsigned char m_Byte1 = 0;
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Between client and lesson service: notifies that users have entered a lesson.
 class COMMONGROUND_API CCmdMazurixOnUsersEnterLessonNotify : public CCmdPlatform
 {
 public:
@@ -186,6 +216,7 @@ public:
     std::vector<MazurixUserInfo> m_MazurixUserInfos;
 };
 
+// Between client and lesson service: notifies that users have left a lesson.
 class COMMONGROUND_API CCmdMazurixOnUsersLeaveLessonNotify : public CCmdPlatform
 {
 public:
@@ -195,6 +226,7 @@ public:
     std::vector<zet::String_T<wchar_t>> m_Texts;
 };
 
+// Between client and lesson service: notifies that a lesson has started, with its users.
 class COMMONGROUND_API CCmdMazurixOnLessonStartedNotify : public CCmdPlatform
 {
 public:
@@ -204,6 +236,7 @@ public:
     std::vector<MazurixUserInfo> m_MazurixUserInfos;
 };
 
+// Between client and lesson service: notifies that a lesson has ended.
 class COMMONGROUND_API CCmdMazurixOnLessonEndedNotify : public CCmdPlatform
 {
 public:
@@ -211,6 +244,7 @@ public:
     COMMAND_INTERFACE(CCmdMazurixOnLessonEndedNotify)
 };
 
+// Between client and lesson service: notifies that data was exported.
 class COMMONGROUND_API CCmdMazurixOnDataExportedNotify : public CCmdPlatform
 {
 public:
@@ -220,6 +254,7 @@ public:
     MazurixExportInfo m_MazurixExportInfo;
 };
 
+// Between client and lesson service: notifies that a user has left a room.
 class COMMONGROUND_API CCmdMazurixOnUserLeaveRoomNotify : public CCmdPlatform
 {
 public:
@@ -229,6 +264,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Between client and lesson service: notifies that chat was received.
 class COMMONGROUND_API CCmdMazurixOnReceiveChatNotify : public CCmdPlatform
 {
 public:
@@ -239,6 +275,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Between client and lesson service: a list of lessons. No command answers it.
 class COMMONGROUND_API CCmdMazurixSyncLessonsRequest : public CCmdPlatform
 {
 public:

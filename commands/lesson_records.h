@@ -5,6 +5,7 @@
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 
+// Four values, which the lesson service defines.
 class COMMONGROUND_API MazurixValues
 {
 public:
@@ -16,6 +17,7 @@ public:
     unsigned short m_Word4 = 0;
 };
 
+// The lobby, in CCmdMazurixEnterLobbyReply.
 class COMMONGROUND_API MazurixLobbyInfo
 {
 public:
@@ -27,6 +29,7 @@ public:
     MazurixValues m_MazurixValues2;
 };
 
+// A lesson, in CCmdMazurixGetLessonsReply and CCmdMazurixSyncLessonsRequest.
 class COMMONGROUND_API MazurixLessonInfo
 {
 public:
@@ -40,6 +43,7 @@ public:
     unsigned short m_Word1 = 0;
 };
 
+// A user, in CCmdMazurixOnUsersEnterLessonNotify and CCmdMazurixOnLessonStartedNotify.
 class COMMONGROUND_API MazurixUserInfo
 {
 public:
@@ -50,6 +54,7 @@ public:
     zet::String_T<wchar_t> m_Text3;
 };
 
+// The content of CCmdMazurixOnDataExportedNotify.
 class COMMONGROUND_API MazurixExportInfo
 {
 public:

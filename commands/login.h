@@ -10,19 +10,24 @@
 #include "playerdata/account_other.h"
 #include "playerdata/shop.h"
 
-// The base of most login variants, and a login itself.
+// Client to platform server: a login, and the base of most of its variants. Answered by CCmdLoginSuccess or, on
+// failure, CCmdLoginFail.
 class COMMONGROUND_API CCmdBaseLogin : public CCmdPlatform
 {
 public:
+    static constexpr int kTexts = 5;
+
     CCmdBaseLogin() : CCmdPlatform(command_id::CCmdBaseLogin) {}
     COMMAND_INTERFACE(CCmdBaseLogin)
 
-    zet::String_T<wchar_t> m_Texts[5];
+    zet::String_T<wchar_t> m_Texts[kTexts];
 
 protected:
     explicit CCmdBaseLogin(unsigned short id) : CCmdPlatform(id) {}
 };
 
+// Client to platform server: a login with the form of CCmdBaseLogin. Answered by CCmdLoginSuccess or, on failure,
+// CCmdLoginFail.
 class COMMONGROUND_API CCmdGuestLogin : public CCmdBaseLogin
 {
 public:
@@ -30,6 +35,8 @@ public:
     COMMAND_INTERFACE(CCmdGuestLogin)
 };
 
+// Client to platform server: a login with the form of CCmdBaseLogin. Answered by CCmdLoginSuccess or, on failure,
+// CCmdLoginFail.
 class COMMONGROUND_API CCmdMacLogin : public CCmdBaseLogin
 {
 public:
@@ -37,6 +44,8 @@ public:
     COMMAND_INTERFACE(CCmdMacLogin)
 };
 
+// Client to platform server: a login, CCmdBaseLogin plus two texts. Answered by CCmdLoginSuccess or, on failure,
+// CCmdLoginFail.
 class COMMONGROUND_API CCmdMobileLogin : public CCmdBaseLogin
 {
 public:
@@ -47,7 +56,8 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
-// A login with an account of an external service.
+// Client to platform server: a login with an account of an external service, CCmdBaseLogin plus a text and a number.
+// Answered by CCmdLoginSuccess or, on failure, CCmdLoginFail.
 class COMMONGROUND_API CCmdThirdAccountLogin : public CCmdBaseLogin
 {
 public:
@@ -58,6 +68,8 @@ public:
     int m_Value1 = 0;
 };
 
+// Client to platform server: a login, CCmdBaseLogin plus two texts. Answered by CCmdLoginSuccess or, on failure,
+// CCmdLoginFail.
 class COMMONGROUND_API CCmdWechatdAccountLogin : public CCmdBaseLogin
 {
 public:
@@ -68,7 +80,8 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
-// A separate variant with five texts.
+// Client to platform server: a login with five texts of its own, not derived from CCmdBaseLogin. Answered by
+// CCmdLoginSuccess or, on failure, CCmdLoginFail.
 class COMMONGROUND_API CCmdLogin : public CCmdPlatform
 {
 public:
@@ -82,7 +95,8 @@ public:
     zet::String_T<wchar_t> m_Text5;
 };
 
-// The whole account at once. All replies to a login deliver the records in this order.
+// Answers CCmdLogin, CCmdBaseLogin and each class derived from it: the whole account at once. All answers to a login
+// deliver the records in this order.
 class COMMONGROUND_API CCmdLoginSuccess : public CCmdPlatform
 {
 public:
@@ -99,19 +113,22 @@ public:
     int m_Value2 = 0;
 };
 
-// The reason as a text and two numbers.
+// Answers CCmdLogin, CCmdBaseLogin and each class derived from it: the login failed. The text and the two numbers say
+// why.
 class COMMONGROUND_API CCmdLoginFail : public CCmdPlatform
 {
 public:
     CCmdLoginFail() : CCmdPlatform(command_id::CCmdLoginFail) {}
     COMMAND_INTERFACE(CCmdLoginFail)
 
+    // The reason.
     zet::String_T<wchar_t> m_Text1;
     int m_Value1 = 0;
     int m_Value2 = 0;
 };
 
-// The second form of login, which continues with CCmdLoginCheck.
+// Client to platform server: starts the second form of login, which goes on with CCmdLoginCheck. Answered by
+// CCmdHpwdLoginSuccess or, on failure, CCmdHpwdLoginCancel.
 class COMMONGROUND_API CCmdLoginHPWD : public CCmdPlatform
 {
 public:
@@ -122,6 +139,8 @@ public:
     unsigned long m_Value1 = 0;
 };
 
+// Client to platform server: continues the login that CCmdLoginHPWD started. Answered by CCmdHpwdLoginSuccess or, on
+// failure, CCmdHpwdLoginCancel.
 class COMMONGROUND_API CCmdLoginCheck : public CCmdPlatform
 {
 public:
@@ -132,7 +151,7 @@ public:
     unsigned long m_Value1 = 0;
 };
 
-// The fields of CCmdLoginSuccess plus three texts.
+// Answers CCmdLoginHPWD and CCmdLoginCheck: the fields of CCmdLoginSuccess plus three texts.
 class COMMONGROUND_API CCmdHpwdLoginSuccess : public CCmdPlatform
 {
 public:
@@ -152,6 +171,7 @@ public:
     zet::String_T<wchar_t> m_Text3;
 };
 
+// Answers CCmdLoginHPWD and CCmdLoginCheck: the second form of login ended without success.
 class COMMONGROUND_API CCmdHpwdLoginCancel : public CCmdPlatform
 {
 public:
@@ -161,7 +181,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Ends a session and returns the client's last state to the servers.
+// Client to platform server: ends the session and returns the account's last records, in the order of CCmdLoginSuccess.
 class COMMONGROUND_API CCmdLogout : public CCmdPlatform
 {
 public:
@@ -177,7 +197,7 @@ public:
     AccountData m_Account;
 };
 
-// Notifies a client that its session has ended. It has no reply.
+// Platform server to client: the session has ended. It has no reply.
 class COMMONGROUND_API CCmdAccountKickOut : public CCmdPlatform
 {
 public:
@@ -185,6 +205,7 @@ public:
     COMMAND_INTERFACE(CCmdAccountKickOut)
 };
 
+// Asks for the state of the login during a session. Answered by CCmdLoginStateReply.
 class COMMONGROUND_API CCmdLoginStateRequest : public CCmdPlatform
 {
 public:
@@ -192,6 +213,7 @@ public:
     COMMAND_INTERFACE(CCmdLoginStateRequest)
 };
 
+// Answers CCmdLoginStateRequest: the state of the login.
 class COMMONGROUND_API CCmdLoginStateReply : public CCmdPlatform
 {
 public:

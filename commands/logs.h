@@ -9,6 +9,7 @@
 #include "playerdata/account_global.h"
 #include "playerdata/match_data.h"
 
+// To the log database: a record.
 class COMMONGROUND_API CCmdAddLog : public CCmdPlatform
 {
 public:
@@ -37,6 +38,7 @@ public:
     int m_Value9 = 0;
 };
 
+// To the log database: a record of the lobby.
 class COMMONGROUND_API CCmdLogLobby : public CCmdPlatform
 {
 public:
@@ -49,6 +51,7 @@ public:
     zet::String_T<wchar_t> m_Text4;
 };
 
+// To the log database: a record of a match.
 class COMMONGROUND_API CCmdLogMatch : public CCmdPlatform
 {
 public:
@@ -62,6 +65,7 @@ public:
     AccountMatchData3 m_MatchData3;
 };
 
+// To the log database: a record of a payment.
 class COMMONGROUND_API CCmdLogPay : public CCmdPlatform
 {
 public:
@@ -81,6 +85,7 @@ public:
     bool m_Flag1 = false;
 };
 
+// To the log database: a record of the zero-price purchase campaign.
 class COMMONGROUND_API CCmdLogLingYuanGou : public CCmdPlatform
 {
 public:
@@ -93,6 +98,7 @@ public:
     zet::String_T<wchar_t> m_Text4;
 };
 
+// To the log database: a record of an account.
 class COMMONGROUND_API CCmdLogAccount : public CCmdPlatform
 {
 public:
@@ -107,6 +113,7 @@ public:
     AccountData m_Account;
 };
 
+// A service operation on an account. Answered by CCmdMaintainReply.
 class COMMONGROUND_API CCmdMaintainRequest : public CCmdPlatform
 {
 public:
@@ -117,6 +124,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdMaintainRequest: with the records of the account.
 class COMMONGROUND_API CCmdMaintainReply : public CCmdPlatform
 {
 public:

@@ -8,6 +8,7 @@
 
 #include <vector>
 
+// To the mail store: a letter. Answered by CCmdMailSendReply.
 class COMMONGROUND_API CCmdMailSendRequest : public CCmdPlatform
 {
 public:
@@ -17,6 +18,7 @@ public:
     CLetter m_Letter;
 };
 
+// Answers CCmdMailSendRequest.
 class COMMONGROUND_API CCmdMailSendReply : public CCmdPlatform
 {
 public:
@@ -26,6 +28,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// To the mail store: asks for letters. Answered by CCmdMailReceiveReply.
 class COMMONGROUND_API CCmdMailReceiveRequest : public CCmdPlatform
 {
 public:
@@ -36,9 +39,9 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// A truncated list is a valid reply with as many letters as the count says: a truncated letter has what was read of it,
-// a missing one is default-constructed. For a count above 1,024 at most one more letter is created than the payload
-// could hold.
+// Answers CCmdMailReceiveRequest: the letters. A truncated list is a valid reply with as many letters as the count
+// says: a truncated letter has what was read of it, a missing one is default-constructed. For a count above 1,024 at
+// most one more letter is created than the payload could hold.
 class COMMONGROUND_API CCmdMailReceiveReply : public CCmdPlatform
 {
 public:
@@ -49,6 +52,7 @@ public:
     std::vector<CLetter> m_Letters;
 };
 
+// Between clients: a short message of a player, as sent.
 class COMMONGROUND_API CCmdMessageSend : public CCmdPlatform
 {
 public:
@@ -61,6 +65,7 @@ public:
     zet::String_T<wchar_t> m_Text3;
 };
 
+// Between clients: a short message of a player, as received.
 class COMMONGROUND_API CCmdMessageRecv : public CCmdPlatform
 {
 public:

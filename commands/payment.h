@@ -6,6 +6,7 @@
 #include "dispatch/ids/payment.h"
 #include "packaging/command_head.h"
 
+// Client to platform server: orders a purchase. Answered by CCmdOrderReturn.
 class COMMONGROUND_API CCmdOrderRequest : public CCmdPlatform
 {
 public:
@@ -31,6 +32,7 @@ public:
     zet::String_T<wchar_t> m_Text13;
 };
 
+// Answers CCmdOrderRequest: the order.
 class COMMONGROUND_API CCmdOrderReturn : public CCmdPlatform
 {
 public:
@@ -56,6 +58,7 @@ public:
     zet::String_T<wchar_t> m_Text12;
 };
 
+// For a payment on a phone. Answered by CCmdPayOrderReply.
 class COMMONGROUND_API CCmdPayOrderQuery : public CCmdPlatform
 {
 public:
@@ -63,6 +66,7 @@ public:
     COMMAND_INTERFACE(CCmdPayOrderQuery)
 };
 
+// Answers CCmdPayOrderQuery.
 class COMMONGROUND_API CCmdPayOrderReply : public CCmdPlatform
 {
 public:
@@ -77,7 +81,7 @@ public:
     zet::String_T<wchar_t> m_Text5;
 };
 
-// States a price. It has no request.
+// States a price, for a payment on a phone. It has no request.
 class COMMONGROUND_API CCmdPayPrice : public CCmdPlatform
 {
 public:
@@ -87,6 +91,7 @@ public:
     int m_Value1 = 0;
 };
 
+// Asks for the pay token of a phone. Answered by CCmdReplayPaytoKen.
 class COMMONGROUND_API CCmdRequestPaytoKen : public CCmdPlatform
 {
 public:
@@ -94,6 +99,7 @@ public:
     COMMAND_INTERFACE(CCmdRequestPaytoKen)
 };
 
+// Answers CCmdRequestPaytoKen: the pay token.
 class COMMONGROUND_API CCmdReplayPaytoKen : public CCmdPlatform
 {
 public:

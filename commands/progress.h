@@ -8,6 +8,7 @@
 #include "playerdata/account_global.h"
 #include "playerdata/match_data.h"
 
+// Client to platform server: starts a game. Answered by CCmdReplyStartGame.
 class COMMONGROUND_API CCmdRequestStartGame : public CCmdPlatform
 {
 public:
@@ -23,6 +24,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Answers CCmdRequestStartGame.
 class COMMONGROUND_API CCmdReplyStartGame : public CCmdPlatform
 {
 public:
@@ -36,6 +38,7 @@ public:
     AccountData m_Account;
 };
 
+// Client to platform server: ends a game. Answered by CCmdReplyEndGame.
 class COMMONGROUND_API CCmdRequestEndGame : public CCmdPlatform
 {
 public:
@@ -54,6 +57,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Answers CCmdRequestEndGame.
 class COMMONGROUND_API CCmdReplyEndGame : public CCmdPlatform
 {
 public:
@@ -74,6 +78,7 @@ public:
     AccountMatchData4 m_MatchData4;
 };
 
+// Client to platform server: finishes a mission. Answered by CCmdReplyFinishMission.
 class COMMONGROUND_API CCmdRequestFinishMission : public CCmdPlatform
 {
 public:
@@ -84,7 +89,7 @@ public:
     int m_Value2 = 0;
 };
 
-// Means finished unless its sender sets otherwise.
+// Answers CCmdRequestFinishMission.
 class COMMONGROUND_API CCmdReplyFinishMission : public CCmdPlatform
 {
 public:
@@ -92,12 +97,14 @@ public:
     COMMAND_INTERFACE(CCmdReplyFinishMission)
 
     zet::String_T<wchar_t> m_Text1;
+    // True unless its sender sets otherwise.
     bool m_Flag1 = true;
     int m_Value1 = 0;
     int m_Value2 = 0;
     AccountData m_Account;
 };
 
+// Client to platform server: saves a mission of today. Answered by CCmdReplySaveTodayMission.
 class COMMONGROUND_API CCmdRequestSaveTodayMission : public CCmdPlatform
 {
 public:
@@ -107,6 +114,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdRequestSaveTodayMission.
 class COMMONGROUND_API CCmdReplySaveTodayMission : public CCmdPlatform
 {
 public:
@@ -117,6 +125,7 @@ public:
     AccountData m_Account;
 };
 
+// Client to platform server: a player's energy. Answered by CCmdEnergyReply.
 class COMMONGROUND_API CCmdEnergyRequest : public CCmdPlatform
 {
 public:
@@ -129,6 +138,7 @@ public:
     int m_Value4 = 0;
 };
 
+// Answers CCmdEnergyRequest.
 class COMMONGROUND_API CCmdEnergyReply : public CCmdPlatform
 {
 public:
@@ -143,6 +153,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Between client and platform server: saves the account.
 class COMMONGROUND_API CCmdSaveAccount : public CCmdPlatform
 {
 public:

@@ -10,17 +10,20 @@
 #include "playerdata/account_global.h"
 #include "playerdata/account_other.h"
 
-// Joins the game named by the zone.
+// Client to game server: joins the game that the zone named in CCmdGZ_ConnectGameSvr. Answered by CCmdGS_joinGameOk or,
+// on failure, CCmdGS_joinGameFail.
 class COMMONGROUND_API CCmdGS_joinGame : public CCmdPlatform
 {
 public:
     CCmdGS_joinGame() : CCmdPlatform(command_id::CCmdGS_joinGame) {}
     COMMAND_INTERFACE(CCmdGS_joinGame)
 
+    // The game.
     zet::Uuid m_Id1;
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdGS_joinGame: the player has joined.
 class COMMONGROUND_API CCmdGS_joinGameOk : public CCmdPlatform
 {
 public:
@@ -28,7 +31,7 @@ public:
     COMMAND_INTERFACE(CCmdGS_joinGameOk)
 };
 
-// A code and a reason.
+// Answers CCmdGS_joinGame: a code and a text.
 class COMMONGROUND_API CCmdGS_joinGameFail : public CCmdPlatform
 {
 public:
@@ -39,6 +42,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Client to game server: leaves the game. Answered by CCmdGS_exitGameOk or, on failure, CCmdGS_exitGameFail.
 class COMMONGROUND_API CCmdGS_exitGame : public CCmdPlatform
 {
 public:
@@ -48,6 +52,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdGS_exitGame: the player has left.
 class COMMONGROUND_API CCmdGS_exitGameOk : public CCmdPlatform
 {
 public:
@@ -55,6 +60,7 @@ public:
     COMMAND_INTERFACE(CCmdGS_exitGameOk)
 };
 
+// Answers CCmdGS_exitGame on failure.
 class COMMONGROUND_API CCmdGS_exitGameFail : public CCmdPlatform
 {
 public:
@@ -62,7 +68,7 @@ public:
     COMMAND_INTERFACE(CCmdGS_exitGameFail)
 };
 
-// Announces a new player to the others, with the player's records.
+// Between client and game server: announces a new player to the others, with that player's records.
 class COMMONGROUND_API CCmdGS_OtherJoin : public CCmdPlatform
 {
 public:
@@ -74,6 +80,7 @@ public:
     AccountGlobalData m_GlobalData;
 };
 
+// Between client and game server: describes a player in the game.
 class COMMONGROUND_API CCmdGS_PlayerEnter : public CCmdPlatform
 {
 public:
@@ -87,7 +94,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
-// A player in the game, and the look of the player's figure.
+// Between client and game server: describes a player in the game, with the look of the player's character.
 class COMMONGROUND_API CCmdGS_GamePlayer : public CCmdPlatform
 {
 public:
@@ -108,6 +115,7 @@ public:
     ChangingRoomEquip m_ChangingRoomEquip;
 };
 
+// Between client and game server: sent while the race runs.
 class COMMONGROUND_API CCmdGS_PlayerRaceData : public CCmdPlatform
 {
 public:
@@ -120,7 +128,7 @@ public:
     float m_Float2 = 0.0f;
 };
 
-// A player's reward at the end of the race.
+// Between client and game server: the reward of a player at the end of the race.
 class COMMONGROUND_API CCmdGS_PlayerReward : public CCmdPlatform
 {
 public:
@@ -133,6 +141,7 @@ public:
     int m_Value3 = 0;
 };
 
+// Between client and game server: chat of the players, at any time.
 class COMMONGROUND_API CCmdGS_PlayersChat : public CCmdPlatform
 {
 public:
@@ -142,7 +151,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Closes the balance of a race.
+// Between client and game server: closes the balance at the end of the race. Answered by CCmdGS_RaceBalanceOK.
 class COMMONGROUND_API CCmdGS_RaceBalanceRequest : public CCmdPlatform
 {
 public:
@@ -153,6 +162,7 @@ public:
     int m_Value1 = 0;
 };
 
+// Answers CCmdGS_RaceBalanceRequest: the balance is closed.
 class COMMONGROUND_API CCmdGS_RaceBalanceOK : public CCmdPlatform
 {
 public:
@@ -160,6 +170,7 @@ public:
     COMMAND_INTERFACE(CCmdGS_RaceBalanceOK)
 };
 
+// Between client and game server: the look of a player's character, at any time.
 class COMMONGROUND_API CCmdGS_PlayerEquipAttribute : public CCmdPlatform
 {
 public:
@@ -170,7 +181,7 @@ public:
     ChangingRoomEquip m_ChangingRoomEquip;
 };
 
-// Tests the connection.
+// Between client and game server: tests the connection.
 class COMMONGROUND_API CCmdGS_test : public CCmdPlatform
 {
 public:
@@ -180,7 +191,7 @@ public:
     unsigned long m_Value1 = 0;
 };
 
-// Tests the synchronisation of positions.
+// Between client and game server: tests the synchronisation of positions.
 class COMMONGROUND_API CCmdGS_testSyncPos : public CCmdPlatform
 {
 public:

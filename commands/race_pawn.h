@@ -8,6 +8,7 @@
 
 #include <vector>
 
+// Between client and game server: a pawn is ready. CCmdGS_AllPlayerReady follows when all are.
 class COMMONGROUND_API CCmdGS_PawnReady : public CCmdPlatform
 {
 public:
@@ -17,7 +18,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// All pawns are ready.
+// Between client and game server: all pawns are ready.
 class COMMONGROUND_API CCmdGS_AllPlayerReady : public CCmdPlatform
 {
 public:
@@ -25,6 +26,7 @@ public:
     COMMAND_INTERFACE(CCmdGS_AllPlayerReady)
 };
 
+// Between client and game server: three values for a pawn. CCmdGS_AllRunDown follows when all pawns have reported.
 class COMMONGROUND_API CCmdGS_RunDown : public CCmdPlatform
 {
 public:
@@ -36,7 +38,7 @@ public:
     float m_Float3 = 0.0f;
 };
 
-// All pawns have reported their run down.
+// Between client and game server: all pawns have reported with CCmdGS_RunDown.
 class COMMONGROUND_API CCmdGS_AllRunDown : public CCmdPlatform
 {
 public:
@@ -44,7 +46,7 @@ public:
     COMMAND_INTERFACE(CCmdGS_AllRunDown)
 };
 
-// Releases the pawns.
+// Between client and game server: releases the pawns.
 class COMMONGROUND_API CCmdGS_PawnCanRun : public CCmdPlatform
 {
 public:
@@ -52,6 +54,7 @@ public:
     COMMAND_INTERFACE(CCmdGS_PawnCanRun)
 };
 
+// Between client and game server: a pawn has started.
 class COMMONGROUND_API CCmdGS_PawnStartRun : public CCmdPlatform
 {
 public:
@@ -61,7 +64,8 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Its list precedes the head, in both directions.
+// Between client and game server: sent while the race runs. Its list precedes the head, in both directions, and does
+// not affect the result.
 class COMMONGROUND_API CCmdGS_PawnRunning : public CCmdPlatform
 {
 public:
@@ -72,6 +76,7 @@ public:
     float m_Float1 = 0.0f;
 };
 
+// Between client and game server: sent while the race runs.
 class COMMONGROUND_API CCmdGS_PawnInput : public CCmdPlatform
 {
 public:
@@ -81,6 +86,7 @@ public:
     unsigned char m_Byte1 = 0;
 };
 
+// Between client and game server: sent while the race runs.
 class COMMONGROUND_API CCmdGS_PawnScore : public CCmdPlatform
 {
 public:
@@ -92,6 +98,7 @@ public:
     float m_Float1 = 0.0f;
 };
 
+// Between client and game server: sent while the race runs.
 class COMMONGROUND_API CCmdGS_PowerTime : public CCmdPlatform
 {
 public:
@@ -102,6 +109,7 @@ public:
     float m_Float1 = 0.0f;
 };
 
+// Between client and game server: sent while the race runs.
 class COMMONGROUND_API CCmdGS_PawnFouled : public CCmdPlatform
 {
 public:

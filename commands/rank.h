@@ -9,6 +9,7 @@
 
 #include <vector>
 
+// Client to platform server: asks for a board of AccountSortInfo rows, with one row. Answered by CCmdReplySortAccount.
 class COMMONGROUND_API CCmdRequestSortAccount : public CCmdPlatform
 {
 public:
@@ -21,6 +22,7 @@ public:
     AccountSortInfo m_SortInfo;
 };
 
+// Answers CCmdRequestSortAccount: one row, then the board.
 class COMMONGROUND_API CCmdReplySortAccount : public CCmdPlatform
 {
 public:
@@ -38,6 +40,7 @@ public:
     std::vector<AccountSortInfo> m_SortInfos;
 };
 
+// Client to platform server: asks for a board of GameBrainSortInfo rows, with one row. Answered by CCmdReplySortBrain.
 class COMMONGROUND_API CCmdRequestSortBrain : public CCmdPlatform
 {
 public:
@@ -52,6 +55,7 @@ public:
     GameBrainSortInfo m_GameBrainSortInfo;
 };
 
+// Answers CCmdRequestSortBrain: one row, then the board.
 class COMMONGROUND_API CCmdReplySortBrain : public CCmdPlatform
 {
 public:
@@ -69,6 +73,8 @@ public:
     std::vector<GameBrainSortInfo> m_GameBrainSortInfos;
 };
 
+// Client to platform server: asks for a board of GameCalorieSortInfo rows, with one row. Answered by
+// CCmdReplySortCalorie.
 class COMMONGROUND_API CCmdRequestSortCalorie : public CCmdPlatform
 {
 public:
@@ -83,6 +89,7 @@ public:
     GameCalorieSortInfo m_GameCalorieSortInfo;
 };
 
+// Answers CCmdRequestSortCalorie: one row, then the board.
 class COMMONGROUND_API CCmdReplySortCalorie : public CCmdPlatform
 {
 public:
@@ -100,6 +107,7 @@ public:
     std::vector<GameCalorieSortInfo> m_GameCalorieSortInfos;
 };
 
+// Client to platform server: asks for a board of GameMusicSortInfo rows, with one row. Answered by CCmdReplySortMusic.
 class COMMONGROUND_API CCmdRequestSortMusic : public CCmdPlatform
 {
 public:
@@ -114,6 +122,7 @@ public:
     GameMusicSortInfo m_GameMusicSortInfo;
 };
 
+// Answers CCmdRequestSortMusic: one row, then the board.
 class COMMONGROUND_API CCmdReplySortMusic : public CCmdPlatform
 {
 public:
@@ -131,6 +140,8 @@ public:
     std::vector<GameMusicSortInfo> m_GameMusicSortInfos;
 };
 
+// Client to platform server: asks for a board of GameKinectSortInfo rows, with one row. Answered by
+// CCmdReplySortKinect.
 class COMMONGROUND_API CCmdRequestSortKinect : public CCmdPlatform
 {
 public:
@@ -144,6 +155,7 @@ public:
     GameKinectSortInfo m_GameKinectSortInfo;
 };
 
+// Answers CCmdRequestSortKinect: one row, then the board.
 class COMMONGROUND_API CCmdReplySortKinect : public CCmdPlatform
 {
 public:
@@ -160,6 +172,8 @@ public:
     std::vector<GameKinectSortInfo> m_GameKinectSortInfos;
 };
 
+// Client to platform server: asks for a board of GameCalorieSortInfo rows, with one row. Answered by
+// CCmdReplySortTupoCalorie.
 class COMMONGROUND_API CCmdRequestSortTupoCalorie : public CCmdPlatform
 {
 public:
@@ -172,6 +186,7 @@ public:
     GameCalorieSortInfo m_GameCalorieSortInfo;
 };
 
+// Answers CCmdRequestSortTupoCalorie: one row, then the board.
 class COMMONGROUND_API CCmdReplySortTupoCalorie : public CCmdPlatform
 {
 public:
@@ -188,6 +203,7 @@ public:
     std::vector<GameCalorieSortInfo> m_GameCalorieSortInfos;
 };
 
+// Client to platform server: asks for a board of GameRushSortInfo rows, with one row. Answered by CCmdReplySortRush.
 class COMMONGROUND_API CCmdRequestSortRush : public CCmdPlatform
 {
 public:
@@ -200,7 +216,8 @@ public:
     GameRushSortInfo m_GameRushSortInfo;
 };
 
-// The count of the rows precedes numbers that it does not count; the rows follow them.
+// Answers CCmdRequestSortRush: one row, then the board. The count of its rows precedes numbers that it does not count;
+// the rows follow them.
 class COMMONGROUND_API CCmdReplySortRush : public CCmdPlatform
 {
 public:

@@ -6,7 +6,8 @@
 #include "dispatch/ids/registry.h"
 #include "packaging/command_head.h"
 
-// Requests a server of a type.
+// Server to server: asks for a server of a type. Answered by CCmdHostnameResponse. Has no client address and no account
+// name.
 class COMMONGROUND_API CCmdHostnameRequest : public CCmdHead
 {
 public:
@@ -14,10 +15,11 @@ public:
     COMMAND_INTERFACE(CCmdHostnameRequest)
     void OutDebug(FILE* out) const override;
 
+    // The type byte of a service, as CMyServiceSystem::GetServerType returns it.
     unsigned char m_ServerType = 0;
 };
 
-// The same type, and the address of a server of that type.
+// Answers CCmdHostnameRequest: the same type, and the address and port of a server of that type.
 class COMMONGROUND_API CCmdHostnameResponse : public CCmdHostnameRequest
 {
 public:
@@ -29,22 +31,29 @@ public:
     unsigned short m_Port = 0;
 };
 
-// A server's identity and address.
+// Server to registry: sent on start, with the identity and the addresses of the sender. Answered by
+// CCmdServerRegisterSuccess or, on failure, CCmdServerRegisterFail.
 class COMMONGROUND_API CCmdServerRegister : public CCmdSystem
 {
 public:
+    static constexpr int kServerAddresses = 3;
+
     explicit CCmdServerRegister(unsigned short id = command_id::CCmdServerRegister) : CCmdSystem(id) {}
     COMMAND_INTERFACE(CCmdServerRegister)
 
+    // The type byte of the service, CMyServiceSystem::GetServerType.
     unsigned char m_ServerType = 0;
+    // The identifier that the service generated, CMyServiceSystem::GetServerId.
     zet::Uuid m_ServerId;
+    // The name of the service.
     zet::String_T<wchar_t> m_ServerName;
-    // The third of these is first on the wire.
-    zet::String_T<wchar_t> m_ServerAddress[3];
+    // Address texts, which the hosts define. The third of these is first on the wire.
+    zet::String_T<wchar_t> m_ServerAddress[kServerAddresses];
+    // The port of the service.
     unsigned short m_ServerPort = 0;
 };
 
-// The reply to a registration, with an identifier.
+// Answers CCmdServerRegister: the server is registered, with an identifier.
 class COMMONGROUND_API CCmdServerRegisterSuccess : public CCmdSystem
 {
 public:
@@ -54,7 +63,7 @@ public:
     zet::Uuid m_ServerId;
 };
 
-// The refusal of a registration, with its reason.
+// Answers CCmdServerRegister: the registration is refused.
 class COMMONGROUND_API CCmdServerRegisterFail : public CCmdSystem
 {
 public:
@@ -62,10 +71,11 @@ public:
     COMMAND_INTERFACE(CCmdServerRegisterFail)
     void OutDebug(FILE* out) const override;
 
+    // The reason.
     zet::String_T<wchar_t> m_Msg;
 };
 
-// A greeting between servers.
+// Server to server: a greeting, with the same fields as a registration. Answered by CCmdServerHelloReply.
 class COMMONGROUND_API CCmdServerHello : public CCmdServerRegister
 {
 public:
@@ -73,7 +83,7 @@ public:
     COMMAND_INTERFACE(CCmdServerHello)
 };
 
-// The reply to a greeting.
+// Answers CCmdServerHello: the greeting returned, with the fields of its sender.
 class COMMONGROUND_API CCmdServerHelloReply : public CCmdServerHello
 {
 public:
@@ -81,7 +91,7 @@ public:
     COMMAND_INTERFACE(CCmdServerHelloReply)
 };
 
-// A registry announces a new server.
+// Registry to server: announces a new server, with the fields of its registration.
 class COMMONGROUND_API CCmdServerNewNotify : public CCmdServerRegister
 {
 public:
@@ -89,7 +99,8 @@ public:
     COMMAND_INTERFACE(CCmdServerNewNotify)
 };
 
-// A registry announces a server that has left, with all its data.
+// Registry to server: announces a server that has gone, with the fields of its registration. All of its texts may be
+// empty.
 class COMMONGROUND_API CCmdServerFadeNotify : public CCmdServerNewNotify
 {
 public:
@@ -97,17 +108,18 @@ public:
     COMMAND_INTERFACE(CCmdServerFadeNotify)
 };
 
-// The same with the identifier only.
+// Server to server: names a server that has gone by its identifier alone.
 class COMMONGROUND_API CCmdServerGUIDFade : public CCmdSystem
 {
 public:
     explicit CCmdServerGUIDFade(unsigned short id = command_id::CCmdServerGUIDFade) : CCmdSystem(id) {}
     COMMAND_INTERFACE(CCmdServerGUIDFade)
 
+    // The server that has gone.
     zet::Uuid m_ServerId;
 };
 
-// Ends a registration.
+// Server to server: ends a registration.
 class COMMONGROUND_API CCmdServerUnregister : public CCmdSystem
 {
 public:
@@ -115,7 +127,7 @@ public:
     COMMAND_INTERFACE(CCmdServerUnregister)
 };
 
-// Orders a server to stop.
+// Server to server: orders a server to stop.
 class COMMONGROUND_API CCmdServerShutdown : public CCmdSystem
 {
 public:
@@ -123,7 +135,7 @@ public:
     COMMAND_INTERFACE(CCmdServerShutdown)
 };
 
-// Checks that the other side is alive; the reply returns the 32 bits unchanged.
+// Server to server: checks that the other side is alive. Answered by CCmdServerEchoReply.
 class COMMONGROUND_API CCmdServerEcho : public CCmdSystem
 {
 public:
@@ -131,9 +143,11 @@ public:
     COMMAND_INTERFACE(CCmdServerEcho)
     void OutDebug(FILE* out) const override;
 
+    // 32 bits, which the reply returns unchanged.
     unsigned long m_Data = 0;
 };
 
+// Answers CCmdServerEcho: returns its m_Data unchanged.
 class COMMONGROUND_API CCmdServerEchoReply : public CCmdServerEcho
 {
 public:
@@ -141,7 +155,7 @@ public:
     COMMAND_INTERFACE(CCmdServerEchoReply)
 };
 
-// Requests a server's load.
+// Server to server: asks for the load of a server. Answered by CCmdServerInfoResponse.
 class COMMONGROUND_API CCmdServerInfoRequest : public CCmdSystem
 {
 public:
@@ -149,7 +163,7 @@ public:
     COMMAND_INTERFACE(CCmdServerInfoRequest)
 };
 
-// A server's address and load.
+// Answers CCmdServerInfoRequest: address and load of a server.
 class COMMONGROUND_API CCmdServerInfoResponse : public CCmdServerInfoRequest
 {
 public:
@@ -160,9 +174,14 @@ public:
     // Does not send m_ServiceExtra.
     void OutDebug(FILE* out) const override;
 
+    // The address on which the service is reachable.
     zet::String_T<wchar_t> m_ServiceIP;
+    // Its port.
     unsigned short m_ServicePort = 0;
+    // An extra value, which OutDebug leaves out.
     int m_ServiceExtra = 0;
+    // The most players that the service takes.
     int m_MaxOnlineNum = 0;
+    // The players online now.
     int m_OnlineCount = 0;
 };

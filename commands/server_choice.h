@@ -8,6 +8,7 @@
 
 #include <map>
 
+// Client to platform server: asks for the servers to choose from, before a login. Answered by CCmdServerListReply.
 class COMMONGROUND_API CCmdServerListRequest : public CCmdPlatform
 {
 public:
@@ -15,6 +16,8 @@ public:
     COMMAND_INTERFACE(CCmdServerListRequest)
 };
 
+// Answers CCmdServerListRequest: the servers with their state. Read ends with false at the first entry that cannot be
+// read; the entries before it stay.
 class COMMONGROUND_API CCmdServerListReply : public CCmdPlatform
 {
 public:
@@ -27,6 +30,7 @@ public:
     std::map<zet::uuid_node_t, PlatformServerInfo> m_PlatformServerInfos;
 };
 
+// Client to platform server: chooses a server of the list. Answered by CCmdSelectServerReply.
 class COMMONGROUND_API CCmdSelectServerRequest : public CCmdPlatform
 {
 public:
@@ -40,6 +44,7 @@ public:
     zet::String_T<wchar_t> m_Text3;
 };
 
+// Answers CCmdSelectServerRequest.
 class COMMONGROUND_API CCmdSelectServerReply : public CCmdPlatform
 {
 public:

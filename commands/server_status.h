@@ -6,7 +6,7 @@
 #include "packaging/command_head.h"
 #include "packaging/wire_interface.h"
 
-// One entry of the server list offered to a client.
+// One entry of the server list offered to a client, in CCmdServerListReply. The hosts define the numbers.
 struct COMMONGROUND_API PlatformServerInfo
 {
     WIRE_INTERFACE_CMD
@@ -21,7 +21,7 @@ struct COMMONGROUND_API PlatformServerInfo
     zet::uuid_node_t m_Node;
 };
 
-// A game server's registration at its zone.
+// The address of a game server that registers at its zone, in CCmdGZ_regGameServer. The hosts define the numbers.
 struct COMMONGROUND_API GameSvrInfo
 {
     WIRE_INTERFACE_CMD
@@ -36,6 +36,7 @@ struct COMMONGROUND_API GameSvrInfo
     int m_Value3 = 0;
 };
 
+// A count query. Answered by CCmdInGamePlayerCountResponse. The hosts define the number.
 class COMMONGROUND_API CCmdInGamePlayerCountRequest : public CCmdPlatform
 {
 public:
@@ -48,6 +49,7 @@ public:
     int m_Value1 = 0;
 };
 
+// Answers CCmdInGamePlayerCountRequest: two numbers, which the hosts define.
 class COMMONGROUND_API CCmdInGamePlayerCountResponse : public CCmdPlatform
 {
 public:
@@ -61,6 +63,7 @@ public:
     int m_Value2 = 0;
 };
 
+// A count query without arguments. Answered by CCmdPlayerCountOnLineResponse.
 class COMMONGROUND_API CCmdPlayerCountOnLineRequest : public CCmdPlatform
 {
 public:
@@ -71,6 +74,7 @@ public:
     COMMAND_INTERFACE(CCmdPlayerCountOnLineRequest)
 };
 
+// Answers CCmdPlayerCountOnLineRequest: a number, which the hosts define.
 class COMMONGROUND_API CCmdPlayerCountOnLineResponse : public CCmdPlatform
 {
 public:
@@ -83,6 +87,7 @@ public:
     int m_Value1 = 0;
 };
 
+// A status of a server, as a text.
 class COMMONGROUND_API CCmdServerBusy : public CCmdPlatform
 {
 public:
@@ -92,6 +97,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// The result of a connection over UDP: it succeeded.
 class COMMONGROUND_API CCmdUdpServerConnectOk : public CCmdPlatform
 {
 public:
@@ -101,6 +107,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// The result of a connection over UDP: it failed.
 class COMMONGROUND_API CCmdUdpServerConnectFail : public CCmdPlatform
 {
 public:

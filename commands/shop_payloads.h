@@ -11,6 +11,7 @@
 
 #include <vector>
 
+// Request in CCmdVoidDataRequest: asks for the shop. Answered by CmdShopListReply.
 struct COMMONGROUND_API CmdShopListRequest
 {
     WIRE_INTERFACE_DATA
@@ -18,6 +19,7 @@ struct COMMONGROUND_API CmdShopListRequest
     int m_Value1 = 0;
 };
 
+// Reply in CCmdVoidDataReply to CmdShopListRequest: the shop.
 struct COMMONGROUND_API CmdShopListReply
 {
     WIRE_INTERFACE_DATA
@@ -41,6 +43,8 @@ struct COMMONGROUND_API LingyuangouBuyEntry
     zet::String_T<wchar_t> m_Text7;
 };
 
+// Request in CCmdVoidDataRequest: asks for the purchases of the zero-price campaign. Answered by
+// CmdLingyuangouBuyListReply.
 struct COMMONGROUND_API CmdLingyuangouBuyListRequest
 {
     WIRE_INTERFACE_DATA
@@ -48,6 +52,7 @@ struct COMMONGROUND_API CmdLingyuangouBuyListRequest
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdVoidDataReply to CmdLingyuangouBuyListRequest: the purchases.
 struct COMMONGROUND_API CmdLingyuangouBuyListReply
 {
     WIRE_INTERFACE_DATA
@@ -56,6 +61,7 @@ struct COMMONGROUND_API CmdLingyuangouBuyListReply
     std::vector<LingyuangouBuyEntry> m_Entries;
 };
 
+// Request in CCmdVoidDataRequest: buys an item. Answered by CmdBuyItemReply.
 struct COMMONGROUND_API CmdBuyItemRequest
 {
     WIRE_INTERFACE_DATA
@@ -64,6 +70,7 @@ struct COMMONGROUND_API CmdBuyItemRequest
     int m_Value2 = 0;
 };
 
+// Reply in CCmdVoidDataReply to CmdBuyItemRequest: the account.
 struct COMMONGROUND_API CmdBuyItemReply
 {
     WIRE_INTERFACE_DATA
@@ -74,6 +81,7 @@ struct COMMONGROUND_API CmdBuyItemReply
     AccountData m_Account;
 };
 
+// Request in CCmdVoidDataRequest: uses an item. Answered by CmdUseItemReply.
 struct COMMONGROUND_API CmdUseItemRequest
 {
     WIRE_INTERFACE_DATA
@@ -84,6 +92,7 @@ struct COMMONGROUND_API CmdUseItemRequest
     AccountGlobalData m_GlobalData;
 };
 
+// Reply in CCmdVoidDataReply to CmdUseItemRequest: the records.
 struct COMMONGROUND_API CmdUseItemReply
 {
     WIRE_INTERFACE_DATA
@@ -95,6 +104,7 @@ struct COMMONGROUND_API CmdUseItemReply
     AccountGlobalData m_GlobalData;
 };
 
+// Request in CCmdVoidDataRequest: uses a gift. Answered by CmdUseGiftReply.
 struct COMMONGROUND_API CmdUseGiftRequest
 {
     WIRE_INTERFACE_DATA
@@ -102,6 +112,7 @@ struct COMMONGROUND_API CmdUseGiftRequest
     int m_Value1 = 0;
 };
 
+// Reply in CCmdVoidDataReply to CmdUseGiftRequest: the account.
 struct COMMONGROUND_API CmdUseGiftReply
 {
     WIRE_INTERFACE_DATA
@@ -110,6 +121,7 @@ struct COMMONGROUND_API CmdUseGiftReply
     AccountData m_Account;
 };
 
+// Request in CCmdVoidDataRequest: exchanges gold. Answered by CmdExchangeGoldReply.
 struct COMMONGROUND_API CmdExchangeGoldRequest final
 {
     WIRE_INTERFACE_DATA_VIRTUAL
@@ -121,6 +133,7 @@ struct COMMONGROUND_API CmdExchangeGoldRequest final
     AccountData m_Account;
 };
 
+// Reply in CCmdVoidDataReply to CmdExchangeGoldRequest: the account.
 struct COMMONGROUND_API CmdExchangeGoldReply final
 {
     WIRE_INTERFACE_DATA_VIRTUAL
@@ -131,6 +144,7 @@ struct COMMONGROUND_API CmdExchangeGoldReply final
     AccountData m_Account;
 };
 
+// Request in CCmdVoidDataRequest: updates the gold. Answered by CmdUpdateGoldReply.
 struct COMMONGROUND_API CmdUpdateGoldRequest
 {
     WIRE_INTERFACE_DATA
@@ -138,6 +152,7 @@ struct COMMONGROUND_API CmdUpdateGoldRequest
     int m_Value1 = 0;
 };
 
+// Reply in CCmdVoidDataReply to CmdUpdateGoldRequest.
 struct COMMONGROUND_API CmdUpdateGoldReply
 {
     WIRE_INTERFACE_DATA
@@ -145,6 +160,7 @@ struct COMMONGROUND_API CmdUpdateGoldReply
     int m_Value1 = 0;
 };
 
+// Request in CCmdVoidDataRequest: updates the diamonds. Answered by CmdUpdateDiamondReply.
 struct COMMONGROUND_API CmdUpdateDiamondRequest
 {
     WIRE_INTERFACE_DATA
@@ -153,6 +169,7 @@ struct COMMONGROUND_API CmdUpdateDiamondRequest
     int m_Value2 = 0;
 };
 
+// Reply in CCmdVoidDataReply to CmdUpdateDiamondRequest.
 struct COMMONGROUND_API CmdUpdateDiamondReply
 {
     WIRE_INTERFACE_DATA
@@ -162,6 +179,7 @@ struct COMMONGROUND_API CmdUpdateDiamondReply
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Request in CCmdVoidDataRequest: about an activity. Answered by CmdActivityReply.
 struct COMMONGROUND_API CmdActivityRequest
 {
     WIRE_INTERFACE_DATA
@@ -170,6 +188,7 @@ struct COMMONGROUND_API CmdActivityRequest
     int m_Value2 = 0;
 };
 
+// Reply in CCmdVoidDataReply to CmdActivityRequest: the account.
 struct COMMONGROUND_API CmdActivityReply
 {
     WIRE_INTERFACE_DATA
@@ -180,6 +199,7 @@ struct COMMONGROUND_API CmdActivityReply
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Request in CCmdVoidDataRequest: about the big table. Answered by CmdBigTableReply.
 struct COMMONGROUND_API CmdBigTableRequest
 {
     WIRE_INTERFACE_DATA
@@ -190,6 +210,7 @@ struct COMMONGROUND_API CmdBigTableRequest
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdVoidDataReply to CmdBigTableRequest: the account.
 struct COMMONGROUND_API CmdBigTableReply
 {
     WIRE_INTERFACE_DATA
@@ -202,6 +223,7 @@ struct COMMONGROUND_API CmdBigTableReply
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Request in CCmdVoidDataRequest: about a reward of the turntable. Answered by CmdTurnTableRewardReply.
 struct COMMONGROUND_API CmdTurnTableRewardRequest
 {
     WIRE_INTERFACE_DATA
@@ -211,6 +233,7 @@ struct COMMONGROUND_API CmdTurnTableRewardRequest
     int m_Value2 = 0;
 };
 
+// Reply in CCmdVoidDataReply to CmdTurnTableRewardRequest: the account.
 struct COMMONGROUND_API CmdTurnTableRewardReply
 {
     WIRE_INTERFACE_DATA

@@ -23,6 +23,7 @@ public:
     std::vector<int> m_Values;
 };
 
+// Three values of CmdSubmitActEffectDataAction and CmdActEffectNotify. The sport server defines them.
 class COMMONGROUND_API CSportActEffectData
 {
 public:
@@ -33,6 +34,7 @@ public:
     int m_Value3 = 0;
 };
 
+// One player of CCmdSport_StartSessionRequest.
 class COMMONGROUND_API CSportPlayerData
 {
 public:
@@ -45,6 +47,7 @@ public:
     CSportScore m_SportScore;
 };
 
+// The room of CCmdSport_StartSessionRequest.
 class COMMONGROUND_API CSportRoomData
 {
 public:
@@ -55,10 +58,12 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
-// A sport server. It defines the meaning of the numbers.
+// A sport server, in CCmdSport_AskServerInfoReply. The sport server defines the numbers.
 class COMMONGROUND_API CSportGameServerInfo
 {
 public:
+    static constexpr int kData1Size = 6;
+
     WIRE_INTERFACE_BOTH
 
     bool m_Flag1 = false;
@@ -68,10 +73,10 @@ public:
     zet::String_T<wchar_t> m_Text1;
     unsigned short m_Word1 = 0;
     zet::String_T<wchar_t> m_Text2;
-    unsigned char m_Data1[6] = {};
+    unsigned char m_Data1[kData1Size] = {};
 };
 
-// Requests the sport server.
+// Server to server: asks for the sport server. Answered by CCmdSport_AskServerInfoReply.
 class COMMONGROUND_API CCmdSport_AskServerInfoRequest : public CCmdPlatform
 {
 public:
@@ -79,18 +84,19 @@ public:
     COMMAND_INTERFACE(CCmdSport_AskServerInfoRequest)
 };
 
-// A result and the server.
+// Answers CCmdSport_AskServerInfoRequest: a result and the sport server.
 class COMMONGROUND_API CCmdSport_AskServerInfoReply : public CCmdPlatform
 {
 public:
     CCmdSport_AskServerInfoReply() : CCmdPlatform(command_id::CCmdSport_AskServerInfoReply) {}
     COMMAND_INTERFACE(CCmdSport_AskServerInfoReply)
 
+    // The result.
     unsigned char m_Byte1 = 0;
     CSportGameServerInfo m_SportGameServerInfo;
 };
 
-// Transfers a room and its players.
+// Server to server: hands over a room and its players. Answered by CCmdSport_StartSessionReply.
 class COMMONGROUND_API CCmdSport_StartSessionRequest : public CCmdPlatform
 {
 public:
@@ -101,19 +107,20 @@ public:
     std::vector<CSportPlayerData> m_SportPlayerDatas;
 };
 
-// A result and two identifiers.
+// Answers CCmdSport_StartSessionRequest: a result and two identifiers.
 class COMMONGROUND_API CCmdSport_StartSessionReply : public CCmdPlatform
 {
 public:
     CCmdSport_StartSessionReply() : CCmdPlatform(command_id::CCmdSport_StartSessionReply) {}
     COMMAND_INTERFACE(CCmdSport_StartSessionReply)
 
+    // The result.
     unsigned char m_Byte1 = 0;
     zet::Uuid m_Id1;
     zet::Uuid m_Id2;
 };
 
-// The scores by player; of two entries with the same text the later is kept.
+// Server to server: reports the scores by player. Of two entries with the same text the later is kept.
 class COMMONGROUND_API CCmdSport_GameOverMessage : public CCmdPlatform
 {
 public:
@@ -124,7 +131,7 @@ public:
     std::map<zet::String_T<wchar_t>, CSportScore> m_Entries;
 };
 
-// A player has left.
+// Server to server: reports a player who has left.
 class COMMONGROUND_API CCmdSport_UserDisconnectNotify : public CCmdPlatform
 {
 public:

@@ -8,6 +8,7 @@
 
 #include <vector>
 
+// One entry of CCmdSystemInfoReply: four texts, which the answering server defines.
 struct COMMONGROUND_API cSystemInfo
 {
     WIRE_INTERFACE_CMD
@@ -18,6 +19,7 @@ struct COMMONGROUND_API cSystemInfo
     zet::String_T<wchar_t> m_Text4;
 };
 
+// Monitoring client to server: asks for the statistics of a server. Answered by CCmdSystemInfoReply.
 class COMMONGROUND_API CCmdSystemInfoRequest : public CCmdPlatform
 {
 public:
@@ -27,7 +29,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Its list precedes its head on the wire.
+// Answers CCmdSystemInfoRequest: the statistics. Its list precedes its head on the wire.
 class COMMONGROUND_API CCmdSystemInfoReply : public CCmdPlatform
 {
 public:

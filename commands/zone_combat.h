@@ -12,6 +12,7 @@
 
 #include <vector>
 
+// Serves the combat mode.
 class COMMONGROUND_API CCmdGZ_CombatStart : public CCmdPlatform
 {
 public:
@@ -32,7 +33,8 @@ struct COMMONGROUND_API CombatPlayerEntry
     AccountCombatData m_CombatData;
 };
 
-// Read never fails: a host that needs certainty must check the list.
+// Serves the combat mode, with the records of its players. Read and Write never fail: a host that needs certainty must
+// check the list.
 class COMMONGROUND_API CCmdGZ_SetGameUse : public CCmdPlatform
 {
 public:
@@ -43,6 +45,7 @@ public:
     std::vector<CombatPlayerEntry> m_Entries;
 };
 
+// Hands over the results at the end of a game. Answered by CCmdGZ_SaveResultReply.
 class COMMONGROUND_API CCmdGZ_SaveResultData : public CCmdPlatform
 {
 public:
@@ -53,6 +56,7 @@ public:
     int m_Value1 = 0;
 };
 
+// Answers CCmdGZ_SaveResultData.
 class COMMONGROUND_API CCmdGZ_SaveResultReply : public CCmdPlatform
 {
 public:
@@ -62,6 +66,7 @@ public:
     AccountBS4Data m_BS4Data;
 };
 
+// From the zone: fetches the rank board of the BS4 season. Answered by CCmdGZ_CBRankDataPackReply.
 class COMMONGROUND_API CCmdGZ_CBRankDataPackRequest : public CCmdPlatform
 {
 public:
@@ -69,6 +74,7 @@ public:
     COMMAND_INTERFACE(CCmdGZ_CBRankDataPackRequest)
 };
 
+// Answers CCmdGZ_CBRankDataPackRequest: the whole board.
 class COMMONGROUND_API CCmdGZ_CBRankDataPackReply : public CCmdPlatform
 {
 public:

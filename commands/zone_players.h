@@ -8,7 +8,8 @@
 #include "playerdata/account_global.h"
 #include "playerdata/account_other.h"
 
-// Delivers the account's records, the account first.
+// A player enters, with the account's records, the account first. Answered by CCmdGZ_playerEnterOk or, on failure,
+// CCmdGZ_playerEnterFail.
 class COMMONGROUND_API CCmdGZ_playerEnter : public CCmdPlatform
 {
 public:
@@ -19,6 +20,7 @@ public:
     AccountGlobalData m_GlobalData;
 };
 
+// Answers CCmdGZ_playerEnter: with the player's record of the BS4 season.
 class COMMONGROUND_API CCmdGZ_playerEnterOk : public CCmdPlatform
 {
 public:
@@ -28,6 +30,7 @@ public:
     AccountBS4Data m_BS4Data;
 };
 
+// Answers CCmdGZ_playerEnter on failure.
 class COMMONGROUND_API CCmdGZ_playerEnterFail : public CCmdPlatform
 {
 public:
@@ -35,6 +38,7 @@ public:
     COMMAND_INTERFACE(CCmdGZ_playerEnterFail)
 };
 
+// Brings a player back at the end of a game. Answered by CCmdGZ_playerExitOk or, on failure, CCmdGZ_playerExitFail.
 class COMMONGROUND_API CCmdGZ_playerExit : public CCmdPlatform
 {
 public:
@@ -44,7 +48,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Returns the account's records, the global data first.
+// Answers CCmdGZ_playerExit: returns the account's records, the global data first.
 class COMMONGROUND_API CCmdGZ_playerExitOk : public CCmdPlatform
 {
 public:
@@ -55,6 +59,7 @@ public:
     AccountData m_Account;
 };
 
+// Answers CCmdGZ_playerExit on failure.
 class COMMONGROUND_API CCmdGZ_playerExitFail : public CCmdPlatform
 {
 public:
@@ -62,6 +67,7 @@ public:
     COMMAND_INTERFACE(CCmdGZ_playerExitFail)
 };
 
+// A player is ready. Answered by CCmdGZ_gameReadyOk or, on failure, CCmdGZ_gameReadyFail.
 class COMMONGROUND_API CCmdGZ_gameReady : public CCmdPlatform
 {
 public:
@@ -72,6 +78,7 @@ public:
     int m_Value1 = 0;
 };
 
+// Answers CCmdGZ_gameReady on success.
 class COMMONGROUND_API CCmdGZ_gameReadyOk : public CCmdPlatform
 {
 public:
@@ -79,6 +86,7 @@ public:
     COMMAND_INTERFACE(CCmdGZ_gameReadyOk)
 };
 
+// Answers CCmdGZ_gameReady on failure.
 class COMMONGROUND_API CCmdGZ_gameReadyFail : public CCmdPlatform
 {
 public:
@@ -86,6 +94,7 @@ public:
     COMMAND_INTERFACE(CCmdGZ_gameReadyFail)
 };
 
+// A player is no longer ready. Answered by CCmdGZ_gameUnreadyOk or, on failure, CCmdGZ_gameUnreadyFail.
 class COMMONGROUND_API CCmdGZ_gameUnready : public CCmdPlatform
 {
 public:
@@ -95,6 +104,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Answers CCmdGZ_gameUnready on success.
 class COMMONGROUND_API CCmdGZ_gameUnreadyOk : public CCmdPlatform
 {
 public:
@@ -102,6 +112,7 @@ public:
     COMMAND_INTERFACE(CCmdGZ_gameUnreadyOk)
 };
 
+// Answers CCmdGZ_gameUnready on failure.
 class COMMONGROUND_API CCmdGZ_gameUnreadyFail : public CCmdPlatform
 {
 public:

@@ -7,23 +7,27 @@
 #include "framework/buffer.h"
 #include "packaging/command_head.h"
 
+// Client to game server: a command of the client, passed on by the zone while a game runs.
 class COMMONGROUND_API CCmdGZ_clientToServer : public CCmdPlatform
 {
 public:
     CCmdGZ_clientToServer() : CCmdPlatform(command_id::CCmdGZ_clientToServer) {}
     COMMAND_INTERFACE(CCmdGZ_clientToServer)
 
+    // One whole frame: see CCmdPackager_packageToBuffer and CCmdPackager_bufferToPackage. Empty is valid.
     zet::Buffer m_Data1;
     // The tunnel back to the client has no such text.
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Game server to client: a command of the server, passed on by the zone while a game runs.
 class COMMONGROUND_API CCmdGZ_serverToClient : public CCmdPlatform
 {
 public:
     CCmdGZ_serverToClient() : CCmdPlatform(command_id::CCmdGZ_serverToClient) {}
     COMMAND_INTERFACE(CCmdGZ_serverToClient)
 
+    // One whole frame. Empty is valid.
     zet::Buffer m_Data1;
 };
 

@@ -11,6 +11,8 @@
 #include <map>
 #include <vector>
 
+// Request in CCmdAchievementPackRequest: a player's achievements at the start of a game. Answered by
+// AchievementPack_StartGame_Reply.
 struct COMMONGROUND_API AchievementPack_StartGame_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -19,7 +21,8 @@ struct COMMONGROUND_API AchievementPack_StartGame_Request final
     std::map<int, AccountAchievementData> m_Achievements;
 };
 
-// The text precedes each size; the second one is kept.
+// Reply in CCmdAchievementPackReply to AchievementPack_StartGame_Request: achievements and behaviours at the start of a
+// game. The text precedes each size; the second one is kept.
 struct COMMONGROUND_API AchievementPack_StartGame_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -29,6 +32,7 @@ struct COMMONGROUND_API AchievementPack_StartGame_Reply final
     std::vector<AccountBehaviourData> m_Behaviours;
 };
 
+// Request in CCmdAchievementPackRequest: sends one achievement. Answered by AchievementPack_SendAchievement_Reply.
 struct COMMONGROUND_API AchievementPack_SendAchievement_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -38,6 +42,7 @@ struct COMMONGROUND_API AchievementPack_SendAchievement_Request final
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdAchievementPackReply to AchievementPack_SendAchievement_Request: the achievements.
 struct COMMONGROUND_API AchievementPack_SendAchievement_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -46,6 +51,8 @@ struct COMMONGROUND_API AchievementPack_SendAchievement_Reply final
     std::map<int, AccountAchievementData> m_Achievements;
 };
 
+// Request in CCmdAchievementPackRequest: a player's achievements at the end of a game. Answered by
+// AchievementPack_EndGame_Reply.
 struct COMMONGROUND_API AchievementPack_EndGame_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -54,6 +61,7 @@ struct COMMONGROUND_API AchievementPack_EndGame_Request final
     std::map<int, AccountAchievementData> m_Achievements;
 };
 
+// Reply in CCmdAchievementPackReply to AchievementPack_EndGame_Request.
 struct COMMONGROUND_API AchievementPack_EndGame_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -61,6 +69,7 @@ struct COMMONGROUND_API AchievementPack_EndGame_Reply final
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Reply in CCmdAchievementPackReply: a notice with achievements. It has no request message of its own.
 struct COMMONGROUND_API AchievementPack_Notice_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -69,6 +78,7 @@ struct COMMONGROUND_API AchievementPack_Notice_Reply final
     std::map<int, AccountAchievementData> m_Achievements;
 };
 
+// Request in CCmdAchievementPackRequest: asks for the full list. Answered by AchievementPack_GetAllAchievement_Reply.
 // Both sizes are first, then the achievements, then the numbers. Read resizes the numbers to their count and does not
 // clear them: one that cannot be read keeps its old value.
 struct COMMONGROUND_API AchievementPack_GetAllAchievement_Request
@@ -79,6 +89,7 @@ struct COMMONGROUND_API AchievementPack_GetAllAchievement_Request
     std::map<int, AccountAchievementData> m_Achievements;
 };
 
+// Reply in CCmdAchievementPackReply to AchievementPack_GetAllAchievement_Request: the full list.
 struct COMMONGROUND_API AchievementPack_GetAllAchievement_Reply
 {
     WIRE_INTERFACE_CMD

@@ -10,7 +10,7 @@
 #include <map>
 #include <vector>
 
-// One wearable.
+// One wearable, in CmdAvatarLoadDataReply.
 class COMMONGROUND_API CmdAvatarItem
 {
 public:
@@ -29,6 +29,7 @@ public:
     int m_Value3 = 0;
 };
 
+// Request in CCmdVoidDataRequest: loads a player's wearables. Answered by CmdAvatarLoadDataReply.
 class COMMONGROUND_API CmdAvatarLoadDataRequest
 {
 public:
@@ -37,12 +38,15 @@ public:
     int m_Value1 = 0;
 };
 
+// Reply in CCmdVoidDataReply to CmdAvatarLoadDataRequest: ten lists of wearables, six maps and what the player owns.
+// The hosts define which list holds which class of wearable.
 class COMMONGROUND_API CmdAvatarLoadDataReply
 {
 public:
     WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
+    // The result text.
     zet::String_T<wchar_t> m_Msg;
     std::vector<CmdAvatarItem> m_CmdAvatarItems1;
     std::vector<CmdAvatarItem> m_CmdAvatarItems2;
@@ -63,6 +67,7 @@ public:
     std::vector<int> m_Owned;
 };
 
+// Request in CCmdVoidDataRequest: saves the six maps. Answered by CmdAvatarSaveDataReply.
 class COMMONGROUND_API CmdAvatarSaveDataRequest
 {
 public:
@@ -77,15 +82,18 @@ public:
     std::map<int, int> m_Map6;
 };
 
+// Reply in CCmdVoidDataReply to CmdAvatarSaveDataRequest.
 class COMMONGROUND_API CmdAvatarSaveDataReply
 {
 public:
     WIRE_INTERFACE_DATA
 
     int m_Value1 = 0;
+    // The result text.
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdVoidDataRequest: buys wearables. Answered by CmdAvatarBuyDataReply.
 class COMMONGROUND_API CmdAvatarBuyDataRequest
 {
 public:
@@ -96,6 +104,7 @@ public:
     std::vector<int> m_Items;
 };
 
+// Reply in CCmdVoidDataReply to CmdAvatarBuyDataRequest.
 class COMMONGROUND_API CmdAvatarBuyDataReply
 {
 public:
@@ -103,6 +112,7 @@ public:
 
     int m_Value1 = 0;
     int m_Value2 = 0;
+    // The result text.
     zet::String_T<wchar_t> m_Msg;
     std::vector<int> m_Items;
 };

@@ -8,7 +8,7 @@
 
 #include <vector>
 
-// A part of a look.
+// A part of a look, in ChangingRoomEquip. The hosts define its values.
 class COMMONGROUND_API ChangingRoomEquipPart
 {
 public:
@@ -24,7 +24,7 @@ public:
     unsigned char m_Byte3 = 0;
 };
 
-// The look of one character.
+// The look of one character. The hosts define its values.
 class COMMONGROUND_API ChangingRoomEquip
 {
 public:
@@ -49,6 +49,7 @@ public:
     ChangingRoomEquipPart m_Part6;
 };
 
+// Request in CCmdChangingRoomPackRequest: loads the looks. Answered by ChangingRoomPack_LoadUserDataReply.
 class COMMONGROUND_API ChangingRoomPack_LoadUserDataRequest
 {
 public:
@@ -57,17 +58,23 @@ public:
     int m_Value1 = 0;
 };
 
-// Six looks and the whole table, also for a new player.
+// Reply in CCmdChangingRoomPackReply to ChangingRoomPack_LoadUserDataRequest: six looks and the whole table, also for a
+// new player. Read clears the list; if the count of the list fails, the table is still read.
 class COMMONGROUND_API ChangingRoomPack_LoadUserDataReply
 {
 public:
+    static constexpr int kLooks = 6;
+    static constexpr int kRows = 6;
+    static constexpr int kColumns = 8;
+
     WIRE_INTERFACE_CMD
 
-    ChangingRoomEquip m_ChangingRoomEquips[6];
+    ChangingRoomEquip m_ChangingRoomEquips[kLooks];
     std::vector<int> m_Owned;
-    int m_Values[6][8] = {};
+    int m_Values[kRows][kColumns] = {};
 };
 
+// Request in CCmdChangingRoomPackRequest: updates an equipment. Answered by ChangingRoomPack_UpdateEquipReply.
 class COMMONGROUND_API ChangingRoomPack_UpdateEquipRequest
 {
 public:
@@ -77,15 +84,19 @@ public:
     ChangingRoomEquip m_Equip;
 };
 
+// Reply in CCmdChangingRoomPackReply to ChangingRoomPack_UpdateEquipRequest.
 class COMMONGROUND_API ChangingRoomPack_UpdateEquipReply
 {
 public:
     WIRE_INTERFACE_CMD
 
+    // The outcome.
     bool m_Flag1 = false;
+    // The result text.
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdChangingRoomPackRequest: buys an equipment. Answered by ChangingRoomPack_BuyEquipReply.
 class COMMONGROUND_API ChangingRoomPack_BuyEquipRequest
 {
 public:
@@ -97,18 +108,22 @@ public:
     int m_Value4 = 0;
 };
 
+// Reply in CCmdChangingRoomPackReply to ChangingRoomPack_BuyEquipRequest.
 class COMMONGROUND_API ChangingRoomPack_BuyEquipReply
 {
 public:
     WIRE_INTERFACE_CMD
 
+    // The outcome.
     bool m_Flag1 = false;
     int m_Value1 = 0;
+    // The result text.
     zet::String_T<wchar_t> m_Msg;
     int m_Value2 = 0;
     int m_Value3 = 0;
 };
 
+// Request in CCmdChangingRoomPackRequest: draws an equipment by luck. Answered by ChangingRoomPack_LuckDrawEquipReply.
 class COMMONGROUND_API ChangingRoomPack_LuckDrawEquipRequest
 {
 public:
@@ -117,12 +132,15 @@ public:
     int m_Value1 = 0;
 };
 
+// Reply in CCmdChangingRoomPackReply to ChangingRoomPack_LuckDrawEquipRequest.
 class COMMONGROUND_API ChangingRoomPack_LuckDrawEquipReply
 {
 public:
     WIRE_INTERFACE_CMD
 
+    // The outcome.
     bool m_Flag1 = false;
+    // The result text.
     zet::String_T<wchar_t> m_Msg;
     int m_Value1 = 0;
 };

@@ -12,6 +12,7 @@
 
 #include <vector>
 
+// Request in CCmdMatchPackRequest: enrolls for the combat season. Answered by CombatPack_Enroll_Reply.
 struct COMMONGROUND_API CombatPack_Enroll_Request
 {
     WIRE_INTERFACE_CMD
@@ -19,6 +20,7 @@ struct COMMONGROUND_API CombatPack_Enroll_Request
     AccountGlobalData m_GlobalData;
 };
 
+// Reply in CCmdMatchPackReply to CombatPack_Enroll_Request: the global record.
 struct COMMONGROUND_API CombatPack_Enroll_Reply
 {
     WIRE_INTERFACE_CMD
@@ -27,6 +29,7 @@ struct COMMONGROUND_API CombatPack_Enroll_Reply
     AccountGlobalData m_GlobalData;
 };
 
+// Reply in CCmdMatchPackReply: a number. It has no request message of its own.
 struct COMMONGROUND_API CombatPack_QueryEnroll_Reply
 {
     WIRE_INTERFACE_CMD
@@ -34,6 +37,7 @@ struct COMMONGROUND_API CombatPack_QueryEnroll_Reply
     int m_Value1 = 0;
 };
 
+// Reply in CCmdMatchPackReply: a number. It has no request message of its own.
 struct COMMONGROUND_API CombatPack_QueryGroup_Reply
 {
     WIRE_INTERFACE_CMD
@@ -41,6 +45,7 @@ struct COMMONGROUND_API CombatPack_QueryGroup_Reply
     int m_Value1 = 0;
 };
 
+// Request in CCmdMatchPackRequest: picks a group. Answered by CombatPack_PlayerSelectGroup_Reply.
 struct COMMONGROUND_API CombatPack_PlayerSelectGroup_Request
 {
     WIRE_INTERFACE_CMD
@@ -48,6 +53,7 @@ struct COMMONGROUND_API CombatPack_PlayerSelectGroup_Request
     int m_Value1 = 0;
 };
 
+// Reply in CCmdMatchPackReply to CombatPack_PlayerSelectGroup_Request: a result text.
 struct COMMONGROUND_API CombatPack_PlayerSelectGroup_Reply
 {
     WIRE_INTERFACE_CMD
@@ -55,6 +61,7 @@ struct COMMONGROUND_API CombatPack_PlayerSelectGroup_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// In CCmdMatchPackRequest and CCmdMatchPackReply, either way: a number and the global record.
 struct COMMONGROUND_API CombatPack_Change_Diamond
 {
     WIRE_INTERFACE_CMD
@@ -63,7 +70,7 @@ struct COMMONGROUND_API CombatPack_Change_Diamond
     AccountGlobalData m_GlobalData;
 };
 
-// The same form as Match4ShopGood.
+// One good of the combat shop, with the form of Match4ShopGood. The hosts define its values.
 struct COMMONGROUND_API CombatShopGood
 {
     WIRE_INTERFACE_CMD
@@ -77,6 +84,7 @@ struct COMMONGROUND_API CombatShopGood
     int m_Value3 = 0;
 };
 
+// Request in CCmdMatchPackRequest: buys a good of the combat shop. Answered by CombatPack_BuyShopGood_Reply.
 struct COMMONGROUND_API CombatPack_BuyShopGood_Request
 {
     WIRE_INTERFACE_CMD
@@ -90,6 +98,7 @@ struct COMMONGROUND_API CombatPack_BuyShopGood_Request
     AccountGlobalData m_GlobalData;
 };
 
+// Reply in CCmdMatchPackReply to CombatPack_BuyShopGood_Request: the good and the records.
 struct COMMONGROUND_API CombatPack_BuyShopGood_Reply
 {
     WIRE_INTERFACE_CMD
@@ -103,7 +112,8 @@ struct COMMONGROUND_API CombatPack_BuyShopGood_Reply
     AccountGlobalData m_GlobalData;
 };
 
-// Read appends to the goods of the object.
+// Reply in CCmdMatchPackReply: the goods of the combat shop. It has no request message of its own. Read appends to the
+// goods of the object.
 struct COMMONGROUND_API CombatPack_TicketGoodConfig_Reply
 {
     WIRE_INTERFACE_CMD
@@ -113,7 +123,8 @@ struct COMMONGROUND_API CombatPack_TicketGoodConfig_Reply
     std::vector<CombatShopGood> m_Goods2;
 };
 
-// The orders are letters.
+// Reply in CCmdMatchPackReply: the orders, as letters. It has no request message of its own. Read clears the list,
+// which does not affect the result.
 struct COMMONGROUND_API CombatPack_OrderRecord_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -122,14 +133,16 @@ struct COMMONGROUND_API CombatPack_OrderRecord_Reply final
     std::vector<CLetter> m_Orders;
 };
 
-// -1 from a sender without a season.
+// Reply in CCmdMatchPackReply: the season of the game. It has no request message of its own.
 struct COMMONGROUND_API BS4Pack_GameSeason_Reply
 {
     WIRE_INTERFACE_CMD
 
+    // -1 from a sender without a season.
     int m_Value1 = -1;
 };
 
+// Reply in CCmdMatchPackReply: a group is selected. It has no request message of its own.
 struct COMMONGROUND_API BS4Pack_SelectGroup_Reply
 {
     WIRE_INTERFACE_CMD
@@ -138,6 +151,7 @@ struct COMMONGROUND_API BS4Pack_SelectGroup_Reply
     AccountBS4Data m_BS4Data;
 };
 
+// Reply in CCmdMatchPackReply: about the golden time, a timed phase. It has no request message of its own.
 struct COMMONGROUND_API BS4Pack_GoldenTime_Reply
 {
     WIRE_INTERFACE_CMD
@@ -145,6 +159,7 @@ struct COMMONGROUND_API BS4Pack_GoldenTime_Reply
     int m_Value1 = 0;
 };
 
+// Notice in CCmdMatchPackReply: the golden time has ended.
 struct COMMONGROUND_API BS4Pack_GoldenTimeEnd_Notify
 {
     WIRE_INTERFACE_CMD
@@ -152,6 +167,7 @@ struct COMMONGROUND_API BS4Pack_GoldenTimeEnd_Notify
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Reply in CCmdMatchPackReply: about the last stand, a timed phase. It has no request message of its own.
 struct COMMONGROUND_API BS4Pack_LastStand_Reply
 {
     WIRE_INTERFACE_CMD
@@ -159,6 +175,7 @@ struct COMMONGROUND_API BS4Pack_LastStand_Reply
     int m_Value1 = 0;
 };
 
+// Notice in CCmdMatchPackReply: the last stand has ended.
 struct COMMONGROUND_API BS4Pack_LastStandEnd_Notify
 {
     WIRE_INTERFACE_CMD
@@ -166,11 +183,12 @@ struct COMMONGROUND_API BS4Pack_LastStandEnd_Notify
     int m_Value1 = 0;
 };
 
-// -1 from a sender without a match.
+// Notice in CCmdMatchPackReply: the match has ended.
 struct COMMONGROUND_API BS4Pack_MatchEnd_Notify
 {
     WIRE_INTERFACE_CMD
 
+    // -1 from a sender without a match.
     int m_Value1 = -1;
     int m_Value2 = 0;
 };

@@ -8,6 +8,9 @@
 // from there. Read appends to m_PackData and keeps its read pointer; Write sends all of it, wherever the read pointer
 // is. A size beyond the available bytes is refused, and so is a negative one, except in the void-data pair, which
 // treats it as 0. Copies are deep.
+//
+// No envelope has a common result. A reply says in fields of its own how the operation ended, most often in a text
+// m_Msg; the server defines the text, and whether an empty one means success.
 #pragma once
 
 #include "dispatch/command_process.h"
@@ -23,8 +26,11 @@ class COMMONGROUND_API CCmdPackEnvelope : public CCmdPlatform
 public:
     WIRE_INTERFACE_CMD_OVERRIDE
 
+    // Which message of the feature the payload holds.
     int m_PackType = 0;
+    // A second word, which the library passes unchanged.
     int m_PackIndex = 0;
+    // The payload: what the message's Write produced.
     CCmdPackager m_PackData;
 
 protected:
@@ -37,7 +43,9 @@ class COMMONGROUND_API CCmdRecordEnvelope : public CCmdPlatform
 public:
     WIRE_INTERFACE_CMD_OVERRIDE
 
+    // Which message of the feature the payload holds.
     int m_PackType = 0;
+    // The payload: what the message's Write produced.
     CDataPackager m_PackData;
 
 protected:
@@ -53,14 +61,18 @@ class COMMONGROUND_API CCmdVoidDataEnvelope : public CCmdPlatform
 public:
     WIRE_INTERFACE_CMD_OVERRIDE
 
+    // Which message of the feature the payload holds.
     int m_PackType = 0;
+    // A second word, which the library passes unchanged.
     int m_PackIndex = 0;
+    // The payload: what the message's Write produced.
     CDataPackager m_PackData;
 
 protected:
     explicit CCmdVoidDataEnvelope(unsigned short id) : CCmdPlatform(id) {}
 };
 
+// Client to server: a request of the match feature, see packs/match.h. Answered by CCmdMatchPackReply.
 class COMMONGROUND_API CCmdMatchPackRequest : public CCmdPackEnvelope
 {
 public:
@@ -68,6 +80,7 @@ public:
     COMMAND_INTERFACE(CCmdMatchPackRequest)
 };
 
+// Answers CCmdMatchPackRequest: a reply of the match feature, see packs/match.h. Its notices are sent as replies.
 class COMMONGROUND_API CCmdMatchPackReply : public CCmdPackEnvelope
 {
 public:
@@ -75,6 +88,7 @@ public:
     COMMAND_INTERFACE(CCmdMatchPackReply)
 };
 
+// Client to server: a request of the wizard game, see packs/wizard_square.h. Answered by CCmdWizardPackReply.
 class COMMONGROUND_API CCmdWizardPackRequest : public CCmdPackEnvelope
 {
 public:
@@ -82,6 +96,7 @@ public:
     COMMAND_INTERFACE(CCmdWizardPackRequest)
 };
 
+// Answers CCmdWizardPackRequest: a reply of the wizard game, see packs/wizard_square.h.
 class COMMONGROUND_API CCmdWizardPackReply : public CCmdPackEnvelope
 {
 public:
@@ -89,6 +104,7 @@ public:
     COMMAND_INTERFACE(CCmdWizardPackReply)
 };
 
+// Client to server: a request of the home feature, see packs/home.h. Answered by CCmdHomePackReply.
 class COMMONGROUND_API CCmdHomePackRequest : public CCmdPackEnvelope
 {
 public:
@@ -96,6 +112,7 @@ public:
     COMMAND_INTERFACE(CCmdHomePackRequest)
 };
 
+// Answers CCmdHomePackRequest: a reply of the home feature, see packs/home.h.
 class COMMONGROUND_API CCmdHomePackReply : public CCmdPackEnvelope
 {
 public:
@@ -103,6 +120,7 @@ public:
     COMMAND_INTERFACE(CCmdHomePackReply)
 };
 
+// Client to server: a request of the world square, see packs/wizard_square.h. Answered by CCmdWorldSquarePackReply.
 class COMMONGROUND_API CCmdWorldSquarePackRequest : public CCmdPackEnvelope
 {
 public:
@@ -110,6 +128,7 @@ public:
     COMMAND_INTERFACE(CCmdWorldSquarePackRequest)
 };
 
+// Answers CCmdWorldSquarePackRequest: a reply of the world square, see packs/wizard_square.h.
 class COMMONGROUND_API CCmdWorldSquarePackReply : public CCmdPackEnvelope
 {
 public:
@@ -117,6 +136,7 @@ public:
     COMMAND_INTERFACE(CCmdWorldSquarePackReply)
 };
 
+// Client to server: a request of the changing room, see packs/changing_room.h. Answered by CCmdChangingRoomPackReply.
 class COMMONGROUND_API CCmdChangingRoomPackRequest : public CCmdPackEnvelope
 {
 public:
@@ -124,6 +144,7 @@ public:
     COMMAND_INTERFACE(CCmdChangingRoomPackRequest)
 };
 
+// Answers CCmdChangingRoomPackRequest: a reply of the changing room, see packs/changing_room.h.
 class COMMONGROUND_API CCmdChangingRoomPackReply : public CCmdPackEnvelope
 {
 public:
@@ -131,6 +152,7 @@ public:
     COMMAND_INTERFACE(CCmdChangingRoomPackReply)
 };
 
+// Client to server: a request of the travel feature, see packs/travel.h. Answered by CCmdTravelWorldPackReply.
 class COMMONGROUND_API CCmdTravelWorldPackRequest : public CCmdPackEnvelope
 {
 public:
@@ -138,6 +160,7 @@ public:
     COMMAND_INTERFACE(CCmdTravelWorldPackRequest)
 };
 
+// Answers CCmdTravelWorldPackRequest: a reply of the travel feature, see packs/travel.h.
 class COMMONGROUND_API CCmdTravelWorldPackReply : public CCmdPackEnvelope
 {
 public:
@@ -145,6 +168,7 @@ public:
     COMMAND_INTERFACE(CCmdTravelWorldPackReply)
 };
 
+// Client to server: a request of the friend feature, see packs/friend.h. Answered by CCmdFriendSystemPackReply.
 class COMMONGROUND_API CCmdFriendSystemPackRequest : public CCmdPackEnvelope
 {
 public:
@@ -152,6 +176,7 @@ public:
     COMMAND_INTERFACE(CCmdFriendSystemPackRequest)
 };
 
+// Answers CCmdFriendSystemPackRequest: a reply of the friend feature, see packs/friend.h.
 class COMMONGROUND_API CCmdFriendSystemPackReply : public CCmdPackEnvelope
 {
 public:
@@ -159,6 +184,8 @@ public:
     COMMAND_INTERFACE(CCmdFriendSystemPackReply)
 };
 
+// Client to server: a request of the achievement feature, see packs/achievement.h. Answered by
+// CCmdAchievementPackReply.
 class COMMONGROUND_API CCmdAchievementPackRequest : public CCmdPackEnvelope
 {
 public:
@@ -166,6 +193,7 @@ public:
     COMMAND_INTERFACE(CCmdAchievementPackRequest)
 };
 
+// Answers CCmdAchievementPackRequest: a reply of the achievement feature, see packs/achievement.h.
 class COMMONGROUND_API CCmdAchievementPackReply : public CCmdPackEnvelope
 {
 public:
@@ -173,6 +201,7 @@ public:
     COMMAND_INTERFACE(CCmdAchievementPackReply)
 };
 
+// Client to server: a request of in-purchase, see packs/in_purchase.h. Answered by CCmdInPurchasePackReply.
 class COMMONGROUND_API CCmdInPurchasePackRequest : public CCmdPackEnvelope
 {
 public:
@@ -180,6 +209,7 @@ public:
     COMMAND_INTERFACE(CCmdInPurchasePackRequest)
 };
 
+// Answers CCmdInPurchasePackRequest: a reply of in-purchase, see packs/in_purchase.h.
 class COMMONGROUND_API CCmdInPurchasePackReply : public CCmdPackEnvelope
 {
 public:
@@ -187,6 +217,7 @@ public:
     COMMAND_INTERFACE(CCmdInPurchasePackReply)
 };
 
+// Query tool to server: a request of the query tool, see packs/query_tool.h. Answered by CCmdQueryToolReply.
 class COMMONGROUND_API CCmdQueryToolRequest : public CCmdPackEnvelope
 {
 public:
@@ -194,6 +225,7 @@ public:
     COMMAND_INTERFACE(CCmdQueryToolRequest)
 };
 
+// Answers CCmdQueryToolRequest: a reply of the query tool, see packs/query_tool.h.
 class COMMONGROUND_API CCmdQueryToolReply : public CCmdPackEnvelope
 {
 public:
@@ -201,6 +233,7 @@ public:
     COMMAND_INTERFACE(CCmdQueryToolReply)
 };
 
+// Between client and server: a request of profiling, see packs/profiling.h. Answered by CCmdProfilingPackReply.
 class COMMONGROUND_API CCmdProfilingPackRequest : public CCmdRecordEnvelope
 {
 public:
@@ -208,6 +241,7 @@ public:
     COMMAND_INTERFACE(CCmdProfilingPackRequest)
 };
 
+// Answers CCmdProfilingPackRequest: a reply of profiling, see packs/profiling.h.
 class COMMONGROUND_API CCmdProfilingPackReply : public CCmdRecordEnvelope
 {
 public:
@@ -215,6 +249,7 @@ public:
     COMMAND_INTERFACE(CCmdProfilingPackReply)
 };
 
+// Client to sport server: a request of the sport server, see packs/sport.h. Answered by CCmdSportPackReply.
 class COMMONGROUND_API CCmdSportPackRequest : public CCmdRecordEnvelope
 {
 public:
@@ -222,6 +257,7 @@ public:
     COMMAND_INTERFACE(CCmdSportPackRequest)
 };
 
+// Answers CCmdSportPackRequest: a reply of the sport server, see packs/sport.h.
 class COMMONGROUND_API CCmdSportPackReply : public CCmdRecordEnvelope
 {
 public:
@@ -229,6 +265,7 @@ public:
     COMMAND_INTERFACE(CCmdSportPackReply)
 };
 
+// Sport server to client: a notice of the sport server, see packs/sport.h. It has no request.
 class COMMONGROUND_API CCmdSportPackNotify : public CCmdRecordEnvelope
 {
 public:
@@ -236,6 +273,8 @@ public:
     COMMAND_INTERFACE(CCmdSportPackNotify)
 };
 
+// Client to platform server: a small request about an account, see commands/account_payloads.h, game_payloads.h,
+// shop_payloads.h and packs/avatar.h. Answered by CCmdVoidDataReply.
 class COMMONGROUND_API CCmdVoidDataRequest : public CCmdVoidDataEnvelope
 {
 public:
@@ -243,6 +282,7 @@ public:
     COMMAND_INTERFACE(CCmdVoidDataRequest)
 };
 
+// Answers CCmdVoidDataRequest: a reply about an account, see the same headers.
 class COMMONGROUND_API CCmdVoidDataReply : public CCmdVoidDataEnvelope
 {
 public:

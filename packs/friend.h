@@ -6,6 +6,7 @@
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 
+// Request in CCmdFriendSystemPackRequest: adds a friend.
 struct COMMONGROUND_API FriendSystemPack_FriendAddRequest
 {
     WIRE_INTERFACE_CMD
@@ -15,7 +16,7 @@ struct COMMONGROUND_API FriendSystemPack_FriendAddRequest
     zet::String_T<wchar_t> m_Text3;
 };
 
-// Adds a friend with a description.
+// Request in CCmdFriendSystemPackRequest: adds a friend, with the information that goes with it.
 struct COMMONGROUND_API FriendSystemPack_FriendAddWithInfoRequest
 {
     WIRE_INTERFACE_CMD
@@ -35,6 +36,7 @@ struct COMMONGROUND_API FriendSystemPack_FriendAddWithInfoRequest
     zet::String_T<wchar_t> m_Text13;
 };
 
+// Request in CCmdFriendSystemPackRequest: deletes a friend.
 struct COMMONGROUND_API FriendSystemPack_FriendDeleteRequest
 {
     WIRE_INTERFACE_CMD
@@ -43,7 +45,7 @@ struct COMMONGROUND_API FriendSystemPack_FriendDeleteRequest
     zet::String_T<wchar_t> m_Text2;
 };
 
-// The whole list in one text.
+// Reply in CCmdFriendSystemPackReply: the friend list as one text. It has no request message of its own.
 struct COMMONGROUND_API FriendSystemPack_FriendListReply
 {
     WIRE_INTERFACE_CMD
@@ -51,7 +53,8 @@ struct COMMONGROUND_API FriendSystemPack_FriendListReply
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Requests the maximum number of friends.
+// Request in CCmdFriendSystemPackRequest: asks for the limit of the friend list. Answered by
+// FriendSystemPack_FriendLimitRespond.
 struct COMMONGROUND_API FriendSystemPack_FriendLimitRequest
 {
     WIRE_INTERFACE_CMD
@@ -59,6 +62,7 @@ struct COMMONGROUND_API FriendSystemPack_FriendLimitRequest
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdFriendSystemPackReply to FriendSystemPack_FriendLimitRequest: the limit.
 struct COMMONGROUND_API FriendSystemPack_FriendLimitRespond
 {
     WIRE_INTERFACE_CMD
@@ -66,6 +70,8 @@ struct COMMONGROUND_API FriendSystemPack_FriendLimitRespond
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Request in CCmdFriendSystemPackRequest: asks for the information about a friend. Answered by
+// FriendSystemPack_FriendInfoRespond.
 struct COMMONGROUND_API FriendSystemPack_FriendInfoRequest
 {
     WIRE_INTERFACE_CMD
@@ -73,6 +79,7 @@ struct COMMONGROUND_API FriendSystemPack_FriendInfoRequest
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdFriendSystemPackReply to FriendSystemPack_FriendInfoRequest: that information.
 struct COMMONGROUND_API FriendSystemPack_FriendInfoRespond
 {
     WIRE_INTERFACE_CMD
@@ -83,6 +90,8 @@ struct COMMONGROUND_API FriendSystemPack_FriendInfoRespond
     zet::String_T<wchar_t> m_Text4;
 };
 
+// Request in CCmdFriendSystemPackRequest: asks for the basic information about a friend. Answered by
+// FriendSystemPack_BasicFriendInfoRespond.
 struct COMMONGROUND_API FriendSystemPack_BasicFriendInfoRequest
 {
     WIRE_INTERFACE_CMD
@@ -90,6 +99,7 @@ struct COMMONGROUND_API FriendSystemPack_BasicFriendInfoRequest
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdFriendSystemPackReply to FriendSystemPack_BasicFriendInfoRequest: that information.
 struct COMMONGROUND_API FriendSystemPack_BasicFriendInfoRespond
 {
     WIRE_INTERFACE_CMD
@@ -106,6 +116,7 @@ struct COMMONGROUND_API FriendSystemPack_BasicFriendInfoRespond
     zet::String_T<wchar_t> m_Text10;
 };
 
+// Request in CCmdFriendSystemPackRequest: sends a message.
 struct COMMONGROUND_API FriendSystemPack_SendMsgRequest
 {
     WIRE_INTERFACE_CMD
@@ -114,6 +125,7 @@ struct COMMONGROUND_API FriendSystemPack_SendMsgRequest
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Request in CCmdFriendSystemPackRequest: fetches messages. Answered by FriendSystemPack_FetchMsgRespond.
 struct COMMONGROUND_API FriendSystemPack_FetchMsgRequest
 {
     WIRE_INTERFACE_CMD
@@ -126,6 +138,7 @@ struct COMMONGROUND_API FriendSystemPack_FetchMsgRequest
     zet::String_T<wchar_t> m_Text6;
 };
 
+// Reply in CCmdFriendSystemPackReply to FriendSystemPack_FetchMsgRequest: the messages.
 struct COMMONGROUND_API FriendSystemPack_FetchMsgRespond
 {
     WIRE_INTERFACE_CMD
@@ -139,7 +152,8 @@ struct COMMONGROUND_API FriendSystemPack_FetchMsgRespond
     zet::String_T<wchar_t> m_Text7;
 };
 
-// Fetches the messages of the operator.
+// Request in CCmdFriendSystemPackRequest: fetches the operator's messages. Answered by
+// FriendSystemPack_FetchOfficalMsgRespond.
 struct COMMONGROUND_API FriendSystemPack_FetchOfficalMsgRequest
 {
     WIRE_INTERFACE_CMD
@@ -152,6 +166,7 @@ struct COMMONGROUND_API FriendSystemPack_FetchOfficalMsgRequest
     zet::String_T<wchar_t> m_Text6;
 };
 
+// Reply in CCmdFriendSystemPackReply to FriendSystemPack_FetchOfficalMsgRequest: the messages.
 struct COMMONGROUND_API FriendSystemPack_FetchOfficalMsgRespond
 {
     WIRE_INTERFACE_CMD
@@ -165,7 +180,7 @@ struct COMMONGROUND_API FriendSystemPack_FetchOfficalMsgRespond
     zet::String_T<wchar_t> m_Text7;
 };
 
-// A message that the server sends without a request.
+// Reply in CCmdFriendSystemPackReply: a message that the server pushes without a request.
 struct COMMONGROUND_API FriendSystemPack_MsgPush
 {
     WIRE_INTERFACE_CMD
@@ -173,7 +188,7 @@ struct COMMONGROUND_API FriendSystemPack_MsgPush
     zet::String_T<wchar_t> m_Text1;
 };
 
-// Publishes one of the player's moments.
+// Request in CCmdFriendSystemPackRequest: publishes a moment of one's own.
 struct COMMONGROUND_API FriendSystemPack_SelfMomentMsgRequest
 {
     WIRE_INTERFACE_CMD
@@ -182,7 +197,7 @@ struct COMMONGROUND_API FriendSystemPack_SelfMomentMsgRequest
     zet::String_T<wchar_t> m_Text2;
 };
 
-// The player's own identifier among friends.
+// Reply in CCmdFriendSystemPackReply: the player's own id in this feature. It has no request message of its own.
 struct COMMONGROUND_API FriendSystemPack_SelfIdRespond
 {
     WIRE_INTERFACE_CMD
@@ -190,6 +205,7 @@ struct COMMONGROUND_API FriendSystemPack_SelfIdRespond
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Request in CCmdFriendSystemPackRequest: sets one's prestige.
 struct COMMONGROUND_API FriendSystemPack_SetSelfPrestige
 {
     WIRE_INTERFACE_CMD
@@ -197,6 +213,7 @@ struct COMMONGROUND_API FriendSystemPack_SetSelfPrestige
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Request in CCmdFriendSystemPackRequest: sets one's VIP level.
 struct COMMONGROUND_API FriendSystemPack_SetSelfVip
 {
     WIRE_INTERFACE_CMD

@@ -12,6 +12,7 @@
 
 #include <map>
 
+// Request in CCmdHomePackRequest: loads the player's home record. Answered by HomePack_LoadData_Reply.
 struct COMMONGROUND_API HomePack_LoadData_Request
 {
     WIRE_INTERFACE_CMD
@@ -20,6 +21,7 @@ struct COMMONGROUND_API HomePack_LoadData_Request
     AccountGlobalData m_GlobalData;
 };
 
+// Reply in CCmdHomePackReply to HomePack_LoadData_Request: the home record and a flag.
 struct COMMONGROUND_API HomePack_LoadData_Reply
 {
     WIRE_INTERFACE_CMD
@@ -29,6 +31,8 @@ struct COMMONGROUND_API HomePack_LoadData_Reply
     AccountHomeData m_HomeData;
 };
 
+// Request in CCmdHomePackRequest: saves the changed home record and the global record. Answered by
+// HomePack_SaveData_Reply.
 struct COMMONGROUND_API HomePack_SaveData_Request
 {
     WIRE_INTERFACE_CMD
@@ -37,6 +41,7 @@ struct COMMONGROUND_API HomePack_SaveData_Request
     AccountGlobalData m_GlobalData;
 };
 
+// Reply in CCmdHomePackReply to HomePack_SaveData_Request: a result text only.
 struct COMMONGROUND_API HomePack_SaveData_Reply
 {
     WIRE_INTERFACE_CMD
@@ -44,6 +49,8 @@ struct COMMONGROUND_API HomePack_SaveData_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdHomePackRequest: starts a game, with the fields of CCmdRequestStartGame. Answered by
+// HomePack_StartGame_Reply.
 struct COMMONGROUND_API HomePack_StartGame_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -57,6 +64,7 @@ struct COMMONGROUND_API HomePack_StartGame_Request final
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdHomePackReply to HomePack_StartGame_Request: three numbers and the changed records.
 struct COMMONGROUND_API HomePack_StartGame_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -69,6 +77,8 @@ struct COMMONGROUND_API HomePack_StartGame_Reply final
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdHomePackRequest: reports the result of a game, with the leading fields of CCmdRequestEndGame. Answered
+// by HomePack_EndGame_Reply.
 struct COMMONGROUND_API HomePack_EndGame_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -85,6 +95,7 @@ struct COMMONGROUND_API HomePack_EndGame_Request final
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdHomePackReply to HomePack_EndGame_Request: seventeen numbers, three flags and all three records.
 struct COMMONGROUND_API HomePack_EndGame_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -115,11 +126,13 @@ struct COMMONGROUND_API HomePack_EndGame_Reply final
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdHomePackRequest: asks for the countdown; has no bytes. Answered by HomePack_CountdownTime_Reply.
 struct COMMONGROUND_API HomePack_CountdownTime_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
 };
 
+// Reply in CCmdHomePackReply to HomePack_CountdownTime_Request: a number and the home record.
 struct COMMONGROUND_API HomePack_CountdownTime_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -129,6 +142,8 @@ struct COMMONGROUND_API HomePack_CountdownTime_Reply final
     AccountHomeData m_HomeData;
 };
 
+// Request in CCmdHomePackRequest: pays diamonds for a jump off. Answered by HomePack_JumpOff_Reply. The record computes
+// the price: AccountHomeData::GetHomeJumpOffCostDiamond.
 struct COMMONGROUND_API HomePack_JumpOff_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -142,6 +157,7 @@ struct COMMONGROUND_API HomePack_JumpOff_Request final
     AccountHomeData m_HomeData;
 };
 
+// Reply in CCmdHomePackReply to HomePack_JumpOff_Request: a flag, a number and all three records.
 struct COMMONGROUND_API HomePack_JumpOff_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -154,7 +170,7 @@ struct COMMONGROUND_API HomePack_JumpOff_Reply final
     zet::String_T<wchar_t> m_Msg;
 };
 
-// A reward without a game played.
+// Request in CCmdHomePackRequest: takes a reward without playing. Answered by HomePack_DirectReWard_Reply.
 struct COMMONGROUND_API HomePack_DirectReWard_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -167,6 +183,7 @@ struct COMMONGROUND_API HomePack_DirectReWard_Request final
     AccountGlobalData m_GlobalData;
 };
 
+// Reply in CCmdHomePackReply to HomePack_DirectReWard_Request: three numbers and all three records.
 struct COMMONGROUND_API HomePack_DirectReWard_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -180,6 +197,8 @@ struct COMMONGROUND_API HomePack_DirectReWard_Reply final
     AccountGlobalData m_GlobalData;
 };
 
+// Request in CCmdHomePackRequest: pays to unlock a game. Answered by HomePack_UnlockGame_Reply. The record computes the
+// price: AccountHomeData::GetHomeRushUnlockPrice.
 struct COMMONGROUND_API HomePack_UnlockGame_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -191,6 +210,7 @@ struct COMMONGROUND_API HomePack_UnlockGame_Request final
     AccountHomeData m_HomeData;
 };
 
+// Reply in CCmdHomePackReply to HomePack_UnlockGame_Request: three numbers and all three records.
 struct COMMONGROUND_API HomePack_UnlockGame_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -204,6 +224,7 @@ struct COMMONGROUND_API HomePack_UnlockGame_Reply final
     AccountGlobalData m_GlobalData;
 };
 
+// Request in CCmdHomePackRequest: asks for a list of players. Answered by HomePack_GetPlayerList_Reply.
 struct COMMONGROUND_API HomePack_GetPlayerList_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -211,22 +232,28 @@ struct COMMONGROUND_API HomePack_GetPlayerList_Request final
     int m_Value1 = 0;
 };
 
-// The list is always sent in full, without a count.
+// Reply in CCmdHomePackReply to HomePack_GetPlayerList_Request: a list of numbers, always sent in full, without a
+// count. A list that ends early does not affect the result: the missing numbers do not change.
 struct COMMONGROUND_API HomePack_GetPlayerList_Reply final
 {
+    static constexpr int kPlayers = 101;
+
     WIRE_INTERFACE_CMD_VIRTUAL
 
     zet::String_T<wchar_t> m_Msg;
     int m_Value1 = 0;
-    int m_PlayerList[101] = {};
+    int m_PlayerList[kPlayers] = {};
 };
 
+// Request in CCmdHomePackRequest: asks for the numbers of the players; has no bytes. Answered by
+// HomePack_PlayerNumList_Reply.
 struct COMMONGROUND_API HomePack_PlayerNumList_Request
 {
     WIRE_INTERFACE_CMD
 };
 
-// Read and Write never fail.
+// Reply in CCmdHomePackReply to HomePack_PlayerNumList_Request: the map of the numbers. Read clears the map; Read and
+// Write never fail.
 struct COMMONGROUND_API HomePack_PlayerNumList_Reply
 {
     WIRE_INTERFACE_CMD
@@ -235,6 +262,8 @@ struct COMMONGROUND_API HomePack_PlayerNumList_Reply
     std::map<int, int> m_PlayerNum;
 };
 
+// Request in CCmdHomePackRequest: clears the daily state. Answered by HomePack_ClearDaily_Reply. The reset of the
+// record is AccountHomeData::ResetHomData.
 struct COMMONGROUND_API HomePack_ClearDaily_Request
 {
     WIRE_INTERFACE_CMD
@@ -243,6 +272,7 @@ struct COMMONGROUND_API HomePack_ClearDaily_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdHomePackReply to HomePack_ClearDaily_Request: the home record.
 struct COMMONGROUND_API HomePack_ClearDaily_Reply
 {
     WIRE_INTERFACE_CMD

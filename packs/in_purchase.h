@@ -8,7 +8,7 @@
 
 #include <vector>
 
-// One F-code of a list.
+// One F-code, in InPurchasePack_GetFCodeList_Reply.
 struct COMMONGROUND_API InPurchaseFCodeRow
 {
     WIRE_INTERFACE_CMD
@@ -19,6 +19,8 @@ struct COMMONGROUND_API InPurchaseFCodeRow
     int m_Value1 = 0;
 };
 
+// Request in CCmdInPurchasePackRequest: asks whether in-purchase is open. Answered by
+// InPurchasePack_CheckIfOpenInPurchase_Reply.
 struct COMMONGROUND_API InPurchasePack_CheckIfOpenInPurchase_Request
 {
     WIRE_INTERFACE_CMD
@@ -28,6 +30,7 @@ struct COMMONGROUND_API InPurchasePack_CheckIfOpenInPurchase_Request
     zet::String_T<wchar_t> m_Text3;
 };
 
+// Reply in CCmdInPurchasePackReply to InPurchasePack_CheckIfOpenInPurchase_Request.
 struct COMMONGROUND_API InPurchasePack_CheckIfOpenInPurchase_Reply
 {
     WIRE_INTERFACE_CMD
@@ -36,7 +39,8 @@ struct COMMONGROUND_API InPurchasePack_CheckIfOpenInPurchase_Reply
     zet::String_T<wchar_t> m_Text2;
 };
 
-// The members are declared in another order than on the wire.
+// Request in CCmdInPurchasePackRequest: saves the id of an order. Answered by InPurchasePack_SaveOrderId_Reply. The
+// members are declared in another order than on the wire.
 struct COMMONGROUND_API InPurchasePack_SaveOrderId_Request
 {
     WIRE_INTERFACE_CMD
@@ -48,6 +52,7 @@ struct COMMONGROUND_API InPurchasePack_SaveOrderId_Request
     zet::String_T<wchar_t> m_Text5;
 };
 
+// Reply in CCmdInPurchasePackReply to InPurchasePack_SaveOrderId_Request.
 struct COMMONGROUND_API InPurchasePack_SaveOrderId_Reply
 {
     WIRE_INTERFACE_CMD
@@ -55,7 +60,8 @@ struct COMMONGROUND_API InPurchasePack_SaveOrderId_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
-// Requests the result of a payment.
+// Request in CCmdInPurchasePackRequest: asks for the result of a payment. Answered by
+// InPurchasePack_GetCheckResult_Reply.
 struct COMMONGROUND_API InPurchasePack_GetCheckResult_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -64,6 +70,7 @@ struct COMMONGROUND_API InPurchasePack_GetCheckResult_Request final
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdInPurchasePackReply to InPurchasePack_GetCheckResult_Request: the result of the payment.
 struct COMMONGROUND_API InPurchasePack_GetCheckResult_Reply
 {
     WIRE_INTERFACE_CMD
@@ -74,7 +81,8 @@ struct COMMONGROUND_API InPurchasePack_GetCheckResult_Reply
     zet::String_T<wchar_t> m_Text4;
 };
 
-// Notifies the player of a successful purchase. The members are declared in another order than on the wire.
+// Request in CCmdInPurchasePackRequest: tells the player of a successful purchase. The members are declared in another
+// order than on the wire.
 struct COMMONGROUND_API InPurchasePack_SendBuySuccessMessage_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -87,6 +95,8 @@ struct COMMONGROUND_API InPurchasePack_SendBuySuccessMessage_Request final
     zet::String_T<wchar_t> m_Text3;
 };
 
+// Request in CCmdInPurchasePackRequest: checks an authorization code. Answered by
+// InPurchasePack_CheckAuthorizationCode_Reply.
 struct COMMONGROUND_API InPurchasePack_CheckAuthorizationCode_Request
 {
     WIRE_INTERFACE_CMD
@@ -95,6 +105,7 @@ struct COMMONGROUND_API InPurchasePack_CheckAuthorizationCode_Request
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdInPurchasePackReply to InPurchasePack_CheckAuthorizationCode_Request.
 struct COMMONGROUND_API InPurchasePack_CheckAuthorizationCode_Reply
 {
     WIRE_INTERFACE_CMD
@@ -102,6 +113,8 @@ struct COMMONGROUND_API InPurchasePack_CheckAuthorizationCode_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdInPurchasePackRequest: creates and saves an F-code. Answered by
+// InPurchasePack_CreateAndSaveFCode_Reply.
 struct COMMONGROUND_API InPurchasePack_CreateAndSaveFCode_Request
 {
     WIRE_INTERFACE_CMD
@@ -109,6 +122,7 @@ struct COMMONGROUND_API InPurchasePack_CreateAndSaveFCode_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdInPurchasePackReply to InPurchasePack_CreateAndSaveFCode_Request.
 struct COMMONGROUND_API InPurchasePack_CreateAndSaveFCode_Reply
 {
     WIRE_INTERFACE_CMD
@@ -119,7 +133,8 @@ struct COMMONGROUND_API InPurchasePack_CreateAndSaveFCode_Reply
     zet::String_T<wchar_t> m_Text4;
 };
 
-// Read never fails, and a list without rows keeps the rows of the object.
+// Reply in CCmdInPurchasePackReply: the list of F-codes. It has no request message of its own. Read never fails, and a
+// list without rows keeps the rows of the object.
 struct COMMONGROUND_API InPurchasePack_GetFCodeList_Reply
 {
     WIRE_INTERFACE_CMD
@@ -128,6 +143,7 @@ struct COMMONGROUND_API InPurchasePack_GetFCodeList_Reply
     std::vector<InPurchaseFCodeRow> m_InPurchaseFCodeRows;
 };
 
+// Request in CCmdInPurchasePackRequest: uses an F-code for goods. Answered by InPurchasePack_UseFCode_Reply.
 struct COMMONGROUND_API InPurchasePack_UseFCode_Request
 {
     WIRE_INTERFACE_CMD
@@ -136,6 +152,7 @@ struct COMMONGROUND_API InPurchasePack_UseFCode_Request
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdInPurchasePackReply to InPurchasePack_UseFCode_Request.
 struct COMMONGROUND_API InPurchasePack_UseFCode_Reply
 {
     WIRE_INTERFACE_CMD

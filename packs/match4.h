@@ -13,6 +13,7 @@
 
 #include <vector>
 
+// Request in CCmdMatchPackRequest: enters the meet. Answered by Match4Pack_EnterYundonghui_Reply.
 struct COMMONGROUND_API Match4Pack_EnterYundonghui_Request
 {
     WIRE_INTERFACE_CMD
@@ -23,6 +24,7 @@ struct COMMONGROUND_API Match4Pack_EnterYundonghui_Request
     AccountGlobalData m_GlobalData;
 };
 
+// Reply in CCmdMatchPackReply to Match4Pack_EnterYundonghui_Request: the changed records.
 struct COMMONGROUND_API Match4Pack_EnterYundonghui_Reply
 {
     WIRE_INTERFACE_CMD
@@ -36,6 +38,7 @@ struct COMMONGROUND_API Match4Pack_EnterYundonghui_Reply
     AccountGlobalData m_GlobalData;
 };
 
+// Request in CCmdMatchPackRequest: leaves the meet. Answered by Match4Pack_ExitYundonghui_Reply.
 struct COMMONGROUND_API Match4Pack_ExitYundonghui_Request
 {
     WIRE_INTERFACE_CMD
@@ -45,6 +48,7 @@ struct COMMONGROUND_API Match4Pack_ExitYundonghui_Request
     AccountData m_Account;
 };
 
+// Reply in CCmdMatchPackReply to Match4Pack_ExitYundonghui_Request: the changed records.
 struct COMMONGROUND_API Match4Pack_ExitYundonghui_Reply
 {
     WIRE_INTERFACE_CMD
@@ -55,6 +59,8 @@ struct COMMONGROUND_API Match4Pack_ExitYundonghui_Reply
     AccountData m_Account;
 };
 
+// Request in CCmdMatchPackRequest: asks for the player's record of the meet. Answered by
+// Match4Pack_GetAccuntInfo_Reply.
 struct COMMONGROUND_API Match4Pack_GetAccuntInfo_Request
 {
     WIRE_INTERFACE_CMD
@@ -62,6 +68,7 @@ struct COMMONGROUND_API Match4Pack_GetAccuntInfo_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdMatchPackReply to Match4Pack_GetAccuntInfo_Request: the record.
 struct COMMONGROUND_API Match4Pack_GetAccuntInfo_Reply
 {
     WIRE_INTERFACE_CMD
@@ -71,6 +78,7 @@ struct COMMONGROUND_API Match4Pack_GetAccuntInfo_Reply
     AccountMatchData4 m_MatchData4;
 };
 
+// Request in CCmdMatchPackRequest: saves the records. Answered by Match4Pack_SaveMatchData_Reply.
 struct COMMONGROUND_API Match4Pack_SaveMatchData_Request
 {
     WIRE_INTERFACE_CMD
@@ -81,6 +89,7 @@ struct COMMONGROUND_API Match4Pack_SaveMatchData_Request
     AccountGlobalData m_GlobalData;
 };
 
+// Reply in CCmdMatchPackReply to Match4Pack_SaveMatchData_Request: a result text.
 struct COMMONGROUND_API Match4Pack_SaveMatchData_Reply
 {
     WIRE_INTERFACE_CMD
@@ -88,6 +97,7 @@ struct COMMONGROUND_API Match4Pack_SaveMatchData_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdMatchPackRequest: deducts energy for a game. Answered by Match4Pack_DeductEnergy_Reply.
 struct COMMONGROUND_API Match4Pack_DeductEnergy_Request
 {
     WIRE_INTERFACE_CMD
@@ -95,6 +105,7 @@ struct COMMONGROUND_API Match4Pack_DeductEnergy_Request
     int m_Value1 = 0;
 };
 
+// Reply in CCmdMatchPackReply to Match4Pack_DeductEnergy_Request: the changed account.
 struct COMMONGROUND_API Match4Pack_DeductEnergy_Reply
 {
     WIRE_INTERFACE_CMD
@@ -103,6 +114,7 @@ struct COMMONGROUND_API Match4Pack_DeductEnergy_Reply
     AccountData m_Account;
 };
 
+// Reply in CCmdMatchPackReply: the end of a game, calculated. It has no request message of its own.
 struct COMMONGROUND_API Match4Pack_EndGameCalculate_Reply
 {
     WIRE_INTERFACE_CMD
@@ -111,6 +123,7 @@ struct COMMONGROUND_API Match4Pack_EndGameCalculate_Reply
     AccountMatchData4 m_MatchData4;
 };
 
+// Request in CCmdMatchPackRequest: looks for a mate to play with. Answered by Match4Pack_FindMate_Reply.
 struct COMMONGROUND_API Match4Pack_FindMate_Request
 {
     WIRE_INTERFACE_CMD
@@ -119,6 +132,7 @@ struct COMMONGROUND_API Match4Pack_FindMate_Request
     AccountMatchData4 m_MatchData4;
 };
 
+// Reply in CCmdMatchPackReply to Match4Pack_FindMate_Request: the changed record.
 struct COMMONGROUND_API Match4Pack_FindMate_Reply
 {
     WIRE_INTERFACE_CMD
@@ -129,7 +143,7 @@ struct COMMONGROUND_API Match4Pack_FindMate_Reply
     int m_Value1 = 0;
 };
 
-// One line of the history of earlier results.
+// One line of the history of earlier results, in Match4Pack_CheckHstryRec_Reply.
 struct COMMONGROUND_API Match4HistoryRec
 {
     WIRE_INTERFACE_CMD
@@ -141,6 +155,7 @@ struct COMMONGROUND_API Match4HistoryRec
     int m_Value1 = 0;
 };
 
+// Request in CCmdMatchPackRequest: asks for the history of earlier results. Answered by Match4Pack_CheckHstryRec_Reply.
 struct COMMONGROUND_API Match4Pack_CheckHstryRec_Request
 {
     WIRE_INTERFACE_CMD
@@ -148,7 +163,8 @@ struct COMMONGROUND_API Match4Pack_CheckHstryRec_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
-// The reader sets the size of both lists before; elements without a slot are dropped. The second list is sent first.
+// Reply in CCmdMatchPackReply to Match4Pack_CheckHstryRec_Request: the history. The reader sets the size of both lists
+// before; elements without a slot are dropped. The second list is sent first.
 struct COMMONGROUND_API Match4Pack_CheckHstryRec_Reply
 {
     WIRE_INTERFACE_CMD
@@ -159,7 +175,7 @@ struct COMMONGROUND_API Match4Pack_CheckHstryRec_Reply
     std::vector<Match4HistoryRec> m_History2;
 };
 
-// Server time.
+// Reply in CCmdMatchPackReply: whether the time of the server falls on a weekend. It has no request message of its own.
 struct COMMONGROUND_API Match4Pack_CheckBeWeekend_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -169,6 +185,7 @@ struct COMMONGROUND_API Match4Pack_CheckBeWeekend_Reply final
     int m_Value1 = 0;
 };
 
+// Request in CCmdMatchPackRequest: a number. It has no reply message of its own.
 struct COMMONGROUND_API Match4Pack_RememberStateIn_Request
 {
     WIRE_INTERFACE_CMD
@@ -176,21 +193,23 @@ struct COMMONGROUND_API Match4Pack_RememberStateIn_Request
     int m_Value1 = 0;
 };
 
-// The ranks of the season: two tables of six rows and five columns each. A cell of the first table precedes the same
-// cell of the second. Values of a peer beyond the tables are read and dropped.
+// Reply in CCmdMatchPackReply: the ranks of the season, two tables of six rows and five columns each. It has no request
+// message of its own. A cell of the first table precedes the same cell of the second. Values of a peer beyond the
+// tables are read and dropped.
 struct COMMONGROUND_API Match4Pack_SportRank_Reply
 {
     WIRE_INTERFACE_CMD
 
     static constexpr int kBoards = 6;
     static constexpr int kRanks = 5;
+    static constexpr int kSelfRanks = 2;
 
     int m_Value1 = 0;
     int m_Value2 = 0;
     int m_Value3 = 0;
     int m_Value4 = 0;
     zet::String_T<wchar_t> m_Msg;
-    MatchRankData m_Self[2];
+    MatchRankData m_Self[kSelfRanks];
     bool m_Flag1 = false;
     bool m_Flag2 = false;
     int m_Value5 = 0;

@@ -10,6 +10,7 @@
 
 #include <vector>
 
+// One good of the ticket shop. The hosts define its values.
 struct COMMONGROUND_API Match4ShopGood
 {
     WIRE_INTERFACE_CMD
@@ -23,6 +24,7 @@ struct COMMONGROUND_API Match4ShopGood
     int m_Value3 = 0;
 };
 
+// Request in CCmdMatchPackRequest: buys a good of the ticket shop. Answered by Match4Pack_BuyShopGood_Reply.
 struct COMMONGROUND_API Match4Pack_BuyShopGood_Request
 {
     WIRE_INTERFACE_CMD
@@ -35,6 +37,7 @@ struct COMMONGROUND_API Match4Pack_BuyShopGood_Request
     AccountData m_Account;
 };
 
+// Reply in CCmdMatchPackReply to Match4Pack_BuyShopGood_Request: the good and the changed records.
 struct COMMONGROUND_API Match4Pack_BuyShopGood_Reply
 {
     WIRE_INTERFACE_CMD
@@ -47,7 +50,8 @@ struct COMMONGROUND_API Match4Pack_BuyShopGood_Reply
     int m_Value1 = 0;
 };
 
-// Read appends to the goods of the object.
+// Reply in CCmdMatchPackReply: the goods of the ticket shop. It has no request message of its own. Read appends to the
+// goods of the object.
 struct COMMONGROUND_API Match4Pack_TicketGoodConfig_Reply
 {
     WIRE_INTERFACE_CMD
@@ -57,7 +61,8 @@ struct COMMONGROUND_API Match4Pack_TicketGoodConfig_Reply
     std::vector<Match4ShopGood> m_Goods2;
 };
 
-// The orders are letters.
+// Reply in CCmdMatchPackReply: the orders, as letters. It has no request message of its own. Read clears the list,
+// which does not affect the result.
 struct COMMONGROUND_API Match4Pack_OrderRecord_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL

@@ -8,6 +8,7 @@
 #include "playerdata/account_core.h"
 #include "playerdata/match_data.h"
 
+// Request in CCmdMatchPackRequest: enters the event. Answered by MatchPack_EnterBestFamily_Reply.
 struct COMMONGROUND_API MatchPack_EnterBestFamily_Request
 {
     WIRE_INTERFACE_CMD
@@ -17,6 +18,7 @@ struct COMMONGROUND_API MatchPack_EnterBestFamily_Request
     bool m_Flag1 = false;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_EnterBestFamily_Request: two texts and the changed records.
 struct COMMONGROUND_API MatchPack_EnterBestFamily_Reply
 {
     WIRE_INTERFACE_CMD
@@ -28,6 +30,7 @@ struct COMMONGROUND_API MatchPack_EnterBestFamily_Reply
     bool m_Flag1 = false;
 };
 
+// Request in CCmdMatchPackRequest: leaves the event. Answered by MatchPack_ExitBestFamily_Reply.
 struct COMMONGROUND_API MatchPack_ExitBestFamily_Request
 {
     WIRE_INTERFACE_CMD
@@ -37,6 +40,7 @@ struct COMMONGROUND_API MatchPack_ExitBestFamily_Request
     AccountData m_Account;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_ExitBestFamily_Request: two texts and the changed records.
 struct COMMONGROUND_API MatchPack_ExitBestFamily_Reply
 {
     WIRE_INTERFACE_CMD
@@ -47,7 +51,7 @@ struct COMMONGROUND_API MatchPack_ExitBestFamily_Reply
     AccountData m_Account;
 };
 
-// Throws a die.
+// Request in CCmdMatchPackRequest: throws a random die. Answered by MatchPack_BestFamilyRandomDice_Reply.
 struct COMMONGROUND_API MatchPack_BestFamilyRandomDice_Request
 {
     WIRE_INTERFACE_CMD
@@ -55,6 +59,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyRandomDice_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_BestFamilyRandomDice_Request: two texts and the record of the event.
 struct COMMONGROUND_API MatchPack_BestFamilyRandomDice_Reply
 {
     WIRE_INTERFACE_CMD
@@ -64,7 +69,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyRandomDice_Reply
     AccountMatchData3 m_MatchData3;
 };
 
-// Sets a die to a number of the player's choice.
+// Request in CCmdMatchPackRequest: sets a die. Answered by MatchPack_BestFamilySetDice_Reply.
 struct COMMONGROUND_API MatchPack_BestFamilySetDice_Request
 {
     WIRE_INTERFACE_CMD
@@ -73,6 +78,7 @@ struct COMMONGROUND_API MatchPack_BestFamilySetDice_Request
     int m_Value1 = 0;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_BestFamilySetDice_Request: two texts and the record of the event.
 struct COMMONGROUND_API MatchPack_BestFamilySetDice_Reply
 {
     WIRE_INTERFACE_CMD
@@ -82,6 +88,7 @@ struct COMMONGROUND_API MatchPack_BestFamilySetDice_Reply
     AccountMatchData3 m_MatchData3;
 };
 
+// Request in CCmdMatchPackRequest: plays the tiger machine. Answered by MatchPack_BestFamilyTigerMachine_Reply.
 struct COMMONGROUND_API MatchPack_BestFamilyTigerMachine_Request
 {
     WIRE_INTERFACE_CMD
@@ -89,6 +96,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyTigerMachine_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_BestFamilyTigerMachine_Request: two texts and the record of the event.
 struct COMMONGROUND_API MatchPack_BestFamilyTigerMachine_Reply
 {
     WIRE_INTERFACE_CMD
@@ -98,6 +106,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyTigerMachine_Reply
     AccountMatchData3 m_MatchData3;
 };
 
+// Request in CCmdMatchPackRequest: does a task. Answered by MatchPack_BestFamilyTask_Reply.
 struct COMMONGROUND_API MatchPack_BestFamilyTask_Request
 {
     WIRE_INTERFACE_CMD
@@ -106,6 +115,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyTask_Request
     int m_Value1 = 0;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_BestFamilyTask_Request: two texts and the record of the event.
 struct COMMONGROUND_API MatchPack_BestFamilyTask_Reply
 {
     WIRE_INTERFACE_CMD
@@ -115,6 +125,8 @@ struct COMMONGROUND_API MatchPack_BestFamilyTask_Reply
     AccountMatchData3 m_MatchData3;
 };
 
+// Request in CCmdMatchPackRequest: has the result of a game checked. Answered by
+// MatchPack_BestFamilyCheckGameResult_Reply.
 struct COMMONGROUND_API MatchPack_BestFamilyCheckGameResult_Request
 {
     WIRE_INTERFACE_CMD
@@ -125,6 +137,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyCheckGameResult_Request
     char m_Char1 = 0;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_BestFamilyCheckGameResult_Request: two texts and the record of the event.
 struct COMMONGROUND_API MatchPack_BestFamilyCheckGameResult_Reply
 {
     WIRE_INTERFACE_CMD
@@ -134,6 +147,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyCheckGameResult_Reply
     AccountMatchData3 m_MatchData3;
 };
 
+// Request in CCmdMatchPackRequest: reads the countdown. Answered by MatchPack_BestFamilyCountDownTime_Reply.
 struct COMMONGROUND_API MatchPack_BestFamilyCountDownTime_Request
 {
     WIRE_INTERFACE_CMD
@@ -141,6 +155,7 @@ struct COMMONGROUND_API MatchPack_BestFamilyCountDownTime_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_BestFamilyCountDownTime_Request: two texts and the record of the event.
 struct COMMONGROUND_API MatchPack_BestFamilyCountDownTime_Reply
 {
     WIRE_INTERFACE_CMD
@@ -150,6 +165,8 @@ struct COMMONGROUND_API MatchPack_BestFamilyCountDownTime_Reply
     AccountMatchData3 m_MatchData3;
 };
 
+// Reply in CCmdMatchPackReply: the countdown is changed, with two texts and the record of the event. It has no request
+// message of its own.
 struct COMMONGROUND_API MatchPack_ModifyCountDownTime_Reply
 {
     WIRE_INTERFACE_CMD

@@ -10,6 +10,7 @@
 
 #include <vector>
 
+// Request in CCmdMatchPackRequest: chooses a brain game. Answered by MatchPack_SelectBrainGame_Reply.
 struct COMMONGROUND_API MatchPack_SelectBrainGame_Request
 {
     WIRE_INTERFACE_CMD
@@ -17,6 +18,7 @@ struct COMMONGROUND_API MatchPack_SelectBrainGame_Request
     int m_Value1 = 0;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_SelectBrainGame_Request.
 struct COMMONGROUND_API MatchPack_SelectBrainGame_Reply
 {
     WIRE_INTERFACE_CMD
@@ -30,6 +32,8 @@ struct COMMONGROUND_API MatchPack_SelectBrainGame_Reply
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Request in CCmdMatchPackRequest: starts a brain game. Answered by MatchPack_StartBrainGame_Reply. The free plays are
+// g_BrainFreeTimes_VIP_0 and g_BrainFreeTimes_VIP_1.
 struct COMMONGROUND_API MatchPack_StartBrainGame_Request
 {
     WIRE_INTERFACE_CMD
@@ -38,6 +42,7 @@ struct COMMONGROUND_API MatchPack_StartBrainGame_Request
     int m_Value2 = 0;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_StartBrainGame_Request.
 struct COMMONGROUND_API MatchPack_StartBrainGame_Reply
 {
     WIRE_INTERFACE_CMD
@@ -47,6 +52,7 @@ struct COMMONGROUND_API MatchPack_StartBrainGame_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdMatchPackRequest: buys a tool. Answered by MatchPack_BuyTool_Reply.
 struct COMMONGROUND_API MatchPack_BuyTool_Request
 {
     WIRE_INTERFACE_CMD
@@ -57,6 +63,7 @@ struct COMMONGROUND_API MatchPack_BuyTool_Request
     AccountMatchData3 m_MatchData3;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_BuyTool_Request: the changed records.
 struct COMMONGROUND_API MatchPack_BuyTool_Reply
 {
     WIRE_INTERFACE_CMD
@@ -68,6 +75,7 @@ struct COMMONGROUND_API MatchPack_BuyTool_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdMatchPackRequest: tries a game again. Answered by MatchPack_TryAgainGame_Reply.
 struct COMMONGROUND_API MatchPack_TryAgainGame_Request
 {
     WIRE_INTERFACE_CMD
@@ -76,6 +84,7 @@ struct COMMONGROUND_API MatchPack_TryAgainGame_Request
     int m_Value2 = 0;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_TryAgainGame_Request: the account.
 struct COMMONGROUND_API MatchPack_TryAgainGame_Reply
 {
     WIRE_INTERFACE_CMD
@@ -86,6 +95,7 @@ struct COMMONGROUND_API MatchPack_TryAgainGame_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdMatchPackRequest: asks for the list of the match's players. Answered by MatchPack_PlayerList_Reply.
 struct COMMONGROUND_API MatchPack_PlayerList_Request
 {
     WIRE_INTERFACE_CMD
@@ -94,7 +104,7 @@ struct COMMONGROUND_API MatchPack_PlayerList_Request
     int m_Value2 = 0;
 };
 
-// The player's own position precedes the list.
+// Reply in CCmdMatchPackReply to MatchPack_PlayerList_Request: one row apart, then the list.
 struct COMMONGROUND_API MatchPack_PlayerList_Reply
 {
     WIRE_INTERFACE_CMD

@@ -7,6 +7,8 @@
 
 #include <vector>
 
+// Reply in CCmdMatchPackReply: numbers of the lottery. Asked for by MatchPack_LotteryReset_Request and
+// MatchPack_LotteryRevealer_Request.
 struct COMMONGROUND_API MatchPackType_LotteryBaseNum
 {
     WIRE_INTERFACE_CMD
@@ -19,7 +21,8 @@ struct COMMONGROUND_API MatchPackType_LotteryBaseNum
     int m_Value5 = 0;
 };
 
-// Seven tables of fixed size. A count precedes each, and readers ignore it.
+// Reply in CCmdMatchPackReply: seven tables of fixed size. A count precedes each, and readers ignore it; the tables do
+// not affect the result. Asked for by MatchPack_LotteryReset_Request and MatchPack_LotteryRevealer_Request.
 struct COMMONGROUND_API MatchPackType_LotteryAllNum
 {
     WIRE_INTERFACE_CMD
@@ -39,7 +42,7 @@ struct COMMONGROUND_API MatchPackType_LotteryAllNum
     int m_Value2 = 0;
 };
 
-// The reply to MatchPack_LotteryReset_Request.
+// Reply in CCmdMatchPackReply to MatchPack_LotteryReset_Request.
 struct COMMONGROUND_API MatchPackType_LotteryReset
 {
     WIRE_INTERFACE_CMD
@@ -49,7 +52,7 @@ struct COMMONGROUND_API MatchPackType_LotteryReset
     zet::String_T<wchar_t> m_Text1;
 };
 
-// The reply to MatchPack_LotteryRevealer_Request.
+// Reply in CCmdMatchPackReply to MatchPack_LotteryRevealer_Request. Its lists do not affect the result.
 struct COMMONGROUND_API MatchPackType_LotteryRevealer
 {
     WIRE_INTERFACE_CMD
@@ -64,6 +67,8 @@ struct COMMONGROUND_API MatchPackType_LotteryRevealer
     int m_Value4 = 0;
 };
 
+// Reply in CCmdMatchPackReply: a number and a text. Asked for by MatchPack_LotteryReset_Request and
+// MatchPack_LotteryRevealer_Request.
 struct COMMONGROUND_API MatchPackType_IsCanRevealer
 {
     WIRE_INTERFACE_CMD

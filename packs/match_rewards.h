@@ -10,7 +10,8 @@
 #include <utility>
 #include <vector>
 
-// Read never fails.
+// Request in CCmdMatchPackRequest: reports a finished schedule, with a list of texts. Answered by
+// MatchPack_FinishSchedule_Reply. Read never fails.
 struct COMMONGROUND_API MatchPack_FinishSchedule_Request
 {
     WIRE_INTERFACE_CMD
@@ -19,6 +20,7 @@ struct COMMONGROUND_API MatchPack_FinishSchedule_Request
     std::vector<zet::String_T<wchar_t>> m_Names;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_FinishSchedule_Request.
 struct COMMONGROUND_API MatchPack_FinishSchedule_Reply
 {
     WIRE_INTERFACE_CMD
@@ -27,6 +29,7 @@ struct COMMONGROUND_API MatchPack_FinishSchedule_Reply
     int m_Value2 = 0;
 };
 
+// Request in CCmdMatchPackRequest: takes a gift. Answered by MatchPack_TakeGift_Reply.
 struct COMMONGROUND_API MatchPack_TakeGift_Request
 {
     WIRE_INTERFACE_CMD
@@ -34,6 +37,7 @@ struct COMMONGROUND_API MatchPack_TakeGift_Request
     int m_Value1 = 0;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_TakeGift_Request: the changed records.
 struct COMMONGROUND_API MatchPack_TakeGift_Reply
 {
     WIRE_INTERFACE_CMD
@@ -44,6 +48,7 @@ struct COMMONGROUND_API MatchPack_TakeGift_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdMatchPackRequest: asks for a team's awards. Answered by MatchPack_TeamAwards_Reply.
 struct COMMONGROUND_API MatchPack_TeamAwards_Request
 {
     WIRE_INTERFACE_CMD
@@ -52,6 +57,7 @@ struct COMMONGROUND_API MatchPack_TeamAwards_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_TeamAwards_Request: the awards in three lists of texts and one of numbers.
 // Read appends to the lists of the object, and never fails.
 struct COMMONGROUND_API MatchPack_TeamAwards_Reply
 {
@@ -63,14 +69,16 @@ struct COMMONGROUND_API MatchPack_TeamAwards_Reply
     std::vector<int> m_Numbers;
 };
 
-// Has no reply.
+// Request in CCmdMatchPackRequest: sets one flag. It has no reply.
 struct COMMONGROUND_API MatchPack_UpdateBaodiTaskExecState_Request
 {
     WIRE_INTERFACE_CMD
 
+    // The state is on unless its sender sets otherwise.
     bool m_Flag1 = true;
 };
 
+// Request in CCmdMatchPackRequest: places a bet, with a text and a number. Answered by MatchPack_GiveBet_Reply.
 struct COMMONGROUND_API MatchPack_GiveBet_Request
 {
     WIRE_INTERFACE_CMD
@@ -79,6 +87,7 @@ struct COMMONGROUND_API MatchPack_GiveBet_Request
     int m_Value1 = 0;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_GiveBet_Request.
 struct COMMONGROUND_API MatchPack_GiveBet_Reply
 {
     WIRE_INTERFACE_CMD
@@ -89,6 +98,7 @@ struct COMMONGROUND_API MatchPack_GiveBet_Reply
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Request in CCmdMatchPackRequest: gives a praise, with a text. Answered by MatchPack_GivePraise_Reply.
 struct COMMONGROUND_API MatchPack_GivePraise_Request
 {
     WIRE_INTERFACE_CMD
@@ -96,6 +106,7 @@ struct COMMONGROUND_API MatchPack_GivePraise_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_GivePraise_Request.
 struct COMMONGROUND_API MatchPack_GivePraise_Reply
 {
     WIRE_INTERFACE_CMD
@@ -105,6 +116,7 @@ struct COMMONGROUND_API MatchPack_GivePraise_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdMatchPackRequest: the lottery of the final. Answered by MatchPack_FinalLottery_Reply.
 struct COMMONGROUND_API MatchPack_FinalLottery_Request
 {
     WIRE_INTERFACE_CMD
@@ -115,6 +127,8 @@ struct COMMONGROUND_API MatchPack_FinalLottery_Request
     AccountData m_Account;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_FinalLottery_Request: the lottery, with a list of numbers. Read clears the
+// list, which does not affect the result.
 struct COMMONGROUND_API MatchPack_FinalLottery_Reply
 {
     WIRE_INTERFACE_CMD
@@ -127,11 +141,14 @@ struct COMMONGROUND_API MatchPack_FinalLottery_Reply
     std::vector<int> m_Numbers;
 };
 
+// Request in CCmdMatchPackRequest: asks for the information about the final; has no bytes. Answered by
+// MatchPack_FinalMatchInfo_Reply.
 struct COMMONGROUND_API MatchPack_FinalMatchInfo_Request
 {
     WIRE_INTERFACE_CMD
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_FinalMatchInfo_Request: that information, most of it in pairs.
 struct COMMONGROUND_API MatchPack_FinalMatchInfo_Reply
 {
     WIRE_INTERFACE_CMD
@@ -146,7 +163,7 @@ struct COMMONGROUND_API MatchPack_FinalMatchInfo_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
-// Answered by MatchPackType_LotteryReset.
+// Request in CCmdMatchPackRequest: a lottery request. Answered by MatchPackType_LotteryReset.
 struct COMMONGROUND_API MatchPack_LotteryReset_Request
 {
     WIRE_INTERFACE_CMD
@@ -154,7 +171,7 @@ struct COMMONGROUND_API MatchPack_LotteryReset_Request
     int m_Value1 = 0;
 };
 
-// Answered by MatchPackType_LotteryRevealer.
+// Request in CCmdMatchPackRequest: a lottery request; has no bytes. Answered by MatchPackType_LotteryRevealer.
 struct COMMONGROUND_API MatchPack_LotteryRevealer_Request
 {
     WIRE_INTERFACE_CMD

@@ -7,6 +7,8 @@
 #include "playerdata/match_data.h"
 #include "playerdata/match_records.h"
 
+// Request in CCmdMatchPackRequest: exchanges stamps. Answered by MatchPack_ExchangeStampReply. Has a form for both
+// packagers, with the same order.
 struct COMMONGROUND_API MatchPack_ExchangeStampRequest
 {
     WIRE_INTERFACE_BOTH
@@ -18,6 +20,8 @@ struct COMMONGROUND_API MatchPack_ExchangeStampRequest
     AccountMatchData m_MatchData;
 };
 
+// Reply in CCmdMatchPackReply to MatchPack_ExchangeStampRequest: the changed record. Has a form for both packagers,
+// with the same order.
 struct COMMONGROUND_API MatchPack_ExchangeStampReply final
 {
     // Not WIRE_INTERFACE_BOTH_VIRTUAL: the data packager's come first here, and the order is part of the interface.
@@ -35,7 +39,7 @@ struct COMMONGROUND_API MatchPack_ExchangeStampReply final
     AccountMatchData m_MatchData;
 };
 
-// The reply instead of the goods if the stock is too small.
+// Reply in CCmdMatchPackReply: a separate answer to the stamp messages, with three numbers.
 struct COMMONGROUND_API MatchPack_NotEnoughStockReply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -45,6 +49,8 @@ struct COMMONGROUND_API MatchPack_NotEnoughStockReply final
     int m_Value3 = 0;
 };
 
+// Request in CCmdMatchPackRequest: changes stamps for goods of the match shop. Answered by
+// MatchPack_StampChangeGoodsReply.
 struct COMMONGROUND_API MatchPack_StampChangeGoodsRequest
 {
     WIRE_INTERFACE_CMD
@@ -52,7 +58,7 @@ struct COMMONGROUND_API MatchPack_StampChangeGoodsRequest
     int m_Value1 = 0;
 };
 
-// The goods, and the code if the prize is a code.
+// Reply in CCmdMatchPackReply to MatchPack_StampChangeGoodsRequest: the goods, and the code if the prize is a code.
 struct COMMONGROUND_API MatchPack_StampChangeGoodsReply
 {
     WIRE_INTERFACE_CMD

@@ -11,11 +11,14 @@
 
 #include <vector>
 
+// Request in CCmdMatchPackRequest: a player logs in to the match service; has no bytes. Answered by
+// MatchPackType_Login_Reply.
 struct COMMONGROUND_API MatchPackType_Login_Request
 {
     WIRE_INTERFACE_CMD
 };
 
+// Reply in CCmdMatchPackReply to MatchPackType_Login_Request: the player's match record.
 struct COMMONGROUND_API MatchPackType_Login_Reply
 {
     WIRE_INTERFACE_CMD
@@ -25,11 +28,14 @@ struct COMMONGROUND_API MatchPackType_Login_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdMatchPackRequest: a player logs out of the match service; has no bytes. Answered by
+// MatchPackType_Logout_Reply.
 struct COMMONGROUND_API MatchPackType_Logout_Request
 {
     WIRE_INTERFACE_CMD
 };
 
+// Reply in CCmdMatchPackReply to MatchPackType_Logout_Request: a result text.
 struct COMMONGROUND_API MatchPackType_Logout_Reply
 {
     WIRE_INTERFACE_CMD
@@ -37,11 +43,14 @@ struct COMMONGROUND_API MatchPackType_Logout_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdMatchPackRequest: asks for the state of the match; has no bytes. Answered by
+// MatchPackType_QueryMatchState_Reply.
 struct COMMONGROUND_API MatchPackType_QueryMatchState_Request
 {
     WIRE_INTERFACE_CMD
 };
 
+// Reply in CCmdMatchPackReply to MatchPackType_QueryMatchState_Request: the match.
 struct COMMONGROUND_API MatchPackType_QueryMatchState_Reply
 {
     WIRE_INTERFACE_CMD
@@ -50,6 +59,7 @@ struct COMMONGROUND_API MatchPackType_QueryMatchState_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdMatchPackRequest: selects a team. Answered by MatchPackType_SelectTeam_Reply.
 struct COMMONGROUND_API MatchPackType_SelectTeam_Request
 {
     WIRE_INTERFACE_CMD
@@ -57,6 +67,7 @@ struct COMMONGROUND_API MatchPackType_SelectTeam_Request
     int m_TeamId = 0;
 };
 
+// Reply in CCmdMatchPackReply to MatchPackType_SelectTeam_Request: the changed record.
 struct COMMONGROUND_API MatchPackType_SelectTeam_Reply
 {
     WIRE_INTERFACE_CMD
@@ -65,6 +76,7 @@ struct COMMONGROUND_API MatchPackType_SelectTeam_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdMatchPackRequest: starts a game for the team. Answered by MatchPackType_StartGame_Reply.
 struct COMMONGROUND_API MatchPackType_StartGame_Request
 {
     WIRE_INTERFACE_CMD
@@ -73,6 +85,7 @@ struct COMMONGROUND_API MatchPackType_StartGame_Request
     bool m_Flag1 = false;
 };
 
+// Reply in CCmdMatchPackReply to MatchPackType_StartGame_Request: a result text.
 struct COMMONGROUND_API MatchPackType_StartGame_Reply
 {
     WIRE_INTERFACE_CMD
@@ -80,6 +93,7 @@ struct COMMONGROUND_API MatchPackType_StartGame_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdMatchPackRequest: ends a game for the team. Answered by MatchPackType_EndGame_Reply.
 struct COMMONGROUND_API MatchPackType_EndGame_Request
 {
     WIRE_INTERFACE_CMD
@@ -89,6 +103,7 @@ struct COMMONGROUND_API MatchPackType_EndGame_Request
     int m_Value2 = 0;
 };
 
+// Reply in CCmdMatchPackReply to MatchPackType_EndGame_Request.
 struct COMMONGROUND_API MatchPackType_EndGame_Reply
 {
     WIRE_INTERFACE_CMD
@@ -100,6 +115,7 @@ struct COMMONGROUND_API MatchPackType_EndGame_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Reply in CCmdMatchPackReply: the states of two teams. A request with an empty payload fits.
 struct COMMONGROUND_API MatchPackType_QueryTeamState_Reply
 {
     WIRE_INTERFACE_CMD
@@ -109,6 +125,7 @@ struct COMMONGROUND_API MatchPackType_QueryTeamState_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Reply in CCmdMatchPackReply: updates the state of a team. A request with an empty payload fits.
 struct COMMONGROUND_API MatchPackType_UpdateTeamState_Reply
 {
     WIRE_INTERFACE_CMD
@@ -122,11 +139,15 @@ struct COMMONGROUND_API MatchPackType_UpdateTeamState_Reply
     zet::String_T<wchar_t> m_Text3;
 };
 
+// Request in CCmdMatchPackRequest: asks for the ranks of the teams; has no bytes. Answered by
+// MatchPackType_QueryTeamRank_Reply.
 struct COMMONGROUND_API MatchPackType_QueryTeamRank_Request
 {
     WIRE_INTERFACE_CMD
 };
 
+// Reply in CCmdMatchPackReply to MatchPackType_QueryTeamRank_Request: the ranks. Unlike the other lists of this file,
+// every element decides the result.
 struct COMMONGROUND_API MatchPackType_QueryTeamRank_Reply
 {
     WIRE_INTERFACE_CMD
@@ -135,6 +156,8 @@ struct COMMONGROUND_API MatchPackType_QueryTeamRank_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdMatchPackRequest: asks for the ranks of players in a team. Answered by
+// MatchPackType_QueryPersonTeamRank_Reply.
 struct COMMONGROUND_API MatchPackType_QueryPersonTeamRank_Request
 {
     WIRE_INTERFACE_CMD
@@ -142,6 +165,8 @@ struct COMMONGROUND_API MatchPackType_QueryPersonTeamRank_Request
     int m_Value1 = 0;
 };
 
+// Reply in CCmdMatchPackReply to MatchPackType_QueryPersonTeamRank_Request: two lists of ranks. The lists do not affect
+// the result.
 struct COMMONGROUND_API MatchPackType_QueryPersonTeamRank_Reply
 {
     WIRE_INTERFACE_CMD
@@ -152,6 +177,8 @@ struct COMMONGROUND_API MatchPackType_QueryPersonTeamRank_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Reply in CCmdMatchPackReply: two lists of the total ranking. A request with an empty payload fits. The lists do not
+// affect the result.
 struct COMMONGROUND_API MatchPackType_QueryTotalScoreRank_Reply
 {
     WIRE_INTERFACE_CMD
@@ -161,6 +188,7 @@ struct COMMONGROUND_API MatchPackType_QueryTotalScoreRank_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Reply in CCmdMatchPackReply: three numbers of a rank. A request with an empty payload fits.
 struct COMMONGROUND_API MatchPackType_QueryGameStopRank_Reply
 {
     WIRE_INTERFACE_CMD
@@ -171,6 +199,7 @@ struct COMMONGROUND_API MatchPackType_QueryGameStopRank_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Reply in CCmdMatchPackReply: the schedule. A request with an empty payload fits. The list does not affect the result.
 struct COMMONGROUND_API MatchPackType_QuerySchedule_Reply
 {
     WIRE_INTERFACE_CMD
@@ -179,6 +208,7 @@ struct COMMONGROUND_API MatchPackType_QuerySchedule_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdMatchPackRequest. It has no reply message of its own.
 struct COMMONGROUND_API MatchPackType_QueryPersonClearedInfo_Request
 {
     WIRE_INTERFACE_CMD
@@ -186,6 +216,7 @@ struct COMMONGROUND_API MatchPackType_QueryPersonClearedInfo_Request
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Request in CCmdMatchPackRequest: asks for awards. Answered by MatchPackType_QueryAwardsReply.
 struct COMMONGROUND_API MatchPackType_QueryAwardsRequest
 {
     WIRE_INTERFACE_CMD
@@ -193,6 +224,7 @@ struct COMMONGROUND_API MatchPackType_QueryAwardsRequest
     int m_Value1 = 0;
 };
 
+// Reply in CCmdMatchPackReply to MatchPackType_QueryAwardsRequest: the awards. The list does not affect the result.
 struct COMMONGROUND_API MatchPackType_QueryAwardsReply
 {
     WIRE_INTERFACE_CMD

@@ -9,7 +9,7 @@
 #include <map>
 #include <vector>
 
-// The maximum of one quantity.
+// The maximum values of one named quantity. The hosts define the names and the units.
 class COMMONGROUND_API cProfilingMaxValue
 {
 public:
@@ -24,9 +24,9 @@ public:
     int m_Value3 = 0;
 };
 
-// Read clears the map and never fails. For a truncated message the map has the entries that were present, the truncated
-// one as far as it was read; missing ones are one entry with an empty name. A message that does not fit its packager is
-// sent truncated.
+// In CCmdProfilingPackRequest and CCmdProfilingPackReply, either way: maximum values by name. Read clears the map and
+// never fails. For a truncated message the map has the entries that were present, the truncated one as far as it was
+// read; missing ones are one entry with an empty name. A message that does not fit its packager is sent truncated.
 class COMMONGROUND_API CmdProfilingPack_GetMaxValues
 {
 public:
@@ -35,7 +35,8 @@ public:
     std::map<zet::String_T<wchar_t>, cProfilingMaxValue> m_ProfilingMaxValues;
 };
 
-// The same in the other direction.
+// In CCmdProfilingPackRequest and CCmdProfilingPackReply, either way: maximum values by name. The same form as
+// CmdProfilingPack_GetMaxValues, and read and written in the same way.
 class COMMONGROUND_API CmdProfilingPack_SubmitMaxValues
 {
 public:
@@ -44,6 +45,7 @@ public:
     std::map<zet::String_T<wchar_t>, cProfilingMaxValue> m_ProfilingMaxValues;
 };
 
+// Controls the profiler.
 class COMMONGROUND_API CCmdProfilerEnable : public CCmdPlatform
 {
 public:
@@ -53,6 +55,7 @@ public:
     unsigned char m_Enable = 0;
 };
 
+// Controls the profiler. Its two lists do not affect the result.
 class COMMONGROUND_API CCmdProfilerUsage : public CCmdPlatform
 {
 public:

@@ -1,4 +1,4 @@
-// The query tool's access: login, version, and the filters of a query.
+// The query tool's access: login, version, and the conditions of a query.
 // Every message has a virtual pair, Write before Read, and no virtual destructor: none is destroyed through a base.
 #pragma once
 
@@ -8,6 +8,7 @@
 
 #include <vector>
 
+// Request in CCmdQueryToolRequest: the tool logs in. Answered by QT_Login_Reply.
 struct COMMONGROUND_API QT_Login_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -16,6 +17,7 @@ struct COMMONGROUND_API QT_Login_Request final
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdQueryToolReply to QT_Login_Request.
 struct COMMONGROUND_API QT_Login_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -25,13 +27,16 @@ struct COMMONGROUND_API QT_Login_Reply final
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Request in CCmdQueryToolRequest: the tool checks its version. Answered by QT_CheckVersion_Reply.
 struct COMMONGROUND_API QT_CheckVersion_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
 
+    // The version of the tool.
     zet::String_T<wchar_t> m_Version;
 };
 
+// Reply in CCmdQueryToolReply to QT_CheckVersion_Request.
 struct COMMONGROUND_API QT_CheckVersion_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -40,6 +45,7 @@ struct COMMONGROUND_API QT_CheckVersion_Reply final
     zet::String_T<wchar_t> m_Text1;
 };
 
+// In CCmdQueryToolRequest and CCmdQueryToolReply, either way: a type of product.
 struct COMMONGROUND_API QT_SendProductType final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -47,6 +53,7 @@ struct COMMONGROUND_API QT_SendProductType final
     int m_ProductType = 0;
 };
 
+// Request in CCmdQueryToolRequest: a list of texts. It has no reply message of its own.
 struct COMMONGROUND_API QT_InsertMac_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -54,6 +61,7 @@ struct COMMONGROUND_API QT_InsertMac_Request final
     std::vector<zet::String_T<wchar_t>> m_Texts;
 };
 
+// Reply in CCmdQueryToolReply: two texts. It has no request message of its own.
 struct COMMONGROUND_API QT_TableTimeFrom_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -62,7 +70,7 @@ struct COMMONGROUND_API QT_TableTimeFrom_Reply final
     zet::String_T<wchar_t> m_Text2;
 };
 
-// The nine lists of choices of a query. All counts precede all texts.
+// Reply in CCmdQueryToolReply: nine lists of texts. It has no request message of its own. All counts precede all texts.
 struct COMMONGROUND_API QT_QueryCondition_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL

@@ -8,6 +8,7 @@
 
 #include <vector>
 
+// Request in CCmdQueryToolRequest: asks for a report on the best family game. Answered by QT_BstFmy3_DailyStats_Reply.
 struct COMMONGROUND_API QT_BstFmy3_DailyStats_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -16,6 +17,7 @@ struct COMMONGROUND_API QT_BstFmy3_DailyStats_Request final
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdQueryToolReply to QT_BstFmy3_DailyStats_Request: the report.
 struct COMMONGROUND_API QT_BstFmy3_DailyStats_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -28,6 +30,8 @@ struct COMMONGROUND_API QT_BstFmy3_DailyStats_Reply final
     std::vector<int> m_Column5;
 };
 
+// Request in CCmdQueryToolRequest: asks for a report on the best family game. Answered by
+// QT_BstFmy3_EventTrigger_Reply.
 struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -36,6 +40,7 @@ struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Request final
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdQueryToolReply to QT_BstFmy3_EventTrigger_Request: the report.
 struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -47,6 +52,7 @@ struct COMMONGROUND_API QT_BstFmy3_EventTrigger_Reply final
     std::vector<int> m_Column4;
 };
 
+// Request in CCmdQueryToolRequest: asks for a report on the best family game. Answered by QT_BstFmy3_PropsOutput_Reply.
 struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -55,6 +61,7 @@ struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Request final
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdQueryToolReply to QT_BstFmy3_PropsOutput_Request: the report.
 struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -67,6 +74,8 @@ struct COMMONGROUND_API QT_BstFmy3_PropsOutput_Reply final
     std::vector<int> m_Column5;
 };
 
+// Request in CCmdQueryToolRequest: asks for a report on the best family game. Answered by
+// QT_BstFmy3_WeekMatchStats_Reply.
 struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -75,6 +84,7 @@ struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Request final
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdQueryToolReply to QT_BstFmy3_WeekMatchStats_Request: the report.
 struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -88,6 +98,8 @@ struct COMMONGROUND_API QT_BstFmy3_WeekMatchStats_Reply final
     std::vector<int> m_Column6;
 };
 
+// Request in CCmdQueryToolRequest: asks for a report on the zillionaire game. Answered by
+// QT_BstFmy3_ZillionaireProps_Reply.
 struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -96,6 +108,7 @@ struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Request final
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdQueryToolReply to QT_BstFmy3_ZillionaireProps_Request: the report.
 struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -108,6 +121,8 @@ struct COMMONGROUND_API QT_BstFmy3_ZillionaireProps_Reply final
     std::vector<int> m_Column5;
 };
 
+// Request in CCmdQueryToolRequest: asks for a report on the zillionaire game. Answered by
+// QT_BstFmy3_ZillionaireStats_Reply.
 struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -116,6 +131,7 @@ struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Request final
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdQueryToolReply to QT_BstFmy3_ZillionaireStats_Request: the report.
 struct COMMONGROUND_API QT_BstFmy3_ZillionaireStats_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL

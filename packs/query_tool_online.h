@@ -7,6 +7,8 @@
 
 #include <vector>
 
+// Request in CCmdQueryToolRequest: asks for the report on the players online over 24 hours. Answered by
+// QT_OnlineQuery_Hours24Online_Reply.
 struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -15,6 +17,7 @@ struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Request final
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Reply in CCmdQueryToolReply to QT_OnlineQuery_Hours24Online_Request: the report.
 struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -24,6 +27,8 @@ struct COMMONGROUND_API QT_OnlineQuery_Hours24Online_Reply final
     std::vector<int> m_Column2;
 };
 
+// Request in CCmdQueryToolRequest: asks for the report on the players online over days. Answered by
+// QT_OnlineQuery_DaysOnline_Reply.
 struct COMMONGROUND_API QT_OnlineQuery_DaysOnline_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -33,6 +38,7 @@ struct COMMONGROUND_API QT_OnlineQuery_DaysOnline_Request final
     int m_Value1 = 0;
 };
 
+// Reply in CCmdQueryToolReply to QT_OnlineQuery_DaysOnline_Request: the report.
 struct COMMONGROUND_API QT_OnlineQuery_DaysOnline_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL

@@ -9,6 +9,7 @@
 
 #include <vector>
 
+// Request in CCmdQueryToolRequest: asks for the overview of payments. Answered by QT_OverviewPay_Reply.
 struct COMMONGROUND_API QT_OverviewPay_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -18,6 +19,7 @@ struct COMMONGROUND_API QT_OverviewPay_Request final
     int m_Value1 = 0;
 };
 
+// Reply in CCmdQueryToolReply to QT_OverviewPay_Request: eight figures.
 struct COMMONGROUND_API QT_OverviewPay_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -33,6 +35,7 @@ struct COMMONGROUND_API QT_OverviewPay_Reply final
     float m_Float8 = 0;
 };
 
+// Request in CCmdQueryToolRequest: asks for the report on payment. Answered by QT_Payment_Pay_Reply.
 struct COMMONGROUND_API QT_Payment_Pay_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -45,6 +48,7 @@ struct COMMONGROUND_API QT_Payment_Pay_Request final
     zet::String_T<wchar_t> m_Text5;
 };
 
+// Reply in CCmdQueryToolReply to QT_Payment_Pay_Request: the report.
 struct COMMONGROUND_API QT_Payment_Pay_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -63,6 +67,7 @@ struct COMMONGROUND_API QT_Payment_Pay_Reply final
     std::vector<zet::String_T<wchar_t>> m_Column6;
 };
 
+// Request in CCmdQueryToolRequest: asks for the report on consumption. Answered by QT_Payment_Consumption_Reply.
 struct COMMONGROUND_API QT_Payment_Consumption_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -73,6 +78,7 @@ struct COMMONGROUND_API QT_Payment_Consumption_Request final
     zet::String_T<wchar_t> m_Text3;
 };
 
+// Reply in CCmdQueryToolReply to QT_Payment_Consumption_Request: the report.
 struct COMMONGROUND_API QT_Payment_Consumption_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -88,6 +94,7 @@ struct COMMONGROUND_API QT_Payment_Consumption_Reply final
     std::vector<zet::String_T<wchar_t>> m_Column5;
 };
 
+// Request in CCmdQueryToolRequest: asks for a report on payment. Answered by QT_Nib2Nib3_Pay_Reply.
 struct COMMONGROUND_API QT_Nib2Nib3_Pay_Request final
 {
     WIRE_INTERFACE_CMD_VIRTUAL
@@ -100,6 +107,7 @@ struct COMMONGROUND_API QT_Nib2Nib3_Pay_Request final
     zet::String_T<wchar_t> m_Text5;
 };
 
+// Reply in CCmdQueryToolReply to QT_Nib2Nib3_Pay_Request: the report.
 struct COMMONGROUND_API QT_Nib2Nib3_Pay_Reply final
 {
     WIRE_INTERFACE_CMD_VIRTUAL

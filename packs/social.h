@@ -46,12 +46,17 @@ public:
     CCmdPackager* getPackData() { return &m_PackData; }
     const CCmdPackager* getPackData() const { return &m_PackData; }
 
+    // The verification seed: that of the process, unless setVerifySeed replaces it.
     zet::String_T<wchar_t> m_VerifySeed;
+    // The type of the message in m_PackData, a SocialPackType.
     unsigned short m_PackType = 0;
+    // The index of the message, which a reply returns.
     unsigned short m_PackIndex = 0;
+    // The bytes of the message.
     CCmdPackager m_PackData;
 };
 
+// To the server: a request to its pool of APIs. Answered by CCmdSocialReply.
 class COMMONGROUND_API CCmdSocialRequest : public CCmdSocialPlatform
 {
 public:
@@ -61,6 +66,7 @@ public:
     zet::String_T<wchar_t> m_Extra;
 };
 
+// Answers CCmdSocialRequest: a reply with a numeric error. Build it from its request, so that type and index come back.
 class COMMONGROUND_API CCmdSocialReply : public CCmdSocialPlatform
 {
 public:
@@ -97,6 +103,7 @@ public:
     unsigned short m_PackType;
 };
 
+// Request in CCmdSocialRequest: occupies a free API of the pool. Answered by CmdSocialOccupyAPIReply.
 class COMMONGROUND_API CmdSocialOccupyAPIRequest : public CmdSocialSubPack
 {
 public:
@@ -104,6 +111,7 @@ public:
     WIRE_INTERFACE_CMD_OVERRIDE
 };
 
+// Reply in CCmdSocialReply to CmdSocialOccupyAPIRequest: the API is occupied.
 class COMMONGROUND_API CmdSocialOccupyAPIReply : public CmdSocialSubPack
 {
 public:
@@ -114,6 +122,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
+// Request in CCmdSocialRequest: releases an API. Answered by CmdSocialReleaseAPIReply.
 class COMMONGROUND_API CmdSocialReleaseAPIRequest : public CmdSocialSubPack
 {
 public:
@@ -125,6 +134,7 @@ public:
     bool m_Flag1 = false;
 };
 
+// Reply in CCmdSocialReply to CmdSocialReleaseAPIRequest: the API is released.
 class COMMONGROUND_API CmdSocialReleaseAPIReply : public CmdSocialSubPack
 {
 public:
@@ -132,6 +142,7 @@ public:
     WIRE_INTERFACE_CMD_OVERRIDE
 };
 
+// Request in CCmdSocialRequest: creates an access token. Answered by CmdSocialCreateAccessTokenReply.
 class COMMONGROUND_API CmdSocialCreateAccessTokenRequest : public CmdSocialSubPack
 {
 public:
@@ -139,6 +150,7 @@ public:
     WIRE_INTERFACE_CMD_OVERRIDE
 };
 
+// Reply in CCmdSocialReply to CmdSocialCreateAccessTokenRequest: the access token.
 class COMMONGROUND_API CmdSocialCreateAccessTokenReply : public CmdSocialSubPack
 {
 public:

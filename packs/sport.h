@@ -7,6 +7,7 @@
 
 #include <map>
 
+// Request in CCmdSportPackRequest: starts a session. Answered by CmdSportCommonResult.
 class COMMONGROUND_API CmdStartSessionAction
 {
 public:
@@ -15,6 +16,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Request in CCmdSportPackRequest: enters the lobby. Answered by CmdSportCommonResult.
 class COMMONGROUND_API CmdEnterLobbyAction
 {
 public:
@@ -25,6 +27,7 @@ public:
     zet::String_T<wchar_t> m_Text3;
 };
 
+// Request in CCmdSportPackRequest: enters a room. Answered by CmdSportCommonResult.
 class COMMONGROUND_API CmdEnterRoomAction
 {
 public:
@@ -33,6 +36,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Request in CCmdSportPackRequest: asks for an automatic match. Answered by CmdSportCommonResult.
 class COMMONGROUND_API CmdAutoMatchAction
 {
 public:
@@ -41,6 +45,7 @@ public:
     unsigned short m_Word1 = 0;
 };
 
+// Request in CCmdSportPackRequest: prepares a game. Answered by CmdSportCommonResult.
 class COMMONGROUND_API CmdPrepareGameAction
 {
 public:
@@ -49,6 +54,7 @@ public:
     zet::Uuid m_Id1;
 };
 
+// Request in CCmdSportPackRequest: sets whether the player is ready. Answered by CmdSportCommonResult.
 class COMMONGROUND_API CmdSetReadyAction
 {
 public:
@@ -57,6 +63,7 @@ public:
     bool m_Flag1 = false;
 };
 
+// Request in CCmdSportPackRequest: ends a game, with the scores. Answered by CmdSportCommonResult.
 class COMMONGROUND_API CmdEndGameAction
 {
 public:
@@ -65,6 +72,7 @@ public:
     CSportScore m_SportScore;
 };
 
+// Request in CCmdSportPackRequest: submits three values. Answered by CmdSportCommonResult.
 class COMMONGROUND_API CmdSubmitActEffectDataAction
 {
 public:
@@ -73,7 +81,7 @@ public:
     CSportActEffectData m_SportActEffectData;
 };
 
-// The reply to an action.
+// Reply in CCmdSportPackReply to every action of this file.
 class COMMONGROUND_API CmdSportCommonResult
 {
 public:
@@ -83,6 +91,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Notice in CCmdSportPackNotify: a session has started.
 class COMMONGROUND_API CmdSessionStartedNotify
 {
 public:
@@ -93,6 +102,7 @@ public:
     zet::Uuid m_Id1;
 };
 
+// Notice in CCmdSportPackNotify: a room was created.
 class COMMONGROUND_API CmdCreateRoomNotify
 {
 public:
@@ -101,6 +111,7 @@ public:
     zet::String_T<wchar_t> m_Text1;
 };
 
+// Notice in CCmdSportPackNotify: a room was entered.
 class COMMONGROUND_API CmdEnterRoomNotify
 {
 public:
@@ -111,6 +122,7 @@ public:
     zet::String_T<wchar_t> m_Text3;
 };
 
+// Notice in CCmdSportPackNotify: three values.
 class COMMONGROUND_API CmdActEffectNotify
 {
 public:
@@ -120,7 +132,7 @@ public:
     CSportActEffectData m_SportActEffectData;
 };
 
-// Of two entries with the same text the later is kept.
+// Notice in CCmdSportPackNotify: a game is over. Of two entries with the same text the later is kept.
 class COMMONGROUND_API CmdGameOverNotify
 {
 public:
@@ -129,6 +141,7 @@ public:
     std::map<zet::String_T<wchar_t>, int> m_Entries;
 };
 
+// Notice in CCmdSportPackNotify: a text.
 class COMMONGROUND_API CmdSportCommonNotify
 {
 public:

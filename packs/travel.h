@@ -9,6 +9,7 @@
 #include "playerdata/account_global.h"
 #include "playerdata/travel_data.h"
 
+// Request in CCmdTravelWorldPackRequest: loads a player's travel record. Answered by TravelWorldPack_LoadData_Reply.
 struct COMMONGROUND_API TravelWorldPack_LoadData_Request
 {
     WIRE_INTERFACE_CMD
@@ -16,6 +17,7 @@ struct COMMONGROUND_API TravelWorldPack_LoadData_Request
     AccountData m_Account;
 };
 
+// Reply in CCmdTravelWorldPackReply to TravelWorldPack_LoadData_Request: the record.
 struct COMMONGROUND_API TravelWorldPack_LoadData_Reply
 {
     WIRE_INTERFACE_CMD
@@ -24,6 +26,7 @@ struct COMMONGROUND_API TravelWorldPack_LoadData_Reply
     AccountTravelData m_TravelData;
 };
 
+// Request in CCmdTravelWorldPackRequest: saves the travel record. Answered by TravelWorldPack_SaveData_Reply.
 struct COMMONGROUND_API TravelWorldPack_SaveData_Request
 {
     WIRE_INTERFACE_CMD
@@ -32,6 +35,7 @@ struct COMMONGROUND_API TravelWorldPack_SaveData_Request
     AccountGlobalData m_GlobalData;
 };
 
+// Reply in CCmdTravelWorldPackReply to TravelWorldPack_SaveData_Request: a result text only.
 struct COMMONGROUND_API TravelWorldPack_SaveData_Reply
 {
     WIRE_INTERFACE_CMD
@@ -39,15 +43,19 @@ struct COMMONGROUND_API TravelWorldPack_SaveData_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdTravelWorldPackRequest: pays to unlock an attraction, with the whole record. Answered by
+// TravelWorldPack_AttractUnLock_Reply.
 struct COMMONGROUND_API TravelWorldPack_AttractUnLock_Request
 {
     WIRE_INTERFACE_CMD
 
+    // The attraction; -1 for none.
     int m_AttractId = -1;
     int m_Value1 = 0;
     AccountTravelData m_TravelData;
 };
 
+// Reply in CCmdTravelWorldPackReply to TravelWorldPack_AttractUnLock_Request: the whole changed record.
 struct COMMONGROUND_API TravelWorldPack_AttractUnLock_Reply
 {
     WIRE_INTERFACE_CMD

@@ -7,11 +7,13 @@
 
 #include <vector>
 
+// Request in CCmdWizardPackRequest: a player logs in; has no bytes. Answered by WizardPack_Login_Reply.
 struct COMMONGROUND_API WizardPack_Login_Request
 {
     WIRE_INTERFACE_CMD
 };
 
+// Reply in CCmdWizardPackReply to WizardPack_Login_Request: a result text.
 struct COMMONGROUND_API WizardPack_Login_Reply
 {
     WIRE_INTERFACE_CMD
@@ -19,11 +21,13 @@ struct COMMONGROUND_API WizardPack_Login_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdWizardPackRequest: a player logs out; has no bytes. Answered by WizardPack_Logout_Reply.
 struct COMMONGROUND_API WizardPack_Logout_Request
 {
     WIRE_INTERFACE_CMD
 };
 
+// Reply in CCmdWizardPackReply to WizardPack_Logout_Request: a result text.
 struct COMMONGROUND_API WizardPack_Logout_Reply
 {
     WIRE_INTERFACE_CMD
@@ -31,7 +35,8 @@ struct COMMONGROUND_API WizardPack_Logout_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
-// Read appends to the numbers of the object.
+// Request in CCmdWizardPackRequest: a number and a list of numbers. Read appends to the numbers of the object and stops
+// at the first that cannot be read.
 struct COMMONGROUND_API WizardPack_GoWar_Request
 {
     WIRE_INTERFACE_CMD
@@ -40,11 +45,13 @@ struct COMMONGROUND_API WizardPack_GoWar_Request
     std::vector<int> m_Numbers;
 };
 
+// Request in CCmdWorldSquarePackRequest: a player logs in; has no bytes. Answered by WorldSquarePack_Login_Reply.
 struct COMMONGROUND_API WorldSquarePack_Login_Request
 {
     WIRE_INTERFACE_CMD
 };
 
+// Reply in CCmdWorldSquarePackReply to WorldSquarePack_Login_Request: a result text.
 struct COMMONGROUND_API WorldSquarePack_Login_Reply
 {
     WIRE_INTERFACE_CMD
@@ -52,11 +59,13 @@ struct COMMONGROUND_API WorldSquarePack_Login_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
+// Request in CCmdWorldSquarePackRequest: a player logs out; has no bytes. Answered by WorldSquarePack_Logout_Reply.
 struct COMMONGROUND_API WorldSquarePack_Logout_Request
 {
     WIRE_INTERFACE_CMD
 };
 
+// Reply in CCmdWorldSquarePackReply to WorldSquarePack_Logout_Request: a result text.
 struct COMMONGROUND_API WorldSquarePack_Logout_Reply
 {
     WIRE_INTERFACE_CMD
@@ -64,7 +73,7 @@ struct COMMONGROUND_API WorldSquarePack_Logout_Reply
     zet::String_T<wchar_t> m_Msg;
 };
 
-// Sent both ways.
+// In CCmdWorldSquarePackRequest and CCmdWorldSquarePackReply, either way: information about a player.
 struct COMMONGROUND_API WorldSquarePack_PlayerInfo
 {
     WIRE_INTERFACE_CMD
@@ -77,7 +86,7 @@ struct COMMONGROUND_API WorldSquarePack_PlayerInfo
     zet::String_T<wchar_t> m_Text6;
 };
 
-// Sent both ways.
+// In CCmdWorldSquarePackRequest and CCmdWorldSquarePackReply, either way: transmitted data.
 struct COMMONGROUND_API WorldSquarePack_TransmisData
 {
     WIRE_INTERFACE_CMD

@@ -12,11 +12,15 @@
 #include <map>
 #include <vector>
 
+// Complete in playerdata/game_kinds.h.
 class FGameMission;
 
+// The core record of a player in a game zone.
 class COMMONGROUND_API AccountData
 {
 public:
+    static constexpr int kAllowances = 7;
+
     AccountData();
     AccountData(const AccountData& other);
     AccountData(AccountData&& other) noexcept;
@@ -121,7 +125,7 @@ public:
     int m_Value1 = 0;
     int m_Value2 = 0;
     // Known to the hosts only.
-    int m_Allowance[7] = {10, 10, 10, 10, 10, 10, 10};
+    int m_Allowance[kAllowances] = {10, 10, 10, 10, 10, 10, 10};
     int m_Value3 = 0;
     int m_Value4 = 0;
     // The finished steps of the newcomer's course, one bit each.

@@ -9,8 +9,10 @@
 
 #include <vector>
 
+// Complete in playerdata/account_core.h.
 class AccountData;
 
+// The part of a player's record that holds across all game zones.
 class COMMONGROUND_API AccountGlobalData
 {
 public:

@@ -5,7 +5,7 @@
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 
-// A player's achievements.
+// One of a player's achievements. Sent in the achievement messages.
 class COMMONGROUND_API AccountAchievementData
 {
 public:
@@ -16,6 +16,7 @@ public:
 
     int m_AchieveValue0 = -1;
     bool m_AchieveFlag0 = false;
+    // The key of an achievement in the maps of the achievement messages.
     int m_AchieveValue1 = 0;
     int m_AchieveValue2 = 1;
     bool m_AchieveFlag1 = false;
@@ -36,7 +37,7 @@ public:
     bool m_AchieveFlag5 = false;
 };
 
-// Counters of a player's actions.
+// Counters of a player's behaviour. Sent in AchievementPack_StartGame_Reply.
 class COMMONGROUND_API AccountBehaviourData
 {
 public:
@@ -54,7 +55,7 @@ public:
     bool m_BehaviourFlag = false;
 };
 
-// A player's standing in the combat event.
+// A player's state in the combat season.
 class COMMONGROUND_API AccountCombatData
 {
 public:
@@ -78,7 +79,7 @@ public:
     int m_CombatValue12 = 10000;
 };
 
-// A player's standing in the BS4 event.
+// A player's state in the BS4 season.
 class COMMONGROUND_API AccountBS4Data
 {
 public:
@@ -97,7 +98,7 @@ public:
     int m_Value9 = 0;
 };
 
-// A player's part in the zero-price purchase campaign.
+// A player's part in the zero-price purchase campaign. Delivered by a login.
 class COMMONGROUND_API AccountLingYuanGouData
 {
 public:

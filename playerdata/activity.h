@@ -6,6 +6,7 @@
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 
+// Complete in packaging/command_head.h.
 class CCmdHead;
 
 // The base of all activities. m_StartTime and m_EndTime are calendar texts in local standard time.

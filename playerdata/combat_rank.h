@@ -5,7 +5,7 @@
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 
-// One line of a board.
+// One line of a board, in CombatRankData_Pack_Reply and BS4RankData_Pack_Reply.
 class COMMONGROUND_API CombatRankData
 {
 public:
@@ -24,6 +24,7 @@ public:
     static constexpr int kRows = 6;
     static constexpr int kColumns = 5;
     static constexpr int kThirdColumns = 3;
+    static constexpr int kSelfRanks = 2;
 
     WIRE_INTERFACE_CMD
 
@@ -32,7 +33,7 @@ public:
     int m_Value3 = 0;
     int m_Value4 = 0;
     zet::String_T<wchar_t> m_Msg;
-    CombatRankData m_Self[2];
+    CombatRankData m_Self[kSelfRanks];
     bool m_Flag1 = false;
     bool m_Flag2 = false;
     int m_Value5 = 0;
@@ -43,7 +44,8 @@ public:
     CombatRankData m_CombatRankDatas3[kRows][kThirdColumns];
 };
 
-// The whole BS4 board: two tables of a hundred lines, interleaved by line, which do not affect the result.
+// The whole BS4 board: two tables of a hundred lines, interleaved by line, which do not affect the result. Sent in
+// CCmdGZ_CBRankDataPackReply.
 class COMMONGROUND_API BS4RankData_Pack_Reply
 {
 public:

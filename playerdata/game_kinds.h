@@ -109,6 +109,9 @@ class COMMONGROUND_API FGameMusic : public FGameObject
 {
 public:
     static constexpr int kGameType = 11;
+    static constexpr int kRowA = 4;
+    static constexpr int kRowB = 4;
+    static constexpr int kRowC = 2;
 
     FGameMusic() { m_GameType = kGameType; }
     FGameMusic(const FGameMusic&) = default;
@@ -126,9 +129,9 @@ public:
 
     int m_MusicSlot = -1;
     int m_MusicParam = 0;
-    int m_MusicRowA[4] = {};
-    int m_MusicRowB[4] = {};
-    int m_MusicRowC[2] = {};
+    int m_MusicRowA[kRowA] = {};
+    int m_MusicRowB[kRowB] = {};
+    int m_MusicRowC[kRowC] = {};
     float m_MusicScore0 = 0.0f;
     float m_MusicScore1 = 0.0f;
 };

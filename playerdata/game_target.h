@@ -6,6 +6,7 @@
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 
+// One of the three difficulties of a MatchData.
 struct COMMONGROUND_API GameDifficulty
 {
     WIRE_INTERFACE_CMD
@@ -19,6 +20,7 @@ struct COMMONGROUND_API GameDifficulty
     int m_Param4 = 0;
 };
 
+// One of the three targets of a MatchData.
 struct COMMONGROUND_API GameTarget
 {
     WIRE_INTERFACE_CMD

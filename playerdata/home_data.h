@@ -18,7 +18,7 @@ public:
 
     WIRE_INTERFACE_BOTH
 
-    // The next unlock in diamonds, by m_RushUnlockTimes: 10 below 2, 20 below 6, then 40.
+    // The price of the next unlock, by m_RushUnlockTimes: 10 below 2, 20 below 6, then 40.
     int GetHomeRushUnlockPrice() const;
     // The next jump-off in diamonds, by m_JumpOffTimes: 50 below 2, 100 below 6, then 200.
     int GetHomeJumpOffCostDiamond() const;
@@ -49,10 +49,12 @@ public:
     int m_MaxRushLife = kPlainRushLife;
 };
 
-// The look of a member: six values and the seven things worn.
+// The look of a member of a home: six values and seven props. Sent in MemberData.
 class COMMONGROUND_API MemberVisual
 {
 public:
+    static constexpr int kProps = 7;
+
     WIRE_INTERFACE_CMD
 
     int m_VisualValue0 = 0;
@@ -61,9 +63,10 @@ public:
     unsigned long m_VisualValue3 = 0;
     int m_VisualValue4 = 0;
     unsigned long m_VisualValue5 = 0;
-    Prop m_Props[7];
+    Prop m_Props[kProps];
 };
 
+// A member of a home. Sent in HomeData.
 class COMMONGROUND_API MemberData
 {
 public:

@@ -5,7 +5,7 @@
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 
-// Data only.
+// A letter of the mail system. Data only.
 class COMMONGROUND_API CLetter
 {
 public:

@@ -9,7 +9,7 @@
 
 #include <map>
 
-// The first generation: stamps and teams.
+// The first generation: stamps and teams. Sent in the stamp and team messages of the match feature.
 class COMMONGROUND_API AccountMatchData
 {
 public:
@@ -28,7 +28,7 @@ public:
     zet::String_T<wchar_t> m_MatchText3;
 };
 
-// The part of an AccountMatchData that a ranking shows.
+// The part of an AccountMatchData that a ranking shows. Sent in MatchPackType_QueryPersonTeamRank_Reply.
 class COMMONGROUND_API AccountMatchRankData
 {
 public:
@@ -48,6 +48,7 @@ class COMMONGROUND_API AccountMatchData3
 {
 public:
     static constexpr int kWeekLives = 15;
+    static constexpr int kRow = 6;
 
     AccountMatchData3() { ClearScoreMap(); }
     WIRE_INTERFACE_BOTH
@@ -62,7 +63,9 @@ public:
     // the weekly values become 0 and the lives 15. The scores do not change.
     void WeekCleanData();
 
+    // Cleared weekly.
     int m_WeekValue0 = 0;
+    // Back to kWeekLives weekly.
     int m_WeekLives = kWeekLives;
     int m_Match3Value0 = 0;
     bool m_Match3Flag0 = false;
@@ -70,9 +73,11 @@ public:
     int m_Match3Value2 = 0;
     int m_Match3Value3 = 5;
     int m_Match3Value4 = 0;
+    // Cleared weekly.
     int m_WeekValue1 = 0;
     zet::String_T<wchar_t> m_Match3Text0;
     FGameMatch m_MatchGame;
+    // Stage and team: IsJoinMatch needs both above 0. Both are cleared weekly.
     int m_MatchStage = 0;
     int m_MatchTeam = 0;
     int m_Match3Value5 = 0;
@@ -88,8 +93,9 @@ public:
     int m_Match3Value12 = 0;
     int m_Match3Value13 = -1;
     zet::String_T<wchar_t> m_Match3Text2;
+    // Set by WeekCleanData from the stage.
     int m_WeekResult = 0;
-    int m_Match3Row[6] = {-1, -1, -1, -1, -1, -1};
+    int m_Match3Row[kRow] = {-1, -1, -1, -1, -1, -1};
     bool m_Match3Flag3 = false;
     int m_Match3Value14 = 0;
     int m_Match3Value15 = 0;
@@ -110,7 +116,7 @@ public:
     bool m_Match3Local = false;
 };
 
-// The fourth generation: rating and grade.
+// The fourth generation: the sports meet, with rating and grade.
 class COMMONGROUND_API AccountMatchData4
 {
 public:
@@ -124,6 +130,7 @@ public:
     int m_Match4Value4 = 0;
     zet::String_T<wchar_t> m_Match4Text0;
     int m_Match4Value5 = 0;
+    // The grade, a letter.
     char m_MatchGrade = 'E';
     zet::String_T<wchar_t> m_Match4Text1;
     int m_Match4Value6 = 0;

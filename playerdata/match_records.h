@@ -7,24 +7,31 @@
 #include "packaging/wire_interface.h"
 #include "playerdata/game_target.h"
 
+// Complete in playerdata/match_data.h.
 class AccountMatchData;
 
-// The numbers of a match's lottery.
+// The numbers of a match's lottery. Sent in MatchData.
 class COMMONGROUND_API LotteryInfo
 {
 public:
+    static constexpr int kRowA = 4;
+    static constexpr int kRowB = 7;
+
     WIRE_INTERFACE_CMD
 
-    int m_LotteryRowA[4] = {};
-    int m_LotteryRowB[7] = {};
+    int m_LotteryRowA[kRowA] = {};
+    int m_LotteryRowB[kRowB] = {};
     int m_LotteryValue0 = 0;
     int m_LotteryValue1 = 0;
 };
 
-// A match and its times in seconds since 1970, with three difficulties and three targets.
+// A match with its start and end, three difficulties and three targets. Sent in MatchPackType_QueryMatchState_Reply.
 class COMMONGROUND_API MatchData
 {
 public:
+    static constexpr int kDifficulties = 3;
+    static constexpr int kTargets = 3;
+
     WIRE_INTERFACE_CMD
 
     int m_MatchKind = 0;
@@ -33,11 +40,12 @@ public:
     zet::String_T<wchar_t> m_MatchTitle;
     zet::String_T<wchar_t> m_MatchNote;
     unsigned long m_EndTime = 0;
-    GameDifficulty m_GameDifficultys[3];
-    GameTarget m_GameTargets[3];
+    GameDifficulty m_GameDifficultys[kDifficulties];
+    GameTarget m_GameTargets[kTargets];
     LotteryInfo m_LotteryInfo;
 };
 
+// A line of the rank tables of Match4Pack_SportRank_Reply.
 class COMMONGROUND_API MatchRankData
 {
 public:
@@ -48,7 +56,7 @@ public:
     int m_RankValue1 = 0;
 };
 
-// A row of the total ranking.
+// A row of the total ranking. Sent in MatchPackType_QueryTotalScoreRank_Reply.
 class COMMONGROUND_API MatchTotalScoreRank
 {
 public:
@@ -64,7 +72,7 @@ public:
     zet::String_T<wchar_t> m_Text3;
 };
 
-// A prize that is a code.
+// A prize that is a code. Sent in MatchPack_StampChangeGoodsReply.
 class COMMONGROUND_API MatchAwardsCodeInfo
 {
 public:
@@ -77,6 +85,7 @@ public:
     int m_Value1 = 0;
 };
 
+// An award. Sent in MatchPackType_QueryAwardsReply.
 class COMMONGROUND_API MatchQueryAwards
 {
 public:
@@ -89,7 +98,7 @@ public:
     int m_Value1 = 0;
 };
 
-// Goods of the match shop.
+// Goods of the match shop. Sent in MatchPack_StampChangeGoodsReply.
 class COMMONGROUND_API MatchShopAwardsInfo
 {
 public:
@@ -105,6 +114,7 @@ public:
     int m_Value5 = 0;
 };
 
+// A team by number and name.
 class COMMONGROUND_API TeamIdData
 {
 public:
@@ -114,7 +124,7 @@ public:
     zet::String_T<wchar_t> m_TeamName;
 };
 
-// The state of a team in a match.
+// The state of a team in a match. Sent in MatchPackType_QueryTeamState_Reply.
 class COMMONGROUND_API TeamMatchData
 {
 public:
@@ -134,6 +144,7 @@ public:
     zet::String_T<wchar_t> m_Text2;
 };
 
+// The rank of a team. Sent in MatchPackType_QueryTeamRank_Reply.
 class COMMONGROUND_API TeamMatchRankData
 {
 public:
@@ -164,6 +175,7 @@ public:
     int m_Value4 = 0;
 };
 
+// An entry of the schedule. Sent in MatchPackType_QuerySchedule_Reply.
 class COMMONGROUND_API TeamMatchScheduleData
 {
 public:

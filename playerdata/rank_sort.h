@@ -8,6 +8,7 @@
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 
+// A row of a board. Sent in CCmdRequestSortAccount and its reply.
 class COMMONGROUND_API AccountSortInfo
 {
 public:
@@ -19,15 +20,18 @@ public:
 
     zet::String_T<wchar_t> m_AccountName;
     int m_SortId = 0;
+    // The place of the row on the board.
     int m_Rank = 0;
     int m_SortKey0 = 0;
     int m_SortKey1 = 0;
     int m_SortKey2 = 0;
     zet::String_T<wchar_t> m_NickName;
     int m_SortValue = 0;
+    // Decides between rows of equal keys.
     zet::String_T<wchar_t> m_SortTime;
 };
 
+// A row of a board. Sent in CCmdRequestSortKinect and its reply.
 class COMMONGROUND_API GameKinectSortInfo
 {
 public:
@@ -37,6 +41,7 @@ public:
     bool operator>(const GameKinectSortInfo& other) const;
     static void Exchange(GameKinectSortInfo& a, GameKinectSortInfo& b);
 
+    // The place of the row on the board.
     int m_Rank = 0;
     int m_SortKey = 0;
     int m_SortValue0 = 0;
@@ -44,10 +49,12 @@ public:
     zet::String_T<wchar_t> m_NickName;
     int m_SortValue1 = 0;
     int m_SortId = 0;
+    // Decides between rows of equal keys.
     zet::String_T<wchar_t> m_SortTime;
     zet::String_T<wchar_t> m_SortText;
 };
 
+// A row of a board. Sent in MatchPack_PlayerList_Reply.
 class COMMONGROUND_API GameMatchSortInfo
 {
 public:
@@ -59,12 +66,14 @@ public:
     bool operator>(const GameMatchSortInfo& other) const;
     static void Exchange(GameMatchSortInfo& a, GameMatchSortInfo& b);
 
+    // The place of the row on the board.
     int m_Rank = 0;
     int m_SortKey = 0;
     int m_SortValue0 = 0;
     zet::String_T<wchar_t> m_AccountName;
     zet::String_T<wchar_t> m_NickName;
     zet::String_T<wchar_t> m_SortText;
+    // Decides between rows of equal keys.
     zet::String_T<wchar_t> m_SortTime;
     int m_SortValue1 = 0;
     int m_SortId = 0;
@@ -73,6 +82,7 @@ public:
     int m_SortValue4 = 0;
 };
 
+// A row of a board. Sent in CCmdRequestSortBrain and its reply.
 class COMMONGROUND_API GameBrainSortInfo
 {
 public:
@@ -80,6 +90,7 @@ public:
 
     static void Exchange(GameBrainSortInfo& a, GameBrainSortInfo& b);
 
+    // The place of the row on the board.
     int m_Rank = 0;
     int m_SortId = 0;
     int m_SortKey = 0;
@@ -88,6 +99,7 @@ public:
     zet::String_T<wchar_t> m_SortText;
 };
 
+// A row of a board. Sent in CCmdRequestSortCalorie, CCmdRequestSortTupoCalorie and their replies.
 class COMMONGROUND_API GameCalorieSortInfo
 {
 public:
@@ -95,6 +107,7 @@ public:
 
     static void Exchange(GameCalorieSortInfo& a, GameCalorieSortInfo& b);
 
+    // The place of the row on the board.
     int m_Rank = 0;
     int m_SortId = 0;
     int m_SortKey = 0;
@@ -102,6 +115,7 @@ public:
     zet::String_T<wchar_t> m_NickName;
 };
 
+// A row of a board. Sent in CCmdRequestSortMusic and its reply.
 class COMMONGROUND_API GameMusicSortInfo
 {
 public:
@@ -109,6 +123,7 @@ public:
 
     static void Exchange(GameMusicSortInfo& a, GameMusicSortInfo& b);
 
+    // The place of the row on the board.
     int m_Rank = 0;
     int m_SortId = 0;
     int m_SortKey = 0;
@@ -116,6 +131,7 @@ public:
     zet::String_T<wchar_t> m_NickName;
 };
 
+// A row of a board. Sent in CCmdRequestSortRush and its reply.
 class COMMONGROUND_API GameRushSortInfo
 {
 public:
@@ -123,6 +139,7 @@ public:
 
     static void Exchange(GameRushSortInfo& a, GameRushSortInfo& b);
 
+    // The place of the row on the board.
     int m_Rank = 0;
     int m_SortId = 0;
     int m_SortKey = 0;

@@ -27,7 +27,7 @@ public:
     int m_Cost1 = 0; // carried
 };
 
-// An offer for real money: the whole offer, and then its price, which is carried.
+// An offer paid with real money: the whole FGameTrade and then three values, carried.
 class COMMONGROUND_API FInPurchaseGameTrade : public FGameTrade
 {
 public:

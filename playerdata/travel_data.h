@@ -13,6 +13,7 @@
 
 #include <map>
 
+// One attraction of a player's travel record.
 class COMMONGROUND_API FAttractData final
 {
 public:
@@ -20,8 +21,11 @@ public:
 
     bool IsValid() const { return m_AttractId >= 0; }
 
+    // -1 for none; the attraction is valid if this is 0 or more.
     int m_AttractId = -1;
+    // Unlocked if not 0.
     int m_IsUnlocked = 0;
+    // The level reached in the task of the attraction.
     int m_TaskLevel = 0;
 };
 
@@ -54,8 +58,11 @@ public:
     // The whole string, without the invalid attractions; empty for an empty map and for a version other than 0.
     zet::String_T<wchar_t> SaveStringFromAttractData() const;
 
+    // What IsReaded returns.
     bool m_IsReaded = false;
+    // What IsValid returns.
     bool m_IsValid = false;
+    // What getCurVehicle returns.
     int m_CurVehicle = 0;
     // The version of the attract data string.
     int m_AnalyVersion = 0;
