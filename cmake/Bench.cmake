@@ -40,3 +40,23 @@ if(NOT WIN32)
     add_dependencies(start_bench hello empty_program)
   endif()
 endif()
+
+# Paths whose instructions valgrind counts; a test compares the counts with stored ones.
+find_path(VALGRIND_INCLUDE valgrind/callgrind.h)
+mark_as_advanced(VALGRIND_INCLUDE)
+if(VALGRIND_INCLUDE AND CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT CMAKE_CROSSCOMPILING AND NOT COMMONGROUND_SANITIZE)
+  add_executable(instruction_paths ${PROJECT_SOURCE_DIR}/tests/instructions/paths.cpp)
+  target_link_libraries(instruction_paths PRIVATE commonground_bench commonground_warnings)
+  string(TOUPPER "${CMAKE_BUILD_TYPE}" type)
+  string(STRIP "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${type}}" flags)
+  target_compile_definitions(instruction_paths PRIVATE
+    BUILD_OF_PATHS="${CMAKE_SYSTEM_PROCESSOR} ${flags}")
+endif()
+if(COMMONGROUND_TESTS AND CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT CMAKE_CROSSCOMPILING AND NOT COMMONGROUND_SANITIZE)
+  find_package(Python3 COMPONENTS Interpreter REQUIRED)
+  add_test(NAME Instructions.NoPathGrows
+    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/scripts/check_instructions.py ${PROJECT_BINARY_DIR})
+  add_test(NAME Instructions.CheckFindsEachFault
+    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/scripts/check_instructions.py --self-test)
+  set_tests_properties(Instructions.NoPathGrows PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 300)
+endif()
