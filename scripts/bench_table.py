@@ -12,7 +12,7 @@ import re
 import subprocess
 import sys
 
-# Program, row, what is compared ("ratio" to the floor or the "own" value), the wanted bound, whether it is an upper one.
+# Program, row, what is compared ("ratio" to the floor or the "own" value), the wanted bound, and if it is an upper one.
 WANTED = [
     ("socket_bench", "a small command there and back, one core", "ratio", 1.05, True),
     ("socket_bench", "small commands one way, one core", "ratio", 1.9, True),
