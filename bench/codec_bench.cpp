@@ -1,81 +1,23 @@
 // Encoding and decoding compared with a hand-written codec for the same bytes: a small command, and an account with 30
 // games and 20 items, 64 different ones in turn.
 #include "bench/support/floor_codec.h"
+#include "bench/support/records.h"
 #include "bench/support/rounds.h"
 #include "commands/registry.h"
 #include "dispatch/analyser.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/data_packager.h"
-#include "playerdata/account_core.h"
 
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <memory>
-#include <random>
 
 namespace
 {
 
-constexpr int kRecords = 64;
-constexpr int kGames = 30;
-constexpr int kItems = 20;
-
-zet::String_T<wchar_t> textOf(std::mt19937& random, int most)
-{
-    zet::String_T<wchar_t> text;
-    const int length = static_cast<int>(random() % static_cast<unsigned>(most + 1));
-    wchar_t* out = text.resizeForOverwrite(length);
-    for (int i = 0; i < length; ++i)
-        out[i] = static_cast<wchar_t>(i % 4 == 3 ? 0x4E00 + random() % 500 : L'a' + random() % 26);
-    return text;
-}
-
-float scoreOf(std::mt19937& random)
-{
-    return static_cast<float>(random() % 10000000) / 1000.0f;
-}
-
-void fillBase(FGameObject& game, std::mt19937& random)
-{
-    game.m_Level = static_cast<int>(random() % 50);
-    for (zet::String_T<wchar_t>* text :
-         {&game.m_Text0, &game.m_Text1, &game.m_Text2, &game.m_Text3, &game.m_Text4, &game.m_Text5})
-        *text = textOf(random, 14);
-    game.m_BestScore = scoreOf(random);
-    game.m_SecondScore = scoreOf(random);
-}
-
-std::unique_ptr<AccountData> accountOf(unsigned seed)
-{
-    std::mt19937 random(seed);
-    auto account = std::make_unique<AccountData>();
-    account->m_AccountId = static_cast<int>(random());
-    account->m_AccountName = textOf(random, 16);
-    account->m_AccountNote = textOf(random, 30);
-    fillBase(account->m_KinectGame, random);
-    for (int i = 1; i <= kGames; ++i)
-    {
-        FGameTraining game;
-        fillBase(game, random);
-        game.m_GameId = i;
-        game.m_PlayTimes = static_cast<int>(random() % 8);
-        game.m_CDTime = scoreOf(random);
-        account->m_TrainingMap[i] = game;
-    }
-    for (int i = 0; i < kItems; ++i)
-    {
-        FGameItem item;
-        item.m_Num = static_cast<int>(random() % 100);
-        for (zet::String_T<wchar_t>* text : {&item.m_Text0, &item.m_Name, &item.m_Text1, &item.m_Text2, &item.m_Text3})
-            *text = textOf(random, 14);
-        if (i % 3 == 0)
-            item.m_Deadline = L"2027-3-14 12:00:00";
-        account->m_ItemList.push_back(item);
-    }
-    return account;
-}
+using bench::kRecords;
 
 // The same record as a plain structure, for the hand-written codec.
 struct FloorGame
@@ -277,44 +219,49 @@ void benchAccount()
     std::vector<FloorAccount> floors(kRecords);
     for (unsigned i = 0; i < kRecords; ++i)
     {
-        accounts.push_back(accountOf(i + 1));
+        accounts.push_back(bench::accountOf(i + 1));
         CCmdPackager pk;
         if (!accounts.back()->Write(&pk))
             disagree("whether an account can be written");
         bytes.emplace_back(pk.GetBuffer(), pk.GetBuffer() + pk.GetDataSize());
         bench::FloorReader in(bytes.back().data(), bytes.back().size());
         read(in, floors[i]);
-        std::vector<unsigned char> again(65536);
-        bench::FloorWriter out(again);
-        write(out, floors[i]);
-        again.resize(out.size());
-        if (!in.good() || again != bytes.back())
-            disagree("the bytes of an account");
+        for (const auto floats : {bench::Floats::kByLibrary, bench::Floats::kByIntegers})
+        {
+            std::vector<unsigned char> again(65536);
+            bench::FloorWriter out(again, floats);
+            write(out, floors[i]);
+            again.resize(out.size());
+            if (!in.good() || again != bytes.back())
+                disagree("the bytes of an account");
+        }
     }
-    std::printf("account of %d games and %d items, about %zu bytes\n", kGames, kItems, bytes[0].size());
+    bench::note("account of " + std::to_string(bench::kGames) + " games and " + std::to_string(bench::kItems) +
+                " items, about " + std::to_string(bytes[0].size()) + " bytes");
 
     const auto pk = std::make_unique<CCmdPackager>();
     std::vector<unsigned char> room(65536);
-    bench::compare(
-        "account encode", kRecords,
-        [&]
+    const auto encode = [&]
+    {
+        for (const auto& account : accounts)
         {
-            for (const auto& account : accounts)
-            {
-                pk->Clear();
-                account->Write(pk.get());
-                bench::keep(*pk);
-            }
-        },
-        [&]
+            pk->Clear();
+            account->Write(pk.get());
+            bench::keep(*pk);
+        }
+    };
+    const auto encodeFloor = [&](bench::Floats floats)
+    {
+        for (const FloorAccount& account : floors)
         {
-            for (const FloorAccount& account : floors)
-            {
-                bench::FloorWriter out(room);
-                write(out, account);
-                bench::keep(out);
-            }
-        });
+            bench::FloorWriter out(room, floats);
+            write(out, account);
+            bench::keep(out);
+        }
+    };
+    bench::compare("account encode", kRecords, encode, [&] { encodeFloor(bench::Floats::kByLibrary); });
+    bench::compare("account encode, floats by integers", kRecords, encode,
+                   [&] { encodeFloor(bench::Floats::kByIntegers); });
 
     std::vector<std::unique_ptr<CCmdPackager>> filled;
     for (const auto& each : bytes)
@@ -424,8 +371,9 @@ void benchSmall()
 
 } // namespace
 
-int main()
+int main(int argc, char** argv)
 {
+    bench::start(argc, argv);
     benchSmall();
     benchAccount();
     return 0;

@@ -2,13 +2,9 @@
 // and an envelope whose handler reads the message inside. Both sides add up what they have read, and the sums must
 // agree.
 #include "bench/support/floor_codec.h"
+#include "bench/support/records.h"
 #include "bench/support/rounds.h"
-#include "commands/camera.h"
-#include "commands/device.h"
-#include "commands/race_pawn.h"
 #include "dispatch/analyser.h"
-#include "packs/envelope.h"
-#include "packs/home.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -18,7 +14,7 @@
 namespace
 {
 
-constexpr int kRecords = 64;
+using bench::kRecords;
 
 // The sum of the values read: compares both sides and prevents their removal by the optimizer.
 double g_Sum = 0;
@@ -58,15 +54,15 @@ double sumOf(const CCmdPlatform& head)
 }
 
 // Passes the same 64 commands to an analyser and to a function that reads them by hand.
-template <class Command, class Fill, class Sum, class Floor>
-void benchCommand(const char* name, CmdProcess process, Fill fill, Sum, Floor floor)
+template <class Command, class Sum, class Floor>
+void benchCommand(const char* name, CmdProcess process, Sum, Floor floor)
 {
     std::mt19937 random(7);
     std::vector<std::unique_ptr<CCmdPackager>> commands;
     for (int i = 0; i < kRecords; ++i)
     {
         Command command;
-        fill(command, random);
+        bench::fill(command, random);
         commands.push_back(std::make_unique<CCmdPackager>());
         commands.back()->SetCmdID(command.GetID());
         if (!command.Write(commands.back().get()))
@@ -109,18 +105,6 @@ void benchCommand(const char* name, CmdProcess process, Fill fill, Sum, Floor fl
     bench::compare(name, kRecords, own, byHand);
 }
 
-void fillHead(CCmdPlatform& command, std::mt19937& random)
-{
-    command.m_ClientIndex = static_cast<unsigned short>(random());
-    reinterpret_cast<unsigned char*>(&command.m_ClientAddress)[3] = static_cast<unsigned char>(random());
-    command.m_AccountName = L"runner";
-}
-
-float positionOf(std::mt19937& random)
-{
-    return static_cast<float>(random() % 1000000) / 1000.0f;
-}
-
 void benchRace()
 {
     using Running = CCmdGS_PawnRunning;
@@ -134,53 +118,37 @@ void benchRace()
             return sum;
         }
     };
-    benchCommand<Running>(
-        "CCmdGS_PawnRunning", Running::CCmdGS_PawnRunning_Process,
-        [](Running& command, std::mt19937& random)
-        {
-            fillHead(command, random);
-            for (int i = 0; i < 4; ++i)
-                command.m_Values.push_back(static_cast<short>(random()));
-            command.m_Float1 = positionOf(random);
-        },
-        SumOfRunning(),
-        [](bench::FloorReader& in)
-        {
-            std::vector<short> values;
-            const int count = in.i32();
-            values.reserve(static_cast<size_t>(count));
-            for (int i = 0; i < count && in.good(); ++i)
-                values.push_back(static_cast<short>(in.u16()));
-            FloorHead head;
-            if (!readHead(in, head))
-                return 0.0;
-            const float position = in.number();
-            double sum = sumOf(head) + static_cast<double>(position);
-            for (const short value : values)
-                sum += value;
-            return sum;
-        });
+    benchCommand<Running>("CCmdGS_PawnRunning", Running::CCmdGS_PawnRunning_Process, SumOfRunning(),
+                          [](bench::FloorReader& in)
+                          {
+                              std::vector<short> values;
+                              const int count = in.i32();
+                              values.reserve(static_cast<size_t>(count));
+                              for (int i = 0; i < count && in.good(); ++i)
+                                  values.push_back(static_cast<short>(in.u16()));
+                              FloorHead head;
+                              if (!readHead(in, head))
+                                  return 0.0;
+                              const float position = in.number();
+                              double sum = sumOf(head) + static_cast<double>(position);
+                              for (const short value : values)
+                                  sum += value;
+                              return sum;
+                          });
 
     using Input = CCmdGS_PawnInput;
     struct SumOfInput
     {
         double operator()(const Input& command) const { return sumOf(command) + command.m_Byte1; }
     };
-    benchCommand<Input>(
-        "CCmdGS_PawnInput", Input::CCmdGS_PawnInput_Process,
-        [](Input& command, std::mt19937& random)
-        {
-            fillHead(command, random);
-            command.m_Byte1 = static_cast<unsigned char>(random());
-        },
-        SumOfInput(),
-        [](bench::FloorReader& in)
-        {
-            FloorHead head;
-            const bool good = readHead(in, head);
-            const unsigned byte = in.u8();
-            return good && in.good() ? sumOf(head) + byte : 0.0;
-        });
+    benchCommand<Input>("CCmdGS_PawnInput", Input::CCmdGS_PawnInput_Process, SumOfInput(),
+                        [](bench::FloorReader& in)
+                        {
+                            FloorHead head;
+                            const bool good = readHead(in, head);
+                            const unsigned byte = in.u8();
+                            return good && in.good() ? sumOf(head) + byte : 0.0;
+                        });
 }
 
 void benchDevice()
@@ -193,24 +161,16 @@ void benchDevice()
             return sumOf(command) + command.m_Byte1 + command.m_Byte2 + command.m_Byte3;
         }
     };
-    benchCommand<Key>(
-        "CCmdKeyEvent", Key::CCmdKeyEvent_Process,
-        [](Key& command, std::mt19937& random)
-        {
-            fillHead(command, random);
-            command.m_Byte1 = static_cast<unsigned char>(random());
-            command.m_Byte3 = static_cast<unsigned char>(random());
-        },
-        SumOfKey(),
-        [](bench::FloorReader& in)
-        {
-            FloorHead head;
-            const bool good = readHead(in, head);
-            const unsigned first = in.u8();
-            const unsigned second = in.u8();
-            const unsigned third = in.u8();
-            return good && in.good() ? sumOf(head) + first + second + third : 0.0;
-        });
+    benchCommand<Key>("CCmdKeyEvent", Key::CCmdKeyEvent_Process, SumOfKey(),
+                      [](bench::FloorReader& in)
+                      {
+                          FloorHead head;
+                          const bool good = readHead(in, head);
+                          const unsigned first = in.u8();
+                          const unsigned second = in.u8();
+                          const unsigned third = in.u8();
+                          return good && in.good() ? sumOf(head) + first + second + third : 0.0;
+                      });
 
     using Touch = CCmdTouchEvent;
     struct SumOfTouch
@@ -221,26 +181,99 @@ void benchDevice()
                    command.m_Word2;
         }
     };
-    benchCommand<Touch>(
-        "CCmdTouchEvent", Touch::CCmdTouchEvent_Process,
-        [](Touch& command, std::mt19937& random)
+    benchCommand<Touch>("CCmdTouchEvent", Touch::CCmdTouchEvent_Process, SumOfTouch(),
+                        [](bench::FloorReader& in)
+                        {
+                            FloorHead head;
+                            const bool good = readHead(in, head);
+                            const unsigned first = in.u8();
+                            const unsigned second = in.u8();
+                            const unsigned third = in.u8();
+                            const unsigned x = in.u16();
+                            const unsigned y = in.u16();
+                            return good && in.good() ? sumOf(head) + first + second + third + x + y : 0.0;
+                        });
+}
+
+// A key event from the object to a whole frame, and from the frame to its handler.
+void benchKeyFrame()
+{
+    constexpr unsigned short kId = command_id::CCmdKeyEvent;
+    constexpr unsigned char kKeySize = 24;
+    std::mt19937 random(9);
+    std::vector<CCmdKeyEvent> keys(kRecords);
+    std::vector<std::vector<unsigned char>> frames;
+    CCmdPackager packager;
+    for (CCmdKeyEvent& key : keys)
+    {
+        key.m_Byte1 = static_cast<unsigned char>(random());
+        key.m_Byte3 = static_cast<unsigned char>(random());
+        packager.Clear();
+        key.Write(&packager);
+        int size = 0;
+        const unsigned char* const frame = packager.FrameInPlace(size);
+        frames.emplace_back(frame, frame + size);
+    }
+    std::vector<unsigned char> space(256);
+    bench::compare(
+        "CCmdKeyEvent, object to frame", kRecords,
+        [&]
         {
-            fillHead(command, random);
-            command.m_Byte2 = static_cast<unsigned char>(random());
-            command.m_Word1 = static_cast<unsigned short>(random());
-            command.m_Word2 = static_cast<unsigned short>(random());
+            for (const CCmdKeyEvent& key : keys)
+            {
+                packager.Clear();
+                key.Write(&packager);
+                int size = 0;
+                bench::keep(packager.FrameInPlace(size));
+            }
         },
-        SumOfTouch(),
-        [](bench::FloorReader& in)
+        [&]
         {
-            FloorHead head;
-            const bool good = readHead(in, head);
-            const unsigned first = in.u8();
-            const unsigned second = in.u8();
-            const unsigned third = in.u8();
-            const unsigned x = in.u16();
-            const unsigned y = in.u16();
-            return good && in.good() ? sumOf(head) + first + second + third + x + y : 0.0;
+            for (const CCmdKeyEvent& key : keys)
+            {
+                bench::FloorWriter out(space);
+                const unsigned char head[] = {kId & 0xFF, kId >> 8, kKeySize << 2, 0, 0, 0};
+                out.bytes(head, sizeof head);
+                out.u16(key.m_HeadVersion);
+                out.u16(key.m_ClientIndex);
+                out.bytes(&key.m_ClientAddress, 16);
+                out.u8(0);
+                out.u8(key.m_Byte1);
+                out.u8(key.m_Byte2);
+                out.u8(key.m_Byte3);
+                bench::keep(out);
+            }
+        });
+    const auto analyser = std::make_unique<CCmdAnalyser>();
+    analyser->Install(command_id::CCmdKeyEvent, CCmdKeyEvent::CCmdKeyEvent_Process,
+                      [](CCmdHead* command, unsigned long, unsigned long)
+                      { g_Sum += static_cast<CCmdKeyEvent*>(command)->m_Byte3; });
+    bench::compare(
+        "CCmdKeyEvent, frame to handler", kRecords,
+        [&]
+        {
+            for (const auto& frame : frames)
+            {
+                packager.Receive(frame.data(), static_cast<int>(frame.size()));
+                analyser->Analyse(packager, 0, 0);
+            }
+        },
+        [&]
+        {
+            for (const auto& frame : frames)
+            {
+                bench::FloorReader in(frame.data(), frame.size());
+                unsigned char idAndSize[6];
+                in.bytes(idAndSize, sizeof idAndSize);
+                bench::keep(idAndSize);
+                FloorHead head;
+                const bool isGood = readHead(in, head);
+                in.u16();
+                const unsigned third = in.u8();
+                if (isGood && in.good())
+                    g_Sum += third;
+                bench::keep(head);
+            }
         });
 }
 
@@ -259,58 +292,41 @@ void benchSkeletons()
             return sum + command.m_Value1 + command.m_Value2;
         }
     };
-    benchCommand<Found>(
-        "CCmdSkeletons, two skeletons", Found::CCmdSkeletons_Process,
-        [](Found& command, std::mt19937& random)
-        {
-            command.m_ClientIndex = static_cast<unsigned short>(random());
-            command.m_SkeletonCount = Found::kSkeletons;
-            command.m_Time = random() & 0xFFFFFFFF;
-            command.m_Values[4] = static_cast<int>(random() % 1000);
-            command.m_Shorts[11] = static_cast<short>(random());
-            for (Skeletons& skeleton : command.m_Skeletons)
-                for (Skeletons::Joint& joint : skeleton.m_Joints)
-                {
-                    joint.m_X = positionOf(random);
-                    joint.m_Y = positionOf(random);
-                    joint.m_State = random() & 1;
-                }
-            command.m_Value1 = 3;
-        },
-        SumOfSkeletons(),
-        [](bench::FloorReader& in)
-        {
-            FloorHead head;
-            if (!readShortHead(in, head))
-                return 0.0;
-            const int count = in.i32();
-            const uint32_t time = in.u32();
-            int values[5];
-            for (int& value : values)
-                value = in.i32();
-            short shorts[12];
-            for (short& value : shorts)
-                value = static_cast<short>(in.u16());
-            Skeletons skeletons[Found::kSkeletons];
-            for (int i = 0; i < count && i < Found::kSkeletons; ++i)
-                for (Skeletons::Joint& joint : skeletons[i].m_Joints)
-                {
-                    joint.m_X = in.number();
-                    joint.m_Y = in.number();
-                    joint.m_State = in.u8();
-                }
-            const int firstSize = in.i32();
-            const int first = in.i32();
-            const int second = in.i32();
-            const int secondSize = in.i32();
-            if (!in.good() || firstSize != 0 || secondSize != 0)
-                return 0.0;
-            double sum = head.m_Index + static_cast<double>(time) + values[4] + shorts[11];
-            for (const Skeletons& skeleton : skeletons)
-                for (const Skeletons::Joint& joint : skeleton.m_Joints)
-                    sum += static_cast<double>(joint.m_X) + static_cast<double>(joint.m_Y) + joint.m_State;
-            return sum + first + second;
-        });
+    benchCommand<Found>("CCmdSkeletons, two skeletons", Found::CCmdSkeletons_Process, SumOfSkeletons(),
+                        [](bench::FloorReader& in)
+                        {
+                            FloorHead head;
+                            if (!readShortHead(in, head))
+                                return 0.0;
+                            const int count = in.i32();
+                            const uint32_t time = in.u32();
+                            int values[5];
+                            for (int& value : values)
+                                value = in.i32();
+                            short shorts[12];
+                            for (short& value : shorts)
+                                value = static_cast<short>(in.u16());
+                            Skeletons skeletons[Found::kSkeletons];
+                            for (int i = 0; i < count && i < Found::kSkeletons; ++i)
+                                for (Skeletons::Joint& joint : skeletons[i].m_Joints)
+                                {
+                                    joint.m_X = in.number();
+                                    joint.m_Y = in.number();
+                                    joint.m_State = in.u8();
+                                }
+                            const int firstSize = in.i32();
+                            const int first = in.i32();
+                            const int second = in.i32();
+                            const int secondSize = in.i32();
+                            if (!in.good() || firstSize != 0 || secondSize != 0)
+                                return 0.0;
+                            double sum = head.m_Index + static_cast<double>(time) + values[4] + shorts[11];
+                            for (const Skeletons& skeleton : skeletons)
+                                for (const Skeletons::Joint& joint : skeleton.m_Joints)
+                                    sum +=
+                                        static_cast<double>(joint.m_X) + static_cast<double>(joint.m_Y) + joint.m_State;
+                            return sum + first + second;
+                        });
 }
 
 void benchEnvelope()
@@ -329,19 +345,7 @@ void benchEnvelope()
         }
     };
     benchCommand<Envelope>(
-        "CCmdHomePackRequest with a game's start", Envelope::CCmdHomePackRequest_Process,
-        [](Envelope& command, std::mt19937& random)
-        {
-            fillHead(command, random);
-            command.m_PackType = 5;
-            Start start;
-            for (int* value : {&start.m_Value1, &start.m_Value2, &start.m_Value3, &start.m_Value4, &start.m_Value5})
-                *value = static_cast<int>(random() % 1000);
-            start.m_Text1 = L"2027-3-14 12:00:00";
-            start.m_Text2 = L"a rush for two";
-            start.Write(&command.m_PackData);
-        },
-        SumOfStart(),
+        "CCmdHomePackRequest with a game's start", Envelope::CCmdHomePackRequest_Process, SumOfStart(),
         [](bench::FloorReader& in)
         {
             FloorHead head;
@@ -372,10 +376,12 @@ void benchEnvelope()
 
 } // namespace
 
-int main()
+int main(int argc, char** argv)
 {
+    bench::start(argc, argv);
     benchRace();
     benchDevice();
+    benchKeyFrame();
     benchSkeletons();
     benchEnvelope();
     return 0;

@@ -1,10 +1,10 @@
 // The cost of thousands of idle connections on a server: time per tick and memory per connection, compared with a tick
-// without connections. Usage: idle_bench [CONNECTIONS].
+// without connections. Usage: idle_bench [--json] [CONNECTIONS].
+#include "bench/support/crowd.h"
 #include "bench/support/loopback.h"
 #include "bench/support/rounds.h"
 
 #include <arpa/inet.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -54,11 +54,9 @@ long residentBytes()
 
 int main(int argc, char** argv)
 {
-    const int count = argc > 1 ? std::atoi(argv[1]) : kConnections;
-    rlimit handles{};
-    getrlimit(RLIMIT_NOFILE, &handles);
-    handles.rlim_cur = handles.rlim_max;
-    setrlimit(RLIMIT_NOFILE, &handles);
+    const std::vector<std::string> arguments = bench::start(argc, argv);
+    const int count = arguments.empty() ? kConnections : std::atoi(arguments[0].c_str());
+    bench::raiseFileLimit();
 
     CCmdAnalyserSocket analyser;
     zet::System system;
@@ -73,10 +71,10 @@ int main(int argc, char** argv)
     server->setLimits(limits);
     if (count < 1 || !server->listen(0, 4096))
     {
-        std::fprintf(stderr, "usage: idle_bench [CONNECTIONS]\n");
+        std::fprintf(stderr, "usage: idle_bench [--json] [CONNECTIONS]\n");
         return 1;
     }
-    bench::measure("a tick with no connection", 1, [&] { system.tick(); });
+    const std::vector<double> none = bench::measure("a tick with no connection", 1, [&] { system.tick(); });
 
     const unsigned short port = server->zet::TcpServer::getPort();
     const long before = residentBytes();
@@ -93,8 +91,13 @@ int main(int argc, char** argv)
     {
         for (int i = 0; i < 10; ++i)
             system.tick();
-        std::printf("%d idle connections, %ld resident bytes each\n", came, (residentBytes() - before) / came);
-        bench::measure("a tick with all of them", 1, [&] { system.tick(); });
+        bench::print({"an idle connection", "bytes", {static_cast<double>((residentBytes() - before) / came)}, {}, {}});
+        const std::string name = "a tick over " + std::to_string(came) + " idle connections";
+        const std::vector<double> all = bench::measure(name, 1, [&] { system.tick(); });
+        std::vector<double> growth;
+        for (const double each : all)
+            growth.push_back(each / bench::median(none));
+        bench::print({name + ", against none", "ns", all, none, growth});
     }
     kill(visitor, SIGKILL);
     waitpid(visitor, nullptr, 0);

@@ -6,7 +6,9 @@
 // The server has its own core. The client shares the other core with the attacker and has a higher priority there, if
 // the system allows that, so that the figures show the server.
 #include "bench/support/attacks.h"
+#include "bench/support/identity.h"
 #include "bench/support/loopback.h"
+#include "bench/support/processes.h"
 #include "bench/support/rounds.h"
 #include "commands/registry.h"
 #include "transport/udp_client_socket.h"
@@ -46,15 +48,6 @@ void onEcho(CCommandSocket* socket, CCmdHead* command, unsigned long, unsigned l
         socket->send(*command);
 }
 
-void pinTo(int core)
-{
-    cpu_set_t set;
-    CPU_ZERO(&set);
-    CPU_SET(static_cast<size_t>(core), &set);
-    if (sched_setaffinity(0, sizeof set, &set) != 0)
-        std::perror("sched_setaffinity");
-}
-
 long long nanosecondsSince(Clock::time_point start)
 {
     return std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now() - start).count();
@@ -62,7 +55,7 @@ long long nanosecondsSince(Clock::time_point start)
 
 [[noreturn]] void serve(bench::Shared& shared, const bench::Identity& identity)
 {
-    pinTo(0);
+    bench::pinTo(0);
     CCmdAnalyserSocket analyser;
     analyser.Install(command_id::CCmdServerEcho, CCmdServerEcho::CCmdServerEcho_ProcessSocket, onEcho, 0, 0);
     zet::System system;
@@ -237,7 +230,7 @@ int main(int argc, char** argv)
         const pid_t server = fork();
         if (server == 0)
             serve(shared, identity);
-        pinTo(static_cast<int>(sysconf(_SC_NPROCESSORS_ONLN)) - 1);
+        bench::pinTo(static_cast<int>(sysconf(_SC_NPROCESSORS_ONLN)) - 1);
         sched_param first{};
         first.sched_priority = 1;
         if (sched_setscheduler(0, SCHED_FIFO, &first) != 0)

@@ -14,9 +14,8 @@ namespace
 
 using fuzz::require;
 
-void checkPrinted(const nlohmann::ordered_json& json)
+void checkPrinted(std::string_view line)
 {
-    const std::string line = tools::printedLine(json);
     require(line.find('\n') == std::string::npos);
     require(nlohmann::ordered_json::accept(line));
 }
@@ -30,7 +29,7 @@ void checkLines(const std::string& text)
     {
         const auto answer = tools::answerLine(line);
         require(answer.contains("error") != answer.contains("rewrite"));
-        checkPrinted(answer);
+        checkPrinted(tools::printedLine(answer));
     }
 }
 
@@ -40,11 +39,12 @@ std::string toldOf(const std::string& content, tools::Framing framing, size_t pi
     size_t lines = 0;
     std::string all;
     tools::Recording recording(framing,
-                               [&](const nlohmann::ordered_json& json)
+                               [&](std::string_view line, bool isError)
                                {
                                    ++lines;
-                                   checkPrinted(json);
-                                   all += tools::printedLine(json) + '\n';
+                                   checkPrinted(line);
+                                   require(nlohmann::ordered_json::parse(line).contains("error") == isError);
+                                   all.append(line).append(1, '\n');
                                });
     for (size_t at = 0; at < content.size(); at += pieceSize)
         recording.add(std::string_view(content).substr(at, pieceSize));

@@ -1,7 +1,9 @@
 // Every class against its golden vectors, which are worked out by hand.
 #include "tests/support/golden.h"
 #include "tests/support/places.h"
+#include "tools/line_reader.h"
 #include "tools/object_json.h"
+#include "tools/object_text.h"
 #include "tools/reading.h"
 
 #include <gtest/gtest.h>
@@ -81,6 +83,9 @@ void checkVector(const tools::ClassInfo& info, const Vector& vector, Width width
 
     const nlohmann::json expected = book().members(vector);
     const nlohmann::ordered_json got = tools::objectJson(info.m_Wire(), reading.m_Object.get());
+    tools::JsonText text;
+    tools::addObject(text, info.m_Wire(), reading.m_Object.get());
+    EXPECT_EQ(text.view(), tools::printedLine(got));
     for (const auto& [name, value] : expected.items())
         EXPECT_TRUE(got.contains(name) && sameValue(nlohmann::json(got[name]), value))
             << name << "\n  expected " << value.dump() << "\n  got      "

@@ -286,7 +286,7 @@ TEST(Mutation, FramesSurviveEveryCutAndEveryTurnedBitOfTheirHeads)
         {
             const test::AllocationCount allocations;
             int told = 0;
-            tools::FrameDecoder decoder(framing, [&](const nlohmann::ordered_json&) { ++told; });
+            tools::FrameDecoder decoder(framing, [&](std::string_view, bool) { ++told; });
             decoder.add(bytes);
             decoder.finish();
             const long long taken = allocations.bytes();

@@ -35,13 +35,19 @@ const ClassInfo* findClass(std::string_view name)
     return place == byName.end() ? nullptr : place->second;
 }
 
-std::vector<const ClassInfo*> classesOfId(unsigned short id)
+const std::vector<const ClassInfo*>& classesOfId(unsigned short id)
 {
-    std::vector<const ClassInfo*> found;
-    for (const ClassInfo& info : classTable())
-        if (info.m_Family == Family::kCommand && info.m_Id == id)
-            found.push_back(&info);
-    return found;
+    static const auto byId = []
+    {
+        std::unordered_map<unsigned short, std::vector<const ClassInfo*>> index;
+        for (const ClassInfo& info : classTable())
+            if (info.m_Family == Family::kCommand)
+                index[info.m_Id].push_back(&info);
+        return index;
+    }();
+    static const std::vector<const ClassInfo*> none;
+    const auto place = byId.find(id);
+    return place == byId.end() ? none : place->second;
 }
 
 } // namespace tools

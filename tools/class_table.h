@@ -53,6 +53,6 @@ const std::vector<ClassInfo>& classTable();
 // Null for an unknown name.
 const ClassInfo* findClass(std::string_view name);
 // The classes with an id: none, one, or two.
-std::vector<const ClassInfo*> classesOfId(unsigned short id);
+const std::vector<const ClassInfo*>& classesOfId(unsigned short id);
 
 } // namespace tools

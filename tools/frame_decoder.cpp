@@ -1,6 +1,5 @@
 #include "tools/frame_decoder.h"
 
-#include "framework/memory_stream.h"
 #include "framework/packet.h"
 #include "tools/frame_reader.h"
 #include "tools/object_json.h"
@@ -9,8 +8,6 @@
 
 namespace tools
 {
-
-using nlohmann::ordered_json;
 
 namespace
 {
@@ -57,7 +54,13 @@ size_t datagramReach(std::string_view bytes)
 
 void FrameDecoder::tellFailure(uint64_t offset, const std::string& what)
 {
-    m_Tell({{"offset", offset}, {"error", what}});
+    m_Line.clear();
+    m_Line.put("{\"offset\":");
+    m_Line.addInteger(static_cast<long long>(offset));
+    m_Line.put(",\"error\":");
+    m_Line.addText(what);
+    m_Line.put('}');
+    m_Tell(m_Line.view(), true);
 }
 
 // Skips bytes, held or still to arrive.
@@ -76,9 +79,13 @@ bool FrameDecoder::tellStreamFrame(std::string_view frame, uint64_t offset)
         tellFailure(offset, kNoFrameHead);
         return false;
     }
-    ordered_json json = {{"offset", offset}};
-    json.update(describeCommand(packager, true));
-    m_Tell(json);
+    m_Line.clear();
+    m_Line.put("{\"offset\":");
+    m_Line.addInteger(static_cast<long long>(offset));
+    m_Line.put(',');
+    const bool isGood = addCommand(m_Line, packager, true);
+    m_Line.put('}');
+    m_Tell(m_Line.view(), !isGood);
     return true;
 }
 
@@ -144,7 +151,11 @@ bool FrameDecoder::stepDatagram()
     const int used = frame.Unpack(bytes.data(), static_cast<int>(reach));
     if (used > 0)
     {
-        m_Tell(describeCommand(frame, true));
+        m_Line.clear();
+        m_Line.put('{');
+        const bool isGood = addCommand(m_Line, frame, true);
+        m_Line.put('}');
+        m_Tell(m_Line.view(), !isGood);
         m_DatagramEnd = static_cast<uint64_t>(used);
     }
     m_IsOver = true;
@@ -213,6 +224,15 @@ void FrameDecoder::finish()
     }
 }
 
+void Recording::tellError(std::string_view what)
+{
+    JsonText line;
+    line.put("{\"error\":");
+    line.addText(what);
+    line.put('}');
+    m_Tell(line.view(), true);
+}
+
 void Recording::addText(std::string_view text)
 {
     std::string bytes;
@@ -226,7 +246,7 @@ void Recording::addText(std::string_view text)
         if (digit < 0)
         {
             m_Decoder.add(bytes);
-            m_Tell({{"error", "character " + std::to_string(m_Characters) + " is no hexadecimal digit"}});
+            tellError("character " + std::to_string(m_Characters) + " is no hexadecimal digit");
             m_IsOver = true;
             return;
         }
@@ -268,7 +288,7 @@ void Recording::finish()
     if (m_IsOver)
         return;
     if (m_High >= 0)
-        m_Tell({{"error", "half a byte at the end"}});
+        tellError("half a byte at the end");
     m_Decoder.finish();
 }
 

@@ -1,9 +1,10 @@
 // Decodes frames from a recording as its bytes arrive: streams of frames, packets of TCP connections, datagrams.
 #pragma once
 
+#include "tools/json_text.h"
+
 #include <cstdint>
 #include <functional>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 
@@ -17,8 +18,9 @@ enum class Framing
     kDatagram // the input is one datagram frame
 };
 
-// Called for each frame and for each error with one JSON object.
-using Tell = std::function<void(const nlohmann::ordered_json&)>;
+// Called for each frame and for each error with one JSON object as a line without its end, valid during the call, and
+// whether the object has an "error".
+using Tell = std::function<void(std::string_view line, bool isError)>;
 
 // Reports each frame as soon as it is complete. Holds at most the bytes of one frame, as they arrive, whatever a length
 // announces; input that cannot be a frame is skipped without being held.
@@ -52,6 +54,7 @@ private:
 
     Framing m_Framing;
     Tell m_Tell;
+    JsonText m_Line;
     std::string m_Held;
     // How many of the held bytes are decoded, and the offset of the held bytes in the input.
     size_t m_At = 0;
@@ -83,6 +86,7 @@ public:
 
 private:
     void addText(std::string_view text);
+    void tellError(std::string_view what);
 
     FrameDecoder m_Decoder;
     Tell m_Tell;

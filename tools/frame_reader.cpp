@@ -1,15 +1,14 @@
 #include "tools/frame_reader.h"
 
-#include "framework/memory_stream.h"
-#include "tools/object_json.h"
+#include "tools/object_text.h"
 #include "tools/reading.h"
 
 #include <cstdio>
+#include <string>
+#include <utility>
 
 namespace tools
 {
-
-using nlohmann::ordered_json;
 
 namespace
 {
@@ -21,20 +20,30 @@ std::string idText(unsigned short id)
     return text;
 }
 
-// Decodes a buffer field that holds one whole frame with a known id; null if there is none.
-ordered_json innerFrame(const wire::Schema& schema, const ordered_json& fields)
+void addUuid(JsonText& out, std::string_view key, const zet::Uuid& uuid)
+{
+    if (uuid.isNull())
+        return;
+    out.put(key);
+    out.addHex(&uuid, sizeof uuid);
+}
+
+// Shows a buffer field that holds one whole frame with a known id, if there is one.
+void addInner(JsonText& out, const wire::Schema& schema, const void* object)
 {
     for (const wire::Field& field : schema.fields)
     {
-        if (field.kind != wire::Kind::kBuffer || !fields.contains(field.name))
+        if (field.kind != wire::Kind::kBuffer || field.name.empty())
             continue;
-        std::string bytes;
+        const auto [data, size] = field.bytes(static_cast<const unsigned char*>(object) + field.offset);
+        const std::string_view bytes(reinterpret_cast<const char*>(data), static_cast<size_t>(size));
         CCmdPackager frame;
-        if (bytesOfHex(fields[field.name].get<std::string>(), bytes) && streamFrameSize(bytes) == bytes.size() &&
-            receiveFrame(frame, bytes))
-            return describeCommand(frame, false);
+        if (streamFrameSize(bytes) != bytes.size() || !receiveFrame(frame, bytes))
+            continue;
+        out.put(",\"inner\":{");
+        addCommand(out, frame, false);
+        return out.put('}');
     }
-    return nullptr;
 }
 
 } // namespace
@@ -48,29 +57,25 @@ uint64_t streamFrameSize(std::string_view bytes)
 
 bool receiveFrame(CCmdPackager& packager, std::string_view frame)
 {
-    const auto store = zet::MemoryStream::createInstance();
-    store->write(frame.data(), static_cast<int>(frame.size()));
-    zet::InputStream stream(store.get());
-    return packager.Receive(stream);
+    return packager.Receive(frame.data(), static_cast<int>(frame.size()));
 }
 
-ordered_json describeCommand(const CCmdPackager& frame, bool openInner)
+bool addCommand(JsonText& out, const CCmdPackager& frame, bool openInner)
 {
-    ordered_json json = {{"id", idText(frame.GetCmdID())}};
-    if (!frame.GetFromAddress().isNull())
-        json["from"] = hexOf(&frame.GetFromAddress(), sizeof(zet::Uuid));
-    if (!frame.GetTargetAddress().isNull())
-        json["target"] = hexOf(&frame.GetTargetAddress(), sizeof(zet::Uuid));
-    json["size"] = frame.GetDataSize();
+    out.put("\"id\":");
+    out.addText(idText(frame.GetCmdID()));
+    addUuid(out, ",\"from\":", frame.GetFromAddress());
+    addUuid(out, ",\"target\":", frame.GetTargetAddress());
+    out.put(",\"size\":");
+    out.addInteger(frame.GetDataSize());
 
     const std::string_view payload(reinterpret_cast<const char*>(frame.GetBuffer()),
                                    static_cast<size_t>(frame.GetDataSize()));
-    const auto classes = classesOfId(frame.GetCmdID());
     const ClassInfo* shown = nullptr;
     Reading reading;
-    for (const ClassInfo* info : classes)
+    for (const ClassInfo* info : classesOfId(frame.GetCmdID()))
     {
-        Reading next = readBytes(*info, Form::kCmd, payload);
+        Reading next = readOnly(*info, Form::kCmd, payload);
         const bool fits = next.m_Read && next.m_Consumed == next.m_Size;
         if (!shown || fits)
         {
@@ -82,20 +87,25 @@ ordered_json describeCommand(const CCmdPackager& frame, bool openInner)
     }
     if (!shown)
     {
-        json["error"] = "unknown id";
-        json["payload"] = hexOf(payload.data(), payload.size());
-        return json;
+        out.put(",\"error\":\"unknown id\",\"payload\":");
+        out.addHex(payload.data(), payload.size());
+        return false;
     }
-    json["class"] = shown->m_Name;
-    if (!reading.m_Read || reading.m_Consumed != reading.m_Size)
-        json["error"] = !reading.m_Read
-                            ? "refused by Read"
-                            : std::to_string(reading.m_Size - reading.m_Consumed) + " bytes after the last field";
-    json["fields"] = objectJson(shown->m_Wire(), reading.m_Object.get());
+    out.put(",\"class\":");
+    out.addText(shown->m_Name);
+    const bool isWhole = reading.m_Read && reading.m_Consumed == reading.m_Size;
+    if (!isWhole)
+    {
+        out.put(",\"error\":");
+        out.addText(!reading.m_Read
+                        ? "refused by Read"
+                        : std::to_string(reading.m_Size - reading.m_Consumed) + " bytes after the last field");
+    }
+    out.put(",\"fields\":");
+    addObject(out, shown->m_Wire(), reading.m_Object.get());
     if (openInner)
-        if (ordered_json inner = innerFrame(shown->m_Wire(), json["fields"]); !inner.is_null())
-            json["inner"] = std::move(inner);
-    return json;
+        addInner(out, shown->m_Wire(), reading.m_Object.get());
+    return isWhole;
 }
 
 } // namespace tools

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "packaging/cmd_packager.h"
+#include "tools/json_text.h"
 
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <string_view>
 
 namespace tools
@@ -15,8 +15,9 @@ uint64_t streamFrameSize(std::string_view bytes);
 // Reads one whole stream frame. False if the packager refuses it.
 bool receiveFrame(CCmdPackager& packager, std::string_view frame);
 
-// A received command: id, addresses, size, and the fields as its class reads them; for a shared id, the class that
-// reads the payload exactly. If the command carries a whole frame, that is shown as "inner", one level only.
-nlohmann::ordered_json describeCommand(const CCmdPackager& frame, bool openInner);
+// Appends the members of a received command, without braces: id, addresses, size, and the fields as its class reads
+// them; for a shared id, the class that reads the payload exactly. If the command carries a whole frame, that is shown
+// as "inner", one level only. False if there is an "error" among the members, other than of the inner frame.
+bool addCommand(JsonText& out, const CCmdPackager& frame, bool openInner);
 
 } // namespace tools

@@ -43,7 +43,7 @@ std::string writeObject(const ClassInfo& info, Form form, const void* object, bo
     return bytesOf(packager);
 }
 
-Reading readBytes(const ClassInfo& info, Form form, std::string_view bytes)
+Reading readOnly(const ClassInfo& info, Form form, std::string_view bytes)
 {
     Reading reading;
     reading.m_Object = info.make();
@@ -58,6 +58,12 @@ Reading readBytes(const ClassInfo& info, Form form, std::string_view bytes)
         CDataPackager packager;
         read(reading, packager, bytes, info.m_ReadData);
     }
+    return reading;
+}
+
+Reading readBytes(const ClassInfo& info, Form form, std::string_view bytes)
+{
+    Reading reading = readOnly(info, form, bytes);
     reading.m_Rewrite = writeObject(info, form, reading.m_Object.get(), reading.m_Write);
     return reading;
 }

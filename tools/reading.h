@@ -31,8 +31,10 @@ struct Reading
 
 bool hasForm(const ClassInfo& info, Form form);
 
-// Reads the bytes into a new object by a packager of the form, and writes the object to another packager.
-// For a command the bytes are the payload without its frame.
+// Reads the bytes into a new object by a packager of the form. For a command the bytes are the payload without its
+// frame. Nothing is written: m_Write stays false.
+Reading readOnly(const ClassInfo& info, Form form, std::string_view bytes);
+// The same, and writes the object to another packager.
 Reading readBytes(const ClassInfo& info, Form form, std::string_view bytes);
 // The output of the class's Write for an object; write is its result.
 std::string writeObject(const ClassInfo& info, Form form, const void* object, bool& write);

@@ -3,11 +3,10 @@
 #include "commands/registry.h"
 #include "framework/system.h"
 #include "net/tcp/stream.h"
+#include "net/tls/context.h"
 #include "packaging/cmd_packager.h"
 
 #ifdef COMMONGROUND_BENCH_TLS
-#include "tests/support/tls_certificates.h"
-
 #include <gnutls/gnutls.h>
 #endif
 
@@ -250,30 +249,6 @@ void sendUserData(Shared& shared)
 }
 
 } // namespace
-
-#ifdef COMMONGROUND_BENCH_TLS
-Identity::Identity()
-{
-    if (!zet::TlsContext::isAvailable())
-        return;
-    test::CertificateWish wish;
-    wish.m_CommonName = "127.0.0.1";
-    wish.m_Hosts = {"127.0.0.1"};
-    const test::Certificate made = test::Authority("neighbour_bench").issue(wish);
-    m_Chain = made.m_Chain;
-    m_Key = made.m_Key;
-}
-#else
-Identity::Identity() = default;
-#endif
-
-bool Identity::give(zet::TcpServer& server) const
-{
-    if (m_Chain.empty())
-        return false;
-    const zet::Unknown::Handle_T<zet::TlsContext> context = new zet::TlsContext;
-    return context->setCertificate(m_Chain.c_str(), m_Key.c_str()) && server.setTlsContext(context);
-}
 
 const std::vector<Attack>& attacks()
 {

@@ -1,9 +1,11 @@
 // The floor: a hand-written codec for the same bytes, on plain structures, with only the checks that the format needs.
-// Floats use std::to_chars and std::from_chars.
+// Floats use std::to_chars and std::from_chars, or, where a writer is asked to, integers alone.
 #pragma once
 
 #include "framework/platform/from_chars.h"
 
+#include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
@@ -13,10 +15,19 @@
 namespace bench
 {
 
+enum class Floats
+{
+    kByLibrary,
+    kByIntegers
+};
+
 class FloorWriter
 {
 public:
-    explicit FloorWriter(std::vector<unsigned char>& out) : m_Out(out), m_At(out.data()) {}
+    explicit FloorWriter(std::vector<unsigned char>& out, Floats floats = Floats::kByLibrary)
+        : m_Out(out), m_At(out.data()), m_Floats(floats)
+    {
+    }
 
     void u8(unsigned value)
     {
@@ -47,9 +58,11 @@ public:
     void number(float value)
     {
         char* text = reinterpret_cast<char*>(need(64)) + 1;
-        const auto end = std::to_chars(text, text + 60, value, std::chars_format::fixed, 6);
-        *m_At = static_cast<unsigned char>(end.ptr - text);
-        m_At += 1 + (end.ptr - text);
+        const char* const end = m_Floats == Floats::kByIntegers
+                                    ? putByIntegers(text, value)
+                                    : std::to_chars(text, text + 60, value, std::chars_format::fixed, 6).ptr;
+        *m_At = static_cast<unsigned char>(end - text);
+        m_At += 1 + (end - text);
     }
     void text(const std::wstring& value)
     {
@@ -78,6 +91,31 @@ public:
     size_t size() const { return static_cast<size_t>(m_At - m_Out.data()); }
 
 private:
+    // Six decimals, ties to even. For numbers below 2^40.
+    static char* putByIntegers(char* text, float value)
+    {
+        constexpr uint64_t kUnit = 1000000;
+        const auto bits = std::bit_cast<uint32_t>(value);
+        const int exponent = static_cast<int>(bits >> 23 & 0xFF);
+        const uint64_t mantissa = ((bits & 0x7FFFFF) | (exponent != 0 ? 0x800000U : 0U)) * kUnit;
+        const int shift = 150 - std::max(exponent, 1);
+        uint64_t scaled = shift <= 0 ? mantissa << -shift : shift < 64 ? mantissa >> shift : 0;
+        if (shift > 0 && shift < 64)
+        {
+            const uint64_t rest = mantissa & ((uint64_t(1) << shift) - 1);
+            const uint64_t half = uint64_t(1) << (shift - 1);
+            scaled += rest > half || (rest == half && (scaled & 1) != 0) ? 1 : 0;
+        }
+        if (bits >> 31 != 0)
+            *text++ = '-';
+        text = std::to_chars(text, text + 20, scaled / kUnit).ptr;
+        *text++ = '.';
+        scaled %= kUnit;
+        for (int i = 5; i >= 0; --i, scaled /= 10)
+            text[i] = static_cast<char>('0' + scaled % 10);
+        return text + 6;
+    }
+
     unsigned char* need(size_t more)
     {
         const size_t used = size();
@@ -91,6 +129,7 @@ private:
 
     std::vector<unsigned char>& m_Out;
     unsigned char* m_At;
+    Floats m_Floats;
 };
 
 class FloorReader

@@ -29,7 +29,15 @@ std::string bytesOf(std::string_view hex)
 template <class Taker>
 struct Told
 {
-    explicit Told(Framing framing) : m_Taker(framing, [this](const Json& json) { m_Lines.push_back({m_In, json}); }) {}
+    explicit Told(Framing framing)
+        : m_Taker(framing,
+                  [this](std::string_view line, bool isError)
+                  {
+                      m_Lines.push_back({m_In, Json::parse(line)});
+                      EXPECT_EQ(isError, m_Lines.back().second.contains("error")) << line;
+                  })
+    {
+    }
 
     void add(std::string_view bytes, size_t pieceSize)
     {
@@ -129,7 +137,7 @@ TEST(FrameDecoder, HoldsNoMoreThanAFrameAndAPiece)
         size_t frames = 0;
         const long long before = test::bytesInUse().value_or(0);
         FrameDecoder decoder(framing,
-                             [&](const Json&)
+                             [&](std::string_view, bool)
                              {
                                  ++frames;
                                  mostInUse = std::max(mostInUse, test::bytesInUse().value_or(0) - before);

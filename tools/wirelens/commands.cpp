@@ -172,10 +172,10 @@ int decode(const std::vector<std::string>& arguments)
     }
     bool isBad = false;
     tools::Recording recording(framing,
-                               [&](const ordered_json& json)
+                               [&](std::string_view line, bool isError)
                                {
-                                   isBad = isBad || json.contains("error");
-                                   printLine(json);
+                                   isBad = isBad || isError;
+                                   std::cout << line << '\n';
                                });
     const bool isStandardInput = path.empty() || path == "-";
     // Its buffer then returns what has arrived instead of waiting for a full read.
@@ -189,14 +189,19 @@ int decode(const std::vector<std::string>& arguments)
         std::cerr << "wirelens: cannot open " << path << "\n";
         return 1;
     }
+    // Flushed before the next wait for input.
     for (std::string piece; nextPiece(in, piece);)
+    {
         recording.add(piece);
+        std::cout.flush();
+    }
     if (in.bad())
     {
         std::cerr << "wirelens: cannot read " << (isStandardInput ? "the input" : path) << "\n";
         isBad = true;
     }
     recording.finish();
+    std::cout.flush();
     return isBad ? 1 : 0;
 }
 

@@ -1,0 +1,5 @@
+// What a start of any program costs.
+int main()
+{
+    return 0;
+}
