@@ -4,9 +4,9 @@
 #include "dispatch/inner/socket_seam.h"
 #include "framework/log.h"
 #include "framework/platform/virtual_target.h"
-#include "framework/stopwatch.h"
 #include "framework/thread.h"
 #include "net/limits.h"
+#include "net/tcp/inner/packet_tick.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
 #include "packaging/inner/socket_seam.h"
@@ -34,48 +34,15 @@ bool CCommandSocket::HasOwnTick() const
 
 void CCommandSocket::onTick(unsigned int tick)
 {
-    if (isInvalid())
+    // A server visits thousands of sockets on which nothing has happened.
+    if (isInvalid() || (!zet::inner::PacketTick::isDue(*this) && !m_bNetError))
         return;
-    look();
-    // Where nothing has happened, what follows would find nothing; a server walks over thousands of such sockets.
-    if (isQuiet() && !m_bNetError)
-        return;
-    // A handler may let go of the last handle.
+    // A handler may release the last handle.
     const zet::Unknown::Handle_T<CCommandSocket> keep = getRefCount() > 0 ? this : nullptr;
-    m_Pending &= static_cast<unsigned char>(~kUnread);
-    dispatch();
-    TcpStream::onTick(tick);
-    const ConnectionState state = getConnectionState();
-    if ((state == kConnecting || state == kEstablished) && !m_bNetError)
-    {
-        if (m_Pending & (kReadable | kUnread))
-            hurry();
-        return;
-    }
-    if (!isInvalid())
+    zet::inner::PacketTick packets(*this, m_PacketReader, m_PeerLog, m_bNetError);
+    if (!packets.run(tick, kDispatchTime, [this](std::span<const unsigned char> frame) { analyse(frame); }) &&
+        !isInvalid())
         close();
-}
-
-void CCommandSocket::dispatch()
-{
-    const zet::PeerLog::Scope scope(
-        m_PeerLog, this, [](const void* self) { return static_cast<const CCommandSocket*>(self)->getPeerName(); });
-    zet::Stopwatch watch;
-    while (getConnectionState() == kEstablished && watch.getElapsed() < kDispatchTime && !m_bNetError)
-    {
-        std::span<const unsigned char> frame;
-        if (!m_PacketReader.read(frame))
-        {
-            m_bNetError = true;
-            continue;
-        }
-        if (!frame.empty())
-            analyse(frame);
-        else if (!m_PacketReader.hasPaused())
-            return;
-    }
-    if (getConnectionState() == kEstablished)
-        m_Pending |= kUnread;
 }
 
 void CCommandSocket::analyse(std::span<const unsigned char> frame)

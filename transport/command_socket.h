@@ -67,7 +67,6 @@ private:
     // No command of the peer was taken yet.
     bool m_IsStranger = false;
 
-    void dispatch();
     void limitPackets();
     void analyse(std::span<const unsigned char> frame);
 };

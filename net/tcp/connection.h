@@ -16,6 +16,7 @@ namespace inner
 {
 class Crowd;
 class OutputQueue;
+class PacketTick;
 class Reactor;
 class ReadyList;
 struct TcpLink;
@@ -162,6 +163,7 @@ protected:
 
 private:
     friend class inner::Crowd;
+    friend class inner::PacketTick;
     friend class inner::ReadyList;
     friend struct inner::TcpLink;
     friend class TcpServer;

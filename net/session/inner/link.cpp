@@ -4,12 +4,12 @@
 #include "framework/log.h"
 #include "framework/memory_stream.h"
 #include "framework/message.h"
-#include "framework/stopwatch.h"
 #include "framework/string_helper.h"
 #include "framework/thread.h"
 #include "framework/time.h"
 #include "net/limits.h"
 #include "net/session/session.h"
+#include "net/tcp/inner/packet_tick.h"
 
 #include <algorithm>
 #include <cstring>
@@ -56,50 +56,28 @@ void NetLink::onTick(unsigned int tick)
 {
     if (!m_Session)
         return;
-    look();
     const bool isLate = m_Phase == kGreeting && static_cast<int>(tick - m_GreetBy) >= 0;
-    if (isQuiet() && !isLate && !m_IsUnusable)
+    if (!PacketTick::isDue(*this) && !isLate && !m_IsUnusable)
         return;
-    // A handler may let go of session and link.
+    // A handler may release session and link.
     const Unknown::Handle_T<NetLink> keep = this;
     const NetLimits* const limits = getPortLimits();
     setTurn(limits && limits->m_TurnInput > 0 ? limits->m_TurnInput : kEndlessTurn);
-    m_Pending &= static_cast<unsigned char>(~kUnread);
-    dispatch();
-    if (!m_Session)
-        return;
-    TcpStream::onTick(tick);
-    const ConnectionState state = getConnectionState();
-    if ((state == kConnecting || state == kEstablished) && !m_IsUnusable && !(isLate && m_Phase == kGreeting))
-    {
-        if (m_Pending & (kReadable | kUnread))
-            hurry();
-        return;
-    }
-    end();
+    PacketTick packets(*this, m_Reader, m_PeerLog, m_IsUnusable);
+    const bool isAlive = packets.run(tick, NetSession::kDispatchTime,
+                                     [this](std::span<const unsigned char> packet) { takePacket(packet); });
+    if (m_Session && (!isAlive || (isLate && m_Phase == kGreeting)))
+        end();
 }
 
-void NetLink::dispatch()
+void NetLink::takePacket(std::span<const unsigned char> packet)
 {
-    Stopwatch watch;
-    while (m_Session && getConnectionState() == kEstablished && watch.getElapsed() < NetSession::kDispatchTime)
-    {
-        InputStream stream;
-        if (!m_Reader.read(stream))
-            m_IsUnusable = true;
-        else if (m_Reader.hasPaused())
-            continue;
-        else if (stream.isEmpty())
-            return;
-        else if (m_Phase == kOpen)
-            takeMessage(stream);
-        else if (!takeGreeting(stream))
-            m_IsUnusable = true;
-        if (m_IsUnusable)
-            return;
-    }
-    if (getConnectionState() == kEstablished)
-        m_Pending |= kUnread;
+    MemoryInput bytes(packet.data(), static_cast<int>(packet.size()));
+    InputStream stream(&bytes);
+    if (m_Phase == kOpen)
+        takeMessage(stream);
+    else if (!takeGreeting(stream))
+        m_IsUnusable = true;
 }
 
 bool NetLink::greet(const Uuid& id)
@@ -145,8 +123,6 @@ void NetLink::takeMessage(InputStream& stream)
 {
     NetSession* const session = m_Session;
     const Unknown::Handle_T<NetSession> keep = session->getRefCount() > 0 ? session : nullptr;
-    const PeerLog::Scope scope(m_PeerLog, this,
-                               [](const void* self) { return static_cast<const NetLink*>(self)->getPeerName(); });
     const Unknown::Handle_T<Message> message = Message::readWhole(stream);
     if (message && stream.isEmpty())
     {

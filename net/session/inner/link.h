@@ -49,7 +49,7 @@ private:
         kEnded
     };
 
-    void dispatch();
+    void takePacket(std::span<const unsigned char> packet);
     bool takeGreeting(InputStream& stream);
     void takeMessage(InputStream& stream);
     void end();
