@@ -14,8 +14,8 @@ namespace zet
 class COMMONGROUND_API PacketReader
 {
 public:
-    // The size of a command's largest stream frame: the header with two addresses, and the payload.
-    static constexpr int kDefaultLimit = 38 + 0x0FFFFFFF;
+    // The maximum bytes of a packet until setLimit(). The owner of a reader knows what its packets carry.
+    static constexpr int kDefaultLimit = 0x10000025;
 
     PacketReader() = default;
     PacketReader(const PacketReader&) = delete;

@@ -342,10 +342,10 @@ TEST(PacketReader, ALengthWithTheTopBitBreaks)
     EXPECT_FALSE(reader.read(stream));
 }
 
-TEST(PacketReader, TheDefaultLimitHoldsTheLargestFrame)
+TEST(PacketReader, ALengthAtTheDefaultLimitIsAcceptedAndOneAboveBreaks)
 {
     const auto wire = zet::MemoryStream::createInstance();
-    const unsigned int largest = 0x0FFFFFFF + 38;
+    const unsigned int largest = zet::PacketReader::kDefaultLimit;
     Bytes head(4);
     std::memcpy(head.data(), &largest, 4);
     put(*wire, head);

@@ -38,7 +38,7 @@ public:
         const TcpConnection::ConnectionState state = m_Stream.getConnectionState();
         if ((state != TcpConnection::kConnecting && state != TcpConnection::kEstablished) || m_IsBroken)
             return false;
-        if (m_Stream.m_Pending & (TcpConnection::kReadable | TcpConnection::kUnread))
+        if (m_Stream.isPending(TcpConnection::kReadable | TcpConnection::kSecureInput | TcpConnection::kUnread))
             m_Stream.hurry();
         return true;
     }
@@ -47,10 +47,10 @@ private:
     template <class Take>
     void dispatch(unsigned int limit, Take take)
     {
-        const PeerLog::Scope scope(m_Log, &m_Stream, [](const void* stream)
-                                   { return static_cast<const TcpStream*>(stream)->getPeerName(); });
+        const PeerLog::Scope scope(
+            m_Log, &m_Stream, [](const void* stream) { return static_cast<const TcpStream*>(stream)->getPeerName(); });
         Stopwatch watch;
-        m_Stream.m_Pending &= static_cast<unsigned char>(~TcpConnection::kUnread);
+        m_Stream.clearPending(TcpConnection::kUnread);
         while (isEstablished() && watch.getElapsed() < limit && !m_IsBroken)
         {
             std::span<const unsigned char> packet;
@@ -62,7 +62,7 @@ private:
                 return;
         }
         if (isEstablished())
-            m_Stream.m_Pending |= TcpConnection::kUnread;
+            m_Stream.setPending(TcpConnection::kUnread);
     }
     bool isEstablished() const { return m_Stream.getConnectionState() == TcpConnection::kEstablished; }
 
