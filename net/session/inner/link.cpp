@@ -20,7 +20,7 @@ namespace zet::inner
 namespace
 {
 
-// Says what speaks here, and in which version.
+// The protocol and its version.
 constexpr unsigned char kMark[4] = {'z', 'n', 's', 1};
 constexpr int kGreetingSize = static_cast<int>(sizeof kMark + sizeof(Uuid));
 
@@ -30,7 +30,7 @@ NetLink::NetLink(NetSession& session, bool isAccepting, int messageLimit)
     : m_Session(&session), m_MessageLimit(std::clamp(messageLimit, 1, PacketReader::kLargestLimit)),
       m_GreetBy(getTimeTick() + NetSession::kGreetingTime), m_IsAccepting(isAccepting)
 {
-    // Who has not greeted has no claim on memory.
+    // Before its greeting a peer gets no more memory than that.
     m_Reader.setLimit(kGreetingSize);
     m_Writer.attachOwner(this);
 }
@@ -96,7 +96,7 @@ bool NetLink::takeGreeting(InputStream& stream)
     if (stream.available() != kGreetingSize || stream.read(mark, sizeof mark) != sizeof mark ||
         stream.read(&id, sizeof id) != sizeof id || std::memcmp(mark, kMark, sizeof mark) != 0)
         return false;
-    // While all can still fail: an open session was told so.
+    // Created first: a session that is open has reported it.
     const auto event = Evt_NetConnectOk::createInstance();
     if (m_IsAccepting)
     {
@@ -109,13 +109,13 @@ bool NetLink::takeGreeting(InputStream& stream)
         return false;
     }
     m_Phase = kOpen;
-    // A stranger's first message may not be of any size.
+    // An accepted peer's first message has a smaller limit.
     const NetLimits* const limits = m_IsAccepting ? getPortLimits() : nullptr;
     const bool isLimited = limits && limits->m_FirstInput > 0;
     m_Reader.setLimit(isLimited ? std::min(m_MessageLimit, limits->m_FirstInput) : m_MessageLimit);
     NetSession* const session = m_Session;
     const Unknown::Handle_T<NetSession> keep = session->getRefCount() > 0 ? session : nullptr;
-    guard(*session, [&] { session->tell(*event); });
+    guard(*session, [&] { session->dispense(*event); });
     return true;
 }
 
@@ -156,7 +156,7 @@ bool NetLink::sendMessage(const Message& message)
     InputStream input(store.get());
     if (m_Writer.write(input))
         return true;
-    // Part of the packet may be out.
+    // A part of the packet may have been sent.
     m_IsUnusable = true;
     hurry();
     Log::error(L"Error while writing data to network:%s", getPeerName());
@@ -177,7 +177,7 @@ void NetLink::end()
         event = Evt_NetClosed::createInstance();
     else
         event = Evt_NetAbort::createInstance();
-    // Not before there is an event to tell: without memory for it the next tick tries again.
+    // Not earlier: without memory for the event the next tick tries again.
     m_Phase = kEnded;
     session->finish(*event);
 }
