@@ -104,7 +104,7 @@ void CFrameworkServerSocket::tickClients(unsigned int tick)
     {
         // Only accept() adds to the list.
         auto* const client = static_cast<CFrameworkClientSocket*>(next);
-        if (time > 0 && watch.getElapsed() >= time)
+        if (time > 0 && !watch.isBelow(time))
         {
             m_First = client;
             hurry();

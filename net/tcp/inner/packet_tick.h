@@ -51,7 +51,7 @@ private:
             m_Log, &m_Stream, [](const void* stream) { return static_cast<const TcpStream*>(stream)->getPeerName(); });
         Stopwatch watch;
         m_Stream.clearPending(TcpConnection::kUnread);
-        while (isEstablished() && watch.getElapsed() < limit && !m_IsBroken)
+        while (isEstablished() && watch.isBelow(limit) && !m_IsBroken)
         {
             std::span<const unsigned char> packet;
             if (!m_Reader.read(packet))
