@@ -6,18 +6,6 @@
 namespace zet
 {
 
-namespace
-{
-
-constexpr int kHeadSize = PacketWriter::kHeadSize;
-
-unsigned int headOf(const unsigned char* bytes)
-{
-    return bytes[0] | bytes[1] << 8 | bytes[2] << 16 | static_cast<unsigned int>(bytes[3]) << 24;
-}
-
-} // namespace
-
 void PacketReader::attach(Input* input)
 {
     attachOwner(input);
@@ -64,12 +52,10 @@ bool PacketReader::read(std::span<const unsigned char>& packet)
         return true;
     if (m_Shown > 0)
         m_Input->skip(std::exchange(m_Shown, 0));
-    if (!m_Collected.empty())
-    {
-        if (!std::exchange(m_IsCollectedShown, false))
-            return collect(packet);
+    if (std::exchange(m_IsCollectedShown, false))
         std::vector<unsigned char>().swap(m_Collected);
-    }
+    if (!m_Collected.empty())
+        return collect(packet);
     for (int i = 0; i < kEmptyAtOnce; ++i)
     {
         unsigned int size = static_cast<unsigned int>(m_Next);
@@ -82,7 +68,7 @@ bool PacketReader::read(std::span<const unsigned char>& packet)
                 const int there = m_Input->available();
                 return there >= kHeadSize || (there > 0 && !m_Input->view(1)) ? collect(packet) : true;
             }
-            size = headOf(head);
+            size = getLength(head);
         }
         if (size > static_cast<unsigned int>(m_Limit))
             return false;
@@ -95,7 +81,7 @@ bool PacketReader::read(std::span<const unsigned char>& packet)
         // Usually the next length word has arrived too, and one peek covers both.
         const unsigned char* shown = m_Input->view(whole + kHeadSize);
         if (shown)
-            m_Next = headOf(shown + whole);
+            m_Next = getLength(shown + whole);
         else
             shown = m_Input->view(whole);
         if (!shown)
@@ -106,6 +92,17 @@ bool PacketReader::read(std::span<const unsigned char>& packet)
     }
     m_HasPaused = true;
     return true;
+}
+
+void PacketReader::finish()
+{
+    m_Window.show(nullptr, 0);
+    if (m_Shown > 0)
+        m_Input->skip(std::exchange(m_Shown, 0));
+    // The owner may skip the next packet itself.
+    m_Next = -1;
+    if (std::exchange(m_IsCollectedShown, false))
+        std::vector<unsigned char>().swap(m_Collected);
 }
 
 bool PacketReader::take(size_t upTo)
@@ -128,7 +125,7 @@ bool PacketReader::collect(std::span<const unsigned char>& packet)
     {
         if (!take(kHeadSize))
             return true;
-        const unsigned int size = headOf(m_Collected.data());
+        const unsigned int size = getLength(m_Collected.data());
         if (size > static_cast<unsigned int>(m_Limit))
             return false;
         if (size == 0)

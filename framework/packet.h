@@ -14,8 +14,8 @@ namespace zet
 class COMMONGROUND_API PacketReader
 {
 public:
-    // The size of a command's largest stream frame: the header with two addresses, and the payload.
-    static constexpr int kDefaultLimit = 38 + 0x0FFFFFFF;
+    // The maximum bytes of a packet until setLimit(). The owner of a reader knows what its packets carry.
+    static constexpr int kDefaultLimit = 0x10000025;
 
     PacketReader() = default;
     PacketReader(const PacketReader&) = delete;
@@ -39,6 +39,25 @@ public:
     bool read(std::span<const unsigned char>& packet);
     // Whether the last read() stopped because of empty packets; another call may find a packet.
     bool hasPaused() const { return m_HasPaused; }
+    // Skips the packet that read() has passed now, not with the next read().
+    void finish();
+
+    // For the owner of a source that shows its bytes in place: the packet at the start of all bytes that the source
+    // holds, if read() would pass it without more of them. The owner skips it, with its length word, in the source. No
+    // bytes in any other case: the packet is cut, empty or above the limit, or read() is within one.
+    std::span<const unsigned char> findWhole(const Input* source, const unsigned char* bytes, int size) const
+    {
+        if (size <= kHeadSize || source != m_Input || m_Shown > 0 || !m_Collected.empty())
+            return {};
+        const unsigned int length = getLength(bytes);
+        if (length == 0 || length > static_cast<unsigned int>(m_Limit) ||
+            length > static_cast<unsigned int>(size - kHeadSize))
+            return {};
+        return {bytes + kHeadSize, length};
+    }
+
+    // Bytes of the length word before each packet.
+    static constexpr int kHeadSize = 4;
 
     static constexpr int kEmptyAtOnce = 256;
 
@@ -48,6 +67,10 @@ public:
     int getLimit() const { return m_Limit; }
 
 private:
+    static unsigned int getLength(const unsigned char* head)
+    {
+        return head[0] | head[1] << 8 | head[2] << 16 | static_cast<unsigned int>(head[3]) << 24;
+    }
     bool collect(std::span<const unsigned char>& packet);
     // Collects bytes up to the given number; false if the source has fewer.
     bool take(size_t upTo);
@@ -72,7 +95,7 @@ class COMMONGROUND_API PacketWriter
 {
 public:
     // Bytes of the length word before each packet.
-    static constexpr int kHeadSize = 4;
+    static constexpr int kHeadSize = PacketReader::kHeadSize;
 
     PacketWriter() = default;
     PacketWriter(const PacketWriter&) = delete;

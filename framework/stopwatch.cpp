@@ -1,34 +1,27 @@
 #include "framework/stopwatch.h"
 
-#include "framework/platform/cycles.h"
+#include "framework/platform/platform.h"
 #include "framework/time.h"
 
 namespace zet
 {
 
-namespace
+Stopwatch::Stopwatch()
+    : m_Start(getTimeTick()), m_CoarseStart(platform::getCoarseMilliseconds()), m_IsExact(TestClock::isOn())
 {
-
-unsigned long long trustedCycles()
-{
-    return TestClock::isOn() ? 0 : platform::getCyclesOfTenthMillisecond();
 }
 
-} // namespace
-
-Stopwatch::Stopwatch() : m_Trusted(trustedCycles()), m_Start(getTimeTick()), m_Cycles(platform::readCycles()) {}
-
-unsigned int Stopwatch::getElapsed()
+unsigned int Stopwatch::getElapsed() const
 {
-    return platform::readCycles() - m_Cycles < m_Trusted ? m_Elapsed : readClock();
+    return getTimeTick() - m_Start;
 }
 
-unsigned int Stopwatch::readClock()
+bool Stopwatch::isBelow(unsigned int limit) const
 {
-    m_Cycles = platform::readCycles();
-    m_Trusted = trustedCycles();
-    m_Elapsed = getTimeTick() - m_Start;
-    return m_Elapsed;
+    // The coarse clock is behind: at the start it may have been right, now it may be late.
+    if (!m_IsExact && platform::getCoarseMilliseconds() - m_CoarseStart + platform::kCoarseLag < limit)
+        return true;
+    return getElapsed() < limit;
 }
 
 } // namespace zet

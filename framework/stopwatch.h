@@ -6,23 +6,21 @@
 namespace zet
 {
 
-// Measures with getTimeTick() from its construction. If the processor's counter shows that less than 0.1 ms has passed
-// since the clock was read, the clock is not read again; a TestClock that was active then is always read.
+// Measures with getTimeTick() from its construction.
 class COMMONGROUND_API Stopwatch
 {
 public:
     Stopwatch();
     // Milliseconds, wrapping like the tick.
-    unsigned int getElapsed();
+    unsigned int getElapsed() const;
+    // getElapsed() < limit. The exact clock is read only if a coarse one, which is cheaper, does not show that the
+    // limit is far. While a TestClock exists, it is always read.
+    bool isBelow(unsigned int limit) const;
 
 private:
-    unsigned int readClock();
-
-    // Cycles for which the last clock value is valid.
-    unsigned long long m_Trusted;
     unsigned int m_Start;
-    unsigned int m_Elapsed = 0;
-    unsigned long long m_Cycles;
+    unsigned int m_CoarseStart;
+    bool m_IsExact;
 };
 
 } // namespace zet

@@ -14,7 +14,7 @@ CALLS = {
     "recv", "recvfrom", "recvmsg", "recvmmsg", "send", "sendto", "sendmsg", "sendmmsg", "readv", "writev", "sendfile",
     "getsockopt", "setsockopt", "getsockname", "getpeername", "ioctl", "fcntl",
     "poll", "ppoll", "select", "pselect", "epoll_create", "epoll_create1", "epoll_ctl", "epoll_wait", "epoll_pwait",
-    "eventfd", "eventfd_write", "eventfd_read",
+    "eventfd", "eventfd_write", "eventfd_read", "timerfd_create", "timerfd_settime",
     "getaddrinfo", "freeaddrinfo", "getnameinfo", "gethostbyname", "gethostbyaddr", "gethostname",
     "inet_addr", "inet_aton", "inet_ntoa", "inet_pton", "inet_ntop",
 }

@@ -20,7 +20,7 @@ bool isSpace(char unit)
     return unit == ' ' || (unit >= '\t' && unit <= '\r');
 }
 
-// One word of four numbers, and the white space in front of it.
+// Skips white space and reads a word of four numbers.
 bool takeAddress(const char*& at, unsigned char* bytes)
 {
     while (isSpace(*at))

@@ -2,18 +2,20 @@
 
 #include "dispatch/analyser_socket.h"
 #include "dispatch/inner/socket_seam.h"
+#include "framework/inner/virtual_target.h"
 #include "framework/log.h"
-#include "framework/platform/virtual_target.h"
-#include "framework/stopwatch.h"
 #include "framework/thread.h"
 #include "net/limits.h"
+#include "net/tcp/inner/packet_tick.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
 #include "packaging/inner/socket_seam.h"
 
 #include <algorithm>
 
-static_assert(zet::PacketReader::kDefaultLimit == CCmdPackager::kMaxHeaderSize + CCmdPackager::kMaxDataSize);
+// A packet is one stream frame; a packet reader without another limit takes the largest one.
+static constexpr int kLargestFrame = CCmdPackager::kMaxHeaderSize + CCmdPackager::kMaxDataSize;
+static_assert(zet::PacketReader::kDefaultLimit == kLargestFrame);
 static_assert(zet::PacketWriter::kHeadSize <= CCmdPackager::kSpareSize);
 
 zet::Unknown::Handle_T<CCommandSocket> CCommandSocket::createInstance(CCmdAnalyserSocket* analyser)
@@ -21,69 +23,37 @@ zet::Unknown::Handle_T<CCommandSocket> CCommandSocket::createInstance(CCmdAnalys
     return new CCommandSocket(analyser);
 }
 
-// While this runs, the object is one of this class, whatever it becomes.
+// While this constructor runs, the object is of this class, whatever class it becomes.
 CCommandSocket::CCommandSocket(CCmdAnalyserSocket* analyser)
-    : m_pCmdAnalyser(analyser), m_PlainTick(zet::platform::getVirtualTarget(*this, &CCommandSocket::onTick))
+    : m_pCmdAnalyser(analyser), m_PlainTick(zet::inner::getVirtualTarget(*this, &CCommandSocket::onTick)),
+      m_PacketLimit(kLargestFrame)
 {
 }
 
 bool CCommandSocket::HasOwnTick() const
 {
-    return !m_PlainTick || zet::platform::getVirtualTarget(*this, &CCommandSocket::onTick) != m_PlainTick;
+    return !m_PlainTick || zet::inner::getVirtualTarget(*this, &CCommandSocket::onTick) != m_PlainTick;
 }
 
 void CCommandSocket::onTick(unsigned int tick)
 {
-    if (isInvalid())
+    // A server visits thousands of sockets on which nothing has happened.
+    if (isInvalid() || (!zet::inner::PacketTick::isDue(*this) && !m_bNetError))
         return;
-    look();
-    // Where nothing has happened, what follows would find nothing; a server walks over thousands of such sockets.
-    if (isQuiet() && !m_bNetError)
-        return;
-    // A handler may let go of the last handle.
+    // A handler may release the last handle.
     const zet::Unknown::Handle_T<CCommandSocket> keep = getRefCount() > 0 ? this : nullptr;
-    m_Pending &= static_cast<unsigned char>(~kUnread);
-    dispatch();
-    TcpStream::onTick(tick);
-    const ConnectionState state = getConnectionState();
-    if ((state == kConnecting || state == kEstablished) && !m_bNetError)
-    {
-        if (m_Pending & (kReadable | kUnread))
-            hurry();
-        return;
-    }
-    if (!isInvalid())
+    zet::inner::PacketTick packets(*this, m_PacketReader, m_PeerLog, m_bNetError);
+    if (!packets.run(tick, kDispatchTime, [this](std::span<const unsigned char> frame) { analyse(frame); }) &&
+        !isInvalid())
         close();
-}
-
-void CCommandSocket::dispatch()
-{
-    const zet::PeerLog::Scope scope(
-        m_PeerLog, this, [](const void* self) { return static_cast<const CCommandSocket*>(self)->getPeerName(); });
-    zet::Stopwatch watch;
-    while (getConnectionState() == kEstablished && watch.getElapsed() < kDispatchTime && !m_bNetError)
-    {
-        std::span<const unsigned char> frame;
-        if (!m_PacketReader.read(frame))
-        {
-            m_bNetError = true;
-            continue;
-        }
-        if (!frame.empty())
-            analyse(frame);
-        else if (!m_PacketReader.hasPaused())
-            return;
-    }
-    if (getConnectionState() == kEstablished)
-        m_Pending |= kUnread;
 }
 
 void CCommandSocket::analyse(std::span<const unsigned char> frame)
 {
-    // What a handler throws ends at the analyser: it is that command's loss alone.
-    if (m_pCmdAnalyser && m_pCmdAnalyser->Analyse(this, frame.data(), static_cast<int>(frame.size())) && m_IsStranger)
+    // The analyser catches exceptions of handlers: they cost that command only.
+    if (m_pCmdAnalyser && m_pCmdAnalyser->Analyse(this, frame.data(), static_cast<int>(frame.size())) && m_IsUnproven)
     {
-        m_IsStranger = false;
+        m_IsUnproven = false;
         limitPackets();
     }
 }
@@ -113,13 +83,13 @@ bool CCommandSocket::send(const CCmdPackager& packager)
     unsigned char* const frame = packager.FrameInPlace(size);
     if (!frame)
         return false;
-    // attach() comes when the connection stands; until then the queue takes what is sent.
+    // attach() is called once the connection is established; until then output is queued.
     if (!m_PacketWriter.isAttached() && getConnectionState() == kConnecting)
         m_PacketWriter.attachOwner(this);
     if (m_PacketWriter.writePlaced(frame - zet::PacketWriter::kHeadSize, size))
         return true;
     m_bNetError = true;
-    ring();
+    hurry();
     zet::Log::error(L"Error while writing data to network:%s", getPeerName());
     return false;
 }
@@ -132,7 +102,7 @@ bool CCommandSocket::attach(unsigned int handle)
     m_PacketWriter.attachOwner(this);
     m_bNetError = false;
     const zet::NetLimits* const limits = getPortLimits();
-    m_IsStranger = limits && limits->m_FirstInput > 0;
+    m_IsUnproven = limits && limits->m_FirstInput > 0;
     limitPackets();
     return true;
 }
@@ -145,7 +115,7 @@ void CCommandSocket::SetPacketLimit(int bytes)
 
 void CCommandSocket::limitPackets()
 {
-    const zet::NetLimits* const limits = m_IsStranger ? getPortLimits() : nullptr;
+    const zet::NetLimits* const limits = m_IsUnproven ? getPortLimits() : nullptr;
     m_PacketReader.setLimit(limits ? std::min(m_PacketLimit, limits->m_FirstInput) : m_PacketLimit);
 }
 

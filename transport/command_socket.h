@@ -9,14 +9,14 @@ class CCmdAnalyserSocket;
 class CCmdHead;
 class CCmdPackager;
 
-// Each tick takes the whole packets that have come, for 100 ms at most, and hands each to the analyser. A frame that
-// cannot be parsed costs its log lines, within the peer's share of the log; a failure of the packet layer closes the
-// socket at the end of the tick. All operations belong to the run thread; send() refuses any other one. There is no
-// lock in this class. A handler may send, close this or any other socket, or let go of the last handle to this one.
+// Each tick passes the whole packets that have arrived to the analyser, for 100 ms at most. A frame that cannot be
+// parsed costs its log lines, within the peer's share of the log; a failure of the packet layer closes the socket at
+// the end of the tick. All operations belong to the run thread; send() refuses any other one. There is no lock in this
+// class. A handler may send, close this or any other socket, or release the last handle to this one.
 class COMMONGROUND_API CCommandSocket : public zet::TcpStream
 {
 public:
-    // Milliseconds that one tick dispatches, looked at before each packet.
+    // Milliseconds that one tick dispatches, tested before each packet.
     static constexpr unsigned int kDispatchTime = 100;
 
     // The analyser is not owned and outlives the socket.
@@ -28,24 +28,24 @@ public:
     bool attach(unsigned int handle) override;
     void close() override;
 
-    // Queues the command as one packet. False, with the log told, where the command does not write itself or the
-    // packet layer failed; false where the socket is closed. After a failure of the packet layer further sends fail
-    // until the socket has closed. On a connection still on its way up commands wait until it stands. A packager's
-    // frame is put together in the packager itself: one thread at a time sends it.
+    // Queues the command as one packet. False and logged if the command does not write itself or the packet layer
+    // failed; false if the socket is closed. After a failure of the packet layer further sends fail until the socket
+    // has closed. While connecting, commands wait until the connection is established. A packager's frame is composed
+    // in the packager itself: only one thread at a time may send it.
     bool send(const CCmdHead& command);
     bool send(const CCmdPackager& packager);
     using zet::TcpStream::send;
 
-    // Hooks for statistics, with the size of a command's payload: before it is framed, and before it is handled.
+    // Hooks for statistics with the payload size of a command: called before it is framed, and before it is handled.
     virtual void OnCmdSend(int size);
     virtual void OnCmdRecv(int size);
 
-    // Whether the class of this object has an onTick() of its own, or may have. Where it has not, a tick on which
-    // nothing has happened does nothing.
+    // Whether the class of this object overrides onTick(), or may do so. If it does not, its server ticks it only when
+    // something has happened on it, since other ticks would do nothing.
     bool HasOwnTick() const;
 
-    // Bytes that a packet of the peer may have; a longer one closes the socket. On a connection that a port has
-    // accepted NetLimits::m_FirstInput counts, too, until a handler has taken the peer's first command.
+    // The maximum bytes of a packet from the peer; a longer one closes the socket. On an accepted connection
+    // NetLimits::m_FirstInput applies too, until the peer's first command was handled.
     void SetPacketLimit(int bytes);
 
     const wchar_t* getClassName() const override { return L"CCommandSocket"; }
@@ -60,14 +60,13 @@ protected:
     bool m_bNetError = false;
 
 private:
-    // Where onTick() of this class leads.
+    // The target of a call of onTick() in an object of this class itself.
     const void* m_PlainTick;
     zet::PeerLog m_PeerLog;
-    int m_PacketLimit = zet::PacketReader::kDefaultLimit;
-    // No command of the peer was taken yet.
-    bool m_IsStranger = false;
+    int m_PacketLimit;
+    // No command of the peer was handled yet.
+    bool m_IsUnproven = false;
 
-    void dispatch();
     void limitPackets();
     void analyse(std::span<const unsigned char> frame);
 };

@@ -10,7 +10,7 @@
 namespace
 {
 
-// The words of RFC 1928 and, for the account, RFC 1929.
+// The values of RFC 1928 and, for the account, RFC 1929.
 constexpr unsigned char kSocksVersion = 5;
 constexpr unsigned char kOneMethod = 1;
 constexpr unsigned char kNoCheck = 0;
@@ -21,10 +21,10 @@ constexpr unsigned char kConnect = 1;
 constexpr unsigned char kReserved = 0;
 constexpr unsigned char kAddressOfFourBytes = 1;
 
-// What one tick takes from the proxy at most.
+// Bytes that one tick receives from the proxy at most.
 constexpr int kMostReply = 1023;
 
-// Each report goes to the process's log and to the engine's.
+// Each report goes to the process's log and to the engine's log.
 template <class... Args>
 void report(const wchar_t* pattern, const Args&... args)
 {
@@ -37,7 +37,7 @@ zet::String_T<char> toUtf8(const zet::String_T<wchar_t>& text)
     return zet::StringHelper::wideToUtf8(text);
 }
 
-// User name and password as the proxy is sent them. Leaves nothing of them in memory.
+// User name and password as they are sent to the proxy. The password is wiped from memory.
 struct Account
 {
     Account(const zet::String_T<wchar_t>& name, const zet::String_T<wchar_t>& password)
@@ -60,7 +60,7 @@ struct Account
 
 } // namespace
 
-// What came in one tick. Pieces are not put together: a reply that arrives in two ticks is two replies.
+// The input of one tick. A reply that arrives in two ticks counts as two replies.
 struct CFrameworkClientProxySocket::Reply
 {
     bool begins(unsigned char first, unsigned char second) const
@@ -99,14 +99,14 @@ bool CFrameworkClientProxySocket::connect(const wchar_t* ip, unsigned short port
     m_TargetIP = ip;
     m_TargetPort = port;
     const bool hasProxy = !m_ProxyIP.isEmpty() && m_ProxyPort != 0;
-    // The proxy is spoken to in plain, TLS is for the target.
+    // The handshake with the proxy is not encrypted; TLS is for the target.
     if (getTlsContext())
         delayTls(hasProxy);
     if (hasProxy)
         return connectProxy(keepAlive);
     if (!CFrameworkClientSocket::connect(m_TargetIP, port, keepAlive))
         return false;
-    // The host may let go of the last handle.
+    // The host may release the last handle.
     const Handle_T<CFrameworkClientProxySocket> keep = getRefCount() > 0 ? this : nullptr;
     OnProxyWorking();
     m_ProxyState = kWorking;
@@ -115,16 +115,16 @@ bool CFrameworkClientProxySocket::connect(const wchar_t* ip, unsigned short port
 
 bool CFrameworkClientProxySocket::connectProxy(bool keepAlive)
 {
-    // Better no connection than one that ends, unheard, when the proxy asks for an account that cannot be told.
-    const bool canTell = !hasAccount() || Account(m_ProxyAccount, m_ProxyPassword).fits();
-    if (!canTell || !CFrameworkClientSocket::connect(m_ProxyIP, m_ProxyPort, keepAlive))
+    // An account that cannot be sent would leave the socket waiting for ever.
+    const bool canSend = !hasAccount() || Account(m_ProxyAccount, m_ProxyPassword).fits();
+    if (!canSend || !CFrameworkClientSocket::connect(m_ProxyIP, m_ProxyPort, keepAlive))
     {
         m_ProxyState = kNoProxy;
         report(L"connect proxy %s:%d error", m_ProxyIP, m_ProxyPort);
         return false;
     }
     m_ProxyState = kAwaitsMethod;
-    // The connection may still be on its way up; the greeting then waits in its queue.
+    // While connecting, the greeting waits in the output queue.
     report(L"connect proxy %s:%d success, waiting for socks5 reply", m_ProxyIP, m_ProxyPort);
     if (hasAccount())
         SendAccountCheck();
@@ -146,7 +146,7 @@ void CFrameworkClientProxySocket::onTick(unsigned int tick)
         return;
     const Handle_T<CFrameworkClientProxySocket> keep = getRefCount() > 0 ? this : nullptr;
     look();
-    // Not as the stream and the secure layer above receive: these are the proxy's bytes, not the target's.
+    // Below the stream and the secure layer: these are the proxy's bytes, not the target's.
     Reply reply;
     reply.m_Size = TcpConnection::receive(reply.m_Bytes, kMostReply);
     if (reply.m_Size == kMostReply)
@@ -162,7 +162,7 @@ void CFrameworkClientProxySocket::onTick(unsigned int tick)
 
 void CFrameworkClientProxySocket::takeMethod(const Reply& reply)
 {
-    // Anything else, a refusal among it, is dropped, and the next tick reads on.
+    // Any other reply, also a refusal, is dropped, and the next tick reads on.
     if (reply.m_Size != 2)
         return;
     if (reply.begins(kSocksVersion, kNoCheck))
@@ -174,7 +174,7 @@ void CFrameworkClientProxySocket::takeMethod(const Reply& reply)
     else if (reply.begins(kSocksVersion, kAccountCheck))
     {
         m_ProxyState = kAwaitsAccountCheck;
-        // The report tells the password too: whoever may read the log may use the proxy.
+        // The log contains the password: whoever can read it can use the proxy.
         report(L"Check proxy %s:%d ok, send account name %s & pwd %s", m_ProxyIP, m_ProxyPort, m_ProxyAccount,
                m_ProxyPassword);
         SendAccountID();
@@ -183,7 +183,7 @@ void CFrameworkClientProxySocket::takeMethod(const Reply& reply)
 
 void CFrameworkClientProxySocket::takeAccountCheck(const Reply& reply)
 {
-    // A refused password is not reported; the socket stays where it is.
+    // A refused password is not reported; the state stays.
     if (!reply.begins(kAccountVersion, kAccountGood))
         return;
     m_ProxyState = kAwaitsTarget;
@@ -193,16 +193,16 @@ void CFrameworkClientProxySocket::takeAccountCheck(const Reply& reply)
 
 void CFrameworkClientProxySocket::takeTarget(const Reply& reply)
 {
-    // Any answer starts the work, a refusal too: the proxy then hangs up, which the command layer sees. All that came
-    // is the answer: what the target sent right behind it is lost if it came in the same tick, and of an answer in two
-    // pieces the second goes to the command layer. A target that waits for the first command loses nothing.
+    // Any reply ends the handshake, also a refusal: the proxy then closes, which the command layer sees. The input of
+    // this tick is the reply: bytes of the target that arrived in the same tick are lost, and the second part of a
+    // reply in two ticks goes to the command layer. A target that waits for the first command loses nothing.
     if (reply.m_Size <= 0)
         return;
     report(L"Check proxy %s:%d ok, Start Working", m_ProxyIP, m_ProxyPort);
     m_ProxyState = kWorking;
     if (getTlsContext() && !startTls(m_TargetIP))
     {
-        // Something was sent too early, and would go out for all to read.
+        // Something was sent too early and would leave unencrypted.
         close();
         return;
     }
@@ -222,7 +222,7 @@ bool CFrameworkClientProxySocket::SendNoNameCheck()
 
 bool CFrameworkClientProxySocket::SendAccountCheck()
 {
-    // The account is the only method offered: a proxy that wants none refuses.
+    // The account is the only method offered; a proxy that requires none refuses it.
     const unsigned char message[] = {kSocksVersion, kOneMethod, kAccountCheck};
     return sendBare(message, sizeof message);
 }
@@ -252,7 +252,7 @@ bool CFrameworkClientProxySocket::SendTargetAddress()
     const zet::String_T<char> target = toUtf8(m_TargetIP);
     if (!gethostbyname(target))
         return false;
-    // Not what the resolver found: a name that only the resolver knows goes out as FF FF FF FF.
+    // Not the resolver's result: a name that only the resolver knows is sent as FF FF FF FF.
     const unsigned int address = inet_addr(target);
     constexpr size_t kHead = 4;
     unsigned char message[kHead + sizeof address + 2] = {kSocksVersion, kConnect, kReserved, kAddressOfFourBytes};

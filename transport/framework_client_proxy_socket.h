@@ -3,30 +3,29 @@
 
 #include "transport/framework_client_socket.h"
 
-// Greets the proxy, tells it who asks and where to go, all on the bare connection, and only then lets commands run.
-// Without a proxy it connects directly. Belongs to its run thread, as every command socket.
-// Nothing watches the time here: with a proxy that is silent, refuses or hangs up, the socket stays in its state, and
-// with its handle, until the host closes it. A host that sends commands before OnProxyWorking() sends them to the
-// proxy. A copy takes the fields, the state among them, and no connection.
+// Runs the handshake with the proxy on the bare connection and then carries commands. Without a proxy it connects
+// directly. Belongs to its run thread, like every command socket.
+// There is no timeout: if the proxy is silent, refuses or closes, the socket keeps its state and handle until the host
+// closes it. Commands sent before OnProxyWorking() go to the proxy. A copy takes the fields, including the state, but
+// no connection.
 class COMMONGROUND_API CFrameworkClientProxySocket : public CFrameworkClientSocket
 {
 public:
     enum ProxyState
     {
-        // Not connected, or the proxy was not reached. In this state, and in any that is not named here, a tick does
-        // nothing.
+        // Not connected, or the proxy was not reached. In this state, and in any not listed here, a tick does nothing.
         kNoProxy = 0,
-        // The greeting is sent; the proxy is to choose the method.
+        // The greeting was sent; waiting for the method.
         kAwaitsMethod = 1,
-        // The target's address is sent; the proxy is to reach it.
+        // The target's address was sent; waiting for the reply.
         kAwaitsTarget = 2,
-        // User name and password are sent; the proxy is to check them.
+        // User name and password were sent; waiting for the reply.
         kAwaitsAccountCheck = 3,
         // The connection carries commands.
         kWorking = 4
     };
 
-    // Bytes in UTF-8 that a user name or a password may have; the message has one byte for each length.
+    // The maximum bytes of a user name or password in UTF-8; the message has one byte for each length.
     static constexpr int kMostAccountBytes = 255;
 
     // Overwrites the password in memory.
@@ -36,21 +35,20 @@ public:
     CFrameworkClientProxySocket& operator=(const CFrameworkClientProxySocket&) = default;
     CFrameworkClientProxySocket& operator=(CFrameworkClientProxySocket&&) = default;
 
-    // For the next connect(). An empty address or port 0 means no proxy. User name and password count only together,
-    // and the log tells them both when they are sent.
+    // For the next connect(). An empty address or port 0 means no proxy. User name and password are used only together,
+    // and both are logged when they are sent.
     void SetProxy(zet::String_T<wchar_t> ip, unsigned short port, zet::String_T<wchar_t> account,
                   zet::String_T<wchar_t> password);
 
-    // Connects to the target, or to the proxy that is to reach it. The target is given as four numbers with points: a
-    // name is not resolved on its way to the proxy. True says that the proxy is being reached, not the target. False
-    // where the connection fails at once; also, with nothing connected and nothing sent, where the user name or the
-    // password is too long to be told.
-    // GetIP() and GetPort() give who was connected to: the proxy, where there is one.
+    // Connects to the target, or to the proxy. Through a proxy the target is four numbers with points: what a name
+    // resolves to is not sent. True means that the connection to the proxy was started, not the one to the target.
+    // False if the connection fails at once; also, without a connection, if the user name or the password is too long.
+    // GetIP() and GetPort() return the proxy's address, if there is a proxy.
     bool connect(const wchar_t* ip, unsigned short port, bool keepAlive) override;
     void onTick(unsigned int tick) override;
 
-    // The connection can carry commands from now on. For the host; empty here. It may close the socket or let go of
-    // the last handle to it.
+    // Called once the connection can carry commands. For the host; empty here. It may close the socket or release the
+    // last handle to it.
     virtual void OnProxyWorking();
 
     const wchar_t* getClassName() const override { return L"CFrameworkClientProxySocket"; }
@@ -68,12 +66,12 @@ public:
 protected:
     explicit CFrameworkClientProxySocket(CCmdAnalyserSocket* analyser);
 
-    // The messages to the proxy. True where the connection took the bytes.
+    // The messages to the proxy. True if the connection accepted the bytes.
     bool SendNoNameCheck();
     bool SendAccountCheck();
-    // Sends nothing and returns false where the user name or the password is too long.
+    // Sends nothing and returns false if the user name or the password is too long.
     bool SendAccountID();
-    // Sends nothing and returns false where the resolver, which it waits for, does not know the target.
+    // Waits for the resolver. Sends nothing and returns false if it does not know the target.
     bool SendTargetAddress();
 
 private:

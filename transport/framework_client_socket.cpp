@@ -2,7 +2,7 @@
 
 CFrameworkClientSocket::CFrameworkClientSocket(CCmdAnalyserSocket* analyser) : CCommandSocket(analyser) {}
 
-// Copy and move take the identity alone, and texts of it may throw.
+// Copy and move take the identity only; copying its texts may throw.
 // NOLINTBEGIN(bugprone-copy-constructor-init,performance-noexcept-move-constructor,performance-move-constructor-init)
 CFrameworkClientSocket::CFrameworkClientSocket(const CFrameworkClientSocket& other)
     : Unknown(), CCommandSocket(other.GetCmdAnalyser())

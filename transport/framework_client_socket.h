@@ -1,18 +1,18 @@
-// A command connection that knows who is at the other end.
+// A command connection with the identity of its peer.
 #pragma once
 
 #include "transport/command_socket.h"
 
-// Used by who connects to a framework server, and by the server for each connection that it accepts. The identity
-// fields are filled by the host's handler of the registration commands.
+// Used for a connection to a framework server, and by the server for each connection that it accepts. The host's
+// handlers of the registration commands fill the identity fields.
 class COMMONGROUND_API CFrameworkClientSocket : public CCommandSocket
 {
 public:
-    // The server type of a peer that has not told it.
+    // The server type of a peer that has not registered.
     static constexpr unsigned char kUnknownServerType = 0xFF;
 
-    // Copy and move take the identity fields alone; connections stay where they are. A constructed copy shares the
-    // analyser. A move copies texts, so it may throw.
+    // Copy and move take the identity fields only, not the connection. A constructed copy shares the analyser. A move
+    // copies texts, so it may throw.
     CFrameworkClientSocket(const CFrameworkClientSocket& other);
     CFrameworkClientSocket& operator=(const CFrameworkClientSocket& other);
     // NOLINTBEGIN(performance-noexcept-move-constructor)
@@ -20,14 +20,14 @@ public:
     CFrameworkClientSocket& operator=(CFrameworkClientSocket&& other);
     // NOLINTEND(performance-noexcept-move-constructor)
 
-    // Keeps the address, also that of an attempt that fails, and connects.
+    // Stores the address, also if the attempt fails, and connects.
     bool connect(const wchar_t* ip, unsigned short port, bool keepAlive) override;
 
     unsigned char GetServerType() const { return m_ServerType; }
     const zet::Uuid& GetPeerServerId() const { return m_PeerServerId; }
     zet::String_T<wchar_t> GetVersion() const { return m_Version; }
     zet::String_T<wchar_t> GetServerName() const { return m_ServerName; }
-    // The address that connect() was given; empty on an accepted connection.
+    // The address passed to connect(); empty on an accepted connection.
     zet::String_T<wchar_t> GetIP() const { return m_IP; }
     unsigned short GetPort() const { return m_Port; }
 
@@ -42,7 +42,7 @@ public:
     unsigned short m_Port = 0;
     // Copied with the object and not touched otherwise.
     unsigned short m_Reserved = 0;
-    // The id under which the server's dictionary holds this socket; all zero where it does not. The server sets it.
+    // The id under which the server's dictionary holds this socket; all zero if it does not. The server sets it.
     zet::Uuid m_RegisteredId;
 
 protected:

@@ -11,14 +11,14 @@
 
 #include <algorithm>
 
-// Ticks a connection, and abandons it where it is down then. One that throws costs the others nothing.
+// Ticks a connection, and abandons it if it is down then. Exceptions do not affect the other connections.
 struct CFrameworkServerSocket::ClientSocketTick_Manager_foreach_N
 {
     class ClientSocketTick
     {
     public:
         ClientSocketTick(CFrameworkServerSocket& server, unsigned int tick) : m_Server(server), m_Tick(tick) {}
-        // False where the connection threw and is to be ticked again: what had come for it is still there.
+        // False if the connection threw and has to be ticked again: its input is still there.
         bool onEntry(CFrameworkClientSocket* client)
         {
             const bool isWhole = zet::inner::guard(L"a connection", client,
@@ -30,7 +30,7 @@ struct CFrameworkServerSocket::ClientSocketTick_Manager_foreach_N
             const auto state = client->getConnectionState();
             if (state == zet::TcpConnection::kConnecting || state == zet::TcpConnection::kEstablished)
                 return isWhole;
-            // Its own close() may be what threw.
+            // Its close() may have thrown.
             if (!isWhole)
                 client->CCommandSocket::close();
             m_Server.abandonGuarded(client);
@@ -63,7 +63,7 @@ struct CFrameworkServerSocket::ClientSocketClose_Manager_foreach_N
     };
 };
 
-// Keeps the connections that go alive until the outermost walk ends.
+// Keeps abandoned connections alive until the outermost walk ends.
 class CFrameworkServerSocket::Walk
 {
 public:
@@ -102,9 +102,9 @@ void CFrameworkServerSocket::tickClients(unsigned int tick)
     m_Ready->begin(std::exchange(m_First, nullptr));
     while (zet::TcpConnection* const next = m_Ready->peek())
     {
-        // The list holds what accept() has entered.
+        // Only accept() adds to the list.
         auto* const client = static_cast<CFrameworkClientSocket*>(next);
-        if (time > 0 && watch.getElapsed() >= time)
+        if (time > 0 && !watch.isBelow(time))
         {
             m_First = client;
             hurry();
@@ -118,7 +118,7 @@ void CFrameworkServerSocket::tickClients(unsigned int tick)
     m_Ready->end();
 }
 
-// Whether another one may wait while one connection has its turn.
+// Whether another connection or task may wait while one connection has its turn.
 bool CFrameworkServerSocket::hasOthers() const
 {
     return m_ClientSockets.getSize() > 1 || (getSystem() && getSystem()->getTaskCount() > 1);
@@ -128,7 +128,7 @@ void CFrameworkServerSocket::endWalk()
 {
     if (--m_Walks > 0 || m_Abandoned.empty())
         return;
-    // The objects go last, when the server is whole again; the space for them stays.
+    // The objects are released last, when the server is consistent; the memory of the list stays.
     auto abandoned = std::exchange(m_Abandoned, {});
     abandoned.clear();
     if (m_Abandoned.empty())
@@ -137,7 +137,7 @@ void CFrameworkServerSocket::endWalk()
 
 void CFrameworkServerSocket::lose(CFrameworkClientSocket* client)
 {
-    // What is in no list is never ticked.
+    // It is in no list, so it would never be ticked.
     const zet::Unknown::Handle_T<CFrameworkClientSocket> keep = client;
     m_ClientSockets.erase(client);
     m_Ready->leave(*client);
@@ -166,7 +166,7 @@ bool CFrameworkServerSocket::accept(zet::TcpConnection* connection)
         connection->bindRunThreadId(system->getRunThreadId());
     try
     {
-        // For when it is abandoned during a walk.
+        // Abandon() during a walk must not allocate.
         zet::inner::makeRoom(m_Abandoned, m_Abandoned.size() + static_cast<size_t>(m_ClientSockets.getSize()) + 1);
         m_ClientSockets.set(client, client);
         m_Ready->enter(*client, client->HasOwnTick());
@@ -181,7 +181,7 @@ bool CFrameworkServerSocket::accept(zet::TcpConnection* connection)
 
 void CFrameworkServerSocket::abandonGuarded(CFrameworkClientSocket* client)
 {
-    // Within a walk, which keeps the object.
+    // Called within a walk, which keeps the object.
     if (!zet::inner::guard(L"Abandon()", client, [&] { Abandon(client); }))
         CFrameworkServerSocket::Abandon(client);
 }
@@ -197,7 +197,7 @@ void CFrameworkServerSocket::Abandon(zet::TcpConnection* connection)
     RemoveFrameworkSocket(client);
     if (!keep)
         return;
-    // A host that keeps the connection ticks it itself from now on.
+    // A host that keeps the connection ticks it from now on.
     client->setTurn(zet::TcpStream::kEndlessTurn);
     m_Ready->leave(*client);
     if (m_Walks > 0)

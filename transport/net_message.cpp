@@ -26,8 +26,8 @@ struct PropertyTable
     bool m_IsFilled = false;
 };
 
-// Made by their first user and never destroyed: other files may ask while the library is loaded and while the process
-// ends.
+// Created by their first user and never destroyed: other files may use them while the library is loaded and while the
+// process ends.
 PropertyTable& tableOfNetMessage()
 {
     static PropertyTable& table = *new PropertyTable;
@@ -48,7 +48,7 @@ const zet::PropertyAttributes& attributesOf(PropertyTable& table, void (*registe
     return table.m_Attributes;
 }
 
-// What throws in the stream layer is a cut stream for who imports or exports an object.
+// Turns an exception of the stream layer, which means a cut stream, into a report and false.
 template <class Call>
 bool reporting(Call call)
 {
@@ -73,7 +73,7 @@ zet::Unknown* make()
 template <class Container>
 using HandlesRegistration = zet::PropertyConverterRegistration<zet::HandlesConverter_T<Container>>;
 
-// Both classes at load.
+// Registers both classes at load.
 struct Registrations
 {
     Registrations()

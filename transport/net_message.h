@@ -14,7 +14,7 @@
 
 class CCmdPackager;
 
-// A message with addresses. Members bear the names of their properties.
+// A message with addresses. Its members have the names of their properties.
 class COMMONGROUND_API NetMessage : public zet::Message
 {
 public:
@@ -22,7 +22,7 @@ public:
     static zet::Message* createMessage_();
     static const wchar_t* getClassName_();
     static unsigned long getClassId_();
-    // Fills the attribute table, once; runs when the library is loaded. Any thread.
+    // Fills the attribute table once; called when the library is loaded. Any thread.
     static void registerProperty_();
 
     zet::Unknown* rtCreateInstance() const override;
@@ -32,7 +32,7 @@ public:
     const wchar_t* getPropertyType() const override;
     const zet::PropertyAttributes& getPropertyAttributes() const override;
     const wchar_t* getClassTimestamp() const override;
-    // The stream form. False, with the log told, where the stream is cut; what was read stays then.
+    // The stream form. False and logged if the stream is cut; values read so far stay.
     bool importFrom(zet::InputStream& stream) override;
     bool exportTo(zet::OutputStream& stream) const override;
 
@@ -41,12 +41,12 @@ public:
     std::vector<zet::Uuid> targetAddress;
 };
 
-// The part of the stream form that NetMessage states. Reading empties what does not follow. A short write or read
+// NetMessage's part of the stream form. A value that is not in the stream is cleared by reading. A short write or read
 // throws zet::Exception.
 COMMONGROUND_API zet::OutputStream& operator<<(zet::OutputStream& stream, const NetMessage& message);
 COMMONGROUND_API zet::InputStream& operator>>(zet::InputStream& stream, NetMessage& message);
 
-// One command on its way.
+// One command.
 class COMMONGROUND_API Msg_NetCommand : public NetMessage
 {
 public:
@@ -70,19 +70,19 @@ public:
     zet::Buffer data;
 
 private:
-    // What this class adds to the stream form.
+    // The members that this class adds to the stream form.
     static const zet::Member_T<Msg_NetCommand> _mtbl[1];
 };
 
-// The types that are registered for fields: "NetMessageArray", "NetMessageList", "Msg_NetCommandArray",
+// The types registered for fields: "NetMessageArray", "NetMessageList", "Msg_NetCommandArray",
 // "Msg_NetCommandList".
 using NetMessageArray = std::vector<zet::Unknown::Handle_T<NetMessage>>;
 using NetMessageList = std::list<zet::Unknown::Handle_T<NetMessage>>;
 using Msg_NetCommandArray = std::vector<zet::Unknown::Handle_T<Msg_NetCommand>>;
 using Msg_NetCommandList = std::list<zet::Unknown::Handle_T<Msg_NetCommand>>;
 
-// The packager's stream frame as a message, its own addresses left empty. Null for null, and, with the log told, for a
-// packager that does not write itself.
+// The packager's stream frame as a message without addresses. Null for null; null and logged if the packager does not
+// write its frame.
 COMMONGROUND_API zet::Unknown::Handle_T<Msg_NetCommand> convertToNetMessage(const CCmdPackager* packager);
-// And back. Null for null, and, with the log told, for a cut frame.
+// The reverse. Null for null; null and logged for a cut frame.
 COMMONGROUND_API zet::SharedPtr<CCmdPackager> convertToNetCommand(Msg_NetCommand* message);

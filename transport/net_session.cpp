@@ -8,8 +8,7 @@
 namespace
 {
 
-// The session whose command this thread handles. A handler's argument has 32 bits on some platforms with pointers of
-// 64, so the pointer itself stands here.
+// The session whose command this thread handles: on some platforms a handler's argument is too small for a pointer.
 thread_local CNetSession* t_Handling = nullptr;
 
 struct Handling
@@ -102,7 +101,7 @@ void CNetSession::onMsg_NetCommand(Msg_NetCommand* message)
     const zet::SharedPtr<CCmdPackager> packager = convertToNetCommand(message);
     if (!packager || !m_pCmdAnalyser)
         return;
-    // Whatever the frame said: here a command comes from this session.
+    // The frame's from address is ignored.
     packager->SetFromAddress(m_SessionId);
     const Handling handling(this);
     m_pCmdAnalyser->Analyse(*packager, argumentOf(this), 0);

@@ -8,17 +8,16 @@ class CCmdHead;
 class CCmdPackager;
 class Msg_NetCommand;
 
-// Sends commands as messages and hands those that come to a CCmdAnalyser. A frame that is none is dropped, with the
-// log told; a session that fails or ends closes itself, by the virtual operation. Threads are those of the session
-// below.
+// Sends commands as messages and passes received ones to a CCmdAnalyser. An invalid frame is logged and dropped; a
+// session that fails or ends calls its virtual close(). Threads are those of zet::NetSession.
 class COMMONGROUND_API CNetSession : public zet::NetSession
 {
 public:
-    // Module and analyser are not owned and outlive the session's use of them. Without an analyser commands are
+    // Module and analyser are not owned and must outlive the session's use of them. Without an analyser commands are
     // dropped.
     static zet::Unknown::Handle_T<CNetSession> createInstance(zet::NetModule* module, CCmdAnalyser* analyser);
 
-    // The session behind the first argument of an analyser's handler, for use within that handler.
+    // The session that the first argument of an analyser's handler stands for, for use within that handler.
     static CNetSession* ofArgument(unsigned long argument);
 
     bool accept() override;
@@ -29,12 +28,12 @@ public:
     virtual void onError(const zet::Evt_NetError* event);
     virtual void onAbort(const zet::Evt_NetAbort* event);
 
-    // Sends the command as one message. False where it is null or does not write itself, and where send() is false.
+    // Sends the command as one message. False if it is null or does not write itself, or if send() is false.
     bool sendNetCommand(CCmdHead* command);
     bool sendNetCommand(CCmdPackager* packager);
 
     CCmdAnalyser* getCmdAnalyser() { return m_pCmdAnalyser; }
-    // This session's own id, made with it: the from address of every command that it hands on.
+    // This session's own id, created with it: the from address of every command that it passes on.
     const zet::Uuid& getSessionId() const { return m_SessionId; }
 
     const wchar_t* getClassName() const override { return L"CNetSession"; }

@@ -22,14 +22,14 @@ bool UdpClientSocket::connect(zet::UdpServer* server, const wchar_t* ip, short p
 
 void UdpClientSocket::onTick(unsigned int tick)
 {
-    // A handler may let go of the last handle.
+    // A handler may release the last handle.
     const zet::Unknown::Handle_T<UdpClientSocket> hold = getRefCount() > 0 ? this : nullptr;
     zet::UdpSecureConnection::onTick(tick);
     const zet::PeerLog::Scope scope(
         m_PeerLog, this, [](const void* self) { return static_cast<const UdpClientSocket*>(self)->getPeerName(); });
     while (readHead() && readBody())
     {
-        // A pointer has more bits than an unsigned long on some platforms; a handler there knows its sockets.
+        // On some platforms an unsigned long is too small for a pointer; handlers there identify the socket otherwise.
         m_CmdAnalyser.Analyse(m_pBody, m_iHead, static_cast<unsigned long>(reinterpret_cast<size_t>(this)), 0);
         beginCommand();
     }
@@ -44,7 +44,7 @@ void UdpClientSocket::beginCommand()
 
 bool UdpClientSocket::readHead()
 {
-    // What the connection before has left half read is not of this one.
+    // A partial command of the previous connection is discarded.
     if (takeBeginning())
         beginCommand();
     if (m_iHeadRead < 2)
@@ -64,7 +64,7 @@ bool UdpClientSocket::readBody()
 {
     if (m_iHead <= 0)
     {
-        // Not close(): the server that holds this socket is to hear of the end.
+        // Not close(): the server that holds this socket must get the end of the connection.
         breakOff();
         consume(available());
         return false;
@@ -99,14 +99,14 @@ bool UdpClientSocket::send(const CCmdHead& command)
 bool UdpClientSocket::send(const CCmdPackager& packager)
 {
     const int size = packager.Pack(nullptr, 0);
-    // The length has 16 bits with a sign. What does not fit is lost without a report.
+    // The length is a signed 16-bit value. A longer frame is lost without a report.
     if (size <= 0 || size > kFrameLimit)
         return true;
     unsigned char area[65536];
     const int packed = packager.Pack(area, size);
     const unsigned char head[2] = {static_cast<unsigned char>(packed), static_cast<unsigned char>(packed >> 8)};
     zet::UdpSecureConnection::send(head, sizeof head);
-    // Not close(): a connection that has ended meanwhile has still to say so, and may hold commands.
+    // Not close(): a connection that has ended meanwhile still has to report it, and may hold commands.
     if (zet::UdpSecureConnection::send(area, packed) != packed)
         breakOff();
     return true;

@@ -8,10 +8,10 @@
 class CCmdHead;
 class CCmdPackager;
 
-// Each command travels behind its length: two bytes, signed and little-endian, and then the datagram frame, which thus
-// has 32,767 bytes at most. Each tick hands all whole commands that have come to the analyser; what is cut waits for
-// the next one. A handler gets the socket as its first argument, where an unsigned long holds a pointer, and 0 as its
-// second, and may send, close this or any other socket, or let go of the last handle to this one.
+// Each command follows its length: two bytes, signed and little-endian, then the datagram frame, which has 32,767 bytes
+// at most. Each tick passes all whole commands to the analyser; a partial one waits for the next tick. A handler gets
+// the socket as its first argument, if an unsigned long can hold a pointer, and 0 as its second. It may send, close
+// this or any other socket, or release the last handle to this one.
 class COMMONGROUND_API UdpClientSocket : public zet::UdpStream
 {
 public:
@@ -21,28 +21,28 @@ public:
     static zet::Unknown::Handle_T<UdpClientSocket> createInstance();
     ~UdpClientSocket() override;
 
-    // A length below 1 from the peer breaks the connection, and what came behind it is lost. A frame that cannot be
-    // parsed costs its log lines, within the peer's share of the log.
+    // A length below 1 from the peer breaks the connection; later bytes are lost. A frame that cannot be parsed costs
+    // its log lines, within the peer's share of the log.
     void onTick(unsigned int tick) override;
     // Closes.
     void onClose() override;
     using zet::UdpStream::connect;
-    // As zet::UdpServer::UdpConnection::connect(); a port above 32,767 is given as the negative number of its bits.
+    // As zet::UdpServer::UdpConnection::connect(); a port above 32,767 is the negative number with the same bits.
     virtual bool connect(zet::UdpServer* server, const wchar_t* ip, short port, const zet::Uuid& id);
-    // For a port written as a plain number.
+    // For a port as a plain number.
     bool connect(zet::UdpServer* server, const wchar_t* ip, int port, const zet::Uuid& id)
     {
         return connect(server, ip, static_cast<unsigned short>(port), id);
     }
 
-    // False where the command does not write itself. A frame above the limit is not sent, and nobody is told; also
-    // then the result is true. Where the queue is full, the peer has not read for long: the connection breaks, since
-    // the commands behind the gap would mean something else; the next tick calls onClose().
+    // False if the command does not write itself. A frame above the limit is silently not sent, and the result is true.
+    // If the queue is full, the peer has not read for long: the connection breaks, since the commands after the gap
+    // would be misread; the next tick calls onClose().
     bool send(const CCmdHead& command);
     bool send(const CCmdPackager& packager);
     using zet::UdpStream::send;
 
-    // Of this socket alone, for the host to fill before commands come.
+    // This socket's own; the host fills it before commands arrive.
     CCmdAnalyser& getCmdAnalyser() { return m_CmdAnalyser; }
 
     const wchar_t* getClassName() const override { return L"UdpClientSocket"; }
@@ -52,11 +52,11 @@ protected:
     UdpClientSocket() = default;
 
     CCmdAnalyser m_CmdAnalyser;
-    // Where reading stands; a close leaves it as it is, and the next connection begins anew. Bytes of the length that
-    // have come, and the length.
+    // The state of reading; close() keeps it, and the next connection resets it. Bytes of the length received, and the
+    // length.
     int m_iHeadRead = 0;
     short m_iHead = 0;
-    // Memory for a frame, which only grows, and the bytes of the frame that have come.
+    // Memory for a frame, which only grows, and the bytes of the frame received.
     int m_iBodyCapacity = 0;
     unsigned char* m_pBody = nullptr;
     int m_iBodyRead = 0;
@@ -64,7 +64,7 @@ protected:
 private:
     zet::PeerLog m_PeerLog;
 
-    // One step of reading; false where there is no more for now.
+    // One step of reading; false if there are no more bytes for now.
     bool readHead();
     bool readBody();
     void beginCommand();

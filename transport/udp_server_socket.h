@@ -13,7 +13,7 @@ public:
         zet::Dictionary<zet::UdpServer::UdpConnection*, zet::Unknown::Handle_T<zet::UdpServer::UdpConnection>>;
 
     static zet::Unknown::Handle_T<UdpServerSocket> createInstance();
-    // Closes as close() does.
+    // Calls close() of this class.
     ~UdpServerSocket() override;
 
     // The server holds the connection from then on. False changes nothing.
@@ -21,16 +21,16 @@ public:
     // Abandons the connection.
     void onEnd(zet::UdpServer::UdpConnection* connection) override;
 
-    // Listens, and keeps the address as its own; an empty one, or none, stands for the name of this machine.
+    // Listens, and stores the address as this server's; an empty one is replaced by the name of this machine.
     virtual bool listen(const zet::String_T<wchar_t>& ip, unsigned short port);
     bool listen(unsigned short port) override;
     bool attach(unsigned int handle) override;
-    // Lets go of a connection; it closes where nobody else holds it. One that the host closes
-    // outside the connection's own tick stays held until then.
+    // Releases a connection, which closes if there is no other handle to it. One that the host closes outside the
+    // connection's own tick stays held until this is called.
     virtual void abandon(zet::UdpServer::UdpConnection* connection);
 
     const zet::String_T<wchar_t>& GetIP() const { return m_IP; }
-    // The port really bound; 0 before listen() and attach().
+    // The bound port; 0 before listen() and attach().
     unsigned short GetPort() const { return m_Port; }
     int GetClientCount() const { return m_ClientSockets.getSize(); }
 

@@ -142,6 +142,16 @@ unsigned long long getMonotonicMilliseconds()
     return static_cast<unsigned long long>(getMilliseconds(CLOCK_MONOTONIC));
 }
 
+unsigned int getCoarseMilliseconds()
+{
+    // Advances with the system's timer: each 1 to 10 ms.
+#ifdef CLOCK_MONOTONIC_COARSE
+    return static_cast<unsigned int>(getMilliseconds(CLOCK_MONOTONIC_COARSE));
+#else
+    return static_cast<unsigned int>(getMonotonicMilliseconds());
+#endif
+}
+
 long long getCalendarMilliseconds()
 {
     return getMilliseconds(CLOCK_REALTIME);

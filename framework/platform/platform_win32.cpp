@@ -70,6 +70,12 @@ unsigned long long getMonotonicMilliseconds()
     return static_cast<unsigned long long>(seconds * 1000 + rest * 1000 / frequency.QuadPart);
 }
 
+unsigned int getCoarseMilliseconds()
+{
+    // Advances with the system's timer: each 10 to 16 ms.
+    return static_cast<unsigned int>(GetTickCount64());
+}
+
 long long getCalendarMilliseconds()
 {
     FILETIME time;

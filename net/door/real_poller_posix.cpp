@@ -2,11 +2,13 @@
 
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
+#include <sys/timerfd.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <limits>
 #include <system_error>
@@ -79,7 +81,7 @@ public:
     void wake() override;
 
 private:
-    bool control(int operation, int handle, Watch* watch, uint32_t events) const
+    bool control(int operation, int handle, void* watch, uint32_t events) const
     {
         epoll_event event{};
         event.events = events;
@@ -87,6 +89,17 @@ private:
         return ::epoll_ctl(m_Poll, operation, handle, &event) == 0;
     }
     void report(Watch& watch, unsigned char ready);
+    // Reports pending events, or the first ones within this time, which is endless if negative. False if the system
+    // does not look. hasEvents is set by any event but the timer's.
+    bool look(int milliseconds, bool& hasEvents);
+    // Ensures that the timer ends a sleep not later than after this time. Returns the end of this time, or 0 without a
+    // timer.
+    long long arm(unsigned int milliseconds);
+    static long long getNow()
+    {
+        using namespace std::chrono;
+        return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+    }
     void endWake()
     {
         uint64_t count;
@@ -98,12 +111,18 @@ private:
 
     const Descriptor m_Poll{::epoll_create1(EPOLL_CLOEXEC)};
     const Descriptor m_Alarm{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
+    // Its events are edges, so it is never read. Its watch is this object, that of the alarm is null.
+    const Descriptor m_Timer{::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)};
     std::atomic<bool> m_IsWoken{false};
+    // When the timer ends, by getNow(); 0 once it has.
+    long long m_TimerEnd = 0;
+    // An event has ended the last sleep.
+    bool m_IsBusy = false;
 };
 
 EpollPoller::EpollPoller()
 {
-    if (!control(EPOLL_CTL_ADD, m_Alarm, nullptr, EPOLLIN))
+    if (!control(EPOLL_CTL_ADD, m_Alarm, nullptr, EPOLLIN) || !control(EPOLL_CTL_ADD, m_Timer, this, EPOLLIN | EPOLLET))
         throw std::system_error(errno, std::generic_category());
 }
 
@@ -146,23 +165,60 @@ void EpollPoller::report(Watch& watch, unsigned char ready)
     watch.onReady(ready);
 }
 
-bool EpollPoller::wait(unsigned int milliseconds)
+bool EpollPoller::look(int milliseconds, bool& hasEvents)
 {
-    constexpr unsigned int kLongest = std::numeric_limits<int>::max();
-    int time = static_cast<int>(std::min(milliseconds, kLongest));
     epoll_event events[kBatch];
-    for (int reported = 0; reported < kEventsPerLook; reported += kBatch, time = 0)
+    for (int reported = 0; reported < kEventsPerLook; reported += kBatch, milliseconds = 0)
     {
-        const int count = ::epoll_wait(m_Poll, events, kBatch, time);
+        const int count = ::epoll_wait(m_Poll, events, kBatch, milliseconds);
         for (int i = 0; i < count; ++i)
-            if (auto* const watch = static_cast<Watch*>(events[i].data.ptr))
-                report(*watch, readyOf(events[i].events));
+        {
+            void* const watch = events[i].data.ptr;
+            hasEvents = hasEvents || watch != this;
+            if (watch == this)
+                m_TimerEnd = 0;
+            else if (watch)
+                report(*static_cast<Watch*>(watch), readyOf(events[i].events));
             else
                 endWake();
+        }
         if (count < kBatch)
             return count >= 0 || reported > 0;
     }
     return true;
+}
+
+long long EpollPoller::arm(unsigned int milliseconds)
+{
+    const long long end = getNow() + milliseconds;
+    // Usually an earlier sleep has armed it for an earlier moment.
+    if (m_TimerEnd != 0 && m_TimerEnd <= end)
+        return end;
+    itimerspec time{};
+    time.it_value.tv_sec = static_cast<time_t>(milliseconds / 1000);
+    time.it_value.tv_nsec = static_cast<long>(milliseconds % 1000) * 1000000;
+    if (::timerfd_settime(m_Timer, 0, &time, nullptr) != 0)
+        return 0;
+    m_TimerEnd = end;
+    return end;
+}
+
+bool EpollPoller::wait(unsigned int milliseconds)
+{
+    constexpr unsigned int kLongest = std::numeric_limits<int>::max();
+    const int time = static_cast<int>(std::min(milliseconds, kLongest));
+    bool hasEvents = false;
+    if (time == 0)
+        return look(0, hasEvents);
+    // The system sets a timer for a time limit and removes it, which costs more than the rest of a sleep that ends at
+    // once. So a busy poller has a timer of its own, which stays armed. An idle one makes one call per sleep.
+    const long long end = m_IsBusy || m_TimerEnd != 0 ? arm(milliseconds) : 0;
+    bool isGood = look(end != 0 ? -1 : time, hasEvents);
+    const long long left = end != 0 && isGood && !hasEvents ? end - getNow() : 0;
+    if (left > 0)
+        isGood = look(static_cast<int>(std::min<long long>(left, time)), hasEvents);
+    m_IsBusy = hasEvents;
+    return isGood;
 }
 
 void EpollPoller::wake()

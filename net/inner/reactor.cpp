@@ -32,7 +32,7 @@ std::shared_ptr<Reactor> makeReactor(const std::shared_ptr<Door>& door, bool isT
 
 } // namespace
 
-// What other threads that answer know of the reactor.
+// What threads that resolve names share with the reactor.
 struct Reactor::Mail
 {
     std::mutex m_Mutex;
@@ -41,7 +41,7 @@ struct Reactor::Mail
     std::atomic<bool> m_HasAnswers{false};
 };
 
-// The one who asked and, until it has answered, the other thread share it.
+// Shared with its owner; the resolving thread shares the answer.
 struct Reactor::Question final : Lookup
 {
     Found m_GiveFound;
@@ -173,13 +173,13 @@ void Reactor::deliverNames()
 
 void Reactor::endTick()
 {
-    // Those that are listed meanwhile wait for the next tick.
+    // Links that are added meanwhile wait for the next tick.
     const TcpLink* const last = m_LastUnflushed;
     while (TcpLink* const link = takeUnflushed())
     {
         const bool isLast = link == last;
         const TcpLinkRef held = TcpLinkRef::adopt(link);
-        // What one connection throws at the end of a tick is its own loss.
+        // An exception of one connection ends that connection only.
         if (!guard(L"a connection", link->m_Owner, [&] { link->flushOwner(); }))
             link->failOwner();
         if (isLast)
@@ -208,7 +208,7 @@ void Reactor::flushRouters()
     for (const auto& router : routers)
         if (const auto present = router.lock())
             guard(L"a UDP port", nullptr, [&] { present->endTick(); });
-    // The space for them stays.
+    // Keep the memory of the list.
     routers.clear();
     if (m_Routers.empty())
         m_Routers.swap(routers);

@@ -1,4 +1,4 @@
-// What the sockets of one System share: their readiness, their memory, and the end of the tick, when output leaves.
+// What the sockets of one System share: readiness, memory, and the end of each tick, when output is sent.
 #pragma once
 
 #include "framework/system.h"
@@ -14,25 +14,25 @@ namespace zet::inner
 struct TcpLink;
 class UdpRouter;
 
-// The answer to a question for the addresses of a host name. Whoever asked holds it; let go of, it is never given.
+// A pending request for the addresses of a host name. Its owner holds it; once released it calls nothing.
 class Lookup
 {
 public:
     virtual ~Lookup() = default;
 };
 
-// The Waiter of a System with sockets. Events only set flags: what is ready is done by the ticks.
+// The Waiter of a System with sockets. Events only set flags; ticks do the work.
 class Reactor final : public System::Waiter
 {
 public:
-    // With isTicked, a System calls beginTick() and endTick(); without, only poll() is called.
+    // With isTicked a System calls beginTick() and endTick(); without it only poll() is called.
     Reactor(const std::shared_ptr<Door>& door, bool isTicked);
     ~Reactor() override;
 
-    // The reactor of a System, put in place with its first socket; without a System the calling thread's own, which
-    // the sockets themselves poll. Null where the operating system has none to give.
+    // The reactor of a System, created with its first socket; for null the calling thread's own, which its sockets
+    // poll. Null if the operating system has no poller left.
     static std::shared_ptr<Reactor> of(System* system);
-    // What setDoor() does.
+    // Implements setDoor().
     static bool make(System& system, const std::shared_ptr<Door>& door);
 
     void wait(unsigned int milliseconds) override;
@@ -40,26 +40,26 @@ public:
     void beginTick() override;
     void endTick() override;
 
-    // Learns what is ready.
+    // Asks the operating system what is ready.
     void poll();
-    // For a socket that may be ticked outside its System's tick, where nobody has looked yet.
+    // For a socket that may be ticked outside its System's tick, which has asked already.
     void pollOutsideTick()
     {
         if (!m_IsTicking)
             poll();
     }
     bool isTicking() const { return m_IsTicking; }
-    // Something is left for the next tick, which is to come at once.
+    // Makes the next tick come at once.
     void hurry() { m_IsHurried = true; }
-    // Flushes the link's output at the end of the tick. Without a System its own tick does it.
+    // Flushes the link's output at the end of the tick. Without a System the connection's own tick does so.
     void flushLater(TcpLink& link);
-    // Calls the router's endTick() once, at the end of the tick. True where that will come by itself.
+    // Calls the router's endTick() once, at the end of the tick. False if there is no such end.
     bool flushLater(std::weak_ptr<UdpRouter> router);
-    // Takes that back: the router goes to another reactor.
+    // Cancels that: the router moves to another reactor.
     void forgetLater(const UdpRouter& router);
 
-    // Asks for the addresses of a name. The answer, empty where there are none, comes on this thread when the reactor
-    // looks for events, and only sets flags. Null for lack of memory.
+    // Requests the addresses of a name. found is called on this thread when the reactor polls, with no addresses if
+    // there are none, and only sets flags. Null if memory is short.
     using Found = std::function<void(const std::vector<Endpoint>& found)>;
     std::shared_ptr<Lookup> resolve(const char* name, Found found);
 
@@ -76,7 +76,7 @@ private:
     void deliverNames();
 
     BlockPool m_Pool;
-    // Linked through the links themselves, so that listing one takes no memory.
+    // A list through the links themselves, so that adding one takes no memory.
     TcpLink* m_FirstUnflushed = nullptr;
     TcpLink* m_LastUnflushed = nullptr;
     std::vector<std::weak_ptr<UdpRouter>> m_Routers;
@@ -86,7 +86,7 @@ private:
     std::vector<std::weak_ptr<Question>> m_Questions;
     const bool m_IsTicked;
     bool m_IsTicking = false;
-    // The last wait has reported what is ready, and no tick has come since.
+    // The last wait has reported what is ready, and no tick has followed yet.
     bool m_HasLooked = false;
     bool m_IsHurried = false;
 };

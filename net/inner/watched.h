@@ -6,11 +6,11 @@
 namespace zet::inner
 {
 
-// The base of links, listeners and UDP ports. The watch ends before the handle is closed or given away: here alone.
+// The base of links, listeners and UDP ports. Ensures that the watch ends before the handle is closed or given away.
 class Watched : public Watch
 {
 public:
-    // False where the system does not watch the handle.
+    // False if the system does not watch the handle.
     bool startWatch(unsigned char ready)
     {
         m_IsWatched = m_Poller.add(m_Handle.get(), *this, ready);
@@ -25,13 +25,13 @@ public:
         unwatch();
         m_Handle.close();
     }
-    // Takes a handle over.
+    // Takes over a handle.
     void take(Door::Handle handle)
     {
         close();
         m_Handle.set(handle);
     }
-    // Gives the handle away, open.
+    // Returns the handle, open.
     Door::Handle giveAway()
     {
         unwatch();
@@ -39,7 +39,7 @@ public:
     }
 
 protected:
-    // Takes the handle over.
+    // Takes over the handle.
     Watched(Reactor& reactor, Door::Handle handle) : m_Poller(reactor.poller()), m_Handle(reactor.door(), handle) {}
     ~Watched() { unwatch(); }
 

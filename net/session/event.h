@@ -1,4 +1,4 @@
-// What happens to a net session, told to those who subscribed at its event dispenser.
+// The events of a net session, for subscribers of its event dispenser.
 #pragma once
 
 #include "framework/class_id.h"
@@ -13,11 +13,11 @@ class NetSession;
 class COMMONGROUND_API NetEvent : public Event
 {
 public:
-    // The session that it happened to; not owned, and there as long as the call lasts.
+    // The session of the event; not owned, valid during the call.
     NetSession* m_Session = nullptr;
 };
 
-// What the events have beside their names.
+// The members of all events.
 template <class Kind>
 class COMMONGROUND_API NetEvent_T : public NetEvent
 {
@@ -32,35 +32,35 @@ public:
     Unknown* clone() const override { return new Kind(static_cast<const Kind&>(*this)); }
 };
 
-// The connection stands, on either side: messages may be sent from now on.
+// The session is established, on either side: messages can be sent from now on.
 class COMMONGROUND_API Evt_NetConnectOk : public NetEvent_T<Evt_NetConnectOk>
 {
 public:
     static constexpr const wchar_t* kClassName = L"zet::Evt_NetConnectOk";
 };
 
-// The peer was not reached, refused, or did not greet as a session does.
+// The peer was not reached, refused, or did not send a valid greeting in time.
 class COMMONGROUND_API Evt_NetConnectFail : public NetEvent_T<Evt_NetConnectFail>
 {
 public:
     static constexpr const wchar_t* kClassName = L"zet::Evt_NetConnectFail";
 };
 
-// The peer has ended the session, and all that it sent was received.
+// The peer has closed the session, and all that it sent was received.
 class COMMONGROUND_API Evt_NetClosed : public NetEvent_T<Evt_NetClosed>
 {
 public:
     static constexpr const wchar_t* kClassName = L"zet::Evt_NetClosed";
 };
 
-// The session is of no use any more: the peer's bytes are no packets, or it took none of ours until the queue was full.
+// The session cannot be used any more: the peer's bytes are not valid packets, or the output queue is full.
 class COMMONGROUND_API Evt_NetError : public NetEvent_T<Evt_NetError>
 {
 public:
     static constexpr const wchar_t* kClassName = L"zet::Evt_NetError";
 };
 
-// The connection broke, by the operating system's word.
+// The operating system reported that the connection is broken.
 class COMMONGROUND_API Evt_NetAbort : public NetEvent_T<Evt_NetAbort>
 {
 public:

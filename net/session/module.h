@@ -1,4 +1,4 @@
-// The module that net sessions belong to: the System they run in, the port they come by, their limits.
+// The module of net sessions: their System, their port, their limits.
 #pragma once
 
 #include "framework/packet.h"
@@ -7,8 +7,8 @@
 namespace zet
 {
 
-// Carries sessions over TCP. Started in a System; with listen() it takes visitors too, and a host that wants them
-// derives from it:
+// Carries sessions over TCP. Started in a System. After listen() it also accepts sessions, for which a host derives
+// from it:
 //
 //   void onAccept() override
 //   {
@@ -17,22 +17,21 @@ namespace zet
 //           m_Sessions.push_back(session);
 //   }
 //
-// The module holds no session: the host does. It stays as long as its sessions connect, accept or send. Filters of
-// addresses are those of the server; close() ends the listening alone.
+// The host holds the sessions, not the module. The module must outlive their calls of connect(), accept() and send().
+// Address filters are those of the server; close() only stops listening.
 class COMMONGROUND_API NetModule : public TcpServer
 {
 public:
-    // Bytes of a message: the largest stream frame of a command, and room for a class name and thousands of addresses.
+    // A packet reader's default, and space for a class name and thousands of addresses.
     static constexpr int kDefaultMessageLimit = PacketReader::kDefaultLimit + 0x10000;
 
     static Unknown::Handle_T<NetModule> createInstance();
 
-    // Bytes that a message may have, sent or received, class name included, from the next session on. A longer one is
-    // not sent; one that a peer announces ends the session with Evt_NetError. 1 to
-    // PacketReader::kLargestLimit; what lies outside counts as the nearer one.
+    // The maximum bytes of a message, sent or received, class name included, for later sessions. A longer one is not
+    // sent; one that a peer announces ends the session with Evt_NetError. Clamped to 1 to PacketReader::kLargestLimit.
     void setMessageLimit(int bytes) { m_MessageLimit = bytes; }
     int getMessageLimit() const { return m_MessageLimit; }
-    // Bytes that may wait to be sent, from the next session on; a peer that takes none of them loses its session.
+    // The maximum bytes of queued output, for later sessions; a send beyond it ends the session.
     void setOutputLimit(size_t bytes) { m_OutputLimit = bytes; }
     size_t getOutputLimit() const { return m_OutputLimit; }
 

@@ -69,7 +69,7 @@ void NetSession::close()
 
 void NetSession::drop()
 {
-    // The link is this session's no longer when its end leads back here.
+    // leave() may call back; this session has no link then.
     const Unknown::Handle_T<inner::NetLink> link = std::exchange(m_Link, nullptr);
     if (link)
         link->leave();
@@ -95,7 +95,7 @@ String_T<wchar_t> NetSession::getPeerName() const
     return m_Link ? m_Link->getPeerName() : String_T<wchar_t>();
 }
 
-void NetSession::tell(NetEvent& event)
+void NetSession::dispense(NetEvent& event)
 {
     event.m_Session = this;
     m_Events.dispense(&event);
@@ -104,7 +104,7 @@ void NetSession::tell(NetEvent& event)
 void NetSession::finish(NetEvent& event)
 {
     const Unknown::Handle_T<inner::NetLink> link = m_Link;
-    inner::NetLink::guard(*this, [&] { tell(event); });
+    inner::NetLink::guard(*this, [&] { dispense(event); });
     if (m_Link == link)
         drop();
 }

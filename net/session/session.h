@@ -17,26 +17,25 @@ namespace inner
 class NetLink;
 }
 
-// One packet is one message, with its class name in front. The side that connects greets with the id that connect()
-// was given, the accepting side answers with the same greeting, and then both have Evt_NetConnectOk.
+// One packet is one message, preceded by its class name. The connecting side sends a greeting with the id passed to
+// connect(), the accepting side replies with the same greeting, and then both get Evt_NetConnectOk.
 //
 // All operations belong to the run thread of the module's System, and so do the events and messages. A handler may
-// close this or any other session, or let go of the last handle to this one. A message of a class that is not
-// registered here, or with a form that its class refuses, costs its log line and no more. There is no lock in this
-// class.
+// close this or any other session, or release the last handle to this one. A message of an unregistered class, or with
+// a form that its class refuses, is logged and dropped. There is no lock in this class.
 class COMMONGROUND_API NetSession : public virtual Unknown
 {
 public:
-    // Milliseconds from connect() or accept() until the greetings must have come, else the attempt has failed.
+    // Milliseconds from connect() or accept() after which an attempt without the greetings fails.
     static constexpr unsigned int kGreetingTime = 10000;
-    // Milliseconds that one tick hands messages over, looked at before each one.
+    // Milliseconds that one tick handles messages, tested before each one.
     static constexpr unsigned int kDispatchTime = 100;
 
     enum State
     {
         // No connection.
         kDown,
-        // The connection is on its way up, or the greetings are.
+        // The connection is connecting, or the greetings have not arrived.
         kConnecting,
         kEstablished
     };
@@ -50,28 +49,28 @@ public:
 
     // The next connect() goes through TLS; null for a plain one. An accepted session does as its module does.
     void setTlsContext(TlsContext* context) { m_TlsContext = context; }
-    // Takes the module's next visitor. False where nobody waits, and where the session has a connection.
+    // Accepts the module's next pending connection. False if none is pending, or the session has a connection.
     virtual bool accept();
-    // Begins a connection, which stands with Evt_NetConnectOk or ends with Evt_NetConnectFail. The id reaches the
-    // accepting side. False, and no event, where the session has a connection, the module is in no System, or the
-    // address is none or refused at once.
+    // Starts a connection, which is established with Evt_NetConnectOk or ends with Evt_NetConnectFail. The accepting
+    // side gets the id. False, without an event, if the session has a connection, the module is in no System, or the
+    // address is invalid or failed at once.
     virtual bool connect(const NetAddress& address, const Uuid& id);
-    // Ends the connection without an event here; what waits to be sent goes as far as the operating system takes it
-    // now. The peer gets Evt_NetClosed.
+    // Ends the connection without an event here; queued output is sent as far as the operating system accepts it now.
+    // The peer gets Evt_NetClosed.
     virtual void close();
-    // Queues a message; it is written within the call and stays the caller's. False where it is null, the connection
-    // does not stand, the message has no stream form or is too long, or the call comes from another thread; and where
-    // the queue is full, which ends the session with Evt_NetError.
+    // Queues a message, which is written within the call and stays the caller's. False if it is null, the session is
+    // not established, the message has no stream form or is too long, or another thread calls; also if the queue is
+    // full, which ends the session with Evt_NetError.
     virtual bool send(Message* message);
-    // Called with each message that has come; hands it to the subscribers of its class. The message lives as long as
-    // the call, unless a handle holds it.
+    // Called with each received message; passes it to the subscribers of its class. The message lives until the call
+    // returns, unless a handle holds it.
     virtual void onMessage(Message* message);
 
     EventDispenser& getEventDispenser() { return m_Events; }
     MessageDispenser& getMessageDispenser() { return m_Messages; }
 
     State getState() const;
-    // The id that connect() was given, on both sides; all zero before the greeting has come.
+    // The id passed to connect(), on both sides; all zero before the greeting has arrived.
     const Uuid& getConnectionId() const { return m_ConnectionId; }
     // The peer as text, for logs; empty without a connection.
     String_T<wchar_t> getPeerName() const;
@@ -87,8 +86,8 @@ private:
     Unknown::Handle_T<inner::NetLink> makeLink(bool isAccepting);
     bool isReady() const;
     void drop();
-    void tell(NetEvent& event);
-    // The link has ended: tells it and lets go of the link, unless a handler has done so.
+    void dispense(NetEvent& event);
+    // The link has ended: reports the event and releases the link, unless a handler has done so.
     void finish(NetEvent& event);
 
     NetModule* m_Module;

@@ -49,9 +49,9 @@ void TcpConnection::onTick(unsigned int)
     if (!m_Link)
         return;
     look();
-    if (m_Pending & kConnected)
+    if (isPending(kConnected))
         finishConnect();
-    if (m_Link && ((m_Pending & kWritable) || ((m_Pending & kOutput) && !m_Reactor->isTicking())))
+    if (m_Link && (isPending(kWritable) || (isPending(kOutput) && !m_Reactor->isTicking())))
         flush();
 }
 
@@ -68,7 +68,7 @@ void TcpConnection::listReady()
 
 void TcpConnection::hurry()
 {
-    ring();
+    list();
     if (m_Reactor)
         m_Reactor->hurry();
 }
@@ -79,7 +79,7 @@ void TcpConnection::setLink(TcpLink* link)
     link->m_Owner = this;
     m_Link = link;
     m_Pending = 0;
-    ring();
+    list();
     if (m_RunThreadId == 0)
         bindRunThreadId(Thread::getCurrentThreadId());
 }
@@ -115,7 +115,7 @@ bool TcpConnection::attach(unsigned int handle)
 
 bool TcpConnection::expect(const wchar_t*, TlsContext* context)
 {
-    // There is nothing here that could keep a secret.
+    // This class has no secure layer.
     return !context;
 }
 
@@ -153,7 +153,7 @@ void TcpConnection::close()
 {
     if (m_Link)
     {
-        // A peer that has ended its side may still read ours.
+        // A peer that has closed its side may still read.
         if ((m_State == kEstablished || m_State == kClosedByPeer) && m_Link->m_Output.size() > 0)
             flush();
         if (m_State == kEstablished)
@@ -166,7 +166,7 @@ void TcpConnection::close()
 
 void TcpConnection::discardInput()
 {
-    // A peer that sends without end gets its reset all the same.
+    // Bounded: a peer that sends endlessly gets a reset.
     unsigned char piece[16384];
     Door::Fault fault;
     for (int i = 0; i < 16; ++i)
@@ -185,19 +185,19 @@ void TcpConnection::drop()
     link->m_Sealed.drop(&m_Reactor->pool());
     link->release();
     m_Pending = 0;
-    // The connection is down, which its server is to see.
-    ring();
+    // Its server has to see that the connection is down.
+    list();
 }
 
 void TcpConnection::joinReactor()
 {
-    // A connection on its way up moves once it stands.
+    // A connecting one moves once it is established.
     if (!m_Link || m_State != kEstablished || !getSystem())
         return;
     const auto reactor = Reactor::of(getSystem());
     if (!reactor || reactor == m_Reactor)
         return;
-    // A handle is of no use to another door.
+    // Another door cannot use the handle.
     if (reactor->door() != m_Reactor->door())
         return fail(kBroken);
     const TcpLinkRef link(new TcpLink(*reactor));
@@ -214,7 +214,8 @@ void TcpConnection::joinReactor()
     link->m_Sealed.swap(m_Link->m_Sealed);
     link->m_Seat = std::exchange(m_Link->m_Seat, {});
     // Output is announced to the new reactor below.
-    const unsigned char pending = m_Pending & static_cast<unsigned char>(~kOutput);
+    clearPending(kOutput);
+    const unsigned short pending = m_Pending;
     drop();
     m_Reactor = reactor;
     setLink(link.get());
@@ -263,15 +264,16 @@ bool TcpConnection::beginConnect(bool hasBegun)
     takePeer();
     if (!hasBegun)
         return false;
-    // A peer on this machine has answered by now. What else is reported comes too late for this tick.
+    // A peer on this machine has answered by now. This tick does not see what else is reported, so the next one comes
+    // at once.
     m_Reactor->poll();
     m_Reactor->hurry();
-    return !(m_Pending & kConnected) || finishConnect();
+    return !isPending(kConnected) || finishConnect();
 }
 
 bool TcpConnection::finishConnect()
 {
-    m_Pending &= static_cast<unsigned char>(~kConnected);
+    clearPending(kConnected);
     if (m_Link->isNamed())
     {
         if (beginConnect(m_Link->beginNamed()))
@@ -296,8 +298,8 @@ bool TcpConnection::finishConnect()
 
 void TcpConnection::fail(ConnectionState state)
 {
-    // A peer that ended before it took everything has not closed in order.
-    m_State = static_cast<unsigned char>(m_Pending & kOutputLost ? kBroken : state);
+    // The peer has closed before it received everything.
+    m_State = static_cast<unsigned char>(isPending(kOutputLost) ? kBroken : state);
     hurry();
 }
 
@@ -309,9 +311,9 @@ int TcpConnection::receive(void* data, int size)
         return 0;
     int got = 0;
     ConnectionState end = kBroken;
-    if (m_Pending & kReadable)
+    if (isPending(kReadable))
         got = receiveNow(data, size, end);
-    if (got <= 0 && (m_Pending & kOutputLost))
+    if (got <= 0 && isPending(kOutputLost))
         return endLost() ? -1 : 0;
     if (got < 0)
         fail(end);
@@ -320,10 +322,10 @@ int TcpConnection::receive(void* data, int size)
 
 bool TcpConnection::endLost()
 {
-    if (!(m_Pending & kInputOver))
+    if (!isPending(kInputOver))
     {
-        m_Pending |= kInputOver;
-        // Nothing else asks for the tick that sees the end.
+        setPending(kInputOver);
+        // Nothing else asks for the tick that ends the connection.
         hurry();
         return false;
     }
@@ -340,10 +342,10 @@ int TcpConnection::receiveNow(void* data, int size, ConnectionState& end)
         end = fault ? kBroken : kClosedByPeer;
         return -1;
     }
-    // Less than asked for is all there was, of bytes. An end after them comes with the next look, when they are read.
+    // Fewer bytes than asked for are all that there were. An end after them is reported when these are read.
     if (got < static_cast<size_t>(size))
     {
-        m_Pending &= static_cast<unsigned char>(~kReadable);
+        clearPending(kReadable);
         m_Link->waitForInput(!fault);
     }
     if (got > 0 && m_Link->m_Seat)

@@ -16,15 +16,16 @@ namespace inner
 {
 class Crowd;
 class OutputQueue;
+class PacketTick;
 class Reactor;
 class ReadyList;
 struct TcpLink;
 } // namespace inner
 
-// Non-blocking throughout. All operations belong to the run thread. A connection started in a System learns from the
-// System's ticks what is ready; one in no System looks for itself with each onTick(); an accepted one is ticked by its
-// server. What is sent is queued and leaves at the end of the tick, in one system call; outside a tick, with the next
-// one. Where much is queued, it begins to leave earlier.
+// Never blocks. All operations belong to the run thread. A connection started in a System learns from the System's
+// ticks what is ready; one in no System asks the operating system with each onTick(); an accepted one is ticked by its
+// server. Sent bytes are queued and leave at the end of the tick in one system call; outside a tick, with the next one.
+// A long queue starts to leave earlier.
 class COMMONGROUND_API TcpConnection : public Socket
 {
 public:
@@ -32,18 +33,18 @@ public:
     {
         // No connection: never made, or closed or detached on this side.
         kDown = 0,
-        // connect() was called, the peer has not answered yet.
+        // connect() was called, and the connection is not established yet.
         kConnecting = 1,
         kEstablished = 2,
-        // The peer has ended it, and all that it sent was received.
+        // The peer has closed it, and all that it sent was received.
         kClosedByPeer = 3,
-        // It broke: reset, or failed by the operating system's word.
+        // It was reset, or the operating system reported another failure.
         kBroken = 4,
         // The peer refused or was not reached.
         kConnectFailed = 5
     };
 
-    // Bytes that wait to be sent at which a send fails; below them a send of any size is taken.
+    // Bytes in the output queue at which a send fails; below it a send of any size is accepted.
     static constexpr size_t kDefaultOutputLimit = 64 * 1024 * 1024;
 
     TcpConnection() = default;
@@ -51,27 +52,27 @@ public:
 
     bool start(System* system) override;
     bool init() override;
-    // Finishes what is ready: a connection on its way up, output that waited.
+    // Completes what is ready: a connect, queued output.
     void onTick(unsigned int tick) override;
-    // Takes a connected handle over: established from now on. Called with the handle as soon as an outgoing connection
-    // stands or an accepted one is taken on; overrides call this first. False leaves the handle with the caller.
+    // Takes over a connected handle; the connection is established then. Called with the handle as soon as an outgoing
+    // connection is established or an accepted one is taken over; overrides call this first. False leaves the handle
+    // with the caller.
     bool attach(unsigned int handle) override;
-    // Gives the handle back without closing it. What waits to be sent is lost.
+    // Returns the handle without closing it. Queued output is lost.
     unsigned int detach() override;
-    // Hands what waits to be sent to the operating system, as far as it takes it now, and ends the connection. What has
-    // come meanwhile is thrown away first, since ending on unread bytes would take back what was sent.
+    // Sends as much of the queue as the operating system accepts now, and ends the connection. Unread input is
+    // discarded first: closing a socket with unread input would reset the connection, and sent bytes would be lost.
     void close() override;
 
-    // Begins a connection to a numeric address or a host name with keep-alive probes on or off. The connection is
-    // connecting when this returns true, or is established already. False leaves no handle: a handle was held already,
-    // the address is not valid, or the peer refused at once. A name is resolved on another thread meanwhile; one that
-    // has no address ends as kConnectFailed.
+    // Starts a connection to a numeric address or a host name, with keep-alive probes on or off. True if it is
+    // connecting or established. False leaves no handle: a handle is held already, the address is invalid, or the
+    // connection failed at once. A name is resolved on another thread; one without an address ends as kConnectFailed.
     virtual bool connect(const wchar_t* ip, unsigned short port, bool keepAlive);
-    // Bytes received, up to size, as they come from the network; 0 when there are none; -1 once the connection is down.
+    // Receives up to size bytes. Returns their number, 0 if there are none, -1 if the connection is down.
     virtual int receive(void* data, int size);
-    // Queues the bytes, also on a connection still on its way up. Returns size, or 0 where the connection is down or
-    // the queue is full. Where the operating system has refused bytes of this connection, those that follow are thrown
-    // away until what had come before is received; then the connection is broken.
+    // Queues the bytes, also while connecting. Returns size, or 0 if the connection is down or the queue is full. If
+    // the operating system has refused bytes of this connection, later ones are discarded until the input that arrived
+    // before is read; then the connection is broken.
     virtual int send(const void* data, int size);
 
     ConnectionState getConnectionState() const { return static_cast<ConnectionState>(m_State); }
@@ -85,103 +86,113 @@ public:
     unsigned long getRunThreadId() const { return m_RunThreadId; }
     void bindRunThreadId(unsigned long thread) { m_RunThreadId = thread; }
 
-    // Also once the output of all connections of the port that accepted this one reaches the port's sum, and this one
-    // holds more than its equal part of it, a send fails.
+    // A send also fails if the output queues of all connections of the accepting port reach the port's limit while this
+    // connection holds more than its equal share.
     void setOutputLimit(size_t bytes) { m_OutputLimit = bytes; }
-    // Bytes that wait to be sent.
+    // Bytes in the output queue.
     size_t getOutputSize() const;
-    // Those of the port that accepted this connection, as they were then; null for any other connection.
+    // The limits of the port that accepted this connection, as of then; null for any other connection.
     const NetLimits* getPortLimits() const;
 
 protected:
-    // What onTick() has to look at.
-    enum Pending : unsigned char
-    {
-        kReadable = 1,
-        kWritable = 2,
-        kConnected = 4,
-        // Output to flush.
-        kOutput = 8,
-        // Input was left unread for the next tick.
-        kUnread = 16,
-        // A handshake above this connection is under way and its time runs.
-        kSecuring = 32,
-        // A send has failed: nothing leaves any more, and the end shows behind what has come before it.
-        kOutputLost = 64,
-        // With that, a receive has found nothing more: who asks again has used up what came.
-        kInputOver = 128
-    };
-
-    // Nothing has happened since the last tick, and nothing was left to do: a tick would change nothing.
-    bool isQuiet() const { return m_Pending == 0 && (m_State == kEstablished || m_State == kConnecting); }
-    // Learns what is ready where no System has looked for this tick.
+    // For a tick of a derived class: asks the operating system what is ready, if no System did for this tick.
     void look()
     {
         if (m_LooksItself)
             lookNow();
     }
-    // Lists the connection with its owner, where it has one that asks.
-    void ring()
+    // Whether receive() may return anything but 0.
+    bool isWorthReceiving() const { return isPending(kReadable | kSecureInput | kOutputLost); }
+    // Asks for the next tick at once.
+    void hurry();
+
+    // A ConnectionState.
+    unsigned char m_State = kDown;
+
+private:
+    friend class inner::Crowd;
+    friend class inner::PacketTick;
+    friend class inner::ReadyList;
+    friend struct inner::TcpLink;
+    friend class TcpSecureConnection;
+    friend class TcpServer;
+    friend class TcpStream;
+
+    // What a tick has to do.
+    enum Pending : unsigned short
+    {
+        // The socket may have bytes, or its end.
+        kReadable = 1,
+        kWritable = 2,
+        kConnected = 4,
+        // Output waits for the end of the tick.
+        kOutput = 8,
+        // Received bytes are left for the next tick.
+        kUnread = 16,
+        // A handshake is under way; its time is limited.
+        kSecuring = 32,
+        // A send has failed: no more output leaves, and the connection ends once its input is read.
+        kOutputLost = 64,
+        // After kOutputLost, a receive has found no more input: the next one ends the connection.
+        kInputOver = 128,
+        // The secure layer holds input that receive() has not returned yet.
+        kSecureInput = 256
+    };
+
+    bool isPending(unsigned int flags) const { return (m_Pending & flags) != 0; }
+    void setPending(unsigned int flags) { m_Pending = static_cast<unsigned short>(m_Pending | flags); }
+    void clearPending(unsigned int flags) { m_Pending = static_cast<unsigned short>(m_Pending & ~flags); }
+    // Nothing has happened since the last tick, and nothing is left to do: a tick would change nothing.
+    bool isQuiet() const { return m_Pending == 0 && (m_State == kEstablished || m_State == kConnecting); }
+    // Lists the connection for its server's next walk.
+    void list()
     {
         if (m_ReadyList && !m_IsListed)
             listReady();
     }
-    // Asks for the next tick at once.
-    void hurry();
-    // Whether there is room in the queue and the connection stands, or will, or only the peer has ended its side.
+    // Whether the queue has space, and the connection is connecting or established or only the peer has closed it.
     bool takesOutput() const;
-    // Sees to it that what is queued leaves.
+    // Ensures that queued output leaves.
     void announceOutput();
-    // Sends what is queued, as far as the operating system takes it.
+    // Sends the queue, as much as the operating system accepts.
     virtual void flush();
-    // The same with one queue; true once it is empty.
+    // The same for one queue; true once it is empty.
     bool sendQueue(inner::OutputQueue& queue);
-    // Whether a receive() would do more than say that there is nothing.
-    bool isWorthReceiving() const { return (m_Pending & (kReadable | kOutputLost)) != 0; }
-    // A connection whose output is lost has nothing more to be received. It ends, and true is returned, with the second
-    // call: who looks whether something follows a packet still has the packet to handle.
+    // For a receive that finds no input after kOutputLost: the second one ends the connection and gets true, since the
+    // caller of the first may still have a packet to handle.
     bool endLost();
-    // Bytes off the socket; 0 where it has none, -1 at its end, which it names.
+    // Receives from the socket. 0 if it has no bytes, -1 at its end, whose cause is set.
     int receiveNow(void* data, int size, ConnectionState& end);
-    // Comes before a connection is made: with what connect() was given, or with null and the TLS context, if any, of
-    // the server that accepts. False refuses it.
+    // Called before a connection is made: with the host passed to connect(), or with null and the TLS context, if any,
+    // of the accepting server. False refuses the connection.
     virtual bool expect(const wchar_t* host, TlsContext* context);
     // Moves to the reactor of a System that was joined meanwhile.
     void joinReactor();
     void discardInput();
     void fail(ConnectionState state);
-    // Tells the port how much waits to be sent. False where that is too much for it.
+    // Reports the size of the output queue to the port. False if it is too much for the port.
     bool countOutput();
-
-    unsigned char m_State = kDown;
-    unsigned char m_Pending = 0;
-    bool m_LooksItself = true;
-    bool m_KeepAlive = false;
-    inner::TcpLink* m_Link = nullptr;
-    std::shared_ptr<inner::Reactor> m_Reactor;
-
-private:
-    friend class inner::Crowd;
-    friend class inner::ReadyList;
-    friend struct inner::TcpLink;
-    friend class TcpServer;
-
     void lookNow();
     void listReady();
     void setLink(inner::TcpLink* link);
     bool finishConnect();
     bool sendPieces(inner::OutputQueue& queue);
     void loseOutput();
-    // Takes an accepted link on, by attach().
+    // Takes over an accepted link, by attach().
     bool take(inner::TcpLink* link, const std::shared_ptr<inner::Reactor>& reactor, TlsContext* context);
     void takePeer();
     bool beginConnect(bool hasBegun);
     void drop();
 
-    inner::ReadyList* m_ReadyList = nullptr;
+    bool m_LooksItself = true;
+    unsigned short m_Pending = 0;
+    bool m_KeepAlive = false;
     bool m_IsListed = false;
-    unsigned int m_PeerAddress = 0;
     unsigned short m_PeerPort = 0;
+    unsigned int m_PeerAddress = 0;
+    inner::TcpLink* m_Link = nullptr;
+    std::shared_ptr<inner::Reactor> m_Reactor;
+    inner::ReadyList* m_ReadyList = nullptr;
     unsigned long m_RunThreadId = 0;
     size_t m_OutputLimit = kDefaultOutputLimit;
 };

@@ -8,11 +8,11 @@ namespace zet
 namespace
 {
 
-// Output that begins to leave before the tick ends: enough for a system call to be worth it, little enough to stay in
-// the processor's cache.
+// Bytes of output that are sent before the tick ends: enough to be worth a system call, few enough to stay in the
+// processor's cache.
 constexpr size_t kFlushAt = 128 * 1024;
 
-// What of the queue one call takes, and how much it was offered.
+// One system call. Returns the bytes it accepted; offered is the bytes passed to it.
 size_t sendOnce(inner::TcpLink& link, inner::OutputQueue& queue, size_t& offered, inner::Door::Fault& fault)
 {
     inner::Door::Piece pieces[inner::Door::kMostPieces];
@@ -47,10 +47,10 @@ void TcpConnection::announceOutput()
     {
         flush();
     }
-    else if (!(m_Pending & kOutput))
+    else if (!isPending(kOutput))
     {
-        m_Pending |= kOutput;
-        ring();
+        setPending(kOutput);
+        list();
         m_Reactor->flushLater(*m_Link);
     }
 }
@@ -59,20 +59,20 @@ int TcpConnection::send(const void* data, int size)
 {
     if (size <= 0 || !takesOutput())
         return 0;
-    if (m_Pending & kOutputLost)
+    if (isPending(kOutputLost))
         return size;
     if (!countOutput() || !m_Link->m_Output.write(data, size, m_Reactor->pool()))
         return 0;
     countOutput();
-    // Mostly the output is announced already, and there is too little of it to leave by now.
-    if (!(m_Pending & kOutput) || getOutputSize() >= kFlushAt)
+    // Usually the output is announced already and is too short to leave now.
+    if (!isPending(kOutput) || getOutputSize() >= kFlushAt)
         announceOutput();
     return size;
 }
 
 void TcpConnection::flush()
 {
-    m_Pending &= static_cast<unsigned char>(~(kOutput | kWritable));
+    clearPending(kOutput | kWritable);
     if (m_State == kEstablished || m_State == kClosedByPeer)
         sendQueue(m_Link->m_Output);
 }
@@ -113,12 +113,11 @@ void TcpConnection::loseOutput()
         fail(kBroken);
         return;
     }
-    // What the peer sent before is still to be read, and the socket says itself where that ends.
+    // Input that the peer sent before is still to be read; the socket reports where it ends.
     m_Link->m_Output.drop(&m_Reactor->pool());
     m_Link->m_Sealed.drop(&m_Reactor->pool());
-    m_Link->m_IsInputWaited = false;
-    m_Pending &= static_cast<unsigned char>(~(kOutput | kWritable));
-    m_Pending |= kOutputLost | kReadable;
+    clearPending(kOutput | kWritable);
+    setPending(kOutputLost | kReadable);
     hurry();
 }
 

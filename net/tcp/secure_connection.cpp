@@ -13,16 +13,16 @@ namespace
 
 using inner::TlsLayer;
 
-// Sealed bytes that are handed to the operating system at once.
+// Encrypted bytes that are collected before a system call.
 constexpr size_t kSealAt = 128 * 1024;
-// Rounds of input in which one request may find nothing to read: a peer that only chatters waits for the next tick.
+// Reads of the socket in one receive() that may decrypt to nothing, such as alerts or new keys.
 constexpr int kRounds = 16;
 
 } // namespace
 
 TcpSecureConnection::TcpSecureConnection() = default;
 
-// The connection below would send what waits as it is.
+// TcpConnection's destructor would send the queue unencrypted.
 TcpSecureConnection::~TcpSecureConnection()
 {
     TcpSecureConnection::close();
@@ -39,7 +39,7 @@ bool TcpSecureConnection::setTlsContext(TlsContext* context)
 {
     if (!isInvalid())
         return false;
-    // A library without TLS serves nobody, and says so.
+    // Without TLS this is false, and the log says why.
     if (context && !TlsContext::isAvailable())
         return context->servesClient();
     if (context || m_Tls)
@@ -100,7 +100,7 @@ bool TcpSecureConnection::attach(unsigned int handle)
 {
     if (!m_Tls || !m_Tls->m_Context || m_Tls->m_IsDelayed || m_Tls->isOn())
         return TcpConnection::attach(handle);
-    // A handle that the host brings has not been announced.
+    // The host passed its own handle: expect() was not called.
     if (!m_Link)
     {
         m_Tls->m_IsClient = false;
@@ -134,12 +134,12 @@ bool TcpSecureConnection::startTls(const wchar_t* host)
 bool TcpSecureConnection::beginTls()
 {
     m_State = kConnecting;
-    m_Pending |= kSecuring;
+    setPending(kSecuring);
     m_Tls->m_Begun = getTimeTick();
     if (m_Link->m_Seat)
         m_Link->m_Seat->beginHandshake(*this, m_Tls->m_Context->getHandshakeTime());
-    ring();
-    // The client has the first word.
+    list();
+    // The client sends first.
     if (m_Tls->m_IsClient)
         shakeHands();
     return true;
@@ -148,52 +148,52 @@ bool TcpSecureConnection::beginTls()
 void TcpSecureConnection::onTick(unsigned int tick)
 {
     TcpConnection::onTick(tick);
-    if (m_Pending & kSecuring)
+    if (isPending(kSecuring))
         secure();
 }
 
 void TcpSecureConnection::secure()
 {
-    const bool hasInput = m_State == kConnecting && ((m_Pending & kReadable) || m_Tls->m_Input.size() > 0);
+    const bool hasInput = m_State == kConnecting && (isPending(kReadable) || m_Tls->m_Input.size() > 0);
     if (m_Link && m_Link->m_Seat && m_Link->m_Seat->isTimed())
     {
-        // The port watches the time of all, and takes a bounded number of steps.
+        // The port limits the time of all handshakes and runs a bounded number of steps per tick.
         if (hasInput && m_Link->m_Seat->waitForStep())
             m_Reactor->hurry();
         return;
     }
     if (hasInput)
         shakeHands();
-    if (!(m_Pending & kSecuring) || m_State != kConnecting)
+    if (!isPending(kSecuring) || m_State != kConnecting)
         return;
     if (getTimeTick() - m_Tls->m_Begun >= m_Tls->m_Context->getHandshakeTime())
         failHandshake(L"no end of it in time");
     else
-        // The clock is looked at again with the next tick, though nothing happens.
-        ring();
+        // The next tick checks the clock again.
+        list();
 }
 
 void TcpSecureConnection::stepHandshake()
 {
-    if (!(m_Pending & kSecuring) || m_State != kConnecting)
+    if (!isPending(kSecuring) || m_State != kConnecting)
         return;
     shakeHands();
-    // What came behind the handshake, or ended it, is for the next tick.
-    if (m_Pending & (kReadable | kSecuring))
-        ring();
+    // The next tick reads the input after the handshake, or sees its end.
+    if (isPending(kReadable | kSecureInput | kSecuring))
+        list();
     if (m_State != kConnecting)
         hurry();
 }
 
 void TcpSecureConnection::endLateHandshake()
 {
-    if ((m_Pending & kSecuring) && m_State == kConnecting)
+    if (isPending(kSecuring) && m_State == kConnecting)
         failHandshake(L"no end of it in time");
 }
 
 void TcpSecureConnection::endSecuring()
 {
-    m_Pending &= static_cast<unsigned char>(~kSecuring);
+    clearPending(kSecuring);
     if (m_Link->m_Seat)
         m_Link->m_Seat->endHandshake();
 }
@@ -222,8 +222,7 @@ void TcpSecureConnection::shakeHands()
     }
     endSecuring();
     m_State = kEstablished;
-    if (m_Tls->hasInput())
-        m_Pending |= kReadable;
+    noteSecureInput();
     m_Tls->m_Input.settle(m_Reactor->pool());
     joinReactor();
     if (m_State == kEstablished)
@@ -234,22 +233,18 @@ void TcpSecureConnection::failHandshake(const String_T<wchar_t>& reason)
 {
     endSecuring();
     Log::warning(L"TLS handshake with %s failed: %s", getPeerName(), reason);
-    // The alert is worth a try.
+    // The peer should receive the alert.
     if (!m_Link->m_IsOutputWaited)
         sendQueue(m_Link->m_Sealed);
     discardInput();
     fail(m_Tls->m_IsClient ? kConnectFailed : kBroken);
 }
 
-// Bytes that have come from the network, 0 for none now, -1 for the end.
+// Receives encrypted bytes. Returns their number, 0 if there are none, -1 at the end.
 int TcpSecureConnection::fillInput()
 {
-    // The flag says when the socket is worth a look.
-    if (m_Link->m_IsInputWaited)
-    {
-        m_Pending &= static_cast<unsigned char>(~kReadable);
+    if (!isPending(kReadable))
         return 0;
-    }
     inner::InputBuffer& input = m_Tls->m_Input;
     const int room = input.prepare(m_Reactor->pool());
     if (room <= 0)
@@ -259,6 +254,14 @@ int TcpSecureConnection::fillInput()
     if (got > 0)
         input.grow(got);
     return got;
+}
+
+void TcpSecureConnection::noteSecureInput()
+{
+    if (m_Tls->hasInput())
+        setPending(kSecureInput);
+    else
+        clearPending(kSecureInput);
 }
 
 int TcpSecureConnection::breakTls(const String_T<wchar_t>& reason)
@@ -282,17 +285,17 @@ int TcpSecureConnection::receive(void* data, int size)
         got = m_Tls->open(data, size, {m_Link->m_Sealed, m_Reactor->pool()});
         if (got != TlsLayer::kNothingYet)
             break;
-        // The network is asked when the session has taken what there was.
+        // The socket is read once the session has used all that was received.
         if (m_Tls->m_Input.size() > 0)
             continue;
         const int more = fillInput();
-        if (more < 0 && !(m_Pending & kOutputLost))
-            return breakTls(L"ended without a goodbye");
+        if (more < 0 && !isPending(kOutputLost))
+            return breakTls(L"ended without close_notify");
         if (more <= 0)
             break;
     }
-    // An alert, or a new key.
-    if (m_Pending & kOutputLost)
+    // Reading may have produced an alert or a new key.
+    if (isPending(kOutputLost))
         m_Link->m_Sealed.drop(&m_Reactor->pool());
     else if (m_Link->m_Sealed.size() > 0 && !m_Link->m_IsOutputWaited)
         sendQueue(m_Link->m_Sealed);
@@ -300,17 +303,14 @@ int TcpSecureConnection::receive(void* data, int size)
         return -1;
     if (got == TlsLayer::kFailed)
         return breakTls(m_Tls->getFault());
-    if (got <= 0 && (m_Pending & kOutputLost) && !m_Tls->hasInput())
+    if (got <= 0 && isPending(kOutputLost) && !m_Tls->hasInput())
         return endLost() ? -1 : 0;
     if (got == TlsLayer::kEnded)
     {
         fail(kClosedByPeer);
         return -1;
     }
-    if (m_Tls->hasInput())
-        m_Pending |= kReadable;
-    else if (m_Link->m_IsInputWaited)
-        m_Pending &= static_cast<unsigned char>(~kReadable);
+    noteSecureInput();
     m_Tls->m_Input.settle(m_Reactor->pool());
     return got;
 }
@@ -319,7 +319,7 @@ void TcpSecureConnection::flush()
 {
     if (!m_Tls || !m_Tls->m_Context || (m_Tls->m_IsDelayed && !m_Tls->isOn()))
         return TcpConnection::flush();
-    m_Pending &= static_cast<unsigned char>(~(kOutput | kWritable));
+    clearPending(kOutput | kWritable);
     inner::OutputQueue& sealed = m_Link->m_Sealed;
     if (m_State == kConnecting)
     {

@@ -12,19 +12,18 @@ namespace zet
 namespace
 {
 
-// Bytes that one request may take from the network: a peer that sends a huge packet quickly lets the others have their
-// turn in between.
+// Bytes that one request receives at most, so that a huge packet does not keep other connections waiting.
 constexpr int kFillMost = 1024 * 1024;
-// Times that one request may ask for bytes: each opens one record of a secure layer, which may hold a byte.
+// Receives of one request at most: with TLS each one decrypts a record, which may hold one byte.
 constexpr int kReceivesMost = 256;
-// What a receive takes of a turn at least, in bytes.
+// Bytes of a turn that each receive uses at least.
 constexpr int kReceiveCost = 64;
 
 } // namespace
 
 bool TcpStream::attach(unsigned int handle)
 {
-    // Another owner ticks it, or none that gives turns.
+    // The new owner may not limit turns.
     m_Turn = kEndlessTurn;
     return TcpSecureConnection::attach(handle);
 }
@@ -44,7 +43,7 @@ void TcpStream::onTick(unsigned int tick)
     {
         fill(1);
         if (available() > 0)
-            m_Pending |= kUnread;
+            setPending(kUnread);
     }
     m_Link->m_Input.settle(m_Reactor->pool());
     if (m_Link->m_Seat && !m_Link->m_Seat->holdInput(static_cast<size_t>(m_Link->m_Input.capacity())))

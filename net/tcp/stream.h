@@ -1,4 +1,4 @@
-// A buffered connection with a readable and a writable side.
+// A buffered connection with Input and Output sides.
 #pragma once
 
 #include "framework/stream.h"
@@ -7,23 +7,23 @@
 namespace zet
 {
 
-// Reading takes from the network when what is buffered does not do; it never waits. An end or a fault of the
-// connection shows only behind the last byte that came before it. An idle stream holds no buffer.
+// A read receives from the network if the buffer has too few bytes; it never waits. An end or a fault of the connection
+// is reported after the last byte that arrived before it. An idle stream has no buffer.
 class COMMONGROUND_API TcpStream : public TcpSecureConnection, public IO
 {
 public:
     bool attach(unsigned int handle) override;
-    // What was received and not read is forgotten.
+    // Discards unread input.
     void close() override;
-    // Receives what is ready where nothing is buffered.
+    // Receives what is ready if the buffer is empty.
     void onTick(unsigned int tick) override;
 
-    // Bytes that it receives at most until the next call; 0 or less for none. For an owner that ticks several
-    // connections and gives each its turn. A connection that is closed, or attached anew, has no such bound.
+    // The maximum of bytes received until the next call; 0 or less for none. For an owner that ticks several
+    // connections in turns. close() and attach() remove the bound.
     void setTurn(int bytes) { m_Turn = bytes; }
     static constexpr int kEndlessTurn = 0x7FFFFFFF;
 
-    // Bytes that are buffered; more may be ready.
+    // Bytes in the buffer; more may be ready.
     int available() const override;
     int peek(void* data, int size) override;
     int read(void* data, int size) override;
@@ -35,6 +35,7 @@ public:
     int send(const void* data, int size) override;
 
 private:
+    // Receives until the buffer has the wanted bytes or there is no more for now.
     void fill(int wanted);
 
     int m_Turn = kEndlessTurn;

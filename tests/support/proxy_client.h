@@ -20,9 +20,9 @@ public:
     void onTick(unsigned int tick) override
     {
         const Handle_T<ProxyClient> keep = getRefCount() > 0 ? this : nullptr;
-        const bool hadNews = m_Pending & kReadable;
+        const bool hadInput = isWorthReceiving();
         CFrameworkClientProxySocket::onTick(tick);
-        m_Looks += hadNews;
+        m_Looks += hadInput;
     }
     void OnProxyWorking() override
     {

@@ -339,6 +339,36 @@ TEST(CommandSocket, APacketAboveTheLimitClosesAtTheEndOfTheTick)
     EXPECT_FALSE(net.accepted()->m_bNetError);
 }
 
+TEST(CommandSocket, WithoutAnotherLimitTheLargestFrameIsAcceptedAndOneByteMoreCloses)
+{
+    NoteAnalyser analyser;
+    Loopback net(analyser);
+    zet::NetLimits limits;
+    limits.m_FirstInput = 0;
+    net.m_Server->setLimits(limits);
+    for (const unsigned char more : {0, 1})
+    {
+        RawPeer peer(net);
+        ASSERT_TRUE(peer.m_IsUp);
+        // The length word of a frame with both addresses and the largest payload.
+        const unsigned int size = CCmdPackager::kMaxHeaderSize + CCmdPackager::kMaxDataSize + more;
+        ASSERT_TRUE(peer.send({static_cast<unsigned char>(size), static_cast<unsigned char>(size >> 8),
+                               static_cast<unsigned char>(size >> 16), static_cast<unsigned char>(size >> 24), 1}));
+        const auto isRefused = [&] { return net.m_Server->GetClientCount() == 0; };
+        if (more)
+        {
+            EXPECT_TRUE(tickUntil(net.m_System, isRefused));
+            continue;
+        }
+        ASSERT_TRUE(tickUntil(net.m_System, [&] { return net.accepted()->available() == 5; }));
+        for (int i = 0; i < 3; ++i)
+            net.m_System.tick();
+        EXPECT_FALSE(isRefused());
+        peer.m_Stream->close();
+        EXPECT_TRUE(tickUntil(net.m_System, isRefused));
+    }
+}
+
 TEST(CommandSocket, WhatAHandlerThrowsCostsThatCommandOnly)
 {
     std::vector<int> got;

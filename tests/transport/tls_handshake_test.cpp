@@ -214,7 +214,7 @@ TEST(Tls, ACloseNotifyIsDistinguishedFromABrokenEnd)
     EXPECT_EQ(ends[1]->m_Last, zet::TcpConnection::kBroken);
     const auto texts = log.texts();
     ASSERT_EQ(texts.size(), 1u);
-    EXPECT_NE(texts[0].find(L"broke: ended without a goodbye"), std::wstring::npos);
+    EXPECT_NE(texts[0].find(L"broke: ended without close_notify"), std::wstring::npos);
 }
 
 TEST(Tls, WhatWasSentBeforeACloseArrives)

@@ -4,12 +4,12 @@
 #include "framework/log.h"
 #include "framework/memory_stream.h"
 #include "framework/message.h"
-#include "framework/stopwatch.h"
 #include "framework/string_helper.h"
 #include "framework/thread.h"
 #include "framework/time.h"
 #include "net/limits.h"
 #include "net/session/session.h"
+#include "net/tcp/inner/packet_tick.h"
 
 #include <algorithm>
 #include <cstring>
@@ -20,7 +20,7 @@ namespace zet::inner
 namespace
 {
 
-// Says what speaks here, and in which version.
+// The protocol and its version.
 constexpr unsigned char kMark[4] = {'z', 'n', 's', 1};
 constexpr int kGreetingSize = static_cast<int>(sizeof kMark + sizeof(Uuid));
 
@@ -30,7 +30,7 @@ NetLink::NetLink(NetSession& session, bool isAccepting, int messageLimit)
     : m_Session(&session), m_MessageLimit(std::clamp(messageLimit, 1, PacketReader::kLargestLimit)),
       m_GreetBy(getTimeTick() + NetSession::kGreetingTime), m_IsAccepting(isAccepting)
 {
-    // Who has not greeted has no claim on memory.
+    // Before its greeting a peer gets no more memory than that.
     m_Reader.setLimit(kGreetingSize);
     m_Writer.attachOwner(this);
 }
@@ -56,50 +56,28 @@ void NetLink::onTick(unsigned int tick)
 {
     if (!m_Session)
         return;
-    look();
     const bool isLate = m_Phase == kGreeting && static_cast<int>(tick - m_GreetBy) >= 0;
-    if (isQuiet() && !isLate && !m_IsUnusable)
+    if (!PacketTick::isDue(*this) && !isLate && !m_IsUnusable)
         return;
-    // A handler may let go of session and link.
+    // A handler may release session and link.
     const Unknown::Handle_T<NetLink> keep = this;
     const NetLimits* const limits = getPortLimits();
     setTurn(limits && limits->m_TurnInput > 0 ? limits->m_TurnInput : kEndlessTurn);
-    m_Pending &= static_cast<unsigned char>(~kUnread);
-    dispatch();
-    if (!m_Session)
-        return;
-    TcpStream::onTick(tick);
-    const ConnectionState state = getConnectionState();
-    if ((state == kConnecting || state == kEstablished) && !m_IsUnusable && !(isLate && m_Phase == kGreeting))
-    {
-        if (m_Pending & (kReadable | kUnread))
-            hurry();
-        return;
-    }
-    end();
+    PacketTick packets(*this, m_Reader, m_PeerLog, m_IsUnusable);
+    const bool isAlive = packets.run(tick, NetSession::kDispatchTime,
+                                     [this](std::span<const unsigned char> packet) { takePacket(packet); });
+    if (m_Session && (!isAlive || (isLate && m_Phase == kGreeting)))
+        end();
 }
 
-void NetLink::dispatch()
+void NetLink::takePacket(std::span<const unsigned char> packet)
 {
-    Stopwatch watch;
-    while (m_Session && getConnectionState() == kEstablished && watch.getElapsed() < NetSession::kDispatchTime)
-    {
-        InputStream stream;
-        if (!m_Reader.read(stream))
-            m_IsUnusable = true;
-        else if (m_Reader.hasPaused())
-            continue;
-        else if (stream.isEmpty())
-            return;
-        else if (m_Phase == kOpen)
-            takeMessage(stream);
-        else if (!takeGreeting(stream))
-            m_IsUnusable = true;
-        if (m_IsUnusable)
-            return;
-    }
-    if (getConnectionState() == kEstablished)
-        m_Pending |= kUnread;
+    MemoryInput bytes(packet.data(), static_cast<int>(packet.size()));
+    InputStream stream(&bytes);
+    if (m_Phase == kOpen)
+        takeMessage(stream);
+    else if (!takeGreeting(stream))
+        m_IsUnusable = true;
 }
 
 bool NetLink::greet(const Uuid& id)
@@ -118,7 +96,7 @@ bool NetLink::takeGreeting(InputStream& stream)
     if (stream.available() != kGreetingSize || stream.read(mark, sizeof mark) != sizeof mark ||
         stream.read(&id, sizeof id) != sizeof id || std::memcmp(mark, kMark, sizeof mark) != 0)
         return false;
-    // While all can still fail: an open session was told so.
+    // Created first: a session that is open has reported it.
     const auto event = Evt_NetConnectOk::createInstance();
     if (m_IsAccepting)
     {
@@ -131,13 +109,13 @@ bool NetLink::takeGreeting(InputStream& stream)
         return false;
     }
     m_Phase = kOpen;
-    // A stranger's first message may not be of any size.
+    // An accepted peer's first message has a smaller limit.
     const NetLimits* const limits = m_IsAccepting ? getPortLimits() : nullptr;
     const bool isLimited = limits && limits->m_FirstInput > 0;
     m_Reader.setLimit(isLimited ? std::min(m_MessageLimit, limits->m_FirstInput) : m_MessageLimit);
     NetSession* const session = m_Session;
     const Unknown::Handle_T<NetSession> keep = session->getRefCount() > 0 ? session : nullptr;
-    guard(*session, [&] { session->tell(*event); });
+    guard(*session, [&] { session->dispense(*event); });
     return true;
 }
 
@@ -145,8 +123,6 @@ void NetLink::takeMessage(InputStream& stream)
 {
     NetSession* const session = m_Session;
     const Unknown::Handle_T<NetSession> keep = session->getRefCount() > 0 ? session : nullptr;
-    const PeerLog::Scope scope(m_PeerLog, this,
-                               [](const void* self) { return static_cast<const NetLink*>(self)->getPeerName(); });
     const Unknown::Handle_T<Message> message = Message::readWhole(stream);
     if (message && stream.isEmpty())
     {
@@ -180,7 +156,7 @@ bool NetLink::sendMessage(const Message& message)
     InputStream input(store.get());
     if (m_Writer.write(input))
         return true;
-    // Part of the packet may be out.
+    // A part of the packet may have been sent.
     m_IsUnusable = true;
     hurry();
     Log::error(L"Error while writing data to network:%s", getPeerName());
@@ -201,7 +177,7 @@ void NetLink::end()
         event = Evt_NetClosed::createInstance();
     else
         event = Evt_NetAbort::createInstance();
-    // Not before there is an event to tell: without memory for it the next tick tries again.
+    // Not earlier: without memory for the event the next tick tries again.
     m_Phase = kEnded;
     session->finish(*event);
 }

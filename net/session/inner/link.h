@@ -1,7 +1,7 @@
 // The TCP connection below a net session.
 //
 //   greeting   "zns" 1, the 16 bytes of an id          the first packet of each side
-//   message    Varint count, class name, own form      every packet behind it
+//   message    Varint count, class name, own form      every later packet
 #pragma once
 
 #include "framework/inner/guard.h"
@@ -19,7 +19,7 @@ class NetSession;
 namespace inner
 {
 
-// Held by its session and, while it runs, by the System. Belongs to the System's thread.
+// Its session holds it and, while it runs, the System. Belongs to the System's thread.
 class NetLink final : public TcpStream
 {
 public:
@@ -30,14 +30,14 @@ public:
 
     // Queues the greeting.
     bool greet(const Uuid& id);
-    // Both greetings have come, and the connection has not ended.
+    // Both greetings have arrived, and the connection has not ended.
     bool isOpen() const { return m_Phase == kOpen; }
     bool hasEnded() const { return m_Phase == kEnded; }
     bool sendMessage(const Message& message);
-    // The session lets go: closes, and calls it no more.
+    // The session releases the link: closes, and calls the session no more.
     void leave();
 
-    // Calls what a host has written; what it throws is logged and goes no further.
+    // Calls a host's code; its exceptions are logged and caught.
     template <class Call>
     static void guard(const NetSession& session, Call call);
 
@@ -49,7 +49,7 @@ private:
         kEnded
     };
 
-    void dispatch();
+    void takePacket(std::span<const unsigned char> packet);
     bool takeGreeting(InputStream& stream);
     void takeMessage(InputStream& stream);
     void end();
@@ -59,7 +59,7 @@ private:
     PacketReader m_Reader;
     PacketWriter m_Writer;
     int m_MessageLimit;
-    // Of getTimeTick(); the greeting must have come by then.
+    // The greeting must arrive before this time of getTimeTick().
     unsigned int m_GreetBy;
     Phase m_Phase = kGreeting;
     bool m_IsAccepting;

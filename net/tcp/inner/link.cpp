@@ -7,7 +7,6 @@ namespace zet::inner
 
 void TcpLink::waitForInput(bool isCutShort)
 {
-    m_IsInputWaited = true;
     if (isCutShort && m_HasTail)
         poller().reportInputAgain(*this);
     else
@@ -26,7 +25,7 @@ bool TcpLink::connect(const Endpoint& peer)
     prepare();
     if (door().connect(getHandle(), peer))
         return false;
-    // Only now: a socket without a connection under way counts as broken.
+    // Not earlier: the poller reports a socket that is not connecting as broken.
     m_IsConnecting = true;
     return startWatch(kReadyInput | kReadyOutput);
 }
@@ -56,7 +55,7 @@ bool TcpLink::isConnected()
 
 void TcpLink::onReady(unsigned char ready)
 {
-    unsigned char pending = 0;
+    unsigned int pending = 0;
     if ((ready & kReadyOutput) && m_IsConnecting)
     {
         m_IsConnecting = false;
@@ -67,27 +66,24 @@ void TcpLink::onReady(unsigned char ready)
         m_IsOutputWaited = false;
         pending |= TcpConnection::kWritable;
     }
-    if ((ready & kReadyInput) && m_IsInputWaited)
-    {
-        m_IsInputWaited = false;
+    if (ready & kReadyInput)
         pending |= TcpConnection::kReadable;
-    }
     if (ready & kReadyTail)
         m_HasTail = true;
     report(pending);
 }
 
-void TcpLink::report(unsigned char pending)
+void TcpLink::report(unsigned int pending)
 {
     if (!m_Owner || pending == 0)
         return;
-    m_Owner->m_Pending |= pending;
-    m_Owner->ring();
+    m_Owner->setPending(pending);
+    m_Owner->list();
 }
 
 void TcpLink::flushOwner()
 {
-    if (m_Owner && (m_Owner->m_Pending & TcpConnection::kOutput))
+    if (m_Owner && m_Owner->isPending(TcpConnection::kOutput))
         m_Owner->flush();
 }
 

@@ -1,4 +1,4 @@
-// What stands behind an open TCP connection: the socket, its readiness and its bytes.
+// What an open TCP connection has: the socket, its readiness and its bytes.
 #pragma once
 
 #include "net/inner/blocks.h"
@@ -14,30 +14,29 @@ class TcpConnection;
 namespace zet::inner
 {
 
-// A connection and the reactor's list of what to flush share a link by its count, which is touched by the reactor's
-// thread only.
+// A connection and the reactor's list of links to flush share it by its count. Belongs to the reactor's thread.
 struct TcpLink final : Counted<TcpLink>, Watched
 {
     explicit TcpLink(Reactor& reactor, Door::Handle handle = Door::kNoHandle) : Watched(reactor, handle) {}
     ~TcpLink() { leaveCrowd(); }
 
-    // From now on the owner is told when input comes. True where it is so already.
+    // From now on input is reported to the owner. True also if it was before.
     bool watch() { return isWatched() || startWatch(kReadyInput); }
-    // The owner has found the socket empty, or full, and is told of the change. A read that was cut short has found it
-    // empty only where nothing but bytes can follow.
+    // The owner has found the socket empty, or full; the change will be reported. After a read that returned fewer
+    // bytes than asked for (isCutShort) an end may already follow, which the poller reports again if need be.
     void waitForInput(bool isCutShort);
     void waitForOutput();
-    // Begins a connection with an open socket; the owner learns when the answer is there. False where there is no way.
+    // Starts a connection with an open socket; its result is reported to the owner. False if it failed at once.
     bool connect(const Endpoint& peer);
-    // The same to a host name, whose addresses the owner learns of first: then beginNamed() begins the connection.
+    // The same to a host name: the owner gets kConnected once the name is resolved, and calls beginNamed().
     bool connectByName(Reactor& reactor, const char* name, unsigned short port);
     bool isNamed() const { return m_Lookup != nullptr; }
     bool beginNamed();
-    // Once the answer is there, and only once: whether it was yes.
+    // Whether the connection succeeded; called once, after its result was reported.
     bool isConnected();
     void onReady(unsigned char ready) override;
     void flushOwner();
-    // The owner counts as broken.
+    // Ends the owner as kBroken.
     void failOwner();
     void leaveCrowd()
     {
@@ -45,31 +44,30 @@ struct TcpLink final : Counted<TcpLink>, Watched
             m_Seat->leave();
         m_Seat = Ref<Seat>();
     }
-    // Options of every connection of ours. A socket that has no such option goes without it.
+    // Options of every connection. A socket without such an option is used without it.
     void prepare() { door().setOption(getHandle(), Door::kNoDelay, 1); }
 
     // The peer of a connection that was accepted or begun.
     Endpoint m_Peer;
     TcpConnection* m_Owner = nullptr;
-    // Of an accepted connection.
+    // Only of an accepted connection.
     Ref<Seat> m_Seat;
     InputBuffer m_Input;
     OutputQueue m_Output;
-    // What of the output a secure layer has sealed; it leaves first.
+    // Output that the secure layer has encrypted; it leaves first.
     OutputQueue m_Sealed;
-    // Nothing was told since the socket was found empty, or full. A new socket counts as empty.
-    bool m_IsInputWaited = true;
+    // The socket was found full, and no space was reported since.
     bool m_IsOutputWaited = false;
-    // In the reactor's list of what to flush.
+    // In the reactor's list of links to flush.
     bool m_IsListed = false;
     TcpLink* m_NextUnflushed = nullptr;
 
 private:
-    void report(unsigned char pending);
+    void report(unsigned int pending);
 
     std::shared_ptr<Lookup> m_Lookup;
     bool m_IsConnecting = false;
-    // After the bytes that were read may be what no event reports.
+    // An end or a fault, which no further event reports, may follow the bytes.
     bool m_HasTail = false;
 };
 

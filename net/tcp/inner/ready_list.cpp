@@ -25,7 +25,7 @@ void ReadyList::enter(TcpConnection& connection, bool isAlways)
         makeRoom(m_Next, m_Members + 1);
         if (isAlways)
             m_Always.push_back(&connection);
-        // A closed connection that another server accepts before its own has abandoned it.
+        // Another server accepts a closed connection that its own has not abandoned yet.
         if (connection.m_ReadyList)
             connection.m_ReadyList->leave(connection);
         ++m_Members;
@@ -67,7 +67,7 @@ void ReadyList::push(TcpConnection* connection) noexcept
 
 void ReadyList::begin(const TcpConnection* first)
 {
-    // A walk within a walk takes over what the outer one had left.
+    // A nested walk takes over what the outer one has left.
     end();
     m_First = first;
     m_Current = nullptr;

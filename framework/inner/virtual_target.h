@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstring>
 
-namespace zet::platform
+namespace zet::inner
 {
 
 // The function that a call of this virtual member reaches for this object, to detect an override. Null if it cannot be
@@ -46,4 +46,4 @@ const void* getVirtualTarget(const Class& object, Function Class::*member)
 #endif
 }
 
-} // namespace zet::platform
+} // namespace zet::inner

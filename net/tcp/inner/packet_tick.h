@@ -1,0 +1,95 @@
+// The tick of a connection that carries packets: of a command socket and of a net session's link.
+#pragma once
+
+#include "framework/packet.h"
+#include "framework/peer_log.h"
+#include "framework/stopwatch.h"
+#include "net/tcp/inner/link.h"
+#include "net/tcp/stream.h"
+
+namespace zet::inner
+{
+
+// One tick: whole packets are handed on within the time, then the stream's own tick runs, then the owner learns whether
+// the connection continues. The owner keeps itself alive meanwhile: what it is handed may release the last handle.
+class PacketTick
+{
+public:
+    // Whether a tick would find something to do. Asks the operating system if no System did for this tick.
+    static bool isDue(TcpStream& stream)
+    {
+        stream.look();
+        return !stream.isQuiet();
+    }
+
+    PacketTick(TcpStream& stream, PacketReader& reader, PeerLog& log, bool& isBroken)
+        : m_Stream(stream), m_Reader(reader), m_Log(log), m_IsBroken(isBroken)
+    {
+    }
+
+    // Calls take(packet) for each packet until limit milliseconds have passed, which is tested before each packet; the
+    // other packets wait for the next tick, which then comes at once. isBroken ends this; it is set if the byte stream
+    // cannot be trusted any more, and take() may set it too. Returns whether the connection continues: it is
+    // connecting or established, and not broken.
+    template <class Take>
+    bool run(unsigned int tick, unsigned int limit, Take take)
+    {
+        dispatch(limit, take);
+        m_Stream.TcpStream::onTick(tick);
+        const TcpConnection::ConnectionState state = m_Stream.getConnectionState();
+        if ((state != TcpConnection::kConnecting && state != TcpConnection::kEstablished) || m_IsBroken)
+            return false;
+        if (m_Stream.isPending(TcpConnection::kReadable | TcpConnection::kSecureInput | TcpConnection::kUnread))
+            m_Stream.hurry();
+        return true;
+    }
+
+private:
+    template <class Take>
+    void dispatch(unsigned int limit, Take take)
+    {
+        const PeerLog::Scope scope(
+            m_Log, &m_Stream, [](const void* stream) { return static_cast<const TcpStream*>(stream)->getPeerName(); });
+        Stopwatch watch;
+        m_Stream.clearPending(TcpConnection::kUnread);
+        while (isEstablished() && watch.isBelow(limit) && !m_IsBroken)
+        {
+            std::span<const unsigned char> packet = takeWhole();
+            if (!packet.empty())
+            {
+                take(packet);
+                continue;
+            }
+            // Receives, and handles packets that are cut, empty or too long.
+            if (!m_Reader.read(packet))
+                m_IsBroken = true;
+            else if (!packet.empty())
+            {
+                take(packet);
+                m_Reader.finish();
+            }
+            else if (!m_Reader.hasPaused())
+                return;
+        }
+        if (isEstablished())
+            m_Stream.setPending(TcpConnection::kUnread);
+    }
+    // A whole packet straight from the input buffer: most packets, without the reader's virtual calls. Its bytes stay
+    // in the buffer until the next receive.
+    std::span<const unsigned char> takeWhole()
+    {
+        InputBuffer& input = m_Stream.m_Link->m_Input;
+        const auto packet = m_Reader.findWhole(&m_Stream, input.data(), input.size());
+        if (!packet.empty())
+            input.consume(PacketReader::kHeadSize + static_cast<int>(packet.size()));
+        return packet;
+    }
+    bool isEstablished() const { return m_Stream.getConnectionState() == TcpConnection::kEstablished; }
+
+    TcpStream& m_Stream;
+    PacketReader& m_Reader;
+    PeerLog& m_Log;
+    bool& m_IsBroken;
+};
+
+} // namespace zet::inner
