@@ -8,8 +8,6 @@
 namespace
 {
 
-constexpr wire::Word TriedAnyway{"TriedAnyway"};
-
 using Found = Skeletons[CCmdSkeletons::kSkeletons];
 
 // The third float of a joint is not sent.
@@ -48,13 +46,16 @@ bool skeletons(wire::Reader<CCmdPackager>& v, int count, Found& found)
 
 bool skeletons(wire::Describer& v, const int& count, const Found& found)
 {
-    static const wire::Schema joint = wire::describe<Skeletons::Joint>(
-        "Joint", [](wire::Describer& describer, const Skeletons::Joint& sample) { oneJoint(describer, sample); });
-
+    static constinit wire::LazySchema joint;
     wire::Field one;
     one.kind = wire::Kind::kRecord;
-    one.record = &joint;
-    one.smallest = joint.smallest;
+    one.record = &joint.get("Joint",
+                            [](wire::Describer& describer)
+                            {
+                                const Skeletons::Joint sample;
+                                oneJoint(describer.of(&sample), sample);
+                            });
+    one.smallest = one.record->smallest;
     wire::Field skeleton;
     skeleton.kind = wire::Kind::kArray;
     skeleton.extent = Skeletons::kJoints;
@@ -63,11 +64,11 @@ bool skeletons(wire::Describer& v, const int& count, const Found& found)
     wire::Field field;
     field.name = "m_Skeletons";
     field.kind = wire::Kind::kArray;
-    field.offset = v.offsetOf(found);
+    field.offset = v.offsetOf(&found);
     field.stride = sizeof(Skeletons);
     field.extent = CCmdSkeletons::kSkeletons;
     field.parts = {skeleton};
-    v.Sized(field, count);
+    v.addSized(field, count);
     return true;
 }
 
@@ -96,10 +97,9 @@ bool image(wire::Reader<CCmdPackager>& v, const char*, int size, Image& bytes, i
 
 bool image(wire::Describer& v, const char* name, const int& size, const Image& bytes, int)
 {
-    wire::Field field = v.fieldOf(name, bytes);
-    field.how.reading = wire::Decides::kNothing;
-    field.how.writing = wire::Decides::kNothing;
-    v.Sized(field, size);
+    wire::Field field = v.fieldOf(name, &bytes, &wire::shapeOf<Image>);
+    field.how = wire::Untested;
+    v.addSized(field, size);
     return true;
 }
 

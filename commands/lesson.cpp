@@ -7,8 +7,6 @@
 namespace
 {
 
-constexpr wire::Word FromZero{"FromZero"};
-
 // Untested, and what cannot be read is 0.
 template <class V, class T>
 bool orZero(V& v, T& values)

@@ -5,8 +5,6 @@
 namespace
 {
 
-constexpr wire::Word Unlimited{"Unlimited"};
-
 // A frame may be larger than a packager's buffer value.
 bool frameOf(wire::Writer<CCmdPackager>& v, const zet::Buffer& frame)
 {

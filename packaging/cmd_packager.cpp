@@ -19,19 +19,19 @@ constexpr int kAddressSize = static_cast<int>(sizeof(zet::Uuid));
 constexpr int kHeaderSizes[] = {CCmdPackager::kMinHeaderSize, CCmdPackager::kMinHeaderSize + kAddressSize,
                                 CCmdPackager::kMinHeaderSize + kAddressSize, CCmdPackager::kMaxHeaderSize};
 
-// Of the header that begins with this size word.
+// Bytes of a header with this size word.
 int headerSizeOf(unsigned int word)
 {
     return kHeaderSizes[word & (kHasFrom | kHasTarget)];
 }
 
-// The size word of a stream frame, behind the id.
+// The size word of a stream frame, after the id.
 unsigned int sizeWordOf(const unsigned char* frame)
 {
     return frame[2] | frame[3] << 8 | frame[4] << 16 | static_cast<unsigned int>(frame[5]) << 24;
 }
 
-// A failed frame is a serious fault: the report and the whistle belong together.
+// Logs an error and whistles: a failed frame is a serious fault. Within the limit of lines about peers.
 template <class... Args>
 bool refuse(const wchar_t* pattern, const Args&... args)
 {
@@ -42,7 +42,7 @@ bool refuse(const wchar_t* pattern, const Args&... args)
     return false;
 }
 
-// The general way for a frame in memory, out of the way of the usual one.
+// Reads a frame in memory step by step, for what takeFrame() does not take.
 bool receiveInSteps(CCmdPackager& packager, const void* frame, int size)
 {
     zet::MemoryInput input(frame, size);
@@ -113,7 +113,7 @@ long long CCmdPackager::GetFrameSize(const unsigned char* header)
     return headerSizeOf(word) + static_cast<long long>(word >> 2);
 }
 
-// Writes the stream frame's header up to end and returns where it begins.
+// Writes the stream frame's header so that it ends at end; returns its first byte.
 inline unsigned char* CCmdPackager::putHeader(unsigned char* end) const
 {
     const unsigned int word = sizeWord();
@@ -139,7 +139,7 @@ bool CCmdPackager::Send(zet::OutputStream& stream) const
     unsigned char header[kMaxHeaderSize];
     unsigned char* const end = header + kMaxHeaderSize;
     const unsigned char* const begin = putHeader(end);
-    // Whether the stream took the header shows at the payload.
+    // Not checked: a stream that fails here fails at the payload too.
     stream.write(begin, static_cast<int>(end - begin));
     if (m_iDataSize > 0 && stream.write(m_pBuffer, m_iDataSize) != m_iDataSize)
         return refuse(L"Send Command Package error!");
@@ -155,8 +155,8 @@ unsigned char* CCmdPackager::FrameInPlace(int& size) const
     return frame;
 }
 
-// Takes a frame from where it lies whole. False, and nothing taken, for a cut one, or one for which there is no room
-// yet: the reading below says of what is missing, step by step, and cannot share a step with this.
+// Copies a whole frame. False, and nothing changed, for a cut one or one that does not fit the storage: Receive() then
+// reads step by step and reports which part is missing.
 inline bool CCmdPackager::takeFrame(const unsigned char* frame, int there)
 {
     if (there < kMinHeaderSize)
@@ -180,7 +180,7 @@ inline bool CCmdPackager::takeFrame(const unsigned char* frame, int there)
         at += kAddressSize;
     }
     m_iDataSize = size;
-    // The frame may lie in this storage itself.
+    // The frame may be in this storage itself.
     std::memmove(m_pBuffer, at, static_cast<size_t>(size));
     return true;
 }
@@ -204,7 +204,7 @@ bool CCmdPackager::Receive(zet::InputStream& stream)
     if (!stream.read16(m_CmdID))
         return refuse(L"Error:Read Command ID error!!");
     unsigned int word = 0;
-    // The number is the command's id, as the text has always had it.
+    // The number is the command's id: the text has always been so.
     if (!stream.read32(word))
         return refuse(L"Error:Read Command Size(%d) error!", m_CmdID);
 
@@ -220,7 +220,7 @@ bool CCmdPackager::Receive(zet::InputStream& stream)
         return Alloc(size);
     while (m_iDataSize < size)
     {
-        // What the stream holds is taken at once; beyond that, storage at most doubles on what has arrived.
+        // What the stream has is read at once; beyond that, storage at most doubles the bytes that arrived.
         const int present = std::max({stream.available(), m_iDataSize, kInlineSize});
         const int part = std::min(size - m_iDataSize, present);
         if (!Alloc(part))
@@ -253,7 +253,7 @@ int CCmdPackager::Pack(void* buffer, int size) const
         return true;
     };
 
-    // The id goes in without a look at size: two bytes are the caller's part of the contract.
+    // The id is written without a check of size: the caller provides at least two bytes.
     if (out)
         std::memcpy(out, &m_CmdID, sizeof m_CmdID);
     used = static_cast<int>(sizeof m_CmdID);
@@ -273,7 +273,7 @@ int CCmdPackager::Unpack(const void* buffer, int size)
 {
     Clear();
     const unsigned char* const in = static_cast<const unsigned char*>(buffer);
-    // One byte is no datagram; it is refused here rather than read past.
+    // One byte is not a datagram; refuse it here, so that the id is not read past the end.
     if (size < 2)
         return 0;
     std::memcpy(&m_CmdID, in, sizeof m_CmdID);
@@ -288,7 +288,7 @@ int CCmdPackager::Unpack(const void* buffer, int size)
     for (int i = 0; i < more; ++i)
         word = word << 8 | in[used++];
 
-    // The addresses come out of old storage, not out of the input: every peer reads them so.
+    // The addresses are taken from old storage, not from the input: every peer reads them so.
     zet::Uuid* const addresses[] = {&m_FromAddress, &m_TargetAddress};
     for (int i = 0; i < 2; ++i)
     {

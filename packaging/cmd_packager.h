@@ -1,9 +1,9 @@
-// One command on its way: id, two addresses, payload. Owns both frame forms; the value forms are the data packager's.
+// One command in transit: id, two addresses, payload. Owns both frame forms; the value forms are the data packager's.
 //
 //   stream frame    id:16le  size<<2|target<<1|from:32le  [from:16 bytes]  [target:16 bytes]  payload
 //   datagram frame  id:16    the same word as a 30-bit count              [from]  [target]    payload
 //
-// An address travels exactly when it is not all zero.
+// An address is in the frame exactly when it is not all zero.
 #pragma once
 
 #include "framework/buffer.h"
@@ -24,8 +24,8 @@ class InputStream;
 class OutputStream;
 } // namespace zet
 
-// A payload of up to 64 KiB lives inside the object, a larger one in a heap block that only grows. The object is
-// large and is meant for the stack or for reuse. Not locked: one object belongs to one thread at a time.
+// A payload of up to 64 KiB is inside the object, a larger one in a heap block that only grows. The object is large:
+// keep it on the stack, or reuse it. Not locked: one object belongs to one thread at a time.
 class COMMONGROUND_API CCmdPackager
 {
 public:
@@ -35,10 +35,10 @@ public:
     static constexpr int kMaxTextUnits = 1000;
     // Bytes that a buffer value may have, read or written.
     static constexpr int kMaxBufferSize = 0xA00000;
-    // Bytes of a stream frame in front of the payload: at least id and size word, at most both addresses too.
+    // Bytes of a stream frame before the payload: at least id and size word, at most both addresses too.
     static constexpr int kMinHeaderSize = 6;
     static constexpr int kMaxHeaderSize = kMinHeaderSize + 2 * static_cast<int>(sizeof(zet::Uuid));
-    // Bytes of the stream frame that begins with these kMinHeaderSize bytes, payload included.
+    // Bytes of the stream frame that starts with these kMinHeaderSize bytes, payload included.
     static long long GetFrameSize(const unsigned char* header);
 
     // Only the bytes that Unpack may take for addresses are cleared: old stack contents must not leave through them.
@@ -54,8 +54,8 @@ public:
     bool Read(zet::uuid_node_t* value);
     bool Read(zet::uuid_node_t& value) { return Read(&value); }
 
-    // Makes room for size more bytes. On failure nothing moves, the data written so far stays, and the log has been
-    // told.
+    // Reserves space for size more bytes. On failure logs an error; nothing moves, and the data written so far
+    // stays.
     bool Alloc(int size);
 
     void SetCmdID(unsigned short id) { m_CmdID = id; }
@@ -82,7 +82,7 @@ public:
     int GetDataSize() const { return m_iDataSize; }
     int GetReadPointer() const { return m_iReadPointer; }
 
-    // Back to the first payload byte, so that the same command can be read again.
+    // Moves the read pointer to the first payload byte, so that the same command can be read again.
     void Reset() { m_iReadPointer = 0; }
     // Empties the payload; id, addresses and storage stay.
     void Clear()
@@ -91,38 +91,38 @@ public:
         m_iReadPointer = 0;
     }
 
-    // Writes one stream frame, the whole payload whatever the read pointer. False, with the log told, where the
-    // stream does not take the payload.
+    // Writes one stream frame, the whole payload whatever the read pointer. False, after an error in
+    // the log, if the stream does not take the payload.
     bool Send(zet::OutputStream& stream) const;
-    // Bytes in front of a frame in place that its sender may write: room for a packet's head, and with the longest
-    // frame head a multiple of 16, so that the payload lies as its memory does.
+    // Bytes before the frame in place that the caller may overwrite (the packet length). Together with the longest
+    // frame header they are a multiple of 16, so that the payload is aligned as its memory is.
     static constexpr int kSpareSize = 10;
-    // The frame as Send() writes it, put together in front of and with the payload where that lies, and its bytes in
-    // size. Null, with size untouched, where the payload is too large. The frame is the packager's memory, valid until
-    // the next call that writes; const as it is, this and CCommandSocket::send() use that memory, so a packager that
-    // several threads send needs a copy for each.
+    // The frame as Send() writes it, in this packager's memory: the header is written directly before the payload. Sets
+    // size to its bytes. Null, with size unchanged, if the payload is too large. Valid until the next call that writes.
+    // This and CCommandSocket::send() write to that memory although they are const, so a packager that several threads
+    // send needs a copy for each.
     unsigned char* FrameInPlace(int& size) const;
-    // Reads one stream frame. False, with the log told, on a cut or oversized frame; what was read of id and
-    // addresses stays, and the bytes taken from the stream are gone. Memory grows with the bytes that the stream
-    // delivers, not with the size that the frame announces.
+    // Reads one stream frame. False, after an error in the log, on a cut or oversized frame; what was read of
+    // id and addresses stays, and the bytes taken from the stream are lost. Memory grows with the bytes that the
+    // stream delivers, not with the size that the frame announces.
     bool Receive(zet::InputStream& stream);
-    // The same for a frame at the front of size bytes in memory, which are copied and may be this packager's own; what
-    // lies behind it is not looked at.
+    // The same for a frame at the start of size bytes in memory, which are copied and may be this packager's own; bytes
+    // after the frame are ignored.
     bool Receive(const void* frame, int size);
 
-    // Writes one datagram frame and returns its length, or 0 where it does not fit size bytes. A null buffer
+    // Writes one datagram frame and returns its length, or 0 if it does not fit size bytes. A null buffer
     // measures. The buffer has at least two bytes.
     int Pack(void* buffer, int size) const;
-    // Reads one datagram frame and returns the bytes it took, or 0. A frame with addresses comes out wrongly: the
+    // Reads one datagram frame and returns the bytes it took, or 0. A frame with addresses is read wrongly: the
     // addresses are taken from old storage and their bytes stay in the payload. Every peer does it this way, so a
-    // command goes by datagram without addresses.
+    // command is sent by datagram without addresses.
     int Unpack(const void* buffer, int size);
 
 private:
     friend struct wire::Access;
 
     static constexpr int kInlineSize = 0x10000;
-    // Room in front of the payload, for all that may stand in front of it on its way.
+    // Space before the payload for the frame header and the caller's spare bytes.
     static constexpr int kFrontSize = kSpareSize + kMaxHeaderSize;
 
     void release()
@@ -142,10 +142,10 @@ private:
     int m_iBufSize = kInlineSize;
     int m_iDataSize = 0;
     int m_iReadPointer = 0;
-    // Never zero-filled: a small command touches no more of it than its frame. Mutable for the room in front.
+    // Never zero-filled: a small command touches no more of it than its frame. Mutable for the space before it.
     mutable unsigned char m_Msg[kFrontSize + kInlineSize];
 };
 
-// A whole stream frame in a buffer, and back. False, with the log told, where the frame does not fit or is cut.
+// A whole stream frame in a buffer, and back. False, after an error in the log, if the frame does not fit or is cut.
 COMMONGROUND_API bool CCmdPackager_packageToBuffer(const CCmdPackager& package, zet::Buffer& buffer);
 COMMONGROUND_API bool CCmdPackager_bufferToPackage(const zet::Buffer& buffer, CCmdPackager& package);

@@ -37,39 +37,32 @@ bool CCmdHead::Send(CCommandSocket* socket) const
 
 const wire::Schema& CCmdHead::Wire()
 {
-    static const wire::Schema schema = []
-    {
-        wire::Schema head;
-        head.name = "CCmdHead";
-        const CCmdHead object(0);
-        wire::Describer describer(head, &object);
-        wire::Field version = wire::shapeOf<unsigned short>();
-        version.type = "version";
-        version.extent = kVersion;
-        describer.push(std::move(version));
-        describer.Fields("m_ClientIndex", object.m_ClientIndex);
-        head.fields.back().head = true;
-        return head;
-    }();
-    return schema;
+    static constinit wire::LazySchema schema;
+    return schema.get("CCmdHead",
+                      [](wire::Describer& describer)
+                      {
+                          const CCmdHead head(0);
+                          wire::Field version;
+                          wire::shapeOf<unsigned short>(version);
+                          version.type = "version";
+                          version.extent = kVersion;
+                          describer.addOne(std::move(version));
+                          describer.of(&head).Fields("m_ClientIndex", head.m_ClientIndex);
+                          describer.showFirst();
+                      });
 }
 
 namespace
 {
 
-// The two families are twins; their schemas are made alike.
+// The two families have the same fields.
 template <class Family>
-wire::Schema familySchema(const char* name)
+void describeFamily(wire::Describer& describer)
 {
-    wire::Schema schema;
-    schema.name = name;
-    const Family object(0);
-    wire::Describer describer(schema, &object);
-    describer.Head<CCmdHead>(object);
-    describer.Fields("m_ClientAddress, m_AccountName", object.m_ClientAddress, object.m_AccountName);
-    for (wire::Field& field : schema.fields)
-        field.head = true;
-    return schema;
+    const Family head(0);
+    describer.of(&head).Head(static_cast<const CCmdHead&>(head));
+    describer.Fields("m_ClientAddress, m_AccountName", head.m_ClientAddress, head.m_AccountName);
+    describer.showFirst();
 }
 
 } // namespace
@@ -86,8 +79,8 @@ bool CCmdPlatform::Read(CCmdPackager* pk)
 
 const wire::Schema& CCmdPlatform::Wire()
 {
-    static const wire::Schema schema = familySchema<CCmdPlatform>("CCmdPlatform");
-    return schema;
+    static constinit wire::LazySchema schema;
+    return schema.get("CCmdPlatform", &describeFamily<CCmdPlatform>);
 }
 
 bool CCmdSystem::Write(CCmdPackager* pk) const
@@ -102,6 +95,6 @@ bool CCmdSystem::Read(CCmdPackager* pk)
 
 const wire::Schema& CCmdSystem::Wire()
 {
-    static const wire::Schema schema = familySchema<CCmdSystem>("CCmdSystem");
-    return schema;
+    static constinit wire::LazySchema schema;
+    return schema.get("CCmdSystem", &describeFamily<CCmdSystem>);
 }

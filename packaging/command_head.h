@@ -1,9 +1,9 @@
-// The bases of all commands: what every command carries in front of its own fields.
+// The bases of all commands: what every command sends besides its own fields.
 //
 //   CCmdHead                  version:16 = 2, client index:16
 //   CCmdPlatform, CCmdSystem  the same, client address:16 bytes, account name:text
 //
-// The addresses of a command travel in its frame, not in its payload.
+// The addresses of a command are in its frame, not in its payload.
 #pragma once
 
 #include "framework/platform/export.h"
@@ -19,7 +19,7 @@ namespace wire
 struct Schema;
 }
 
-// A plain value that lives for one send or one dispatch; it knows nothing of sockets but for Send. Not locked.
+// A plain value for one send or one dispatch. Only Send uses a socket. Not locked.
 class COMMONGROUND_API CCmdHead
 {
 public:
@@ -31,18 +31,18 @@ public:
     CCmdHead& operator=(const CCmdHead&) = default;
 
     virtual ~CCmdHead() = default;
-    // Without an account of its own a command drops what these two are given.
+    // A command without an account ignores what these two are given.
     virtual void SetClientAddress(const zet::Uuid& address);
     virtual void SetAccountName(const zet::String_T<wchar_t>& name);
     virtual zet::Uuid GetClientAddress();
     virtual zet::String_T<wchar_t> GetAccountName();
-    // Sets the packager's id and addresses and appends the payload. False where a field does not fit; what was
+    // Sets the packager's id and addresses and appends the payload. False if a field does not fit; what was
     // written by then stays.
     virtual bool Write(CCmdPackager* pk) const;
-    // Takes addresses and payload. False on another id, another version or a short field; the fields read by then
-    // stay. A client index that is cut off keeps its value and fails nothing.
+    // Reads addresses and payload. False on another id, another version or a short field; the fields read by then
+    // stay. A client index that is cut off keeps its value and is not an error.
     virtual bool Read(CCmdPackager* pk);
-    // Prints the fields for a trace; nothing here.
+    // Prints the fields for a trace; the base prints nothing.
     virtual void OutDebug(FILE* out) const;
 
     unsigned short GetID() const { return m_ID; }
@@ -63,7 +63,7 @@ public:
         target = m_TargetAddress;
     }
 
-    // Sends the command; false for a null socket, else the socket's answer. The socket's thread only.
+    // Sends the command; false for a null socket, else the socket's result. Only on the socket's thread.
     bool Send(CCommandSocket* socket) const;
 
     static const wire::Schema& Wire();
@@ -80,7 +80,7 @@ class COMMONGROUND_API CCmdPlatform : public CCmdHead
 {
 public:
     explicit CCmdPlatform(unsigned short id) : CCmdHead(id) {}
-    // Without a move of its own: a command that is moved from keeps its head, but not what its own class moves.
+    // Copied when moved: a command that is moved from keeps its head, but not what its own class moves.
     CCmdPlatform(const CCmdPlatform&) = default;
     CCmdPlatform& operator=(const CCmdPlatform&) = default;
 
@@ -93,7 +93,7 @@ public:
 
     static const wire::Schema& Wire();
 
-    // The client on whose behalf the command travels.
+    // The client on whose behalf the command is sent.
     zet::Uuid m_ClientAddress;
     zet::String_T<wchar_t> m_AccountName;
 };
@@ -103,7 +103,7 @@ class COMMONGROUND_API CCmdSystem : public CCmdHead
 {
 public:
     explicit CCmdSystem(unsigned short id) : CCmdHead(id) {}
-    // Without a move of its own: a command that is moved from keeps its head, but not what its own class moves.
+    // Copied when moved: a command that is moved from keeps its head, but not what its own class moves.
     CCmdSystem(const CCmdSystem&) = default;
     CCmdSystem& operator=(const CCmdSystem&) = default;
 

@@ -1,6 +1,6 @@
 // The record codec: a fixed 65,536 bytes into which values are written and out of which they are read in the same
 // order, without tags. Numbers are big-endian, text is a 30-bit count and little-endian UTF-16, a float is the text
-// of "%f" behind a length byte, identifiers are raw.
+// of "%f" after a length byte, identifiers are raw.
 #pragma once
 
 #include "framework/buffer.h"
@@ -20,19 +20,19 @@ class COMMONGROUND_API CDataPackager
 public:
     CDataPackager() { Clear(); }
     CDataPackager(const CDataPackager& other) : CDataPackager() { *this = other; }
-    // Takes the tag, the data written and the read pointer; all other bytes become zero.
+    // Copies the tag, the data written and the read pointer; all other bytes become zero.
     CDataPackager& operator=(const CDataPackager& other);
 
     COMMONGROUND_VALUE_OPERATIONS
 
-    // True if size more bytes fit. Otherwise the log is told, and nothing changes: this storage never grows.
+    // True if size more bytes fit. Otherwise logs an error and changes nothing: this storage never grows.
     bool Alloc(int size);
     // Empties the data for reuse; the old bytes and the tag stay.
     void Reset();
     // Back to the state of a new object, all 65,536 bytes zero.
     void Clear();
 
-    // A tag of the owner's; nothing here reads it and it does not travel.
+    // A tag for the owner; nothing here reads it and it is not sent.
     void SetPackageID(unsigned short id) { m_PackageID = id; }
     unsigned short GetPackageID() const { return m_PackageID; }
 
@@ -42,9 +42,9 @@ public:
     int GetBufferSize() const { return m_iBufSize; }
     int GetReadPointer() const { return m_iReadPointer; }
 
-    // The conversions behind the text form; outSize is not consulted, so out must hold what they can give:
-    // inSize values, or twice inSize units. Neither makes a true code point of a surrogate pair, nor a true pair of
-    // a code point above 0xFFFF; the peers do the same.
+    // The conversions of the text form; outSize is not used, so out must have space for what they can give:
+    // inSize values, or twice inSize units. A surrogate pair does not become its code point, nor a code point
+    // above 0xFFFF its pair; the peers do the same.
     static void utf16Tutf32(unsigned long* out, int outSize, const unsigned short* in, int inSize);
     static void utf32Tutf16(unsigned short* out, int outSize, const unsigned long* in, int inSize);
 

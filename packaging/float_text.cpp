@@ -17,7 +17,7 @@ namespace
 
 constexpr uint64_t kMillion = 1000000;
 
-// Two digits at a time is what makes an integer cheap to print.
+// Printing two digits at a time halves the divisions.
 constexpr char kPairs[] = "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
                           "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
                           "8081828384858687888990919293949596979899";
@@ -54,7 +54,7 @@ char* printMillionths(uint32_t value, char* out)
     return out + 6;
 }
 
-// What the standard functions print, for what the integers do not reach.
+// Values beyond the range of the integers, printed by the standard library.
 int printLarge(float value, char* text)
 {
     const std::to_chars_result end = std::to_chars(text, text + kFloatTextRoom, value, std::chars_format::fixed, 6);
@@ -93,7 +93,7 @@ struct Mantissa
 {
     bool m_HasDigits = false;
     bool m_IsZero = true;
-    // Digits from the first one that is not 0 to the point; 0 or less where that digit stands behind the point.
+    // Digits from the first one that is not 0 to the point; 0 or less if that digit is after the point.
     long long m_Place = 0;
 };
 
@@ -127,8 +127,8 @@ Mantissa takeMantissa(const char*& at, const char* end, IsDigit isDigitOf)
     return mantissa;
 }
 
-// Takes an exponent and returns it, within a bound that no mantissa makes up for; one without digits is left where it
-// stands and is 0.
+// Takes an exponent and returns it, limited to a size that no mantissa compensates. An exponent without digits is not
+// taken and is 0.
 long long takeExponent(const char*& at, const char* end, char letter)
 {
     constexpr long long kMost = 1LL << 40;
@@ -159,7 +159,7 @@ bool scanAny(const char* at, const char* end, float& value)
 
     if (startsWith(at, end, "inf"))
     {
-        // "infin" is the beginning of a longer word that does not come: the scan fails there.
+        // After "infi" the scan needs all of "infinity", and fails without it.
         const char* const tail = at + 3;
         if (startsWith(tail, end, "i") && !startsWith(tail, end, "inity"))
             return false;
@@ -184,7 +184,7 @@ bool scanAny(const char* at, const char* end, float& value)
     float magnitude = 0.0f;
     const std::from_chars_result result =
         zet::platform::fromChars(first, at, magnitude, hex ? std::chars_format::hex : std::chars_format::general);
-    // No float is nearer than infinity or 0 then; which of them, the place of the first digit says.
+    // The nearest value is then infinity or 0; the place of the first digit decides which.
     if (result.ec == std::errc::result_out_of_range)
         magnitude = !mantissa.m_IsZero && mantissa.m_Place * (hex ? 4 : 1) + exponent > 0
                         ? std::numeric_limits<float>::infinity()
@@ -262,7 +262,7 @@ bool scanFloat(const char* text, int length, float& value)
         if (plain)
         {
             // Both operands are exact doubles, so the quotient is the nearest double. Rounding it again to a float
-            // goes wrong only from exactly half way between two floats, which is left to the slow form.
+            // is wrong only from exactly half way between two floats, which is left to the slow form.
             const double quotient = static_cast<double>(digits * kMillion + decimals) / 1e6;
             if ((std::bit_cast<uint64_t>(quotient) & 0x1FFFFFFF) != 0x10000000)
             {

@@ -1,8 +1,8 @@
 // The value operations of both packagers, declared once. Each returns true on success.
 //
-// A write that finds no room changes nothing; a composite (count and units, length and text, size and bytes) keeps
+// A write without space changes nothing; a composite (count and units, length and text, size and bytes) keeps
 // what it had written. A scalar read with too few bytes left changes neither the target nor the read pointer; a
-// composite leaves the read pointer behind what it had consumed. Pointers must not be null. Raw bytes that are written
+// composite leaves the read pointer after what it had consumed. Pointers must not be null. Raw bytes that are written
 // may be bytes that the packager itself holds.
 //
 // Read15 and Read30 by pointer decode the variable forms; by reference they read a fixed two and four bytes. Both

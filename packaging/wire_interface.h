@@ -1,13 +1,13 @@
-// What a class that travels declares beside its fields: writing, reading, its schema. Each macro stands for
+// What a class with a wire form declares besides its fields: writing, reading, its schema. Each macro declares
 //
-//   bool Write(Packager* pk) const;      Appends the fields in wire order. False where a field does not fit; what was
+//   bool Write(Packager* pk) const;      Appends the fields in wire order. False if a field does not fit; what was
 //                                        written by then stays.
-//   bool Read(Packager* pk);             Takes the fields in the same order from the read pointer on. False at the
+//   bool Read(Packager* pk);             Reads the fields in the same order from the read pointer on. False at the
 //                                        first field that cannot be read; what was read by then stays. A container is
 //                                        cleared before it is filled.
 //   static const wire::Schema& Wire();   The layout, for the project's own tools; wire::Schema is not public.
 //
-// with CCmdPackager, with CDataPackager, or with both. Where a class behaves otherwise, its comment says so, and
+// with CCmdPackager, with CDataPackager, or with both. If a class differs from this, its comment says so, and
 // `wirelens schema CLASS` prints the word for it. The pointer must not be null. Nothing here is locked.
 //
 // The source file defines all of it by one statement of the order.

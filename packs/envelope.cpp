@@ -2,38 +2,21 @@
 
 #include "packaging/wire/order.h"
 
-namespace
+WIRE_ORDER_CMD(CCmdPackEnvelope)
 {
-
-constexpr wire::Word EndsWellBeforeItsBytes{"EndsWellBeforeItsBytes"};
-
-} // namespace
-
-WIRE_DECLARE_WALK(CCmdPackEnvelope)
-WIRE_WRITE(CCmdPackEnvelope, CCmdPackager)
-WIRE_READ(CCmdPackEnvelope, CCmdPackager)
-WIRE_SCHEMA_BY(CCmdPackEnvelope, CCmdMatchPackRequest)
-WIRE_WALK(CCmdPackEnvelope)
-{
-    return HEAD(CCmdPlatform) && FIELDS(r.m_PackType, r.m_PackIndex) && PAYLOAD(r.m_PackData);
+    return HEAD(CCmdPlatform) && FIELDS(r.m_PackType, r.m_PackIndex, r.m_PackData);
 }
 
-WIRE_DECLARE_WALK(CCmdRecordEnvelope)
-WIRE_WRITE(CCmdRecordEnvelope, CCmdPackager)
-WIRE_READ(CCmdRecordEnvelope, CCmdPackager)
-WIRE_SCHEMA_BY(CCmdRecordEnvelope, CCmdProfilingPackRequest)
-WIRE_WALK(CCmdRecordEnvelope)
+WIRE_ORDER_CMD(CCmdRecordEnvelope)
 {
-    return HEAD(CCmdPlatform) && FIELDS(r.m_PackType) && PAYLOAD(r.m_PackData);
+    return HEAD(CCmdPlatform) && FIELDS(r.m_PackType, r.m_PackData);
 }
 
-WIRE_DECLARE_WALK(CCmdVoidDataEnvelope)
+WIRE_SCHEMA(CCmdVoidDataEnvelope)
 WIRE_WRITE(CCmdVoidDataEnvelope, CCmdPackager)
-WIRE_SCHEMA_BY(CCmdVoidDataEnvelope, CCmdVoidDataRequest)
 WIRE_WALK(CCmdVoidDataEnvelope)
 {
-    return BY_HAND(EndsWellBeforeItsBytes,
-                   HEAD(CCmdPlatform) && FIELDS(r.m_PackType, r.m_PackIndex) && PAYLOAD(r.m_PackData));
+    return BY_HAND(EndsWellBeforeItsBytes, HEAD(CCmdPlatform) && FIELDS(r.m_PackType, r.m_PackIndex, r.m_PackData));
 }
 
 // Written by hand: a failure before the size counts as success here, and so does a size below 1.

@@ -44,13 +44,9 @@ zet::String_T<wchar_t> getSocialErrMsg(int error)
     }
 }
 
-WIRE_DECLARE_WALK(CCmdSocialPlatform)
-WIRE_WRITE(CCmdSocialPlatform, CCmdPackager)
-WIRE_READ(CCmdSocialPlatform, CCmdPackager)
-WIRE_SCHEMA_BY(CCmdSocialPlatform, CCmdSocialRequest)
-WIRE_WALK(CCmdSocialPlatform)
+WIRE_ORDER_CMD(CCmdSocialPlatform)
 {
-    return HEAD(CCmdPlatform) && FIELDS(r.m_VerifySeed, r.m_PackType, r.m_PackIndex) && PAYLOAD(r.m_PackData);
+    return HEAD(CCmdPlatform) && FIELDS(r.m_VerifySeed, r.m_PackType, r.m_PackIndex, r.m_PackData);
 }
 
 WIRE_COMMAND(CCmdSocialRequest)
@@ -63,11 +59,7 @@ WIRE_COMMAND(CCmdSocialReply)
     return HEAD(CCmdSocialPlatform) && FIELDS(r.m_Error, r.m_Msg);
 }
 
-WIRE_DECLARE_WALK(CmdSocialSubPack)
-WIRE_WRITE(CmdSocialSubPack, CCmdPackager)
-WIRE_READ(CmdSocialSubPack, CCmdPackager)
-WIRE_SCHEMA_BY(CmdSocialSubPack, CmdSocialOccupyAPIRequest)
-WIRE_WALK(CmdSocialSubPack)
+WIRE_ORDER_CMD(CmdSocialSubPack)
 {
     return NOT_SENT(r.m_PackType);
 }

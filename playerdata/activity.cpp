@@ -6,14 +6,14 @@
 
 #include <climits>
 
-// The base is abstract: the Christmas activity provides the object for its schema.
-WIRE_DECLARE_WALK(FGameActivityBase)
-WIRE_WRITE(FGameActivityBase, CCmdPackager)
-WIRE_READ(FGameActivityBase, CCmdPackager)
-WIRE_WRITE(FGameActivityBase, CDataPackager)
-WIRE_READ(FGameActivityBase, CDataPackager)
-WIRE_SCHEMA_BY(FGameActivityBase, FGameActivityChristmas)
-WIRE_WALK(FGameActivityBase)
+// The base is abstract.
+template <>
+struct wire::SampleOf<FGameActivityBase>
+{
+    using Type = FGameActivityChristmas;
+};
+
+WIRE_ORDER_BOTH(FGameActivityBase)
 {
     return FIELDS(r.m_ActivityType, r.m_ActivityValue, r.m_ActivityText0, r.m_StartTime, r.m_EndTime, r.m_ActivityText1,
                   r.m_ActivityFlag0, r.m_IsEnable, r.m_ActivityFlag1);

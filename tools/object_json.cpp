@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 
 namespace tools
 {
@@ -30,8 +31,10 @@ struct Memory
 
     ordered_json number(const Field& field, uintptr_t at, const std::string&)
     {
-        const long long value = field.number->load(reinterpret_cast<const void*>(at));
-        return field.number->isBool ? ordered_json(value != 0) : ordered_json(value);
+        // A little-endian machine, as the wire machinery tests.
+        uint32_t bits = 0;
+        std::memcpy(&bits, reinterpret_cast<const void*>(at), static_cast<size_t>(field.size));
+        return numberJson(field, bits);
     }
     ordered_json real(const Field&, uintptr_t at, const std::string&) { return floatJson(as<float>(at)); }
     ordered_json text(const Field&, uintptr_t at, const std::string&)
@@ -58,6 +61,14 @@ ordered_json objectJson(const wire::Schema& schema, const void* object)
 {
     Memory memory;
     return SchemaWalk<Memory>(memory).object(schema, reinterpret_cast<uintptr_t>(object), "");
+}
+
+ordered_json numberJson(const Field& field, uint32_t bits)
+{
+    if (field.isBool)
+        return bits != 0;
+    const int unused = 32 - 8 * field.size;
+    return field.isSigned ? ordered_json(static_cast<int32_t>(bits << unused) >> unused) : ordered_json(bits);
 }
 
 // The shortest digits that give the same float, so that any reader gets it back.

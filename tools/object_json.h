@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,8 @@ namespace tools
 // a number that gives the same float back; NaN and infinity are null. A command's head comes first.
 nlohmann::ordered_json objectJson(const wire::Schema& schema, const void* object);
 
+// The number or boolean in the low bytes of bits.
+nlohmann::ordered_json numberJson(const wire::Field& field, uint32_t bits);
 // The number that a float is in JSON.
 nlohmann::ordered_json floatJson(float value);
 // A text in UTF-8, with U+FFFD for each unit that is not a valid character.

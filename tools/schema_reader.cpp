@@ -28,13 +28,7 @@ public:
 
     ordered_json number(const Field& field, uintptr_t, const std::string& name)
     {
-        const int size = field.number->size;
-        const uint32_t bits = number(size, name);
-        if (field.number->isBool)
-            return bits != 0;
-        const int unused = 32 - 8 * size;
-        return field.number->isSigned ? ordered_json(static_cast<int32_t>(bits << unused) >> unused)
-                                      : ordered_json(bits);
+        return numberJson(field, number(field.size, name));
     }
     ordered_json raw(const Field&, uintptr_t, int size, const std::string& name) { return raw(size, name); }
     ordered_json block(const Field&, uintptr_t, const std::string& name)

@@ -1,4 +1,4 @@
-// The call that goes up from a command to the socket. It is defined beside the socket.
+// The call from a command up to the socket layer. Defined beside the socket.
 #pragma once
 
 class CCmdHead;

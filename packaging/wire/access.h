@@ -1,5 +1,5 @@
-// The inner side of both packagers, for the value forms alone: room at the write position, bytes at the read
-// position. Everything is inline, since every value of every command passes here.
+// The inner side of both packagers, for the value forms only: space at the write position, bytes at the read position.
+// Everything is inline, since every value of every command passes here.
 #pragma once
 
 #include "packaging/cmd_packager.h"
@@ -15,26 +15,26 @@ namespace wire
 {
 
 static_assert(std::endian::native == std::endian::little,
-              "the wire holds the id of a datagram, the units of nodes and of texts as they lie in the memory of a "
+              "the wire holds the id of a datagram, the units of nodes and of texts as they are in the memory of a "
               "little-endian machine: another one would send other bytes");
 
 struct Access
 {
-    // The write position if size bytes are free there without growing, else null; nobody is told.
+    // The write position if size bytes are free there without growing, else null; logs nothing.
     template <class P>
-    static unsigned char* freeRoom(P& packager, int size)
+    static unsigned char* freeSpace(P& packager, int size)
     {
         return packager.m_iBufSize - packager.m_iDataSize >= size ? storage(packager) + packager.m_iDataSize : nullptr;
     }
-    // The write position with room for size bytes, or null, and then the log has been told.
+    // The write position with space for size bytes; null, after an error in the log, if there is none.
     template <class P>
-    static unsigned char* room(P& packager, int size)
+    static unsigned char* space(P& packager, int size)
     {
         if (packager.m_iBufSize - packager.m_iDataSize < size && !packager.Alloc(size))
             return nullptr;
         return storage(packager) + packager.m_iDataSize;
     }
-    // Where in the packager's storage these bytes lie, or nothing for bytes of another place.
+    // The offset of these bytes in the packager's storage, or nothing if they are elsewhere.
     template <class P>
     static std::optional<size_t> placeWithin(P& packager, const void* bytes)
     {
@@ -49,7 +49,7 @@ struct Access
         packager.m_iDataSize += size;
     }
 
-    // Bytes not yet read: none where a datagram's addresses have moved the read pointer past the data.
+    // Bytes not yet read: 0 where a datagram's addresses have moved the read pointer past the data.
     template <class P>
     static int left(const P& packager)
     {
@@ -72,7 +72,7 @@ private:
     static unsigned char* storage(CDataPackager& packager) { return packager.m_Buffer; }
     static unsigned char* storage(CCmdPackager& packager)
     {
-        // The storage is never null. Told so, the compiler tests the bytes left alone, not the pointer as well.
+        // The storage is never null. With this hint the compiler tests only the bytes left, not the pointer too.
         if (!packager.m_pBuffer)
             __builtin_unreachable();
         return packager.m_pBuffer;

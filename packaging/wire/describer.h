@@ -1,259 +1,190 @@
-// Turns an order into a schema, on a default-made object: a member's offset is its address less the object's.
+// Turns an order into a schema, on a default-made object: a member's offset is its address less the object's. A
+// describing runs once per class, so the steps hand names, addresses and types to functions that all classes share.
 #pragma once
 
 #include "packaging/wire/visit.h"
 
-#include <memory>
+#include <atomic>
+#include <initializer_list>
 #include <string>
-#include <string_view>
 
 namespace wire
 {
 
-// The members of one statement, "r.m_A, r.m_B[2]", one at a time and without the "r.".
-class COMMONGROUND_API Names
-{
-public:
-    explicit Names(const char* list) : m_Left(list) {}
-    std::string next();
+// Fills in what depends on a type alone.
+using Shape = void (*)(Field& field);
 
-private:
-    std::string_view m_Left;
+struct Member
+{
+    const void* at;
+    Shape shape;
 };
 
-// What people call a value of T.
-template <class T>
-constexpr const char* typeName()
-{
-    if constexpr (std::is_same_v<T, bool>)
-        return "bool";
-    else if constexpr (std::is_same_v<T, char>)
-        return "char";
-    else if constexpr (std::is_same_v<T, unsigned char>)
-        return "unsigned char";
-    else if constexpr (std::is_same_v<T, short>)
-        return "short";
-    else if constexpr (std::is_same_v<T, unsigned short>)
-        return "unsigned short";
-    else if constexpr (std::is_same_v<T, int>)
-        return "int";
-    else if constexpr (std::is_same_v<T, unsigned long>)
-        return "unsigned long"; // 32 bits on the wire
-    else if constexpr (std::is_same_v<T, float>)
-        return "float";
-    else if constexpr (std::is_same_v<T, zet::String_T<wchar_t>>)
-        return "text";
-    else if constexpr (std::is_same_v<T, zet::Uuid>)
-        return "uuid";
-    else if constexpr (std::is_same_v<T, zet::uuid_node_t>)
-        return "node";
-    else if constexpr (std::is_same_v<T, zet::Buffer>)
-        return "buffer";
-    else
-        return "";
-}
+COMMONGROUND_API void countShape(Field& field);
+// Adds a part of this shape.
+COMMONGROUND_API void addPart(Field& field, Shape shape, size_t offset = 0);
 
 template <class T>
-long long loadNumber(const void* at)
-{
-    if constexpr (std::is_same_v<T, char>)
-        return *static_cast<const signed char*>(at);
-    else if constexpr (std::is_same_v<T, unsigned long>)
-        return static_cast<uint32_t>(*static_cast<const unsigned long*>(at));
-    else
-        return *static_cast<const T*>(at);
-}
-// A char is a small signed number on every machine.
-template <class T>
-inline constexpr Number kNumberOf{kFixedSize<T>, std::is_same_v<T, bool>,
-                                  std::is_signed_v<T> || std::is_same_v<T, char>, &loadNumber<T>};
-
-template <class P>
 std::pair<const unsigned char*, int> bytesOf(const void* member)
 {
-    const P& block = *static_cast<const P*>(member);
-    if constexpr (std::is_same_v<P, zet::Buffer>)
-        return {static_cast<const unsigned char*>(block.getBuffer()), block.getBufferSize()};
-    else
+    const T& block = *static_cast<const T*>(member);
+    if constexpr (kIsPackager<T>)
         return {block.GetBuffer(), block.GetDataSize()};
-}
-
-// The shape of a value of T, without name and place.
-template <class T>
-[[gnu::noinline]] Field shapeOf()
-{
-    Field field;
-    field.smallest = static_cast<int>(smallest<T>());
-    if constexpr (kIsRawBytes<T> || std::is_same_v<T, zet::Uuid> || std::is_same_v<T, zet::uuid_node_t>)
-    {
-        field.kind = Kind::kRaw;
-        field.type = typeName<T>();
-        field.extent = static_cast<int>(sizeof(T));
-    }
-    else if constexpr (std::is_array_v<T>)
-    {
-        field.kind = Kind::kArray;
-        field.extent = static_cast<int>(std::extent_v<T>);
-        field.stride = sizeof(std::remove_extent_t<T>);
-        field.parts.push_back(shapeOf<std::remove_extent_t<T>>());
-    }
-    else if constexpr (kFixedSize<T> != 0)
-    {
-        field.kind = Kind::kNumber;
-        field.number = &kNumberOf<T>;
-        field.type = typeName<T>();
-    }
-    else if constexpr (std::is_same_v<T, zet::Buffer>)
-    {
-        field.kind = Kind::kBuffer;
-        field.type = typeName<T>();
-        field.bytes = &bytesOf<T>;
-    }
-    else if constexpr (kIsPair<T>)
-    {
-        const T sample{};
-        field.kind = Kind::kPair;
-        field.parts = {shapeOf<typename T::first_type>(), shapeOf<typename T::second_type>()};
-        field.parts[1].offset =
-            static_cast<size_t>(reinterpret_cast<const char*>(&sample.second) - reinterpret_cast<const char*>(&sample));
-    }
-    else if constexpr (std::is_same_v<T, float> || std::is_same_v<T, zet::String_T<wchar_t>>)
-    {
-        field.kind = std::is_same_v<T, float> ? Kind::kFloat : Kind::kText;
-        field.type = typeName<T>();
-    }
     else
-    {
-        static_assert(Record<T>, "an order holds packager values, records with Wire(), arrays and pairs of these; "
-                                 "a container needs LIST");
-        if constexpr (Record<T>)
-        {
-            field.kind = Kind::kRecord;
-            field.record = &T::Wire();
-        }
-    }
-    return field;
+        return {static_cast<const unsigned char*>(block.getBuffer()), block.getBufferSize()};
 }
 
 template <class C>
-void walkOf(const void* container, const Visit& visit)
+[[gnu::cold]] void walkOf(const void* container, const Visit& visit)
 {
     for (const auto& element : *static_cast<const C*>(container))
     {
-        if constexpr (kIsMap<C>)
+        if constexpr (kIsA<std::map, C>)
             visit(&element.first, &element.second);
         else
             visit(nullptr, &element);
     }
 }
 
-// Adds a field to those of a schema.
-COMMONGROUND_API void push(Schema& schema, Field&& field);
+// The shape of a field or a list. Of a map it has both parts.
+template <class T>
+[[gnu::cold]] void shapeOf(Field& field)
+{
+    field.smallest = static_cast<int>(smallest<T>());
+    if constexpr (kIsA<std::vector, T> || kIsA<std::map, T>)
+    {
+        field.kind = Kind::kList;
+        field.smallest = 0;
+        field.walk = &walkOf<T>;
+        if constexpr (kIsA<std::map, T>)
+            addPart(field, &shapeOf<typename T::key_type>);
+        addPart(field, &shapeOf<typename ElementOf<T>::Type>);
+    }
+    else if constexpr (std::is_array_v<T> && !kIsRawBytes<T>)
+    {
+        field.kind = Kind::kArray;
+        field.extent = static_cast<int>(std::extent_v<T>);
+        field.stride = sizeof(std::remove_extent_t<T>);
+        addPart(field, &shapeOf<std::remove_extent_t<T>>);
+    }
+    else if constexpr (kIsA<std::pair, T>)
+    {
+        const T sample{};
+        const char* const second = reinterpret_cast<const char*>(&sample.second);
+        field.kind = Kind::kPair;
+        addPart(field, &shapeOf<typename T::first_type>);
+        addPart(field, &shapeOf<typename T::second_type>,
+                static_cast<size_t>(second - reinterpret_cast<const char*>(&sample)));
+    }
+    else if constexpr (Record<T>)
+    {
+        field.kind = Kind::kRecord;
+        field.record = &T::Wire();
+    }
+    else if constexpr (kIsPackager<T> || std::is_same_v<T, zet::Buffer>)
+    {
+        field.kind = kIsPackager<T> ? Kind::kPayload : Kind::kBuffer;
+        field.type = kIsPackager<T> ? "payload" : kValueType<T>.name;
+        field.bytes = &bytesOf<T>;
+    }
+    else if constexpr (kFixedSize<T> == 0)
+    {
+        field.kind = std::is_same_v<T, float> ? Kind::kFloat : Kind::kText;
+        field.type = kValueType<T>.name;
+    }
+    else if constexpr (std::is_integral_v<T>)
+    {
+        field.kind = Kind::kNumber;
+        field.type = kValueType<T>.name;
+        field.size = kFixedSize<T>;
+        field.isBool = std::is_same_v<T, bool>;
+        // A char is a small signed number on every machine.
+        field.isSigned = std::is_signed_v<T> || std::is_same_v<T, char>;
+    }
+    else
+    {
+        field.kind = Kind::kRaw;
+        field.type = kIsRawBytes<T> ? "" : kValueType<T>.name;
+        field.extent = static_cast<int>(sizeof(T));
+    }
+}
 
-class Describer
+// What a list's words say, as constant data that the steps refer to.
+template <auto kWords>
+inline constexpr Departures kHow = kWords;
+
+class COMMONGROUND_API Describer
 {
 public:
-    Describer(Schema& schema, const void* object) : m_Schema(schema), m_Object(static_cast<const char*>(object)) {}
+    explicit Describer(Schema& schema) : m_Schema(schema) {}
+    ~Describer();
+    Describer(const Describer&) = delete;
+    Describer& operator=(const Describer&) = delete;
+
+    // Names the object to which the members belong.
+    Describer& of(const void* object);
+    // Takes an object that is to be destroyed with the describer.
+    void own(const void* sample, void (*destroy)(const void* sample));
 
     template <class... T>
     bool Fields(const char* names, const T&... values)
     {
-        Names each(names);
-        (addOne(each, values), ...);
+        add(names, {{&values, &shapeOf<T>}...});
         return true;
     }
     template <class... T>
     bool UntestedFields(const char* names, const T&... values)
     {
-        const size_t before = m_Schema.fields.size();
-        Fields(names, values...);
-        for (size_t i = before; i < m_Schema.fields.size(); ++i)
-            decideNothing(m_Schema.fields[i]);
+        add(names, {{&values, &shapeOf<T>}...}, kHow<Untested>);
         return true;
     }
     template <class... T>
     bool NotSent(const char* names, const T&...)
     {
-        Names each(names);
-        for (size_t i = 0; i < sizeof...(T); ++i)
-            m_Schema.notSent.push_back(each.next());
+        addNotSent(names);
         return true;
     }
     template <class Steps>
-    bool Marked(const Word& word, Steps steps)
+    bool Marked(const char* word, Steps steps)
     {
-        const size_t before = m_Schema.fields.size();
+        const size_t before = count();
         steps();
-        for (size_t i = before; i < m_Schema.fields.size(); ++i)
-            m_Schema.fields[i].words.push_back(&word);
+        mark(before, word);
         return true;
     }
     template <class Base>
-    bool Head(const Base& base)
+    bool Head(const Base& record)
     {
-        const size_t shift = offsetOf(base);
-        for (Field field : Base::Wire().fields)
-        {
-            field.offset += shift;
-            field.sizeOffset += shift;
-            for (Field& part : field.parts)
-                part.offset += field.kind == Kind::kTable ? shift : 0;
-            push(std::move(field));
-        }
-        for (const std::string& name : Base::Wire().notSent)
-            m_Schema.notSent.push_back(name);
+        addHead(Base::Wire(), &record);
         return true;
     }
 
-    template <auto Form, class C>
+    template <auto kWords, class C>
     bool List(const char* names, const C& list)
     {
-        refuseNonsense<C, Form, false>();
-        if constexpr (nonsenseOf<C>(Form, false) == Nonsense::kNone)
-            push(listField(Names(names).next(), Form.parts, Says::kCount, list));
+        if constexpr (makesSense<C, kWords, false>())
+            add(names, {{&list, &shapeOf<C>}}, kHow<kWords>, Says::kCount);
         return true;
     }
     template <class C>
     bool CountOf(const char* names, const C& list)
     {
-        static_assert(kIsMap<C> || kIsVector<C>, "LIST, COUNT_OF and ELEMENTS_OF take a std::vector or a std::map; "
-                                                 "other members go in FIELDS");
-        Field field;
-        field.name = Names(names).next();
-        field.kind = Kind::kCount;
-        field.type = "count";
-        field.offset = offsetOf(list);
-        field.smallest = kFixedSize<int>;
-        push(std::move(field));
+        if constexpr (isContainer<C>())
+            add(names, {{&list, &countShape}});
         return true;
     }
-    template <auto Form, class C>
+    template <auto kWords, class C>
     bool ElementsOf(const char* names, const C& list)
     {
-        refuseNonsense<C, Form, true>();
-        if constexpr (nonsenseOf<C>(Form, true) == Nonsense::kNone)
-            push(listField(Names(names).next(), Form.parts, Says::kCountBefore, list));
+        if constexpr (makesSense<C, kWords, true>())
+            add(names, {{&list, &shapeOf<C>}}, kHow<kWords>, Says::kCountBefore);
         return true;
     }
     template <class... C>
     bool ThroughOneLocal(const char* names, const C&... lists)
     {
-        constexpr Departures how = formOf(Untested, Into::kThroughOneLocal).parts;
-        Names each(names);
-        (push(listField(each.next(), how, Says::kCount, lists)), ...);
-        return true;
-    }
-    template <class P>
-    bool Payload(const char* names, const P& packager)
-    {
-        Field field;
-        field.name = Names(names).next();
-        field.kind = Kind::kPayload;
-        field.type = "payload";
-        field.offset = offsetOf(packager);
-        field.bytes = &bytesOf<P>;
-        field.smallest = kFixedSize<int>;
-        push(std::move(field));
+        add(names, {{&lists, &shapeOf<C>}...}, kHow<Untested + Departures{.into = Into::kThroughOneLocal}>,
+            Says::kCount);
         return true;
     }
     template <Rows kRows, class First, class... T>
@@ -263,114 +194,86 @@ public:
             isColumn<First>(kRows) && (isColumn<T>(kRows) && ...),
             "the columns of a table are vectors under CountedRows, and arrays of the rows that SaidRows names");
         static_assert(kRows.says != Says::kType || sizeof...(T) == 0, "a table under OwnRows has one column");
-        Field field;
-        field.kind = Kind::kTable;
-        decideNothing(field);
-        field.says = kRows.says;
-        field.rows = kRows;
-        if constexpr (kRows.says == Says::kType)
-            field.rows.rows = kCells<First>;
-        field.smallest = kRows.says == Says::kCountBefore ? 0 : kFixedSize<int> * (kRows.across != 0 ? 2 : 1);
-        Names each(names);
-        column(field, each.next(), first);
-        (column(field, each.next(), rest), ...);
-        push(std::move(field));
+        const Rows rows{kRows.says, kRows.says == Says::kType ? kCells<First> : kRows.rows, kRows.across};
+        addTable(names, rows, {{&first, &shapeOf<First>}, {&rest, &shapeOf<T>}...});
         return true;
     }
 
-    // For the few classes that state their layout by hand: an array of which the int member size says how much is sent.
-    void Sized(Field field, const int& size)
-    {
-        field.says = Says::kMember;
-        field.smallest = 0;
-        field.sizeOffset = offsetOf(size);
-        for (Field& other : m_Schema.fields)
-            if (other.offset == field.sizeOffset && other.number)
-                other.most = field.extent;
-        push(std::move(field));
-    }
-    template <class T>
-    size_t offsetOf(const T& member) const
-    {
-        return static_cast<size_t>(reinterpret_cast<const char*>(&member) - m_Object);
-    }
-    template <class T>
-    Field fieldOf(const std::string& name, const T& member) const
-    {
-        Field field = shapeOf<T>();
-        field.name = name;
-        field.offset = offsetOf(member);
-        return field;
-    }
-    void push(Field&& field) { wire::push(m_Schema, std::move(field)); }
+    // For the few classes that state their layout by hand: a field with a name, and an array of which the int member
+    // size says how much is sent.
+    Field fieldOf(std::string name, const void* member, Shape shape) const;
+    size_t offsetOf(const void* member) const;
+    void addSized(Field field, const int& size);
+    void addOne(Field field);
+    // Marks all fields as those of a head.
+    void showFirst();
 
 private:
-    static void decideNothing(Field& field) { field.how.reading = field.how.writing = Decides::kNothing; }
-
-    // Not inline: a describing runs once, and there is one for each class.
-    template <class T>
-    [[gnu::noinline]] void addOne(Names& names, const T& value)
-    {
-        push(fieldOf(names.next(), value));
-    }
-    template <class C>
-    [[gnu::noinline]] Field listField(const std::string& name, Departures how, Says says, const C& list)
-    {
-        Field field;
-        field.name = name;
-        field.kind = Kind::kList;
-        field.how = how;
-        field.says = says;
-        field.offset = offsetOf(list);
-        field.smallest = says == Says::kCount ? kFixedSize<int> : 0;
-        field.walk = &walkOf<C>;
-        if constexpr (kIsMap<C>)
-        {
-            if (how.key != Key::kMember)
-                field.parts.push_back(shapeOf<typename C::key_type>());
-        }
-        field.parts.push_back(shapeOf<typename ElementOf<C>::Type>());
-        return field;
-    }
-    template <class T>
-    void column(Field& table, const std::string& name, const T& values)
-    {
-        if constexpr (kIsVector<T>)
-        {
-            table.parts.push_back(listField(name, {}, Says::kType, values));
-        }
-        else
-        {
-            table.parts.push_back(fieldOf(name, values));
-            if (table.says == Says::kType)
-            {
-                decideNothing(table.parts.back());
-                table.smallest += table.parts.back().smallest;
-            }
-        }
-    }
+    // Adds a field for each member.
+    void add(const char* names, std::initializer_list<Member> members, const Departures& how = kHow<Departures{}>,
+             Says says = Says::kType);
+    void addTable(const char* names, const Rows& rows, std::initializer_list<Member> columns);
+    void addHead(const Schema& base, const void* object);
+    void addNotSent(const char* names);
+    size_t count() const;
+    // Adds the word to the fields from this one on.
+    void mark(size_t first, const char* word);
 
     Schema& m_Schema;
-    const char* m_Object;
+    const void* m_Object = nullptr;
+    const void* m_Sample = nullptr;
+    void (*m_Destroy)(const void* sample) = nullptr;
 };
 
-// The schema of a class, from its walk over a default-made object of Instance: the class itself, or one that stands
-// in for an abstract one.
-template <class Class, class Instance = Class, class WalkOf>
-Schema describe(const char* name, WalkOf walk)
+// The type of the object that a class's schema is made from: the class itself; if that is made only with an id, as the
+// bases of commands are, a class on it that gives 0. An abstract class names one that derives from it.
+template <class Class>
+struct SampleOf
 {
-    Schema schema;
-    schema.name = name;
+    struct Made final : Class
+    {
+        Made() : Class(0) {}
+    };
+    using Type = std::conditional_t<std::is_default_constructible_v<Class>, Class, Made>;
+};
+
+template <class Holder>
+[[gnu::cold]] void destroy(const void* sample)
+{
+    delete static_cast<const Holder*>(sample);
+}
+
+// Walks the order of Class, which its tag finds, over a default-made object. Cold, as all here: code that runs once is
+// compiled for size.
+template <class Class>
+[[gnu::cold]] void describe(Describer& describer)
+{
     // A member, since a record may have virtual operations and yet no virtual destructor.
     struct Holder
     {
-        Instance m_Object{};
+        typename SampleOf<Class>::Type m_Object{};
     };
-    const auto holder = std::make_unique<Holder>();
+    // On the heap, since some objects are large.
+    const Holder* const holder = new Holder();
+    describer.own(holder, &destroy<Holder>);
     const Class& record = holder->m_Object;
-    Describer describer(schema, &record);
-    walk(describer, record);
-    return schema;
+    WalkOrder(describer.of(&record), record, Order<Class>());
 }
+
+// A class's schema, made when it is first asked for. If two threads ask at once, both make it and one is kept.
+class COMMONGROUND_API LazySchema
+{
+public:
+    const Schema& get(const char* name, void (*walk)(Describer& describer))
+    {
+        const Schema* const made = m_Made.load(std::memory_order_acquire);
+        return made ? *made : make(name, walk);
+    }
+
+private:
+    const Schema& make(const char* name, void (*walk)(Describer& describer));
+
+    std::atomic<const Schema*> m_Made{nullptr};
+};
 
 } // namespace wire

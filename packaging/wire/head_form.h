@@ -1,4 +1,4 @@
-// The heads of commands. Every command begins with one, so the usual form is inline and no call is spent on it.
+// The heads of commands. Every command has one, so the usual form is inline and costs no call.
 #pragma once
 
 #include "packaging/command_head.h"
@@ -12,11 +12,11 @@ inline constexpr bool kIsFamilyHead = std::is_same_v<Base, CCmdPlatform> || std:
 template <class Base>
 inline constexpr bool kIsHead = kIsFamilyHead<Base> || std::is_same_v<Base, CCmdHead>;
 
-// Bytes of a family's head in front of the name, and with an empty one.
+// Bytes of a family's head before the name, and with an empty name.
 constexpr int kFamilyHeadSize = 20;
 constexpr int kNamelessHeadSize = kFamilyHeadSize + 1;
 
-// The head part by part: with a name, or where room or bytes may end within. Not inline: only the usual form is short.
+// The head part by part: with a name, or if space or bytes may end within it. Not inline, since it is long and rare.
 template <class Head>
 [[gnu::noinline]] bool writeHeadInParts(CCmdPackager& packager, const Head& head)
 {
@@ -33,14 +33,14 @@ template <class Head>
     unsigned short version = 0;
     if (!readScalar(packager, &version) || version != head.m_HeadVersion)
         return false;
-    // A payload may end behind the version: the index then keeps its value.
+    // A payload may end after the version: the index then keeps its value.
     readScalar(packager, &head.m_ClientIndex);
     if constexpr (kIsFamilyHead<Head>)
         return readScalar(packager, &head.m_ClientAddress) && readText(packager, &head.m_AccountName);
     return true;
 }
 
-// Sets id and addresses and writes the head. Whether version and index fitted is not looked at.
+// Sets id and addresses and writes the head. Does not check whether version and index fitted.
 template <class Head>
 inline bool writeHead(CCmdPackager& packager, const Head& head)
 {
@@ -49,7 +49,7 @@ inline bool writeHead(CCmdPackager& packager, const Head& head)
     if constexpr (kIsFamilyHead<Head>)
     {
         // Between servers the name is mostly empty, and then the whole head has one size.
-        unsigned char* const at = Access::freeRoom(packager, kNamelessHeadSize);
+        unsigned char* const at = Access::freeSpace(packager, kNamelessHeadSize);
         if (at && head.m_AccountName.isEmpty())
         {
             store(at, head.m_HeadVersion);

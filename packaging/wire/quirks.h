@@ -1,8 +1,9 @@
 // The words for departures. A list's departures from "tested count, clear, tested elements" are one value of
 // independent parts: what decides, where read elements go, where a map's key comes from. A list without a word has
-// none. The table of the words stands at the head of order.h.
+// none. The table of the words is at the head of order.h.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 
 namespace wire
@@ -11,11 +12,11 @@ namespace wire
 // What can fail the reading or the writing of a list.
 enum class Decides : unsigned char
 {
-    kAll,         // the count and each element; the first that fails ends the list
-    kCount,       // the count; an element that fails is stored as far as it was read, and the loop goes on
+    kAll,         // the count and each element; the first that fails ends the list and fails
+    kCount,       // the count; an element that fails is stored as far as it was read, and the loop continues
     kNothing,     // as kCount, and a count that fails is 0
     kLastElement, // as kCount, and then the last element
-    kAboveZero    // as kCount, but a count that fails or is below 1 ends the list well and leaves it as it was
+    kAboveZero    // as kCount, but a count that fails or is below 1 succeeds and leaves the list unchanged
 };
 
 // Where a reading puts the elements.
@@ -24,85 +25,97 @@ enum class Into : unsigned char
     kCleared,            // into the list, which is emptied after its count
     kClearedBeforeCount, // emptied before its count, so that a cut count leaves it empty
     kAppended,           // after what the list holds
-    kThroughOneLocal,    // the same, by one local for all: what a failed read leaves out keeps the element's before
-    kSized,              // in place, the list sized to the count and not emptied: what fails keeps what it had
+    kThroughOneLocal,    // the same, by one local for all: what a failed read leaves out keeps the previous value
+    kSized,              // in place: the list is sized to the count, not emptied; what fails keeps its value
     kSlots               // into the elements that the list has; those beyond them are read and dropped
 };
 
-// Where the key of a map's element comes from; of two elements with one key the later stays.
+// Where the key of a map's element comes from. Of two elements with one key the later is kept.
 enum class Key : unsigned char
 {
     kNone,
-    kTravels, // it goes before its value
-    kPlace,   // the element's place on the wire, from 0: holes close when the map travels
-    kMember   // a member of the element, which does not go by itself
+    kTravels, // it is sent before its value
+    kPlace,   // the element's place on the wire, from 0: gaps close when the map is sent
+    kMember   // a member of the element, which is not sent apart
 };
 
-// All departures of a list; the same value stands in its schema.
+// All departures of a list. Each word says one of three parts: what decides in the two directions, where elements go,
+// where the key comes from. The schema has the same value.
 struct Departures
 {
     Decides reading = Decides::kAll;
     Decides writing = Decides::kAll;
     Into into = Into::kCleared;
     Key key = Key::kNone;
+    // Two words say the same part.
+    bool isContradiction = false;
 
-    friend constexpr bool operator==(const Departures&, const Departures&) = default;
+    constexpr bool saysTests() const { return reading != Decides::kAll || writing != Decides::kAll; }
 };
 
-// A word says one of the three parts: what decides in the two directions, where elements go, where the key comes from.
-struct Tests
-{
-    Decides reading;
-    Decides writing;
+inline constexpr Departures Untested{.reading = Decides::kNothing, .writing = Decides::kNothing};
+inline constexpr Departures ElementsUntested{.reading = Decides::kCount, .writing = Decides::kCount};
+inline constexpr Departures ElementsUntestedOnRead{.reading = Decides::kCount};
+inline constexpr Departures UntestedOnRead{.reading = Decides::kNothing};
+inline constexpr Departures UntestedOnWrite{.writing = Decides::kNothing};
+inline constexpr Departures LastElementDecides{.reading = Decides::kLastElement};
+inline constexpr Departures OnlyAboveZero{.reading = Decides::kAboveZero};
+inline constexpr Departures Appends{.into = Into::kAppended};
+inline constexpr Departures ClearedFirst{.into = Into::kClearedBeforeCount};
+inline constexpr Departures SizedFirst{.into = Into::kSized};
+inline constexpr Departures IntoExistingSlots{.into = Into::kSlots};
+inline constexpr Departures Pairs{.key = Key::kTravels};
+inline constexpr Departures KeyedByPosition{.key = Key::kPlace};
 
-    friend constexpr bool operator==(const Tests&, const Tests&) = default;
-};
-struct NoMember
+// Departures together with the member of an element that is its key.
+template <class Member>
+struct KeyedDepartures : Departures
 {
-};
-template <class Member = NoMember>
-struct KeyFrom
-{
-    Key key;
     Member member;
 };
-
-inline constexpr Tests Untested{Decides::kNothing, Decides::kNothing};
-inline constexpr Tests ElementsUntested{Decides::kCount, Decides::kCount};
-inline constexpr Tests ElementsUntestedOnRead{Decides::kCount, Decides::kAll};
-inline constexpr Tests UntestedOnRead{Decides::kNothing, Decides::kAll};
-inline constexpr Tests UntestedOnWrite{Decides::kAll, Decides::kNothing};
-inline constexpr Tests LastElementDecides{Decides::kLastElement, Decides::kAll};
-inline constexpr Tests OnlyAboveZero{Decides::kAboveZero, Decides::kAll};
-inline constexpr Into Appends = Into::kAppended;
-inline constexpr Into ClearedFirst = Into::kClearedBeforeCount;
-inline constexpr Into SizedFirst = Into::kSized;
-inline constexpr Into IntoExistingSlots = Into::kSlots;
-inline constexpr KeyFrom<> Pairs{Key::kTravels, {}};
-inline constexpr KeyFrom<> KeyedByPosition{Key::kPlace, {}};
 template <class T, class K>
-constexpr KeyFrom<K T::*> KeyedBy(K T::*member)
+constexpr KeyedDepartures<K T::*> KeyedBy(K T::*member)
 {
-    return {Key::kMember, member};
+    return {{.key = Key::kMember}, member};
 }
 
-// The name of any other departure, of a step or of what one class tells by hand in its source file.
-struct Word
+// What both words say.
+template <std::derived_from<Departures> A, std::derived_from<Departures> B>
+constexpr auto operator+(const A& a, const B& b)
 {
-    const char* text;
-};
+    const bool sameTests = a.saysTests() && b.saysTests();
+    const bool samePlace = a.into != Into::kCleared && b.into != Into::kCleared;
+    const bool sameKey = a.key != Key::kNone && b.key != Key::kNone;
+    const Departures both{a.saysTests() ? a.reading : b.reading, a.saysTests() ? a.writing : b.writing,
+                          a.into != Into::kCleared ? a.into : b.into, a.key != Key::kNone ? a.key : b.key,
+                          a.isContradiction || sameTests || samePlace || sameKey};
+    if constexpr (requires { a.member; })
+        return KeyedDepartures<decltype(a.member)>{both, a.member};
+    else if constexpr (requires { b.member; })
+        return KeyedDepartures<decltype(b.member)>{both, b.member};
+    else
+        return both;
+}
 
-inline constexpr Word Again{"Again"};
-inline constexpr Word SkippedOnFailure{"SkippedOnFailure"};
-inline constexpr Word EitherWay{"EitherWay"};
+// The words of one list together.
+template <class... Words>
+constexpr auto departuresOf(const Words&... words)
+{
+    constexpr bool areWords = (std::derived_from<Words, Departures> && ...);
+    static_assert(areWords, "only words for its departures can follow a list, such as wire::Untested");
+    if constexpr (areWords)
+        return (Departures() + ... + words);
+    else
+        return Departures();
+}
 
-// Who says how many: elements of a list, cells of a table, bytes or items of an array.
+// What gives the number of a list's elements, of a table's rows, of an array's bytes or items.
 enum class Says : unsigned char
 {
-    kType,        // the array's own size; a table sends it, and readers ignore what comes
-    kCount,       // a count right before; it bounds a reading's loop, and arrays bound what is kept
-    kCountBefore, // a count that went before, by itself
-    kMember       // an int member that went before
+    kType,        // the array's own size; a table sends it, and readers ignore the number that they read
+    kCount,       // a count right before; it bounds a reader's loop, and arrays bound what is kept
+    kCountBefore, // a count earlier in the order, a step of its own
+    kMember       // an int member earlier in the order
 };
 
 // The rows of a table: N rows, each a cell of every column. Two numbers are a table of tables, cell by cell.
@@ -120,81 +133,12 @@ constexpr Rows SaidRows(int rows, int across = 0)
     return {Says::kCount, rows, across};
 }
 
-// The words of one list together.
-template <class Member>
-struct ListForm
-{
-    Departures parts;
-    Member member;
-};
-
-template <class Word>
-inline constexpr int kPartOf = 0;
-template <>
-inline constexpr int kPartOf<Tests> = 1;
-template <>
-inline constexpr int kPartOf<Into> = 2;
-template <class Member>
-inline constexpr int kPartOf<KeyFrom<Member>> = 3;
-
-template <int Part, class... Word>
-inline constexpr int kWordsOfPart = (0 + ... + (kPartOf<Word> == Part));
-
-constexpr void say(Departures& parts, Tests tests)
-{
-    parts.reading = tests.reading;
-    parts.writing = tests.writing;
-}
-constexpr void say(Departures& parts, Into into)
-{
-    parts.into = into;
-}
-template <class Member>
-constexpr void say(Departures& parts, KeyFrom<Member> from)
-{
-    parts.key = from.key;
-}
-
-constexpr NoMember memberOf()
-{
-    return {};
-}
-template <class Word, class... More>
-constexpr auto memberOf([[maybe_unused]] Word word, [[maybe_unused]] More... more)
-{
-    if constexpr (kPartOf<Word> == 3)
-        return word.member;
-    else
-        return memberOf(more...);
-}
-
-template <class... Word>
-constexpr auto formOf(Word... words)
-{
-    constexpr bool areWords = ((kPartOf<Word> != 0) && ...);
-    static_assert(areWords, "after the list stand words for its departures, such as wire::Untested, and nothing else");
-    static_assert(
-        !areWords || (kWordsOfPart<1, Word...> <= 1 && kWordsOfPart<2, Word...> <= 1 && kWordsOfPart<3, Word...> <= 1),
-        "the words of a list contradict each other: one at most says what decides, one where elements go, one "
-        "where the key comes from");
-    if constexpr (areWords)
-    {
-        ListForm<decltype(memberOf(words...))> form{{}, memberOf(words...)};
-        (say(form.parts, words), ...);
-        return form;
-    }
-    else
-    {
-        return ListForm<NoMember>{};
-    }
-}
-
-// Counts up to this are taken as told, so that a payload of no more elements, cut or whole, behaves as it always did. A
-// whole payload does so at any count.
+// Counts up to this are taken from the wire as they are, so that a payload of no more elements, cut or whole, behaves
+// as it always did. A whole payload does so at any count.
 constexpr int64_t kTrustedCount = 1024;
 
-// How many elements a count from the wire may ask for, when each takes at least smallest bytes and left are there.
-// One more than can be there: the loop meets the end of the payload, and the memory follows the bytes.
+// The elements to read for a count from the wire, if each takes at least smallest bytes and left bytes remain: at most
+// one more than fit, so that the loop meets the end of the payload, and memory grows with the bytes that arrived.
 constexpr int64_t boundedCount(int64_t count, int64_t left, int64_t smallest)
 {
     if (count <= 0)

@@ -6,9 +6,10 @@ namespace wire
 namespace
 {
 
-const char* wordOf(Tests tests)
+const char* testsOf(const Departures& how)
 {
-    static constexpr std::pair<Tests, const char*> words[] = {
+    static constexpr std::pair<Departures, const char*> words[] = {
+        {Departures(), ""},
         {Untested, "Untested"},
         {ElementsUntested, "ElementsUntested"},
         {ElementsUntestedOnRead, "ElementsUntestedOnRead"},
@@ -18,9 +19,9 @@ const char* wordOf(Tests tests)
         {OnlyAboveZero, "OnlyAboveZero"},
     };
     for (const auto& [those, word] : words)
-        if (those == tests)
+        if (those.reading == how.reading && those.writing == how.writing)
             return word;
-    return tests == Tests{} ? "" : "TestsOfItsOwn";
+    return "TestsOfItsOwn";
 }
 
 } // namespace
@@ -35,11 +36,10 @@ std::string wordsOf(const Field& field)
     if (field.kind == Kind::kTable)
         all.push_back(rows[static_cast<size_t>(field.says)]);
     else
-        all.push_back(wordOf({field.how.reading, field.how.writing}));
+        all.push_back(testsOf(field.how));
     all.push_back(places[static_cast<size_t>(field.how.into)]);
     all.push_back(keys[static_cast<size_t>(field.how.key)]);
-    for (const Word* word : field.words)
-        all.push_back(word->text);
+    all.insert(all.end(), field.words.begin(), field.words.end());
     std::string words;
     for (const char* word : all)
         if (*word)

@@ -17,7 +17,7 @@ struct Schema;
 
 enum class Kind
 {
-    kNumber, // an integer or a bool, of number->size bytes
+    kNumber, // an integer or a bool, of size bytes
     kFloat,
     kText,
     kRaw,     // extent bytes
@@ -27,41 +27,31 @@ enum class Kind
     kArray,   // extent times parts[0]
     kPair,    // parts in order
     kList,    // that many parts[0]; of a map of values parts[0] is the key and parts[1] the value
-    kCount,   // the count of a list whose elements, or of a table whose rows, come later
+    kCount,   // the count of a list whose elements, or of a table whose rows, are sent later
     kTable    // rows of one cell of each part
 };
 
-// A number's type.
-struct Number
-{
-    int size;
-    bool isBool;
-    bool isSigned;
-    // The value in an object's memory.
-    long long (*load)(const void* at);
-};
-
-// Walks the elements of a container: key (null in a sequence) and value of each.
+// Gets the key (null in a sequence) and the value of each element of a container.
 using Visit = std::function<void(const void* key, const void* value)>;
-using Walk = void (*)(const void* container, const Visit& visit);
-// The bytes that a buffer or a packager holds, and how many.
-using BytesOf = std::pair<const unsigned char*, int> (*)(const void* member);
 
 struct Field
 {
     // The member's expression within its class; empty for what no member keeps.
     std::string name;
     Kind kind = Kind::kNumber;
-    const Number* number = nullptr;
+    // Of a number: its bytes on the wire, and in memory from the member's first byte on.
+    int size = 0;
+    bool isBool = false;
+    bool isSigned = false;
     // What people call its type, where no part and no record does.
     const char* type = "";
-    // Of a list all parts; of other fields what decides.
+    // Of a list all departures; of other fields what decides.
     Departures how;
-    // The words of the steps that it stands in, for all else.
-    std::vector<const Word*> words;
+    // The names of any other departures: of the steps that it is part of, or of what its class does by hand.
+    std::vector<const char*> words;
     // Of a list, an array, raw bytes and a table.
     Says says = Says::kType;
-    // Where the member lies within the object, in bytes; of a part, within its element.
+    // Where the member is within the object, in bytes; of a part, within its element.
     size_t offset = 0;
     // Element size of an array, in bytes.
     size_t stride = 0;
@@ -77,10 +67,12 @@ struct Field
     int smallest = 0;
     // The class of a record, or null.
     const Schema* record = nullptr;
-    Walk walk = nullptr;
-    BytesOf bytes = nullptr;
+    // Walks the elements of a container.
+    void (*walk)(const void* container, const Visit& visit) = nullptr;
+    // The bytes that a buffer or a packager holds.
+    std::pair<const unsigned char*, int> (*bytes)(const void* member) = nullptr;
     std::vector<Field> parts;
-    // Belongs to a head: shown first, wherever it stands on the wire.
+    // Belongs to a head: shown first, wherever it is on the wire.
     bool head = false;
 };
 
@@ -88,13 +80,13 @@ struct Schema
 {
     std::string name;
     std::vector<Field> fields;
-    // The members of which the order says that they do not travel.
+    // The members that the order marks as not sent.
     std::vector<std::string> notSent;
     // Bytes of the smallest object that can be read to its end.
     int smallest = 0;
 };
 
-// The words of a field's departures, parted by spaces, for people.
+// The words of a field's departures, separated by spaces, for people.
 COMMONGROUND_API std::string wordsOf(const Field& field);
 
 } // namespace wire

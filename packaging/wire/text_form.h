@@ -1,9 +1,9 @@
 // The two written forms of text, over the unit of the host's wide character. A reader takes both.
 //
-//   two-byte units    count:30bit(n)     the n units as they lie
+//   two-byte units    count:30bit(n)     the n units as in memory
 //   four-byte units   count:30bit(2n+2)  the text as UTF-16, then zero units up to the count
 //
-// A template over the unit, so that every build can reach both.
+// A template over the unit, so that every build can test both.
 #pragma once
 
 #include "packaging/wire/access.h"
@@ -14,14 +14,14 @@
 namespace wire
 {
 
-// A surrogate by itself: what a four-byte reader makes of it, without a look at its neighbour.
+// What a four-byte reader makes of a surrogate: each by itself, whatever the units beside it.
 inline uint32_t widenUnit(uint32_t unit)
 {
     const uint32_t lone = (((unit - 0xD800) & 0xFFFF) << 10 | ((unit - 0xDC00) & 0xFFFF)) + 0x10000;
     return (unit & 0xF800) == 0xD800 ? lone : unit;
 }
 
-// Whatever lies above 0xFFFF leaves a four-byte writer as this one pair.
+// A four-byte writer sends this one pair for every value above 0xFFFF.
 constexpr uint16_t kWideLead = 0xD840;
 constexpr uint16_t kWideTrail = 0xDC00;
 
@@ -36,7 +36,7 @@ inline void storeUnit(unsigned char* at, uint32_t unit)
     at[1] = static_cast<unsigned char>(unit >> 8);
 }
 
-// Units in front of the first zero unit, four at a look.
+// Units before the first zero unit; checks four at a time.
 inline int unitsBeforeZero(const unsigned char* units, int count)
 {
     int i = 0;
@@ -84,7 +84,7 @@ int narrowUnits(unsigned char* out, const Unit* text, int n)
 template <class P>
 inline constexpr bool kLimitsText = std::is_same_v<P, CCmdPackager>;
 
-// Writes a text. False where it does not fit; a count that was written by then stays.
+// Writes a text. False if it does not fit; a count that was written by then stays.
 template <class P, class Unit>
 bool writeText(P& packager, const zet::String_T<Unit>& text)
 {
@@ -104,7 +104,7 @@ bool writeText(P& packager, const zet::String_T<Unit>& text)
 
     if (!write30(packager, static_cast<uint32_t>(count)))
         return false;
-    unsigned char* out = Access::room(packager, bytes);
+    unsigned char* out = Access::space(packager, bytes);
     if (!out)
         return false;
     if constexpr (sizeof(Unit) == 4)
@@ -120,8 +120,8 @@ bool writeText(P& packager, const zet::String_T<Unit>& text)
     return true;
 }
 
-// Reads a text up to its first zero unit. False, with the target as it was, where the units are not there; a command
-// with too many units leaves the target empty.
+// Reads a text up to its first zero unit. False, with the target unchanged, if units are missing; a command's text with
+// too many units leaves the target empty.
 template <class P, class Unit>
 bool readText(P& packager, zet::String_T<Unit>* text)
 {

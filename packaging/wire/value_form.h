@@ -13,31 +13,47 @@
 namespace wire
 {
 
-// Bytes from the wire that may cost memory before they have arrived.
+// Bytes for which memory may be allocated before they have arrived.
 constexpr int kTrustedBytes = 0x10000;
 
-// Bytes that a value of T always takes, or 0 where that depends on the value.
+// A type of the packagers' values.
+struct ValueType
+{
+    // What people call it; null for any other type.
+    const char* name = nullptr;
+    // Bytes that a value always takes, or 0 where that depends on the value.
+    int size = 0;
+};
 template <class T>
-inline constexpr int kFixedSize = 0;
+inline constexpr ValueType kValueType{};
 template <>
-inline constexpr int kFixedSize<bool> = 1;
+inline constexpr ValueType kValueType<bool>{"bool", 1};
 template <>
-inline constexpr int kFixedSize<char> = 1;
+inline constexpr ValueType kValueType<char>{"char", 1};
 template <>
-inline constexpr int kFixedSize<unsigned char> = 1;
+inline constexpr ValueType kValueType<unsigned char>{"unsigned char", 1};
 template <>
-inline constexpr int kFixedSize<short> = 2;
+inline constexpr ValueType kValueType<short>{"short", 2};
 template <>
-inline constexpr int kFixedSize<unsigned short> = 2;
+inline constexpr ValueType kValueType<unsigned short>{"unsigned short", 2};
 template <>
-inline constexpr int kFixedSize<int> = 4;
+inline constexpr ValueType kValueType<int>{"int", 4};
 // 32 bits on the wire, whatever the host's long has.
 template <>
-inline constexpr int kFixedSize<unsigned long> = 4;
+inline constexpr ValueType kValueType<unsigned long>{"unsigned long", 4};
 template <>
-inline constexpr int kFixedSize<zet::Uuid> = 16;
+inline constexpr ValueType kValueType<zet::Uuid>{"uuid", 16};
 template <>
-inline constexpr int kFixedSize<zet::uuid_node_t> = 6;
+inline constexpr ValueType kValueType<zet::uuid_node_t>{"node", 6};
+template <>
+inline constexpr ValueType kValueType<float>{"float"};
+template <class Unit>
+inline constexpr ValueType kValueType<zet::String_T<Unit>>{"text"};
+template <>
+inline constexpr ValueType kValueType<zet::Buffer>{"buffer"};
+
+template <class T>
+inline constexpr int kFixedSize = kValueType<T>.size;
 template <class T, size_t N>
 inline constexpr int kFixedSize<T[N]> = kFixedSize<T>* static_cast<int>(N);
 
@@ -68,7 +84,7 @@ void store(unsigned char* at, const T& value)
     }
 }
 
-// The number in so many bytes, the highest first. In this form compilers see one load and a swap.
+// The number in kSize bytes, the highest first. In this form compilers see one load and a swap.
 template <int kSize>
 uint32_t bigEndian(const unsigned char* at)
 {
@@ -106,7 +122,7 @@ void load(const unsigned char* at, T& value)
 template <class P, class T>
 bool writeScalar(P& packager, const T& value)
 {
-    unsigned char* at = Access::room(packager, kFixedSize<T>);
+    unsigned char* at = Access::space(packager, kFixedSize<T>);
     if (!at)
         return false;
     store(at, value);
@@ -130,12 +146,12 @@ bool writeBytes(P& packager, const void* data, int size)
 {
     if (size < 0)
         return false;
-    unsigned char* at = Access::freeRoom(packager, size);
+    unsigned char* at = Access::freeSpace(packager, size);
     if (!at)
     {
-        // Bytes of the packager itself move with all others where it grows.
+        // Bytes of the packager itself move when it grows.
         const std::optional<size_t> place = Access::placeWithin(packager, data);
-        at = Access::room(packager, size);
+        at = Access::space(packager, size);
         if (!at)
             return false;
         if (place)
@@ -162,8 +178,8 @@ bool readBytes(P& packager, void* data, int size)
 template <class P>
 bool writeFloat(P& packager, float value)
 {
-    // Straight into the storage where the longest text fits, so that nearly every float is printed in its place.
-    if (unsigned char* at = Access::freeRoom(packager, 1 + kFloatTextRoom))
+    // Nearly every float is printed directly into the storage, since the longest text fits there.
+    if (unsigned char* at = Access::freeSpace(packager, 1 + kFloatTextRoom))
     {
         const int length = printFloat(value, reinterpret_cast<char*>(at) + 1);
         *at = static_cast<unsigned char>(length);
@@ -185,12 +201,12 @@ bool readFloat(P& packager, float* value)
     if (!at)
         return false;
     Access::took(packager, length);
-    // Text that does not parse leaves the value as it was, and the read is good all the same.
+    // Text that does not parse leaves the value unchanged, and the read succeeds.
     scanFloat(reinterpret_cast<const char*>(at), length, *value);
     return true;
 }
 
-// A size and that many bytes, as many as the packager holds.
+// A size and that many bytes, limited only by the packager.
 template <class P>
 bool writeSizedBytes(P& packager, const zet::Buffer& value)
 {
@@ -204,26 +220,41 @@ bool readSizedBytes(P& packager, zet::Buffer* value, int most = INT_MAX)
     int size = 0;
     if (!readScalar(packager, &size) || size < 0 || size > most)
         return false;
-    // A large block is made only for bytes that are there.
+    // A large block is allocated only for bytes that are there.
     if (size > kTrustedBytes && size > Access::left(packager))
         return false;
     return value->setBufferSize(size) == size && readBytes(packager, value->getBuffer(), size);
 }
 
-// The same as a value of the packager; the command packager's has a largest size.
+// Bytes that a buffer value may have.
 template <class P>
 inline constexpr int kMaxBufferSize = std::is_same_v<P, CCmdPackager> ? CCmdPackager::kMaxBufferSize : INT_MAX;
 
-template <class P>
-bool writeBuffer(P& packager, const zet::Buffer& value)
+// A value of any type of the table above.
+template <class P, class T>
+bool writeValue(P& packager, const T& value)
 {
-    return value.getBufferSize() <= kMaxBufferSize<P> && writeSizedBytes(packager, value);
+    if constexpr (std::is_same_v<T, float>)
+        return writeFloat(packager, value);
+    else if constexpr (std::is_same_v<T, zet::Buffer>)
+        return value.getBufferSize() <= kMaxBufferSize<P> && writeSizedBytes(packager, value);
+    else if constexpr (kFixedSize<T> == 0)
+        return writeText(packager, value);
+    else
+        return writeScalar(packager, value);
 }
 
-template <class P>
-bool readBuffer(P& packager, zet::Buffer* value)
+template <class P, class T>
+bool readValue(P& packager, T* value)
 {
-    return readSizedBytes(packager, value, kMaxBufferSize<P>);
+    if constexpr (std::is_same_v<T, float>)
+        return readFloat(packager, value);
+    else if constexpr (std::is_same_v<T, zet::Buffer>)
+        return readSizedBytes(packager, value, kMaxBufferSize<P>);
+    else if constexpr (kFixedSize<T> == 0)
+        return readText(packager, value);
+    else
+        return readScalar(packager, value);
 }
 
 template <class P>
@@ -256,32 +287,28 @@ bool read15(P& packager, unsigned short* value)
 } // namespace wire
 
 // Defines for Class what COMMONGROUND_VALUE_OPERATIONS declares.
-#define COMMONGROUND_DEFINE_SCALAR(Class, Type)                                                                        \
-    bool Class::Write(Type value)                                                                                      \
+#define COMMONGROUND_DEFINE_VALUE(Class, Parameter, Type)                                                              \
+    bool Class::Write(Parameter value)                                                                                 \
     {                                                                                                                  \
-        return wire::writeScalar(*this, value);                                                                        \
+        return wire::writeValue(*this, value);                                                                         \
     }                                                                                                                  \
     bool Class::Read(Type* value)                                                                                      \
     {                                                                                                                  \
-        return wire::readScalar(*this, value);                                                                         \
+        return wire::readValue(*this, value);                                                                          \
     }
 
 #define COMMONGROUND_DEFINE_VALUE_OPERATIONS(Class)                                                                    \
-    COMMONGROUND_DEFINE_SCALAR(Class, bool)                                                                            \
-    COMMONGROUND_DEFINE_SCALAR(Class, char)                                                                            \
-    COMMONGROUND_DEFINE_SCALAR(Class, unsigned char)                                                                   \
-    COMMONGROUND_DEFINE_SCALAR(Class, short)                                                                           \
-    COMMONGROUND_DEFINE_SCALAR(Class, unsigned short)                                                                  \
-    COMMONGROUND_DEFINE_SCALAR(Class, int)                                                                             \
-    COMMONGROUND_DEFINE_SCALAR(Class, unsigned long)                                                                   \
-    bool Class::Write(float value)                                                                                     \
-    {                                                                                                                  \
-        return wire::writeFloat(*this, value);                                                                         \
-    }                                                                                                                  \
-    bool Class::Read(float* value)                                                                                     \
-    {                                                                                                                  \
-        return wire::readFloat(*this, value);                                                                          \
-    }                                                                                                                  \
+    COMMONGROUND_DEFINE_VALUE(Class, bool, bool)                                                                       \
+    COMMONGROUND_DEFINE_VALUE(Class, char, char)                                                                       \
+    COMMONGROUND_DEFINE_VALUE(Class, unsigned char, unsigned char)                                                     \
+    COMMONGROUND_DEFINE_VALUE(Class, short, short)                                                                     \
+    COMMONGROUND_DEFINE_VALUE(Class, unsigned short, unsigned short)                                                   \
+    COMMONGROUND_DEFINE_VALUE(Class, int, int)                                                                         \
+    COMMONGROUND_DEFINE_VALUE(Class, unsigned long, unsigned long)                                                     \
+    COMMONGROUND_DEFINE_VALUE(Class, float, float)                                                                     \
+    COMMONGROUND_DEFINE_VALUE(Class, const zet::String_T<wchar_t>&, zet::String_T<wchar_t>)                            \
+    COMMONGROUND_DEFINE_VALUE(Class, const zet::Uuid&, zet::Uuid)                                                      \
+    COMMONGROUND_DEFINE_VALUE(Class, const zet::Buffer&, zet::Buffer)                                                  \
     bool Class::Write15(unsigned short value)                                                                          \
     {                                                                                                                  \
         return wire::write15(*this, value);                                                                            \
@@ -301,30 +328,6 @@ bool read15(P& packager, unsigned short* value)
             return false;                                                                                              \
         *value = result;                                                                                               \
         return true;                                                                                                   \
-    }                                                                                                                  \
-    bool Class::Write(const zet::String_T<wchar_t>& value)                                                             \
-    {                                                                                                                  \
-        return wire::writeText(*this, value);                                                                          \
-    }                                                                                                                  \
-    bool Class::Read(zet::String_T<wchar_t>* value)                                                                    \
-    {                                                                                                                  \
-        return wire::readText(*this, value);                                                                           \
-    }                                                                                                                  \
-    bool Class::Write(const zet::Uuid& value)                                                                          \
-    {                                                                                                                  \
-        return wire::writeScalar(*this, value);                                                                        \
-    }                                                                                                                  \
-    bool Class::Read(zet::Uuid* value)                                                                                 \
-    {                                                                                                                  \
-        return wire::readScalar(*this, value);                                                                         \
-    }                                                                                                                  \
-    bool Class::Write(const zet::Buffer& value)                                                                        \
-    {                                                                                                                  \
-        return wire::writeBuffer(*this, value);                                                                        \
-    }                                                                                                                  \
-    bool Class::Read(zet::Buffer* value)                                                                               \
-    {                                                                                                                  \
-        return wire::readBuffer(*this, value);                                                                         \
     }                                                                                                                  \
     bool Class::Write(const void* data, int size)                                                                      \
     {                                                                                                                  \

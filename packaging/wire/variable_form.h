@@ -11,7 +11,7 @@ namespace wire
 constexpr uint32_t kMask15 = 0x7FFF;
 constexpr uint32_t kMask30 = 0x3FFFFFFF;
 
-// The bytes of a masked 30-bit count; returns how many of the four it takes.
+// Encodes a masked 30-bit count; returns how many of the four bytes it takes.
 inline int encode30(uint32_t value, unsigned char* out)
 {
     const int more = value <= 0x3F ? 0 : value <= 0x3FFF ? 1 : value <= 0x3FFFFF ? 2 : 3;
@@ -26,7 +26,7 @@ bool write30(P& packager, uint32_t value)
 {
     unsigned char bytes[4];
     const int size = encode30(value & kMask30, bytes);
-    unsigned char* out = Access::room(packager, size);
+    unsigned char* out = Access::space(packager, size);
     if (!out)
         return false;
     for (int i = 0; i < size; ++i)
@@ -35,7 +35,7 @@ bool write30(P& packager, uint32_t value)
     return true;
 }
 
-// Takes a longer form than was needed, too. A cut count leaves the read pointer behind what there was of it.
+// Takes a longer form than needed too. A cut count leaves the read pointer after the bytes that there were.
 template <class P>
 bool read30(P& packager, uint32_t& value)
 {

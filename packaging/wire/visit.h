@@ -1,12 +1,10 @@
-// What the writer, the reader and the describer share: what can stand in an order, and how containers look.
+// What the writer, the reader and the describer share: what can be in an order, and the shape of containers and tables.
 #pragma once
 
 #include "packaging/wire/quirks.h"
 #include "packaging/wire/schema.h"
 #include "packaging/wire/value_form.h"
 
-#include <array>
-#include <cassert>
 #include <map>
 #include <type_traits>
 #include <utility>
@@ -21,20 +19,51 @@ struct Order
 {
 };
 
-// An array of bytes travels in one piece: cut, it is not read at all.
-template <class T>
-inline constexpr bool kIsRawBytes = std::is_same_v<std::remove_extent_t<T>, unsigned char>&& std::is_array_v<T>;
-
-template <class T>
-inline constexpr bool kIsPair = false;
-template <class A, class B>
-inline constexpr bool kIsPair<std::pair<A, B>> = true;
-
 // A class with an order of its own.
 template <class T>
 concept Record = std::is_class_v<T> && requires
 {
     T::Wire();
+};
+
+// An array of bytes is read in one piece: cut, it is not read at all.
+template <class T>
+inline constexpr bool kIsRawBytes = std::is_same_v<std::remove_extent_t<T>, unsigned char>&& std::is_array_v<T>;
+// A packager as a member: the size and the bytes of what it holds.
+template <class T>
+inline constexpr bool kIsPackager = std::is_same_v<T, CCmdPackager> || std::is_same_v<T, CDataPackager>;
+// Whether T is made from that template, std::vector or std::pair for instance.
+template <template <class...> class Of, class T>
+inline constexpr bool kIsA = false;
+template <template <class...> class Of, class... Args>
+inline constexpr bool kIsA<Of, Of<Args...>> = true;
+
+// Refuses what is not a value, a record or made of these. What was refused is left out by the steps, here and below, so
+// that nothing else is reported.
+template <class T>
+constexpr bool isField()
+{
+    constexpr bool is = kValueType<T>.name != nullptr || Record<T> || kIsPackager<T> || kIsA<std::pair, T>;
+    static_assert(is, "an order holds packager values, records with Wire(), arrays and pairs of these; a container "
+                      "needs LIST");
+    return is;
+}
+
+// The value type of a vector or a map, the innermost type of an array.
+template <class C>
+struct ElementOf
+{
+    using Type = std::remove_all_extents_t<C>;
+};
+template <class T>
+struct ElementOf<std::vector<T>>
+{
+    using Type = T;
+};
+template <class K, class T>
+struct ElementOf<std::map<K, T>>
+{
+    using Type = T;
 };
 
 // Bytes of the smallest value of T.
@@ -48,127 +77,76 @@ int64_t smallest()
         return kFixedSize<E> * times;
     else if constexpr (Record<E>)
         return E::Wire().smallest * times;
-    else if constexpr (kIsPair<E>)
+    else if constexpr (kIsA<std::pair, E>)
         return (smallest<typename E::first_type>() + smallest<typename E::second_type>()) * times;
-    else if constexpr (std::is_same_v<E, zet::Buffer>)
-        return 4 * times;
+    else if constexpr (std::is_same_v<E, zet::Buffer> || kIsPackager<E>)
+        return kFixedSize<int> * times;
     else
         return times;
 }
 
-template <class C>
-inline constexpr bool kIsMap = false;
-template <class K, class T>
-inline constexpr bool kIsMap<std::map<K, T>> = true;
-
-template <class C>
-struct ElementOf
-{
-    using Type = typename C::value_type;
-};
-template <class K, class T>
-struct ElementOf<std::map<K, T>>
-{
-    using Type = T;
-};
-
-template <class C>
-inline constexpr bool kIsVector = false;
-template <class T>
-inline constexpr bool kIsVector<std::vector<T>> = true;
-
-// Whether a list's key can come from that member; other keys have none.
-template <class C, class Member>
-inline constexpr bool kIsMemberOfElement = true;
+// Whether a list's key can come from the member that its words name; without one, it comes from elsewhere.
+template <class C, class Words>
+inline constexpr bool kHasKeyMember = true;
 template <class C, class T, class K>
-inline constexpr bool kIsMemberOfElement<C, K T::*> = std::is_base_of_v<T, typename C::mapped_type>;
+inline constexpr bool kHasKeyMember<C, KeyedDepartures<K T::*>> = std::is_base_of_v<T, typename ElementOf<C>::Type>;
 
-// What is wrong with a list and its words.
-enum class Nonsense
+// Refuses a list that is not a container.
+template <class C>
+constexpr bool isContainer()
 {
-    kNone,
-    kNoContainer,
-    kMapWithoutKey,
-    kKeyWithoutMap,
-    kForeignKey,
-    kSizedMap,
-    kLastOfSlots,
-    kLeftAndCleared,
-    kIdleClearedFirst,
-    kCountApart
-};
+    static_assert(kIsA<std::map, C> || kIsA<std::vector, C>,
+                  "LIST, COUNT_OF and ELEMENTS_OF take a std::vector or a std::map; other members go in FIELDS");
+    return kIsA<std::map, C> || kIsA<std::vector, C>;
+}
 
-// Apart: the count of the list is a step of its own.
-template <class C, class Member>
-constexpr Nonsense nonsenseOf(const ListForm<Member>& form, bool isApart)
+template <class T>
+inline constexpr bool kNever = false;
+
+// Refuses a list whose words do not fit it or each other, with one sentence at the list's own line.
+// kIsApart: the list's count is a step of its own.
+template <class C, auto kWords, bool kIsApart>
+constexpr bool makesSense()
 {
-    if constexpr (!kIsMap<C> && !kIsVector<C>)
-    {
-        return Nonsense::kNoContainer;
-    }
+    constexpr Departures how = kWords;
+    constexpr bool fillsSlots = how.into == Into::kSized || how.into == Into::kSlots;
+    constexpr bool isClearedFirst = how.into == Into::kClearedBeforeCount;
+    if constexpr (!isContainer<C>())
+        return false;
+    else if constexpr (how.isContradiction)
+        static_assert(kNever<C>, "the words of a list contradict each other: one at most says what decides, one where "
+                                 "elements go, one where the key comes from");
+    else if constexpr (kIsA<std::map, C> && how.key == Key::kNone)
+        static_assert(kNever<C>, "the list of a map needs KeyedBy, KeyedByPosition or Pairs: without a key all "
+                                 "elements are one");
+    else if constexpr (!kIsA<std::map, C> && how.key != Key::kNone)
+        static_assert(kNever<C>, "KeyedBy, KeyedByPosition and Pairs are words for a map: the elements of another list "
+                                 "have no key");
+    else if constexpr (!kHasKeyMember<C, std::remove_const_t<decltype(kWords)>>)
+        static_assert(kNever<C>, "KeyedBy names a member of the map's element");
+    else if constexpr (kIsA<std::map, C> && fillsSlots)
+        static_assert(kNever<C>, "SizedFirst and IntoExistingSlots are for a list with places: a map has none");
+    else if constexpr (how.reading == Decides::kLastElement && (kIsA<std::map, C> || fillsSlots))
+        static_assert(kNever<C>,
+                      "LastElementDecides is for a list that grows element by element: no map, SizedFirst or "
+                      "IntoExistingSlots");
+    else if constexpr (how.reading == Decides::kAboveZero && isClearedFirst)
+        static_assert(kNever<C>, "OnlyAboveZero leaves a list as it was, which ClearedFirst has emptied by then");
+    else if constexpr (how.reading == Decides::kNothing && isClearedFirst)
+        static_assert(kNever<C>,
+                      "ClearedFirst does nothing here: a list whose count does not decide is always emptied");
+    else if constexpr (kIsApart && (how.reading == Decides::kNothing || how.writing == Decides::kNothing ||
+                                    how.reading == Decides::kAboveZero || isClearedFirst))
+        static_assert(kNever<C>,
+                      "a word about the count does nothing at ELEMENTS_OF: COUNT_OF has read and tested it before");
     else
-    {
-        const auto [reading, writing, into, key] = form.parts;
-        const bool fillsSlots = into == Into::kSized || into == Into::kSlots;
-        if (kIsMap<C> != (key != Key::kNone))
-            return kIsMap<C> ? Nonsense::kMapWithoutKey : Nonsense::kKeyWithoutMap;
-        if constexpr (kIsMap<C>)
-            if (!kIsMemberOfElement<C, Member>)
-                return Nonsense::kForeignKey;
-        if (kIsMap<C> && fillsSlots)
-            return Nonsense::kSizedMap;
-        if (reading == Decides::kLastElement && (kIsMap<C> || fillsSlots))
-            return Nonsense::kLastOfSlots;
-        if (reading == Decides::kAboveZero && into == Into::kClearedBeforeCount)
-            return Nonsense::kLeftAndCleared;
-        if (reading == Decides::kNothing && into == Into::kClearedBeforeCount)
-            return Nonsense::kIdleClearedFirst;
-        if (isApart && (reading == Decides::kNothing || writing == Decides::kNothing ||
-                        reading == Decides::kAboveZero || into == Into::kClearedBeforeCount))
-            return Nonsense::kCountApart;
-        return Nonsense::kNone;
-    }
+        return true;
+    return false;
 }
 
-// Refuses nonsense, with one sentence. Every order is described once, so the describer alone asks; the other two leave
-// out what does not make sense, so that nothing else is reported.
-template <class C, auto Form, bool IsApart>
-constexpr void refuseNonsense()
-{
-    constexpr Nonsense wrong = nonsenseOf<C>(Form, IsApart);
-    static_assert(wrong != Nonsense::kNoContainer, "LIST, COUNT_OF and ELEMENTS_OF take a std::vector or a std::map; "
-                                                   "other members go in FIELDS");
-    static_assert(wrong != Nonsense::kMapWithoutKey,
-                  "the list of a map needs KeyedBy, KeyedByPosition or Pairs: without a key all elements are one");
-    static_assert(wrong != Nonsense::kKeyWithoutMap,
-                  "KeyedBy, KeyedByPosition and Pairs are words for a map: the elements of another list have no key");
-    static_assert(wrong != Nonsense::kForeignKey, "KeyedBy names a member of the map's element");
-    static_assert(wrong != Nonsense::kSizedMap,
-                  "SizedFirst and IntoExistingSlots are for a list with places: a map has none");
-    static_assert(wrong != Nonsense::kLastOfSlots, "LastElementDecides is for a list that elements are put behind: no "
-                                                   "map, SizedFirst or IntoExistingSlots");
-    static_assert(wrong != Nonsense::kLeftAndCleared,
-                  "OnlyAboveZero leaves a list as it was, which ClearedFirst has emptied by then");
-    static_assert(wrong != Nonsense::kIdleClearedFirst,
-                  "ClearedFirst does nothing here: a list whose count does not decide is always emptied");
-    static_assert(wrong != Nonsense::kCountApart,
-                  "a word about the count does nothing at ELEMENTS_OF: COUNT_OF has read and tested it before");
-}
-
-// The cells of a table's column: of a vector its elements, of an array those of the last extent.
-template <class T>
-struct CellOf
-{
-    using Type = std::remove_all_extents_t<T>;
-};
-template <class T>
-struct CellOf<std::vector<T>>
-{
-    using Type = T;
-};
+// Cells of an array, and those in each line of an array of arrays.
 template <class T>
 inline constexpr int kCells = static_cast<int>(sizeof(T) / sizeof(std::remove_all_extents_t<T>));
-// Cells of a column in each line of a table of tables.
 template <class T>
 inline constexpr int kAcross = std::rank_v<T> == 2 ? static_cast<int>(std::extent_v<T, 1>) : 1;
 
@@ -177,71 +155,21 @@ template <class T>
 constexpr bool isColumn(const Rows& rows)
 {
     if (rows.says == Says::kCountBefore)
-        return kIsVector<T>;
+        return kIsA<std::vector, T>;
     if (rows.says == Says::kType)
         return std::is_array_v<T>;
     return std::rank_v<T> == (rows.across != 0 ? 2 : 1) && static_cast<int>(std::extent_v<T>) == rows.rows &&
            (rows.across == 0 || kAcross<T> <= rows.across);
 }
 
-// Where in a run of fixed-size fields a field stands: the bytes of the run if it is the first of one, its place in it.
-struct Place
+// A cell of a column, or null beyond its end.
+template <class T>
+auto* cellOf(T& column, int64_t row, int64_t at)
 {
-    int runBytes = 0;
-    int offset = -1;
-};
-
-// Finds the runs of fixed-size fields, so that one look at the room serves a whole run.
-template <class... T>
-constexpr std::array<Place, sizeof...(T)> placesOf()
-{
-    constexpr int sizes[] = {kFixedSize<T>...};
-    std::array<Place, sizeof...(T)> places{};
-    size_t first = 0;
-    for (size_t i = 0; i < sizeof...(T); ++i)
-    {
-        if (sizes[i] == 0)
-        {
-            first = i + 1;
-            continue;
-        }
-        places[i].offset = i == first ? 0 : places[i - 1].offset + sizes[i - 1];
-        places[first].runBytes += sizes[i];
-    }
-    return places;
+    if constexpr (std::rank_v<T> == 2)
+        return row < std::ssize(column) && at < kAcross<T> ? &column[row][at] : nullptr;
+    else
+        return row < std::ssize(column) ? std::data(column) + row : nullptr;
 }
-
-// A writer takes a record const, a reader takes it as it is.
-template <class R, class Base>
-using Like = std::conditional_t<std::is_const_v<R>, const Base, Base>;
-
-// The count of a list that stands apart from its elements, until they come.
-class PendingCounts
-{
-public:
-    void set(const void* list, int count)
-    {
-        assert(m_Used < kMost && "an order holds back more counts than there is room for");
-        if (m_Used < kMost)
-            m_Entries[m_Used++] = {list, count};
-    }
-    int get(const void* list) const
-    {
-        for (int i = 0; i < m_Used; ++i)
-            if (m_Entries[i].m_List == list)
-                return m_Entries[i].m_Count;
-        return 0;
-    }
-
-private:
-    struct Entry
-    {
-        const void* m_List;
-        int m_Count;
-    };
-    static constexpr int kMost = 12;
-    Entry m_Entries[kMost];
-    int m_Used = 0;
-};
 
 } // namespace wire

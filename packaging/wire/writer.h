@@ -1,8 +1,7 @@
 // Writes a record by its order.
 #pragma once
 
-#include "packaging/wire/head_form.h"
-#include "packaging/wire/visit.h"
+#include "packaging/wire/codec.h"
 
 #include <algorithm>
 
@@ -10,199 +9,87 @@ namespace wire
 {
 
 template <class P>
-class Writer
+class Writer : public Codec<P>
 {
 public:
-    explicit Writer(P& packager) : m_Packager(packager), m_SizeBefore(packager.GetDataSize()) {}
+    using Codec<P>::Codec;
+    using Codec<P>::one;
 
-    // Fields in order, up to the first that fails.
-    template <class... T>
-    bool Fields(const char*, const T&... values)
-    {
-        return fields(std::index_sequence_for<T...>(), values...);
-    }
-    // Every field is tried, and none decides.
-    template <class... T>
-    bool UntestedFields(const char*, const T&... values)
-    {
-        (one(values), ...);
-        return true;
-    }
-    template <class... T>
-    bool NotSent(const char*, const T&...)
-    {
-        return true;
-    }
-    template <class Steps>
-    bool Marked(const Word&, Steps steps)
-    {
-        return steps();
-    }
-    template <class Base>
-    bool Head(const Base& base)
-    {
-        if constexpr (kIsHead<Base>)
-            return writeHead(m_Packager, base);
-        else
-            return base.Base::Write(&m_Packager);
-    }
-
-    template <auto Form, class C>
+    template <auto kWords, class C>
     bool List(const char*, const C& list)
     {
-        if constexpr (nonsenseOf<C>(Form, false) == Nonsense::kNone)
-            return (one(static_cast<int>(list.size())) || Form.parts.writing == Decides::kNothing) &&
-                   elements<Form.parts>(list);
+        if constexpr (makesSense<C, kWords, false>())
+            return (number(list.size()) || kWords.writing == Decides::kNothing) && elements<kWords>(list);
         else
             return false;
     }
     template <class C>
     bool CountOf(const char*, const C& list)
     {
-        if constexpr (kIsMap<C> || kIsVector<C>)
-            return one(static_cast<int>(list.size()));
+        if constexpr (isContainer<C>())
+            return number(list.size());
         else
             return false;
     }
-    template <auto Form, class C>
+    template <auto kWords, class C>
     bool ElementsOf(const char*, const C& list)
     {
-        if constexpr (nonsenseOf<C>(Form, true) == Nonsense::kNone)
-            return elements<Form.parts>(list);
+        if constexpr (makesSense<C, kWords, true>())
+            return elements<kWords>(list);
         else
             return false;
     }
     template <class... C>
     bool ThroughOneLocal(const char* names, const C&... lists)
     {
-        (List<formOf(Untested, Into::kThroughOneLocal)>(names, lists), ...);
+        (List<Untested>(names, lists), ...);
         return true;
-    }
-    // All bytes that the inner packager holds, wherever its read pointer stands. A class that is written into its own
-    // inner packager takes along what that held before.
-    template <class Inner>
-    bool Payload(const char*, const Inner& inner)
-    {
-        int size = inner.GetDataSize();
-        if constexpr (std::is_same_v<Inner, P>)
-            size = &inner == &m_Packager ? m_SizeBefore : size;
-        return one(size) && writeBytes(m_Packager, inner.GetBuffer(), size);
     }
     // A column shorter than the first is filled with default values, and a narrow table has no cell beyond its width.
     template <Rows kRows, class First, class... T>
     bool Table(const char*, const First& first, const T&... rest)
     {
-        int64_t cells = 0;
+        int64_t rows = kRows.rows;
         if constexpr (kRows.says == Says::kCountBefore)
         {
-            cells = static_cast<int64_t>(first.size());
+            rows = std::ssize(first);
         }
         else
         {
-            cells = kRows.says == Says::kType ? kCells<First> : kRows.rows;
-            one(static_cast<int>(cells));
-            if (kRows.across != 0)
-                one(kRows.across);
-            cells *= std::max(kRows.across, 1);
+            if constexpr (kRows.says == Says::kType)
+                rows = kCells<First>;
+            number(rows);
+            if constexpr (kRows.across != 0)
+                number(kRows.across);
         }
-        constexpr int across = kRows.says == Says::kCount && kRows.across != 0 ? kRows.across : kAcross<First>;
+        constexpr int across = kRows.across != 0 ? kRows.across : kAcross<First>;
+        const int64_t cells = rows * std::max(kRows.across, 1);
         for (int64_t i = 0; i < cells; ++i)
         {
-            cell<across>(first, i);
-            (cell<across>(rest, i), ...);
+            cell(first, i / across, i % across);
+            (cell(rest, i / across, i % across), ...);
         }
         return true;
     }
 
-    P& packager() { return m_Packager; }
-
-    template <class T>
-    bool one(const T& value)
-    {
-        if constexpr (kIsRawBytes<T>)
-        {
-            return writeScalar(m_Packager, value);
-        }
-        else if constexpr (std::is_array_v<T>)
-        {
-            for (const auto& element : value)
-                if (!one(element))
-                    return false;
-            return true;
-        }
-        else if constexpr (kFixedSize<T> != 0)
-        {
-            return writeScalar(m_Packager, value);
-        }
-        else if constexpr (std::is_same_v<T, float>)
-        {
-            return writeFloat(m_Packager, value);
-        }
-        else if constexpr (std::is_same_v<T, zet::String_T<wchar_t>>)
-        {
-            return writeText(m_Packager, value);
-        }
-        else if constexpr (std::is_same_v<T, zet::Buffer>)
-        {
-            return writeBuffer(m_Packager, value);
-        }
-        else if constexpr (kIsPair<T>)
-        {
-            return one(value.first) && one(value.second);
-        }
-        else if constexpr (Record<T>)
-        {
-            return value.Write(&m_Packager);
-        }
-        else
-        {
-            return false; // Refused by the describer.
-        }
-    }
-
 private:
-    template <size_t... I, class... T>
-    bool fields(std::index_sequence<I...>, const T&... values)
+    template <class N>
+    bool number(N value)
     {
-        [[maybe_unused]] static constexpr auto places = placesOf<T...>();
-        [[maybe_unused]] unsigned char* run = nullptr;
-        return (field<places[I].runBytes, places[I].offset>(run, values) && ...);
+        return writeScalar(this->m_Packager, static_cast<int>(value));
     }
-    // The first of a run looks for the room of all; where it is not free, each field looks for itself.
-    template <int RunBytes, int Offset, class T>
-    bool field(unsigned char*& run, const T& value)
-    {
-        if constexpr (Offset < 0)
-        {
-            return one(value);
-        }
-        else
-        {
-            if constexpr (RunBytes != 0)
-            {
-                run = Access::freeRoom(m_Packager, RunBytes);
-                if (run)
-                    Access::wrote(m_Packager, RunBytes);
-            }
-            if (!run)
-                return one(value);
-            store(run + Offset, value);
-            return true;
-        }
-    }
-
-    template <Departures How, class C>
+    template <auto kWords, class C>
     bool elements(const C& list)
     {
-        constexpr bool tested = How.writing == Decides::kAll;
+        constexpr bool tested = kWords.writing == Decides::kAll;
         for (const auto& element : list)
         {
             bool good;
-            if constexpr (!kIsMap<C>)
+            if constexpr (!kIsA<std::map, C>)
                 good = one(element);
-            else if constexpr (How.key == Key::kTravels && tested)
+            else if constexpr (kWords.key == Key::kTravels && tested)
                 good = one(element.first) && one(element.second);
-            else if constexpr (How.key == Key::kTravels)
+            else if constexpr (kWords.key == Key::kTravels)
                 good = (one(element.first), one(element.second));
             else
                 good = one(element.second);
@@ -211,29 +98,19 @@ private:
         }
         return true;
     }
-    template <int Across, class T>
-    void cell(const T& column, int64_t i)
+    template <class T>
+    void cell(const T& column, int64_t row, int64_t at)
     {
-        if constexpr (kIsVector<T>)
+        if (const auto* kept = cellOf(column, row, at))
         {
-            if (i < static_cast<int64_t>(column.size()))
-                one(column[static_cast<size_t>(i)]);
-            else
-                one(typename T::value_type());
+            one(*kept);
         }
-        else if constexpr (std::rank_v<T> == 2)
+        else if constexpr (kIsA<std::vector, T>)
         {
-            if (i % Across < kAcross<T>)
-                one(column[i / Across][i % Across]);
-        }
-        else
-        {
-            one(column[i]);
+            const typename T::value_type missing{};
+            one(missing);
         }
     }
-
-    P& m_Packager;
-    const int m_SizeBefore;
 };
 
 } // namespace wire

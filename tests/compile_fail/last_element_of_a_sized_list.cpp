@@ -1,4 +1,4 @@
-// expect: LastElementDecides is for a list that elements are put behind
+// expect: LastElementDecides is for a list that grows element by element
 #include "packaging/wire/order.h"
 
 struct Record

@@ -1,4 +1,4 @@
-// expect: after the list stand words for its departures
+// expect: only words for its departures can follow a list
 #include "packaging/wire/order.h"
 
 struct Record

@@ -5,8 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <latch>
 #include <map>
 #include <string>
+#include <thread>
 #include <vector>
 
 using test::Bytes;
@@ -128,6 +131,21 @@ struct SmallDerived : SmallBase
 WIRE_ORDER_CMD(SmallDerived)
 {
     return FIELDS(r.m_Own) && HEAD(SmallBase);
+}
+
+struct CountedRecord
+{
+    CountedRecord() { ++s_Alive; }
+    ~CountedRecord() { --s_Alive; }
+    CountedRecord(const CountedRecord&) = delete;
+    CountedRecord& operator=(const CountedRecord&) = delete;
+    SMALL_RECORD
+    static inline std::atomic<int> s_Alive = 0;
+    int m_A = 1;
+};
+WIRE_ORDER_CMD(CountedRecord)
+{
+    return FIELDS(r.m_A);
 }
 
 namespace
@@ -376,6 +394,27 @@ TEST(WireOrder, SchemaNamesMembersKindsWordsAndTheSmallestSize)
     EXPECT_EQ(*reinterpret_cast<const int*>(reinterpret_cast<const char*>(&record) + schema.fields[0].offset), 1);
     EXPECT_EQ(wire::wordsOf(KeyedMap::Wire().fields[0]), "KeyedBy");
     EXPECT_EQ(wire::wordsOf(UntestedPairsMap::Wire().fields[0]), "Untested Pairs");
+}
+
+TEST(WireOrder, ThreadsThatAskAtOnceGetOneSchemaAndNoSampleStays)
+{
+    constexpr int kThreads = 8;
+    std::latch start(kThreads);
+    std::vector<const wire::Schema*> schemas(kThreads);
+    std::vector<std::thread> threads;
+    for (const wire::Schema*& schema : schemas)
+        threads.emplace_back(
+            [&]
+            {
+                start.arrive_and_wait();
+                schema = &CountedRecord::Wire();
+            });
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const wire::Schema* schema : schemas)
+        EXPECT_EQ(schema, schemas[0]);
+    EXPECT_EQ(schemas[0]->fields.size(), 1u);
+    EXPECT_EQ(CountedRecord::s_Alive, 0);
 }
 
 } // namespace

@@ -104,8 +104,7 @@ std::vector<std::string> faultsOf(const wire::Schema& schema)
     const auto look = [&](const wire::Field& field)
     {
         Sent& before = sent[{field.offset, field.name}];
-        const bool isAgain = std::ranges::any_of(field.words, [](const wire::Word* word)
-                                                 { return std::string_view(word->text) == wire::Again.text; });
+        const bool isAgain = std::ranges::count(field.words, std::string_view("Again")) > 0;
         bool& half = field.kind == wire::Kind::kCount ? before.m_IsCounted : before.m_IsWhole;
         if (half && !isAgain)
             faults.push_back("twice " + field.name);

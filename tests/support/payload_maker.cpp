@@ -35,7 +35,7 @@ public:
             return size;
         }
         const unsigned bits = field.extent != 0 ? static_cast<unsigned>(field.extent) : m_Random();
-        put(field.number->size, field.number->isBool ? bits & 1 : bits);
+        put(field.size, field.isBool ? bits & 1 : bits);
         return nullptr;
     }
     ordered_json real(const Field&, uintptr_t, const std::string&)
