@@ -3,6 +3,7 @@
 #include "framework/string.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <mutex>
@@ -151,10 +152,7 @@ private:
         switch (field.kind)
         {
         case Kind::kNumber:
-        {
-            const long long number = field.number->load(at);
-            return field.number->isBool ? m_Out.addBool(number != 0) : m_Out.addInteger(number);
-        }
+            return number(field, at);
         case Kind::kFloat:
             return m_Out.addFloat(*reinterpret_cast<const float*>(at));
         case Kind::kText:
@@ -184,6 +182,17 @@ private:
             break;
         }
         m_Out.put("null");
+    }
+
+    void number(const Field& field, Place at)
+    {
+        // A little-endian machine, as the wire machinery tests.
+        uint32_t bits = 0;
+        std::memcpy(&bits, at, static_cast<size_t>(field.size));
+        if (field.isBool)
+            return m_Out.addBool(bits != 0);
+        const int unused = 32 - 8 * field.size;
+        m_Out.addInteger(field.isSigned ? static_cast<int32_t>(bits << unused) >> unused : int64_t{bits});
     }
 
     void array(const Step& step, Place at, Place owner)
