@@ -1,7 +1,7 @@
 // Two parts of a match's description: its difficulty and its targets. All fields are carried.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 
