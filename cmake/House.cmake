@@ -19,7 +19,7 @@ add_test(NAME House.DoorCheckFindsACallOutside COMMAND Python3::Interpreter ${sc
 set(files)
 foreach(floor ${COMMONGROUND_FLOORS})
   file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${floor}/*.h)
-  list(FILTER headers EXCLUDE REGEX "/inner/|^net/door/|^framework/modules/")
+  list(FILTER headers EXCLUDE REGEX "/inner/|^net/door/|^framework/(modules|platform)/")
   foreach(header ${headers})
     set(file ${PROJECT_BINARY_DIR}/header_check/${header}.cpp)
     file(CONFIGURE OUTPUT ${file} CONTENT "#include \"@header@\"\n#include \"@header@\"\n" @ONLY)
@@ -113,7 +113,10 @@ add_test(NAME House.ReadmeShowsTheCompiledExample
     ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/examples/hello/hello.cpp)
 
 # The installed package, used by a host.
+add_test(NAME House.InstalledCheckFindsEachFault COMMAND Python3::Interpreter ${scripts}/check_installed.py --self-test)
 if(COMMONGROUND_INSTALL)
+  add_test(NAME House.InstalledHeadersShowNothingInternal
+    COMMAND Python3::Interpreter ${scripts}/check_installed.py ${CMAKE_COMMAND} ${PROJECT_BINARY_DIR})
   add_test(NAME House.InstalledPackageServesAHost
     COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR} -DSOURCE=${PROJECT_SOURCE_DIR}
       -DCOMPILER=${CMAKE_CXX_COMPILER} -DVERSION=${PROJECT_VERSION}

@@ -24,8 +24,9 @@ endif()
 foreach(floor ${COMMONGROUND_FLOORS})
   if(IS_DIRECTORY ${PROJECT_SOURCE_DIR}/${floor})
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/${floor} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/commonground
-      FILES_MATCHING PATTERN "*.h" PATTERN "*.def"
+      COMPONENT headers FILES_MATCHING PATTERN "*.h" PATTERN "*.def"
       PATTERN "framework/modules" EXCLUDE
+      PATTERN "framework/platform" EXCLUDE
       PATTERN "packaging/wire" EXCLUDE
       PATTERN "net/door" EXCLUDE
       PATTERN "inner" EXCLUDE)

@@ -2,7 +2,7 @@
 // Hosts define the numbers that distinguish the payloads.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"

@@ -1,7 +1,7 @@
 // The dance-lesson service's records of its lobby, its lessons and their users.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

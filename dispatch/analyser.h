@@ -3,7 +3,7 @@
 
 #include "dispatch/command_id_limit.h"
 #include "dispatch/command_process.h"
-#include "framework/platform/export.h"
+#include "framework/export.h"
 
 // One entry per id, inside the object. Read-only while in use: call Install at start-up; from then on any number of
 // threads may share one analyser.

@@ -3,7 +3,7 @@
 
 #include "dispatch/command_id_limit.h"
 #include "dispatch/command_process.h"
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/shared_ptr.h"
 
 namespace zet

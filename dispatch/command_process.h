@@ -2,7 +2,7 @@
 #pragma once
 
 #include "dispatch/trace.h"
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/wire_interface.h"
 

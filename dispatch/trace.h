@@ -2,7 +2,7 @@
 // library's build.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 
 class CCmdHead;

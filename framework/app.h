@@ -1,7 +1,7 @@
 // The executable of the process and operating-system errors.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 
 namespace zet

@@ -1,7 +1,7 @@
 // An owned block of bytes with a size.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 
 #include <vector>
 

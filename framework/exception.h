@@ -2,7 +2,7 @@
 // crosses a command boundary.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 
 #include <exception>

@@ -4,7 +4,7 @@
 // returns the pattern itself; there is no undefined behaviour.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 
 #include <cstddef>
 #include <type_traits>

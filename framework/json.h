@@ -1,7 +1,7 @@
 // JSON values and their text.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 
 #include <concepts>

@@ -1,7 +1,7 @@
 // The binary interface between the library and a loadable log module: plain C, so that a module needs nothing else.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 
 namespace zet
 {

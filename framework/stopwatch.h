@@ -1,7 +1,7 @@
 // Measures elapsed time, cheaply enough to check before every packet.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 
 namespace zet
 {

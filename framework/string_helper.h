@@ -1,7 +1,7 @@
 // Text between the host's wide form and UTF-8.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 
 namespace zet

@@ -1,7 +1,7 @@
 // Thread numbers, and a plain lock.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 
 #include <mutex>
 

@@ -1,7 +1,7 @@
 // Clocks and calendar time. Both clocks can be replaced by a test clock, so that no test waits.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 
 namespace zet

@@ -1,7 +1,7 @@
 // The base of all reference-counted objects, and their handle.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/uuid.h"
 
 #include <atomic>

@@ -1,7 +1,7 @@
 // Identifiers: 16 raw bytes that identify a server, a client or an object. All zero means none.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 
 #include <cstring>

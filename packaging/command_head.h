@@ -6,7 +6,7 @@
 // The addresses of a command are in its frame, not in its payload.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "framework/uuid.h"
 

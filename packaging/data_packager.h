@@ -4,7 +4,7 @@
 #pragma once
 
 #include "framework/buffer.h"
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "framework/uuid.h"
 #include "packaging/value_operations.h"

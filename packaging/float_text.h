@@ -1,7 +1,7 @@
 // The text of a float on the wire: what "%f" prints and scans, exactly, without the C locale and without printf.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 
 namespace wire
 {

@@ -3,7 +3,7 @@
 // the result.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 #include "playerdata/account_other.h"

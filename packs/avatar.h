@@ -3,7 +3,7 @@
 // up to each count that was present.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

@@ -2,7 +2,7 @@
 // luck. In the replies the flag is the outcome and m_Msg its text.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

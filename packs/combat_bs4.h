@@ -2,7 +2,7 @@
 // Their rank tables are in playerdata/combat_rank.h.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"

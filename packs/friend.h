@@ -2,7 +2,7 @@
 // one text whose form client and friend service agree on.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

@@ -3,7 +3,7 @@
 // between two calls.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"

@@ -2,7 +2,7 @@
 // except one number in the row of an F-code.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

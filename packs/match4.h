@@ -2,7 +2,7 @@
 // The shop of the meet is in match4_shop.h.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 #include "packs/match4_shop.h"

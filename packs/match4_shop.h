@@ -1,7 +1,7 @@
 // The ticket shop of the sports meet.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"

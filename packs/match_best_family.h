@@ -2,7 +2,7 @@
 // Each reply is two texts and the whole record of the event.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"

@@ -1,7 +1,7 @@
 // Playing in a match: the brain game, tools, another try, and the list of the players.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"

@@ -1,7 +1,7 @@
 // The lottery of a match, as reported by the server. All are replies.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

@@ -1,7 +1,7 @@
 // Parts of a match other than its games: schedules, gifts, awards, bets, praise and the lottery of the final.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"

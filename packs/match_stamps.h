@@ -1,7 +1,7 @@
 // The stamps of the match feature: their exchange, and the goods of the match shop.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 #include "playerdata/match_data.h"

@@ -2,7 +2,7 @@
 // The lottery messages are in match_lottery.h.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 #include "packs/match_lottery.h"

@@ -2,7 +2,7 @@
 // Every message has a virtual pair, Write before Read, and no virtual destructor: none is destroyed through a base.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

@@ -1,7 +1,7 @@
 // The query tool's reports on how many players are online. See query_tool_payment.h for the form of a report.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

@@ -2,7 +2,7 @@
 // A request contains the record that it changes, and the reply returns it: the server keeps no state between two calls.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 #include "playerdata/account_core.h"

@@ -1,7 +1,7 @@
 // The messages of the wizard game and of the world square, which start with the same login and logout.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

@@ -1,7 +1,7 @@
 // All data of a player on a server, as one object.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/unknown.h"
 #include "playerdata/account_core.h"
 #include "playerdata/account_global.h"

@@ -3,7 +3,7 @@
 // zet::Time::convertFromString; an invalid one counts as long past.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

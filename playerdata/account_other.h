@@ -1,7 +1,7 @@
 // The smaller records beside a player's account. They hold values for their packs and have no rules.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

@@ -2,7 +2,7 @@
 // Fields without a comment are carried: moved without being read.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

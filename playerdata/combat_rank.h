@@ -1,7 +1,7 @@
 // The rank boards of the two later competition seasons.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

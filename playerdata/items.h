@@ -2,7 +2,7 @@
 // Plain values, owned by their containers. A field marked "carried" is copied without being interpreted.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

@@ -2,7 +2,7 @@
 // being interpreted.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 #include "playerdata/game_kinds.h"

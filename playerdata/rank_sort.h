@@ -4,7 +4,7 @@
 // Comparisons parse m_SortTime as a calendar text; an invalid one counts as the start of 1970.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

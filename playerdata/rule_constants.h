@@ -5,7 +5,7 @@
 // built when the library is loaded: static initialisers of a host must not use them earlier.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 
 // The highest game server number of the platform.

@@ -5,7 +5,7 @@
 // load is linear in its input.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 
 #include <initializer_list>

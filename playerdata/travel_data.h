@@ -7,7 +7,7 @@
 //   record    id "-" unlocked "-" level ";"
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "packaging/wire_interface.h"
 

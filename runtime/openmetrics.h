@@ -1,7 +1,7 @@
 // The figures of a server in the OpenMetrics format.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 
 class SystemCmdInfo;

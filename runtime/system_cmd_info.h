@@ -2,7 +2,7 @@
 // query figures defined by the host.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 #include "framework/time.h"
 #include "framework/uuid.h"

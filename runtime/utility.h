@@ -1,7 +1,7 @@
 // Utilities for the start of a host: command line, work directory, temporary file, two hashes.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 
 #include <cstdio>

@@ -6,7 +6,7 @@
 // Any other line is skipped silently.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 
 #include <functional>
 

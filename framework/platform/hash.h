@@ -1,7 +1,7 @@
 // Digests by GnuTLS, by Nettle in a build without TLS, or by the operating system where it has a provider.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 
 #include <array>
 #include <cstddef>

@@ -2,7 +2,7 @@
 // Paths are wide texts with '/' as the separator on every platform.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 
 #include <cstddef>

@@ -2,7 +2,7 @@
 // it.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "net/door/endpoint.h"
 #include "net/door/poller.h"
 

@@ -1,7 +1,7 @@
 // Where a net session connects to.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "framework/string.h"
 
 namespace zet

@@ -1,7 +1,7 @@
 // What a class puts on the wire, as data: for tools, for guarding counts, for reading bytes without the class.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 #include "packaging/wire/quirks.h"
 
 #include <cstddef>

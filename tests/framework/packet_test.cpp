@@ -2,6 +2,7 @@
 
 #include "framework/memory_stream.h"
 #include "tests/support/allocations.h"
+#include "tests/support/packet_bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -12,37 +13,11 @@
 namespace
 {
 
-using Bytes = std::vector<unsigned char>;
-
-Bytes bytesOf(const std::string& text)
-{
-    return Bytes(text.begin(), text.end());
-}
-
-// A source that shows nothing in place and delivers at most a given number of bytes at a time.
-class DripInput : public zet::Input
-{
-public:
-    explicit DripInput(int step) : m_Step(step) {}
-    int available() const override { return std::min(m_Step, static_cast<int>(m_Bytes.size() - m_At)); }
-    int peek(void* data, int size) override
-    {
-        const int count = std::min(size, available());
-        if (count > 0)
-            std::memcpy(data, m_Bytes.data() + m_At, static_cast<size_t>(count));
-        return count;
-    }
-    int read(void* data, int size) override
-    {
-        const int count = peek(data, size);
-        m_At += static_cast<size_t>(std::max(count, 0));
-        return count;
-    }
-
-    Bytes m_Bytes;
-    size_t m_At = 0;
-    int m_Step;
-};
+using test::Bytes;
+using test::bytesOf;
+using test::DripInput;
+using test::packetOf;
+using test::put;
 
 // A sink that accepts only a given number of bytes.
 class NarrowOutput : public zet::Output
@@ -68,19 +43,6 @@ Bytes drain(zet::InputStream& stream)
     Bytes all(static_cast<size_t>(stream.available()));
     EXPECT_EQ(stream.read(all.data(), static_cast<int>(all.size())), static_cast<int>(all.size()));
     return all;
-}
-
-void put(zet::Output& output, const Bytes& bytes)
-{
-    ASSERT_EQ(output.write(bytes.data(), static_cast<int>(bytes.size())), static_cast<int>(bytes.size()));
-}
-
-Bytes packetOf(const Bytes& content)
-{
-    Bytes packet = {static_cast<unsigned char>(content.size()), static_cast<unsigned char>(content.size() >> 8),
-                    static_cast<unsigned char>(content.size() >> 16), static_cast<unsigned char>(content.size() >> 24)};
-    packet.insert(packet.end(), content.begin(), content.end());
-    return packet;
 }
 
 TEST(PacketWriter, PutsALittleEndianLengthBeforeTheBytes)
@@ -289,73 +251,6 @@ TEST(PacketReader, APacketPutTogetherNeedsNoStream)
             got.emplace_back(packet.begin(), packet.end());
     }
     EXPECT_EQ(got, (std::vector<Bytes>{bytesOf("one"), bytesOf("two")}));
-}
-
-TEST(PacketReader, FindsAWholePacketInTheBytesOfItsSource)
-{
-    const auto wire = zet::MemoryStream::createInstance();
-    zet::PacketReader reader;
-    reader.attach(wire.get());
-    reader.setLimit(5);
-    Bytes bytes = packetOf(bytesOf("hello"));
-    for (int size = 0; size < 9; ++size)
-        EXPECT_TRUE(reader.findWhole(wire.get(), bytes.data(), size).empty()) << size;
-    bytes.push_back(1);
-    for (int size = 9; size <= 10; ++size)
-    {
-        const auto packet = reader.findWhole(wire.get(), bytes.data(), size);
-        EXPECT_EQ(packet.data(), bytes.data() + 4);
-        EXPECT_EQ(packet.size(), 5U);
-    }
-    // read() has something else to do in these cases.
-    EXPECT_TRUE(reader.findWhole(nullptr, bytes.data(), 9).empty());
-    reader.setLimit(4);
-    EXPECT_TRUE(reader.findWhole(wire.get(), bytes.data(), 9).empty());
-    reader.setLimit(zet::PacketReader::kLargestLimit);
-    for (const unsigned int length : {0U, 0x80000000U, 0xFFFFFFFFU})
-    {
-        std::memcpy(bytes.data(), &length, 4);
-        EXPECT_TRUE(reader.findWhole(wire.get(), bytes.data(), 10).empty()) << length;
-    }
-}
-
-TEST(PacketReader, FindsNothingWithinAPacketThatReadHasPassed)
-{
-    const auto wire = zet::MemoryStream::createInstance();
-    put(*wire, packetOf(bytesOf("one")));
-    put(*wire, packetOf(bytesOf("two")));
-    put(*wire, packetOf(bytesOf("three")));
-    zet::PacketReader reader;
-    reader.attach(wire.get());
-    std::span<const unsigned char> packet;
-    ASSERT_TRUE(reader.read(packet));
-    ASSERT_EQ(packet.size(), 3U);
-    EXPECT_TRUE(reader.findWhole(wire.get(), wire->view(7), wire->available()).empty());
-    reader.finish();
-    EXPECT_EQ(wire->available(), 7 + 9);
-    packet = reader.findWhole(wire.get(), wire->view(7), wire->available());
-    EXPECT_EQ(Bytes(packet.begin(), packet.end()), bytesOf("two"));
-    wire->skip(7);
-    ASSERT_TRUE(reader.read(packet));
-    EXPECT_EQ(Bytes(packet.begin(), packet.end()), bytesOf("three"));
-}
-
-TEST(PacketReader, FindsNothingWithinAPacketThatItCollects)
-{
-    DripInput drip(3);
-    drip.m_Bytes = packetOf(bytesOf("hello"));
-    const Bytes other = packetOf(bytesOf("other"));
-    zet::PacketReader reader;
-    reader.attachOwner(&drip);
-    std::span<const unsigned char> packet;
-    while (packet.empty())
-    {
-        ASSERT_TRUE(reader.read(packet));
-        EXPECT_TRUE(reader.findWhole(&drip, other.data(), static_cast<int>(other.size())).empty());
-    }
-    EXPECT_EQ(Bytes(packet.begin(), packet.end()), bytesOf("hello"));
-    reader.finish();
-    EXPECT_FALSE(reader.findWhole(&drip, other.data(), static_cast<int>(other.size())).empty());
 }
 
 TEST(PacketReader, APacketOfNoBytesIsPassedOver)

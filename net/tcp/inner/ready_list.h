@@ -1,7 +1,7 @@
 // The connections of one owner whose next tick has something to do.
 #pragma once
 
-#include "framework/platform/export.h"
+#include "framework/export.h"
 
 #include <cstddef>
 #include <vector>
