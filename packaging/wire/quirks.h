@@ -88,7 +88,7 @@ constexpr auto operator+(const A& a, const B& b)
     const bool sameKey = a.key != Key::kNone && b.key != Key::kNone;
     const Departures both{a.saysTests() ? a.reading : b.reading, a.saysTests() ? a.writing : b.writing,
                           a.into != Into::kCleared ? a.into : b.into, a.key != Key::kNone ? a.key : b.key,
-                          a.isContradiction || sameTests || samePlace || sameKey};
+                          a.isContradiction || b.isContradiction || sameTests || samePlace || sameKey};
     if constexpr (requires { a.member; })
         return KeyedDepartures<decltype(a.member)>{both, a.member};
     else if constexpr (requires { b.member; })

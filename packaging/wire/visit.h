@@ -85,12 +85,6 @@ int64_t smallest()
         return times;
 }
 
-// Whether a list's key can come from the member that its words name; without one, it comes from elsewhere.
-template <class C, class Words>
-inline constexpr bool kHasKeyMember = true;
-template <class C, class T, class K>
-inline constexpr bool kHasKeyMember<C, KeyedDepartures<K T::*>> = std::is_base_of_v<T, typename ElementOf<C>::Type>;
-
 // Refuses a list that is not a container.
 template <class C>
 constexpr bool isContainer()
@@ -110,6 +104,10 @@ constexpr bool makesSense()
 {
     constexpr Departures how = kWords;
     constexpr bool fillsSlots = how.into == Into::kSized || how.into == Into::kSlots;
+    constexpr bool isForeignKey = how.key == Key::kMember && !requires(const typename ElementOf<C>::Type& element)
+    {
+        element.*kWords.member;
+    };
     constexpr bool isClearedFirst = how.into == Into::kClearedBeforeCount;
     if constexpr (!isContainer<C>())
         return false;
@@ -122,7 +120,7 @@ constexpr bool makesSense()
     else if constexpr (!kIsA<std::map, C> && how.key != Key::kNone)
         static_assert(kNever<C>, "KeyedBy, KeyedByPosition and Pairs are words for a map: the elements of another list "
                                  "have no key");
-    else if constexpr (!kHasKeyMember<C, std::remove_const_t<decltype(kWords)>>)
+    else if constexpr (isForeignKey)
         static_assert(kNever<C>, "KeyedBy names a member of the map's element");
     else if constexpr (kIsA<std::map, C> && fillsSlots)
         static_assert(kNever<C>, "SizedFirst and IntoExistingSlots are for a list with places: a map has none");
