@@ -29,19 +29,19 @@ public:
 
     // Not inline: code that logs nothing pays for one jump only.
     template <class... Args>
-    [[gnu::cold, gnu::noinline]] static void message(const wchar_t* pattern, const Args&... args)
+    [[gnu::noinline]] static void message(const wchar_t* pattern, const Args&... args)
     {
         if (isWanted())
             write(kMessage, formatText(pattern, args...));
     }
     template <class... Args>
-    [[gnu::cold, gnu::noinline]] static void warning(const wchar_t* pattern, const Args&... args)
+    [[gnu::noinline]] static void warning(const wchar_t* pattern, const Args&... args)
     {
         if (isWanted())
             write(kWarning, formatText(pattern, args...));
     }
     template <class... Args>
-    [[gnu::cold, gnu::noinline]] static void error(const wchar_t* pattern, const Args&... args)
+    [[gnu::noinline]] static void error(const wchar_t* pattern, const Args&... args)
     {
         if (isWanted())
             write(kError, formatText(pattern, args...));
