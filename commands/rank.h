@@ -1,5 +1,5 @@
-// The ranking boards: a request has one row, its reply one row and then the board.
-// The reads of the rows do not affect the result: a missing row keeps its defaults.
+// The ranking boards: a request carries one row; its reply carries one row and the rows of the board.
+// Read() does not fail if rows cannot be read: a missing row keeps its defaults.
 #pragma once
 
 #include "dispatch/command_process.h"
@@ -9,7 +9,7 @@
 
 #include <vector>
 
-// Client to platform server: asks for a board of AccountSortInfo rows, with one row. Answered by CCmdReplySortAccount.
+// Client to platform server: asks for a board; carries one AccountSortInfo row. Answered by CCmdReplySortAccount.
 class COMMONGROUND_API CCmdRequestSortAccount : public CCmdPlatform
 {
 public:
@@ -22,7 +22,7 @@ public:
     AccountSortInfo m_SortInfo;
 };
 
-// Answers CCmdRequestSortAccount: one row, then the board.
+// Answers CCmdRequestSortAccount: one row, and the rows of the board.
 class COMMONGROUND_API CCmdReplySortAccount : public CCmdPlatform
 {
 public:
@@ -40,7 +40,7 @@ public:
     std::vector<AccountSortInfo> m_SortInfos;
 };
 
-// Client to platform server: asks for a board of GameBrainSortInfo rows, with one row. Answered by CCmdReplySortBrain.
+// Client to platform server: asks for a board; carries one GameBrainSortInfo row. Answered by CCmdReplySortBrain.
 class COMMONGROUND_API CCmdRequestSortBrain : public CCmdPlatform
 {
 public:
@@ -55,7 +55,7 @@ public:
     GameBrainSortInfo m_GameBrainSortInfo;
 };
 
-// Answers CCmdRequestSortBrain: one row, then the board.
+// Answers CCmdRequestSortBrain: one row, and the rows of the board.
 class COMMONGROUND_API CCmdReplySortBrain : public CCmdPlatform
 {
 public:
@@ -73,7 +73,7 @@ public:
     std::vector<GameBrainSortInfo> m_GameBrainSortInfos;
 };
 
-// Client to platform server: asks for a board of GameCalorieSortInfo rows, with one row. Answered by
+// Client to platform server: asks for a board; carries one GameCalorieSortInfo row. Answered by
 // CCmdReplySortCalorie.
 class COMMONGROUND_API CCmdRequestSortCalorie : public CCmdPlatform
 {
@@ -89,7 +89,7 @@ public:
     GameCalorieSortInfo m_GameCalorieSortInfo;
 };
 
-// Answers CCmdRequestSortCalorie: one row, then the board.
+// Answers CCmdRequestSortCalorie: one row, and the rows of the board.
 class COMMONGROUND_API CCmdReplySortCalorie : public CCmdPlatform
 {
 public:
@@ -107,7 +107,7 @@ public:
     std::vector<GameCalorieSortInfo> m_GameCalorieSortInfos;
 };
 
-// Client to platform server: asks for a board of GameMusicSortInfo rows, with one row. Answered by CCmdReplySortMusic.
+// Client to platform server: asks for a board; carries one GameMusicSortInfo row. Answered by CCmdReplySortMusic.
 class COMMONGROUND_API CCmdRequestSortMusic : public CCmdPlatform
 {
 public:
@@ -122,7 +122,7 @@ public:
     GameMusicSortInfo m_GameMusicSortInfo;
 };
 
-// Answers CCmdRequestSortMusic: one row, then the board.
+// Answers CCmdRequestSortMusic: one row, and the rows of the board.
 class COMMONGROUND_API CCmdReplySortMusic : public CCmdPlatform
 {
 public:
@@ -140,7 +140,7 @@ public:
     std::vector<GameMusicSortInfo> m_GameMusicSortInfos;
 };
 
-// Client to platform server: asks for a board of GameKinectSortInfo rows, with one row. Answered by
+// Client to platform server: asks for a board; carries one GameKinectSortInfo row. Answered by
 // CCmdReplySortKinect.
 class COMMONGROUND_API CCmdRequestSortKinect : public CCmdPlatform
 {
@@ -155,7 +155,7 @@ public:
     GameKinectSortInfo m_GameKinectSortInfo;
 };
 
-// Answers CCmdRequestSortKinect: one row, then the board.
+// Answers CCmdRequestSortKinect: one row, and the rows of the board.
 class COMMONGROUND_API CCmdReplySortKinect : public CCmdPlatform
 {
 public:
@@ -172,7 +172,7 @@ public:
     std::vector<GameKinectSortInfo> m_GameKinectSortInfos;
 };
 
-// Client to platform server: asks for a board of GameCalorieSortInfo rows, with one row. Answered by
+// Client to platform server: asks for a board; carries one GameCalorieSortInfo row. Answered by
 // CCmdReplySortTupoCalorie.
 class COMMONGROUND_API CCmdRequestSortTupoCalorie : public CCmdPlatform
 {
@@ -186,7 +186,7 @@ public:
     GameCalorieSortInfo m_GameCalorieSortInfo;
 };
 
-// Answers CCmdRequestSortTupoCalorie: one row, then the board.
+// Answers CCmdRequestSortTupoCalorie: one row, and the rows of the board.
 class COMMONGROUND_API CCmdReplySortTupoCalorie : public CCmdPlatform
 {
 public:
@@ -203,7 +203,7 @@ public:
     std::vector<GameCalorieSortInfo> m_GameCalorieSortInfos;
 };
 
-// Client to platform server: asks for a board of GameRushSortInfo rows, with one row. Answered by CCmdReplySortRush.
+// Client to platform server: asks for a board; carries one GameRushSortInfo row. Answered by CCmdReplySortRush.
 class COMMONGROUND_API CCmdRequestSortRush : public CCmdPlatform
 {
 public:
@@ -216,8 +216,8 @@ public:
     GameRushSortInfo m_GameRushSortInfo;
 };
 
-// Answers CCmdRequestSortRush: one row, then the board. The count of its rows precedes numbers that it does not count;
-// the rows follow them.
+// Answers CCmdRequestSortRush: one row, and the rows of the board. On the wire the count of m_GameRushSortInfos
+// precedes m_Values, and the rows follow.
 class COMMONGROUND_API CCmdReplySortRush : public CCmdPlatform
 {
 public:

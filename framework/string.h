@@ -66,7 +66,7 @@ public:
     }
 
     int getLength() const { return m_Length; }
-    // The length in units that fits without a new allocation.
+    // The longest length, in units, that needs no new allocation.
     int getCapacity() const { return m_Capacity; }
     bool isEmpty() const { return m_Length == 0; }
     const T* getBuffer() const { return m_Text; }
@@ -76,7 +76,7 @@ public:
     T operator[](int index) const { return m_Text[index]; }
     std::basic_string_view<T> view() const { return {m_Text, static_cast<size_t>(m_Length)}; }
 
-    // The index of the first such unit at or after from, or -1.
+    // The index of the first unit of this value at or after from, or -1.
     int find(int unit, int from) const
     {
         for (int i = from < 0 ? 0 : from; i < m_Length; ++i)
@@ -85,7 +85,7 @@ public:
         return -1;
     }
 
-    // Up to count units from an index on; fewer at the end of the text.
+    // Up to count units that start at index from; fewer at the end of the text.
     String_T getSubString(int from, int count) const
     {
         if (from < 0)
@@ -135,8 +135,8 @@ public:
     {
         return a.view() == std::basic_string_view<T>(b ? b : emptyText());
     }
-    // Orders by UTF-16 unit on every platform, whatever the width of T, so that a map is written in one order
-    // everywhere.
+    // Wide texts are ordered by UTF-16 unit on every platform, whatever the width of wchar_t, so that a map is written
+    // in one order everywhere.
     friend bool operator<(const String_T& a, const String_T& b) { return compareUnits(a.view(), b.view()) < 0; }
     friend bool operator<(const String_T& a, const T* b) { return compareUnits(a.view(), b ? b : emptyText()) < 0; }
 

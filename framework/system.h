@@ -12,7 +12,7 @@ namespace zet
 {
 
 // Ticks its tasks until shutdown(). All operations belong to the thread that called init(), or, before that, to the
-// thread that constructed it; shutdown() and wake() may be called from any thread.
+// thread that constructed it. Any thread may call shutdown(), wake(), getRunThreadId() and isShutdown().
 class COMMONGROUND_API System : public virtual Unknown
 {
 public:
@@ -31,16 +31,16 @@ public:
     System(const System&) = delete;
     System& operator=(const System&) = delete;
 
-    // Makes the calling thread the run thread. False ends run() before its first tick; this class returns false only
-    // within a tick.
+    // Makes the calling thread the run thread. This implementation returns false only if it is called within a tick.
+    // After false run() makes no tick and does not call exit().
     virtual bool init();
-    // Stops all tasks. Declared here because hosts depend on the order of the virtual functions.
+    // Stops all tasks.
     virtual void exit();
     // init(), ticks until shutdown(), exit(). Returns what init() returned.
     virtual bool run();
     // One pass over all due tasks; never waits. A call from within a tick does nothing.
     virtual void tick();
-    // Called once per tick, before the tasks, with the time of the tick from getTimeTick().
+    // Called once per tick, before the tasks, with the time of the tick from getTimeTick(): milliseconds, which wrap.
     virtual void onTick(unsigned int tick);
     // Makes run() end after the current tick.
     virtual void shutdown();
@@ -55,7 +55,8 @@ public:
     // Milliseconds, at least 1.
     void setTickInterval(unsigned int milliseconds) { m_TickInterval = milliseconds ? milliseconds : 1; }
 
-    // Sleeps until something is ready, wake() is called or the next tick is due; at most one tick interval.
+    // Sleeps until the waiter reports an event (by default: a socket is ready), wake() is called or the next tick is
+    // due; at most one tick interval.
     void wait();
     // Ends the current or the next wait().
     void wake();
@@ -110,14 +111,15 @@ public:
     Task& operator=(const Task&) = delete;
     ~Task() override;
 
-    // Joins a System; init() and the first onTick() are called in its next tick. False if the task is already started,
-    // for a null system, and on any thread but the System's.
+    // Joins a System; init() and the first onTick() are called in the System's next tick. False if the task is already
+    // started, if system is null, or if called on another thread than the System's.
     virtual bool start(System* system);
     // Leaves the System; calls exit() if init() was called. Does nothing outside a System.
     virtual void stop();
-    // No onTick() for the given milliseconds, or until waken().
+    // Suspends onTick() for the given milliseconds, or until waken() if that is earlier.
     virtual void sleep(unsigned int milliseconds);
-    // Ends a sleep, and the System's wait too. The only operation for any thread, while the task is started.
+    // Ends a sleep, and the System's wait too. May be called from any thread while the task is started; the other
+    // operations must not.
     virtual void waken();
     // Called on the run thread before the first onTick(). False removes the task from the System, without exit().
     virtual bool init();
@@ -142,7 +144,8 @@ private:
     std::atomic<bool> m_IsWakened{false};
 };
 
-// How a System sleeps between ticks, and hooks around each tick. The System's thread calls all but wake().
+// Implements the sleep of a System between ticks, and is called at the start and at the end of each tick. All functions
+// but wake() are called on the System's thread.
 class COMMONGROUND_API System::Waiter
 {
 public:
@@ -171,10 +174,10 @@ public:
     virtual void ServiceOff();
     void exit() override;
 
-    // getDefaultSystemName() of the process's executable, until setSystemName() sets another.
+    // Initially getDefaultSystemName() of the process's executable.
     const String_T<wchar_t>& getSystemName() const { return m_SystemName; }
-    // The file name of a path without its extension (the part after the last dot, unless it is a number): "zone" for
-    // "zone.exe", "zone.1" for "zone.1". Never empty if the file name is not.
+    // The file name of a path, without the part after its last dot unless that part is a number: "zone" for "zone.exe",
+    // "zone.1" for "zone.1". Empty only if the file name is.
     static String_T<wchar_t> getDefaultSystemName(const String_T<wchar_t>& executable);
     void setSystemName(const String_T<wchar_t>& name) { m_SystemName = name; }
 

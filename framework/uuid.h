@@ -14,9 +14,9 @@ struct COMMONGROUND_API uuid_node_t
 {
     unsigned short m_Node[3] = {0, 0, 0};
 
-    // Orders by the three units: negative, zero or positive.
+    // Orders by the three units, as numbers: negative, zero or positive.
     int compare(const uuid_node_t& other) const;
-    // Twelve lower-case hexadecimal digits, byte by byte.
+    // Twelve lower-case hexadecimal digits: the six bytes in memory order.
     String_T<wchar_t> convertToString() const;
 
     friend bool operator==(const uuid_node_t& a, const uuid_node_t& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
@@ -24,7 +24,7 @@ struct COMMONGROUND_API uuid_node_t
 };
 static_assert(sizeof(uuid_node_t) == 6);
 
-// Copied, compared and sent as 16 bytes; no byte order is applied.
+// Copied, compared and sent as its 16 bytes in memory order. The members have no meaning as numbers.
 struct COMMONGROUND_API Uuid
 {
     unsigned int m_Data1 = 0;
@@ -39,9 +39,9 @@ struct COMMONGROUND_API Uuid
 };
 static_assert(sizeof(Uuid) == 16);
 
-// Fills id with a new random value; returns 0. Any thread.
+// Fills id with a new random value; always returns 0. Any thread.
 COMMONGROUND_API int uuid_create(Uuid& id);
-// Orders by bytes: negative, zero or positive.
+// Orders by the bytes in memory order: negative, zero or positive.
 COMMONGROUND_API int uuid_compare(const Uuid& a, const Uuid& b);
 
 inline bool operator<(const Uuid& a, const Uuid& b)

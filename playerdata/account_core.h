@@ -25,13 +25,14 @@ public:
     AccountData(const AccountData& other);
     AccountData(AccountData&& other) noexcept;
     ~AccountData();
-    // Copies everything except m_Value3 and m_Allowance, which do not change. There is no move assignment, so that
-    // assignment from a temporary follows the same rule.
+    // Copies everything except m_Value3 and m_Allowance, which keep their values. There is no move assignment, so an
+    // assignment from a temporary keeps them, too.
     AccountData& operator=(const AccountData& other);
 
-    // Both return false if a field or a count fails, and Write also if an element fails. An element that cannot be read
-    // is stored as far as it was read, and Read continues. Read keys the games by their m_GameId, of two the later
-    // is kept, and the dates by their position: gaps between their slots are lost on the wire.
+    // Write and Read return false if a field or a count fails, Write also if an element fails. An element that cannot
+    // be read is stored as far as it was read, and Read continues. The keys of the maps are not sent: Read uses
+    // m_GameId as the key of a game (of two games with one id the later is kept) and the position as the key of a date,
+    // so gaps between the slots of dates are lost.
     WIRE_INTERFACE_BOTH
 
     // Resets everything to its default except the base fields of m_KinectGame, which do not change.
@@ -39,7 +40,8 @@ public:
 
     // The bag. An index is a position in m_ItemList; later stacks move down when one is deleted.
 
-    // The stack, or null; a stack without pieces is deleted and null is returned. Valid until the bag changes.
+    // The stack; null if there is none. A stack without pieces is deleted, and null is returned. The pointer is valid
+    // until the bag changes.
     FGameItem* GetItem(int index);
     // Pieces of a name in all stacks. Here and in AddItem sums saturate at the range of int.
     int GetItemNum(const zet::String_T<wchar_t>& name) const;
@@ -111,7 +113,7 @@ public:
     void LoadMissionFromString(const zet::String_T<wchar_t>&);
     void LoadGiftFromString(const zet::String_T<wchar_t>&);
     void AddGiftBox(const FGameItem&);
-    // 0, null and empty texts.
+    // These return 0, null or an empty text.
     int GetGiftBoxLeftDay(int) const;
     FGameMission* GetMission(int);
     zet::String_T<wchar_t> SaveStringFromMission() const;

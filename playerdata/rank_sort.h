@@ -1,7 +1,7 @@
 // Rows of the ranking boards. m_Rank is the position of a row on its board; hosts do the sorting.
-// Exchange swaps two whole rows, but each position keeps its m_Rank.
+// Exchange swaps everything but m_Rank: the objects keep their positions on the board.
 //
-// Comparisons parse m_SortTime as a calendar text; an invalid one counts as the start of 1970.
+// Comparisons parse m_SortTime as a calendar text (framework/time.h); an invalid one counts as the start of 1970.
 #pragma once
 
 #include "framework/export.h"
@@ -14,13 +14,14 @@ class COMMONGROUND_API AccountSortInfo
 public:
     WIRE_INTERFACE_BOTH
 
-    // By m_SortKey0, m_SortKey1, m_SortKey2, greater first; of equal rows the one with the earlier time is greater.
+    // Compares m_SortKey0, then m_SortKey1, then m_SortKey2. If all are equal, the row with the earlier m_SortTime is
+    // greater.
     bool operator>(const AccountSortInfo& other) const;
     static void Exchange(AccountSortInfo& a, AccountSortInfo& b);
 
     zet::String_T<wchar_t> m_AccountName;
     int m_SortId = 0;
-    // The place of the row on the board.
+    // The position of the row on the board.
     int m_Rank = 0;
     int m_SortKey0 = 0;
     int m_SortKey1 = 0;
@@ -37,11 +38,11 @@ class COMMONGROUND_API GameKinectSortInfo
 public:
     WIRE_INTERFACE_BOTH
 
-    // By m_SortKey; of equal rows the one with the earlier time is greater.
+    // Compares m_SortKey. If it is equal, the row with the earlier m_SortTime is greater.
     bool operator>(const GameKinectSortInfo& other) const;
     static void Exchange(GameKinectSortInfo& a, GameKinectSortInfo& b);
 
-    // The place of the row on the board.
+    // The position of the row on the board.
     int m_Rank = 0;
     int m_SortKey = 0;
     int m_SortValue0 = 0;
@@ -60,13 +61,13 @@ class COMMONGROUND_API GameMatchSortInfo
 public:
     WIRE_INTERFACE_BOTH
 
-    // This board is inverted: the row with the greater m_SortKey is the smaller, and of equal keys the one with the
-    // later time. Both are false for rows with equal key and time.
+    // This board is inverted: the row with the greater m_SortKey is the smaller one. If the keys are equal, the row
+    // with the later m_SortTime is smaller. Both operators are false for rows with equal key and time.
     bool operator<(const GameMatchSortInfo& other) const;
     bool operator>(const GameMatchSortInfo& other) const;
     static void Exchange(GameMatchSortInfo& a, GameMatchSortInfo& b);
 
-    // The place of the row on the board.
+    // The position of the row on the board.
     int m_Rank = 0;
     int m_SortKey = 0;
     int m_SortValue0 = 0;
@@ -90,7 +91,7 @@ public:
 
     static void Exchange(GameBrainSortInfo& a, GameBrainSortInfo& b);
 
-    // The place of the row on the board.
+    // The position of the row on the board.
     int m_Rank = 0;
     int m_SortId = 0;
     int m_SortKey = 0;
@@ -107,7 +108,7 @@ public:
 
     static void Exchange(GameCalorieSortInfo& a, GameCalorieSortInfo& b);
 
-    // The place of the row on the board.
+    // The position of the row on the board.
     int m_Rank = 0;
     int m_SortId = 0;
     int m_SortKey = 0;
@@ -123,7 +124,7 @@ public:
 
     static void Exchange(GameMusicSortInfo& a, GameMusicSortInfo& b);
 
-    // The place of the row on the board.
+    // The position of the row on the board.
     int m_Rank = 0;
     int m_SortId = 0;
     int m_SortKey = 0;
@@ -139,7 +140,7 @@ public:
 
     static void Exchange(GameRushSortInfo& a, GameRushSortInfo& b);
 
-    // The place of the row on the board.
+    // The position of the row on the board.
     int m_Rank = 0;
     int m_SortId = 0;
     int m_SortKey = 0;

@@ -7,7 +7,8 @@
 namespace zet
 {
 
-// Reading and writing never block. read() and receive() take the same bytes.
+// Reading and writing never block. The bytes are those of receive(): each byte is read once, by read(), skip() or
+// receive(). The functions of IO behave as framework/stream.h says.
 class COMMONGROUND_API UdpStream : public UdpSecureConnection, public IO
 {
 public:

@@ -7,8 +7,8 @@
 namespace zet
 {
 
-// Carries sessions over TCP. Started in a System. After listen() it also accepts sessions, for which a host derives
-// from it:
+// Carries sessions over TCP; must be started in a System. After listen() it also accepts sessions. For that a host
+// derives a class from it:
 //
 //   void onAccept() override
 //   {
@@ -17,18 +17,20 @@ namespace zet
 //           m_Sessions.push_back(session);
 //   }
 //
-// The host holds the sessions, not the module. The module must outlive their calls of connect(), accept() and send().
-// Address filters are those of the server; close() only stops listening.
+// The host holds the sessions, not the module. The module must exist while a session's connect(), accept() or send() is
+// called. Address filters are those of TcpServer. close() stops listening; sessions are not affected. Belongs to the
+// thread of its System.
 class COMMONGROUND_API NetModule : public TcpServer
 {
 public:
-    // A packet reader's default, and space for a class name and thousands of addresses.
+    // Bytes: a packet reader's default limit, plus 64 KiB for the other parts of a message.
     static constexpr int kDefaultMessageLimit = PacketReader::kDefaultLimit + 0x10000;
 
     static Unknown::Handle_T<NetModule> createInstance();
 
-    // The maximum bytes of a message, sent or received, class name included, for later sessions. A longer one is not
-    // sent; one that a peer announces ends the session with Evt_NetError. Clamped to 1 to PacketReader::kLargestLimit.
+    // The maximum bytes of a message, sent or received, including its class name. Applies to sessions that connect or
+    // are accepted later, clamped to the range from 1 to PacketReader::kLargestLimit. A longer message is not sent; if
+    // a peer announces one, its session ends with Evt_NetError.
     void setMessageLimit(int bytes) { m_MessageLimit = bytes; }
     int getMessageLimit() const { return m_MessageLimit; }
     // The maximum bytes of queued output, for later sessions; a send beyond it ends the session.
