@@ -1,12 +1,13 @@
 // Dispatching a command from memory compared with reading it by hand: the most frequent commands of races and devices,
-// and an envelope whose handler reads the message inside. Both sides add up what they have read, and the sums must
-// agree.
+// and an envelope whose handler reads the message inside. Then the typed handlers of a socket's analyser compared with
+// plain ones. Both sides add up what they have read, and the sums must agree.
 #include "bench/support/floor_codec.h"
 #include "bench/support/rounds.h"
 #include "commands/camera.h"
 #include "commands/device.h"
 #include "commands/race_pawn.h"
 #include "dispatch/analyser.h"
+#include "host/handlers.h"
 #include "packs/envelope.h"
 #include "packs/home.h"
 
@@ -370,6 +371,50 @@ void benchEnvelope()
         });
 }
 
+// A typed handler with a capture compared with a plain one, which casts and has none.
+template <class Command, class Fill>
+void benchTyped(const char* name, SocketCmdProcess process, Fill fill)
+{
+    Command command;
+    std::mt19937 random(7);
+    fill(command, random);
+    CCmdPackager packager;
+    if (!command.Write(&packager))
+    {
+        std::fprintf(stderr, "cannot write %s\n", name);
+        std::exit(1);
+    }
+    const auto typedAnalyser = std::make_unique<CCmdAnalyserSocket>();
+    const auto plainAnalyser = std::make_unique<CCmdAnalyserSocket>();
+    const auto socket = CCommandSocket::createInstance(plainAnalyser.get());
+    double sum = 0;
+    host::Handlers handlers(*typedAnalyser);
+    handlers.on<Command>([&sum](CCommandSocket&, const Command& each) { sum += sumOf(each); });
+    plainAnalyser->Install(
+        command.GetID(), process,
+        [](CCommandSocket*, CCmdHead* each, unsigned long, unsigned long)
+        { g_Sum += sumOf(*static_cast<Command*>(each)); },
+        0, 0);
+    const auto dispatch = [&](const CCmdAnalyserSocket& analyser)
+    {
+        for (int i = 0; i < kRecords; ++i)
+        {
+            packager.Reset();
+            analyser.Analyse(socket, packager);
+        }
+    };
+    g_Sum = 0;
+    dispatch(*typedAnalyser);
+    dispatch(*plainAnalyser);
+    if (sum != g_Sum || sum == 0)
+    {
+        std::fprintf(stderr, "the typed and the plain handler disagree on %s\n", name);
+        std::exit(1);
+    }
+    bench::compare(
+        name, kRecords, [&] { dispatch(*typedAnalyser); }, [&] { dispatch(*plainAnalyser); });
+}
+
 } // namespace
 
 int main()
@@ -378,5 +423,9 @@ int main()
     benchDevice();
     benchSkeletons();
     benchEnvelope();
+    benchTyped<CCmdGS_PawnInput>("CCmdGS_PawnInput, typed against plain",
+                                 CCmdGS_PawnInput::CCmdGS_PawnInput_ProcessSocket, fillHead);
+    benchTyped<CCmdGS_PawnRunning>("CCmdGS_PawnRunning, typed against plain",
+                                   CCmdGS_PawnRunning::CCmdGS_PawnRunning_ProcessSocket, fillHead);
     return 0;
 }

@@ -50,13 +50,13 @@ foreach(habit WithoutExceptions:-fno-exceptions WithDestructorsWatched:-Wnon-vir
       ${PROJECT_BINARY_DIR}/header_check/all_headers.cpp)
 endforeach()
 
-# What ten of them cost the files that include them, in lines after preprocessing: a tenth above what they have.
+# What some of them cost the files that include them, in lines after preprocessing: a tenth above what they have.
 # A heavier standard header in one that many include shows here.
 add_test(NAME House.HeadersStayLight
   COMMAND Python3::Interpreter ${scripts}/check_preprocessed.py
     framework/string.h=15200 framework/uuid.h=15200 framework/time.h=15200 framework/buffer.h=16600
     packaging/command_head.h=15700 packaging/cmd_packager.h=21400 dispatch/analyser.h=21500
-    playerdata/items.h=15300 commands/registry.h=21900 packs/home.h=27100
+    playerdata/items.h=15300 commands/registry.h=21900 packs/home.h=27100 host/handlers.h=46000
     -- ${CMAKE_CXX_COMPILER} -std=c++20 -I${PROJECT_SOURCE_DIR})
 
 file(GLOB files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/compile_fail/*.cpp)
