@@ -57,6 +57,7 @@ add_test(NAME House.HeadersStayLight
     framework/string.h=15200 framework/uuid.h=15200 framework/time.h=15200 framework/buffer.h=16600
     packaging/command_head.h=15700 packaging/cmd_packager.h=21400 dispatch/analyser.h=21500
     playerdata/items.h=15300 commands/registry.h=21900 packs/home.h=27100 host/handlers.h=46000
+    host/pack_router.h=60800
     -- ${CMAKE_CXX_COMPILER} -std=c++20 -I${PROJECT_SOURCE_DIR})
 
 file(GLOB files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/compile_fail/*.cpp)
