@@ -151,6 +151,7 @@ void CCommandSocket::limitPackets()
 
 void CCommandSocket::close()
 {
+    ++m_CloseCount;
     m_PacketReader.detach();
     m_PacketWriter.detach();
     m_bNetError = false;

@@ -40,6 +40,9 @@ public:
     virtual void OnCmdSend(int size);
     virtual void OnCmdRecv(int size);
 
+    // The number of calls of close() so far, which distinguishes the connections that one object has in turn.
+    unsigned int GetCloseCount() const { return m_CloseCount; }
+
     // Whether the class of this object has an onTick() of its own, or may have. Where it has not, a tick on which
     // nothing has happened does nothing.
     bool HasOwnTick() const;
@@ -64,6 +67,7 @@ private:
     const void* m_PlainTick;
     zet::PeerLog m_PeerLog;
     int m_PacketLimit = zet::PacketReader::kDefaultLimit;
+    unsigned int m_CloseCount = 0;
     // No command of the peer was taken yet.
     bool m_IsStranger = false;
 
