@@ -1,10 +1,11 @@
 // Dispatching a command from memory compared with reading it by hand: the most frequent commands of races and devices,
-// and an envelope whose handler reads the message inside. Both sides add up what they have read, and the sums must
-// agree.
+// and an envelope whose handler reads the message inside. Then the typed handlers of a socket's analyser compared with
+// plain ones. Both sides add up what they have read, and the sums must agree.
 #include "bench/support/floor_codec.h"
 #include "bench/support/records.h"
 #include "bench/support/rounds.h"
 #include "dispatch/analyser.h"
+#include "host/handlers.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -374,6 +375,50 @@ void benchEnvelope()
         });
 }
 
+// A typed handler with a capture compared with a plain one, which casts and has none.
+template <class Command>
+void benchTyped(const char* name, SocketCmdProcess process)
+{
+    Command command;
+    std::mt19937 random(7);
+    bench::fill(command, random);
+    CCmdPackager packager;
+    if (!command.Write(&packager))
+    {
+        std::fprintf(stderr, "cannot write %s\n", name);
+        std::exit(1);
+    }
+    const auto typedAnalyser = std::make_unique<CCmdAnalyserSocket>();
+    const auto plainAnalyser = std::make_unique<CCmdAnalyserSocket>();
+    const auto socket = CCommandSocket::createInstance(plainAnalyser.get());
+    double sum = 0;
+    host::Handlers handlers(*typedAnalyser);
+    handlers.on<Command>([&sum](CCommandSocket&, const Command& each) { sum += sumOf(each); });
+    plainAnalyser->Install(
+        command.GetID(), process,
+        [](CCommandSocket*, CCmdHead* each, unsigned long, unsigned long)
+        { g_Sum += sumOf(*static_cast<Command*>(each)); },
+        0, 0);
+    const auto dispatch = [&](const CCmdAnalyserSocket& analyser)
+    {
+        for (int i = 0; i < kRecords; ++i)
+        {
+            packager.Reset();
+            analyser.Analyse(socket, packager);
+        }
+    };
+    g_Sum = 0;
+    dispatch(*typedAnalyser);
+    dispatch(*plainAnalyser);
+    if (sum != g_Sum || sum == 0)
+    {
+        std::fprintf(stderr, "the typed and the plain handler disagree on %s\n", name);
+        std::exit(1);
+    }
+    bench::compare(
+        name, kRecords, [&] { dispatch(*typedAnalyser); }, [&] { dispatch(*plainAnalyser); });
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -384,5 +429,9 @@ int main(int argc, char** argv)
     benchKeyFrame();
     benchSkeletons();
     benchEnvelope();
+    benchTyped<CCmdGS_PawnInput>("CCmdGS_PawnInput, typed against plain",
+                                 CCmdGS_PawnInput::CCmdGS_PawnInput_ProcessSocket);
+    benchTyped<CCmdGS_PawnRunning>("CCmdGS_PawnRunning, typed against plain",
+                                   CCmdGS_PawnRunning::CCmdGS_PawnRunning_ProcessSocket);
     return 0;
 }

@@ -1,5 +1,5 @@
 # The library and its log modules. One folder per floor; a new file needs no line here.
-set(COMMONGROUND_FLOORS framework packaging dispatch net transport runtime playerdata commands packs)
+set(COMMONGROUND_FLOORS framework packaging dispatch net transport runtime playerdata commands packs host)
 
 # Removes the files for the other platform from a list, by their names.
 macro(commonground_keep_own_platform sources)

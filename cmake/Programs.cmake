@@ -14,6 +14,13 @@ endfunction()
 if(COMMONGROUND_EXAMPLES)
   commonground_program(arena examples/arena)
   commonground_program(hello examples/hello)
+  # Its client is a coroutine.
+  include(CheckCXXSourceCompiles)
+  check_cxx_source_compiles("#ifndef __cpp_impl_coroutine\n#error none\n#endif\n#include <coroutine>\nint main() {}"
+    COMMONGROUND_HAS_COROUTINES)
+  if(COMMONGROUND_HAS_COROUTINES)
+    commonground_program(questions examples/questions)
+  endif()
   # A program loads the log modules from its own folder.
   foreach(program arena hello)
     foreach(module zet_ConsoleLog zet_FileLog)

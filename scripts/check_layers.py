@@ -23,6 +23,8 @@ FLOORS = {
     "packs":         {"framework", "packaging", "playerdata", "commands", "packs"},
     "runtime":       {"framework", "packaging", "dispatch", "net", "transport", "playerdata", "commands",
                       "packs", "runtime"},
+    "host":          {"framework", "packaging", "dispatch", "net", "transport", "playerdata", "commands",
+                      "packs", "runtime", "host"},
 }
 # Single headers that a floor may include in addition, and why.
 DOORS = {
@@ -205,6 +207,9 @@ TRIALS = [
       "dispatch/command_ids.h": "#pragma once\n"}, "may not include"),
     ({"net/a.h": '#pragma once\n#include "packaging/b.h"\n', "packaging/b.h": "#pragma once\n"}, "may not include"),
     ({"runtime/a.h": '#pragma once\n#include "tests/b.h"\n', "tests/b.h": "#pragma once\n"}, "above all floors"),
+    ({"host/a.h": '#pragma once\n#include "packs/b.h"\n', "packs/b.h": "#pragma once\n"}, None),
+    ({"runtime/a.h": '#pragma once\n#include "host/b.h"\n', "host/b.h": "#pragma once\n"}, "runtime may not include host"),
+    ({"host/a.h": '#pragma once\n#include "host/inner/b.h"\n', "host/inner/b.h": "#pragma once\n"}, "public header"),
     ({"packs/a.h": '#pragma once\n#include "packaging/wire/b.h"\n', "packaging/wire/b.h": "#pragma once\n"}, "public header"),
     ({"packs/a.h": "#pragma once\n#include <fmt/printf.h>\n"}, "not a header of the standard library"),
     ({"packs/a.h": "#pragma once\n#include <unistd.h>\n"}, "not a header of the standard library"),

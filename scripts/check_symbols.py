@@ -8,7 +8,7 @@ import re
 import subprocess
 import sys
 
-NAMESPACES = {"zet", "Quillo", "wire"}
+NAMESPACES = {"zet", "Quillo", "wire", "host"}
 # What the library may load.
 NEEDED = re.compile(r"^(libgnutls|libngtcp2|libngtcp2_crypto_gnutls|libnettle|libhogweed|libstdc\+\+|libm|libgcc_s|libc|libpthread|libdl|"
                     r"ld-linux[-\w]*)\.so")
@@ -29,7 +29,8 @@ def exported_names(root):
     names = set()
     for folder, _, files in os.walk(root):
         if os.path.relpath(folder, root).split(os.sep)[0] not in (
-                "framework", "packaging", "dispatch", "net", "transport", "runtime", "playerdata", "commands", "packs"):
+                "framework", "packaging", "dispatch", "net", "transport", "runtime", "playerdata", "commands", "packs",
+                "host"):
             continue
         for name in files:
             if name.endswith(".h"):

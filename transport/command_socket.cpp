@@ -121,6 +121,7 @@ void CCommandSocket::limitPackets()
 
 void CCommandSocket::close()
 {
+    ++m_CloseCount;
     m_PacketReader.detach();
     m_PacketWriter.detach();
     m_bNetError = false;

@@ -40,6 +40,9 @@ public:
     virtual void OnCmdSend(int size);
     virtual void OnCmdRecv(int size);
 
+    // The number of calls of close() so far, which distinguishes the connections that one object has in turn.
+    unsigned int GetCloseCount() const { return m_CloseCount; }
+
     // Whether the class of this object overrides onTick(), or may do so. If it does not, its server ticks it only when
     // something has happened on it, since other ticks would do nothing.
     bool HasOwnTick() const;
@@ -64,6 +67,7 @@ private:
     const void* m_PlainTick;
     zet::PeerLog m_PeerLog;
     int m_PacketLimit;
+    unsigned int m_CloseCount = 0;
     // No command of the peer was handled yet.
     bool m_IsUnproven = false;
 

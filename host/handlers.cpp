@@ -1,0 +1,158 @@
+#include "host/handlers.h"
+
+#include "framework/log.h"
+#include "framework/peer_log.h"
+#include "framework/platform/class_name.h"
+#include "packaging/cmd_packager.h"
+
+#include <atomic>
+#include <mutex>
+
+namespace host
+{
+
+namespace
+{
+
+using zet::platform::getClassName;
+
+// The rows that analysers refer to by number. They are read without a lock by every thread that dispatches, so a row
+// stays where it is and is never freed; a row that was given back has another generation when it is used again.
+struct Row
+{
+    std::atomic<unsigned int> m_Generation{0};
+    std::atomic<inner::HandlerSlot*> m_Slot{nullptr};
+    unsigned long m_NextFree = 0;
+};
+
+constexpr unsigned long kRowsPerBlock = 256;
+constexpr unsigned long kBlocks = 1024;
+constexpr unsigned long kNoRow = kBlocks * kRowsPerBlock;
+
+constinit std::atomic<Row*> s_Blocks[kBlocks]{};
+// The two belong to the holder of the lock.
+constinit unsigned long s_Used = 0;
+constinit unsigned long s_FirstFree = kNoRow;
+
+// Never destroyed, for Handlers that are destroyed with the process.
+std::mutex& getLock()
+{
+    static std::mutex& lock = *new std::mutex;
+    return lock;
+}
+
+// Null for a number that was never given out.
+Row* rowOf(unsigned long number)
+{
+    if (number >= kNoRow)
+        return nullptr;
+    Row* const block = s_Blocks[number / kRowsPerBlock].load(std::memory_order_acquire);
+    return block ? block + number % kRowsPerBlock : nullptr;
+}
+
+// A row for the slot, or kNoRow.
+unsigned long takeRow(inner::HandlerSlot* slot)
+{
+    const std::lock_guard lock(getLock());
+    unsigned long number = s_FirstFree;
+    if (number != kNoRow)
+        s_FirstFree = rowOf(number)->m_NextFree;
+    else if (s_Used == kNoRow)
+        return kNoRow;
+    else
+    {
+        if (s_Used % kRowsPerBlock == 0)
+            s_Blocks[s_Used / kRowsPerBlock].store(new Row[kRowsPerBlock], std::memory_order_release);
+        number = s_Used++;
+    }
+    rowOf(number)->m_Slot.store(slot, std::memory_order_release);
+    return number;
+}
+
+void giveBack(unsigned long number)
+{
+    const std::lock_guard lock(getLock());
+    Row& row = *rowOf(number);
+    row.m_Generation.fetch_add(1, std::memory_order_release);
+    row.m_Slot.store(nullptr, std::memory_order_release);
+    row.m_NextFree = s_FirstFree;
+    s_FirstFree = number;
+}
+
+} // namespace
+
+namespace inner
+{
+
+HandlerSlot::~HandlerSlot() = default;
+
+HandlerSlot* findSlot(unsigned long row, unsigned long generation)
+{
+    const Row* const found = rowOf(row);
+    if (!found || found->m_Generation.load(std::memory_order_acquire) != generation)
+        return nullptr;
+    return found->m_Slot.load(std::memory_order_acquire);
+}
+
+bool refuseCommand(const CCmdHead& command, const std::type_info& type, const CCmdPackager& pk, CCommandSocket& socket)
+{
+    if (!zet::PeerLog::takesLine())
+        return false;
+    const int left = pk.GetDataSize() - pk.GetReadPointer();
+    if (left > 0)
+        zet::Log::message(L"%s (0x%04x) refused: %d of %d bytes are left over (%s)", getClassName(type),
+                          command.GetID(), left, pk.GetDataSize(), socket.getPeerName());
+    else
+        zet::Log::message(L"%s (0x%04x) refused: it does not fit %d bytes (%s)", getClassName(type), command.GetID(),
+                          pk.GetDataSize(), socket.getPeerName());
+    zet::Log::whistle(false);
+    return false;
+}
+
+bool reportNoHandlers(const std::type_info& type, const CCmdPackager& pk, CCommandSocket& socket)
+{
+    if (zet::PeerLog::takesLine())
+        zet::Log::error(L"%s (0x%04x) refused: its Handlers was destroyed (%s)", getClassName(type), pk.GetCmdID(),
+                        socket.getPeerName());
+    return false;
+}
+
+} // namespace inner
+
+Handlers::Handlers(CCmdAnalyserSocket& analyser) : m_Analyser(analyser) {}
+
+Handlers::~Handlers()
+{
+    for (const Installed& installed : m_Installed)
+        giveBack(installed.m_Row);
+}
+
+bool Handlers::install(unsigned short id, const std::type_info& type, SocketCmdProcess process,
+                       std::unique_ptr<inner::HandlerSlot> slot)
+{
+    for (const Installed& installed : m_Installed)
+        if (installed.m_Id == id)
+        {
+            zet::Log::error(L"Handlers: %s has the id 0x%04x, which has the handler of %s", getClassName(type), id,
+                            getClassName(*installed.m_Type));
+            return false;
+        }
+    if (id >= kCommandIdLimit)
+    {
+        zet::Log::error(L"Handlers: %s has the id 0x%04x, which is not below 0x%04x", getClassName(type), id,
+                        kCommandIdLimit);
+        return false;
+    }
+    m_Installed.reserve(m_Installed.size() + 1);
+    const unsigned long row = takeRow(slot.get());
+    if (row == kNoRow)
+    {
+        zet::Log::error(L"Handlers: no space for the handler of %s: %lu exist", getClassName(type), kNoRow);
+        return false;
+    }
+    m_Installed.push_back({id, &type, row, std::move(slot)});
+    m_Analyser.Install(id, process, nullptr, row, rowOf(row)->m_Generation.load(std::memory_order_relaxed));
+    return true;
+}
+
+} // namespace host

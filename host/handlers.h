@@ -1,0 +1,128 @@
+// Typed handlers: a callable per command class, installed with the id and the process function of that class.
+//
+//   static CCmdAnalyserSocket analyser;
+//   host::Handlers handlers(analyser);
+//   handlers.on<CCmdServerEcho>([&](CCommandSocket& socket, CCmdServerEcho& echo) { ... });
+#pragma once
+
+#include "dispatch/analyser_socket.h"
+#include "dispatch/command_process.h"
+#include "framework/export.h"
+#include "packaging/command_head.h"
+#include "transport/command_socket.h"
+
+#include <memory>
+#include <type_traits>
+#include <typeinfo>
+#include <utility>
+#include <vector>
+
+namespace host
+{
+
+namespace inner
+{
+
+// What an installed handler owns. The analyser keeps the number of a row of a table and the generation of that row,
+// since its two words do not hold a pointer on every system.
+class COMMONGROUND_API HandlerSlot
+{
+public:
+    HandlerSlot() = default;
+    HandlerSlot(const HandlerSlot&) = delete;
+    HandlerSlot& operator=(const HandlerSlot&) = delete;
+    virtual ~HandlerSlot();
+};
+
+template <class Handler>
+class HandlerSlot_T final : public HandlerSlot
+{
+public:
+    explicit HandlerSlot_T(Handler handler) : m_Handler(std::move(handler)) {}
+
+    Handler m_Handler;
+};
+
+// Null if the Handlers of the slot is gone.
+COMMONGROUND_API HandlerSlot* findSlot(unsigned long row, unsigned long generation);
+// Log one line with the name of the class, within the peer's share. Always false.
+COMMONGROUND_API bool refuseCommand(const CCmdHead& command, const std::type_info& type, const CCmdPackager& pk,
+                                    CCommandSocket& socket);
+COMMONGROUND_API bool reportNoHandlers(const std::type_info& type, const CCmdPackager& pk, CCommandSocket& socket);
+
+// The process function that is installed for Command. Like the generated one, but it calls the handler with its types.
+template <class Command, class Slot>
+bool processCommand(CCommandSocket* socket, CCmdPackager* pk, SocketCmdHandler, unsigned long row,
+                    unsigned long generation)
+{
+    auto* const slot = static_cast<Slot*>(findSlot(row, generation));
+    if (!slot)
+        return reportNoHandlers(typeid(Command), *pk, *socket);
+    Command command;
+    if (!command.Read(pk) || pk->GetReadPointer() != pk->GetDataSize())
+        return refuseCommand(command, typeid(Command), *pk, *socket);
+    if (kTraceCommands)
+        TraceReceivedCommand(command, socket);
+    slot->m_Handler(*socket, command);
+    return true;
+}
+
+} // namespace inner
+
+// The handlers of one analyser. They are installed at start, like those of CCmdAnalyserSocket::Install; from then on
+// threads may share the analyser, and a handler is called on the thread of its socket. The dispatch allocates nothing.
+//
+// A command that its class cannot read, or that has bytes left over, is logged with the name of the class and refused;
+// the analyser then calls its error fallback or logs its own line.
+//
+// LIFETIME: the analyser and the Handlers may be destroyed in either order. After the Handlers, its commands are
+// refused and logged. It must not be destroyed while one of its handlers runs, on this or another thread.
+class COMMONGROUND_API Handlers
+{
+public:
+    // The analyser is not owned. It is used by on() only.
+    explicit Handlers(CCmdAnalyserSocket& analyser);
+    ~Handlers();
+    Handlers(const Handlers&) = delete;
+    Handlers& operator=(const Handlers&) = delete;
+
+    // Installs a callable for a command class. It takes (CCommandSocket&, Command&) and may have captures, which must
+    // live as long as this object. The command lives only during the call. False, and logged, if this object has a
+    // handler for the id already: for this class, or for the other class of a shared id. An exception from a handler
+    // is caught and logged by the analyser.
+    template <class Command, class Handler>
+    bool on(Handler handler)
+    {
+        static_assert(std::is_base_of_v<CCmdHead, Command>, "on<Command>() takes the class of a command");
+        static_assert(std::is_invocable_v<Handler&, CCommandSocket&, Command&>,
+                      "the handler of on<Command>() takes (CCommandSocket&, Command&)");
+        if constexpr (std::is_base_of_v<CCmdHead, Command> && std::is_invocable_v<Handler&, CCommandSocket&, Command&>)
+        {
+            using Slot = inner::HandlerSlot_T<Handler>;
+            return install(Command().GetID(), typeid(Command), &inner::processCommand<Command, Slot>,
+                           std::make_unique<Slot>(std::move(handler)));
+        }
+        else
+            return false;
+    }
+
+    // Commands that have a handler here.
+    int getCount() const { return static_cast<int>(m_Installed.size()); }
+
+private:
+    struct Installed
+    {
+        unsigned short m_Id;
+        const std::type_info* m_Type;
+        unsigned long m_Row;
+        std::unique_ptr<inner::HandlerSlot> m_Slot;
+    };
+
+    bool install(unsigned short id, const std::type_info& type, SocketCmdProcess process,
+                 std::unique_ptr<inner::HandlerSlot> slot);
+
+    CCmdAnalyserSocket& m_Analyser;
+    std::vector<Installed> m_Installed;
+};
+
+} // namespace host

@@ -1,0 +1,90 @@
+// The questions of a Questions and the times that its Tasks wait for.
+#pragma once
+
+#include "framework/system.h"
+#include "host/questions.h"
+
+#include <list>
+#include <map>
+#include <typeindex>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+namespace host::inner
+{
+
+// A question's place in the order of its connection. Without a waiter it was given up, and takes the answer that
+// belongs to it.
+struct QuestionPlace
+{
+    Waiter* m_Waiter;
+    std::vector<std::type_index> m_Answers;
+};
+
+// Ticked by its System. Handlers and waiters hold it, so it may outlive its Questions; then it is closed.
+class QuestionTable final : public zet::System::Task, public std::enable_shared_from_this<QuestionTable>
+{
+public:
+    void addExpected(const std::type_info& type) { m_Expected.insert(type); }
+    void ask(Waiter& waiter, CCommandSocket& socket, const CCmdHead& command,
+             std::initializer_list<const std::type_info*> answers, std::chrono::milliseconds timeOut);
+    void wait(Waiter& waiter, std::chrono::milliseconds time);
+    void withdraw(Waiter& waiter) noexcept;
+    bool takeAnswer(CCommandSocket& socket, CCmdHead& answer, const std::type_info& type);
+    int getOpenCount() const;
+    // Leaves the System and forgets all waiters.
+    void closeTable();
+
+    void onTick(unsigned int tick) override;
+    const wchar_t* getClassName() const override { return L"host::Questions"; }
+
+private:
+    // The places of one connection, in the order of asking.
+    struct Conversation
+    {
+        CCommandSocket* m_Socket;
+        // Null for a socket that nobody counts.
+        zet::Unknown::Handle_T<CCommandSocket> m_Holder;
+        // That of the socket during this connection.
+        unsigned int m_CloseCount;
+        std::list<QuestionPlace> m_Places;
+    };
+    using Conversations = std::list<Conversation>;
+
+    static bool hasEnded(const Conversation& conversation);
+    Conversation& conversationOf(CCommandSocket& socket);
+    bool sendAsPlaced(Waiter& waiter, CCommandSocket& socket, const CCmdHead& command,
+                      std::initializer_list<const std::type_info*> answers);
+    bool areExpected(std::initializer_list<const std::type_info*> answers) const;
+    void setEnded(Conversations::iterator conversation);
+    void dropIfEmpty(Conversation& conversation);
+
+    unsigned long long now();
+    void addTimer(Waiter& waiter, std::chrono::milliseconds time);
+    void removeTimer(Waiter& waiter) noexcept;
+    // The waiter gets the reason in the next tick.
+    void fail(Waiter& waiter, Unanswered::Reason reason);
+    void replyToEnded();
+    void replyToDue();
+    void setNextTick();
+    void wakeUp();
+
+    // Questions by socket; those of ended connections; and those whose replies are being made.
+    Conversations m_Conversations;
+    Conversations m_Ended;
+    Conversations m_Ending;
+    std::unordered_map<const CCommandSocket*, Conversations::iterator> m_BySocket;
+    // By deadline, in milliseconds of m_Now, and by number.
+    std::map<std::pair<unsigned long long, unsigned long long>, Waiter*> m_Timers;
+    unsigned long long m_LastNumber = 0;
+    // The clock without its wrapping, and its last tick.
+    unsigned long long m_Now = 0;
+    unsigned int m_LastTick = 0;
+    std::unordered_set<std::type_index> m_Expected;
+    bool m_IsClosed = false;
+    bool m_Sleeps = false;
+};
+
+} // namespace host::inner

@@ -1,0 +1,166 @@
+// Questions: commands that are sent with the classes of their answers and a time limit. A question gets exactly one
+// reply: one of the answers, or the reason why there is none. Tasks asks them (host/tasks.h); this is what they share.
+#pragma once
+
+#include "host/handlers.h"
+
+#include <chrono>
+#include <initializer_list>
+#include <variant>
+
+namespace host
+{
+
+// Why a question has no answer. What ended a connection is not known here yet; it will be a member of this class.
+struct COMMONGROUND_API Unanswered
+{
+    enum Reason
+    {
+        // No answer was handled within the time limit.
+        kTimedOut,
+        // The connection ended, or was down when the question was asked.
+        kEnded,
+        // The command was not sent; a line in the log says why.
+        kNotSent
+    };
+
+    // "timed out", "the connection ended", "not sent".
+    const wchar_t* getText() const;
+
+    Reason m_Reason = kNotSent;
+};
+
+// The reply to a question: use std::get_if or std::visit.
+template <class... Answers>
+using Reply = std::variant<Answers..., Unanswered>;
+
+namespace inner
+{
+
+class QuestionTable;
+struct QuestionPlace;
+
+// Waits for the reply to one question, or for a time. Belongs to the thread of its table.
+class COMMONGROUND_API Waiter
+{
+public:
+    Waiter(const Waiter&) = delete;
+    Waiter& operator=(const Waiter&) = delete;
+
+protected:
+    Waiter();
+    // Stops waiting. The question keeps its place, so that a later one does not get its answer.
+    virtual ~Waiter();
+
+    // Either calls one of the two functions below once, later and not from within this call. Throws std::bad_alloc
+    // before anything was sent.
+    void ask(const std::shared_ptr<QuestionTable>& table, CCommandSocket& socket, const CCmdHead& command,
+             std::initializer_list<const std::type_info*> answers, std::chrono::milliseconds timeOut);
+    void wait(const std::shared_ptr<QuestionTable>& table, std::chrono::milliseconds time);
+
+private:
+    friend class QuestionTable;
+
+    // The answer may be moved from; it is of the type's class. Both functions may destroy the object.
+    virtual void onAnswer(CCmdHead& answer, const std::type_info& type) = 0;
+    virtual void onUnanswered(Unanswered why) = 0;
+
+    std::shared_ptr<QuestionTable> m_Table;
+    // Null if the question has no place any more, and while waiting for a time.
+    QuestionPlace* m_Place = nullptr;
+    // The key of the timer; number 0 for none.
+    unsigned long long m_Deadline = 0;
+    unsigned long long m_Number = 0;
+    Unanswered::Reason m_Reason = Unanswered::kTimedOut;
+};
+
+// Passes an answer to the oldest question of the socket that names its class. False if there is none.
+COMMONGROUND_API bool takeAnswer(QuestionTable& table, CCommandSocket& socket, CCmdHead& answer,
+                                 const std::type_info& type);
+COMMONGROUND_API void reportUnasked(const CCmdHead& answer, const std::type_info& type, CCommandSocket& socket);
+
+template <class... Types>
+inline constexpr bool areDistinct = true;
+template <class First, class... Rest>
+inline constexpr bool areDistinct<First, Rest...> = !(std::is_same_v<First, Rest> || ...) && areDistinct<Rest...>;
+
+template <class... Answers>
+constexpr void checkAnswers()
+{
+    static_assert(sizeof...(Answers) > 0, "a question names the classes of its answers");
+    static_assert((std::is_base_of_v<CCmdHead, Answers> && ...), "an answer is the class of a command");
+    static_assert(areDistinct<Answers...>, "an answer is named once");
+}
+
+} // namespace inner
+
+// The open questions of the sockets of one System and one analyser. A task of the System looks at their time limits,
+// and in each tick at the state of each connection with an open question; without questions it sleeps.
+//
+// MATCHING: an answer belongs to the oldest question of its socket that names its class. A question that timed out or
+// was cancelled keeps its place in this order, and its late answer is dropped and logged: a later question never gets
+// it. So a peer that leaves a question unanswered for good shifts the answers of that class; close its connection.
+//
+// LIFETIME: destroy the Tasks first; a question that is open when this object is destroyed gets no reply. The Handlers
+// may be destroyed before or after.
+//
+// THREADS: all of it belongs to the thread of the System, and so do all sockets of the analyser.
+class COMMONGROUND_API Questions
+{
+public:
+    // Open and given up questions of one connection; a further one is not sent.
+    static constexpr int kPlaceLimit = 1024;
+
+    // Joins the System, on its thread.
+    Questions(Handlers& handlers, zet::System& system);
+    ~Questions();
+    Questions(const Questions&) = delete;
+    Questions& operator=(const Questions&) = delete;
+
+    // Installs, at start, the handlers of the classes that questions will name. An answer without a question is logged.
+    // False as Handlers::on().
+    template <class... Answers>
+    bool expect()
+    {
+        inner::checkAnswers<Answers...>();
+        return (expectBy<Answers>([](CCommandSocket& socket, Answers& answer)
+                                  { inner::reportUnasked(answer, typeid(Answers), socket); }) &&
+                ...);
+    }
+    // The same for one class, with a handler for the answers that no question waits for.
+    template <class Answer, class Handler>
+    bool expect(Handler otherwise)
+    {
+        inner::checkAnswers<Answer>();
+        static_assert(std::is_invocable_v<Handler&, CCommandSocket&, Answer&>,
+                      "the handler of expect<Answer>() takes (CCommandSocket&, Answer&)");
+        return expectBy<Answer>(std::move(otherwise));
+    }
+
+    // Questions that wait for their replies.
+    int getOpenCount() const;
+
+private:
+    friend class Tasks;
+
+    template <class Answer, class Handler>
+    bool expectBy(Handler otherwise)
+    {
+        if (!m_Handlers.on<Answer>(
+                [table = m_Table, otherwise = std::move(otherwise)](CCommandSocket& socket, Answer& answer) mutable
+                {
+                    // After an answer was taken nothing here is used: what it started may have destroyed it.
+                    if (!inner::takeAnswer(*table, socket, answer, typeid(Answer)))
+                        otherwise(socket, answer);
+                }))
+            return false;
+        addExpected(typeid(Answer));
+        return true;
+    }
+    void addExpected(const std::type_info& type);
+
+    Handlers& m_Handlers;
+    std::shared_ptr<inner::QuestionTable> m_Table;
+};
+
+} // namespace host

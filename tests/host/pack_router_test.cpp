@@ -1,0 +1,324 @@
+#include "host/pack_router.h"
+
+#include "packaging/cmd_packager.h"
+#include "tests/support/allocations.h"
+#include "tests/support/log_lines.h"
+#include "tests/support/loopback.h"
+
+#include <gtest/gtest.h>
+
+#include <cwchar>
+#include <memory>
+#include <string>
+
+namespace
+{
+
+using zet::Log;
+
+using Home = host::PackRouter<CCmdHomePackRequest, CCmdHomePackReply>;
+using Match = host::PackRouter<CCmdMatchPackRequest, CCmdMatchPackReply>;
+using Profiling = host::PackRouter<CCmdProfilingPackRequest, CCmdProfilingPackReply>;
+using Social = host::PackRouter<CCmdSocialRequest, CCmdSocialReply>;
+
+const wchar_t* const kHome = L"PackRouter of CCmdHomePackRequest, CCmdHomePackReply: ";
+
+class HostPacks : public testing::Test
+{
+protected:
+    bool analyse(const CCmdHead& command)
+    {
+        CCmdPackager packager;
+        return command.Write(&packager) && m_Analyser->Analyse(m_Socket, packager);
+    }
+    // An envelope as a peer sends it.
+    template <class Envelope, class Message>
+    static std::unique_ptr<Envelope> enveloped(int number, const Message& message)
+    {
+        auto envelope = std::make_unique<Envelope>();
+        envelope->m_PackType = static_cast<decltype(envelope->m_PackType)>(number);
+        EXPECT_TRUE(message.Write(&envelope->m_PackData));
+        return envelope;
+    }
+    bool hasError(const std::wstring& text) const { return m_Lines.has(Log::kError, text); }
+
+    test::LogLines m_Lines;
+    std::unique_ptr<CCmdAnalyserSocket> m_Analyser = std::make_unique<CCmdAnalyserSocket>();
+    host::Handlers m_Handlers{*m_Analyser};
+    zet::Unknown::Handle_T<CCommandSocket> m_Socket = CCommandSocket::createInstance(m_Analyser.get());
+};
+
+TEST_F(HostPacks, MessageReachesTheHandlerOfItsNumber)
+{
+    Home home;
+    int unlocked = 0;
+    int jumped = 0;
+    EXPECT_TRUE(home.on<HomePack_UnlockGame_Request>(7, [&](CCommandSocket&, HomePack_UnlockGame_Request& message)
+                                                     { unlocked = message.m_Value1; }));
+    EXPECT_TRUE(
+        home.on<HomePack_JumpOff_Request>(9, [&](CCommandSocket&, HomePack_JumpOff_Request&,
+                                                 CCmdHomePackRequest& envelope) { jumped = envelope.m_PackIndex; }));
+    ASSERT_TRUE(home.install(m_Handlers));
+    EXPECT_EQ(m_Handlers.getCount(), 1) << "no reply has a handler, so replies stay unknown commands";
+
+    HomePack_UnlockGame_Request message;
+    message.m_Value1 = 42;
+    EXPECT_TRUE(analyse(*enveloped<CCmdHomePackRequest>(7, message)));
+    const auto envelope = enveloped<CCmdHomePackRequest>(9, HomePack_JumpOff_Request());
+    envelope->m_PackIndex = 5;
+    EXPECT_TRUE(analyse(*envelope));
+    EXPECT_EQ(unlocked, 42);
+    EXPECT_EQ(jumped, 5);
+    EXPECT_TRUE(m_Lines.texts().empty());
+}
+
+TEST_F(HostPacks, NumberGivenTwiceIsRefusedAtStart)
+{
+    Home home;
+    EXPECT_TRUE(home.on<HomePack_LoadData_Request>(1, [](CCommandSocket&, HomePack_LoadData_Request&) {}));
+    EXPECT_FALSE(home.number<HomePack_LoadData_Reply>(1));
+    EXPECT_TRUE(
+        hasError(kHome + std::wstring(L"HomePack_LoadData_Reply has the number 1 of HomePack_LoadData_Request")));
+    EXPECT_FALSE(home.install(m_Handlers));
+    EXPECT_TRUE(hasError(kHome + std::wstring(L"not installed, for the errors above")));
+    EXPECT_EQ(m_Handlers.getCount(), 0);
+}
+
+TEST_F(HostPacks, FamiliesOfOneEnvelopeShareTheirNumbers)
+{
+    Match match;
+    EXPECT_TRUE(match.number<MatchPack_TakeGift_Request>(1));
+    EXPECT_TRUE(match.number<MatchPackType_Login_Request>(2));
+    EXPECT_TRUE(match.number<Match4Pack_FindMate_Request>(3));
+    EXPECT_TRUE(match.number<CombatPack_Enroll_Request>(4));
+    EXPECT_TRUE(match.number<BS4Pack_LastStandEnd_Notify>(5));
+    const std::wstring of = L"PackRouter of CCmdMatchPackRequest, CCmdMatchPackReply: ";
+    EXPECT_FALSE(match.number<Match4Pack_FindMate_Reply>(1));
+    EXPECT_TRUE(hasError(of + L"Match4Pack_FindMate_Reply has the number 1 of MatchPack_TakeGift_Request"));
+    EXPECT_FALSE(match.number<CombatPack_Enroll_Reply>(3));
+    EXPECT_TRUE(hasError(of + L"CombatPack_Enroll_Reply has the number 3 of Match4Pack_FindMate_Request"));
+    EXPECT_FALSE(match.number<BS4Pack_MatchEnd_Notify>(2));
+    EXPECT_TRUE(hasError(of + L"BS4Pack_MatchEnd_Notify has the number 2 of MatchPackType_Login_Request"));
+}
+
+TEST_F(HostPacks, SecondRouterOfAnEnvelopeIsRefused)
+{
+    Match first;
+    first.on<MatchPack_TakeGift_Request>(1, [](CCommandSocket&, MatchPack_TakeGift_Request&) {});
+    Match second;
+    second.on<Match4Pack_FindMate_Request>(1, [](CCommandSocket&, Match4Pack_FindMate_Request&) {});
+    EXPECT_TRUE(first.install(m_Handlers));
+    EXPECT_FALSE(second.install(m_Handlers));
+    wchar_t expected[160];
+    std::swprintf(expected, 160,
+                  L"Handlers: CCmdMatchPackRequest has the id 0x%04x, which has the handler of CCmdMatchPackRequest",
+                  command_id::CCmdMatchPackRequest);
+    EXPECT_TRUE(hasError(expected));
+}
+
+TEST_F(HostPacks, EachOtherMistakeIsRefusedWithItsText)
+{
+    const auto ignore = [](CCommandSocket&, HomePack_LoadData_Request&) {};
+    {
+        Home home;
+        EXPECT_FALSE(home.number<HomePack_LoadData_Request>(0));
+        EXPECT_TRUE(hasError(
+            kHome + std::wstring(L"HomePack_LoadData_Request has the number 0, which is not a valid m_PackType")));
+    }
+    {
+        Home home;
+        EXPECT_TRUE(home.number<HomePack_LoadData_Request>(-1)) << "the word is signed";
+        EXPECT_TRUE(home.number<HomePack_LoadData_Request>(-1)) << "the same again";
+        EXPECT_FALSE(home.number<HomePack_LoadData_Request>(2));
+        EXPECT_TRUE(hasError(kHome + std::wstring(L"HomePack_LoadData_Request has two numbers, -1 and 2")));
+    }
+    {
+        Home home;
+        EXPECT_TRUE(home.on<HomePack_LoadData_Request>(1, ignore));
+        EXPECT_FALSE(home.on<HomePack_LoadData_Request>(1, ignore));
+        EXPECT_TRUE(hasError(kHome + std::wstring(L"HomePack_LoadData_Request has two handlers")));
+    }
+    {
+        Home home;
+        EXPECT_TRUE(home.number<HomePack_LoadData_Request>(1));
+        EXPECT_FALSE(home.install(m_Handlers));
+        EXPECT_TRUE(hasError(kHome + std::wstring(L"not installed, since no message has a handler")));
+        EXPECT_FALSE(home.number<HomePack_LoadData_Reply>(2));
+        EXPECT_TRUE(hasError(kHome + std::wstring(L"HomePack_LoadData_Reply comes after install()")));
+        EXPECT_FALSE(home.install(m_Handlers));
+        EXPECT_TRUE(hasError(kHome + std::wstring(L"install() was called before")));
+    }
+    {
+        Social social;
+        EXPECT_TRUE(social.number<CmdSocialOccupyAPIRequest>(65535));
+        EXPECT_FALSE(social.number<CmdSocialReleaseAPIRequest>(65536));
+        EXPECT_FALSE(social.number<CmdSocialOccupyAPIReply>(-1));
+        EXPECT_TRUE(hasError(L"PackRouter of CCmdSocialRequest, CCmdSocialReply: CmdSocialReleaseAPIRequest has the "
+                             L"number 65536, which is not a valid m_PackType"));
+    }
+}
+
+TEST_F(HostPacks, UnknownNumberIsDroppedInOneLine)
+{
+    Home home;
+    home.on<HomePack_LoadData_Request>(1, [](CCommandSocket&, HomePack_LoadData_Request&) { FAIL(); });
+    home.install(m_Handlers);
+    analyse(*enveloped<CCmdHomePackRequest>(2, HomePack_JumpOff_Request()));
+    EXPECT_EQ(m_Lines.texts(),
+              std::vector<std::wstring>{L"CCmdHomePackRequest dropped: no message with the number 2 has a handler ()"});
+}
+
+TEST_F(HostPacks, UnreadMessageIsDroppedInOneLine)
+{
+    Home home;
+    home.on<HomePack_UnlockGame_Request>(1, [](CCommandSocket&, HomePack_UnlockGame_Request&) { FAIL(); });
+    home.install(m_Handlers);
+    CCmdHomePackRequest envelope;
+    envelope.m_PackType = 1;
+    envelope.m_PackData.Write(static_cast<unsigned char>(1));
+    analyse(envelope);
+    EXPECT_EQ(m_Lines.texts(),
+              std::vector<std::wstring>{L"HomePack_UnlockGame_Request dropped: number 1, it does not fit 1 bytes ()"});
+}
+
+TEST_F(HostPacks, BytesLeftOverAreLoggedOnceAndTheMessageIsHandled)
+{
+    Home home;
+    int value = 0;
+    home.on<HomePack_UnlockGame_Request>(1, [&](CCommandSocket&, HomePack_UnlockGame_Request& message)
+                                         { value = message.m_Value1; });
+    home.install(m_Handlers);
+    HomePack_UnlockGame_Request message;
+    message.m_Value1 = 6;
+    const auto envelope = enveloped<CCmdHomePackRequest>(1, message);
+    const int size = envelope->m_PackData.GetDataSize() + 2;
+    envelope->m_PackData.Write(short(1));
+    analyse(*envelope);
+    EXPECT_EQ(value, 6);
+    wchar_t expected[128];
+    std::swprintf(expected, 128, L"HomePack_UnlockGame_Request: number 1, 2 of %d bytes are left over ()", size);
+    EXPECT_EQ(m_Lines.texts(), std::vector<std::wstring>{expected});
+}
+
+TEST_F(HostPacks, MessageThatTwoEnvelopesCarryIsHandledInBoth)
+{
+    Profiling profiling;
+    int calls = 0;
+    profiling.on<CmdProfilingPack_GetMaxValues>(1,
+                                                [&](CCommandSocket&, CmdProfilingPack_GetMaxValues&, auto& envelope)
+                                                {
+                                                    ++calls;
+                                                    EXPECT_EQ(envelope.m_PackType, 1);
+                                                });
+    ASSERT_TRUE(profiling.install(m_Handlers));
+    analyse(*enveloped<CCmdProfilingPackRequest>(1, CmdProfilingPack_GetMaxValues()));
+    analyse(*enveloped<CCmdProfilingPackReply>(1, CmdProfilingPack_GetMaxValues()));
+    EXPECT_EQ(calls, 2);
+}
+
+TEST_F(HostPacks, DestroyedRouterIsNotCalled)
+{
+    auto home = std::make_unique<Home>();
+    home->on<HomePack_LoadData_Request>(1, [](CCommandSocket&, HomePack_LoadData_Request&) { FAIL(); });
+    home->install(m_Handlers);
+    home.reset();
+    analyse(*enveloped<CCmdHomePackRequest>(1, HomePack_LoadData_Request()));
+    EXPECT_EQ(m_Lines.texts(),
+              std::vector<std::wstring>{L"CCmdHomePackRequest dropped: no message with the number 1 has a handler ()"});
+}
+
+TEST_F(HostPacks, DispatchAllocatesNothing)
+{
+    Home home;
+    int calls = 0;
+    home.on<HomePack_CountdownTime_Request>(1, [&](CCommandSocket&, HomePack_CountdownTime_Request&) { ++calls; });
+    home.install(m_Handlers);
+    CCmdPackager packager;
+    ASSERT_TRUE(enveloped<CCmdHomePackRequest>(1, HomePack_CountdownTime_Request())->Write(&packager));
+    const test::AllocationCount count;
+    for (int i = 0; i < 10; ++i)
+    {
+        packager.Reset();
+        m_Analyser->Analyse(m_Socket, packager);
+    }
+    EXPECT_EQ(count.blocks(), 0);
+    EXPECT_EQ(calls, 10);
+}
+
+TEST_F(HostPacks, TablePrintsAsJson)
+{
+    Profiling profiling;
+    profiling.number<CmdProfilingPack_SubmitMaxValues>(4);
+    profiling.on<CmdProfilingPack_GetMaxValues>(2, [](CCommandSocket&, CmdProfilingPack_GetMaxValues&) {});
+    EXPECT_EQ(std::wstring(profiling.toJson().getBuffer()),
+              L"{\"envelopes\":[\"CCmdProfilingPackRequest\",\"CCmdProfilingPackReply\"],\"messages\":["
+              L"{\"number\":2,\"message\":\"CmdProfilingPack_GetMaxValues\",\"envelopes\":"
+              L"[\"CCmdProfilingPackRequest\",\"CCmdProfilingPackReply\"],\"handled\":true},"
+              L"{\"number\":4,\"message\":\"CmdProfilingPack_SubmitMaxValues\",\"envelopes\":"
+              L"[\"CCmdProfilingPackRequest\",\"CCmdProfilingPackReply\"],\"handled\":false}]}");
+}
+
+TEST_F(HostPacks, MessageWithoutNumberIsNotSent)
+{
+    const Home home;
+    EXPECT_FALSE(home.send(*m_Socket, HomePack_LoadData_Request()));
+    EXPECT_TRUE(hasError(kHome + std::wstring(L"HomePack_LoadData_Request is not sent, since it has no number")));
+}
+
+TEST_F(HostPacks, MessageThatDoesNotFitItsEnvelopeIsNotSent)
+{
+    Profiling profiling;
+    profiling.number<CmdProfilingPack_SubmitMaxValues>(1);
+    host::PackRouter<CCmdSportPackRequest, CCmdSportPackReply, CCmdSportPackNotify> sport;
+    sport.number<CmdStartSessionAction>(1);
+    CmdStartSessionAction action;
+    action.m_Text1 = std::wstring(40000, L'x').c_str();
+    EXPECT_FALSE(sport.send(*m_Socket, action));
+    EXPECT_TRUE(hasError(L"CmdStartSessionAction is not sent: it does not fit its envelope"));
+}
+
+TEST(HostPacksOverTcp, RequestIsSentAndItsReplyKeepsTheHead)
+{
+    const auto serverAnalyser = std::make_unique<CCmdAnalyserSocket>();
+    const auto clientAnalyser = std::make_unique<CCmdAnalyserSocket>();
+    host::Handlers serverHandlers(*serverAnalyser);
+    host::Handlers clientHandlers(*clientAnalyser);
+    // Both sides state the same numbers.
+    const auto state = [](Home& home)
+    {
+        home.number<HomePack_UnlockGame_Request>(1);
+        home.number<HomePack_UnlockGame_Reply>(2);
+    };
+    Home server;
+    state(server);
+    server.on<HomePack_UnlockGame_Request>(
+        1,
+        [&](CCommandSocket& socket, HomePack_UnlockGame_Request&, CCmdHomePackRequest& envelope)
+        {
+            envelope.m_PackIndex = 77;
+            envelope.m_AccountName = L"runner";
+            envelope.SetClientIndex(5);
+            EXPECT_TRUE(server.reply(socket, envelope, HomePack_UnlockGame_Reply()));
+        });
+    ASSERT_TRUE(server.install(serverHandlers));
+    Home client;
+    state(client);
+    int replies = 0;
+    client.on<HomePack_UnlockGame_Reply>(2,
+                                         [&](CCommandSocket&, HomePack_UnlockGame_Reply&, CCmdHomePackReply& envelope)
+                                         {
+                                             ++replies;
+                                             EXPECT_EQ(envelope.m_PackIndex, 77);
+                                             EXPECT_EQ(envelope.m_AccountName, L"runner");
+                                             EXPECT_EQ(envelope.GetClientIndex(), 5);
+                                         });
+    ASSERT_TRUE(client.install(clientHandlers));
+
+    test::Loopback loopback(serverAnalyser.get());
+    const test::ClientHandle socket = loopback.connect(clientAnalyser.get());
+    ASSERT_TRUE(socket);
+    EXPECT_TRUE(client.send(*socket, HomePack_UnlockGame_Request()));
+    EXPECT_TRUE(test::tickUntil(loopback.m_System, [&] { return replies == 1; }));
+}
+
+} // namespace
