@@ -60,7 +60,7 @@ public:
 
     // Asks for the addresses of a name. The answer, empty where there are none, comes on this thread when the reactor
     // looks for events, and only sets flags. Null for lack of memory.
-    using Found = std::function<void(const std::vector<Endpoint>& found)>;
+    using Found = std::function<void(std::vector<Endpoint>&& found)>;
     std::shared_ptr<Lookup> resolve(const char* name, Found found);
 
     const std::shared_ptr<Door>& door() const { return m_Door; }

@@ -47,8 +47,9 @@ public:
     virtual void onTick(unsigned int tick);
     // Begins a connection from the port of a server to a numeric address or a host name. The peer gets the id before
     // it accepts. The connection is connecting when this returns true. False changes nothing: it has a connection
-    // already, the server has no port, or the address is not valid. A name is resolved on another thread meanwhile; one
-    // that has no address ends as kConnectFailed.
+    // already, the server has no port, or the address is not valid. A name is resolved on another thread meanwhile; the
+    // first IPv4 address counts, or the first IPv6 one if there is none. A name that has no address ends as
+    // kConnectFailed.
     virtual bool connect(UdpServer* server, const wchar_t* ip, unsigned short port, const Uuid& id);
     // Takes bytes that have come, up to size; 0 when there are none; -1 once the connection is down.
     virtual int receive(void* data, int size);
@@ -70,10 +71,12 @@ public:
     ConnectionState getConnectionState() const { return m_State; }
     // The id that connect() was given, here or at the other end; all zero before the first connection.
     const Uuid& getConnectionId() const { return m_ConnectionId; }
-    // "192.168.0.1:8000"; empty before the first connection, and the last peer's after it.
+    // "192.168.0.1:8000" or "[2001:db8::1]:8000"; empty before the first connection, and the last peer's after it.
     String_T<wchar_t> getPeerName() const;
-    // The peer's four address bytes as they lie in memory, in network order, and its port.
-    unsigned int getPeerAddress() const { return m_PeerAddress; }
+    // The four address bytes of an IPv4 peer as they lie in memory, in network order, and 0 for an IPv6 one; the port.
+    unsigned int getPeerAddress() const;
+    // The address of an IPv6 peer. False, and nothing changed, for any other.
+    bool getPeerAddressIPv6(sockaddr_in6& address) const;
     unsigned short getPeerPort() const { return m_PeerPort; }
 
     void setOutputLimit(size_t bytes) { m_OutputLimit = bytes; }
@@ -95,6 +98,7 @@ private:
     friend class UdpServer;
     friend class inner::UdpLink;
 
+    inner::Endpoint getPeer() const;
     // Whether there is no connection, or it has ended and everything was read.
     bool isOver() const;
 
@@ -103,7 +107,9 @@ private:
     bool m_IsEndTold = true;
     bool m_HasBegun = false;
     unsigned short m_PeerPort = 0;
-    unsigned int m_PeerAddress = 0;
+    // Of the last peer; the bytes are those of an inner::Endpoint.
+    unsigned char m_PeerBytes[16] = {};
+    unsigned int m_PeerScope = 0;
     Uuid m_ConnectionId;
     size_t m_OutputLimit = kDefaultOutputLimit;
 };

@@ -5,6 +5,8 @@
 
 #include <memory>
 
+struct sockaddr_in6;
+
 namespace zet
 {
 
@@ -18,6 +20,7 @@ class Crowd;
 class OutputQueue;
 class Reactor;
 class ReadyList;
+struct Endpoint;
 struct TcpLink;
 } // namespace inner
 
@@ -62,10 +65,12 @@ public:
     // come meanwhile is thrown away first, since ending on unread bytes would take back what was sent.
     void close() override;
 
-    // Begins a connection to a numeric address or a host name with keep-alive probes on or off. The connection is
-    // connecting when this returns true, or is established already. False leaves no handle: a handle was held already,
-    // the address is not valid, or the peer refused at once. A name is resolved on another thread meanwhile; one that
-    // has no address ends as kConnectFailed.
+    // Begins a connection to a numeric address ("192.168.0.1", "::1", "[::1]") or a host name with keep-alive probes on
+    // or off. The connection is connecting when this returns true, or is established already. False leaves no handle: a
+    // handle was held already, the address is not valid, or the peer refused at once. A name is resolved on another
+    // thread meanwhile. Of several addresses, IPv6 and IPv4 in turn, the next one is tried when one has failed or has
+    // not answered for 250 ms, and the first one that answers is kept; the ticks of this connection do that, and
+    // getHandle() changes then. A name without an address, or none of whose addresses answers, ends as kConnectFailed.
     virtual bool connect(const wchar_t* ip, unsigned short port, bool keepAlive);
     // Bytes received, up to size, as they come from the network; 0 when there are none; -1 once the connection is down.
     virtual int receive(void* data, int size);
@@ -75,10 +80,12 @@ public:
     virtual int send(const void* data, int size);
 
     ConnectionState getConnectionState() const { return static_cast<ConnectionState>(m_State); }
-    // "192.168.0.1:8000"; empty before the first connection, and the last peer's after it.
+    // "192.168.0.1:8000" or "[2001:db8::1]:8000"; empty before the first connection, and the last peer's after it.
     String_T<wchar_t> getPeerName() const;
-    // The peer's four address bytes as they lie in memory, in network order, and its port.
-    unsigned int getPeerAddress() const { return m_PeerAddress; }
+    // The four address bytes of an IPv4 peer as they lie in memory, in network order, and 0 for an IPv6 one; the port.
+    unsigned int getPeerAddress() const;
+    // The address of an IPv6 peer. False, and nothing changed, for any other.
+    bool getPeerAddressIPv6(sockaddr_in6& address) const;
     unsigned short getPeerPort() const { return m_PeerPort; }
 
     // The thread that owns the connection; 0 before it is started, attached or connected.
@@ -175,12 +182,15 @@ private:
     // Takes an accepted link on, by attach().
     bool take(inner::TcpLink* link, const std::shared_ptr<inner::Reactor>& reactor, TlsContext* context);
     void takePeer();
+    inner::Endpoint getPeer() const;
     bool beginConnect(bool hasBegun);
     void drop();
 
     inner::ReadyList* m_ReadyList = nullptr;
     bool m_IsListed = false;
-    unsigned int m_PeerAddress = 0;
+    // Of the last peer; the bytes are those of an inner::Endpoint.
+    unsigned char m_PeerBytes[16] = {};
+    unsigned int m_PeerScope = 0;
     unsigned short m_PeerPort = 0;
     unsigned long m_RunThreadId = 0;
     size_t m_OutputLimit = kDefaultOutputLimit;

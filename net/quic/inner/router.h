@@ -31,10 +31,11 @@ public:
     bool connect(UdpServer::UdpConnection& connection, const wchar_t* ip, unsigned short port, const Uuid& id) override;
     bool hasVisitor() const override { return !m_Visitors.empty(); }
     Uuid getVisitorId() const override { return m_Visitors.empty() ? Uuid() : m_Visitors.front()->getId(); }
-    void getVisitorAddress(sockaddr_in& address) const override { address = m_Visitors.front()->getPeer(); }
+    Endpoint getVisitorAddress() const override { return m_Visitors.front()->getPeer(); }
     bool give(UdpServer::UdpConnection& connection) override;
-    bool sendUserData(const sockaddr_in& address, const void* data, int size) override;
-    void deliver(const sockaddr_in& address, const void* data, int size) override;
+    bool sendUserData(const Endpoint& peer, const void* data, int size) override;
+    void deliver(const Endpoint& peer, const void* data, int size) override;
+    void noteDropped() override { ++m_Traffic.m_DatagramsDropped; }
     void close() override;
     unsigned int detach() override;
 
@@ -45,7 +46,7 @@ public:
     // Only while it is open.
     const UdpServer::Settings& settings() const { return m_Server->getSettings(); }
     const NetLimits& limits() const { return m_Server->getLimits(); }
-    const sockaddr_in& getAddress() const { return m_Port->getAddress(); }
+    const Endpoint& getAddress() const { return m_Port->getAddress(); }
     // False once close() has begun.
     bool isOpen() const { return m_Server != nullptr; }
     // Gives the link a turn, in this tick or the next.
@@ -62,7 +63,7 @@ public:
     bool hasRoomForRemains() const;
     // Room for a packet, and its way out.
     unsigned char* room() { return m_Port->room(); }
-    void post(const sockaddr_in& address, size_t size, unsigned int local);
+    void post(const Endpoint& peer, size_t size, const Endpoint& local);
 
 private:
     // Calls what a host has written; what it throws is logged and goes no further. False where it has thrown.
@@ -98,7 +99,7 @@ private:
     // Whether this tick begins one more handshake.
     bool mayAdmit() const;
     // Whether one more visitor may come from there.
-    bool hasRoomFor(const sockaddr_in& from) const;
+    bool hasRoomFor(const Endpoint& from) const;
     void runTimers();
     void callVisitors();
     void takeTurns();

@@ -5,6 +5,7 @@
 #include "net/inner/counted.h"
 #include "net/inner/watched.h"
 #include "net/tcp/inner/crowd.h"
+#include "net/tcp/inner/race.h"
 
 namespace zet
 {
@@ -31,8 +32,18 @@ struct TcpLink final : Counted<TcpLink>, Watched
     bool connect(const Endpoint& peer);
     // The same to a host name, whose addresses the owner learns of first: then beginNamed() begins the connection.
     bool connectByName(Reactor& reactor, const char* name, unsigned short port);
-    bool isNamed() const { return m_Lookup != nullptr; }
+    bool isNamed() const { return m_Race && m_Race->isLookingUp(); }
     bool beginNamed();
+    // After that, while the name has several addresses: race() tries them, to be called with each report and each tick.
+    // The link takes the winner's handle and address.
+    bool isRacing() const { return m_Race != nullptr; }
+    TcpRace::State race();
+    void reportAttempt();
+    void close()
+    {
+        m_Race.reset();
+        Watched::close();
+    }
     // Once the answer is there, and only once: whether it was yes.
     bool isConnected();
     void onReady(unsigned char ready) override;
@@ -67,7 +78,7 @@ struct TcpLink final : Counted<TcpLink>, Watched
 private:
     void report(unsigned char pending);
 
-    std::shared_ptr<Lookup> m_Lookup;
+    std::unique_ptr<TcpRace> m_Race;
     bool m_IsConnecting = false;
     // After the bytes that were read may be what no event reports.
     bool m_HasTail = false;
