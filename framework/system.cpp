@@ -2,6 +2,7 @@
 
 #include "framework/inner/guard.h"
 #include "framework/inner/mark.h"
+#include "framework/inner/moment.h"
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "framework/thread.h"
@@ -229,13 +230,13 @@ unsigned int System::getWaitTime() const
 {
     const unsigned int now = getTimeTick();
     const unsigned int next = m_LastTick + m_TickInterval;
-    unsigned int time = Task::isReached(next, now) ? 0 : next - now;
+    unsigned int time = inner::isReached(next, now) ? 0 : next - now;
     time = time < m_TickInterval ? time : m_TickInterval;
     for (const Entry& entry : m_Tasks)
         if (entry.m_Task && entry.m_Task->m_IsAsleep)
         {
             const unsigned int until = entry.m_Task->m_SleepUntil;
-            const unsigned int left = Task::isReached(until, now) ? 0 : until - now;
+            const unsigned int left = inner::isReached(until, now) ? 0 : until - now;
             time = left < time ? left : time;
         }
     return time;

@@ -134,8 +134,6 @@ private:
     friend class System;
 
     bool isDue(unsigned int tick);
-    // Ticks wrap; a time is reached when it is not in the future.
-    static bool isReached(unsigned int moment, unsigned int now);
 
     std::atomic<System*> m_System{nullptr};
     unsigned int m_SleepUntil = 0;

@@ -1,5 +1,6 @@
 #include "framework/system.h"
 
+#include "framework/inner/moment.h"
 #include "framework/time.h"
 
 namespace zet
@@ -59,15 +60,10 @@ bool System::Task::isDue(unsigned int tick)
 {
     if (!m_IsAsleep)
         return true;
-    if (!m_IsWakened.exchange(false, std::memory_order_relaxed) && !isReached(m_SleepUntil, tick))
+    if (!m_IsWakened.exchange(false, std::memory_order_relaxed) && !inner::isReached(m_SleepUntil, tick))
         return false;
     m_IsAsleep = false;
     return true;
-}
-
-bool System::Task::isReached(unsigned int moment, unsigned int now)
-{
-    return static_cast<int>(now - moment) >= 0;
 }
 
 } // namespace zet

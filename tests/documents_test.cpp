@@ -2,11 +2,13 @@
 #include "framework/inner/log_mailbox.h"
 #include "framework/json.h"
 #include "framework/peer_log.h"
+#include "net/door/names.h"
 #include "net/limits.h"
 #include "net/quic/connection.h"
 #include "net/quic/server.h"
 #include "net/session/module.h"
 #include "net/session/session.h"
+#include "net/tcp/inner/race.h"
 #include "net/tcp/server.h"
 #include "net/tls/context.h"
 #include "packaging/cmd_packager.h"
@@ -48,6 +50,8 @@ TEST(Documents, TheTableOfLimitsHasTheDefaults)
         {"zet::TcpServer::kAcceptsPerTick", zet::TcpServer::kAcceptsPerTick},
         {"zet::TcpServer::kAcceptTime", zet::TcpServer::kAcceptTime},
         {"zet::TcpServer::kRestTime", zet::TcpServer::kRestTime},
+        {"zet::inner::kMostLookups", static_cast<long long>(zet::inner::kMostLookups)},
+        {"zet::inner::TcpRace::kMostAddresses", static_cast<long long>(zet::inner::TcpRace::kMostAddresses)},
         {"CCommandSocket::kDispatchTime", CCommandSocket::kDispatchTime},
         {"zet::TlsContext::kDefaultHandshakeTime", zet::TlsContext::kDefaultHandshakeTime},
         {"zet::TlsContext::kHandshakeInput", zet::TlsContext::kHandshakeInput},

@@ -36,6 +36,13 @@ public:
         kStream,
         kDatagrams
     };
+    enum Family : unsigned char
+    {
+        kIPv4,
+        kIPv6,
+        // IPv6, and IPv4 by mapped addresses.
+        kBoth
+    };
     // Options that a system does not have are left out.
     enum Option : unsigned char
     {
@@ -43,10 +50,10 @@ public:
         kKeepAlive,
         // A restarted server gets its port back while old connections linger.
         kRebind,
-        // Bytes that the system may hold of what comes, and of what leaves.
+        // Bytes that the system may hold of input, and of output.
         kReceiveBuffer,
         kSendBuffer,
-        // Datagrams that come say which address of this machine they came to.
+        // Received datagrams report at which address of this machine they arrived.
         kLocalAddress
     };
 
@@ -56,10 +63,12 @@ public:
         enum Reason : unsigned char
         {
             kNone,
-            // There is nothing to do yet.
+            // Nothing can be done yet.
             kNotNow,
             // The process or the system has no handle or no memory left.
             kExhausted,
+            // The system has no such address, or none of that family.
+            kNoAddress,
             kOther
         };
 
@@ -85,9 +94,9 @@ public:
     struct Datagram
     {
         Endpoint m_Peer;
-        // The address of this machine that it came to, or leaves from, in network order; 0 where the system does not
-        // say, and where the system chooses.
-        unsigned int m_Local = 0;
+        // The address of this machine that it arrived at, or is to leave from; 0.0.0.0 or :: where the system does not
+        // report it, and where the system chooses.
+        Endpoint m_Local;
         unsigned char* m_Data = nullptr;
         // In a receive, the space at m_Data before it, and the bytes after it, -1 for a datagram that was longer.
         int m_Size = 0;
@@ -95,7 +104,7 @@ public:
 
     virtual ~Door() = default;
 
-    virtual Handle open(Kind kind, Fault& fault) = 0;
+    virtual Handle open(Kind kind, Family family, Fault& fault) = 0;
     virtual void close(Handle handle) = 0;
     // What open() does for its own handles.
     virtual Fault unblock(Handle handle) = 0;
@@ -105,36 +114,42 @@ public:
     virtual Handle accept(Handle listener, Endpoint& peer, Fault& fault) = 0;
     // Begins a connection.
     virtual Fault connect(Handle handle, const Endpoint& peer) = 0;
-    // Once the socket is ready for output, and only once: how that ended.
+    // To be called once, when the socket is ready for output: the result of connect().
     virtual Fault endConnect(Handle handle) = 0;
 
     // The bytes that were received; 0 without a fault at the end of the connection.
     virtual size_t receive(Handle handle, void* data, size_t size, Fault& fault) = 0;
     // The bytes that were taken.
     virtual size_t send(Handle handle, const Piece* pieces, int count, Fault& fault) = 0;
-    // The datagrams that came and went. A fault of a receive may be that of an earlier datagram.
+    // The number of datagrams received or sent. A fault of a receive may be that of an earlier datagram.
     virtual int receiveBatch(Handle handle, Datagram* datagrams, int count, Fault& fault) = 0;
     virtual int sendBatch(Handle handle, const Datagram* datagrams, int count, Fault& fault) = 0;
 
     virtual bool getOwnEndpoint(Handle handle, Endpoint& own) = 0;
     virtual bool getPeerEndpoint(Handle handle, Endpoint& peer) = 0;
     virtual void setOption(Handle handle, Option option, int value) = 0;
-    // Lets the system notice a peer that vanished, as the limits say.
+    // Makes the system detect a peer that vanished, as the limits say.
     virtual void watchPeer(Handle handle, const NetLimits& limits) = 0;
 
     // Throws std::system_error where the system has none to give.
     virtual std::unique_ptr<Poller> makePoller() = 0;
 
-    // Calls answer with the addresses of a host name, or with an empty list if the name has no address. The call comes
-    // on any thread, possibly before resolve() returns, and must not throw. If resolve() throws (no memory), answer is
-    // not called.
+    // Calls answer with the addresses of a host name, in the order in which they are to be tried, or with an empty list
+    // if the name has no address. The call comes on any thread, possibly before resolve() returns, and must not throw.
+    // Once the asker is gone, the lookup may be left out and answer not called. If resolve() throws (no memory), answer
+    // is not called.
     using Answer = std::function<void(std::vector<Endpoint> found)>;
-    virtual void resolve(const char* name, Answer answer) = 0;
+    using Asker = std::weak_ptr<const void>;
+    virtual void resolve(const char* name, Answer answer, const Asker& asker) = 0;
 
     // The operating system's own.
     static const std::shared_ptr<Door>& getReal();
-    // A numeric address; false, and the endpoint unchanged, for any other text.
+    // A numeric address: four numbers with points, or IPv6, also in brackets and with an interface ("fe80::1%eth0").
+    // False, and the endpoint unchanged, for any other text.
     static bool parse(const char* text, unsigned short port, Endpoint& endpoint);
+    // The address alone, as parse() takes it, without brackets. A mapped address is printed as the IPv4 one.
+    static std::string print(const Endpoint& endpoint);
+    static Family familyOf(const Endpoint& endpoint) { return endpoint.isV4() ? kIPv4 : kIPv6; }
     // These three are the system's own calls of that name; the first one waits for the resolver.
     static hostent* getHostByName(const char* name);
     static unsigned int getAddress(const char* text);
@@ -145,7 +160,7 @@ public:
 // socket is started or used; false after that.
 COMMONGROUND_API bool setDoor(System& system, const std::shared_ptr<Door>& door);
 
-// A handle that is closed with it.
+// Owns a handle, and closes it.
 class DoorHandle
 {
 public:
@@ -154,6 +169,7 @@ public:
     {
     }
     ~DoorHandle() { close(); }
+    DoorHandle(DoorHandle&& other) noexcept : m_Door(other.m_Door), m_Handle(other.release()) {}
     DoorHandle(const DoorHandle&) = delete;
     DoorHandle& operator=(const DoorHandle&) = delete;
 
@@ -183,5 +199,11 @@ private:
     const std::shared_ptr<Door> m_Door;
     Door::Handle m_Handle;
 };
+
+// A socket bound to a port: on one address, or on all addresses of this machine, where 0.0.0.0 stands for those of IPv4
+// and :: for those of both families. A system without IPv6 takes :: as 0.0.0.0. No handle, and a fault, where the port
+// cannot be bound.
+COMMONGROUND_API DoorHandle openPort(const std::shared_ptr<Door>& door, Door::Kind kind, const Endpoint& own,
+                                     Door::Fault& fault);
 
 } // namespace zet::inner

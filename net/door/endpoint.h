@@ -8,7 +8,8 @@ namespace zet::inner
 
 struct Endpoint
 {
-    // IPv6 in network order. An IPv4 address is the last four bytes, after ten bytes of 0 and two of 0xFF.
+    // IPv6 in network order. An IPv4 address is the last four bytes, after ten bytes of 0 and two of 0xFF (a mapped
+    // address), also where the system reports it on a socket of both families.
     unsigned char m_Bytes[16] = {};
     // In the byte order of this machine.
     unsigned short m_Port = 0;
@@ -24,6 +25,15 @@ struct Endpoint
         made.m_Port = port;
         return made;
     }
+    // 16 bytes in network order; the scope counts for a link-local address only.
+    static Endpoint ofV6(const void* address, unsigned short port, unsigned int scope)
+    {
+        Endpoint made;
+        std::memcpy(made.m_Bytes, address, sizeof made.m_Bytes);
+        made.m_Port = port;
+        made.m_Scope = made.isLinkLocal() ? scope : 0;
+        return made;
+    }
     bool isV4() const
     {
         constexpr unsigned char kHead[12] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF};
@@ -36,6 +46,20 @@ struct Endpoint
         if (isV4())
             std::memcpy(&address, m_Bytes + 12, sizeof address);
         return address;
+    }
+    // fe80::/10
+    bool isLinkLocal() const { return m_Bytes[0] == 0xFE && (m_Bytes[1] & 0xC0) == 0x80; }
+    // 0.0.0.0 or ::, which stand for no address, or for all of this machine.
+    bool isAny() const
+    {
+        constexpr unsigned char kZeros[16] = {};
+        return isV4() ? v4() == 0 : std::memcmp(m_Bytes, kZeros, sizeof kZeros) == 0;
+    }
+
+    friend bool operator==(const Endpoint& a, const Endpoint& b)
+    {
+        return std::memcmp(a.m_Bytes, b.m_Bytes, sizeof a.m_Bytes) == 0 && a.m_Port == b.m_Port &&
+               a.m_Scope == b.m_Scope;
     }
 };
 

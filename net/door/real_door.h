@@ -9,7 +9,7 @@ namespace zet::inner
 class RealDoor final : public Door
 {
 public:
-    Handle open(Kind kind, Fault& fault) override;
+    Handle open(Kind kind, Family family, Fault& fault) override;
     void close(Handle handle) override;
     Fault unblock(Handle handle) override;
     Fault bind(Handle handle, const Endpoint& own) override;
@@ -26,7 +26,7 @@ public:
     void setOption(Handle handle, Option option, int value) override;
     void watchPeer(Handle handle, const NetLimits& limits) override;
     std::unique_ptr<Poller> makePoller() override;
-    void resolve(const char* name, Answer answer) override;
+    void resolve(const char* name, Answer answer, const Asker& asker) override;
 };
 
 } // namespace zet::inner

@@ -37,6 +37,9 @@ Fault faultOf(int code)
     case ENOBUFS:
     case ENOMEM:
         return {Fault::kExhausted, code};
+    case EAFNOSUPPORT:
+    case EADDRNOTAVAIL:
+        return {Fault::kNoAddress, code};
     default:
         return {Fault::kOther, code};
     }
@@ -79,8 +82,8 @@ public:
             m_Pieces[i] = {datagrams[i].m_Data, static_cast<size_t>(datagrams[i].m_Size)};
             msghdr& head = m_Messages[i].msg_hdr;
             head = {};
-            head.msg_name = &m_Addresses[i];
-            head.msg_namelen = sizeof m_Addresses[i];
+            head.msg_name = &m_Addresses[i].m_Plain;
+            head.msg_namelen = m_Addresses[i].m_Size;
             head.msg_iov = &m_Pieces[i];
             head.msg_iovlen = 1;
         }
@@ -92,83 +95,80 @@ public:
         head.msg_control = m_Controls[index].m_Bytes;
         head.msg_controllen = sizeof m_Controls[index].m_Bytes;
     }
-    unsigned int getLocal(int index)
+    Endpoint getLocal(int index)
     {
         msghdr& head = m_Messages[index].msg_hdr;
+        Endpoint local;
         for (cmsghdr* part = CMSG_FIRSTHDR(&head); part; part = CMSG_NXTHDR(&head, part))
             if (part->cmsg_level == IPPROTO_IP && part->cmsg_type == IP_PKTINFO)
             {
                 in_pktinfo info;
                 std::memcpy(&info, CMSG_DATA(part), sizeof info);
-                return static_cast<unsigned int>(info.ipi_spec_dst.s_addr);
+                return Endpoint::ofV4(static_cast<unsigned int>(info.ipi_spec_dst.s_addr), 0);
             }
-        return 0;
+            else if (part->cmsg_level == IPPROTO_IPV6 && part->cmsg_type == IPV6_PKTINFO)
+            {
+                in6_pktinfo info;
+                std::memcpy(&info, CMSG_DATA(part), sizeof info);
+                local = Endpoint::ofV6(&info.ipi6_addr, 0, static_cast<unsigned int>(info.ipi6_ifindex));
+            }
+        return local;
     }
-    void setLocal(int index, unsigned int local)
+    void setPeer(int index, const Endpoint& peer)
     {
-        wantLocal(index);
-        in_pktinfo info{};
-        info.ipi_spec_dst.s_addr = local;
-        cmsghdr* const part = CMSG_FIRSTHDR(&m_Messages[index].msg_hdr);
-        part->cmsg_level = IPPROTO_IP;
-        part->cmsg_type = IP_PKTINFO;
-        part->cmsg_len = CMSG_LEN(sizeof info);
-        std::memcpy(CMSG_DATA(part), &info, sizeof info);
+        m_Addresses[index].set(peer);
+        m_Messages[index].msg_hdr.msg_namelen = m_Addresses[index].m_Size;
+    }
+    void setLocal(int index, const Endpoint& local)
+    {
+        if (local.isV4())
+        {
+            in_pktinfo info{};
+            info.ipi_spec_dst.s_addr = local.v4();
+            setControl(index, IPPROTO_IP, IP_PKTINFO, info);
+            return;
+        }
+        in6_pktinfo info{};
+        std::memcpy(&info.ipi6_addr, local.m_Bytes, sizeof local.m_Bytes);
+        info.ipi6_ifindex = local.m_Scope;
+        setControl(index, IPPROTO_IPV6, IPV6_PKTINFO, info);
     }
 
     mmsghdr m_Messages[Door::kMostDatagrams];
-    sockaddr_in m_Addresses[Door::kMostDatagrams];
+    SystemAddress m_Addresses[Door::kMostDatagrams];
 
 private:
+    // A socket of both families reports an IPv4 address in both forms.
     struct alignas(cmsghdr) Control
     {
-        unsigned char m_Bytes[CMSG_SPACE(sizeof(in_pktinfo))];
+        unsigned char m_Bytes[CMSG_SPACE(sizeof(in_pktinfo)) + CMSG_SPACE(sizeof(in6_pktinfo))];
     };
+
+    template <class Info>
+    void setControl(int index, int level, int type, const Info& info)
+    {
+        msghdr& head = m_Messages[index].msg_hdr;
+        head.msg_control = m_Controls[index].m_Bytes;
+        head.msg_controllen = CMSG_SPACE(sizeof info);
+        cmsghdr* const part = CMSG_FIRSTHDR(&head);
+        part->cmsg_level = level;
+        part->cmsg_type = type;
+        part->cmsg_len = CMSG_LEN(sizeof info);
+        std::memcpy(CMSG_DATA(part), &info, sizeof info);
+    }
 
     iovec m_Pieces[Door::kMostDatagrams];
     Control m_Controls[Door::kMostDatagrams];
 };
 
-std::vector<Endpoint> askSystem(const char* name)
-{
-    addrinfo wanted{};
-    wanted.ai_family = AF_INET;
-    wanted.ai_socktype = SOCK_STREAM;
-    addrinfo* first = nullptr;
-    if (::getaddrinfo(name, nullptr, &wanted, &first) != 0)
-        return {};
-    const std::unique_ptr<addrinfo, void (*)(addrinfo*)> owner(first, ::freeaddrinfo);
-    std::vector<Endpoint> found;
-    for (const addrinfo* each = first; each; each = each->ai_next)
-        found.push_back(fromSystem(*reinterpret_cast<const sockaddr_in*>(each->ai_addr)));
-    return found;
-}
-
 } // namespace
+
+void startSystem() {}
 
 const std::shared_ptr<Door>& Door::getReal()
 {
     static const std::shared_ptr<Door> door = std::make_shared<RealDoor>();
     return door;
-}
-
-bool Door::parse(const char* text, unsigned short port, Endpoint& endpoint)
-{
-    in_addr address;
-    if (::inet_pton(AF_INET, text, &address) != 1)
-        return false;
-    endpoint = Endpoint::ofV4(static_cast<unsigned int>(address.s_addr), port);
-    return true;
-}
-
-hostent* Door::getHostByName(const char* name)
-{
-    return ::gethostbyname(name);
-}
-
-unsigned int Door::getAddress(const char* text)
-{
-    return static_cast<unsigned int>(::inet_addr(text));
 }
 
 std::string Door::getHostName()
@@ -177,12 +177,17 @@ std::string Door::getHostName()
     return ::gethostname(name, sizeof name) == 0 ? std::string(name, ::strnlen(name, sizeof name)) : std::string();
 }
 
-Door::Handle RealDoor::open(Kind kind, Fault& fault)
+Door::Handle RealDoor::open(Kind kind, Family family, Fault& fault)
 {
     const int type = kind == kStream ? SOCK_STREAM : SOCK_DGRAM;
-    const int handle = ::socket(AF_INET, type | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    const int handle = ::socket(family == kIPv4 ? AF_INET : AF_INET6, type | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    const int off = 0;
     fault = faultIf(handle < 0);
-    return static_cast<Handle>(handle);
+    if (!fault && family == kBoth)
+        fault = faultIf(::setsockopt(handle, IPPROTO_IPV6, IPV6_V6ONLY, &off, sizeof off) < 0);
+    if (fault && handle >= 0)
+        ::close(handle);
+    return fault ? kNoHandle : static_cast<Handle>(handle);
 }
 
 void RealDoor::close(Handle handle)
@@ -198,8 +203,8 @@ Fault RealDoor::unblock(Handle handle)
 
 Fault RealDoor::bind(Handle handle, const Endpoint& own)
 {
-    const sockaddr_in address = toSystem(own);
-    return faultIf(::bind(handleOf(handle), plain(address), sizeof address) < 0);
+    const SystemAddress address(own);
+    return faultIf(::bind(handleOf(handle), &address.m_Plain, address.m_Size) < 0);
 }
 
 Fault RealDoor::listen(Handle handle, int backlog)
@@ -209,21 +214,20 @@ Fault RealDoor::listen(Handle handle, int backlog)
 
 Door::Handle RealDoor::accept(Handle listener, Endpoint& peer, Fault& fault)
 {
-    sockaddr_in address{};
-    socklen_t size = sizeof address;
-    const int handle =
-        repeat([&] { return ::accept4(handleOf(listener), plain(address), &size, SOCK_CLOEXEC | SOCK_NONBLOCK); });
+    SystemAddress address;
+    const int handle = repeat(
+        [&] { return ::accept4(handleOf(listener), &address.m_Plain, &address.m_Size, SOCK_CLOEXEC | SOCK_NONBLOCK); });
     fault = faultIf(handle < 0);
     if (handle >= 0)
-        peer = fromSystem(address);
+        peer = address.isKnown() ? address.endpoint() : Endpoint();
     return static_cast<Handle>(handle);
 }
 
 Fault RealDoor::connect(Handle handle, const Endpoint& peer)
 {
-    const sockaddr_in address = toSystem(peer);
+    const SystemAddress address(peer);
     // One that a signal has interrupted goes on by itself.
-    return faultIf(::connect(handleOf(handle), plain(address), sizeof address) < 0 && errno != EINPROGRESS &&
+    return faultIf(::connect(handleOf(handle), &address.m_Plain, address.m_Size) < 0 && errno != EINPROGRESS &&
                    errno != EINTR);
 }
 
@@ -279,9 +283,10 @@ int RealDoor::receiveBatch(Handle handle, Datagram* datagrams, int count, Fault&
     for (int i = 0; i < got; ++i)
     {
         const mmsghdr& message = batch.m_Messages[i];
-        const bool isWhole =
-            !(message.msg_hdr.msg_flags & MSG_TRUNC) && message.msg_hdr.msg_namelen >= sizeof(sockaddr_in);
-        datagrams[i].m_Peer = fromSystem(batch.m_Addresses[i]);
+        SystemAddress& from = batch.m_Addresses[i];
+        from.m_Size = message.msg_hdr.msg_namelen;
+        const bool isWhole = !(message.msg_hdr.msg_flags & MSG_TRUNC) && from.isKnown();
+        datagrams[i].m_Peer = from.isKnown() ? from.endpoint() : Endpoint();
         datagrams[i].m_Local = batch.getLocal(i);
         datagrams[i].m_Size = isWhole ? static_cast<int>(message.msg_len) : -1;
     }
@@ -293,8 +298,9 @@ int RealDoor::sendBatch(Handle handle, const Datagram* datagrams, int count, Fau
     Batch batch(datagrams, count);
     for (int i = 0; i < count; ++i)
     {
-        batch.m_Addresses[i] = toSystem(datagrams[i].m_Peer);
-        if (datagrams[i].m_Local != 0)
+        // The system takes an IPv4 address in its own form on a socket of both families, too.
+        batch.setPeer(i, datagrams[i].m_Peer);
+        if (!datagrams[i].m_Local.isAny())
             batch.setLocal(i, datagrams[i].m_Local);
     }
     const int sent = repeat(
@@ -305,21 +311,19 @@ int RealDoor::sendBatch(Handle handle, const Datagram* datagrams, int count, Fau
 
 bool RealDoor::getOwnEndpoint(Handle handle, Endpoint& own)
 {
-    sockaddr_in address{};
-    socklen_t size = sizeof address;
-    if (::getsockname(handleOf(handle), plain(address), &size) < 0 || address.sin_family != AF_INET)
+    SystemAddress address;
+    if (::getsockname(handleOf(handle), &address.m_Plain, &address.m_Size) < 0 || !address.isKnown())
         return false;
-    own = fromSystem(address);
+    own = address.endpoint();
     return true;
 }
 
 bool RealDoor::getPeerEndpoint(Handle handle, Endpoint& peer)
 {
-    sockaddr_in address{};
-    socklen_t size = sizeof address;
-    if (::getpeername(handleOf(handle), plain(address), &size) < 0 || address.sin_family != AF_INET)
+    SystemAddress address;
+    if (::getpeername(handleOf(handle), &address.m_Plain, &address.m_Size) < 0 || !address.isKnown())
         return false;
-    peer = fromSystem(address);
+    peer = address.endpoint();
     return true;
 }
 
@@ -338,7 +342,9 @@ void RealDoor::setOption(Handle handle, Option option, int value)
     case kSendBuffer:
         return setValue(handle, SOL_SOCKET, SO_SNDBUF, value);
     case kLocalAddress:
-        return setValue(handle, IPPROTO_IP, IP_PKTINFO, value);
+        // On a socket of both families, both; one of IPv4 alone does not have the second.
+        setValue(handle, IPPROTO_IP, IP_PKTINFO, value);
+        return setValue(handle, IPPROTO_IPV6, IPV6_RECVPKTINFO, value);
     }
 }
 
@@ -366,9 +372,9 @@ std::unique_ptr<Poller> RealDoor::makePoller()
     return makeRealPoller();
 }
 
-void RealDoor::resolve(const char* name, Answer answer)
+void RealDoor::resolve(const char* name, Answer answer, const Asker& asker)
 {
-    resolveApart(name, askSystem, std::move(answer));
+    resolveApart(name, std::move(answer), asker);
 }
 
 } // namespace zet::inner

@@ -18,17 +18,6 @@ namespace
 
 using Fault = Door::Fault;
 
-// The system's library of sockets, for as long as the process runs.
-void startSystem()
-{
-    static const int started = []
-    {
-        WSADATA ignored;
-        return ::WSAStartup(MAKEWORD(2, 2), &ignored);
-    }();
-    static_cast<void>(started);
-}
-
 Fault faultOf(int code)
 {
     switch (code)
@@ -41,6 +30,9 @@ Fault faultOf(int code)
     case WSAENOBUFS:
     case WSA_NOT_ENOUGH_MEMORY:
         return {Fault::kExhausted, code};
+    case WSAEAFNOSUPPORT:
+    case WSAEADDRNOTAVAIL:
+        return {Fault::kNoAddress, code};
     default:
         return {Fault::kOther, code};
     }
@@ -73,23 +65,25 @@ int clampSize(size_t size)
     return static_cast<int>(std::min(size, static_cast<size_t>(std::numeric_limits<int>::max())));
 }
 
-std::vector<Endpoint> askSystem(const char* name)
+// Whether a socket takes IPv4 addresses as mapped ones only.
+bool isIPv6(Door::Handle handle)
 {
-    addrinfo wanted{};
-    wanted.ai_family = AF_INET;
-    wanted.ai_socktype = SOCK_STREAM;
-    addrinfo* first = nullptr;
-    if (::getaddrinfo(name, nullptr, &wanted, &first) != 0)
-        return {};
-    const auto release = [](addrinfo* list) { ::freeaddrinfo(list); };
-    const std::unique_ptr<addrinfo, decltype(release)> owner(first, release);
-    std::vector<Endpoint> found;
-    for (const addrinfo* each = first; each; each = each->ai_next)
-        found.push_back(fromSystem(*reinterpret_cast<const sockaddr_in*>(each->ai_addr)));
-    return found;
+    SystemAddress own;
+    return ::getsockname(handleOf(handle), &own.m_Plain, &own.m_Size) == 0 && own.m_Plain.sa_family == AF_INET6;
 }
 
 } // namespace
+
+// For as long as the process runs.
+void startSystem()
+{
+    static const int started = []
+    {
+        WSADATA ignored;
+        return ::WSAStartup(MAKEWORD(2, 2), &ignored);
+    }();
+    static_cast<void>(started);
+}
 
 const std::shared_ptr<Door>& Door::getReal()
 {
@@ -101,27 +95,6 @@ const std::shared_ptr<Door>& Door::getReal()
     return door;
 }
 
-bool Door::parse(const char* text, unsigned short port, Endpoint& endpoint)
-{
-    startSystem();
-    in_addr address;
-    if (::inet_pton(AF_INET, text, &address) != 1)
-        return false;
-    endpoint = Endpoint::ofV4(static_cast<unsigned int>(address.s_addr), port);
-    return true;
-}
-
-hostent* Door::getHostByName(const char* name)
-{
-    startSystem();
-    return ::gethostbyname(name);
-}
-
-unsigned int Door::getAddress(const char* text)
-{
-    return static_cast<unsigned int>(::inet_addr(text));
-}
-
 std::string Door::getHostName()
 {
     startSystem();
@@ -129,12 +102,19 @@ std::string Door::getHostName()
     return ::gethostname(name, sizeof name) == 0 ? std::string(name) : std::string();
 }
 
-Door::Handle RealDoor::open(Kind kind, Fault& fault)
+Door::Handle RealDoor::open(Kind kind, Family family, Fault& fault)
 {
     const int type = kind == kStream ? SOCK_STREAM : SOCK_DGRAM;
-    const SOCKET handle = ::WSASocketW(AF_INET, type, 0, nullptr, 0, WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
+    const SOCKET handle = ::WSASocketW(family == kIPv4 ? AF_INET : AF_INET6, type, 0, nullptr, 0,
+                                       WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
+    const DWORD off = 0;
     fault = faultIf(handle == INVALID_SOCKET);
-    if (!fault && (fault = unblockHandle(handle)))
+    if (!fault && family == kBoth)
+        fault = faultIf(
+            ::setsockopt(handle, IPPROTO_IPV6, IPV6_V6ONLY, reinterpret_cast<const char*>(&off), sizeof off) != 0);
+    if (!fault)
+        fault = unblockHandle(handle);
+    if (fault && handle != INVALID_SOCKET)
         ::closesocket(handle);
     return fault ? kNoHandle : static_cast<Handle>(handle);
 }
@@ -151,8 +131,8 @@ Fault RealDoor::unblock(Handle handle)
 
 Fault RealDoor::bind(Handle handle, const Endpoint& own)
 {
-    const sockaddr_in address = toSystem(own);
-    return faultIf(::bind(handleOf(handle), plain(address), sizeof address) != 0);
+    const SystemAddress address(own);
+    return faultIf(::bind(handleOf(handle), &address.m_Plain, address.m_Size) != 0);
 }
 
 Fault RealDoor::listen(Handle handle, int backlog)
@@ -162,9 +142,8 @@ Fault RealDoor::listen(Handle handle, int backlog)
 
 Door::Handle RealDoor::accept(Handle listener, Endpoint& peer, Fault& fault)
 {
-    sockaddr_in address{};
-    int size = sizeof address;
-    const SOCKET handle = ::accept(handleOf(listener), plain(address), &size);
+    SystemAddress address;
+    const SOCKET handle = ::accept(handleOf(listener), &address.m_Plain, &address.m_Size);
     fault = faultIf(handle == INVALID_SOCKET);
     if (fault)
         return kNoHandle;
@@ -174,14 +153,14 @@ Door::Handle RealDoor::accept(Handle listener, Endpoint& peer, Fault& fault)
         ::closesocket(handle);
         return kNoHandle;
     }
-    peer = fromSystem(address);
+    peer = address.isKnown() ? address.endpoint() : Endpoint();
     return static_cast<Handle>(handle);
 }
 
 Fault RealDoor::connect(Handle handle, const Endpoint& peer)
 {
-    const sockaddr_in address = toSystem(peer);
-    return faultIf(::connect(handleOf(handle), plain(address), sizeof address) != 0 &&
+    const SystemAddress address(peer);
+    return faultIf(::connect(handleOf(handle), &address.m_Plain, address.m_Size) != 0 &&
                    ::WSAGetLastError() != WSAEWOULDBLOCK);
 }
 
@@ -216,19 +195,18 @@ int RealDoor::receiveBatch(Handle handle, Datagram* datagrams, int count, Fault&
     fault = {};
     for (int i = 0; i < count; ++i)
     {
-        sockaddr_in address{};
-        int size = sizeof address;
+        SystemAddress address;
         const int got = ::recvfrom(handleOf(handle), reinterpret_cast<char*>(datagrams[i].m_Data), datagrams[i].m_Size,
-                                   0, plain(address), &size);
+                                   0, &address.m_Plain, &address.m_Size);
         const int code = got < 0 ? ::WSAGetLastError() : 0;
         if (got < 0 && code != WSAEMSGSIZE)
         {
             fault = i == 0 ? faultOf(code) : Fault();
             return i;
         }
-        datagrams[i].m_Peer = fromSystem(address);
-        datagrams[i].m_Local = 0;
-        datagrams[i].m_Size = got < 0 ? -1 : got;
+        datagrams[i].m_Peer = address.isKnown() ? address.endpoint() : Endpoint();
+        datagrams[i].m_Local = Endpoint();
+        datagrams[i].m_Size = got < 0 || !address.isKnown() ? -1 : got;
     }
     return count;
 }
@@ -236,11 +214,17 @@ int RealDoor::receiveBatch(Handle handle, Datagram* datagrams, int count, Fault&
 int RealDoor::sendBatch(Handle handle, const Datagram* datagrams, int count, Fault& fault)
 {
     fault = {};
+    const bool isMapped = isIPv6(handle);
     for (int i = 0; i < count; ++i)
     {
-        const sockaddr_in address = toSystem(datagrams[i].m_Peer);
+        SystemAddress address(datagrams[i].m_Peer);
+        if (isMapped)
+        {
+            address.m_V6 = toIPv6(datagrams[i].m_Peer);
+            address.m_Size = sizeof address.m_V6;
+        }
         if (::sendto(handleOf(handle), reinterpret_cast<const char*>(datagrams[i].m_Data), datagrams[i].m_Size, 0,
-                     plain(address), sizeof address) >= 0)
+                     &address.m_Plain, address.m_Size) >= 0)
             continue;
         if (i == 0)
             fault = faultIf(true);
@@ -251,21 +235,19 @@ int RealDoor::sendBatch(Handle handle, const Datagram* datagrams, int count, Fau
 
 bool RealDoor::getOwnEndpoint(Handle handle, Endpoint& own)
 {
-    sockaddr_in address{};
-    int size = sizeof address;
-    if (::getsockname(handleOf(handle), plain(address), &size) != 0 || address.sin_family != AF_INET)
+    SystemAddress address;
+    if (::getsockname(handleOf(handle), &address.m_Plain, &address.m_Size) != 0 || !address.isKnown())
         return false;
-    own = fromSystem(address);
+    own = address.endpoint();
     return true;
 }
 
 bool RealDoor::getPeerEndpoint(Handle handle, Endpoint& peer)
 {
-    sockaddr_in address{};
-    int size = sizeof address;
-    if (::getpeername(handleOf(handle), plain(address), &size) != 0 || address.sin_family != AF_INET)
+    SystemAddress address;
+    if (::getpeername(handleOf(handle), &address.m_Plain, &address.m_Size) != 0 || !address.isKnown())
         return false;
-    peer = fromSystem(address);
+    peer = address.endpoint();
     return true;
 }
 
@@ -307,9 +289,9 @@ std::unique_ptr<Poller> RealDoor::makePoller()
     return makeRealPoller();
 }
 
-void RealDoor::resolve(const char* name, Answer answer)
+void RealDoor::resolve(const char* name, Answer answer, const Asker& asker)
 {
-    resolveApart(name, askSystem, std::move(answer));
+    resolveApart(name, std::move(answer), asker);
 }
 
 } // namespace zet::inner

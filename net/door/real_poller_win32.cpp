@@ -17,7 +17,9 @@ namespace
 // A socket that sends to itself: nothing else ends a sleep on sockets.
 SOCKET makeAlarm()
 {
-    const SOCKET alarm = ::socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
+    // A program that this process starts must not inherit it.
+    const SOCKET alarm =
+        ::WSASocketW(AF_INET, SOCK_DGRAM, IPPROTO_UDP, nullptr, 0, WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
     sockaddr_in self{};
     self.sin_family = AF_INET;
     self.sin_addr.s_addr = htonl(INADDR_LOOPBACK);

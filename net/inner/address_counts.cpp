@@ -14,13 +14,13 @@ AddressCounts::Key AddressCounts::keyOf(const Endpoint& from, int bits)
     return key;
 }
 
-// An IPv6 peer has a network of 64 bits to itself, and can come from any address of it.
+// An IPv6 peer has a network of 64 bits to itself, and can use any address of it.
 AddressCounts::Key AddressCounts::addressOf(const Endpoint& from)
 {
     return keyOf(from, from.isV4() ? 128 : 64);
 }
 
-// The first three bytes of an IPv4 address; of IPv6 what a site has.
+// The first three bytes of an IPv4 address; the 48 bits of an IPv6 site.
 AddressCounts::Key AddressCounts::subnetOf(const Endpoint& from)
 {
     return keyOf(from, from.isV4() ? 120 : 48);
@@ -49,7 +49,7 @@ bool AddressCounts::hasSpace(const Endpoint& from, const NetLimits& limits) cons
 
 void AddressCounts::add(const Endpoint& from)
 {
-    // First what may lack memory.
+    // Both allocations come before the first change.
     int& ofAddress = m_Addresses[addressOf(from)];
     int& ofSubnet = m_Subnets[subnetOf(from)];
     ++ofAddress;

@@ -19,9 +19,9 @@ namespace zet::inner
 class AddressCounts
 {
 public:
-    // Whether the limits allow one more from there.
+    // Whether the limits allow one more connection from this address.
     bool hasSpace(const Endpoint& from, const NetLimits& limits) const;
-    // Throws std::bad_alloc, and has counted nothing then.
+    // Throws std::bad_alloc, and counts nothing then.
     void add(const Endpoint& from);
     void remove(const Endpoint& from);
     void clear();

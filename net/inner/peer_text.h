@@ -1,12 +1,17 @@
-// How an address of a peer is shown.
+// How an address of a peer is printed.
 #pragma once
 
 #include "framework/string.h"
+#include "net/door/endpoint.h"
 
 namespace zet::inner
 {
 
-// Such as "127.0.0.1:8000"; the address as the network has it, the port as a number.
-String_T<wchar_t> peerText(unsigned int address, unsigned short port);
+// "127.0.0.1:8000", also for a mapped address; "[::1]:8000" for IPv6, with its interface where it is link-local
+// ("[fe80::1%2]:8000").
+String_T<wchar_t> peerText(const Endpoint& peer);
+
+// How a certificate names an address: without port, brackets and interface.
+String_T<wchar_t> hostText(const Endpoint& peer);
 
 } // namespace zet::inner

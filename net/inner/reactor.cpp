@@ -137,16 +137,18 @@ std::shared_ptr<Lookup> Reactor::resolve(const char* name, Found found)
         const auto question = std::make_shared<Question>();
         question->m_GiveFound = std::move(found);
         m_Questions.push_back(question);
-        m_Door->resolve(name,
-                        [answer = question->m_Answer, mail = m_Mail](std::vector<Endpoint> addresses)
-                        {
-                            answer->m_Found = std::move(addresses);
-                            answer->m_IsThere = true;
-                            const std::lock_guard lock(mail->m_Mutex);
-                            mail->m_HasAnswers = true;
-                            if (mail->m_Poller)
-                                mail->m_Poller->wake();
-                        });
+        m_Door->resolve(
+            name,
+            [answer = question->m_Answer, mail = m_Mail](std::vector<Endpoint> addresses)
+            {
+                answer->m_Found = std::move(addresses);
+                answer->m_IsThere = true;
+                const std::lock_guard lock(mail->m_Mutex);
+                mail->m_HasAnswers = true;
+                if (mail->m_Poller)
+                    mail->m_Poller->wake();
+            },
+            question);
         return question;
     }
     catch (const std::bad_alloc&)
@@ -162,7 +164,7 @@ void Reactor::deliverNames()
     for (const auto& each : m_Questions)
         if (const auto question = each.lock(); question && question->m_Answer->m_IsThere)
             if (const Found give = std::exchange(question->m_GiveFound, nullptr))
-                give(question->m_Answer->m_Found);
+                give(std::move(question->m_Answer->m_Found));
     std::erase_if(m_Questions,
                   [](const auto& each)
                   {

@@ -60,7 +60,7 @@ public:
 
     // Requests the addresses of a name. found is called on this thread when the reactor polls, with no addresses if
     // there are none, and only sets flags. Null if memory is short.
-    using Found = std::function<void(const std::vector<Endpoint>& found)>;
+    using Found = std::function<void(std::vector<Endpoint>&& found)>;
     std::shared_ptr<Lookup> resolve(const char* name, Found found);
 
     const std::shared_ptr<Door>& door() const { return m_Door; }

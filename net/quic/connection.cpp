@@ -1,5 +1,6 @@
 #include "net/quic/connection.h"
 
+#include "net/door/addresses.h"
 #include "net/inner/peer_text.h"
 #include "net/quic/inner/udp_router.h"
 
@@ -90,7 +91,27 @@ void UdpServer::UdpConnection::onClose() {}
 
 String_T<wchar_t> UdpServer::UdpConnection::getPeerName() const
 {
-    return m_PeerAddress == 0 && m_PeerPort == 0 ? String_T<wchar_t>() : inner::peerText(m_PeerAddress, m_PeerPort);
+    const inner::Endpoint peer = getPeer();
+    return peer.isAny() && m_PeerPort == 0 ? String_T<wchar_t>() : inner::peerText(peer);
+}
+
+inner::Endpoint UdpServer::UdpConnection::getPeer() const
+{
+    return inner::Endpoint::ofV6(m_PeerBytes, m_PeerPort, m_PeerScope);
+}
+
+unsigned int UdpServer::UdpConnection::getPeerAddress() const
+{
+    return getPeer().v4();
+}
+
+bool UdpServer::UdpConnection::getPeerAddressIPv6(sockaddr_in6& address) const
+{
+    const inner::Endpoint peer = getPeer();
+    if (peer.isV4() || peer.isAny())
+        return false;
+    address = inner::toIPv6(peer);
+    return true;
 }
 
 size_t UdpServer::UdpConnection::getOutputSize() const

@@ -48,8 +48,8 @@ public:
     virtual void onTick(unsigned int tick);
     // Opens a connection from the server's port to a numeric address or a host name. The peer gets the id before it
     // accepts. True: the connection is connecting. False, and nothing changed: it has a connection already, the server
-    // has no port, or the address or port is not valid. A name is resolved on another thread; one without an address
-    // ends as kConnectFailed.
+    // has no port, or the address or port is not valid. A name is resolved on another thread: its first IPv4 address is
+    // used, or the first IPv6 one if there is none. A name without an address ends as kConnectFailed.
     virtual bool connect(UdpServer* server, const wchar_t* ip, unsigned short port, const Uuid& id);
     // Reads up to size received bytes. Returns their number, 0 if there are none, -1 once the connection is down.
     virtual int receive(void* data, int size);
@@ -71,10 +71,12 @@ public:
     ConnectionState getConnectionState() const { return m_State; }
     // The id given to connect(), here or on the peer's side; all zero before the first connection.
     const Uuid& getConnectionId() const { return m_ConnectionId; }
-    // "192.168.0.1:8000"; empty before the first connection, and the last peer's afterwards.
+    // "192.168.0.1:8000" or "[2001:db8::1]:8000"; empty before the first connection, and the last peer's afterwards.
     String_T<wchar_t> getPeerName() const;
-    // The peer's four address bytes as they are in memory, in network order, and its port.
-    unsigned int getPeerAddress() const { return m_PeerAddress; }
+    // The four address bytes of an IPv4 peer as they are in memory, in network order, and 0 for an IPv6 one; the port.
+    unsigned int getPeerAddress() const;
+    // The address of an IPv6 peer. False, and nothing changed, for any other.
+    bool getPeerAddressIPv6(sockaddr_in6& address) const;
     unsigned short getPeerPort() const { return m_PeerPort; }
 
     // Bytes; kDefaultOutputLimit at first.
@@ -98,6 +100,7 @@ private:
     friend class UdpServer;
     friend class inner::UdpLink;
 
+    inner::Endpoint getPeer() const;
     // True without a connection, and if it has ended and everything was read.
     bool isOver() const;
 
@@ -106,7 +109,9 @@ private:
     bool m_IsEndTold = true;
     bool m_HasBegun = false;
     unsigned short m_PeerPort = 0;
-    unsigned int m_PeerAddress = 0;
+    // Of the last peer; the bytes are those of an inner::Endpoint.
+    unsigned char m_PeerBytes[16] = {};
+    unsigned int m_PeerScope = 0;
     Uuid m_ConnectionId;
     size_t m_OutputLimit = kDefaultOutputLimit;
 };

@@ -1,9 +1,26 @@
 #include "net/quic/server.h"
 
+#include "framework/string_helper.h"
+#include "net/door/addresses.h"
 #include "net/quic/inner/udp_router.h"
 
 namespace zet
 {
+
+namespace
+{
+
+// Bytes that the operating system may hold of input and of output, as far as it allows: a tick may be late.
+constexpr int kSocketBuffer = 4 * 1024 * 1024;
+
+// A handle that stays the caller's unless it was taken over.
+struct LentHandle : inner::DoorHandle
+{
+    using DoorHandle::DoorHandle;
+    ~LentHandle() { release(); }
+};
+
+} // namespace
 
 UdpServer::UdpServer() = default;
 
@@ -32,14 +49,9 @@ bool UdpServer::start(System* system)
     return true;
 }
 
-bool UdpServer::open(unsigned short port, unsigned int handle)
+bool UdpServer::open(inner::DoorHandle& handle)
 {
-    if (m_Router || !isInvalid())
-        return false;
-    const auto reactor = inner::Reactor::of(getSystem());
-    if (!reactor)
-        return false;
-    m_Router = inner::UdpRouter::make(*this, reactor, port, handle);
+    m_Router = inner::UdpRouter::make(*this, inner::Reactor::of(getSystem()), handle);
     if (!m_Router)
         return false;
     m_Handle = m_Router->getHandle();
@@ -49,12 +61,27 @@ bool UdpServer::open(unsigned short port, unsigned int handle)
 
 bool UdpServer::listen(unsigned short port)
 {
-    return open(port, kNoHandle);
+    const auto reactor = inner::Reactor::of(getSystem());
+    if (m_Router || !isInvalid() || !reactor)
+        return false;
+    inner::Endpoint own = m_BindAddress ? *m_BindAddress : inner::Endpoint();
+    own.m_Port = port;
+    inner::Door::Fault fault;
+    inner::DoorHandle handle = inner::openPort(reactor->door(), inner::Door::kDatagrams, own, fault);
+    if (fault)
+        return false;
+    handle.door().setOption(handle.get(), inner::Door::kReceiveBuffer, kSocketBuffer);
+    handle.door().setOption(handle.get(), inner::Door::kSendBuffer, kSocketBuffer);
+    return open(handle);
 }
 
 bool UdpServer::attach(unsigned int handle)
 {
-    return handle != kNoHandle && open(0, handle);
+    const auto reactor = inner::Reactor::of(getSystem());
+    if (handle == kNoHandle || m_Router || !isInvalid() || !reactor || reactor->door()->unblock(handle))
+        return false;
+    LentHandle lent(reactor->door(), handle);
+    return open(lent);
 }
 
 void UdpServer::forget()
@@ -66,7 +93,7 @@ void UdpServer::forget()
 
 unsigned int UdpServer::detach()
 {
-    // The router stays until its connections have been told.
+    // The router stays until its connections have ended.
     const auto router = m_Router;
     forget();
     return router ? router->detach() : kNoHandle;
@@ -101,17 +128,50 @@ void UdpServer::onAccept() {}
 
 void UdpServer::onUserData(const sockaddr_in&, const void*, int) {}
 
+void UdpServer::onUserDataIPv6(const sockaddr_in6&, const void*, int)
+{
+    if (m_Router)
+        m_Router->noteDropped();
+}
+
 void UdpServer::onEnd(UdpConnection*) {}
 
 bool UdpServer::sendUserData(const sockaddr_in& address, const void* data, int size)
 {
-    return m_Router && size > 0 && size <= kMostUserData && m_Router->sendUserData(address, data, size);
+    return m_Router && size > 0 && size <= kMostUserData &&
+           m_Router->sendUserData(inner::fromSystem(address), data, size);
+}
+
+bool UdpServer::sendUserDataIPv6(const sockaddr_in6& address, const void* data, int size)
+{
+    return m_Router && size > 0 && size <= kMostUserData &&
+           m_Router->sendUserData(inner::fromSystem(address), data, size);
 }
 
 void UdpServer::deliver(const sockaddr_in& address, const void* data, int size)
 {
     if (const auto router = m_Router; router && size >= 0)
-        router->deliver(address, data, size);
+        router->deliver(inner::fromSystem(address), data, size);
+}
+
+void UdpServer::deliverIPv6(const sockaddr_in6& address, const void* data, int size)
+{
+    if (const auto router = m_Router; router && size >= 0)
+        router->deliver(inner::fromSystem(address), data, size);
+}
+
+bool UdpServer::setBindAddress(const wchar_t* address)
+{
+    if (!address || !*address)
+    {
+        m_BindAddress.reset();
+        return true;
+    }
+    inner::Endpoint parsed;
+    if (!inner::Door::parse(StringHelper::wideToUtf8(address), 0, parsed))
+        return false;
+    m_BindAddress = std::make_unique<inner::Endpoint>(parsed);
+    return true;
 }
 
 Uuid UdpServer::getVisitorId() const
@@ -121,9 +181,17 @@ Uuid UdpServer::getVisitorId() const
 
 bool UdpServer::getVisitorAddress(sockaddr_in& address) const
 {
-    if (!m_Router || !m_Router->hasVisitor())
+    if (!m_Router || !m_Router->hasVisitor() || !m_Router->getVisitorAddress().isV4())
         return false;
-    m_Router->getVisitorAddress(address);
+    address = inner::toIPv4(m_Router->getVisitorAddress());
+    return true;
+}
+
+bool UdpServer::getVisitorAddressIPv6(sockaddr_in6& address) const
+{
+    if (!m_Router || !m_Router->hasVisitor() || m_Router->getVisitorAddress().isV4())
+        return false;
+    address = inner::toIPv6(m_Router->getVisitorAddress());
     return true;
 }
 

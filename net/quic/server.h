@@ -9,47 +9,48 @@
 #include <memory>
 
 struct sockaddr_in;
+struct sockaddr_in6;
 
 namespace zet
 {
 
 namespace inner
 {
+class DoorHandle;
 class UdpRouter;
-}
+struct Endpoint;
+} // namespace inner
 
-// Carries any number of connections over one port, those that it began and those that came, each with one stream of
-// bytes in either direction: encrypted, in order, nothing twice, nothing lost. It ticks the connections from its own
-// tick, and only those on which something has come or fallen due. Nothing here waits, and an idle port calls nothing
-// of the operating system. Everything belongs to the thread of the server's System; a server in no System looks for
-// itself with each onTick(). What an override here or a connection's own throws within a tick, or while the server
-// closes, is logged and goes no further.
+// Carries any number of connections over one port, outgoing and accepted, each with one stream of bytes in either
+// direction: encrypted, in order, without loss or repetition. It ticks the connections from its own tick, and only
+// those with input or an expired timer. Nothing here waits, and an idle port makes no system call. Everything belongs
+// to the thread of the server's System; a server in no System looks for itself with each onTick(). An exception of an
+// override here or of a connection, within a tick or while the server closes, is logged and goes no further.
 //
-// The connections are QUIC version 1. Theirs is a datagram that names a connection of this port by its 16 random
-// bytes, where a packet has them; any other packet with a long head (first byte 0xC0 or more) of version 1 or 0; and
-// one with a long head of an unknown version in 1,200 bytes or more, which is answered with the version there is. All
-// else is user data, also a packet that comes so late that its connection is forgotten: a host looks twice at what it
-// is given.
+// The connections are QUIC version 1. These datagrams are theirs: one that names a connection of this port by its 16
+// random bytes, at the place where a packet has them; any other packet with a long header (first byte 0xC0 or more) of
+// version 1 or 0; and one with a long header of an unknown version in 1,200 bytes or more, which is answered with the
+// supported version. All else is user data, also a packet so late that its connection is forgotten: a host must check
+// what it is given.
 //
-// A visitor must first show that his address is his: until he has returned a token that is sent there, nothing is
-// kept of him, and he gets fewer bytes than he sent.
+// A peer must first show that it receives at its address: until it has returned a token that is sent there, the port
+// keeps no state for it and sends it fewer bytes than it received.
 //
-// Without a TLS context a port makes its own certificate and believes any. That keeps what is said between the two
-// from others, and proves to no one who the other is; contexts with a certificate and with authorities prove it.
+// Without a TLS context a port makes its own certificate and trusts any. That encrypts, but does not authenticate;
+// contexts with a certificate and with authorities do.
 class COMMONGROUND_API UdpServer : public Socket
 {
 public:
     class UdpConnection;
 
-    // Bytes of the longest datagram of user data, either way; a longer one is not sent, and dropped when it comes.
+    // Bytes of the longest datagram of user data, either way; a longer one is not sent, and dropped on arrival.
     static constexpr int kMostUserData = 2048;
-    // Datagrams that one tick takes at most, and the milliseconds that it may take for them; the rest comes with the
-    // next one.
+    // Datagrams that one tick takes at most, and the milliseconds that it may take for them; the rest waits for the
+    // next tick.
     static constexpr int kDatagramsPerTick = 128;
     static constexpr unsigned int kReceiveTime = 20;
-    // Of each kind of a visitor's first packets, those that one tick looks at: those without a token, which get one,
-    // those whose token is to be checked, and those of an unknown version. Others are dropped, and come again by
-    // themselves.
+    // First packets of each kind that one tick processes: those without a token, which get one, those whose token is to
+    // be checked, and those of an unknown version. Others are dropped; a peer repeats them.
     static constexpr int kGreetingsPerTick = 32;
     // Peers with a token whose handshake one tick begins, or refuses, at most, where NetLimits does not say fewer; the
     // others wait for the next tick.
@@ -57,19 +58,19 @@ public:
 
     struct Settings
     {
-        // Milliseconds without a sign of the peer after which a connection counts as dead; the smaller one of both
-        // sides holds. 0 waits for ever.
+        // Milliseconds without a packet from the peer after which a connection ends; the smaller number of both sides
+        // applies. 0 waits for ever.
         unsigned int m_IdleTimeout = 30000;
-        // Milliseconds without traffic after which a sign of life is sent; 0 sends none.
+        // Milliseconds without traffic after which a PING is sent; 0 sends none.
         unsigned int m_KeepAlive = 10000;
-        // Milliseconds that a connection may take to come up; for a visitor also until he is accepted.
+        // Milliseconds in which a connection must be established, and one that a peer opened also accepted.
         unsigned int m_ConnectTimeout = 10000;
-        // Milliseconds that a connection closed on this side goes on sending what waited.
+        // Milliseconds for which a connection closed on this side continues to send its queued output.
         unsigned int m_LingerTime = 5000;
-        // Connections of visitors that there may be at once; more are refused. 0 accepts nobody. NetLimits has another
-        // number, and those of one address and of one subnet.
+        // Connections opened by peers at once; more are refused. 0 accepts none. NetLimits has another number, and
+        // those per address and per subnet.
         int m_ConnectionLimit = 20000;
-        // Bytes that a peer may send ahead of the reader.
+        // Bytes that a peer may send before the host has read them.
         int m_InputLimit = 256 * 1024;
     };
 
@@ -79,6 +80,8 @@ public:
         unsigned long long m_BytesIn = 0;
         unsigned long long m_DatagramsOut = 0;
         unsigned long long m_BytesOut = 0;
+        // Of m_DatagramsIn, user data from IPv6 addresses that was dropped, since onUserDataIPv6() is not overridden.
+        unsigned long long m_DatagramsDropped = 0;
     };
 
     UdpServer();
@@ -88,78 +91,93 @@ public:
     static bool isAvailable();
 
     bool start(System* system) override;
-    // Takes the datagrams that have come, calls onAccept() for each visitor, ticks the connections that have
-    // something to do, and sends.
+    // Takes pending datagrams, calls onAccept() for each pending connection, ticks the connections that have something
+    // to do, and sends.
     void onTick(unsigned int tick) override;
     // Takes a bound handle over.
     bool attach(unsigned int handle) override;
     // Gives the handle back, open; its connections end as by close().
     unsigned int detach() override;
-    // Ends all connections: the peers are told, once. Each connection's onClose() is called.
+    // Ends all connections: each peer is sent its end, once. Each connection's onClose() is called.
     void close() override;
 
-    // Takes the port on all addresses of this machine; 0 takes a free one. False, and no handle, where it has a port
-    // already, the port is not to be had, or this build has no connections over UDP.
+    // Takes the port on the address that setBindAddress() was given, otherwise on all addresses of this machine, of
+    // IPv4 and, where the system has it, of IPv6. 0 takes a free port. False, and no handle, if it has a port already,
+    // the port cannot be bound, or this build has no connections over UDP.
     virtual bool listen(unsigned short port);
-    // Gives the visitor who has waited longest to an object without a connection. False changes nothing.
+    // Gives the connection that has been pending longest to an object without a connection. False changes nothing.
     virtual bool accept(UdpConnection* connection);
     // Begins a connection from this port, as UdpConnection::connect() does.
     virtual bool connect(UdpConnection* connection, const wchar_t* ip, unsigned short port, const Uuid& id);
-    // Someone has come: an override hands accept() an object for him. Who is not accepted here waits, those behind
-    // him too, and is announced again with the next tick, until m_ConnectTimeout after his first packet: then he is
-    // turned away. One who ends before he is accepted is forgotten, with all that he sent, also what was confirmed.
+    // A connection is pending: an override passes accept() an object for it. A connection that is not accepted here
+    // stays pending, with those after it, and is announced again with the next tick, until m_ConnectTimeout after its
+    // first packet: then it is refused. One that its peer ends earlier is forgotten, with all that was received on it,
+    // also what was confirmed.
     virtual void onAccept();
-    // A datagram that belongs to no connection. The bytes are valid during the call.
+    // A datagram from an IPv4 address that belongs to no connection. The bytes are valid during the call.
     virtual void onUserData(const sockaddr_in& address, const void* data, int size);
     // A connection of this port has ended by itself or with the server, and its onClose() was called; or it was closed
-    // within its own tick, so by a handler of what came on it.
+    // within its own tick, that is, by a handler of what was received on it.
     virtual void onEnd(UdpConnection* connection);
+    // The same as onUserData() for a datagram from an IPv6 address; without an override it is dropped and counted.
+    virtual void onUserDataIPv6(const sockaddr_in6& address, const void* data, int size);
 
-    // Sends a datagram as it is, now or at the end of the tick. False where there is no port, or no datagram of 1 to
-    // kMostUserData bytes. Nobody learns whether it arrives. Its first byte should tell it from a packet, as above.
+    // Sends a datagram as it is, now or at the end of the tick. False without a port, or for a datagram that has not 1
+    // to kMostUserData bytes. Its arrival is not reported. Its first byte should distinguish it from a packet, as
+    // above.
     bool sendUserData(const sockaddr_in& address, const void* data, int size);
-    // Hands a datagram over as though it had come to the port just now.
+    // The same to an IPv6 address. A port of IPv4 alone loses it.
+    bool sendUserDataIPv6(const sockaddr_in6& address, const void* data, int size);
+    // Handles a datagram as though it had arrived at the port just now.
     void deliver(const sockaddr_in& address, const void* data, int size);
+    void deliverIPv6(const sockaddr_in6& address, const void* data, int size);
 
-    // The id that the visitor told whom accept() would take now; all zero where nobody waits. And his address, which
-    // is not touched where nobody waits.
+    // The id that the peer sent whose connection accept() would take now; all zero if no connection is pending.
     Uuid getVisitorId() const;
+    // The address of that peer. False, and nothing changed, if no connection is pending or it has the other family.
     bool getVisitorAddress(sockaddr_in& address) const;
+    bool getVisitorAddressIPv6(sockaddr_in6& address) const;
 
-    // The port in use, also where listen() chose it; 0 where there is none.
+    // The address of this machine that the next listen() takes, numeric, of IPv4 or IPv6. Empty, or "::", takes all
+    // addresses of both families, "0.0.0.0" all of IPv4. False, and nothing changed, for any other text.
+    bool setBindAddress(const wchar_t* address);
+
+    // The port in use, also if listen() chose it; 0 without one.
     unsigned short getPort() const { return m_UdpPort; }
-    // Connections that stand or are on their way up, in both directions.
+    // Established and connecting connections, in both directions.
     int getConnectionCount() const;
-    // What has passed the port since listen().
+    // What the port has sent and received since listen().
     Traffic getTraffic() const;
 
-    // The certificate and the authorities that the next listen() or attach() takes up; null for none, as above. With a
-    // certificate visitors are shown that one, without they get one of the port's own making, which no authority
-    // knows. connect() believes none but the context's authorities, for the name or address that it was given; where
-    // the context has none it fails, with a log line. Clients' certificates are asked for as the context says. Its
-    // handshake time does not count here: Settings::m_ConnectTimeout does; and no session is resumed. The context
+    // The certificate and the authorities that the next listen() or attach() uses; null for none, as above. A context
+    // with a certificate shows that to peers; otherwise they are shown one that the port makes, which no authority has
+    // signed. connect() trusts only the context's authorities, for the name or address that it was given; if the
+    // context has none it fails, with a log line. Clients' certificates are requested as the context says. Its
+    // handshake time does not apply here: Settings::m_ConnectTimeout does; and no session is resumed. The context
     // counts as used from then on.
     void setTlsContext(TlsContext* context) { m_TlsContext = context; }
     TlsContext* getTlsContext() const { return m_TlsContext; }
 
-    // What visitors may take of the port: their connections in all (the smaller number of these and of the settings
-    // holds), of an address and of a subnet, as they were when they came, more of which are refused; and the handshakes
-    // that a tick begins, by number and time. Of the rest nothing counts here. Visitors that come later go by new ones.
+    // Bounds on the connections that peers open: in all (the smaller number of these and of the settings applies), per
+    // address and per subnet, where each was when it was opened; more are refused. And on the handshakes that a tick
+    // begins, by number and time. The rest does not apply here. New limits apply to later connections.
     void setLimits(const NetLimits& limits) { m_Limits = limits; }
     const NetLimits& getLimits() const { return m_Limits; }
 
-    // Later connections go by new settings.
+    // New settings apply to later connections.
     void setSettings(const Settings& settings) { m_Settings = settings; }
     const Settings& getSettings() const { return m_Settings; }
 
 private:
-    bool open(unsigned short port, unsigned int handle);
+    bool open(inner::DoorHandle& handle);
     void forget();
 
     Settings m_Settings;
     NetLimits m_Limits;
     Unknown::Handle_T<TlsContext> m_TlsContext;
     std::shared_ptr<inner::UdpRouter> m_Router;
+    // Null for all.
+    std::unique_ptr<inner::Endpoint> m_BindAddress;
     unsigned short m_UdpPort = 0;
 };
 

@@ -18,9 +18,11 @@ public:
     const String_T<wchar_t>& getHost() const { return m_Host; }
     unsigned short getPort() const { return m_Port; }
 
-    // Takes "192.168.0.1:8000" or "game.example:8000". False, and nothing changed, for any other text: no host, a blank
-    // or a second colon in it, a port that is no number of 1 to 5 digits up to 65535.
+    // Takes "192.168.0.1:8000", "game.example:8000" or "[2001:db8::1]:8000", whose host has no brackets then. False,
+    // and nothing changed, for any other text: no host, a blank in it, a colon in it without brackets, anything but an
+    // IPv6 address in brackets, a port that is not a number of 1 to 5 digits up to 65535.
     bool convertFromString(const wchar_t* text);
+    // The same form; an IPv6 address is put in brackets.
     String_T<wchar_t> convertToString() const;
 
     friend bool operator==(const NetAddress& a, const NetAddress& b)

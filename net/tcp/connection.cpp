@@ -2,6 +2,7 @@
 
 #include "framework/string_helper.h"
 #include "framework/thread.h"
+#include "net/door/addresses.h"
 #include "net/inner/peer_text.h"
 #include "net/tcp/inner/link.h"
 #include "net/tcp/inner/ready_list.h"
@@ -229,21 +230,27 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
         return false;
     m_State = kConnectFailed;
     m_KeepAlive = keepAlive;
-    if (!expect(ip ? ip : L"", nullptr))
+    String_T<wchar_t> host = ip ? ip : L"";
+    const auto name = StringHelper::wideToUtf8(host);
+    Endpoint peer;
+    const bool isName = !Door::parse(name, port, peer);
+    if (!isName && !peer.isV4())
+        host = inner::hostText(peer);
+    if (!expect(host, nullptr))
         return false;
     const auto reactor = Reactor::of(getSystem());
-    if (!reactor || !ip || !*ip)
+    if (!reactor || host.isEmpty())
         return false;
     Door::Fault fault;
-    const TcpLinkRef link(new TcpLink(*reactor, reactor->door()->open(Door::kStream, fault)));
+    const Door::Family family = isName ? Door::kIPv4 : Door::familyOf(peer);
+    const TcpLinkRef link(new TcpLink(*reactor, reactor->door()->open(Door::kStream, family, fault)));
     if (fault)
         return false;
     m_Reactor = reactor;
     setLink(link.get());
     m_Handle = link->getHandle();
     m_State = kConnecting;
-    const auto name = StringHelper::wideToUtf8(ip);
-    if (Endpoint peer; !Door::parse(name, port, peer))
+    if (isName)
     {
         if (port != 0 && link->connectByName(*reactor, name, port))
             return true;
@@ -281,7 +288,24 @@ bool TcpConnection::finishConnect()
         fail(kConnectFailed);
         return false;
     }
-    if (!m_Link->isConnected())
+    if (m_Link->isRacing())
+    {
+        const inner::TcpRace::State state = m_Link->race();
+        takePeer();
+        m_Handle = m_Link->getHandle();
+        if (state == inner::TcpRace::kRunning)
+        {
+            // The next tick may try the next address.
+            setPending(kConnected);
+            return true;
+        }
+        if (state == inner::TcpRace::kLost)
+        {
+            fail(kConnectFailed);
+            return false;
+        }
+    }
+    else if (!m_Link->isConnected())
     {
         fail(kConnectFailed);
         return false;
@@ -360,15 +384,34 @@ const NetLimits* TcpConnection::getPortLimits() const
 
 void TcpConnection::takePeer()
 {
-    m_PeerAddress = m_Link->m_Peer.v4();
+    std::memcpy(m_PeerBytes, m_Link->m_Peer.m_Bytes, sizeof m_PeerBytes);
+    m_PeerScope = m_Link->m_Peer.m_Scope;
     m_PeerPort = m_Link->m_Peer.m_Port;
+}
+
+Endpoint TcpConnection::getPeer() const
+{
+    return Endpoint::ofV6(m_PeerBytes, m_PeerPort, m_PeerScope);
+}
+
+unsigned int TcpConnection::getPeerAddress() const
+{
+    return getPeer().v4();
+}
+
+bool TcpConnection::getPeerAddressIPv6(sockaddr_in6& address) const
+{
+    const Endpoint peer = getPeer();
+    if (peer.isV4() || peer.isAny())
+        return false;
+    address = inner::toIPv6(peer);
+    return true;
 }
 
 String_T<wchar_t> TcpConnection::getPeerName() const
 {
-    if (m_PeerAddress == 0 && m_PeerPort == 0)
-        return String_T<wchar_t>();
-    return inner::peerText(m_PeerAddress, m_PeerPort);
+    const Endpoint peer = getPeer();
+    return peer.isAny() && m_PeerPort == 0 ? String_T<wchar_t>() : inner::peerText(peer);
 }
 
 } // namespace zet

@@ -5,6 +5,8 @@
 
 #include <memory>
 
+struct sockaddr_in6;
+
 namespace zet
 {
 
@@ -19,6 +21,7 @@ class OutputQueue;
 class PacketTick;
 class Reactor;
 class ReadyList;
+struct Endpoint;
 struct TcpLink;
 } // namespace inner
 
@@ -64,9 +67,12 @@ public:
     // discarded first: closing a socket with unread input would reset the connection, and sent bytes would be lost.
     void close() override;
 
-    // Starts a connection to a numeric address or a host name, with keep-alive probes on or off. True if it is
-    // connecting or established. False leaves no handle: a handle is held already, the address is invalid, or the
-    // connection failed at once. A name is resolved on another thread; one without an address ends as kConnectFailed.
+    // Starts a connection to a numeric address ("192.168.0.1", "::1", "[::1]") or a host name, with keep-alive probes
+    // on or off. True if it is connecting or established. False leaves no handle: a handle is held already, the address
+    // is invalid, or the connection failed at once. A name is resolved on another thread. Its addresses are tried in
+    // turn, IPv6 and IPv4 alternating: the next one when one has failed or has not answered for 250 ms. The first one
+    // that answers is kept, and getHandle() changes then; the ticks of this connection do that. A name without an
+    // address, or none of whose addresses answers, ends as kConnectFailed.
     virtual bool connect(const wchar_t* ip, unsigned short port, bool keepAlive);
     // Receives up to size bytes. Returns their number, 0 if there are none, -1 if the connection is down.
     virtual int receive(void* data, int size);
@@ -76,10 +82,12 @@ public:
     virtual int send(const void* data, int size);
 
     ConnectionState getConnectionState() const { return static_cast<ConnectionState>(m_State); }
-    // "192.168.0.1:8000"; empty before the first connection, and the last peer's after it.
+    // "192.168.0.1:8000" or "[2001:db8::1]:8000"; empty before the first connection, and the last peer's after it.
     String_T<wchar_t> getPeerName() const;
-    // The peer's four address bytes as they lie in memory, in network order, and its port.
-    unsigned int getPeerAddress() const { return m_PeerAddress; }
+    // The four address bytes of an IPv4 peer as they lie in memory, in network order, and 0 for an IPv6 one; the port.
+    unsigned int getPeerAddress() const;
+    // The address of an IPv6 peer. False, and nothing changed, for any other.
+    bool getPeerAddressIPv6(sockaddr_in6& address) const;
     unsigned short getPeerPort() const { return m_PeerPort; }
 
     // The thread that owns the connection; 0 before it is started, attached or connected.
@@ -181,6 +189,7 @@ private:
     // Takes over an accepted link, by attach().
     bool take(inner::TcpLink* link, const std::shared_ptr<inner::Reactor>& reactor, TlsContext* context);
     void takePeer();
+    inner::Endpoint getPeer() const;
     bool beginConnect(bool hasBegun);
     void drop();
 
@@ -188,8 +197,10 @@ private:
     unsigned short m_Pending = 0;
     bool m_KeepAlive = false;
     bool m_IsListed = false;
+    // Of the last peer; the bytes are those of an inner::Endpoint.
+    unsigned char m_PeerBytes[16] = {};
+    unsigned int m_PeerScope = 0;
     unsigned short m_PeerPort = 0;
-    unsigned int m_PeerAddress = 0;
     inner::TcpLink* m_Link = nullptr;
     std::shared_ptr<inner::Reactor> m_Reactor;
     inner::ReadyList* m_ReadyList = nullptr;

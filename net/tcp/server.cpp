@@ -1,5 +1,6 @@
 #include "net/tcp/server.h"
 
+#include "framework/inner/moment.h"
 #include "framework/log.h"
 #include "framework/stopwatch.h"
 #include "framework/string_helper.h"
@@ -10,6 +11,9 @@
 #include "net/tcp/inner/listener.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <string>
 
 namespace zet
 {
@@ -18,6 +22,7 @@ namespace
 {
 
 using inner::Door;
+using inner::DoorHandle;
 using inner::Endpoint;
 using inner::Reactor;
 using inner::TcpLink;
@@ -55,15 +60,14 @@ bool TcpServer::listen(unsigned short port, int backlog)
     const auto reactor = Reactor::of(getSystem());
     if (!reactor)
         return false;
-    Door& door = *reactor->door();
+    Endpoint own = m_BindAddress ? *m_BindAddress : Endpoint();
+    own.m_Port = port;
     Door::Fault fault;
-    auto listener = std::make_unique<TcpListener>(*this, *reactor, door.open(Door::kStream, fault));
-    if (fault)
+    DoorHandle handle = inner::openPort(reactor->door(), Door::kStream, own, fault);
+    if (fault || handle.door().listen(handle.get(), backlog))
         return false;
-    const Door::Handle handle = listener->getHandle();
-    door.setOption(handle, Door::kRebind, 1);
-    if (door.bind(handle, Endpoint::ofV4(m_BindAddress, port)) || door.listen(handle, backlog))
-        return false;
+    auto listener = std::make_unique<TcpListener>(*this, *reactor, Door::kNoHandle);
+    listener->take(handle.release());
     m_Reactor = reactor;
     return setListener(listener);
 }
@@ -75,7 +79,8 @@ bool TcpServer::attach(unsigned int handle)
     const auto reactor = Reactor::of(getSystem());
     if (!reactor)
         return false;
-    auto listener = std::make_unique<TcpListener>(*this, *reactor, handle);
+    auto listener = std::make_unique<TcpListener>(*this, *reactor, Door::kNoHandle);
+    listener->take(handle);
     m_Reactor = reactor;
     if (!reactor->door()->unblock(handle) && setListener(listener))
         return true;
@@ -102,13 +107,13 @@ bool TcpServer::setBindAddress(const wchar_t* address)
 {
     if (!address || !*address)
     {
-        m_BindAddress = 0;
+        m_BindAddress.reset();
         return true;
     }
     Endpoint parsed;
     if (!Door::parse(StringHelper::wideToUtf8(address), 0, parsed))
         return false;
-    m_BindAddress = parsed.v4();
+    m_BindAddress = std::make_unique<Endpoint>(parsed);
     return true;
 }
 
@@ -129,7 +134,7 @@ void TcpServer::joinReactor()
     const auto reactor = Reactor::of(getSystem());
     if (!reactor || reactor == m_Reactor)
         return;
-    // A handle is of no use to another door.
+    // Another door cannot use the handle.
     const bool isSameDoor = reactor->door() == m_Reactor->door();
     auto listener = std::make_unique<TcpListener>(*this, *reactor, Door::kNoHandle);
     if (isSameDoor)
@@ -173,16 +178,16 @@ void TcpServer::close()
 
 void TcpServer::drop()
 {
-    dismiss();
+    closePending();
     ++m_Listening;
     m_Listener.reset();
     m_ListenPort = 0;
     m_IsReady = false;
 }
 
-void TcpServer::dismiss()
+void TcpServer::closePending()
 {
-    if (TcpLink* const link = std::exchange(m_Visitor, nullptr))
+    if (TcpLink* const link = std::exchange(m_Pending, nullptr))
         link->release();
 }
 
@@ -191,32 +196,32 @@ void TcpServer::onTick(unsigned int)
     if (!m_Listener)
         return;
     look();
-    acceptVisitors();
+    acceptPending();
     if (m_Listener && m_Crowd->serve())
         hurry();
 }
 
-void TcpServer::acceptVisitors()
+void TcpServer::acceptPending()
 {
-    if (m_IsResting && static_cast<int>(getTimeTick() - m_RestUntil) < 0)
+    if (m_IsResting && !inner::isReached(m_RestUntil, getTimeTick()))
         return;
     Stopwatch watch;
     for (int i = 0; i < kAcceptsPerTick && watch.getElapsed() < kAcceptTime; ++i)
     {
-        if (!m_Listener || (!m_Visitor && !m_IsReady))
+        if (!m_Listener || (!m_Pending && !m_IsReady))
             return;
-        const Visit come = m_Visitor ? kCome : visit();
-        if (come == kNobody)
+        const Pending next = m_Pending ? kWaiting : takePending();
+        if (next == kNone)
             return;
-        if (come == kRefused)
+        if (next == kRefused)
             continue;
-        // Where it throws, the visitor is turned away, and those behind it have their turn.
+        // If it throws, this connection is closed, and the next one has its turn.
         if (!inner::guard(L"onAccept()", nullptr, [this] { onAccept(); }))
-            dismiss();
-        if (m_Visitor)
+            closePending();
+        if (m_Pending)
             return;
     }
-    // There may be more, and nothing else says so.
+    // More may be pending, and no event reports them.
     hurry();
 }
 
@@ -232,7 +237,7 @@ void TcpServer::look()
         m_Reactor->pollOutsideTick();
 }
 
-TcpServer::Visit TcpServer::visit()
+TcpServer::Pending TcpServer::takePending()
 {
     Endpoint peer;
     Door::Fault fault;
@@ -240,74 +245,114 @@ TcpServer::Visit TcpServer::visit()
     if (fault.m_Reason == Door::Fault::kNotNow)
     {
         m_IsReady = false;
-        m_Listener->waitForVisitor();
-        return kNobody;
+        m_Listener->waitForPeer();
+        return kNone;
     }
     if (fault.m_Reason == Door::Fault::kExhausted)
     {
         // Pending connections wait in the system's queue.
         if (!std::exchange(m_IsResting, true))
-            Log::warning(L"Accepting rests: %s", StringHelper::utf8ToWide(fault.getText().c_str()));
+            Log::warning(L"Pausing accept for %u ms: %s", kRestTime, StringHelper::utf8ToWide(fault.getText().c_str()));
         m_RestUntil = getTimeTick() + kRestTime;
-        return kNobody;
+        return kNone;
     }
-    // Who is gone again before being accepted is one visitor less.
+    // The peer has ended its connection before it was accepted.
     if (fault)
         return kRefused;
     m_IsResting = false;
     link->m_Peer = peer;
-    const sockaddr_in address = inner::toSystem(peer);
-    if (!m_Crowd->hasRoom(peer))
+    if (!m_Crowd->hasSpace(peer))
     {
-        m_Crowd->noteTurnedAway();
+        m_Crowd->noteRefused();
         return kRefused;
     }
     const unsigned int listening = m_Listening;
-    bool isPermitted = false;
-    inner::guard(L"permission()", nullptr, [&] { isPermitted = permission(address); });
     // The host may have closed the server, or listen anew by now.
-    if (!isPermitted || m_Listening != listening)
+    if (!isPermitted(peer) || m_Listening != listening)
         return kRefused;
     link->m_Seat = m_Crowd->admit(peer);
     link->door().watchPeer(link->getHandle(), m_Crowd->limits());
-    m_Visitor = link.get();
-    m_Visitor->addRef();
-    return kCome;
+    m_Pending = link.get();
+    m_Pending->addRef();
+    return kWaiting;
+}
+
+bool TcpServer::isPermitted(const Endpoint& peer)
+{
+    bool result = false;
+    if (peer.isV4())
+        inner::guard(L"permission()", nullptr, [&] { result = permission(inner::toIPv4(peer)); });
+    else
+        inner::guard(L"permissionIPv6()", nullptr, [&] { result = permissionIPv6(inner::toIPv6(peer)); });
+    return result;
 }
 
 bool TcpServer::accept(TcpConnection* connection)
 {
-    if (!m_Listener || !connection || !connection->isInvalid() || (!m_Visitor && visit() != kCome))
+    if (!m_Listener || !connection || !connection->isInvalid() || (!m_Pending && takePending() != kWaiting))
         return false;
-    const TcpLinkRef link = TcpLinkRef::adopt(std::exchange(m_Visitor, nullptr));
+    const TcpLinkRef link = TcpLinkRef::adopt(std::exchange(m_Pending, nullptr));
     if (connection->take(link.get(), m_Reactor, m_TlsContext))
         return true;
     link->m_Owner = nullptr;
     return false;
 }
 
-bool TcpServer::holds(const std::vector<Rule>& rules, unsigned int address)
-{
-    return std::any_of(rules.begin(), rules.end(),
-                       [=](const Rule& rule) { return (address & rule.m_Mask) == (rule.m_Address & rule.m_Mask); });
-}
-
 bool TcpServer::permission(const sockaddr_in& address)
 {
-    const unsigned int peer = static_cast<unsigned int>(address.sin_addr.s_addr);
-    return !holds(m_Rejected, peer) || holds(m_Permitted, peer);
+    const Endpoint peer = inner::fromSystem(address);
+    return !contains(m_Rejected, peer) || contains(m_Permitted, peer);
+}
+
+bool TcpServerIPv6::permissionIPv6(const sockaddr_in6& address)
+{
+    return static_cast<TcpServer&>(*this).isPermittedIPv6(inner::fromSystem(address));
+}
+
+bool TcpServer::isPermittedIPv6(const Endpoint& peer)
+{
+    if (contains(m_Permitted, peer))
+        return true;
+    return !contains(m_Rejected, peer) && permission(inner::toIPv4(Endpoint::ofV4(0, peer.m_Port)));
 }
 
 void TcpServer::onAccept() {}
 
+bool TcpServer::contains(const Rules& rules, const Endpoint& address)
+{
+    const auto matches = [&](const Rule& rule)
+    {
+        // ::/0 contains the mapped addresses too, but is a rule of IPv6.
+        if (rule.m_IsV4 != address.isV4())
+            return false;
+        for (size_t i = 0; i < sizeof rule.m_Mask; ++i)
+            if ((address.m_Bytes[i] ^ rule.m_Address[i]) & rule.m_Mask[i])
+                return false;
+        return true;
+    };
+    return std::any_of(rules.begin(), rules.end(), matches);
+}
+
+// Of four bytes each.
+TcpServer::Rule TcpServer::ruleOf(const void* address, const void* mask)
+{
+    Rule rule;
+    std::memcpy(rule.m_Address, Endpoint::ofV4(0, 0).m_Bytes, sizeof rule.m_Address);
+    std::memcpy(rule.m_Address + 12, address, 4);
+    std::memset(rule.m_Mask, 0xFF, sizeof rule.m_Mask);
+    std::memcpy(rule.m_Mask + 12, mask, 4);
+    rule.m_IsV4 = true;
+    return rule;
+}
+
 void TcpServer::addRejectAddress(in_addr address, in_addr mask)
 {
-    m_Rejected.push_back({static_cast<unsigned int>(address.s_addr), static_cast<unsigned int>(mask.s_addr)});
+    m_Rejected.push_back(ruleOf(&address.s_addr, &mask.s_addr));
 }
 
 void TcpServer::addPermissionAddress(in_addr address, in_addr mask)
 {
-    m_Permitted.push_back({static_cast<unsigned int>(address.s_addr), static_cast<unsigned int>(mask.s_addr)});
+    m_Permitted.push_back(ruleOf(&address.s_addr, &mask.s_addr));
 }
 
 void TcpServer::addRejectAddress(const unsigned char (&address)[4], const unsigned char (&mask)[4])
@@ -320,12 +365,61 @@ void TcpServer::addPermissionAddress(const unsigned char (&address)[4], const un
     m_Permitted.push_back(ruleOf(address, mask));
 }
 
-TcpServer::Rule TcpServer::ruleOf(const unsigned char* address, const unsigned char* mask)
+bool TcpServer::addRejectAddress(const in6_addr& address, int bits)
 {
+    return addSubnet(m_Rejected, Endpoint::ofV6(&address, 0, 0), bits);
+}
+
+bool TcpServer::addPermissionAddress(const in6_addr& address, int bits)
+{
+    return addSubnet(m_Permitted, Endpoint::ofV6(&address, 0, 0), bits);
+}
+
+bool TcpServer::addRejectSubnet(const wchar_t* subnet)
+{
+    return addSubnet(m_Rejected, subnet);
+}
+
+bool TcpServer::addPermissionSubnet(const wchar_t* subnet)
+{
+    return addSubnet(m_Permitted, subnet);
+}
+
+bool TcpServer::addSubnet(Rules& rules, const Endpoint& network, int bits)
+{
+    if (bits < 0 || bits > 128)
+        return false;
     Rule rule;
-    std::memcpy(&rule.m_Address, address, sizeof rule.m_Address);
-    std::memcpy(&rule.m_Mask, mask, sizeof rule.m_Mask);
-    return rule;
+    for (int i = 0; i < 16; ++i)
+    {
+        rule.m_Address[i] = network.m_Bytes[i];
+        rule.m_Mask[i] = static_cast<unsigned char>(0xFF00 >> std::clamp(bits - 8 * i, 0, 8));
+    }
+    rule.m_IsV4 = network.isV4() && bits >= 96;
+    rules.push_back(rule);
+    return true;
+}
+
+bool TcpServer::addSubnet(Rules& rules, const wchar_t* text)
+{
+    const auto whole = StringHelper::wideToUtf8(text ? text : L"");
+    std::string address = whole.getBuffer();
+    int bits = -1;
+    if (const size_t slash = address.find('/'); slash != std::string::npos)
+    {
+        const char* const digits = address.c_str() + slash + 1;
+        if (std::strlen(digits) == 0 || std::strlen(digits) > 3 || digits[std::strspn(digits, "0123456789")] != 0)
+            return false;
+        bits = std::atoi(digits);
+        address.resize(slash);
+    }
+    Endpoint network;
+    if (!Door::parse(address.c_str(), 0, network))
+        return false;
+    const int most = network.isV4() ? 32 : 128;
+    if (bits > most)
+        return false;
+    return addSubnet(rules, network, 128 - most + (bits < 0 ? most : bits));
 }
 
 } // namespace zet

@@ -8,8 +8,10 @@
 #include <memory>
 #include <vector>
 
+struct in6_addr;
 struct in_addr;
 struct sockaddr_in;
+struct sockaddr_in6;
 
 namespace zet
 {
@@ -17,28 +19,44 @@ namespace zet
 namespace inner
 {
 class Crowd;
+struct Endpoint;
 struct TcpListener;
 } // namespace inner
 
-// Accepts what has come with each tick, up to a number; the rest comes with the next one. A server started in a System
-// learns from it when someone has come; one in no System looks with each tick.
-class COMMONGROUND_API TcpServer : public Socket
+// The part of a TcpServer for IPv6: a base of its own, so that the virtual operations of a server keep their order, and
+// those of derived classes too.
+class COMMONGROUND_API TcpServerIPv6
+{
+public:
+    // Whether an IPv6 address may connect. An address on a list of subnets is decided as TcpServer::permission()
+    // decides by its lists. An address on neither is decided by permission(0.0.0.0, with the peer's port), also by an
+    // override of it: a host that allows only listed addresses refuses IPv6 peers until it adds subnets or overrides
+    // this.
+    virtual bool permissionIPv6(const sockaddr_in6& address);
+
+protected:
+    ~TcpServerIPv6() = default;
+};
+
+// Accepts pending connections with each tick, up to a number; the rest wait for the next tick. A server started in a
+// System learns from it when a connection is pending; one in no System looks with each tick.
+class COMMONGROUND_API TcpServer : public Socket, public TcpServerIPv6
 {
 public:
     // Connections that one tick accepts at most.
     static constexpr int kAcceptsPerTick = 16;
     // Milliseconds after which a tick accepts no further one.
     static constexpr unsigned int kAcceptTime = 20;
-    // Milliseconds that accepting rests once the operating system has no handle left.
+    // Milliseconds for which accepting pauses when the operating system has no handle left.
     static constexpr unsigned int kRestTime = 100;
 
     TcpServer();
     ~TcpServer() override;
 
     bool start(System* system) override;
-    // Handshakes that are under way go on with the ticks of their connections.
+    // Handshakes under way continue with the ticks of their connections.
     void stop() override;
-    // Calls onAccept() for each connection that has come and has permission.
+    // Calls onAccept() for each pending connection that is permitted.
     void onTick(unsigned int tick) override;
     // Takes a listening handle over.
     bool attach(unsigned int handle) override;
@@ -46,39 +64,49 @@ public:
     // Stops listening; accepted connections stay.
     void close() override;
 
-    // Listens on the address that setBindAddress() was given, else on all addresses of this machine. Port 0 takes a
-    // free one; a backlog of 0 or less takes the system's largest. False, and no handle, where it listens already or
-    // the port is not to be had.
+    // Listens on the address that setBindAddress() was given, otherwise on all addresses of this machine, of IPv4 and,
+    // where the system has it, of IPv6. Port 0 takes a free port; a backlog of 0 or less takes the system's largest.
+    // False, and no handle, if it listens already or the port cannot be bound.
     virtual bool listen(unsigned short port, int backlog);
-    // Gives the next connection that has come to an object without one, through that object's attach(). False where
-    // nobody has come and where the object has a connection, which changes nothing; and where attach() is false, or the
-    // server wants TLS and the object has no layer for it, which turns the visitor away.
+    // Gives the next pending connection to an object without a connection, through that object's attach(). False, and
+    // nothing changed, if no connection is pending or the object has a connection. False if attach() returns false, or
+    // the server requires TLS and the object has no TLS layer: then the pending connection is closed.
     virtual bool accept(TcpConnection* connection);
-    // Whether an address may connect. One on the reject list may not, unless it is on the permission list too; one on
-    // neither may. So a reject rule of 0.0.0.0 0.0.0.0 lets in the permission list alone.
+    // Whether an IPv4 address may connect; permissionIPv6() decides on the others. An address on the reject list may
+    // not, unless it is on the permission list too; an address on neither may. So with a reject rule of 0.0.0.0 0.0.0.0
+    // only the permission list may connect.
     virtual bool permission(const sockaddr_in& address);
-    // Someone has come: an override hands accept() an object for it. Who is not accepted here waits, those behind him
-    // too, and is announced again with the next tick.
+    // A connection is pending: an override passes accept() an object for it. A connection that is not accepted here
+    // stays pending, with those after it, and is announced again with the next tick.
     virtual void onAccept();
 
     // A network and a mask; an address is on the list when it equals the network in all bits of the mask.
     void addRejectAddress(in_addr address, in_addr mask);
     void addPermissionAddress(in_addr address, in_addr mask);
+    // A network of IPv6 and the number of bits, 0 to 128, in which an address on the list equals it; false, and nothing
+    // added, for any other number. A network of mapped IPv4 addresses (::ffff:0:0/96 and longer) is a rule of IPv4.
+    bool addRejectAddress(const in6_addr& address, int bits);
+    bool addPermissionAddress(const in6_addr& address, int bits);
+    // A subnet of either family as text: "2001:db8::/32", "10.0.0.0/8", or an address alone for itself. False, and
+    // nothing added, for any other text.
+    bool addRejectSubnet(const wchar_t* subnet);
+    bool addPermissionSubnet(const wchar_t* subnet);
     // The same by the four bytes, first number first.
     void addRejectAddress(const unsigned char (&address)[4], const unsigned char (&mask)[4]);
     void addPermissionAddress(const unsigned char (&address)[4], const unsigned char (&mask)[4]);
 
-    // Accepted connections go through TLS with this context from now on, those there are stay as they are; null for
-    // plain ones. False, and nothing changed, where it lacks what a server needs, and in a library without TLS.
+    // Connections accepted from now on use TLS with this context; null for plain connections. Those accepted before do
+    // not change. False, and nothing changed, if it lacks what a server needs, and in a library without TLS.
     bool setTlsContext(TlsContext* context);
     TlsContext* getTlsContext() const { return m_TlsContext; }
 
-    // The one address of this machine that the next listen() takes, as four numbers with points; empty for all of them.
-    // False, and nothing changed, for what is no such address. "127.0.0.1" lets in this machine alone.
+    // The address of this machine that the next listen() takes, numeric, of IPv4 or IPv6. Empty, or "::", takes all
+    // addresses of both families, "0.0.0.0" all of IPv4. False, and nothing changed, for any other text, also for a
+    // name. With "127.0.0.1" or "::1" only this machine can connect.
     bool setBindAddress(const wchar_t* address);
 
-    // What this port takes from peers that it does not know. The numbers of connections and of steps count from now on;
-    // the rest is what a connection keeps that is accepted from now on.
+    // What this port accepts from peers that it does not know. The numbers of connections and of steps apply from now
+    // on; a connection keeps the rest from when it was accepted.
     void setLimits(const NetLimits& limits);
     const NetLimits& getLimits() const;
 
@@ -93,38 +121,46 @@ protected:
 
 private:
     friend struct inner::TcpListener;
+    friend class TcpServerIPv6;
 
-    // In network order.
+    // In the form of an inner::Endpoint, where IPv4 addresses are mapped.
     struct Rule
     {
-        unsigned int m_Address;
-        unsigned int m_Mask;
+        unsigned char m_Address[16];
+        unsigned char m_Mask[16];
+        bool m_IsV4;
     };
-    enum Visit
+    using Rules = std::vector<Rule>;
+    enum Pending
     {
-        kNobody,
+        kNone,
         kRefused,
-        kCome
+        kWaiting
     };
 
-    static Rule ruleOf(const unsigned char* address, const unsigned char* mask);
-    static bool holds(const std::vector<Rule>& rules, unsigned int address);
+    static Rule ruleOf(const void* address, const void* mask);
+    static bool addSubnet(Rules& rules, const inner::Endpoint& network, int bits);
+    static bool addSubnet(Rules& rules, const wchar_t* text);
+    static bool contains(const Rules& rules, const inner::Endpoint& address);
     bool setListener(std::unique_ptr<inner::TcpListener>& listener);
     void joinReactor();
-    void acceptVisitors();
-    Visit visit();
-    void dismiss();
+    void acceptPending();
+    Pending takePending();
+    bool isPermitted(const inner::Endpoint& peer);
+    bool isPermittedIPv6(const inner::Endpoint& peer);
+    void closePending();
     void drop();
 
-    std::vector<Rule> m_Rejected;
-    std::vector<Rule> m_Permitted;
+    Rules m_Rejected;
+    Rules m_Permitted;
     std::unique_ptr<inner::TcpListener> m_Listener;
-    inner::TcpLink* m_Visitor = nullptr;
+    // The connection that onAccept() is called for.
+    inner::TcpLink* m_Pending = nullptr;
     std::shared_ptr<inner::Reactor> m_Reactor;
     const std::shared_ptr<inner::Crowd> m_Crowd;
     Unknown::Handle_T<TlsContext> m_TlsContext;
-    // In network order; 0 for all.
-    unsigned int m_BindAddress = 0;
+    // Null for all.
+    std::unique_ptr<inner::Endpoint> m_BindAddress;
     // Changes when listening ends.
     unsigned int m_Listening = 0;
     unsigned int m_RestUntil = 0;

@@ -21,7 +21,7 @@ TEST(Bugs, APortMayTakeOneAddressOnly)
     server->start(&system);
     EXPECT_FALSE(server->setBindAddress(L"localhost"));
     EXPECT_FALSE(server->setBindAddress(L"127.0.0"));
-    EXPECT_FALSE(server->setBindAddress(L"::1"));
+    EXPECT_FALSE(server->setBindAddress(L"::g"));
     ASSERT_TRUE(server->setBindAddress(L"127.0.0.1"));
     ASSERT_TRUE(server->listen(0, 5));
     const ClientHandle client = new test::Client(analyser);

@@ -1,4 +1,5 @@
-// A door that passes each call on to the real one and counts it. Names get their answer when the test gives it.
+// A door that passes each call on to the real one and counts it. Names get their answer when the test gives it, and the
+// machine may be one without IPv6.
 #pragma once
 
 #include "net/door/door.h"
@@ -17,7 +18,14 @@ using zet::inner::Endpoint;
 class PassingDoor : public Door
 {
 public:
-    Handle open(Kind kind, Fault& fault) override { return noted("open").open(kind, fault); }
+    Handle open(Kind kind, Family family, Fault& fault) override
+    {
+        Door& next = noted("open");
+        if (m_HasIPv6 || family == kIPv4)
+            return next.open(kind, family, fault);
+        fault = {Fault::kNoAddress, 1};
+        return kNoHandle;
+    }
     void close(Handle handle) override { noted("close").close(handle); }
     Fault unblock(Handle handle) override { return noted("unblock").unblock(handle); }
     Fault bind(Handle handle, const Endpoint& own) override { return noted("bind").bind(handle, own); }
@@ -61,7 +69,7 @@ public:
         noted("watchPeer").watchPeer(handle, limits);
     }
     std::unique_ptr<zet::inner::Poller> makePoller() override { return noted("makePoller").makePoller(); }
-    void resolve(const char* name, Answer answer) override
+    void resolve(const char* name, Answer answer, const Asker&) override
     {
         noted("resolve");
         m_Questions.emplace_back(name, std::move(answer));
@@ -83,6 +91,7 @@ public:
     }
 
     std::vector<std::pair<std::string, Answer>> m_Questions;
+    bool m_HasIPv6 = true;
 
 private:
     Door& noted(const char* call)

@@ -97,9 +97,10 @@ Certificate Authority::issue(const CertificateWish& wish) const
     const gnutls_x509_crt_t certificate = makeCertificate(wish.m_CommonName, key, wish.m_From, wish.m_To);
     for (const std::string& host : wish.m_Hosts)
     {
-        in_addr address;
-        if (inet_pton(AF_INET, host.c_str(), &address) == 1)
-            must(gnutls_x509_crt_set_subject_alt_name(certificate, GNUTLS_SAN_IPADDRESS, &address, sizeof address,
+        unsigned char address[sizeof(in6_addr)];
+        const bool isV6 = inet_pton(AF_INET6, host.c_str(), address) == 1;
+        if (isV6 || inet_pton(AF_INET, host.c_str(), address) == 1)
+            must(gnutls_x509_crt_set_subject_alt_name(certificate, GNUTLS_SAN_IPADDRESS, address, isV6 ? 16 : 4,
                                                       GNUTLS_FSAN_APPEND));
         else
             must(gnutls_x509_crt_set_subject_alt_name(certificate, GNUTLS_SAN_DNSNAME, host.data(),

@@ -24,7 +24,7 @@ struct Certificate
 struct CertificateWish
 {
     std::string m_CommonName;
-    // Host names or IPv4 addresses of the certificate.
+    // Host names or addresses of the certificate.
     std::vector<std::string> m_Hosts;
     // Relative to now, in seconds.
     std::time_t m_From = -3600;

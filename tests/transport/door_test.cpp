@@ -158,14 +158,17 @@ TEST(Door, TheRealOneResolvesOnAThreadOfItsOwn)
     std::atomic<bool> isThere{false};
     std::thread::id thread;
     std::vector<test::Endpoint> found;
+    const auto asker = std::make_shared<int>(0);
     // No name server is asked for such a name.
-    test::Door::getReal()->resolve("127.1",
-                                   [&](std::vector<test::Endpoint> addresses)
-                                   {
-                                       thread = std::this_thread::get_id();
-                                       found = std::move(addresses);
-                                       isThere = true;
-                                   });
+    test::Door::getReal()->resolve(
+        "127.1",
+        [&](std::vector<test::Endpoint> addresses)
+        {
+            thread = std::this_thread::get_id();
+            found = std::move(addresses);
+            isThere = true;
+        },
+        asker);
     ASSERT_TRUE(test::eventually([&] { return isThere.load(); }));
     EXPECT_NE(thread, std::this_thread::get_id());
     ASSERT_FALSE(found.empty());

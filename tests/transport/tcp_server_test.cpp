@@ -328,6 +328,7 @@ TEST(TcpServer, AcceptPausesWithoutHandlesAndResumes)
         net.m_System.tick();
     EXPECT_EQ(net.m_Server->m_Visits, 0);
     EXPECT_EQ(lines.texts().size(), 1U);
+    EXPECT_EQ(lines.texts().at(0).find(L"Pausing accept for 100 ms: "), 0U);
     for (const int handle : taken)
         close(handle);
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &old), 0);

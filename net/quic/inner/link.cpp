@@ -1,5 +1,6 @@
 #include "net/quic/inner/link.h"
 
+#include "net/door/addresses.h"
 #include "net/quic/inner/calls.h"
 #include "net/quic/inner/router.h"
 
@@ -25,13 +26,20 @@ constexpr unsigned int kLongestRest = 30000;
 // a limit of two, the third move within a second would find none left.
 constexpr uint64_t kPeerIds = 8;
 
-ngtcp2_path pathOf(const sockaddr_in& local, const sockaddr_in& remote)
+// The form of a path that ngtcp2 takes.
+struct Path : ngtcp2_path
 {
-    ngtcp2_path path{};
-    path.local = {reinterpret_cast<ngtcp2_sockaddr*>(const_cast<sockaddr_in*>(&local)), sizeof local};
-    path.remote = {reinterpret_cast<ngtcp2_sockaddr*>(const_cast<sockaddr_in*>(&remote)), sizeof remote};
-    return path;
-}
+    Path(const Endpoint& own, const Endpoint& peer) : ngtcp2_path{}, m_Own(own), m_Peer(peer)
+    {
+        local = {&m_Own.m_Plain, m_Own.m_Size};
+        remote = {&m_Peer.m_Plain, m_Peer.m_Size};
+    }
+    Path(const Path&) = delete;
+    Path& operator=(const Path&) = delete;
+
+    SystemAddress m_Own;
+    SystemAddress m_Peer;
+};
 
 QuicTime nanoseconds(unsigned int milliseconds)
 {
@@ -109,7 +117,7 @@ bool QuicLink::beginClient(const char* name, const Uuid& id)
     return m_Output.write(&id, sizeof id, m_Router.pool());
 }
 
-bool QuicLink::openClient(const sockaddr_in& peer)
+bool QuicLink::openClient(const Endpoint& peer)
 {
     m_Peer = peer;
     ngtcp2_cid self, other;
@@ -119,7 +127,7 @@ bool QuicLink::openClient(const sockaddr_in& peer)
     const auto calls = QuicCalls::all();
     const auto settings = settingsOf(m_Router.settings(), m_Router.now());
     const auto params = paramsOf(m_Router.settings(), false);
-    const auto path = pathOf(m_Router.getAddress(), m_Peer);
+    const Path path(m_Router.getAddress(), m_Peer);
     if (ngtcp2_conn_client_new(&m_Connection, &other, &self, &path, NGTCP2_PROTO_VER_V1, &calls, &settings, &params,
                                nullptr, this) != 0)
     {
@@ -130,7 +138,7 @@ bool QuicLink::openClient(const sockaddr_in& peer)
     return open(m_Router.tls().openClient(m_Ref));
 }
 
-bool QuicLink::openServer(const sockaddr_in& peer, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin)
+bool QuicLink::openServer(const Endpoint& peer, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin)
 {
     m_Peer = peer;
     m_Origin = peer;
@@ -147,7 +155,7 @@ bool QuicLink::openServer(const sockaddr_in& peer, const ngtcp2_pkt_hd& head, co
     params.original_dcid = origin;
     params.retry_scid = head.dcid;
     params.retry_scid_present = 1;
-    const auto path = pathOf(m_Router.getAddress(), m_Peer);
+    const Path path(m_Router.getAddress(), m_Peer);
     if (ngtcp2_conn_server_new(&m_Connection, &head.scid, &self, &path, head.version, &calls, &settings, &params,
                                nullptr, this) != 0)
     {
@@ -232,7 +240,7 @@ void QuicLink::read(const UdpPort::Datagram& datagram)
         ++m_LatePackets;
         return;
     }
-    if (m_IsServer && datagram.m_Local != 0)
+    if (m_IsServer && !datagram.m_Local.isAny())
         m_Local = datagram.m_Local;
     const auto size = static_cast<size_t>(datagram.m_Size);
     if (m_IsServer || m_IsHandshakeSent)
@@ -255,7 +263,7 @@ void QuicLink::read(const UdpPort::Datagram& datagram)
 void QuicLink::feed(const UdpPort::Datagram& datagram, size_t from, size_t size)
 {
     const bool stood = m_IsStanding;
-    const auto path = pathOf(m_Router.getAddress(), *datagram.m_Address);
+    const Path path(m_Router.getAddress(), *datagram.m_Peer);
     const ngtcp2_pkt_info info{};
     // Any packet may raise the flow control limit of the stream or of the connection; ngtcp2 does not report the
     // latter.
@@ -361,8 +369,8 @@ void QuicLink::keepFarewell(const ngtcp2_connection_close_error& reason)
     {
         // Then the close frame is sent once and not repeated.
     }
-    if (path.path.remote.addrlen == sizeof m_Peer)
-        std::memcpy(&m_Peer, path.path.remote.addr, sizeof m_Peer);
+    if (path.path.remote.addrlen > 0)
+        m_Peer = peerOf(path.path);
     if (unsigned char* room = m_Router.room())
     {
         std::memcpy(room, packet, static_cast<size_t>(size));

@@ -65,13 +65,13 @@ public:
     // The client's side: first beginClient(); then openClient(), or lookUp() if the name is not an address. After
     // lookUp() the link opens when the address is known.
     bool beginClient(const char* name, const Uuid& id);
-    bool openClient(const sockaddr_in& peer);
+    bool openClient(const Endpoint& peer);
     bool lookUp(Reactor& reactor, unsigned short port);
     // The router has moved to another reactor, which repeats the lookup.
     void lookUpAgain(Reactor& reactor);
     // For the first packet of a peer with a valid token. origin is the connection id that the peer's very first packet
     // named.
-    bool openServer(const sockaddr_in& peer, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin);
+    bool openServer(const Endpoint& peer, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin);
 
     void consume(int size) override;
     bool send(const void* data, int size) override;
@@ -102,9 +102,9 @@ public:
     const String_T<char>& getName() const { return m_Name; }
     // The alert that a failed handshake sends to the peer; 0 for the one that GnuTLS chooses.
     void setAlert(uint8_t alert) { m_Alert = alert; }
-    const sockaddr_in& getPeer() const { return m_Peer; }
+    const Endpoint& getPeer() const { return m_Peer; }
     // The address that the peer's first packet came from.
-    const sockaddr_in& getOrigin() const { return m_Origin; }
+    const Endpoint& getOrigin() const { return m_Origin; }
     void addId(const ngtcp2_cid& id) { m_Ids.emplace_back(id); }
     void removeId(const QuicId& id) { std::erase(m_Ids, id); }
     const std::vector<QuicId>& getIds() const { return m_Ids; }
@@ -119,8 +119,9 @@ public:
 private:
     friend struct QuicCalls;
 
+    static Endpoint peerOf(const ngtcp2_path& path);
     bool open(gnutls_session_t session);
-    void onFound(const std::vector<Endpoint>& found);
+    void onFound(std::vector<Endpoint>&& found);
     void openNamed();
     void feed(const UdpPort::Datagram& datagram, size_t from, size_t size);
     void endRead(int result);
@@ -147,10 +148,10 @@ private:
     gnutls_session_t m_Session = nullptr;
     ngtcp2_crypto_conn_ref m_Ref{};
     String_T<char> m_Name;
-    sockaddr_in m_Peer{};
-    sockaddr_in m_Origin{};
-    // The local address that the peer sends to. 0 on the client's side, where the operating system chooses, also anew.
-    unsigned int m_Local = 0;
+    Endpoint m_Peer;
+    Endpoint m_Origin;
+    // The local address that the peer sends to. On the client's side the operating system chooses it, also anew.
+    Endpoint m_Local;
     Uuid m_Id;
     size_t m_IdRead = 0;
     std::vector<QuicId> m_Ids;

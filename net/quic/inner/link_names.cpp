@@ -1,8 +1,8 @@
 #include "net/quic/inner/link.h"
 
-#include "net/door/addresses.h"
 #include "net/quic/inner/router.h"
 
+#include <algorithm>
 #include <new>
 
 namespace zet::inner
@@ -20,7 +20,7 @@ bool QuicLink::lookUp(Reactor& reactor, unsigned short port)
     m_Deadline = m_Router.now() + m_Router.settings().m_ConnectTimeout * NGTCP2_MILLISECONDS;
     m_Found = Endpoint();
     m_Found.m_Port = port;
-    m_Lookup = reactor.resolve(m_Name, [this](const auto& found) { onFound(found); });
+    m_Lookup = reactor.resolve(m_Name, [this](auto&& found) { onFound(std::move(found)); });
     m_Router.schedule(*this);
     return m_Lookup != nullptr;
 }
@@ -31,10 +31,13 @@ void QuicLink::lookUpAgain(Reactor& reactor)
         drop(Connection::kConnectFailed);
 }
 
-void QuicLink::onFound(const std::vector<Endpoint>& found)
+void QuicLink::onFound(std::vector<Endpoint>&& found)
 {
     const unsigned short port = m_Found.m_Port;
-    m_Found = found.empty() ? Endpoint() : found.front();
+    // A connection over UDP learns late that an address does not answer, so an address of IPv4 counts where there is
+    // one.
+    const auto v4 = std::find_if(found.begin(), found.end(), [](const Endpoint& each) { return each.isV4(); });
+    m_Found = found.empty() ? Endpoint() : v4 != found.end() ? *v4 : found.front();
     m_Found.m_Port = port;
     m_IsFound = true;
     wake(kWrite);
@@ -45,7 +48,7 @@ void QuicLink::openNamed()
     bool isOpen = false;
     try
     {
-        isOpen = m_Found.isV4() && openClient(toSystem(m_Found));
+        isOpen = !m_Found.isAny() && openClient(m_Found);
     }
     catch (const std::bad_alloc&)
     {
@@ -55,7 +58,7 @@ void QuicLink::openNamed()
         return drop(Connection::kConnectFailed);
     m_Deadline = kNever;
     m_Lookup.reset();
-    setPeer(m_Found.v4(), m_Found.m_Port);
+    setPeer(m_Found);
 }
 
 } // namespace zet::inner

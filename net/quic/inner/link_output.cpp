@@ -1,5 +1,6 @@
 #include "net/quic/inner/link.h"
 
+#include "net/door/addresses.h"
 #include "net/quic/inner/router.h"
 
 #include <algorithm>
@@ -63,6 +64,13 @@ void QuicLink::advance(size_t size)
     }
 }
 
+Endpoint QuicLink::peerOf(const ngtcp2_path& path)
+{
+    const auto* const address = path.remote.addr;
+    return address->sa_family == AF_INET6 ? fromSystem(*reinterpret_cast<const sockaddr_in6*>(address))
+                                          : fromSystem(*reinterpret_cast<const sockaddr_in*>(address));
+}
+
 bool QuicLink::prepareStream()
 {
     if (m_Stream < 0 && !m_IsServer && m_IsStanding &&
@@ -117,9 +125,7 @@ void QuicLink::write()
             m_Router.schedule(*this);
             return;
         }
-        sockaddr_in peer;
-        std::memcpy(&peer, path.path.remote.addr, sizeof peer);
-        m_Router.post(peer, static_cast<size_t>(size), m_Local);
+        m_Router.post(peerOf(path.path), static_cast<size_t>(size), m_Local);
     }
     ngtcp2_conn_update_pkt_tx_time(m_Connection, now);
     m_Router.schedule(*this);

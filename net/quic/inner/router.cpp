@@ -7,6 +7,7 @@
 #include "framework/string_helper.h"
 #include "framework/time.h"
 #include "net/door/addresses.h"
+#include "net/inner/peer_text.h"
 
 #include <gnutls/crypto.h>
 
@@ -41,16 +42,24 @@ bool UdpRouter::isAvailable()
 }
 
 std::shared_ptr<UdpRouter> UdpRouter::make(UdpServer& server, const std::shared_ptr<Reactor>& reactor,
-                                           unsigned short port, unsigned int handle)
+                                           DoorHandle& handle)
 {
-    const auto opened = UdpPort::open(reactor, port, handle);
+    const auto opened = UdpPort::open(reactor, handle);
     if (!opened)
         return nullptr;
-    const auto made = std::make_shared<QuicRouter>(server, reactor, opened);
-    if (made->init())
-        return made;
-    if (handle != zet::Socket::kNoHandle)
-        opened->giveAway();
+    std::shared_ptr<QuicRouter> made;
+    try
+    {
+        made = std::make_shared<QuicRouter>(server, reactor, opened);
+        if (made->init())
+            return made;
+    }
+    catch (...)
+    {
+        handle.set(opened->giveAway());
+        throw;
+    }
+    handle.set(opened->giveAway());
     return nullptr;
 }
 
@@ -71,7 +80,7 @@ bool QuicRouter::init()
 
 unsigned short QuicRouter::getPort() const
 {
-    return ntohs(getAddress().sin_port);
+    return getAddress().m_Port;
 }
 
 QuicTime QuicRouter::now()
@@ -90,16 +99,17 @@ bool QuicRouter::join(const std::shared_ptr<Reactor>& reactor)
     if (reactor->door() != m_Reactor->door())
         return false;
     m_Port->flush();
-    const unsigned int handle = m_Port->giveAway();
+    // Owned here until a port has taken it over, so that it is closed however this ends.
+    DoorHandle handle(reactor->door(), m_Port->giveAway());
     // The System of the old reactor may continue on another thread, and must not call this router then.
     m_Reactor->forgetLater(*this);
-    const auto port = UdpPort::open(reactor, 0, handle);
+    const auto port = UdpPort::open(reactor, handle);
     if (!port)
     {
-        // Reopened on the old reactor, the port owns the handle and closes it with itself; if that fails, the handle is
-        // closed already.
-        if (const auto again = UdpPort::open(m_Reactor, 0, handle))
-            m_Port = again;
+        // A host may have closed the handle itself: then its number may belong to another file by now.
+        Endpoint own;
+        if (handle.isOpen() && !(handle.door().getOwnEndpoint(handle.get(), own) && own == m_Port->getAddress()))
+            handle.release();
         return false;
     }
     m_Port = port;
@@ -119,14 +129,14 @@ bool QuicRouter::connect(Connection& connection, const wchar_t* ip, unsigned sho
         return false;
     Endpoint peer;
     const bool isName = !Door::parse(name, port, peer);
+    const String_T<char> host = isName || peer.isV4() ? name : StringHelper::wideToUtf8(hostText(peer));
     QuicLink& link = keep(std::make_unique<QuicLink>(*this));
-    const auto begin = [&] {
-        return link.beginClient(name, id) && (isName ? link.lookUp(*m_Reactor, port) : link.openClient(toSystem(peer)));
-    };
+    const auto begin = [&]
+    { return link.beginClient(host, id) && (isName ? link.lookUp(*m_Reactor, port) : link.openClient(peer)); };
     if (!open(link, begin))
         return false;
     ++m_Count;
-    link.setOwner(connection, Connection::kConnecting, id, peer.v4(), peer.m_Port);
+    link.setOwner(connection, Connection::kConnecting, id, peer);
     wake(link, QuicLink::kWrite);
     return true;
 }
@@ -137,29 +147,27 @@ bool QuicRouter::give(Connection& connection)
         return false;
     QuicLink& link = *m_Visitors.front();
     m_Visitors.pop_front();
-    const sockaddr_in& peer = link.getPeer();
-    link.setOwner(connection, Connection::kEstablished, link.getId(), static_cast<unsigned int>(peer.sin_addr.s_addr),
-                  ntohs(peer.sin_port));
+    link.setOwner(connection, Connection::kEstablished, link.getId(), link.getPeer());
     link.onAccepted();
     wake(link, QuicLink::kTickOwner);
     return true;
 }
 
-bool QuicRouter::sendUserData(const sockaddr_in& address, const void* data, int size)
+bool QuicRouter::sendUserData(const Endpoint& peer, const void* data, int size)
 {
     unsigned char* const room = m_Port->room();
     if (!room)
         return false;
     std::memcpy(room, data, static_cast<size_t>(size));
-    post(address, static_cast<size_t>(size), 0);
+    post(peer, static_cast<size_t>(size), Endpoint());
     return true;
 }
 
-void QuicRouter::post(const sockaddr_in& address, size_t size, unsigned int local)
+void QuicRouter::post(const Endpoint& peer, size_t size, const Endpoint& local)
 {
     ++m_Traffic.m_DatagramsOut;
     m_Traffic.m_BytesOut += size;
-    m_Port->commit(address, static_cast<int>(size), local);
+    m_Port->commit(peer, static_cast<int>(size), local);
     if (m_IsTicking || m_IsLate)
         return;
     m_IsLate = m_Reactor->flushLater(weak_from_this());
@@ -242,7 +250,7 @@ void QuicRouter::onOver(QuicLink& link)
     if (link.isServer())
     {
         --m_VisitorCount;
-        m_Addresses.remove(fromSystem(link.getOrigin()));
+        m_Addresses.remove(link.getOrigin());
         if (link.isAnnounced() && !link.getOwner())
             std::erase(m_Visitors, &link);
     }
@@ -310,7 +318,11 @@ void QuicRouter::hurry()
 
 void QuicRouter::giveUserData(const UdpPort::Datagram& datagram)
 {
-    guard([&] { m_Server->onUserData(*datagram.m_Address, datagram.m_Data, datagram.m_Size); });
+    const Endpoint& peer = *datagram.m_Peer;
+    if (peer.isV4())
+        guard([&] { m_Server->onUserData(toIPv4(peer), datagram.m_Data, datagram.m_Size); });
+    else
+        guard([&] { m_Server->onUserDataIPv6(toIPv6(peer), datagram.m_Data, datagram.m_Size); });
 }
 
 void QuicRouter::takeTurns()

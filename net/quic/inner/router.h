@@ -31,10 +31,11 @@ public:
     bool connect(UdpServer::UdpConnection& connection, const wchar_t* ip, unsigned short port, const Uuid& id) override;
     bool hasVisitor() const override { return !m_Visitors.empty(); }
     Uuid getVisitorId() const override { return m_Visitors.empty() ? Uuid() : m_Visitors.front()->getId(); }
-    void getVisitorAddress(sockaddr_in& address) const override { address = m_Visitors.front()->getPeer(); }
+    Endpoint getVisitorAddress() const override { return m_Visitors.front()->getPeer(); }
     bool give(UdpServer::UdpConnection& connection) override;
-    bool sendUserData(const sockaddr_in& address, const void* data, int size) override;
-    void deliver(const sockaddr_in& address, const void* data, int size) override;
+    bool sendUserData(const Endpoint& peer, const void* data, int size) override;
+    void deliver(const Endpoint& peer, const void* data, int size) override;
+    void noteDropped() override { ++m_Traffic.m_DatagramsDropped; }
     void close() override;
     unsigned int detach() override;
 
@@ -45,7 +46,7 @@ public:
     // REQUIRES: isOpen().
     const UdpServer::Settings& settings() const { return m_Server->getSettings(); }
     const NetLimits& limits() const { return m_Server->getLimits(); }
-    const sockaddr_in& getAddress() const { return m_Port->getAddress(); }
+    const Endpoint& getAddress() const { return m_Port->getAddress(); }
     // False once close() or detach() has begun.
     bool isOpen() const { return m_Server != nullptr; }
     // Gives the link a turn, in this tick or the next.
@@ -63,7 +64,7 @@ public:
     bool hasRoomForRemains() const;
     // Space for a packet, null if the port is blocked; post() sends what was written there.
     unsigned char* room() { return m_Port->room(); }
-    void post(const sockaddr_in& address, size_t size, unsigned int local);
+    void post(const Endpoint& peer, size_t size, const Endpoint& local);
 
 private:
     // Calls code that a host has written. False if it threw; the exception is logged and not passed on.
@@ -99,7 +100,7 @@ private:
     // Whether this tick may start one more handshake.
     bool mayAdmit() const;
     // Whether the limits allow one more connection from this address.
-    bool hasRoomFor(const sockaddr_in& from) const;
+    bool hasRoomFor(const Endpoint& from) const;
     void runTimers();
     void callVisitors();
     void takeTurns();

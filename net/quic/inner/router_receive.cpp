@@ -68,11 +68,11 @@ void QuicRouter::receive()
     }
 }
 
-void QuicRouter::deliver(const sockaddr_in& address, const void* data, int size)
+void QuicRouter::deliver(const Endpoint& peer, const void* data, int size)
 {
     if (!m_Server || size > UdpPort::kMostBytes)
         return;
-    const UdpPort::Datagram datagram{&address, 0, static_cast<const unsigned char*>(data), size};
+    const UdpPort::Datagram datagram{&peer, Endpoint(), static_cast<const unsigned char*>(data), size};
     route(datagram);
     count(datagram);
 }
@@ -141,12 +141,13 @@ void QuicRouter::sendVersions(const UdpPort::Datagram& datagram)
         ngtcp2_pkt_write_version_negotiation(out, UdpPort::kMostBytes, kFixedBit, head.m_Source, head.m_SourceSize,
                                              head.m_Target, head.m_TargetSize, &version, 1);
     if (written > 0)
-        post(*datagram.m_Address, static_cast<size_t>(written), datagram.m_Local);
+        post(*datagram.m_Peer, static_cast<size_t>(written), datagram.m_Local);
 }
 
 bool QuicRouter::greet(const UdpPort::Datagram& datagram)
 {
-    const sockaddr_in& from = *datagram.m_Address;
+    const Endpoint& from = *datagram.m_Peer;
+    const SystemAddress sender(from);
     ngtcp2_pkt_hd head;
     const int result = ngtcp2_accept(&head, datagram.m_Data, static_cast<size_t>(datagram.m_Size));
     if ((result != 0 && result != NGTCP2_ERR_RETRY) || settings().m_ConnectionLimit <= 0)
@@ -162,8 +163,8 @@ bool QuicRouter::greet(const UdpPort::Datagram& datagram)
     if (head.dcid.datalen != QuicId::kSize || ++m_TokenChecks > UdpServer::kGreetingsPerTick ||
         head.token.base[0] != NGTCP2_CRYPTO_TOKEN_MAGIC_RETRY ||
         ngtcp2_crypto_verify_retry_token(&origin, head.token.base, head.token.len, m_Secret, sizeof m_Secret,
-                                         head.version, reinterpret_cast<const sockaddr*>(&from), sizeof from,
-                                         &head.dcid, kTokenTime, now()) != 0)
+                                         head.version, &sender.m_Plain, sender.m_Size, &head.dcid, kTokenTime,
+                                         now()) != 0)
         return true;
     if (!mayAdmit())
         return false;
@@ -177,7 +178,7 @@ bool QuicRouter::greet(const UdpPort::Datagram& datagram)
 
 void QuicRouter::sendRetry(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head)
 {
-    const sockaddr_in& to = *datagram.m_Address;
+    const SystemAddress to(*datagram.m_Peer);
     unsigned char* const out = room();
     if (!out)
         return;
@@ -186,15 +187,14 @@ void QuicRouter::sendRetry(const UdpPort::Datagram& datagram, const ngtcp2_pkt_h
     unsigned char token[NGTCP2_CRYPTO_MAX_RETRY_TOKENLEN];
     if (gnutls_rnd(GNUTLS_RND_RANDOM, self.data, self.datalen) < 0)
         return;
-    const auto size =
-        ngtcp2_crypto_generate_retry_token(token, m_Secret, sizeof m_Secret, head.version,
-                                           reinterpret_cast<const sockaddr*>(&to), sizeof to, &self, &head.dcid, now());
+    const auto size = ngtcp2_crypto_generate_retry_token(token, m_Secret, sizeof m_Secret, head.version, &to.m_Plain,
+                                                         to.m_Size, &self, &head.dcid, now());
     if (size < 0)
         return;
     const auto written = ngtcp2_crypto_write_retry(out, UdpPort::kMostBytes, head.version, &head.scid, &self,
                                                    &head.dcid, token, static_cast<size_t>(size));
     if (written > 0)
-        post(*datagram.m_Address, static_cast<size_t>(written), datagram.m_Local);
+        post(*datagram.m_Peer, static_cast<size_t>(written), datagram.m_Local);
 }
 
 void QuicRouter::refuse(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head)
@@ -205,19 +205,19 @@ void QuicRouter::refuse(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& 
     const auto written = ngtcp2_crypto_write_connection_close(out, UdpPort::kMostBytes, head.version, &head.scid,
                                                               &head.dcid, NGTCP2_CONNECTION_REFUSED, nullptr, 0);
     if (written > 0)
-        post(*datagram.m_Address, static_cast<size_t>(written), datagram.m_Local);
+        post(*datagram.m_Peer, static_cast<size_t>(written), datagram.m_Local);
 }
 
 void QuicRouter::admit(const UdpPort::Datagram& datagram, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin)
 {
-    const Endpoint from = fromSystem(*datagram.m_Address);
+    const Endpoint from = *datagram.m_Peer;
     QuicLink& link = keep(std::make_unique<QuicLink>(*this));
     bool isCounted = false;
     const auto begin = [&]
     {
         m_Addresses.add(from);
         isCounted = true;
-        return link.openServer(*datagram.m_Address, head, origin);
+        return link.openServer(from, head, origin);
     };
     if (!open(link, begin))
     {
@@ -240,11 +240,11 @@ bool QuicRouter::mayAdmit() const
            (time == 0 || getTimeTick() - m_ReceiveBegin < time);
 }
 
-bool QuicRouter::hasRoomFor(const sockaddr_in& from) const
+bool QuicRouter::hasRoomFor(const Endpoint& from) const
 {
     return m_VisitorCount < settings().m_ConnectionLimit &&
            (limits().m_Connections <= 0 || m_VisitorCount < limits().m_Connections) &&
-           m_Addresses.hasSpace(fromSystem(from), limits());
+           m_Addresses.hasSpace(from, limits());
 }
 
 } // namespace zet::inner

@@ -165,9 +165,7 @@ int QuicTls::verify(gnutls_session_t session)
     link.setAlert(static_cast<uint8_t>(alert));
     if (code != 0)
     {
-        const sockaddr_in& peer = link.getPeer();
-        Log::warning(L"TLS handshake over UDP with %s failed: %s",
-                     peerText(static_cast<unsigned int>(peer.sin_addr.s_addr), ntohs(peer.sin_port)), fault);
+        Log::warning(L"TLS handshake over UDP with %s failed: %s", peerText(link.getPeer()), fault);
     }
     return code;
 }

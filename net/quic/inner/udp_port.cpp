@@ -1,7 +1,5 @@
 #include "net/quic/inner/udp_port.h"
 
-#include "net/door/addresses.h"
-
 #include <algorithm>
 
 namespace zet::inner
@@ -9,9 +7,6 @@ namespace zet::inner
 
 namespace
 {
-
-// What the operating system may hold of what comes and goes, as far as it allows: a tick may be late.
-constexpr int kSocketBuffer = 4 * 1024 * 1024;
 
 struct Batch
 {
@@ -31,48 +26,27 @@ struct UdpPort::Batches
 {
     Batch m_In;
     Batch m_Out;
-    // Of the datagram that receive() gave last.
-    sockaddr_in m_From{};
 };
 
-UdpPort::UdpPort(Reactor& reactor, Door::Handle handle) : Watched(reactor, handle), m_Batches(new Batches) {}
+UdpPort::UdpPort(Reactor& reactor) : Watched(reactor, Door::kNoHandle), m_Batches(new Batches) {}
 
 UdpPort::~UdpPort() = default;
 
-Ref<UdpPort> UdpPort::open(const std::shared_ptr<Reactor>& reactor, unsigned short port, unsigned int handle)
+Ref<UdpPort> UdpPort::open(const std::shared_ptr<Reactor>& reactor, DoorHandle& handle)
 {
-    Door& door = *reactor->door();
-    const bool isGiven = handle != zet::Socket::kNoHandle;
-    Door::Fault fault;
-    const Ref<UdpPort> made(new UdpPort(*reactor, isGiven ? handle : door.open(Door::kDatagrams, fault)));
-    if (fault)
-        return Ref<UdpPort>();
-    if (isGiven)
-    {
-        fault = door.unblock(handle);
-    }
-    else
-    {
-        fault = door.bind(made->getHandle(), Endpoint::ofV4(INADDR_ANY, port));
-        door.setOption(made->getHandle(), Door::kReceiveBuffer, kSocketBuffer);
-        door.setOption(made->getHandle(), Door::kSendBuffer, kSocketBuffer);
-    }
-    if (!fault && made->prepare())
+    const Ref<UdpPort> made(new UdpPort(*reactor));
+    made->take(handle.release());
+    if (made->start())
         return made;
-    if (isGiven)
-        made->giveAway();
+    handle.set(made->giveAway());
     return Ref<UdpPort>();
 }
 
-bool UdpPort::prepare()
+bool UdpPort::start()
 {
-    // An answer leaves from the address that was asked. Where the system cannot tell, it chooses.
+    // An answer leaves from the address that was asked. Where the system does not report it, the system chooses.
     door().setOption(getHandle(), Door::kLocalAddress, 1);
-    Endpoint own;
-    if (!door().getOwnEndpoint(getHandle(), own))
-        return false;
-    m_Address = toSystem(own);
-    return startWatch(kReadyInput);
+    return door().getOwnEndpoint(getHandle(), m_Address) && startWatch(kReadyInput);
 }
 
 void UdpPort::waitForOutput()
@@ -118,8 +92,7 @@ bool UdpPort::receiveBatch()
 UdpPort::Datagram UdpPort::getDatagram(int index)
 {
     const Door::Datagram& in = m_Batches->m_In.m_Datagrams[index];
-    m_Batches->m_From = toSystem(in.m_Peer);
-    return {&m_Batches->m_From, in.m_Local, in.m_Data, in.m_Size};
+    return {&in.m_Peer, in.m_Local, in.m_Data, in.m_Size};
 }
 
 unsigned char* UdpPort::room()
@@ -129,10 +102,10 @@ unsigned char* UdpPort::room()
     return m_Unsent < kBatch && !m_IsBlocked ? m_Batches->m_Out.m_Datagrams[m_Unsent].m_Data : nullptr;
 }
 
-void UdpPort::commit(const sockaddr_in& address, int size, unsigned int local)
+void UdpPort::commit(const Endpoint& peer, int size, const Endpoint& local)
 {
     Door::Datagram& out = m_Batches->m_Out.m_Datagrams[m_Unsent++];
-    out.m_Peer = fromSystem(address);
+    out.m_Peer = peer;
     out.m_Local = local;
     out.m_Size = size;
 }
@@ -148,10 +121,10 @@ void UdpPort::flush()
         if (fault.m_Reason == Door::Fault::kNotNow || fault.m_Reason == Door::Fault::kExhausted)
             waitForOutput();
         else if (fault)
-            // No way to this address: the datagram is lost, as others are on the way.
+            // This address cannot be reached: the datagram is lost, as others are on the network.
             ++at;
     }
-    // What is left keeps its order, at the front; the bytes lie where they were.
+    // The rest keeps its order, at the front; the bytes stay where they are.
     if (at > 0)
         std::rotate(out, out + at, out + m_Unsent);
     m_Unsent -= at;

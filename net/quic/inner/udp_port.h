@@ -5,8 +5,6 @@
 #include "net/inner/watched.h"
 #include "net/socket.h"
 
-#include <netinet/in.h>
-
 #include <memory>
 
 namespace zet::inner
@@ -23,20 +21,21 @@ public:
 
     struct Datagram
     {
-        const sockaddr_in* m_Address;
-        // The address of this machine that it came to, in network order; 0 where the system does not tell.
-        unsigned int m_Local;
+        const Endpoint* m_Peer;
+        // The address of this machine that it arrived at; 0.0.0.0 or :: if the system does not report it.
+        Endpoint m_Local;
         const unsigned char* m_Data;
         int m_Size;
     };
 
-    // A socket on a port of all addresses, or one that is there already. Null where there is none; a handle that was
-    // given stays the caller's then.
-    static Ref<UdpPort> open(const std::shared_ptr<Reactor>& reactor, unsigned short port, unsigned int handle);
+    // A port on a bound socket, which it takes over. Null, and the handle stays the caller's, if the system does not
+    // watch it. Throws std::bad_alloc, and the handle stays too.
+    static Ref<UdpPort> open(const std::shared_ptr<Reactor>& reactor, DoorHandle& handle);
 
     ~UdpPort();
 
-    const sockaddr_in& getAddress() const { return m_Address; }
+    // The address and the port that it is bound to.
+    const Endpoint& getAddress() const { return m_Address; }
 
     // Whether there may be a next datagram. It costs no system call.
     bool isReadable() const { return m_IsReadable || m_Next < m_Received; }
@@ -46,12 +45,12 @@ public:
     // The next receive() gives the datagram of the last one again.
     void putBack() { --m_Next; }
 
-    // Room for a datagram of kMostBytes, or null while the operating system takes none; then isBlocked() is true until
+    // Space for a datagram of kMostBytes, or null while the operating system takes none; then isBlocked() is true until
     // it does again.
     unsigned char* room();
-    // What was written there goes to an address, with its batch; from this address of ours, or from one of the system's
-    // choice where it is 0.
-    void commit(const sockaddr_in& address, int size, unsigned int local);
+    // Sends what was written there to an address, with its batch; from this address of ours, or from one that the
+    // system chooses if it is 0.0.0.0 or ::.
+    void commit(const Endpoint& peer, int size, const Endpoint& local);
     // Sends what was committed.
     void flush();
     bool isBlocked() const { return m_IsBlocked; }
@@ -61,14 +60,14 @@ public:
 private:
     struct Batches;
 
-    UdpPort(Reactor& reactor, Door::Handle handle);
-    bool prepare();
+    explicit UdpPort(Reactor& reactor);
+    bool start();
     bool receiveBatch();
     Datagram getDatagram(int index);
     void waitForOutput();
 
     std::unique_ptr<Batches> m_Batches;
-    sockaddr_in m_Address{};
+    Endpoint m_Address;
     // The datagrams of the last batch, and the first of them that receive() has not given.
     int m_Received = 0;
     int m_Next = 0;

@@ -4,7 +4,7 @@ namespace zet::inner
 {
 
 void UdpLink::setOwner(UdpServer::UdpConnection& owner, UdpServer::UdpConnection::ConnectionState state, const Uuid& id,
-                       unsigned int address, unsigned short port)
+                       const Endpoint& peer)
 {
     m_Owner = &owner;
     owner.m_Link = this;
@@ -12,15 +12,16 @@ void UdpLink::setOwner(UdpServer::UdpConnection& owner, UdpServer::UdpConnection
     owner.m_IsEndTold = false;
     owner.m_HasBegun = true;
     owner.m_ConnectionId = id;
-    setPeer(address, port);
+    setPeer(peer);
 }
 
-void UdpLink::setPeer(unsigned int address, unsigned short port)
+void UdpLink::setPeer(const Endpoint& peer)
 {
     if (!m_Owner)
         return;
-    m_Owner->m_PeerAddress = address;
-    m_Owner->m_PeerPort = port;
+    std::memcpy(m_Owner->m_PeerBytes, peer.m_Bytes, sizeof peer.m_Bytes);
+    m_Owner->m_PeerScope = peer.m_Scope;
+    m_Owner->m_PeerPort = peer.m_Port;
 }
 
 void UdpLink::leaveOwner(UdpServer::UdpConnection::ConnectionState state)

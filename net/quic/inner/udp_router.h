@@ -1,4 +1,4 @@
-// What stands behind a UDP port and behind each of its connections, whatever carries them.
+// What a UDP port and its connections call, whatever protocol carries them.
 #pragma once
 
 #include "net/inner/reactor.h"
@@ -9,8 +9,8 @@
 namespace zet::inner
 {
 
-// One connection as its object sees it: bytes in, bytes out, an end. The router owns it and outlives no object that
-// points here; an object that closes lets go of it.
+// One connection as its object sees it: bytes in, bytes out, an end. The router owns it. No object points here longer
+// than the router lives; an object that closes drops its pointer.
 class UdpLink
 {
 public:
@@ -19,14 +19,14 @@ public:
     UdpServer::UdpConnection* getOwner() const { return m_Owner; }
     // Whether an object has no connection.
     static bool isFree(const UdpServer::UdpConnection& connection) { return !connection.m_Link; }
-    // Gives the object this connection, and takes note of the peer.
+    // Gives the object this connection and the peer's address.
     void setOwner(UdpServer::UdpConnection& owner, UdpServer::UdpConnection::ConnectionState state, const Uuid& id,
-                  unsigned int address, unsigned short port);
+                  const Endpoint& peer);
     // The address of the peer becomes known.
-    void setPeer(unsigned int address, unsigned short port);
+    void setPeer(const Endpoint& peer);
     // Takes the connection from its object, whose state becomes this.
     void leaveOwner(UdpServer::UdpConnection::ConnectionState state);
-    // The same where the connection breaks, and the object is told. The caller holds it.
+    // The same when the connection breaks, and calls the object's onClose(). The caller holds the object.
     void breakOwner();
 
     int available() const { return m_Input.size(); }
@@ -34,16 +34,16 @@ public:
     size_t outputSize() const { return m_Output.size(); }
     // kEstablished while it is established or connecting; then how it ended.
     UdpServer::UdpConnection::ConnectionState end() const { return m_End; }
-    // What has happened since the last call; they are taken by asking.
+    // Whether it has happened since the last call.
     bool takeStanding() { return std::exchange(m_HasStood, false); }
     bool takeReceived() { return std::exchange(m_HasReceived, false); }
     bool takeConfirmed() { return std::exchange(m_HasConfirmed, false); }
 
     virtual void consume(int size) = 0;
     virtual bool send(const void* data, int size) = 0;
-    // The object has let go. The link ends by itself.
+    // The object has dropped it. The link ends by itself.
     virtual void close() = 0;
-    // Ends it as broken; the object is told with its next tick. Nothing where it has ended.
+    // Ends it as broken, which the object's next tick reports. Nothing if it has ended.
     virtual void breakOff() = 0;
 
 protected:
@@ -64,30 +64,32 @@ public:
 
     // Whether this build has one.
     static bool isAvailable();
-    // A router with a port: by its number, or a bound handle that stays the caller's until this has succeeded. Null,
-    // with the log told, where there is none.
+    // A router on a bound socket. Null, and the handle stays the caller's, if the router cannot start; the build
+    // without one logs it.
     static std::shared_ptr<UdpRouter> make(UdpServer& server, const std::shared_ptr<Reactor>& reactor,
-                                           unsigned short port, unsigned int handle);
+                                           DoorHandle& handle);
 
     virtual unsigned short getPort() const = 0;
     virtual unsigned int getHandle() const = 0;
     virtual int getConnectionCount() const = 0;
     virtual const UdpServer::Traffic& getTraffic() const = 0;
-    // Moves the port to another reactor; false has lost it.
+    // Moves the port to another reactor; on failure the port is closed.
     virtual bool join(const std::shared_ptr<Reactor>& reactor) = 0;
     virtual void tick() = 0;
-    // The end of a System's tick: sends what came up behind the server's own tick.
+    // The end of a System's tick: sends what was queued after the server's own tick.
     virtual void endTick() = 0;
     virtual bool connect(UdpServer::UdpConnection& connection, const wchar_t* ip, unsigned short port,
                          const Uuid& id) = 0;
-    // Whether somebody waits, who he is, and his connection's way to an object.
+    // Whether a connection is pending; the id and the address of the first one, while there is one; and its acceptance.
     virtual bool hasVisitor() const = 0;
     virtual Uuid getVisitorId() const = 0;
-    virtual void getVisitorAddress(sockaddr_in& address) const = 0;
+    virtual Endpoint getVisitorAddress() const = 0;
     virtual bool give(UdpServer::UdpConnection& connection) = 0;
-    virtual bool sendUserData(const sockaddr_in& address, const void* data, int size) = 0;
-    virtual void deliver(const sockaddr_in& address, const void* data, int size) = 0;
-    // Ends all connections and the port. The server is not called any more.
+    virtual bool sendUserData(const Endpoint& peer, const void* data, int size) = 0;
+    virtual void deliver(const Endpoint& peer, const void* data, int size) = 0;
+    // User data that no override has taken.
+    virtual void noteDropped() = 0;
+    // Ends all connections and the port. The server is not called after that.
     virtual void close() = 0;
     // The same, but the handle goes to the caller, open.
     virtual unsigned int detach() = 0;

@@ -11,7 +11,7 @@ bool UdpRouter::isAvailable()
     return false;
 }
 
-std::shared_ptr<UdpRouter> UdpRouter::make(UdpServer&, const std::shared_ptr<Reactor>&, unsigned short, unsigned int)
+std::shared_ptr<UdpRouter> UdpRouter::make(UdpServer&, const std::shared_ptr<Reactor>&, DoorHandle&)
 {
     Log::error(L"This library was built without connections over UDP");
     return nullptr;

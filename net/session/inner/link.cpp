@@ -1,5 +1,6 @@
 #include "net/session/inner/link.h"
 
+#include "framework/inner/moment.h"
 #include "framework/inner/report.h"
 #include "framework/log.h"
 #include "framework/memory_stream.h"
@@ -56,7 +57,7 @@ void NetLink::onTick(unsigned int tick)
 {
     if (!m_Session)
         return;
-    const bool isLate = m_Phase == kGreeting && static_cast<int>(tick - m_GreetBy) >= 0;
+    const bool isLate = m_Phase == kGreeting && isReached(m_GreetBy, tick);
     if (!PacketTick::isDue(*this) && !isLate && !m_IsUnusable)
         return;
     // A handler may release session and link.

@@ -1,5 +1,6 @@
 #include "net/tcp/inner/crowd.h"
 
+#include "framework/inner/moment.h"
 #include "framework/log.h"
 #include "framework/stopwatch.h"
 #include "framework/time.h"
@@ -17,13 +18,8 @@ namespace
 // Deadlines of ended connections that are worth a walk over all.
 constexpr size_t kManyStale = 1024;
 
-// Milliseconds between two log lines on connections that were turned away.
-constexpr unsigned int kTurnedAwayInterval = 60000;
-
-bool isReached(unsigned int moment, unsigned int now)
-{
-    return static_cast<int>(now - moment) >= 0;
-}
+// Milliseconds between two log lines on refused connections.
+constexpr unsigned int kRefusedInterval = 60000;
 
 } // namespace
 
@@ -111,7 +107,7 @@ void Crowd::setLimits(const NetLimits& limits)
     m_Limits.m_IdleTime = std::min(limits.m_IdleTime, 0x7FFFFFFFu);
 }
 
-bool Crowd::hasRoom(const Endpoint& peer) const
+bool Crowd::hasSpace(const Endpoint& peer) const
 {
     return (m_Limits.m_Connections <= 0 || m_Count < m_Limits.m_Connections) && m_Addresses.hasSpace(peer, m_Limits);
 }
@@ -124,16 +120,16 @@ Ref<Seat> Crowd::admit(const Endpoint& peer)
     return seat;
 }
 
-void Crowd::noteTurnedAway()
+void Crowd::noteRefused()
 {
-    ++m_TurnedAway;
+    ++m_Refused;
     const unsigned int now = getTimeTick();
-    if (m_HasTold && now - m_ToldTurnedAway < kTurnedAwayInterval)
+    if (m_HasLogged && now - m_RefusedLogged < kRefusedInterval)
         return;
-    m_HasTold = true;
-    m_ToldTurnedAway = now;
+    m_HasLogged = true;
+    m_RefusedLogged = now;
     Log::warning(L"Connections closed at once, since the port has as many as it may, in all or from one place: %u",
-                 std::exchange(m_TurnedAway, 0));
+                 std::exchange(m_Refused, 0));
 }
 
 void Crowd::remove(Seat& seat)
@@ -169,7 +165,7 @@ void Crowd::setServed(bool isServed)
     m_IsServed = isServed;
     if (isServed)
         return;
-    // From now on each connection looks after its handshake with its own ticks.
+    // From now on each connection runs its handshake in its own ticks.
     for (const Ref<Seat>& seat : std::exchange(m_Steps, {}))
         seat->m_IsWaiting = false;
     for (const Deadline& each : std::exchange(m_Deadlines, {}))

@@ -1,5 +1,5 @@
-// The connections of one listening port together: how many there are, from where, what they hold, whose handshake is
-// next and whose time is up.
+// The connections of one listening port together: their number, their addresses, the bytes they hold, the order of
+// their handshakes and their deadlines.
 #pragma once
 
 #include "net/inner/address_counts.h"
@@ -21,37 +21,37 @@ namespace zet::inner
 
 class Crowd;
 
-// One connection's place among the others. Its link holds it, and the crowd's lists while it stands in them. It keeps
-// the crowd, and the limits that were in force when it came.
+// One connection's place among the others. Its link holds it, and so do the crowd's lists that contain it. It holds the
+// crowd, and the limits that applied when the connection was accepted.
 class Seat final : public Counted<Seat>
 {
 public:
     Seat(std::shared_ptr<Crowd> crowd, const Endpoint& peer);
 
     const NetLimits& limits() const { return m_Limits; }
-    // The connection is taken on, and its time without input begins.
+    // The connection has been accepted, and its time without input begins.
     void setOwner(TcpConnection* owner);
-    // The connection has ended, or is the host's own from now on.
+    // The connection has ended, or belongs to the host alone from now on.
     void leave();
 
-    // What the connection holds now, in bytes. False where that is too much for the port.
+    // Sets the bytes that the connection holds. False if that is too much for the port.
     bool holdInput(size_t bytes);
     bool holdOutput(size_t bytes);
 
-    // A handshake of the connection begins, and may take so many milliseconds.
+    // A handshake of the connection begins, and may take this time in milliseconds.
     void beginHandshake(TcpSecureConnection& connection, unsigned int time);
-    // There is input for it. False where it waits already. Only where isTimed().
+    // There is input for it. False if it waits already. Only if isTimed().
     bool waitForStep();
     void endHandshake();
-    // The port watches the time of this connection and serves its handshake.
+    // The port keeps the deadlines of this connection and runs its handshake.
     bool isTimed() const { return m_IsTimed; }
-    // Something has come from the peer.
+    // Input was received from the peer.
     void noteInput();
 
 private:
     friend class Crowd;
 
-    // The moment at which its time is up, of what runs now; false where nothing runs.
+    // The next deadline of the connection; false if it has none.
     bool getDeadline(unsigned int& moment) const;
 
     const std::shared_ptr<Crowd> m_Crowd;
@@ -75,15 +75,15 @@ public:
     void setLimits(const NetLimits& limits);
     const NetLimits& limits() const { return m_Limits; }
 
-    // Whether one more may come from there.
-    bool hasRoom(const Endpoint& peer) const;
+    // Whether the limits allow one more connection from this address.
+    bool hasSpace(const Endpoint& peer) const;
     Ref<Seat> admit(const Endpoint& peer);
-    // One was closed for want of room. The log is told at once, and then once a minute at most.
-    void noteTurnedAway();
+    // A connection was refused by the limits. Logged at once, and then once a minute at most.
+    void noteRefused();
 
-    // The port is there, or no longer there, to call serve().
+    // The port calls serve() from now on, or does not any more.
     void setServed(bool isServed);
-    // Takes steps of handshakes within the limits, and ends the connections whose time is up. True where steps are
+    // Runs steps of handshakes within the limits, and ends the connections whose deadline has passed. True if steps are
     // left.
     bool serve();
 
@@ -108,14 +108,14 @@ private:
     size_t m_Input = 0;
     size_t m_Output = 0;
     std::deque<Ref<Seat>> m_Steps;
-    // A heap by time; those of connections that are gone lie in it until they are many or their time comes.
+    // A heap by time. Those of ended connections stay in it until they are many or their time is reached.
     std::vector<Deadline> m_Deadlines;
     size_t m_Stale = 0;
     bool m_IsServed = false;
-    unsigned int m_TurnedAway = 0;
+    unsigned int m_Refused = 0;
     // When that was logged last.
-    unsigned int m_ToldTurnedAway = 0;
-    bool m_HasTold = false;
+    unsigned int m_RefusedLogged = 0;
+    bool m_HasLogged = false;
 };
 
 } // namespace zet::inner

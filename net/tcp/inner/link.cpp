@@ -2,6 +2,8 @@
 
 #include "net/tcp/connection.h"
 
+#include <new>
+
 namespace zet::inner
 {
 
@@ -32,20 +34,48 @@ bool TcpLink::connect(const Endpoint& peer)
 
 bool TcpLink::connectByName(Reactor& reactor, const char* name, unsigned short port)
 {
-    m_Lookup = reactor.resolve(name,
-                               [this, port](const std::vector<Endpoint>& found)
-                               {
-                                   m_Peer = found.empty() ? Endpoint() : found.front();
-                                   m_Peer.m_Port = found.empty() ? static_cast<unsigned short>(0) : port;
-                                   report(TcpConnection::kConnected);
-                               });
-    return m_Lookup != nullptr;
+    m_Race.reset(new (std::nothrow) TcpRace(*this, reactor, port));
+    return m_Race && m_Race->lookUp(name);
 }
 
 bool TcpLink::beginNamed()
 {
-    m_Lookup.reset();
-    return m_Peer.m_Port != 0 && connect(m_Peer);
+    const std::vector<Endpoint>& found = m_Race->takeAddresses();
+    if (found.empty())
+        return false;
+    if (found.size() > 1 || !found.front().isV4())
+    {
+        reportAttempt();
+        return true;
+    }
+    // The socket that has waited for the name is one of IPv4.
+    const Endpoint peer = found.front();
+    m_Race.reset();
+    return connect(peer);
+}
+
+TcpRace::State TcpLink::race()
+{
+    TcpRace::State state = TcpRace::kLost;
+    try
+    {
+        state = m_Race->step();
+    }
+    catch (const std::bad_alloc&)
+    {
+        // Ends like a name whose addresses do not answer.
+    }
+    m_Peer = m_Race->getPeer();
+    if (state == TcpRace::kWon)
+        Watched::take(m_Race->releaseHandle());
+    if (state != TcpRace::kRunning)
+        m_Race.reset();
+    return state;
+}
+
+void TcpLink::reportAttempt()
+{
+    report(TcpConnection::kConnected);
 }
 
 bool TcpLink::isConnected()

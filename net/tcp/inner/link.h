@@ -5,6 +5,7 @@
 #include "net/inner/counted.h"
 #include "net/inner/watched.h"
 #include "net/tcp/inner/crowd.h"
+#include "net/tcp/inner/race.h"
 
 namespace zet
 {
@@ -30,8 +31,18 @@ struct TcpLink final : Counted<TcpLink>, Watched
     bool connect(const Endpoint& peer);
     // The same to a host name: the owner gets kConnected once the name is resolved, and calls beginNamed().
     bool connectByName(Reactor& reactor, const char* name, unsigned short port);
-    bool isNamed() const { return m_Lookup != nullptr; }
+    bool isNamed() const { return m_Race && m_Race->isLookingUp(); }
     bool beginNamed();
+    // After that, while the name has several addresses: race() tries them, to be called with each report and each tick.
+    // The link takes the winner's handle and address.
+    bool isRacing() const { return m_Race != nullptr; }
+    TcpRace::State race();
+    void reportAttempt();
+    void close()
+    {
+        m_Race.reset();
+        Watched::close();
+    }
     // Whether the connection succeeded; called once, after its result was reported.
     bool isConnected();
     void onReady(unsigned char ready) override;
@@ -65,7 +76,7 @@ struct TcpLink final : Counted<TcpLink>, Watched
 private:
     void report(unsigned int pending);
 
-    std::shared_ptr<Lookup> m_Lookup;
+    std::unique_ptr<TcpRace> m_Race;
     bool m_IsConnecting = false;
     // An end or a fault, which no further event reports, may follow the bytes.
     bool m_HasTail = false;

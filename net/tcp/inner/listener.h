@@ -19,7 +19,7 @@ struct TcpListener final : Watched
     // From now on the owner learns of pending connections. False where the system does not watch the port.
     bool watch() { return startWatch(kReadyInput); }
     // The owner has found no pending connection, and learns of the next one.
-    void waitForVisitor() { poller().want(*this, kReadyInput); }
+    void waitForPeer() { poller().want(*this, kReadyInput); }
     void onReady(unsigned char ready) override;
 
     TcpServer& m_Owner;
