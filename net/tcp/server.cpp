@@ -203,10 +203,13 @@ void TcpServer::onTick(unsigned int)
 
 void TcpServer::acceptPending()
 {
+    // Before a clock is read: mostly no connection is pending.
+    if (!m_Pending && !m_IsReady)
+        return;
     if (m_IsResting && !inner::isReached(m_RestUntil, getTimeTick()))
         return;
     Stopwatch watch;
-    for (int i = 0; i < kAcceptsPerTick && watch.getElapsed() < kAcceptTime; ++i)
+    for (int i = 0; i < kAcceptsPerTick && watch.isBelow(kAcceptTime); ++i)
     {
         if (!m_Listener || (!m_Pending && !m_IsReady))
             return;

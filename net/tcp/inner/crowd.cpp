@@ -179,11 +179,19 @@ void Crowd::setServed(bool isServed)
 
 bool Crowd::serve()
 {
+    if (!m_Steps.empty())
+        takeSteps();
+    endLate();
+    return !m_Steps.empty();
+}
+
+void Crowd::takeSteps()
+{
     Stopwatch watch;
     for (int steps = 0; !m_Steps.empty(); ++steps)
     {
         if (steps > 0 && ((m_Limits.m_HandshakeSteps > 0 && steps >= m_Limits.m_HandshakeSteps) ||
-                          (m_Limits.m_HandshakeTime > 0 && watch.getElapsed() >= m_Limits.m_HandshakeTime)))
+                          (m_Limits.m_HandshakeTime > 0 && !watch.isBelow(m_Limits.m_HandshakeTime))))
             break;
         const Ref<Seat> seat = std::move(m_Steps.front());
         m_Steps.pop_front();
@@ -193,12 +201,12 @@ bool Crowd::serve()
         else
             --steps;
     }
-    endLate();
-    return !m_Steps.empty();
 }
 
 void Crowd::endLate()
 {
+    if (m_Deadlines.empty())
+        return;
     const unsigned int now = getTimeTick();
     while (!m_Deadlines.empty() && isReached(m_Deadlines.front().m_Moment, now))
     {

@@ -100,6 +100,7 @@ private:
     bool isFair(size_t bytes, size_t sum, size_t limit) const;
     void remove(Seat& seat);
     void watch(Seat& seat);
+    void takeSteps();
     void endLate();
 
     NetLimits m_Limits;
