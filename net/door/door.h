@@ -60,6 +60,8 @@ public:
             kNotNow,
             // The process or the system has no handle or no memory left.
             kExhausted,
+            // The system does not cut a buffer into datagrams on this socket.
+            kNotSegmented,
             kOther
         };
 
@@ -115,6 +117,15 @@ public:
     // The datagrams that came and went. A fault of a receive may be that of an earlier datagram.
     virtual int receiveBatch(Handle handle, Datagram* datagrams, int count, Fault& fault) = 0;
     virtual int sendBatch(Handle handle, const Datagram* datagrams, int count, Fault& fault) = 0;
+    // Whether sendSegmented() can save the system work.
+    virtual bool canSegment(Handle) { return false; }
+    // Sends like sendBatch(). Datagrams in a row with the same peer, local address and size (the last one may be
+    // shorter) are one buffer to the system, which cuts it as late as it can. After a fault other than kNotNow and
+    // kExhausted, sendBatch() may still send what is left.
+    virtual int sendSegmented(Handle handle, const Datagram* datagrams, int count, Fault& fault)
+    {
+        return sendBatch(handle, datagrams, count, fault);
+    }
 
     virtual bool getOwnEndpoint(Handle handle, Endpoint& own) = 0;
     virtual bool getPeerEndpoint(Handle handle, Endpoint& peer) = 0;

@@ -29,6 +29,7 @@ struct Endpoint
         constexpr unsigned char kHead[12] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF};
         return std::memcmp(m_Bytes, kHead, sizeof kHead) == 0;
     }
+    friend bool operator==(const Endpoint& a, const Endpoint& b) = default;
     // 0 for an IPv6 address.
     unsigned int v4() const
     {

@@ -6,12 +6,14 @@
 #include "net/limits.h"
 
 #include <netinet/tcp.h>
+#include <netinet/udp.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <numeric>
 
 namespace zet::inner
 {
@@ -68,7 +70,7 @@ void setValue(Door::Handle handle, int level, int name, int value)
     ::setsockopt(handleOf(handle), level, name, &value, sizeof value);
 }
 
-// Messages of one system call, each with one piece of memory.
+// Messages of one system call. Each has one piece of memory, or the pieces of several datagrams.
 class Batch
 {
 public:
@@ -86,7 +88,8 @@ public:
         }
     }
 
-    void wantLocal(int index)
+    // Lets a message of a receive give what the options ask for.
+    void wantControl(int index)
     {
         msghdr& head = m_Messages[index].msg_hdr;
         head.msg_control = m_Controls[index].m_Bytes;
@@ -94,27 +97,27 @@ public:
     }
     unsigned int getLocal(int index)
     {
-        msghdr& head = m_Messages[index].msg_hdr;
-        for (cmsghdr* part = CMSG_FIRSTHDR(&head); part; part = CMSG_NXTHDR(&head, part))
-            if (part->cmsg_level == IPPROTO_IP && part->cmsg_type == IP_PKTINFO)
-            {
-                in_pktinfo info;
-                std::memcpy(&info, CMSG_DATA(part), sizeof info);
-                return static_cast<unsigned int>(info.ipi_spec_dst.s_addr);
-            }
-        return 0;
+        in_pktinfo info{};
+        find(index, IPPROTO_IP, IP_PKTINFO, info);
+        return static_cast<unsigned int>(info.ipi_spec_dst.s_addr);
     }
     void setLocal(int index, unsigned int local)
     {
-        wantLocal(index);
         in_pktinfo info{};
         info.ipi_spec_dst.s_addr = local;
-        cmsghdr* const part = CMSG_FIRSTHDR(&m_Messages[index].msg_hdr);
-        part->cmsg_level = IPPROTO_IP;
-        part->cmsg_type = IP_PKTINFO;
-        part->cmsg_len = CMSG_LEN(sizeof info);
-        std::memcpy(CMSG_DATA(part), &info, sizeof info);
+        add(index, IPPROTO_IP, IP_PKTINFO, info);
     }
+#ifdef UDP_SEGMENT
+    // A message takes the pieces of this many datagrams; the system cuts them apart again where they are several.
+    void setSegments(int index, int first, int count, int size)
+    {
+        msghdr& head = m_Messages[index].msg_hdr;
+        head.msg_iov = &m_Pieces[first];
+        head.msg_iovlen = static_cast<decltype(head.msg_iovlen)>(count);
+        if (count > 1)
+            add(index, IPPROTO_UDP, UDP_SEGMENT, static_cast<uint16_t>(size));
+    }
+#endif
 
     mmsghdr m_Messages[Door::kMostDatagrams];
     sockaddr_in m_Addresses[Door::kMostDatagrams];
@@ -122,12 +125,56 @@ public:
 private:
     struct alignas(cmsghdr) Control
     {
-        unsigned char m_Bytes[CMSG_SPACE(sizeof(in_pktinfo))];
+        unsigned char m_Bytes[CMSG_SPACE(sizeof(in_pktinfo)) + CMSG_SPACE(sizeof(int))];
     };
+
+    template <class Value>
+    void find(int index, int level, int type, Value& value)
+    {
+        msghdr& head = m_Messages[index].msg_hdr;
+        for (cmsghdr* part = CMSG_FIRSTHDR(&head); part; part = CMSG_NXTHDR(&head, part))
+            if (part->cmsg_level == level && part->cmsg_type == type && part->cmsg_len >= CMSG_LEN(sizeof value))
+                std::memcpy(&value, CMSG_DATA(part), sizeof value);
+    }
+    template <class Value>
+    void add(int index, int level, int type, const Value& value)
+    {
+        msghdr& head = m_Messages[index].msg_hdr;
+        head.msg_control = m_Controls[index].m_Bytes;
+        auto* const part = reinterpret_cast<cmsghdr*>(m_Controls[index].m_Bytes + head.msg_controllen);
+        part->cmsg_level = level;
+        part->cmsg_type = type;
+        part->cmsg_len = CMSG_LEN(sizeof value);
+        std::memcpy(CMSG_DATA(part), &value, sizeof value);
+        head.msg_controllen += CMSG_SPACE(sizeof value);
+    }
 
     iovec m_Pieces[Door::kMostDatagrams];
     Control m_Controls[Door::kMostDatagrams];
 };
+
+#ifdef UDP_SEGMENT
+// Bytes of one buffer that the system cuts; it must fit a datagram itself.
+constexpr int kMostSegmented = 65507;
+
+// Datagrams from the first one on that one buffer can hold.
+int countSegments(const Door::Datagram* datagrams, int count)
+{
+    const Door::Datagram& first = datagrams[0];
+    int bytes = first.m_Size;
+    int segments = 1;
+    while (segments < count && datagrams[segments - 1].m_Size == first.m_Size)
+    {
+        const Door::Datagram& next = datagrams[segments];
+        bytes += next.m_Size;
+        if (next.m_Peer != first.m_Peer || next.m_Local != first.m_Local || next.m_Size > first.m_Size ||
+            next.m_Size == 0 || bytes > kMostSegmented)
+            break;
+        ++segments;
+    }
+    return segments;
+}
+#endif
 
 std::vector<Endpoint> askSystem(const char* name)
 {
@@ -269,7 +316,7 @@ int RealDoor::receiveBatch(Handle handle, Datagram* datagrams, int count, Fault&
 {
     Batch batch(datagrams, count);
     for (int i = 0; i < count; ++i)
-        batch.wantLocal(i);
+        batch.wantControl(i);
     const int got = repeat(
         [&] {
             return ::recvmmsg(handleOf(handle), batch.m_Messages, static_cast<unsigned int>(count), MSG_DONTWAIT,
@@ -302,6 +349,49 @@ int RealDoor::sendBatch(Handle handle, const Datagram* datagrams, int count, Fau
     fault = faultIf(sent < 0);
     return std::max(sent, 0);
 }
+
+#ifdef UDP_SEGMENT
+bool RealDoor::canSegment(Handle handle)
+{
+    int size = 0;
+    socklen_t space = sizeof size;
+    // A system that does not know the option would ignore it in a message too, and fragment the buffer.
+    return ::getsockopt(handleOf(handle), IPPROTO_UDP, UDP_SEGMENT, &size, &space) == 0;
+}
+
+int RealDoor::sendSegmented(Handle handle, const Datagram* datagrams, int count, Fault& fault)
+{
+    Batch batch(datagrams, count);
+    int counts[kMostDatagrams];
+    int messages = 0;
+    for (int first = 0; first < count; first += counts[messages++])
+    {
+        counts[messages] = countSegments(datagrams + first, count - first);
+        batch.m_Addresses[messages] = toSystem(datagrams[first].m_Peer);
+        if (datagrams[first].m_Local != 0)
+            batch.setLocal(messages, datagrams[first].m_Local);
+        batch.setSegments(messages, first, counts[messages], datagrams[first].m_Size);
+    }
+    const int sent = repeat(
+        [&]
+        { return ::sendmmsg(handleOf(handle), batch.m_Messages, static_cast<unsigned int>(messages), MSG_DONTWAIT); });
+    fault = faultIf(sent < 0);
+    // What the system says where the way out cannot cut, or where a segment does not fit it.
+    if (sent < 0 && counts[0] > 1 && (fault.m_Code == EIO || fault.m_Code == EINVAL))
+        fault.m_Reason = Fault::kNotSegmented;
+    return std::accumulate(counts, counts + std::max(sent, 0), 0);
+}
+#else
+bool RealDoor::canSegment(Handle)
+{
+    return false;
+}
+
+int RealDoor::sendSegmented(Handle handle, const Datagram* datagrams, int count, Fault& fault)
+{
+    return sendBatch(handle, datagrams, count, fault);
+}
+#endif
 
 bool RealDoor::getOwnEndpoint(Handle handle, Endpoint& own)
 {

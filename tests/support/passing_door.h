@@ -44,6 +44,11 @@ public:
     {
         return noted("sendBatch").sendBatch(handle, datagrams, count, fault);
     }
+    bool canSegment(Handle handle) override { return noted("canSegment").canSegment(handle); }
+    int sendSegmented(Handle handle, const Datagram* datagrams, int count, Fault& fault) override
+    {
+        return noted("sendSegmented").sendSegmented(handle, datagrams, count, fault);
+    }
     bool getOwnEndpoint(Handle handle, Endpoint& own) override
     {
         return noted("getOwnEndpoint").getOwnEndpoint(handle, own);
@@ -84,13 +89,14 @@ public:
 
     std::vector<std::pair<std::string, Answer>> m_Questions;
 
-private:
+protected:
     Door& noted(const char* call)
     {
         ++m_Counts[call];
         return *getReal();
     }
 
+private:
     std::map<std::string, long> m_Counts;
 };
 

@@ -68,6 +68,7 @@ bool UdpPort::prepare()
 {
     // An answer leaves from the address that was asked. Where the system cannot tell, it chooses.
     door().setOption(getHandle(), Door::kLocalAddress, 1);
+    m_CanSegment = door().canSegment(getHandle());
     Endpoint own;
     if (!door().getOwnEndpoint(getHandle(), own))
         return false;
@@ -140,16 +141,28 @@ void UdpPort::commit(const sockaddr_in& address, int size, unsigned int local)
 void UdpPort::flush()
 {
     auto& out = m_Batches->m_Out.m_Datagrams;
+    bool isSegmented = m_CanSegment;
     int at = 0;
     while (at < m_Unsent && !m_IsBlocked)
     {
         Door::Fault fault;
-        at += door().sendBatch(getHandle(), out + at, m_Unsent - at, fault);
+        at += isSegmented ? door().sendSegmented(getHandle(), out + at, m_Unsent - at, fault)
+                          : door().sendBatch(getHandle(), out + at, m_Unsent - at, fault);
         if (fault.m_Reason == Door::Fault::kNotNow || fault.m_Reason == Door::Fault::kExhausted)
+        {
             waitForOutput();
+        }
+        else if (fault && isSegmented)
+        {
+            // The datagrams may still leave one by one.
+            isSegmented = false;
+            m_CanSegment = fault.m_Reason != Door::Fault::kNotSegmented;
+        }
         else if (fault)
+        {
             // No way to this address: the datagram is lost, as others are on the way.
             ++at;
+        }
     }
     // What is left keeps its order, at the front; the bytes lie where they were.
     if (at > 0)

@@ -73,6 +73,8 @@ private:
     int m_Received = 0;
     int m_Next = 0;
     int m_Unsent = 0;
+    // False once the system has refused to cut a buffer.
+    bool m_CanSegment = false;
     bool m_IsReadable = false;
     bool m_IsBlocked = false;
 };
