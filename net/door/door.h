@@ -47,7 +47,9 @@ public:
         kReceiveBuffer,
         kSendBuffer,
         // Datagrams that come say which address of this machine they came to.
-        kLocalAddress
+        kLocalAddress,
+        // One receive may give several datagrams as one: see Datagram::m_Segment.
+        kCoalesce
     };
 
     // Why a call did nothing.
@@ -83,6 +85,8 @@ public:
     // The pieces that one send takes at most, and the datagrams of one batch.
     static constexpr int kMostPieces = 64;
     static constexpr int kMostDatagrams = 32;
+    // Bytes of coalesced datagrams that a receive gives at most.
+    static constexpr int kMostCoalesced = 65535;
 
     struct Datagram
     {
@@ -93,6 +97,9 @@ public:
         unsigned char* m_Data = nullptr;
         // In a receive, the space at m_Data before it, and the bytes after it, -1 for a datagram that was longer.
         int m_Size = 0;
+        // After a receive with kCoalesce: above 0, m_Data holds several datagrams of this size, the last one possibly
+        // shorter. A send ignores it.
+        int m_Segment = 0;
     };
 
     virtual ~Door() = default;

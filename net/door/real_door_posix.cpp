@@ -108,6 +108,12 @@ public:
         add(index, IPPROTO_IP, IP_PKTINFO, info);
     }
 #ifdef UDP_SEGMENT
+    int getSegment(int index)
+    {
+        int size = 0;
+        find(index, IPPROTO_UDP, UDP_GRO, size);
+        return size;
+    }
     // A message takes the pieces of this many datagrams; the system cuts them apart again where they are several.
     void setSegments(int index, int first, int count, int size)
     {
@@ -331,6 +337,9 @@ int RealDoor::receiveBatch(Handle handle, Datagram* datagrams, int count, Fault&
         datagrams[i].m_Peer = fromSystem(batch.m_Addresses[i]);
         datagrams[i].m_Local = batch.getLocal(i);
         datagrams[i].m_Size = isWhole ? static_cast<int>(message.msg_len) : -1;
+#ifdef UDP_SEGMENT
+        datagrams[i].m_Segment = batch.getSegment(i);
+#endif
     }
     return std::max(got, 0);
 }
@@ -429,6 +438,11 @@ void RealDoor::setOption(Handle handle, Option option, int value)
         return setValue(handle, SOL_SOCKET, SO_SNDBUF, value);
     case kLocalAddress:
         return setValue(handle, IPPROTO_IP, IP_PKTINFO, value);
+    case kCoalesce:
+#ifdef UDP_GRO
+        setValue(handle, IPPROTO_UDP, UDP_GRO, value);
+#endif
+        return;
     }
 }
 

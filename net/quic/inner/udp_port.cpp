@@ -13,6 +13,8 @@ namespace
 // What the operating system may hold of what comes and goes, as far as it allows: a tick may be late.
 constexpr int kSocketBuffer = 4 * 1024 * 1024;
 
+// The memory of a receive is used only as far as datagrams fill it.
+template <int Size>
 struct Batch
 {
     Batch()
@@ -22,15 +24,15 @@ struct Batch
     }
 
     Door::Datagram m_Datagrams[UdpPort::kBatch];
-    unsigned char m_Bytes[UdpPort::kBatch][UdpPort::kMostBytes];
+    unsigned char m_Bytes[UdpPort::kBatch][Size];
 };
 
 } // namespace
 
 struct UdpPort::Batches
 {
-    Batch m_In;
-    Batch m_Out;
+    Batch<Door::kMostCoalesced> m_In;
+    Batch<kMostBytes> m_Out;
     // Of the datagram that receive() gave last.
     sockaddr_in m_From{};
 };
@@ -68,6 +70,7 @@ bool UdpPort::prepare()
 {
     // An answer leaves from the address that was asked. Where the system cannot tell, it chooses.
     door().setOption(getHandle(), Door::kLocalAddress, 1);
+    door().setOption(getHandle(), Door::kCoalesce, 1);
     m_CanSegment = door().canSegment(getHandle());
     Endpoint own;
     if (!door().getOwnEndpoint(getHandle(), own))
@@ -90,22 +93,29 @@ void UdpPort::onReady(unsigned char ready)
         m_IsBlocked = false;
 }
 
+Door::Handle UdpPort::giveAway()
+{
+    door().setOption(getHandle(), Door::kCoalesce, 0);
+    return Watched::giveAway();
+}
+
 bool UdpPort::receive(Datagram& datagram)
 {
-    if (m_Next == m_Received && !receiveBatch())
+    if (m_Next.m_Index == m_Received && !receiveBatch())
         return false;
-    datagram = getDatagram(m_Next++);
+    datagram = takeDatagram();
     return true;
 }
 
 bool UdpPort::receiveBatch()
 {
-    m_Next = m_Received = 0;
+    m_Next = Place();
+    m_Received = 0;
     if (!m_IsReadable)
         return false;
     auto& in = m_Batches->m_In.m_Datagrams;
     for (Door::Datagram& each : in)
-        each.m_Size = kMostBytes;
+        each.m_Size = Door::kMostCoalesced;
     Door::Fault fault;
     m_Received = door().receiveBatch(getHandle(), in, kBatch, fault);
     // A fault is that of an earlier datagram, and reported once; something may follow it.
@@ -116,11 +126,18 @@ bool UdpPort::receiveBatch()
     return m_Received > 0;
 }
 
-UdpPort::Datagram UdpPort::getDatagram(int index)
+UdpPort::Datagram UdpPort::takeDatagram()
 {
-    const Door::Datagram& in = m_Batches->m_In.m_Datagrams[index];
+    m_Last = m_Next;
+    const Door::Datagram& in = m_Batches->m_In.m_Datagrams[m_Next.m_Index];
+    const int left = in.m_Size - m_Next.m_Byte;
+    const int size = in.m_Segment > 0 ? std::min(in.m_Segment, left) : left;
+    if (size < left)
+        m_Next.m_Byte += size;
+    else
+        m_Next = {m_Next.m_Index + 1, 0};
     m_Batches->m_From = toSystem(in.m_Peer);
-    return {&m_Batches->m_From, in.m_Local, in.m_Data, in.m_Size};
+    return {&m_Batches->m_From, in.m_Local, in.m_Data + m_Last.m_Byte, size > kMostBytes ? -1 : size};
 }
 
 unsigned char* UdpPort::room()
