@@ -54,7 +54,9 @@ public:
         kReceiveBuffer,
         kSendBuffer,
         // Received datagrams report at which address of this machine they arrived.
-        kLocalAddress
+        kLocalAddress,
+        // One receive may return several datagrams as one: see Datagram::m_Segment.
+        kCoalesce
     };
 
     // Why a call did nothing.
@@ -69,6 +71,8 @@ public:
             kExhausted,
             // The system has no such address, or none of that family.
             kNoAddress,
+            // The system does not cut a buffer into datagrams on this socket.
+            kNotSegmented,
             kOther
         };
 
@@ -90,6 +94,8 @@ public:
     // The pieces that one send takes at most, and the datagrams of one batch.
     static constexpr int kMostPieces = 64;
     static constexpr int kMostDatagrams = 32;
+    // Bytes of coalesced datagrams that a receive gives at most.
+    static constexpr int kMostCoalesced = 65535;
 
     struct Datagram
     {
@@ -100,6 +106,9 @@ public:
         unsigned char* m_Data = nullptr;
         // In a receive, the space at m_Data before it, and the bytes after it, -1 for a datagram that was longer.
         int m_Size = 0;
+        // After a receive with kCoalesce: above 0, m_Data holds several datagrams of this size, the last one possibly
+        // shorter. A send ignores it.
+        int m_Segment = 0;
     };
 
     virtual ~Door() = default;
@@ -124,6 +133,15 @@ public:
     // The number of datagrams received or sent. A fault of a receive may be that of an earlier datagram.
     virtual int receiveBatch(Handle handle, Datagram* datagrams, int count, Fault& fault) = 0;
     virtual int sendBatch(Handle handle, const Datagram* datagrams, int count, Fault& fault) = 0;
+    // Whether sendSegmented() can save the system work.
+    virtual bool canSegment(Handle) { return false; }
+    // Sends like sendBatch(). Datagrams in a row with the same peer, local address and size (the last one may be
+    // shorter) are one buffer to the system, which cuts it as late as it can. After a fault other than kNotNow and
+    // kExhausted, sendBatch() may still send what is left.
+    virtual int sendSegmented(Handle handle, const Datagram* datagrams, int count, Fault& fault)
+    {
+        return sendBatch(handle, datagrams, count, fault);
+    }
 
     virtual bool getOwnEndpoint(Handle handle, Endpoint& own) = 0;
     virtual bool getPeerEndpoint(Handle handle, Endpoint& peer) = 0;

@@ -56,11 +56,7 @@ struct Endpoint
         return isV4() ? v4() == 0 : std::memcmp(m_Bytes, kZeros, sizeof kZeros) == 0;
     }
 
-    friend bool operator==(const Endpoint& a, const Endpoint& b)
-    {
-        return std::memcmp(a.m_Bytes, b.m_Bytes, sizeof a.m_Bytes) == 0 && a.m_Port == b.m_Port &&
-               a.m_Scope == b.m_Scope;
-    }
+    friend bool operator==(const Endpoint& a, const Endpoint& b) = default;
 };
 
 } // namespace zet::inner

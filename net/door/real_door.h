@@ -21,6 +21,10 @@ public:
     size_t send(Handle handle, const Piece* pieces, int count, Fault& fault) override;
     int receiveBatch(Handle handle, Datagram* datagrams, int count, Fault& fault) override;
     int sendBatch(Handle handle, const Datagram* datagrams, int count, Fault& fault) override;
+#ifndef _WIN32
+    bool canSegment(Handle handle) override;
+    int sendSegmented(Handle handle, const Datagram* datagrams, int count, Fault& fault) override;
+#endif
     bool getOwnEndpoint(Handle handle, Endpoint& own) override;
     bool getPeerEndpoint(Handle handle, Endpoint& peer) override;
     void setOption(Handle handle, Option option, int value) override;

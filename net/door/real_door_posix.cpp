@@ -6,12 +6,14 @@
 #include "net/limits.h"
 
 #include <netinet/tcp.h>
+#include <netinet/udp.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <numeric>
 
 namespace zet::inner
 {
@@ -71,7 +73,7 @@ void setValue(Door::Handle handle, int level, int name, int value)
     ::setsockopt(handleOf(handle), level, name, &value, sizeof value);
 }
 
-// Messages of one system call, each with one piece of memory.
+// Messages of one system call. Each has one piece of memory, or the pieces of several datagrams.
 class Batch
 {
 public:
@@ -89,7 +91,8 @@ public:
         }
     }
 
-    void wantLocal(int index)
+    // Lets a message of a receive give what the options ask for.
+    void wantControl(int index)
     {
         msghdr& head = m_Messages[index].msg_hdr;
         head.msg_control = m_Controls[index].m_Bytes;
@@ -97,22 +100,13 @@ public:
     }
     Endpoint getLocal(int index)
     {
-        msghdr& head = m_Messages[index].msg_hdr;
-        Endpoint local;
-        for (cmsghdr* part = CMSG_FIRSTHDR(&head); part; part = CMSG_NXTHDR(&head, part))
-            if (part->cmsg_level == IPPROTO_IP && part->cmsg_type == IP_PKTINFO)
-            {
-                in_pktinfo info;
-                std::memcpy(&info, CMSG_DATA(part), sizeof info);
-                return Endpoint::ofV4(static_cast<unsigned int>(info.ipi_spec_dst.s_addr), 0);
-            }
-            else if (part->cmsg_level == IPPROTO_IPV6 && part->cmsg_type == IPV6_PKTINFO)
-            {
-                in6_pktinfo info;
-                std::memcpy(&info, CMSG_DATA(part), sizeof info);
-                local = Endpoint::ofV6(&info.ipi6_addr, 0, static_cast<unsigned int>(info.ipi6_ifindex));
-            }
-        return local;
+        in_pktinfo v4{};
+        if (find(index, IPPROTO_IP, IP_PKTINFO, v4))
+            return Endpoint::ofV4(static_cast<unsigned int>(v4.ipi_spec_dst.s_addr), 0);
+        in6_pktinfo v6{};
+        if (find(index, IPPROTO_IPV6, IPV6_PKTINFO, v6))
+            return Endpoint::ofV6(&v6.ipi6_addr, 0, static_cast<unsigned int>(v6.ipi6_ifindex));
+        return Endpoint();
     }
     void setPeer(int index, const Endpoint& peer)
     {
@@ -125,14 +119,31 @@ public:
         {
             in_pktinfo info{};
             info.ipi_spec_dst.s_addr = local.v4();
-            setControl(index, IPPROTO_IP, IP_PKTINFO, info);
+            add(index, IPPROTO_IP, IP_PKTINFO, info);
             return;
         }
         in6_pktinfo info{};
         std::memcpy(&info.ipi6_addr, local.m_Bytes, sizeof local.m_Bytes);
         info.ipi6_ifindex = local.m_Scope;
-        setControl(index, IPPROTO_IPV6, IPV6_PKTINFO, info);
+        add(index, IPPROTO_IPV6, IPV6_PKTINFO, info);
     }
+#ifdef UDP_SEGMENT
+    int getSegment(int index)
+    {
+        int size = 0;
+        find(index, IPPROTO_UDP, UDP_GRO, size);
+        return size;
+    }
+    // A message takes the pieces of this many datagrams; the system cuts them apart again where they are several.
+    void setSegments(int index, int first, int count, int size)
+    {
+        msghdr& head = m_Messages[index].msg_hdr;
+        head.msg_iov = &m_Pieces[first];
+        head.msg_iovlen = static_cast<decltype(head.msg_iovlen)>(count);
+        if (count > 1)
+            add(index, IPPROTO_UDP, UDP_SEGMENT, static_cast<uint16_t>(size));
+    }
+#endif
 
     mmsghdr m_Messages[Door::kMostDatagrams];
     SystemAddress m_Addresses[Door::kMostDatagrams];
@@ -141,25 +152,61 @@ private:
     // A socket of both families reports an IPv4 address in both forms.
     struct alignas(cmsghdr) Control
     {
-        unsigned char m_Bytes[CMSG_SPACE(sizeof(in_pktinfo)) + CMSG_SPACE(sizeof(in6_pktinfo))];
+        unsigned char
+            m_Bytes[CMSG_SPACE(sizeof(in_pktinfo)) + CMSG_SPACE(sizeof(in6_pktinfo)) + CMSG_SPACE(sizeof(int))];
     };
 
-    template <class Info>
-    void setControl(int index, int level, int type, const Info& info)
+    template <class Value>
+    bool find(int index, int level, int type, Value& value)
+    {
+        msghdr& head = m_Messages[index].msg_hdr;
+        for (cmsghdr* part = CMSG_FIRSTHDR(&head); part; part = CMSG_NXTHDR(&head, part))
+            if (part->cmsg_level == level && part->cmsg_type == type && part->cmsg_len >= CMSG_LEN(sizeof value))
+            {
+                std::memcpy(&value, CMSG_DATA(part), sizeof value);
+                return true;
+            }
+        return false;
+    }
+    template <class Value>
+    void add(int index, int level, int type, const Value& value)
     {
         msghdr& head = m_Messages[index].msg_hdr;
         head.msg_control = m_Controls[index].m_Bytes;
-        head.msg_controllen = CMSG_SPACE(sizeof info);
-        cmsghdr* const part = CMSG_FIRSTHDR(&head);
+        auto* const part = reinterpret_cast<cmsghdr*>(m_Controls[index].m_Bytes + head.msg_controllen);
         part->cmsg_level = level;
         part->cmsg_type = type;
-        part->cmsg_len = CMSG_LEN(sizeof info);
-        std::memcpy(CMSG_DATA(part), &info, sizeof info);
+        part->cmsg_len = CMSG_LEN(sizeof value);
+        std::memcpy(CMSG_DATA(part), &value, sizeof value);
+        head.msg_controllen += CMSG_SPACE(sizeof value);
     }
 
     iovec m_Pieces[Door::kMostDatagrams];
     Control m_Controls[Door::kMostDatagrams];
 };
+
+#ifdef UDP_SEGMENT
+// Bytes of one buffer that the system cuts; it must fit a datagram itself.
+constexpr int kMostSegmented = 65507;
+
+// Datagrams from the first one on that one buffer can hold.
+int countSegments(const Door::Datagram* datagrams, int count)
+{
+    const Door::Datagram& first = datagrams[0];
+    int bytes = first.m_Size;
+    int segments = 1;
+    while (segments < count && datagrams[segments - 1].m_Size == first.m_Size)
+    {
+        const Door::Datagram& next = datagrams[segments];
+        bytes += next.m_Size;
+        if (!(next.m_Peer == first.m_Peer) || !(next.m_Local == first.m_Local) || next.m_Size > first.m_Size ||
+            next.m_Size == 0 || bytes > kMostSegmented)
+            break;
+        ++segments;
+    }
+    return segments;
+}
+#endif
 
 } // namespace
 
@@ -273,7 +320,7 @@ int RealDoor::receiveBatch(Handle handle, Datagram* datagrams, int count, Fault&
 {
     Batch batch(datagrams, count);
     for (int i = 0; i < count; ++i)
-        batch.wantLocal(i);
+        batch.wantControl(i);
     const int got = repeat(
         [&] {
             return ::recvmmsg(handleOf(handle), batch.m_Messages, static_cast<unsigned int>(count), MSG_DONTWAIT,
@@ -289,6 +336,9 @@ int RealDoor::receiveBatch(Handle handle, Datagram* datagrams, int count, Fault&
         datagrams[i].m_Peer = from.isKnown() ? from.endpoint() : Endpoint();
         datagrams[i].m_Local = batch.getLocal(i);
         datagrams[i].m_Size = isWhole ? static_cast<int>(message.msg_len) : -1;
+#ifdef UDP_SEGMENT
+        datagrams[i].m_Segment = batch.getSegment(i);
+#endif
     }
     return std::max(got, 0);
 }
@@ -308,6 +358,49 @@ int RealDoor::sendBatch(Handle handle, const Datagram* datagrams, int count, Fau
     fault = faultIf(sent < 0);
     return std::max(sent, 0);
 }
+
+#ifdef UDP_SEGMENT
+bool RealDoor::canSegment(Handle handle)
+{
+    int size = 0;
+    socklen_t space = sizeof size;
+    // A system that does not know the option would ignore it in a message too, and fragment the buffer.
+    return ::getsockopt(handleOf(handle), IPPROTO_UDP, UDP_SEGMENT, &size, &space) == 0;
+}
+
+int RealDoor::sendSegmented(Handle handle, const Datagram* datagrams, int count, Fault& fault)
+{
+    Batch batch(datagrams, count);
+    int counts[kMostDatagrams];
+    int messages = 0;
+    for (int first = 0; first < count; first += counts[messages++])
+    {
+        counts[messages] = countSegments(datagrams + first, count - first);
+        batch.setPeer(messages, datagrams[first].m_Peer);
+        if (!datagrams[first].m_Local.isAny())
+            batch.setLocal(messages, datagrams[first].m_Local);
+        batch.setSegments(messages, first, counts[messages], datagrams[first].m_Size);
+    }
+    const int sent = repeat(
+        [&]
+        { return ::sendmmsg(handleOf(handle), batch.m_Messages, static_cast<unsigned int>(messages), MSG_DONTWAIT); });
+    fault = faultIf(sent < 0);
+    // What the system says where the way out cannot cut, or where a segment does not fit it.
+    if (sent < 0 && counts[0] > 1 && (fault.m_Code == EIO || fault.m_Code == EINVAL))
+        fault.m_Reason = Fault::kNotSegmented;
+    return std::accumulate(counts, counts + std::max(sent, 0), 0);
+}
+#else
+bool RealDoor::canSegment(Handle)
+{
+    return false;
+}
+
+int RealDoor::sendSegmented(Handle handle, const Datagram* datagrams, int count, Fault& fault)
+{
+    return sendBatch(handle, datagrams, count, fault);
+}
+#endif
 
 bool RealDoor::getOwnEndpoint(Handle handle, Endpoint& own)
 {
@@ -345,6 +438,11 @@ void RealDoor::setOption(Handle handle, Option option, int value)
         // On a socket of both families, both; one of IPv4 alone does not have the second.
         setValue(handle, IPPROTO_IP, IP_PKTINFO, value);
         return setValue(handle, IPPROTO_IPV6, IPV6_RECVPKTINFO, value);
+    case kCoalesce:
+#ifdef UDP_GRO
+        setValue(handle, IPPROTO_UDP, UDP_GRO, value);
+#endif
+        return;
     }
 }
 

@@ -52,6 +52,11 @@ public:
     {
         return noted("sendBatch").sendBatch(handle, datagrams, count, fault);
     }
+    bool canSegment(Handle handle) override { return noted("canSegment").canSegment(handle); }
+    int sendSegmented(Handle handle, const Datagram* datagrams, int count, Fault& fault) override
+    {
+        return noted("sendSegmented").sendSegmented(handle, datagrams, count, fault);
+    }
     bool getOwnEndpoint(Handle handle, Endpoint& own) override
     {
         return noted("getOwnEndpoint").getOwnEndpoint(handle, own);
@@ -93,13 +98,14 @@ public:
     std::vector<std::pair<std::string, Answer>> m_Questions;
     bool m_HasIPv6 = true;
 
-private:
+protected:
     Door& noted(const char* call)
     {
         ++m_Counts[call];
         return *getReal();
     }
 
+private:
     std::map<std::string, long> m_Counts;
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "framework/time.h"
+#include "net/door/door.h"
 #include "tests/support/loopback.h"
 #include "transport/udp_client_socket.h"
 #include "transport/udp_server_socket.h"
@@ -94,13 +95,16 @@ public:
     std::vector<UserData> m_UserData;
 };
 
-// One System with two ports: one that accepts and one that connects.
+// One System with two ports: one that accepts and one that connects. Without a door it has the real one.
 struct UdpNet
 {
-    explicit UdpNet(const zet::UdpServer::Settings& settings = {})
+    explicit UdpNet(const zet::UdpServer::Settings& settings = {},
+                    const std::shared_ptr<zet::inner::Door>& door = nullptr)
         : m_Clock(1700000000, 1000), m_Server(new NoteUdpServer), m_Port(new NoteUdpServer)
     {
         m_System.init();
+        if (door)
+            zet::inner::setDoor(m_System, door);
         m_Server->setSettings(settings);
         m_Port->setSettings(settings);
         m_Server->start(&m_System);

@@ -12,7 +12,11 @@ namespace test
 class UdpTest : public testing::Test
 {
 protected:
-    explicit UdpTest(const zet::UdpServer::Settings& settings = {}) : m_Net(settings) {}
+    explicit UdpTest(const zet::UdpServer::Settings& settings = {},
+                     const std::shared_ptr<zet::inner::Door>& door = nullptr)
+        : m_Net(settings, door)
+    {
+    }
     void SetUp() override
     {
         if (!zet::UdpServer::isAvailable())

@@ -53,7 +53,8 @@ ngtcp2_settings settingsOf(const UdpServer::Settings& settings, QuicTime now)
     chosen.initial_ts = now;
     chosen.handshake_timeout = nanoseconds(settings.m_ConnectTimeout);
     // Packets of 1,200 bytes pass every path, so there is nothing to probe for. Path MTU discovery remains enabled:
-    // ngtcp2 asserts that it is when a peer returns to an earlier path.
+    // ngtcp2 asserts that it is when a peer returns to an earlier path. It must also have nothing to find: ngtcp2
+    // asserts then that none is running.
     chosen.max_tx_udp_payload_size = NGTCP2_MAX_UDP_PAYLOAD_SIZE;
     return chosen;
 }

@@ -8,6 +8,8 @@ namespace zet::inner
 namespace
 {
 
+// The memory of a receive is used only as far as datagrams fill it.
+template <int Size>
 struct Batch
 {
     Batch()
@@ -17,15 +19,15 @@ struct Batch
     }
 
     Door::Datagram m_Datagrams[UdpPort::kBatch];
-    unsigned char m_Bytes[UdpPort::kBatch][UdpPort::kMostBytes];
+    unsigned char m_Bytes[UdpPort::kBatch][Size];
 };
 
 } // namespace
 
 struct UdpPort::Batches
 {
-    Batch m_In;
-    Batch m_Out;
+    Batch<Door::kMostCoalesced> m_In;
+    Batch<kMostBytes> m_Out;
 };
 
 UdpPort::UdpPort(Reactor& reactor) : Watched(reactor, Door::kNoHandle), m_Batches(new Batches) {}
@@ -46,6 +48,8 @@ bool UdpPort::start()
 {
     // An answer leaves from the address that was asked. Where the system does not report it, the system chooses.
     door().setOption(getHandle(), Door::kLocalAddress, 1);
+    door().setOption(getHandle(), Door::kCoalesce, 1);
+    m_CanSegment = door().canSegment(getHandle());
     return door().getOwnEndpoint(getHandle(), m_Address) && startWatch(kReadyInput);
 }
 
@@ -63,22 +67,29 @@ void UdpPort::onReady(unsigned char ready)
         m_IsBlocked = false;
 }
 
+Door::Handle UdpPort::giveAway()
+{
+    door().setOption(getHandle(), Door::kCoalesce, 0);
+    return Watched::giveAway();
+}
+
 bool UdpPort::receive(Datagram& datagram)
 {
-    if (m_Next == m_Received && !receiveBatch())
+    if (m_Next.m_Index == m_Received && !receiveBatch())
         return false;
-    datagram = getDatagram(m_Next++);
+    datagram = takeDatagram();
     return true;
 }
 
 bool UdpPort::receiveBatch()
 {
-    m_Next = m_Received = 0;
+    m_Next = Place();
+    m_Received = 0;
     if (!m_IsReadable)
         return false;
     auto& in = m_Batches->m_In.m_Datagrams;
     for (Door::Datagram& each : in)
-        each.m_Size = kMostBytes;
+        each.m_Size = Door::kMostCoalesced;
     Door::Fault fault;
     m_Received = door().receiveBatch(getHandle(), in, kBatch, fault);
     // A fault is that of an earlier datagram, and reported once; something may follow it.
@@ -89,10 +100,17 @@ bool UdpPort::receiveBatch()
     return m_Received > 0;
 }
 
-UdpPort::Datagram UdpPort::getDatagram(int index)
+UdpPort::Datagram UdpPort::takeDatagram()
 {
-    const Door::Datagram& in = m_Batches->m_In.m_Datagrams[index];
-    return {&in.m_Peer, in.m_Local, in.m_Data, in.m_Size};
+    m_Last = m_Next;
+    const Door::Datagram& in = m_Batches->m_In.m_Datagrams[m_Next.m_Index];
+    const int left = in.m_Size - m_Next.m_Byte;
+    const int size = in.m_Segment > 0 ? std::min(in.m_Segment, left) : left;
+    if (size < left)
+        m_Next.m_Byte += size;
+    else
+        m_Next = {m_Next.m_Index + 1, 0};
+    return {&in.m_Peer, in.m_Local, in.m_Data + m_Last.m_Byte, size > kMostBytes ? -1 : size};
 }
 
 unsigned char* UdpPort::room()
@@ -113,16 +131,28 @@ void UdpPort::commit(const Endpoint& peer, int size, const Endpoint& local)
 void UdpPort::flush()
 {
     auto& out = m_Batches->m_Out.m_Datagrams;
+    bool isSegmented = m_CanSegment;
     int at = 0;
     while (at < m_Unsent && !m_IsBlocked)
     {
         Door::Fault fault;
-        at += door().sendBatch(getHandle(), out + at, m_Unsent - at, fault);
+        at += isSegmented ? door().sendSegmented(getHandle(), out + at, m_Unsent - at, fault)
+                          : door().sendBatch(getHandle(), out + at, m_Unsent - at, fault);
         if (fault.m_Reason == Door::Fault::kNotNow || fault.m_Reason == Door::Fault::kExhausted)
+        {
             waitForOutput();
+        }
+        else if (fault && isSegmented)
+        {
+            // The datagrams may still leave one by one.
+            isSegmented = false;
+            m_CanSegment = fault.m_Reason != Door::Fault::kNotSegmented;
+        }
         else if (fault)
+        {
             // This address cannot be reached: the datagram is lost, as others are on the network.
             ++at;
+        }
     }
     // The rest keeps its order, at the front; the bytes stay where they are.
     if (at > 0)

@@ -38,12 +38,12 @@ public:
     const Endpoint& getAddress() const { return m_Address; }
 
     // Whether there may be a next datagram. It costs no system call.
-    bool isReadable() const { return m_IsReadable || m_Next < m_Received; }
+    bool isReadable() const { return m_IsReadable || m_Next.m_Index < m_Received; }
     // The next datagram, false when nothing is left. One that was too long has the size -1. The bytes stay until the
     // next call.
     bool receive(Datagram& datagram);
     // The next receive() gives the datagram of the last one again.
-    void putBack() { --m_Next; }
+    void putBack() { m_Next = m_Last; }
 
     // Space for a datagram of kMostBytes, or null while the operating system takes none; then isBlocked() is true until
     // it does again.
@@ -54,24 +54,36 @@ public:
     // Sends what was committed.
     void flush();
     bool isBlocked() const { return m_IsBlocked; }
+    // Gives the handle away, open, with the options of a new one.
+    Door::Handle giveAway();
 
     void onReady(unsigned char ready) override;
 
 private:
     struct Batches;
+    // A datagram of the last batch: its receive, and its first byte there.
+    struct Place
+    {
+        int m_Index = 0;
+        int m_Byte = 0;
+    };
 
     explicit UdpPort(Reactor& reactor);
     bool start();
     bool receiveBatch();
-    Datagram getDatagram(int index);
+    Datagram takeDatagram();
     void waitForOutput();
 
     std::unique_ptr<Batches> m_Batches;
     Endpoint m_Address;
-    // The datagrams of the last batch, and the first of them that receive() has not given.
+    // The receives of the last batch, and in them the first datagram that receive() has not returned, and the last one
+    // that it has.
     int m_Received = 0;
-    int m_Next = 0;
+    Place m_Next;
+    Place m_Last;
     int m_Unsent = 0;
+    // False once the system has refused to cut a buffer.
+    bool m_CanSegment = false;
     bool m_IsReadable = false;
     bool m_IsBlocked = false;
 };
