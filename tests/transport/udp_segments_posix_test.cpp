@@ -255,7 +255,7 @@ protected:
     void SetUp() override
     {
         Door::Fault fault;
-        m_Handle.set(m_Handle.door().open(Door::kDatagrams, fault));
+        m_Handle.set(m_Handle.door().open(Door::kDatagrams, Door::kIPv4, fault));
         ASSERT_FALSE(fault);
         if (!m_Handle.door().canSegment(m_Handle.get()))
             GTEST_SKIP() << "the operating system cuts no buffers into datagrams";
