@@ -81,7 +81,8 @@ if(sources)
     # The last ones start this program again, or fork while other threads run, which QEMU does not support.
     string(JOIN ":" COMMONGROUND_TESTS_LEFT_OUT Mutation.* Arena.DemoPlaysAllStepsAndLeavesWithZero
       Bugs.ProcessOutlivesTheReaderOfItsConsoleLog Bugs.ALineOnAConsoleWithoutReaderRaisesNoSignal
-      Bugs.AnIdAboveTheTableIsNotInstalled* LogMailbox.ForkedProcessWritesWithAThreadOfItsOwn)
+      Bugs.AnIdAboveTheTableIsNotInstalled* LogMailbox.ForkedProcessWritesWithAThreadOfItsOwn
+      Bugs.AForkedProcessResolvesNames)
   endif()
   set(runner ${PROJECT_BINARY_DIR}/commonground_tests${CMAKE_EXECUTABLE_SUFFIX})
   set(directory ${PROJECT_BINARY_DIR})

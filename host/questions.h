@@ -11,7 +11,7 @@
 namespace host
 {
 
-// Why a question has no answer. What ended a connection is not known here yet; it will be a member of this class.
+// Why a question has no answer.
 struct COMMONGROUND_API Unanswered
 {
     enum Reason
@@ -102,7 +102,8 @@ constexpr void checkAnswers()
 // it. So a peer that leaves a question unanswered for good shifts the answers of that class; close its connection.
 //
 // LIFETIME: destroy the Tasks first; a question that is open when this object is destroyed gets no reply. The Handlers
-// may be destroyed before or after.
+// may be destroyed before or after. A socket that no handle holds must be closed, and a tick must pass, before it is
+// destroyed.
 //
 // THREADS: all of it belongs to the thread of the System, and so do all sockets of the analyser.
 class COMMONGROUND_API Questions

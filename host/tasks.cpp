@@ -60,10 +60,18 @@ Tasks::~Tasks()
 
 void Tasks::cancel()
 {
-    while (inner::Job* const job = m_First)
+    // All leave first: what a job holds may own this object, which is destroyed with the job then.
+    inner::Job* next = std::exchange(m_First, nullptr);
+    for (inner::Job* job = next; job; job = job->m_After)
     {
-        job->leave();
+        job->m_Owner = nullptr;
         job->m_IsCancelled = true;
+    }
+    while (next)
+    {
+        inner::Job* const job = std::exchange(next, next->m_After);
+        job->m_Before = nullptr;
+        job->m_After = nullptr;
         if (!job->m_IsRunning)
             job->destroy();
     }

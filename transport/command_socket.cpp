@@ -119,6 +119,12 @@ void CCommandSocket::limitPackets()
     m_PacketReader.setLimit(limits ? std::min(m_PacketLimit, limits->m_FirstInput) : m_PacketLimit);
 }
 
+unsigned int CCommandSocket::detach()
+{
+    ++m_CloseCount;
+    return TcpStream::detach();
+}
+
 void CCommandSocket::close()
 {
     ++m_CloseCount;

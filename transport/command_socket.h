@@ -26,6 +26,7 @@ public:
 
     void onTick(unsigned int tick) override;
     bool attach(unsigned int handle) override;
+    unsigned int detach() override;
     void close() override;
 
     // Queues the command as one packet. False and logged if the command does not write itself or the packet layer
@@ -40,7 +41,8 @@ public:
     virtual void OnCmdSend(int size);
     virtual void OnCmdRecv(int size);
 
-    // The number of calls of close() so far, which distinguishes the connections that one object has in turn.
+    // The number of calls of close() and detach() so far, which distinguishes the connections that one object has in
+    // turn.
     unsigned int GetCloseCount() const { return m_CloseCount; }
 
     // Whether the class of this object overrides onTick(), or may do so. If it does not, its server ticks it only when

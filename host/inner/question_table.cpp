@@ -45,11 +45,11 @@ void guarded(Call call) noexcept
 
 } // namespace
 
-// The one place that decides that a connection has ended. It will read the cause here.
+// Whether the connection of this conversation has ended.
 bool QuestionTable::hasEnded(const Conversation& conversation)
 {
     const CCommandSocket& socket = *conversation.m_Socket;
-    // Where only the table holds the object, the host has let go of its connection.
+    // If only the table holds the object, the host has released its connection.
     return isDown(socket) || socket.GetCloseCount() != conversation.m_CloseCount ||
            (conversation.m_Holder && socket.getRefCount() == 1);
 }

@@ -45,7 +45,7 @@ private:
     struct Conversation
     {
         CCommandSocket* m_Socket;
-        // Null for a socket that nobody counts.
+        // Null for a socket without handles.
         zet::Unknown::Handle_T<CCommandSocket> m_Holder;
         // That of the socket during this connection.
         unsigned int m_CloseCount;

@@ -385,8 +385,8 @@ int RealDoor::sendSegmented(Handle handle, const Datagram* datagrams, int count,
         [&]
         { return ::sendmmsg(handleOf(handle), batch.m_Messages, static_cast<unsigned int>(messages), MSG_DONTWAIT); });
     fault = faultIf(sent < 0);
-    // What the system says where the way out cannot cut, or where a segment does not fit it.
-    if (sent < 0 && counts[0] > 1 && (fault.m_Code == EIO || fault.m_Code == EINVAL))
+    // The network device cannot cut. EINVAL concerns these datagrams only: they do not fit the path to this peer.
+    if (sent < 0 && counts[0] > 1 && fault.m_Code == EIO)
         fault.m_Reason = Fault::kNotSegmented;
     return std::accumulate(counts, counts + std::max(sent, 0), 0);
 }

@@ -136,6 +136,9 @@ std::shared_ptr<Lookup> Reactor::resolve(const char* name, Found found)
     {
         const auto question = std::make_shared<Question>();
         question->m_GiveFound = std::move(found);
+        // Lookups that are not wanted any more, before the list grows.
+        if (m_Questions.size() == m_Questions.capacity())
+            std::erase_if(m_Questions, [](const auto& each) { return each.expired(); });
         m_Questions.push_back(question);
         m_Door->resolve(
             name,

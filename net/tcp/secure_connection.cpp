@@ -167,7 +167,7 @@ void TcpSecureConnection::secure()
     if (!isPending(kSecuring) || m_State != kConnecting)
         return;
     if (getTimeTick() - m_Tls->m_Begun >= m_Tls->m_Context->getHandshakeTime())
-        failHandshake(L"no end of it in time");
+        failHandshake(L"it did not end in time");
     else
         // The next tick checks the clock again.
         list();
@@ -188,7 +188,7 @@ void TcpSecureConnection::stepHandshake()
 void TcpSecureConnection::endLateHandshake()
 {
     if (isPending(kSecuring) && m_State == kConnecting)
-        failHandshake(L"no end of it in time");
+        failHandshake(L"it did not end in time");
 }
 
 void TcpSecureConnection::endSecuring()
@@ -334,7 +334,7 @@ void TcpSecureConnection::flush()
         while (output.size() > 0 && sealed.size() < kSealAt)
             if (!m_Tls->seal(output, {sealed, m_Reactor->pool()}))
             {
-                breakTls(L"nothing more to be sealed");
+                breakTls(L"no more output can be encrypted");
                 return;
             }
         if (!sendQueue(sealed))

@@ -73,9 +73,10 @@ TEST_P(NumbersOfConnections, OneMoreIsTurnedAwayUntilAnotherGoes)
         tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 3 && countOpen(clients) == 3; }));
     EXPECT_EQ(net.m_Server->m_Accepted.size(), 3u);
     // The first closed one is logged, and the others a minute later.
-    EXPECT_TRUE(log.has(zet::Log::kWarning,
-                        L"Connections closed at once, since the port has as many as it may, in all or from one place: "
-                        L"1"));
+    EXPECT_TRUE(
+        log.has(zet::Log::kWarning,
+                L"Connections closed at once, since the port has reached a limit, in all or for an address or subnet: "
+                L"1"));
     EXPECT_EQ(log.texts().size(), 1u);
     // The first ones stay.
     clients[1]->close();

@@ -243,7 +243,7 @@ TEST(TlsRefusal, ASilentPeerTimesOut)
     for (int i = 0; i < 2; ++i)
         net.m_System.tick();
     EXPECT_EQ(net.m_Server->GetClientCount(), 0);
-    EXPECT_EQ(failures(log), L"no end of it in time\n");
+    EXPECT_EQ(failures(log), L"it did not end in time\n");
 }
 
 TEST(TlsRefusal, AClientGivesUpOnAServerThatNeverAnswers)

@@ -128,8 +128,9 @@ void Crowd::noteRefused()
         return;
     m_HasLogged = true;
     m_RefusedLogged = now;
-    Log::warning(L"Connections closed at once, since the port has as many as it may, in all or from one place: %u",
-                 std::exchange(m_Refused, 0));
+    Log::warning(
+        L"Connections closed at once, since the port has reached a limit, in all or for an address or subnet: %u",
+        std::exchange(m_Refused, 0));
 }
 
 void Crowd::remove(Seat& seat)
@@ -229,7 +230,7 @@ void Crowd::endLate()
             guard(L"a connection", seat->m_Owner, [&] { seat->m_Securing->endLateHandshake(); });
             continue;
         }
-        Log::message(L"Nothing came from %s for %u ms", seat->m_Owner->getPeerName(), seat->m_Limits.m_IdleTime);
+        Log::message(L"No input from %s for %u ms", seat->m_Owner->getPeerName(), seat->m_Limits.m_IdleTime);
         seat->m_Owner->fail(TcpConnection::kBroken);
     }
 }
