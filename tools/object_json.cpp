@@ -65,10 +65,13 @@ ordered_json objectJson(const wire::Schema& schema, const void* object)
 
 ordered_json numberJson(const Field& field, uint32_t bits)
 {
-    if (field.isBool)
-        return bits != 0;
+    return field.isBool ? ordered_json(bits != 0) : ordered_json(numberOf(field, bits));
+}
+
+int64_t numberOf(const Field& field, uint32_t bits)
+{
     const int unused = 32 - 8 * field.size;
-    return field.isSigned ? ordered_json(static_cast<int32_t>(bits << unused) >> unused) : ordered_json(bits);
+    return field.isSigned ? static_cast<int32_t>(bits << unused) >> unused : int64_t{bits};
 }
 
 // The shortest digits that give the same float, so that any reader gets it back.

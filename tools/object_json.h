@@ -17,7 +17,8 @@ namespace tools
 // a number that gives the same float back; NaN and infinity are null. A command's head comes first.
 nlohmann::ordered_json objectJson(const wire::Schema& schema, const void* object);
 
-// The number or boolean in the low bytes of bits.
+// The number in the low bytes of bits, and as JSON, where it may be a boolean.
+int64_t numberOf(const wire::Field& field, uint32_t bits);
 nlohmann::ordered_json numberJson(const wire::Field& field, uint32_t bits);
 // The number that a float is in JSON.
 nlohmann::ordered_json floatJson(float value);

@@ -1,6 +1,7 @@
 #include "tools/object_text.h"
 
 #include "framework/string.h"
+#include "tools/object_json.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -189,10 +190,7 @@ private:
         // A little-endian machine, as the wire machinery tests.
         uint32_t bits = 0;
         std::memcpy(&bits, at, static_cast<size_t>(field.size));
-        if (field.isBool)
-            return m_Out.addBool(bits != 0);
-        const int unused = 32 - 8 * field.size;
-        m_Out.addInteger(field.isSigned ? static_cast<int32_t>(bits << unused) >> unused : int64_t{bits});
+        return field.isBool ? m_Out.addBool(bits != 0) : m_Out.addInteger(numberOf(field, bits));
     }
 
     void array(const Step& step, Place at, Place owner)
