@@ -6,6 +6,7 @@
 #include "bench/support/processes.h"
 #include "bench/support/rounds.h"
 #include "commands/registry.h"
+#include "transport/send_to_all.h"
 
 #include <memory>
 
@@ -60,13 +61,7 @@ public:
     }
     void sendToAll(const CCmdHead& command)
     {
-        struct Sender : CFrameworkServerSocket::ClientSockets::Walker
-        {
-            explicit Sender(const CCmdHead& command) : m_Command(command) {}
-            bool onEntry(CFrameworkClientSocket* const& socket, Handle&) override { return socket->send(m_Command); }
-            const CCmdHead& m_Command;
-        } sender(command);
-        m_Server->GetAllClientSocket()->foreach(sender);
+        bench::need(SendToAll(*m_Server->GetAllClientSocket(), command) == count(), "send to all");
         m_System.tick();
     }
     void handle(unsigned long wanted)
@@ -77,8 +72,6 @@ public:
     }
 
 private:
-    using Handle = zet::Unknown::Handle_T<CFrameworkClientSocket>;
-
     void turn()
     {
         m_System.wait();

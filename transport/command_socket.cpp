@@ -71,6 +71,15 @@ bool CCommandSocket::send(const CCmdHead& command)
 
 bool CCommandSocket::send(const CCmdPackager& packager)
 {
+    if (!beginSend(packager))
+        return false;
+    int size = 0;
+    unsigned char* const frame = packager.FrameInPlace(size);
+    return frame && sendFrame(frame, size);
+}
+
+bool CCommandSocket::beginSend(const CCmdPackager& packager)
+{
     if (isInvalid() || m_bNetError)
         return false;
     if (zet::Thread::getCurrentThreadId() != getRunThreadId())
@@ -79,10 +88,11 @@ bool CCommandSocket::send(const CCmdPackager& packager)
         return false;
     }
     OnCmdSend(packager.GetDataSize());
-    int size = 0;
-    unsigned char* const frame = packager.FrameInPlace(size);
-    if (!frame)
-        return false;
+    return true;
+}
+
+bool CCommandSocket::sendFrame(unsigned char* frame, int size)
+{
     // attach() is called once the connection is established; until then output is queued.
     if (!m_PacketWriter.isAttached() && getConnectionState() == kConnecting)
         m_PacketWriter.attachOwner(this);

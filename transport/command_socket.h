@@ -8,6 +8,7 @@
 class CCmdAnalyserSocket;
 class CCmdHead;
 class CCmdPackager;
+class CCommandBroadcast;
 
 // Each tick passes the whole packets that have arrived to the analyser, for 100 ms at most. A frame that cannot be
 // parsed costs its log lines, within the peer's share of the log; a failure of the packet layer closes the socket at
@@ -65,6 +66,8 @@ protected:
     bool m_bNetError = false;
 
 private:
+    friend class CCommandBroadcast;
+
     // The target of a call of onTick() in an object of this class itself.
     const void* m_PlainTick;
     zet::PeerLog m_PeerLog;
@@ -73,6 +76,10 @@ private:
     // No command of the peer was handled yet.
     bool m_IsUnproven = false;
 
+    // The two halves of send(): whether the socket may send now, with the hook, and one frame as one packet. The frame
+    // follows kHeadSize bytes of the packet writer, which are overwritten.
+    bool beginSend(const CCmdPackager& packager);
+    bool sendFrame(unsigned char* frame, int size);
     void limitPackets();
     void analyse(std::span<const unsigned char> frame);
 };

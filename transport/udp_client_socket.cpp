@@ -98,18 +98,33 @@ bool UdpClientSocket::send(const CCmdHead& command)
 
 bool UdpClientSocket::send(const CCmdPackager& packager)
 {
-    const int size = packager.Pack(nullptr, 0);
-    // The length is a signed 16-bit value. A longer frame is lost without a report.
-    if (size <= 0 || size > kFrameLimit)
-        return true;
-    unsigned char area[65536];
-    const int packed = packager.Pack(area, size);
-    const unsigned char head[2] = {static_cast<unsigned char>(packed), static_cast<unsigned char>(packed >> 8)};
-    zet::UdpSecureConnection::send(head, sizeof head);
-    // Not close(): a connection that has ended meanwhile still has to report it, and may hold commands.
-    if (zet::UdpSecureConnection::send(area, packed) != packed)
-        breakOff();
+    unsigned char place[kHeadSize + kFrameLimit];
+    const int size = pack(packager, place);
+    // A longer frame is lost without a report.
+    if (size > 0)
+        sendPacked(place, size);
     return true;
+}
+
+int UdpClientSocket::pack(const CCmdPackager& packager, unsigned char* place)
+{
+    const int size = packager.Pack(nullptr, 0);
+    // The length is a signed 16-bit value.
+    if (size <= 0 || size > kFrameLimit)
+        return 0;
+    place[0] = static_cast<unsigned char>(size);
+    place[1] = static_cast<unsigned char>(size >> 8);
+    return packager.Pack(place + kHeadSize, size);
+}
+
+bool UdpClientSocket::sendPacked(const unsigned char* place, int size)
+{
+    zet::UdpSecureConnection::send(place, kHeadSize);
+    if (zet::UdpSecureConnection::send(place + kHeadSize, size) == size)
+        return true;
+    // Not close(): a connection that has ended meanwhile still has to report it, and may hold commands.
+    breakOff();
+    return false;
 }
 
 const wchar_t* UdpClientSocket::getClassTimestamp() const

@@ -7,6 +7,7 @@
 
 class CCmdHead;
 class CCmdPackager;
+class CCommandBroadcast;
 
 // Each command follows its length: two bytes, signed and little-endian, then the datagram frame, which has 32,767 bytes
 // at most. Each tick passes all whole commands to the analyser; a partial one waits for the next tick. A handler gets
@@ -17,6 +18,8 @@ class COMMONGROUND_API UdpClientSocket : public zet::UdpStream
 public:
     // The longest frame that is sent.
     static constexpr int kFrameLimit = 32767;
+    // Bytes of the length before each frame.
+    static constexpr int kHeadSize = 2;
 
     static zet::Unknown::Handle_T<UdpClientSocket> createInstance();
     ~UdpClientSocket() override;
@@ -62,8 +65,15 @@ protected:
     int m_iBodyRead = 0;
 
 private:
+    friend class CCommandBroadcast;
+
     zet::PeerLog m_PeerLog;
 
+    // Writes the length and the frame; returns the bytes of the frame, 0 if it is above the limit. The place has
+    // kHeadSize + kFrameLimit bytes.
+    static int pack(const CCmdPackager& packager, unsigned char* place);
+    // Sends that. False, and the connection breaks, if the queue does not take it.
+    bool sendPacked(const unsigned char* place, int size);
     // One step of reading; false if there are no more bytes for now.
     bool readHead();
     bool readBody();

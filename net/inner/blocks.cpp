@@ -75,7 +75,7 @@ Block* BlockPool::take(int capacity)
 void BlockPool::give(Block* block)
 {
     Shelf* const shelf = shelfOf(block->m_Capacity);
-    if (!shelf || shelf->m_Count == kKept)
+    if (!shelf || (shelf->m_Count + 1) * block->m_Capacity > kKept)
     {
         ::operator delete(block);
         return;

@@ -28,8 +28,8 @@ public:
     static constexpr int kSmall = 1024;
     // The largest usual capacity: 64 KiB with the head.
     static constexpr int kUsual = 0x10000 - static_cast<int>(sizeof(Block));
-    // Blocks kept of each capacity.
-    static constexpr int kKept = 16;
+    // Bytes kept of each capacity: 16 of the largest blocks, and a small one for each of 1,024 connections.
+    static constexpr int kKept = 1024 * 1024;
 
     BlockPool() = default;
     ~BlockPool();

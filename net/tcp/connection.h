@@ -28,7 +28,7 @@ struct TcpLink;
 // Never blocks. All operations belong to the run thread. A connection started in a System learns from the System's
 // ticks what is ready; one in no System asks the operating system with each onTick(); an accepted one is ticked by its
 // server. Sent bytes are queued and leave at the end of the tick in one system call; outside a tick, with the next one.
-// A long queue starts to leave earlier.
+// A long queue starts to leave earlier, and a long send at once if nothing is queued before it and no TLS encrypts it.
 class COMMONGROUND_API TcpConnection : public Socket
 {
 public:

@@ -12,6 +12,9 @@ namespace
 // processor's cache.
 constexpr size_t kFlushAt = 128 * 1024;
 
+// Bytes of a send that are worth a system call of their own, which costs less than to copy them into the queue.
+constexpr int kDirectAt = 32 * 1024;
+
 // One system call. Returns the bytes it accepted; offered is the bytes passed to it.
 size_t sendOnce(inner::TcpLink& link, inner::OutputQueue& queue, size_t& offered, inner::Door::Fault& fault)
 {
@@ -61,8 +64,31 @@ int TcpConnection::send(const void* data, int size)
         return 0;
     if (isPending(kOutputLost))
         return size;
-    if (!countOutput() || !m_Link->m_Output.write(data, size, m_Reactor->pool()))
+    if (!countOutput())
         return 0;
+    int sent = 0;
+    if (size >= kDirectAt && m_State == kEstablished && getOutputSize() == 0 && !m_Link->m_IsSealed &&
+        !m_Link->m_IsOutputWaited)
+    {
+        inner::Door::Fault fault;
+        const inner::Door::Piece piece{data, static_cast<size_t>(size)};
+        sent = static_cast<int>(m_Link->door().send(m_Link->getHandle(), &piece, 1, fault));
+        if (fault && fault.m_Reason != inner::Door::Fault::kNotNow)
+        {
+            loseOutput();
+            return size;
+        }
+        if (sent == size)
+            return size;
+        m_Link->waitForOutput();
+    }
+    if (!m_Link->m_Output.write(static_cast<const unsigned char*>(data) + sent, size - sent, m_Reactor->pool()))
+    {
+        // The peer cannot read on after a gap.
+        if (sent > 0)
+            loseOutput();
+        return sent > 0 ? size : 0;
+    }
     countOutput();
     // Usually the output is announced already and is too short to leave now.
     if (!isPending(kOutput) || getOutputSize() >= kFlushAt)

@@ -134,6 +134,7 @@ bool TcpSecureConnection::startTls(const wchar_t* host)
 bool TcpSecureConnection::beginTls()
 {
     m_State = kConnecting;
+    m_Link->m_IsSealed = true;
     setPending(kSecuring);
     m_Tls->m_Begun = getTimeTick();
     if (m_Link->m_Seat)

@@ -69,6 +69,8 @@ struct TcpLink final : Counted<TcpLink>, Watched
     OutputQueue m_Sealed;
     // The socket was found full, and no space was reported since.
     bool m_IsOutputWaited = false;
+    // All output is encrypted before it leaves.
+    bool m_IsSealed = false;
     // In the reactor's list of links to flush.
     bool m_IsListed = false;
     TcpLink* m_NextUnflushed = nullptr;
