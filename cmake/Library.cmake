@@ -53,10 +53,12 @@ target_link_libraries(commonground PRIVATE commonground_warnings commonground_de
 target_precompile_headers(commonground PRIVATE <cmake/std_pch.h>)
 if(NOT WIN32)
   set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  set(preemptible ${PROJECT_SOURCE_DIR}/cmake/preemptible.list)
   # No function of the library is interposed from outside, so calls within it can be direct.
   target_compile_options(commonground PRIVATE -fno-semantic-interposition)
-  target_link_options(commonground PRIVATE -Wl,--version-script=${exports} -Wl,-Bsymbolic-functions)
-  set_property(TARGET commonground APPEND PROPERTY LINK_DEPENDS ${exports})
+  # References within the library are bound when it is linked, except those to the variables in the list.
+  target_link_options(commonground PRIVATE -Wl,--version-script=${exports} -Wl,--dynamic-list=${preemptible})
+  set_property(TARGET commonground APPEND PROPERTY LINK_DEPENDS ${exports} ${preemptible})
 endif()
 
 if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND NOT WIN32)
