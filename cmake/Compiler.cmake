@@ -66,3 +66,21 @@ endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:SHELL:-Xclang -fno-pch-timestamp>")
 endif()
+
+# Addresses that only move with the file are packed: two bits each instead of 24 bytes. Such a file asks for glibc 2.36
+# or later when it is loaded, so it is packed only where it is built with one. Some linkers only warn of an option
+# that they do not know.
+if(NOT WIN32)
+  include(CheckCXXSourceCompiles)
+  set(CMAKE_REQUIRED_LINK_OPTIONS -Wl,-z,pack-relative-relocs)
+  check_cxx_source_compiles("
+    #include <features.h>
+    #if !__GLIBC_PREREQ(2, 36)
+    #error
+    #endif
+    int main() { return 0; }" COMMONGROUND_PACKS_RELOCATIONS FAIL_REGEX "warning:")
+  unset(CMAKE_REQUIRED_LINK_OPTIONS)
+  if(COMMONGROUND_PACKS_RELOCATIONS)
+    add_link_options(-Wl,-z,pack-relative-relocs)
+  endif()
+endif()

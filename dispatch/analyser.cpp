@@ -22,11 +22,6 @@ void tellThrown(const char* what)
 
 } // namespace
 
-CCmdAnalyser::CCmdAnalyser(CmdFallback unknownCmd, CmdFallback errorCmd)
-    : m_pfnUnknownCmd(unknownCmd), m_pfnErrorCmd(errorCmd)
-{
-}
-
 void CCmdAnalyser::Install(unsigned short id, CmdProcess process, CmdHandler handler)
 {
     if (id >= kCommandIdLimit)

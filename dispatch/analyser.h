@@ -11,7 +11,11 @@ class COMMONGROUND_API CCmdAnalyser
 {
 public:
     // The fallbacks may be null; then the case is logged.
-    explicit CCmdAnalyser(CmdFallback unknownCmd = nullptr, CmdFallback errorCmd = nullptr);
+    // Constant, so that a static analyser costs a program nothing when it starts.
+    constexpr explicit CCmdAnalyser(CmdFallback unknownCmd = nullptr, CmdFallback errorCmd = nullptr)
+        : m_pfnUnknownCmd(unknownCmd), m_pfnErrorCmd(errorCmd)
+    {
+    }
 
     // Replaces the entry of an id. An id of kCommandIdLimit or more is refused, logged, and fails an assertion.
     void Install(unsigned short id, CmdProcess process, CmdHandler handler);

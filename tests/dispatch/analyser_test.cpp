@@ -181,6 +181,23 @@ TEST_F(Analyser, WhatAHandlerThrowsEndsWithItsCommand)
     EXPECT_TRUE(log.has(Log::kError, L"Exception in a command handler: no such player"));
 }
 
+// Without a constant constructor this does not compile: each program would clear 256 KiB when it starts.
+TEST_F(Analyser, StaticOneIsConstantAndEmpty)
+{
+    static constinit CCmdAnalyser analyser;
+    writeEcho(pk, 8);
+    {
+        const test::LogLines log;
+        analyser.Analyse(pk, arg(), 0);
+        EXPECT_TRUE(log.has(Log::kError, L"CCmdAnalyser cannot Analyse NULL command(0x120d)"));
+    }
+    installEcho(analyser);
+    CCmdPackager second;
+    writeEcho(second, 8);
+    analyser.Analyse(second, arg(), 0);
+    EXPECT_EQ(seen.m_Handled, 1);
+}
+
 TEST_F(Analyser, HighestIdIsDispatched)
 {
     const auto analyser = std::make_unique<CCmdAnalyser>();
