@@ -1,5 +1,6 @@
 #include "framework/time.h"
 
+#include "framework/inner/nanoseconds.h"
 #include "framework/platform/platform.h"
 
 #include <atomic>
@@ -15,7 +16,8 @@ struct TestTime
 {
     std::atomic<bool> m_IsOn{false};
     std::atomic<long long> m_CalendarMilliseconds{0};
-    std::atomic<unsigned int> m_Tick{0};
+    // Does not wrap, unlike getTimeTick().
+    std::atomic<unsigned long long> m_Milliseconds{0};
 };
 
 TestTime& getTestTime()
@@ -108,8 +110,16 @@ unsigned int getTimeTick()
 {
     const TestTime& test = getTestTime();
     if (test.m_IsOn.load(std::memory_order_acquire))
-        return test.m_Tick.load(std::memory_order_relaxed);
+        return static_cast<unsigned int>(test.m_Milliseconds.load(std::memory_order_relaxed));
     return static_cast<unsigned int>(platform::getMonotonicMilliseconds());
+}
+
+unsigned long long inner::getNanoseconds()
+{
+    const TestTime& test = getTestTime();
+    if (test.m_IsOn.load(std::memory_order_acquire))
+        return test.m_Milliseconds.load(std::memory_order_relaxed) * 1000000;
+    return platform::getMonotonicNanoseconds();
 }
 
 long long time(long long* seconds)
@@ -133,7 +143,7 @@ TestClock::TestClock(long long seconds, unsigned int tick)
 {
     TestTime& test = getTestTime();
     test.m_CalendarMilliseconds.store(seconds * 1000, std::memory_order_relaxed);
-    test.m_Tick.store(tick, std::memory_order_relaxed);
+    test.m_Milliseconds.store(tick, std::memory_order_relaxed);
     test.m_IsOn.store(true, std::memory_order_release);
 }
 
@@ -151,7 +161,7 @@ void TestClock::advance(unsigned int milliseconds)
 {
     TestTime& test = getTestTime();
     test.m_CalendarMilliseconds.fetch_add(milliseconds, std::memory_order_relaxed);
-    test.m_Tick.fetch_add(milliseconds, std::memory_order_relaxed);
+    test.m_Milliseconds.fetch_add(milliseconds, std::memory_order_relaxed);
 }
 
 void TestClock::setTime(long long seconds)

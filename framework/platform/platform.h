@@ -30,7 +30,9 @@ void wipe(String_T<T>& text)
 
 // Milliseconds of a monotonic clock.
 COMMONGROUND_API unsigned long long getMonotonicMilliseconds();
-// The same, wrapping, from a start of its own; cheaper to read, but up to kCoarseLag milliseconds behind.
+// The same clock in nanoseconds, as fine as the system has it.
+COMMONGROUND_API unsigned long long getMonotonicNanoseconds();
+// Milliseconds, wrapping, from a start of its own; cheaper to read, but up to kCoarseLag milliseconds behind.
 COMMONGROUND_API unsigned int getCoarseMilliseconds();
 inline constexpr unsigned int kCoarseLag = 32;
 // Milliseconds since 1970-01-01 00:00:00 UTC.

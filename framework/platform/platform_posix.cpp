@@ -142,6 +142,13 @@ unsigned long long getMonotonicMilliseconds()
     return static_cast<unsigned long long>(getMilliseconds(CLOCK_MONOTONIC));
 }
 
+unsigned long long getMonotonicNanoseconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<unsigned long long>(now.tv_sec) * 1000000000 + static_cast<unsigned long long>(now.tv_nsec);
+}
+
 unsigned int getCoarseMilliseconds()
 {
     // Advances with the system's timer: each 1 to 10 ms.

@@ -60,6 +60,12 @@ bool fillRandom(void* data, size_t size)
 
 unsigned long long getMonotonicMilliseconds()
 {
+    return getMonotonicNanoseconds() / 1000000;
+}
+
+unsigned long long getMonotonicNanoseconds()
+{
+    constexpr long long kPerSecond = 1000000000;
     LARGE_INTEGER frequency;
     LARGE_INTEGER now;
     QueryPerformanceFrequency(&frequency);
@@ -67,7 +73,7 @@ unsigned long long getMonotonicMilliseconds()
     // Whole seconds separate from the rest, so that the product stays within 64 bits.
     const long long seconds = now.QuadPart / frequency.QuadPart;
     const long long rest = now.QuadPart % frequency.QuadPart;
-    return static_cast<unsigned long long>(seconds * 1000 + rest * 1000 / frequency.QuadPart);
+    return static_cast<unsigned long long>(seconds * kPerSecond + rest * kPerSecond / frequency.QuadPart);
 }
 
 unsigned int getCoarseMilliseconds()

@@ -1,6 +1,8 @@
 // Readiness of sockets.
 #pragma once
 
+#include <chrono>
+
 namespace zet::inner
 {
 
@@ -51,8 +53,9 @@ public:
     virtual void reportInputAgain(Watch& watch) = 0;
     virtual void remove(Watch& watch) = 0;
 
-    // Reports pending events at once; otherwise waits up to this time for the first ones. False if it could not look.
-    virtual bool wait(unsigned int milliseconds) = 0;
+    // Reports pending events at once; otherwise waits up to this time for the first ones, or slightly longer where the
+    // system's own times are coarser. False if it could not look.
+    virtual bool wait(std::chrono::microseconds time) = 0;
     // Ends the present or the next wait().
     virtual void wake() = 0;
 };

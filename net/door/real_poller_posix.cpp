@@ -5,12 +5,9 @@
 #include <sys/timerfd.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <cstdint>
-#include <limits>
 #include <system_error>
 
 namespace zet::inner
@@ -77,10 +74,13 @@ public:
     void want(Watch& watch, unsigned char ready) override;
     void reportInputAgain(Watch& watch) override;
     void remove(Watch& watch) override;
-    bool wait(unsigned int milliseconds) override;
+    bool wait(std::chrono::microseconds time) override;
     void wake() override;
 
 private:
+    using Time = std::chrono::time_point<std::chrono::steady_clock, std::chrono::microseconds>;
+    static constexpr Time kNoTime{};
+
     bool control(int operation, int handle, void* watch, uint32_t events) const
     {
         epoll_event event{};
@@ -92,14 +92,10 @@ private:
     // Reports pending events, or the first ones within this time, which is endless if negative. False if the system
     // does not look. hasEvents is set by any event but the timer's.
     bool look(int milliseconds, bool& hasEvents);
-    // Ensures that the timer ends a sleep not later than after this time. Returns the end of this time, or 0 without a
-    // timer.
-    long long arm(unsigned int milliseconds);
-    static long long getNow()
-    {
-        using namespace std::chrono;
-        return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
-    }
+    // Ensures that the timer ends a sleep not later than after this time. Returns the end of this time, or kNoTime
+    // without a timer.
+    Time arm(std::chrono::microseconds time);
+    static Time getNow() { return std::chrono::time_point_cast<Time::duration>(std::chrono::steady_clock::now()); }
     void endWake()
     {
         uint64_t count;
@@ -114,8 +110,8 @@ private:
     // Its events are edges, so it is never read. Its watch is this object, that of the alarm is null.
     const Descriptor m_Timer{::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)};
     std::atomic<bool> m_IsWoken{false};
-    // When the timer ends, by getNow(); 0 once it has.
-    long long m_TimerEnd = 0;
+    // When the timer ends, by getNow(); kNoTime once it has.
+    Time m_TimerEnd = kNoTime;
     // An event has ended the last sleep.
     bool m_IsBusy = false;
 };
@@ -176,7 +172,7 @@ bool EpollPoller::look(int milliseconds, bool& hasEvents)
             void* const watch = events[i].data.ptr;
             hasEvents = hasEvents || watch != this;
             if (watch == this)
-                m_TimerEnd = 0;
+                m_TimerEnd = kNoTime;
             else if (watch)
                 report(*static_cast<Watch*>(watch), readyOf(events[i].events));
             else
@@ -188,35 +184,35 @@ bool EpollPoller::look(int milliseconds, bool& hasEvents)
     return true;
 }
 
-long long EpollPoller::arm(unsigned int milliseconds)
+EpollPoller::Time EpollPoller::arm(std::chrono::microseconds time)
 {
-    const long long end = getNow() + milliseconds;
+    const Time end = getNow() + time;
     // Usually an earlier sleep has armed it for an earlier moment.
-    if (m_TimerEnd != 0 && m_TimerEnd <= end)
+    if (m_TimerEnd != kNoTime && m_TimerEnd <= end)
         return end;
-    itimerspec time{};
-    time.it_value.tv_sec = static_cast<time_t>(milliseconds / 1000);
-    time.it_value.tv_nsec = static_cast<long>(milliseconds % 1000) * 1000000;
-    if (::timerfd_settime(m_Timer, 0, &time, nullptr) != 0)
-        return 0;
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
+    itimerspec setting{};
+    setting.it_value.tv_sec = static_cast<time_t>(seconds.count());
+    setting.it_value.tv_nsec = static_cast<long>(std::chrono::nanoseconds(time - seconds).count());
+    if (::timerfd_settime(m_Timer, 0, &setting, nullptr) != 0)
+        return kNoTime;
     m_TimerEnd = end;
     return end;
 }
 
-bool EpollPoller::wait(unsigned int milliseconds)
+bool EpollPoller::wait(std::chrono::microseconds time)
 {
-    constexpr unsigned int kLongest = std::numeric_limits<int>::max();
-    const int time = static_cast<int>(std::min(milliseconds, kLongest));
+    constexpr std::chrono::microseconds kNone{0};
     bool hasEvents = false;
-    if (time == 0)
+    if (time == kNone)
         return look(0, hasEvents);
     // The system sets a timer for a time limit and removes it, which costs more than the rest of a sleep that ends at
     // once. So a busy poller has a timer of its own, which stays armed. An idle one makes one call per sleep.
-    const long long end = m_IsBusy || m_TimerEnd != 0 ? arm(milliseconds) : 0;
-    bool isGood = look(end != 0 ? -1 : time, hasEvents);
-    const long long left = end != 0 && isGood && !hasEvents ? end - getNow() : 0;
-    if (left > 0)
-        isGood = look(static_cast<int>(std::min<long long>(left, time)), hasEvents);
+    const Time end = m_IsBusy || m_TimerEnd != kNoTime ? arm(time) : kNoTime;
+    bool isGood = look(end != kNoTime ? -1 : toMilliseconds(time), hasEvents);
+    const auto left = end != kNoTime && isGood && !hasEvents ? end - getNow() : kNone;
+    if (left > kNone)
+        isGood = look(toMilliseconds(left), hasEvents);
     m_IsBusy = hasEvents;
     return isGood;
 }

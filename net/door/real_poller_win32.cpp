@@ -2,9 +2,7 @@
 
 #include "net/door/addresses.h"
 
-#include <algorithm>
 #include <atomic>
-#include <limits>
 #include <system_error>
 #include <vector>
 
@@ -73,7 +71,7 @@ public:
     void want(Watch& watch, unsigned char ready) override { watch.m_Wanted |= ready; }
     void reportInputAgain(Watch& watch) override { want(watch, kReadyInput); }
     void remove(Watch& watch) override;
-    bool wait(unsigned int milliseconds) override;
+    bool wait(std::chrono::microseconds time) override;
     void wake() override;
 
 private:
@@ -116,7 +114,7 @@ void ListPoller::remove(Watch& watch)
     m_Entries.pop_back();
 }
 
-bool ListPoller::wait(unsigned int milliseconds)
+bool ListPoller::wait(std::chrono::microseconds time)
 {
     m_Asked.clear();
     m_AskedFor.clear();
@@ -126,9 +124,7 @@ bool ListPoller::wait(unsigned int milliseconds)
             m_Asked.push_back({entry.m_Socket, eventsOf(wanted), 0});
             m_AskedFor.push_back(entry.m_Watch);
         }
-    constexpr unsigned int kLongest = std::numeric_limits<int>::max();
-    const int count = ::WSAPoll(m_Asked.data(), static_cast<ULONG>(m_Asked.size()),
-                                static_cast<int>(std::min(milliseconds, kLongest)));
+    const int count = ::WSAPoll(m_Asked.data(), static_cast<ULONG>(m_Asked.size()), toMilliseconds(time));
     if (count <= 0)
         return count == 0;
     for (size_t i = 0; i < m_Asked.size(); ++i)

@@ -1,5 +1,6 @@
 #include "net/inner/reactor.h"
 
+#include "framework/inner/nanoseconds.h"
 #include "framework/inner/report.h"
 #include "framework/log.h"
 #include "framework/string_helper.h"
@@ -8,6 +9,7 @@
 #include "net/tcp/inner/link.h"
 
 #include <atomic>
+#include <chrono>
 #include <exception>
 #include <mutex>
 
@@ -106,7 +108,17 @@ void Reactor::wait(unsigned int milliseconds)
 {
     if (m_IsHurried || milliseconds == 0)
         return;
-    m_HasLooked = m_Poller->wait(milliseconds);
+    // In nanoseconds.
+    unsigned long long time = milliseconds * 1000000ULL;
+    if (m_HurryAt != kNever)
+    {
+        const unsigned long long now = getNanoseconds();
+        if (m_HurryAt <= now)
+            return;
+        time = std::min(time, m_HurryAt - now);
+    }
+    // Rounded up, so that what is due then is due.
+    m_HasLooked = m_Poller->wait(std::chrono::microseconds((time + 999) / 1000));
 }
 
 void Reactor::wake()
@@ -116,13 +128,14 @@ void Reactor::wake()
 
 void Reactor::poll()
 {
-    m_Poller->wait(0);
+    m_Poller->wait(std::chrono::microseconds(0));
     deliverNames();
 }
 
 void Reactor::beginTick()
 {
     m_IsHurried = false;
+    m_HurryAt = kNever;
     m_IsTicking = true;
     if (std::exchange(m_HasLooked, false))
         deliverNames();

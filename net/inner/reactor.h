@@ -5,6 +5,8 @@
 #include "net/door/door.h"
 #include "net/inner/blocks.h"
 
+#include <algorithm>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -51,6 +53,9 @@ public:
     bool isTicking() const { return m_IsTicking; }
     // Makes the next tick come at once.
     void hurry() { m_IsHurried = true; }
+    // Makes the next tick come at this time of getNanoseconds() at the latest. Holds for one sleep: what is not ticked
+    // then asks for no other one.
+    void hurryAt(unsigned long long time) { m_HurryAt = std::min(m_HurryAt, time); }
     // Flushes the link's output at the end of the tick. Without a System the connection's own tick does so.
     void flushLater(TcpLink& link);
     // Calls the router's endTick() once, at the end of the tick. False if there is no such end.
@@ -71,6 +76,8 @@ private:
     struct Mail;
     struct Question;
 
+    static constexpr auto kNever = std::numeric_limits<unsigned long long>::max();
+
     TcpLink* takeUnflushed();
     void flushRouters();
     void deliverNames();
@@ -89,6 +96,7 @@ private:
     // The last wait has reported what is ready, and no tick has followed yet.
     bool m_HasLooked = false;
     bool m_IsHurried = false;
+    unsigned long long m_HurryAt = kNever;
 };
 
 } // namespace zet::inner

@@ -42,7 +42,7 @@ private:
         void want(Watch& watch, unsigned char ready) override { m_Poller->want(watch, ready); }
         void reportInputAgain(Watch& watch) override { m_Poller->reportInputAgain(watch); }
         void remove(Watch& watch) override { m_Poller->remove(watch); }
-        bool wait(unsigned int milliseconds) override { return m_Poller->wait(milliseconds); }
+        bool wait(std::chrono::microseconds time) override { return m_Poller->wait(time); }
         void wake() override { m_Poller->wake(); }
 
     private:

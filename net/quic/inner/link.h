@@ -131,6 +131,7 @@ private:
     void dropSession();
     void wake(unsigned char pending);
     bool prepareStream();
+    void endTurn(QuicTime now);
     size_t gather(ngtcp2_vec* pieces, size_t most);
     void advance(size_t size);
 

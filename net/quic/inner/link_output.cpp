@@ -121,15 +121,24 @@ void QuicLink::write()
         }
         if (size == 0)
         {
-            ngtcp2_conn_update_pkt_tx_time(m_Connection, now);
-            m_Router.schedule(*this);
+            endTurn(now);
             return;
         }
         m_Router.post(peerOf(path.path), static_cast<size_t>(size), m_Local);
     }
-    ngtcp2_conn_update_pkt_tx_time(m_Connection, now);
-    m_Router.schedule(*this);
+    endTurn(now);
     wake(kWrite);
+}
+
+void QuicLink::endTurn(QuicTime now)
+{
+    ngtcp2_conn_update_pkt_tx_time(m_Connection, now);
+    // ngtcp2 sends up to this much ahead of its pacing, so a shorter pause holds nothing back. Its timer would end the
+    // System's sleep after almost every packet. This drops it: nothing else is due.
+    constexpr QuicTime kAhead = NGTCP2_MILLISECONDS;
+    if (const QuicTime expiry = ngtcp2_conn_get_expiry(m_Connection); expiry > now && expiry <= now + kAhead)
+        ngtcp2_conn_handle_expiry(m_Connection, now);
+    m_Router.schedule(*this);
 }
 
 } // namespace zet::inner

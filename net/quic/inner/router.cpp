@@ -3,9 +3,9 @@
 #include "framework/inner/guard.h"
 #include "framework/inner/make_room.h"
 #include "framework/inner/mark.h"
+#include "framework/inner/nanoseconds.h"
 #include "framework/log.h"
 #include "framework/string_helper.h"
-#include "framework/time.h"
 #include "net/door/addresses.h"
 #include "net/inner/peer_text.h"
 
@@ -64,7 +64,7 @@ std::shared_ptr<UdpRouter> UdpRouter::make(UdpServer& server, const std::shared_
 }
 
 QuicRouter::QuicRouter(UdpServer& server, const std::shared_ptr<Reactor>& reactor, const Ref<UdpPort>& port)
-    : m_Server(&server), m_Reactor(reactor), m_Port(port), m_Now(NGTCP2_SECONDS), m_LastTick(getTimeTick())
+    : m_Server(&server), m_Reactor(reactor), m_Port(port), m_Now(NGTCP2_SECONDS), m_LastTime(getNanoseconds())
 {
 }
 
@@ -85,9 +85,11 @@ unsigned short QuicRouter::getPort() const
 
 QuicTime QuicRouter::now()
 {
-    const unsigned int tick = getTimeTick();
-    m_Now += (tick - m_LastTick) * NGTCP2_MILLISECONDS;
-    m_LastTick = tick;
+    const unsigned long long time = getNanoseconds();
+    // A test clock that begins or ends sets the time back.
+    if (time > m_LastTime)
+        m_Now += time - m_LastTime;
+    m_LastTime = time;
     return m_Now;
 }
 
@@ -314,6 +316,7 @@ void QuicRouter::hurry()
     const auto mustWrite = [](const QuicLink* link) { return link && (link->m_Pending & QuicLink::kWrite); };
     if (!m_Port->isBlocked() && (m_Port->isReadable() || std::any_of(m_Listed.begin(), m_Listed.end(), mustWrite)))
         m_Reactor->hurry();
+    hurryForTimers();
 }
 
 void QuicRouter::giveUserData(const UdpPort::Datagram& datagram)
@@ -350,7 +353,8 @@ void QuicRouter::turn(QuicLink& link)
         Connection* const owner = link.getOwner();
         const Unknown::Handle_T<Connection> hold = owner->getRefCount() > 0 ? owner : nullptr;
         UdpServer* const server = m_Server;
-        const bool isWhole = guard([&] { owner->onTick(m_LastTick); });
+        const auto tick = static_cast<unsigned int>(m_LastTime / NGTCP2_MILLISECONDS);
+        const bool isWhole = guard([&] { owner->onTick(tick); });
         if (!m_Server)
             return;
         if (!link.getOwner())

@@ -108,6 +108,7 @@ private:
     void list(QuicLink& link);
     void writeListed();
     void hurry();
+    void hurryForTimers();
     QuicLink* find(const unsigned char* id) const;
     QuicLink& keep(std::unique_ptr<QuicLink> link);
     void forget(QuicLink& link);
@@ -125,7 +126,10 @@ private:
     unsigned char m_Secret[32];
     UdpServer::Traffic m_Traffic;
     QuicTime m_Now;
-    unsigned int m_LastTick;
+    // Of getNanoseconds() when m_Now was read.
+    unsigned long long m_LastTime;
+    // The timers up to this time of m_Now have been run.
+    QuicTime m_TimersRun = 0;
     std::vector<std::unique_ptr<QuicLink>> m_Links;
     // The links after close(): one of them may be in the middle of its turn.
     std::vector<std::unique_ptr<QuicLink>> m_Closed;

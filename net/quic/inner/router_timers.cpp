@@ -60,6 +60,7 @@ void QuicRouter::sift(size_t place)
 void QuicRouter::runTimers()
 {
     const QuicTime time = now();
+    m_TimersRun = time;
     // A timer that is due again at once waits for the next tick.
     for (size_t most = m_Timers.size(); most > 0 && m_Server && !m_Timers.empty(); --most)
     {
@@ -74,6 +75,17 @@ void QuicRouter::runTimers()
         removeTimer(link);
         link.onExpiry();
     }
+}
+
+void QuicRouter::hurryForTimers()
+{
+    // A timer that was due when the timers ran waits for the next tick. A port that takes no output ends a sleep
+    // itself, once it does; what its timers would send has no space before.
+    if (m_Timers.empty() || m_Port->isBlocked())
+        return;
+    const QuicTime expiry = m_Timers.front()->m_Expiry;
+    if (expiry > m_TimersRun)
+        m_Reactor->hurryAt(m_LastTime + (expiry > m_Now ? expiry - m_Now : 0));
 }
 
 } // namespace zet::inner
