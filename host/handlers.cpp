@@ -94,14 +94,15 @@ HandlerSlot* findSlot(unsigned long row, unsigned long generation)
     return found->m_Slot.load(std::memory_order_acquire);
 }
 
-bool refuseCommand(const CCmdHead& command, const std::type_info& type, const CCmdPackager& pk, CCommandSocket& socket)
+bool refuseCommand(const CCmdHead& command, const std::type_info& type, const CCmdPackager& pk, bool isRead,
+                   CCommandSocket& socket)
 {
     if (!zet::PeerLog::takesLine())
         return false;
-    const int left = pk.GetDataSize() - pk.GetReadPointer();
-    if (left > 0)
+    if (isRead)
         zet::Log::message(L"%s (0x%04x) refused: %d of %d bytes are left over (%s)", getClassName(type),
-                          command.GetID(), left, pk.GetDataSize(), socket.getPeerName());
+                          command.GetID(), pk.GetDataSize() - pk.GetReadPointer(), pk.GetDataSize(),
+                          socket.getPeerName());
     else
         zet::Log::message(L"%s (0x%04x) refused: it does not fit %d bytes (%s)", getClassName(type), command.GetID(),
                           pk.GetDataSize(), socket.getPeerName());
@@ -127,8 +128,7 @@ Handlers::~Handlers()
         giveBack(installed.m_Row);
 }
 
-bool Handlers::install(unsigned short id, const std::type_info& type, SocketCmdProcess process,
-                       std::unique_ptr<inner::HandlerSlot> slot)
+bool Handlers::canInstall(unsigned short id, const std::type_info& type) const
 {
     for (const Installed& installed : m_Installed)
         if (installed.m_Id == id)
@@ -143,6 +143,14 @@ bool Handlers::install(unsigned short id, const std::type_info& type, SocketCmdP
                         kCommandIdLimit);
         return false;
     }
+    return true;
+}
+
+bool Handlers::install(unsigned short id, const std::type_info& type, SocketCmdProcess process,
+                       std::unique_ptr<inner::HandlerSlot> slot)
+{
+    if (!canInstall(id, type))
+        return false;
     m_Installed.reserve(m_Installed.size() + 1);
     const unsigned long row = takeRow(slot.get());
     if (row == kNoRow)

@@ -45,9 +45,10 @@ public:
 
 // Null if the Handlers of the slot is gone.
 COMMONGROUND_API HandlerSlot* findSlot(unsigned long row, unsigned long generation);
-// Log one line with the name of the class, within the peer's share. Always false.
+// Log one line with the name of the class, within the peer's share. Always false. isRead: what the class's Read
+// returned; then the command has bytes left over.
 COMMONGROUND_API bool refuseCommand(const CCmdHead& command, const std::type_info& type, const CCmdPackager& pk,
-                                    CCommandSocket& socket);
+                                    bool isRead, CCommandSocket& socket);
 COMMONGROUND_API bool reportNoHandlers(const std::type_info& type, const CCmdPackager& pk, CCommandSocket& socket);
 
 // The process function that is installed for Command. Like the generated one, but it calls the handler with its types.
@@ -59,8 +60,9 @@ bool processCommand(CCommandSocket* socket, CCmdPackager* pk, SocketCmdHandler, 
     if (!slot)
         return reportNoHandlers(typeid(Command), *pk, *socket);
     Command command;
-    if (!command.Read(pk) || pk->GetReadPointer() != pk->GetDataSize())
-        return refuseCommand(command, typeid(Command), *pk, *socket);
+    const bool isRead = command.Read(pk);
+    if (!isRead || pk->GetReadPointer() != pk->GetDataSize())
+        return refuseCommand(command, typeid(Command), *pk, isRead, *socket);
     if (kTraceCommands)
         TraceReceivedCommand(command, socket);
     slot->m_Handler(*socket, command);
@@ -106,6 +108,14 @@ public:
             return false;
     }
 
+    // Whether on<Command>() would find the id free. Otherwise false, and logged as there.
+    template <class Command>
+    bool canInstall() const
+    {
+        static_assert(std::is_base_of_v<CCmdHead, Command>, "canInstall<Command>() takes the class of a command");
+        return canInstall(Command().GetID(), typeid(Command));
+    }
+
     // Commands that have a handler here.
     int getCount() const { return static_cast<int>(m_Installed.size()); }
 
@@ -118,6 +128,7 @@ private:
         std::unique_ptr<inner::HandlerSlot> m_Slot;
     };
 
+    bool canInstall(unsigned short id, const std::type_info& type) const;
     bool install(unsigned short id, const std::type_info& type, SocketCmdProcess process,
                  std::unique_ptr<inner::HandlerSlot> slot);
 

@@ -31,6 +31,9 @@
 #include "packs/sport.h"
 #include "packs/travel.h"
 #include "packs/wizard_square.h"
+#include "playerdata/combat_rank.h"
+
+#include <type_traits>
 
 namespace host
 {
@@ -48,5 +51,25 @@ inline constexpr bool isCarriedBy = false;
 #include "packs/messages.def"
 #undef MESSAGE
 #undef EITHER_WAY
+
+// The rank boards of combat and BS4. They are account records, since a command of the zone contains one of them, so
+// packs/messages.def does not list them; to the client they are messages of the match feature.
+template <>
+inline constexpr bool isCarriedBy<CombatRankData_Pack_Reply, CCmdMatchPackReply> = true;
+template <>
+inline constexpr bool isCarriedBy<BS4RankData_Pack_Reply, CCmdMatchPackReply> = true;
+
+// Whether a request and its reply may have one number. The protocol gives the social messages one number per pair, and
+// the hosts may number the void-data messages so; in all other features each message has a number of its own. A host
+// that has envelopes of its own specializes this for them.
+template <class Envelope>
+inline constexpr bool isNumberedByPair =
+    std::is_base_of_v<CCmdSocialPlatform, Envelope> || std::is_base_of_v<CCmdVoidDataEnvelope, Envelope>;
+
+// Whether a message is read into the elements that its lists have already, so that the reader must size them before.
+template <class Message>
+inline constexpr bool isReadIntoElements = false;
+template <>
+inline constexpr bool isReadIntoElements<Match4Pack_CheckHstryRec_Reply> = true;
 
 } // namespace host

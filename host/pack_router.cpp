@@ -31,6 +31,13 @@ bool PackTable::refuse(const zet::String_T<wchar_t>& reason)
     return false;
 }
 
+bool PackTable::refuseOther(int number, int own, const std::type_info& message)
+{
+    zet::String_T<wchar_t> reason;
+    reason.format(L"%s has the number %d of its own, and cannot have %d", getClassName(message), own, number);
+    return refuse(reason);
+}
+
 bool PackTable::add(int number, int highest, const std::type_info& message, unsigned int carriers)
 {
     zet::String_T<wchar_t> reason;
@@ -49,7 +56,7 @@ bool PackTable::add(int number, int highest, const std::type_info& message, unsi
     {
         if (row.m_Number == number && *row.m_Message == message)
             return true;
-        if (row.m_Number == number)
+        if (row.m_Number == number && (!m_IsByPair || (row.m_Carriers & carriers) != 0))
             reason.format(L"%s has the number %d of %s", name, number, getClassName(*row.m_Message));
         else if (*row.m_Message == message)
             reason.format(L"%s has two numbers, %d and %d", name, row.m_Number, number);
@@ -63,10 +70,10 @@ bool PackTable::add(int number, int highest, const std::type_info& message, unsi
     return true;
 }
 
-bool PackTable::handle(int number, const std::type_info& message)
+bool PackTable::handle(const std::type_info& message)
 {
     const auto row =
-        std::find_if(m_Rows.begin(), m_Rows.end(), [number](const Row& each) { return each.m_Number == number; });
+        std::find_if(m_Rows.begin(), m_Rows.end(), [&message](const Row& each) { return *each.m_Message == message; });
     if (row == m_Rows.end() || row->m_IsHandled)
     {
         zet::String_T<wchar_t> reason;
@@ -94,9 +101,14 @@ int PackTable::getNumber(const std::type_info& message) const
     for (const Row& row : m_Rows)
         if (*row.m_Message == message)
             return row.m_Number;
+    return 0;
+}
+
+bool PackTable::reportUnnumbered(const std::type_info& message) const
+{
     zet::Log::error(L"PackRouter of %s: %s is not sent, since it has no number", getEnvelopeNames(),
                     getClassName(message));
-    return 0;
+    return false;
 }
 
 zet::String_T<wchar_t> PackTable::toJson() const
@@ -147,6 +159,13 @@ void reportLongPack(const std::type_info& message, int number, int left, int siz
 bool reportUnwrittenPack(const std::type_info& message)
 {
     zet::Log::error(L"%s is not sent: it does not fit its envelope", getClassName(message));
+    return false;
+}
+
+bool reportOtherPair(const std::type_info& message, int number, int request)
+{
+    zet::Log::error(L"%s is not sent: it has the number %d, and its request %d", getClassName(message), number,
+                    request);
     return false;
 }
 

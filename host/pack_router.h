@@ -9,7 +9,8 @@
 //   ...
 //   home.reply(socket, envelope, HomePack_LoadData_Reply());
 //
-// Client and server state the same numbers; a function that both call states them once.
+// Client and server state the same numbers; a function that both call states them once. The social messages have their
+// numbers by protocol: social.on<CmdSocialOccupyAPIRequest>(handler).
 #pragma once
 
 #include "framework/string.h"
@@ -31,18 +32,26 @@ namespace inner
 class COMMONGROUND_API PackTable
 {
 public:
-    // Names the envelopes in the order of the bits below.
-    explicit PackTable(std::vector<const std::type_info*> envelopes) : m_Envelopes(std::move(envelopes)) {}
+    // Names the envelopes in the order of the bits below. isByPair: two messages may have one number if no envelope
+    // carries both.
+    PackTable(std::vector<const std::type_info*> envelopes, bool isByPair)
+        : m_Envelopes(std::move(envelopes)), m_IsByPair(isByPair)
+    {
+    }
 
     // Gives a message its number. carriers has a bit for each envelope that carries it. The same number for the same
     // message again is accepted. Otherwise false, logged, and the table cannot be installed.
     bool add(int number, int highest, const std::type_info& message, unsigned int carriers);
+    // Refuses, as above, a number for a message whose class has another one. Always false.
+    bool refuseOther(int number, int own, const std::type_info& message);
     // Notes a handler for an added message. As above, false for the second one.
-    bool handle(int number, const std::type_info& message);
+    bool handle(const std::type_info& message);
     // Whether everything so far was accepted and there is a handler; otherwise logs. add() is refused from then on.
     bool close();
-    // 0, and logged, for a message without a number.
+    // 0 for a message without a number.
     int getNumber(const std::type_info& message) const;
+    // Logs that a message without a number is not sent. Always false.
+    bool reportUnnumbered(const std::type_info& message) const;
     zet::String_T<wchar_t> toJson() const;
 
 private:
@@ -58,6 +67,7 @@ private:
     bool refuse(const zet::String_T<wchar_t>& reason);
 
     std::vector<const std::type_info*> m_Envelopes;
+    bool m_IsByPair;
     // In ascending order of numbers.
     std::vector<Row> m_Rows;
     bool m_IsSound = true;
@@ -71,6 +81,30 @@ COMMONGROUND_API void reportLongPack(const std::type_info& message, int number, 
                                      CCommandSocket& socket);
 // Logs that a message does not fit its envelope. Always false.
 COMMONGROUND_API bool reportUnwrittenPack(const std::type_info& message);
+// Logs that a message does not answer the request that it is the reply to. Always false.
+COMMONGROUND_API bool reportOtherPair(const std::type_info& message, int number, int request);
+
+// A message that knows its number, as the social ones do.
+template <class Message>
+concept HasOwnNumber = requires(const Message& message)
+{
+    static_cast<int>(message.getPackType());
+};
+
+struct NoPreparation
+{
+    template <class Message>
+    void operator()(Message&) const
+    {
+    }
+};
+struct NoFilling
+{
+    template <class Envelope>
+    void operator()(Envelope&) const
+    {
+    }
+};
 
 // The handler of a message in one envelope.
 template <class Envelope>
@@ -81,28 +115,43 @@ public:
     virtual void receive(CCommandSocket& socket, Envelope& envelope) = 0;
 };
 
-template <class Envelope, class Message, class Handler>
+// The callables of a message, shared by the slots of all envelopes that carry it.
+template <class Handler, class Preparation>
+struct PackCallables
+{
+    Handler m_Handler;
+    Preparation m_Prepare;
+};
+
+template <class Envelope, class Message, class Handler, class Preparation>
 class PackSlot_T final : public PackSlot<Envelope>
 {
+    static constexpr bool kTakesEnvelope = std::is_invocable_v<Handler&, CCommandSocket&, Message&, Envelope&>;
+    static_assert(kTakesEnvelope || std::is_invocable_v<Handler&, CCommandSocket&, Message&>,
+                  "the handler of on<Message>() takes (CCommandSocket&, Message&), or the envelope too");
+
 public:
-    explicit PackSlot_T(Handler handler) : m_Handler(std::move(handler)) {}
+    using Callables = PackCallables<Handler, Preparation>;
+
+    explicit PackSlot_T(std::shared_ptr<Callables> callables) : m_Callables(std::move(callables)) {}
 
     void receive(CCommandSocket& socket, Envelope& envelope) override
     {
         auto& data = envelope.m_PackData;
         Message message;
+        m_Callables->m_Prepare(message);
         if (!message.Read(&data))
             return reportUnreadPack(typeid(Message), envelope.m_PackType, data.GetDataSize(), socket);
         if (const int left = data.GetDataSize() - data.GetReadPointer(); left != 0)
             reportLongPack(typeid(Message), envelope.m_PackType, left, data.GetDataSize(), socket);
-        if constexpr (std::is_invocable_v<Handler&, CCommandSocket&, Message&, Envelope&>)
-            m_Handler(socket, message, envelope);
+        if constexpr (kTakesEnvelope)
+            m_Callables->m_Handler(socket, message, envelope);
         else
-            m_Handler(socket, message);
+            m_Callables->m_Handler(socket, message);
     }
 
 private:
-    Handler m_Handler;
+    std::shared_ptr<Callables> m_Callables;
 };
 
 template <class Envelope>
@@ -119,6 +168,9 @@ class OnlyCarrier;
 // Everything is stated at start, then install() is called once. A number that is 0 or given twice, a message with two
 // numbers or two handlers is logged and makes install() false. A message that none of the envelopes carries does not
 // compile. Received messages are handled on the thread of their socket; the dispatch allocates nothing of its own.
+//
+// In the social and the void-data envelopes a request and its reply may have one number (isNumberedByPair). A message
+// whose class has a getPackType(), as all social ones, has that number: it needs none here, and another one is refused.
 //
 // A message with an unknown number and one that its class cannot read are logged and dropped. If bytes are left over
 // after a message was read, one line is logged and the handler is called: some messages leave bytes by their order.
@@ -140,44 +192,69 @@ public:
     bool number(int number)
     {
         static_assert(kCarriers<Message> != 0, "no envelope of this router carries the message");
+        if constexpr (inner::HasOwnNumber<Message>)
+            if (const int own = Message().getPackType(); own != number)
+                return m_State->m_Table.refuseOther(number, own, typeid(Message));
         return m_State->m_Table.add(number, kHighest, typeid(Message), kCarriers<Message>);
     }
 
     // Gives a message its number, and its handler: a callable that takes (CCommandSocket&, Message&), or with the
     // envelope as a third argument. The message lives only during the call. A message that two envelopes carry is
     // handled in both.
-    template <class Message, class Handler>
-    bool on(int number, Handler handler)
+    //
+    // prepare is called with each new message before it is read. A message that is read into the elements that its
+    // lists have (isReadIntoElements) does not compile without it: received elements beyond them are dropped.
+    template <class Message, class Handler, class Preparation = inner::NoPreparation>
+    bool on(int number, Handler handler, Preparation prepare = {})
     {
-        if (!this->number<Message>(number) || !m_State->m_Table.handle(number, typeid(Message)))
+        static_assert(std::is_invocable_v<Preparation&, Message&>, "the preparation of on<Message>() takes (Message&)");
+        static_assert(!isReadIntoElements<Message> || !std::is_same_v<Preparation, inner::NoPreparation>,
+                      "the message is read into the elements that its lists have: give on<Message>() a callable after "
+                      "the handler that sizes them");
+        if (!this->number<Message>(number) || !m_State->m_Table.handle(typeid(Message)))
             return false;
-        const auto shared = std::make_shared<Handler>(std::move(handler));
-        (addSlot<Message, Envelopes>(number, shared), ...);
+        using Callables = inner::PackCallables<Handler, Preparation>;
+        const std::shared_ptr<Callables> callables(new Callables{std::move(handler), std::move(prepare)});
+        (addSlot<Message, Envelopes>(number, callables), ...);
         return true;
+    }
+    // The same for a message whose class has its number.
+    template <class Message, class Handler>
+    bool on(Handler handler)
+    {
+        static_assert(inner::HasOwnNumber<Message>,
+                      "the message has no number of its own: name one before the handler");
+        return on<Message>(static_cast<int>(Message().getPackType()), std::move(handler));
     }
 
     // Installs a handler for each envelope that carries a message with a handler. False, and logged, if anything was
-    // refused, if no message has a handler, or if the Handlers has a handler for an envelope already.
+    // refused, if no message has a handler, or if the Handlers has a handler for an envelope already; then none is
+    // installed.
     bool install(Handlers& handlers)
     {
-        return m_State->m_Table.close() && (installEnvelope<Envelopes>(handlers) && ...);
+        return m_State->m_Table.close() && (canInstall<Envelopes>(handlers) && ...) &&
+               (installEnvelope<Envelopes>(handlers) && ...);
     }
 
     // Sends a message in the envelope that carries it. Envelope must be named for a message that two of them carry.
-    // False, and logged, for a message without a number and one that does not fit; or what CCommandSocket::send()
-    // returns.
-    template <class Envelope = inner::OnlyCarrier, class Message>
-    bool send(CCommandSocket& socket, const Message& message) const
+    // fill is called last before sending, with the envelope, for fields beside the message such as m_Extra. False, and
+    // logged, for a message without a number and one that does not fit; or what CCommandSocket::send() returns.
+    template <class Envelope = inner::OnlyCarrier, class Message, class Filling = inner::NoFilling>
+    bool send(CCommandSocket& socket, const Message& message, Filling fill = {}) const
     {
         Carrier<Envelope, Message> envelope;
-        return sendIn(socket, envelope, message);
+        return sendIn(socket, envelope, message, fill);
     }
 
     // Sends a message in reply to an envelope: with its client index, client address, account name and pack index, and
-    // with its two frame addresses exchanged.
-    template <class Envelope = inner::OnlyCarrier, class Request, class Message>
-    bool reply(CCommandSocket& socket, const Request& request, const Message& message) const
+    // with its two frame addresses exchanged. fill as above, for fields such as m_Error and m_Msg. False, and logged,
+    // also for a message whose class has another number than the request, where pairs have one.
+    template <class Envelope = inner::OnlyCarrier, class Request, class Message, class Filling = inner::NoFilling>
+    bool reply(CCommandSocket& socket, const Request& request, const Message& message, Filling fill = {}) const
     {
+        if constexpr (inner::HasOwnNumber<Message> && isNumberedByPair<Request>)
+            if (message.getPackType() != request.m_PackType)
+                return inner::reportOtherPair(typeid(Message), message.getPackType(), request.m_PackType);
         Carrier<Envelope, Message> envelope;
         envelope.SetClientIndex(request.GetClientIndex());
         envelope.m_ClientAddress = request.m_ClientAddress;
@@ -185,7 +262,7 @@ public:
         envelope.SetAddress(request.GetTargetAddress(), request.GetFromAddress());
         if constexpr (requires { envelope.m_PackIndex = request.m_PackIndex; })
             envelope.m_PackIndex = request.m_PackIndex;
-        return sendIn(socket, envelope, message);
+        return sendIn(socket, envelope, message, fill);
     }
 
     // The table as one line of JSON, in ascending order of numbers:
@@ -196,7 +273,7 @@ public:
 private:
     struct State
     {
-        State() : m_Table({&typeid(Envelopes)...}) {}
+        State() : m_Table({&typeid(Envelopes)...}, (isNumberedByPair<Envelopes> && ...)) {}
 
         inner::PackTable m_Table;
         std::tuple<inner::PackSlots<Envelopes>...> m_Slots;
@@ -251,38 +328,38 @@ private:
     template <class Envelope, class Message>
     using Carrier = typename decltype(chooseCarrier<Envelope, Message>())::type;
 
-    template <class Envelope, class Message>
-    bool sendIn(CCommandSocket& socket, Envelope& envelope, const Message& message) const
+    template <class Envelope, class Message, class Filling>
+    bool sendIn(CCommandSocket& socket, Envelope& envelope, const Message& message, Filling& fill) const
     {
-        const int number = m_State->m_Table.getNumber(typeid(Message));
+        static_assert(std::is_invocable_v<Filling&, Envelope&>,
+                      "the last argument of send() and reply() is called with the envelope of the message");
+        int number = 0;
+        if constexpr (inner::HasOwnNumber<Message>)
+            number = message.getPackType();
+        else
+            number = m_State->m_Table.getNumber(typeid(Message));
         if (number == 0)
-            return false;
+            return m_State->m_Table.reportUnnumbered(typeid(Message));
         envelope.m_PackType = static_cast<decltype(envelope.m_PackType)>(number);
         if (!message.Write(&envelope.m_PackData))
             return inner::reportUnwrittenPack(typeid(Message));
+        fill(envelope);
         return socket.send(envelope);
     }
 
-    template <class Message, class Envelope, class Handler>
-    void addSlot(int number, const std::shared_ptr<Handler>& handler)
+    template <class Message, class Envelope, class Handler, class Preparation>
+    void addSlot(int number, const std::shared_ptr<inner::PackCallables<Handler, Preparation>>& callables)
     {
         if constexpr (isCarriedBy<Message, Envelope>)
-        {
-            constexpr bool takesEnvelope = std::is_invocable_v<Handler&, CCommandSocket&, Message&, Envelope&>;
-            static_assert(takesEnvelope || std::is_invocable_v<Handler&, CCommandSocket&, Message&>,
-                          "the handler of on<Message>() takes (CCommandSocket&, Message&), or the envelope too");
-            const auto call = [handler](CCommandSocket& socket, Message& message, Envelope& envelope)
-            {
-                if constexpr (takesEnvelope)
-                    (*handler)(socket, message, envelope);
-                else
-                    (*handler)(socket, message);
-            };
             std::get<inner::PackSlots<Envelope>>(m_State->m_Slots)[number] =
-                std::make_shared<inner::PackSlot_T<Envelope, Message, decltype(call)>>(call);
-        }
+                std::make_shared<inner::PackSlot_T<Envelope, Message, Handler, Preparation>>(callables);
     }
 
+    template <class Envelope>
+    bool canInstall(const Handlers& handlers) const
+    {
+        return std::get<inner::PackSlots<Envelope>>(m_State->m_Slots).empty() || handlers.canInstall<Envelope>();
+    }
     template <class Envelope>
     bool installEnvelope(Handlers& handlers)
     {

@@ -84,12 +84,21 @@ inline constexpr bool areDistinct = true;
 template <class First, class... Rest>
 inline constexpr bool areDistinct<First, Rest...> = !(std::is_same_v<First, Rest> || ...) && areDistinct<Rest...>;
 
+template <class Command>
+concept PackEnvelope = requires(Command& command)
+{
+    command.m_PackType;
+};
+
 template <class... Answers>
 constexpr void checkAnswers()
 {
     static_assert(sizeof...(Answers) > 0, "a question names the classes of its answers");
     static_assert((std::is_base_of_v<CCmdHead, Answers> && ...), "an answer is the class of a command");
     static_assert(areDistinct<Answers...>, "an answer is named once");
+    static_assert((!PackEnvelope<Answers> && ...),
+                  "a pack envelope is not an answer: any message that the peer sends in it would be taken for the "
+                  "reply, so receive it by a PackRouter");
 }
 
 } // namespace inner
@@ -100,6 +109,7 @@ constexpr void checkAnswers()
 // MATCHING: an answer belongs to the oldest question of its socket that names its class. A question that timed out or
 // was cancelled keeps its place in this order, and its late answer is dropped and logged: a later question never gets
 // it. So a peer that leaves a question unanswered for good shifts the answers of that class; close its connection.
+// Pack envelopes are not accepted as answers, since peers send other messages than replies in them, too.
 //
 // LIFETIME: destroy the Tasks first; a question that is open when this object is destroyed gets no reply. The Handlers
 // may be destroyed before or after. A socket that no handle holds must be closed, and a tick must pass, before it is

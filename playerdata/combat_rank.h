@@ -16,8 +16,9 @@ public:
     int m_Value2 = 0;
 };
 
-// The whole combat board. Its tables are sent interleaved by cell, the third in its three columns only, and do not
-// affect the result: a truncated board reads true and keeps the tables' previous values.
+// The whole combat board. To the client a reply in CCmdMatchPackReply. Its tables are sent interleaved by cell, the
+// third in its three columns only, and do not affect the result: a truncated board reads true and keeps the tables'
+// previous values.
 class COMMONGROUND_API CombatRankData_Pack_Reply
 {
 public:
@@ -44,8 +45,8 @@ public:
     CombatRankData m_CombatRankDatas3[kRows][kThirdColumns];
 };
 
-// The whole BS4 board: two tables of a hundred lines, interleaved by line, which do not affect the result. Sent in
-// CCmdGZ_CBRankDataPackReply.
+// The whole BS4 board: two tables of a hundred lines, interleaved by line, which do not affect the result. Sent to the
+// zone in CCmdGZ_CBRankDataPackReply, and to the client as a reply in CCmdMatchPackReply.
 class COMMONGROUND_API BS4RankData_Pack_Reply
 {
 public:

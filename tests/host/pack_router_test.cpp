@@ -1,6 +1,7 @@
 #include "host/pack_router.h"
 
 #include "packaging/cmd_packager.h"
+#include "packaging/wire/schema.h"
 #include "tests/support/allocations.h"
 #include "tests/support/log_lines.h"
 #include "tests/support/loopback.h"
@@ -10,6 +11,24 @@
 #include <cwchar>
 #include <memory>
 #include <string>
+
+// Messages that a host adds to the social envelopes.
+struct FirstOfTheHost
+{
+};
+struct SecondOfTheHost
+{
+};
+
+namespace host
+{
+
+template <>
+inline constexpr bool isCarriedBy<FirstOfTheHost, CCmdSocialRequest> = true;
+template <>
+inline constexpr bool isCarriedBy<SecondOfTheHost, CCmdSocialRequest> = true;
+
+} // namespace host
 
 namespace
 {
@@ -22,6 +41,7 @@ using Profiling = host::PackRouter<CCmdProfilingPackRequest, CCmdProfilingPackRe
 using Social = host::PackRouter<CCmdSocialRequest, CCmdSocialReply>;
 
 const wchar_t* const kHome = L"PackRouter of CCmdHomePackRequest, CCmdHomePackReply: ";
+const wchar_t* const kSocial = L"PackRouter of CCmdSocialRequest, CCmdSocialReply: ";
 
 class HostPacks : public testing::Test
 {
@@ -92,6 +112,8 @@ TEST_F(HostPacks, FamiliesOfOneEnvelopeShareTheirNumbers)
     EXPECT_TRUE(match.number<Match4Pack_FindMate_Request>(3));
     EXPECT_TRUE(match.number<CombatPack_Enroll_Request>(4));
     EXPECT_TRUE(match.number<BS4Pack_LastStandEnd_Notify>(5));
+    EXPECT_TRUE(match.number<CombatRankData_Pack_Reply>(6));
+    EXPECT_TRUE(match.number<BS4RankData_Pack_Reply>(7));
     const std::wstring of = L"PackRouter of CCmdMatchPackRequest, CCmdMatchPackReply: ";
     EXPECT_FALSE(match.number<Match4Pack_FindMate_Reply>(1));
     EXPECT_TRUE(hasError(of + L"Match4Pack_FindMate_Reply has the number 1 of MatchPack_TakeGift_Request"));
@@ -150,11 +172,18 @@ TEST_F(HostPacks, EachOtherMistakeIsRefusedWithItsText)
     }
     {
         Social social;
-        EXPECT_TRUE(social.number<CmdSocialOccupyAPIRequest>(65535));
-        EXPECT_FALSE(social.number<CmdSocialReleaseAPIRequest>(65536));
-        EXPECT_FALSE(social.number<CmdSocialOccupyAPIReply>(-1));
-        EXPECT_TRUE(hasError(L"PackRouter of CCmdSocialRequest, CCmdSocialReply: CmdSocialReleaseAPIRequest has the "
-                             L"number 65536, which is not a valid m_PackType"));
+        EXPECT_TRUE(social.number<FirstOfTheHost>(65535));
+        EXPECT_FALSE(social.number<SecondOfTheHost>(65536));
+        EXPECT_FALSE(social.number<SecondOfTheHost>(-1));
+        EXPECT_TRUE(hasError(kSocial + std::wstring(L"SecondOfTheHost has the number 65536, which is not a valid "
+                                                    L"m_PackType")));
+    }
+    {
+        Social social;
+        EXPECT_FALSE(social.number<CmdSocialReleaseAPIRequest>(5));
+        EXPECT_TRUE(hasError(kSocial + std::wstring(L"CmdSocialReleaseAPIRequest has the number 2 of its own, and "
+                                                    L"cannot have 5")));
+        EXPECT_FALSE(social.install(m_Handlers));
     }
 }
 
@@ -275,6 +304,100 @@ TEST_F(HostPacks, MessageThatDoesNotFitItsEnvelopeIsNotSent)
     action.m_Text1 = std::wstring(40000, L'x').c_str();
     EXPECT_FALSE(sport.send(*m_Socket, action));
     EXPECT_TRUE(hasError(L"CmdStartSessionAction is not sent: it does not fit its envelope"));
+}
+
+TEST_F(HostPacks, RankBoardReachesItsHandler)
+{
+    Match match;
+    int value = 0;
+    EXPECT_TRUE(match.on<BS4RankData_Pack_Reply>(4, [&](CCommandSocket&, BS4RankData_Pack_Reply& board)
+                                                 { value = board.m_CombatRankDatas2[99].m_Value1; }));
+    ASSERT_TRUE(match.install(m_Handlers));
+    const auto board = std::make_unique<BS4RankData_Pack_Reply>();
+    board->m_CombatRankDatas2[99].m_Value1 = 8;
+    EXPECT_TRUE(analyse(*enveloped<CCmdMatchPackReply>(4, *board)));
+    EXPECT_EQ(value, 8);
+    EXPECT_TRUE(m_Lines.texts().empty());
+}
+
+TEST_F(HostPacks, SocialReplyOfAnotherPairIsNotSent)
+{
+    const Social social;
+    CCmdSocialRequest request;
+    request.m_PackType = kSocialOccupyAPI;
+    EXPECT_FALSE(social.reply(*m_Socket, request, CmdSocialReleaseAPIReply()));
+    EXPECT_TRUE(hasError(L"CmdSocialReleaseAPIReply is not sent: it has the number 2, and its request 1"));
+    CmdSocialReleaseAPIRequest release;
+    release.setPackType(0);
+    EXPECT_FALSE(social.send(*m_Socket, release));
+    EXPECT_TRUE(hasError(kSocial + std::wstring(L"CmdSocialReleaseAPIRequest is not sent, since it has no number")));
+}
+
+TEST(HostPacksOverTcp, SocialMessagesHaveTheirNumbersAndEnvelopesAreFilled)
+{
+    const auto serverAnalyser = std::make_unique<CCmdAnalyserSocket>();
+    const auto clientAnalyser = std::make_unique<CCmdAnalyserSocket>();
+    host::Handlers serverHandlers(*serverAnalyser);
+    host::Handlers clientHandlers(*clientAnalyser);
+    Social server;
+    server.on<CmdSocialCreateAccessTokenRequest>(
+        [&](CCommandSocket& socket, CmdSocialCreateAccessTokenRequest&, CCmdSocialRequest& request)
+        {
+            EXPECT_EQ(request.m_PackType, 3);
+            EXPECT_EQ(request.m_Extra, L"of the club");
+            EXPECT_TRUE(server.reply(socket, request, CmdSocialCreateAccessTokenReply(),
+                                     [](CCmdSocialReply& envelope)
+                                     {
+                                         envelope.m_Error = kSocialErrorNoToken;
+                                         envelope.m_Msg = getSocialErrMsg(kSocialErrorNoToken);
+                                     }));
+        });
+    ASSERT_TRUE(server.install(serverHandlers));
+    Social client;
+    int replies = 0;
+    client.on<CmdSocialCreateAccessTokenReply>(
+        [&](CCommandSocket&, CmdSocialCreateAccessTokenReply&, CCmdSocialReply& reply)
+        {
+            ++replies;
+            EXPECT_EQ(reply.m_PackType, 3);
+            EXPECT_EQ(reply.m_PackIndex, 41);
+            EXPECT_EQ(reply.m_Error, kSocialErrorNoToken);
+            EXPECT_EQ(reply.m_Msg, getSocialErrMsg(kSocialErrorNoToken));
+            EXPECT_EQ(reply.m_VerifySeed, CCmdSocialReply().m_VerifySeed) << "the seed of the replying process";
+        });
+    ASSERT_TRUE(client.install(clientHandlers));
+
+    test::Loopback loopback(serverAnalyser.get());
+    const test::ClientHandle socket = loopback.connect(clientAnalyser.get());
+    ASSERT_TRUE(socket);
+    EXPECT_TRUE(client.send(*socket, CmdSocialCreateAccessTokenRequest(),
+                            [](CCmdSocialRequest& envelope)
+                            {
+                                envelope.m_PackIndex = 41;
+                                envelope.m_VerifySeed = L"another seed";
+                                envelope.m_Extra = L"of the club";
+                            }));
+    EXPECT_TRUE(test::tickUntil(loopback.m_System, [&] { return replies == 1; }));
+}
+
+// What isReadIntoElements states, against the orders of all messages.
+TEST(HostPackFamilies, MessagesThatAreReadIntoTheirElementsAreMarked)
+{
+    int marked = 0;
+    const auto compare = [&](const wire::Schema& schema, bool isMarked)
+    {
+        bool intoElements = false;
+        for (const wire::Field& field : schema.fields)
+            intoElements |= field.kind == wire::Kind::kList && field.how.into == wire::Into::kSlots;
+        EXPECT_EQ(isMarked, intoElements) << schema.name;
+        marked += isMarked ? 1 : 0;
+    };
+#define MESSAGE(Envelope, Class) compare(Class::Wire(), host::isReadIntoElements<Class>);
+#define EITHER_WAY(Request, Reply, Class) MESSAGE(Request, Class)
+#include "packs/messages.def"
+#undef MESSAGE
+#undef EITHER_WAY
+    EXPECT_EQ(marked, 1);
 }
 
 TEST(HostPacksOverTcp, RequestIsSentAndItsReplyKeepsTheHead)
