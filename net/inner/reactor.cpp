@@ -249,6 +249,7 @@ bool Reactor::flushLater(std::weak_ptr<UdpRouter> router)
     try
     {
         m_Routers.push_back(std::move(router));
+        m_IsHurried = m_IsHurried || !m_IsTicking;
         return true;
     }
     catch (const std::bad_alloc&)

@@ -58,7 +58,8 @@ public:
     void hurryAt(unsigned long long time) { m_HurryAt = std::min(m_HurryAt, time); }
     // Flushes the link's output at the end of the tick. Without a System the connection's own tick does so.
     void flushLater(TcpLink& link);
-    // Calls the router's endTick() once, at the end of the tick. False if there is no such end.
+    // Calls the router's endTick() once, at the end of the tick; outside a tick the next one comes at once. False if
+    // there is no such end.
     bool flushLater(std::weak_ptr<UdpRouter> router);
     // Cancels that: the router moves to another reactor.
     void forgetLater(const UdpRouter& router);
