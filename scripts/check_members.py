@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks that the wire order of a class names each of its members: sent, or marked as not sent.
+"""Checks that each command has a wire order, and that an order names each member: sent, or marked as not sent.
 
 Reads the headers and the orders as text. Usage: check_members.py ROOT
 """
@@ -68,6 +68,9 @@ def main(root):
             for match in re.finditer(r"\b(?:class|struct)\s+(?:COMMONGROUND_API\s+)?(\w+)(?:\s+final)?(?:\s*:[^;{]*)?\s*\{", text):
                 name = match.group(1)
                 if name not in orders:
+                    if f"COMMAND_INTERFACE({name})" in text:
+                        failures.append(
+                            f"{path.relative_to(root)}: {name} has no order; state it by WIRE_COMMAND({name})")
                     continue
                 checked.add(name)
                 source, sent = orders[name]
@@ -76,7 +79,7 @@ def main(root):
                         f"{source}: the order of {name} does not name {member}; send it or list it in NOT_SENT")
     for failure in failures:
         print(failure)
-    print(f"{len(checked)} classes with an order, {len(failures)} members that no order names")
+    print(f"{len(checked)} classes with an order, {len(failures)} classes or members without one")
     unseen = sorted(set(orders) - checked)
     if not checked or unseen:
         print("orders whose class the check does not see:", *unseen)

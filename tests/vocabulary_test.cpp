@@ -91,7 +91,7 @@ std::string commentOf(const std::string& name)
 TEST(Vocabulary, EveryClassHasAComment)
 {
     for (const auto& [name, comment] : comments())
-        EXPECT_FALSE(comment.empty()) << name;
+        EXPECT_FALSE(comment.empty()) << name << ": its header has no comment before the class";
     // The headers were read: they declare every class that is sent.
     ASSERT_FALSE(tools::classTable().empty());
     for (const tools::ClassInfo& info : tools::classTable())
@@ -114,7 +114,8 @@ TEST(Vocabulary, TheCommentOfACommandStartsWithItsDirection)
         else
             start = row.m_From + " to " + row.m_To;
         start.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(start.front())));
-        EXPECT_TRUE(commentOf(row.m_Class).starts_with(start)) << row.m_Class << ": " << start;
+        EXPECT_TRUE(commentOf(row.m_Class).starts_with(start))
+            << "the comment before " << row.m_Class << " does not start with \"" << start << "\"";
     }
 }
 
@@ -130,9 +131,11 @@ TEST(Vocabulary, TheCommentsOfRequestAndAnswerNameEachOther)
     ASSERT_FALSE(answers.empty());
     for (const test::Answer& row : answers)
     {
-        EXPECT_TRUE(names(commentOf(row.m_Request), row.m_Answer)) << row.m_Request << ", " << row.m_Answer;
+        EXPECT_TRUE(names(commentOf(row.m_Request), row.m_Answer))
+            << "the comment before " << row.m_Request << " does not name " << row.m_Answer;
         const bool several = requests[row.m_Answer] > 1;
-        EXPECT_TRUE(several || names(commentOf(row.m_Answer), row.m_Request)) << row.m_Answer << ", " << row.m_Request;
+        EXPECT_TRUE(several || names(commentOf(row.m_Answer), row.m_Request))
+            << "the comment before " << row.m_Answer << " does not name " << row.m_Request;
     }
 }
 

@@ -43,12 +43,6 @@ std::string contentOf(const std::filesystem::path& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// The only statement of the number of commands: it detects a row that is lost.
-TEST(Catalogue, HoldsEveryCommandOfTheSystem)
-{
-    EXPECT_EQ(rows().size(), 274u);
-}
-
 // Two files list the families, and each could omit one.
 TEST(Catalogue, EveryFileOfRowsIsInTheCatalogueAndInTheHeaderOfAllIds)
 {

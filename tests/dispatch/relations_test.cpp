@@ -44,7 +44,8 @@ TEST(Relations, EveryCommandHasARowAndNoneThatContradictsIt)
     for (const std::string& name : commands)
     {
         const bool related = directed.count(name) != 0 || requests.count(name) != 0 || answers.count(name) != 0;
-        EXPECT_EQ(unstated.count(name), related ? 0u : 1u) << name;
+        EXPECT_EQ(unstated.count(name), related ? 0u : 1u)
+            << name << ": say in dispatch/relations.def who sends it, or that the protocol does not (UNSTATED)";
         // An answer goes back to the sender of its request.
         EXPECT_LE(directed.count(name), answers.count(name) != 0 ? 0u : 1u) << name;
         EXPECT_FALSE(requests.count(name) != 0 && answers.count(name) != 0) << name;
