@@ -16,8 +16,8 @@ namespace
 
 using zet::platform::getClassName;
 
-// The rows that analysers refer to by number. They are read without a lock by every thread that dispatches, so a row
-// stays where it is and is never freed; a row that was given back has another generation when it is used again.
+// The rows that analysers refer to by number. Every thread that dispatches reads them without a lock, so a row is never
+// moved or freed; a freed number gets another generation.
 struct Row
 {
     std::atomic<unsigned int> m_Generation{0};
@@ -30,18 +30,18 @@ constexpr unsigned long kBlocks = 1024;
 constexpr unsigned long kNoRow = kBlocks * kRowsPerBlock;
 
 constinit std::atomic<Row*> s_Blocks[kBlocks]{};
-// The two belong to the holder of the lock.
+// Guarded by getLock().
 constinit unsigned long s_Used = 0;
 constinit unsigned long s_FirstFree = kNoRow;
 
-// Never destroyed, for Handlers that are destroyed with the process.
+// Never destroyed, since Handlers may be destroyed at the end of the process.
 std::mutex& getLock()
 {
     static std::mutex& lock = *new std::mutex;
     return lock;
 }
 
-// Null for a number that was never given out.
+// Null if no row with this number was ever made.
 Row* rowOf(unsigned long number)
 {
     if (number >= kNoRow)

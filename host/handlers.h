@@ -23,8 +23,8 @@ namespace host
 namespace inner
 {
 
-// What an installed handler owns. The analyser keeps the number of a row of a table and the generation of that row,
-// since its two words do not hold a pointer on every system.
+// Owns the callable of an installed handler. The analyser keeps the number and the generation of a table row instead of
+// a pointer, since its two words do not hold a pointer on every system.
 class COMMONGROUND_API HandlerSlot
 {
 public:
@@ -45,8 +45,8 @@ public:
 
 // Null if the Handlers of the slot is gone.
 COMMONGROUND_API HandlerSlot* findSlot(unsigned long row, unsigned long generation);
-// Log one line with the name of the class, within the peer's share. Always false. isRead: what the class's Read
-// returned; then the command has bytes left over.
+// Log one line with the name of the class, within the peer's share. Always false. isRead: the result of the class's
+// Read; if it is true, the command has bytes left over.
 COMMONGROUND_API bool refuseCommand(const CCmdHead& command, const std::type_info& type, const CCmdPackager& pk,
                                     bool isRead, CCommandSocket& socket);
 COMMONGROUND_API bool reportNoHandlers(const std::type_info& type, const CCmdPackager& pk, CCommandSocket& socket);
@@ -108,7 +108,7 @@ public:
             return false;
     }
 
-    // Whether on<Command>() would find the id free. Otherwise false, and logged as there.
+    // Whether on<Command>() would accept the id. If not, logs the reason as on() does.
     template <class Command>
     bool canInstall() const
     {
@@ -116,7 +116,7 @@ public:
         return canInstall(Command().GetID(), typeid(Command));
     }
 
-    // Commands that have a handler here.
+    // The number of commands that have a handler here.
     int getCount() const { return static_cast<int>(m_Installed.size()); }
 
 private:

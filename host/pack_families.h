@@ -1,4 +1,4 @@
-// Which envelope carries which feature message, as a constant of the two classes: packs/messages.def for the compiler.
+// Which envelope carries which feature message, as a constant of the two classes. Made from packs/messages.def.
 #pragma once
 
 #include "commands/account_payloads.h"
@@ -59,14 +59,14 @@ inline constexpr bool isCarriedBy<CombatRankData_Pack_Reply, CCmdMatchPackReply>
 template <>
 inline constexpr bool isCarriedBy<BS4RankData_Pack_Reply, CCmdMatchPackReply> = true;
 
-// Whether a request and its reply may have one number. The protocol gives the social messages one number per pair, and
-// the hosts may number the void-data messages so; in all other features each message has a number of its own. A host
-// that has envelopes of its own specializes this for them.
+// Whether a request and its reply may have the same number. In the protocol the two social messages of a pair have the
+// same number, and a host may number the void-data messages so; in all other features each message has a number of its
+// own. A host that has envelopes of its own specializes this for them.
 template <class Envelope>
 inline constexpr bool isNumberedByPair =
     std::is_base_of_v<CCmdSocialPlatform, Envelope> || std::is_base_of_v<CCmdVoidDataEnvelope, Envelope>;
 
-// Whether a message is read into the elements that its lists have already, so that the reader must size them before.
+// Whether a message is read into the present elements of its lists, so that the reader must size the lists first.
 template <class Message>
 inline constexpr bool isReadIntoElements = false;
 template <>

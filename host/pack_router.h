@@ -9,7 +9,7 @@
 //   ...
 //   home.reply(socket, envelope, HomePack_LoadData_Reply());
 //
-// Client and server state the same numbers; a function that both call states them once. The social messages have their
+// Client and server use the same numbers; set them in one function that both call. The social messages have their
 // numbers by protocol: social.on<CmdSocialOccupyAPIRequest>(handler).
 #pragma once
 
@@ -39,7 +39,7 @@ public:
     {
     }
 
-    // Gives a message its number. carriers has a bit for each envelope that carries it. The same number for the same
+    // Sets the number of a message. carriers has a bit for each envelope that carries it. The same number for the same
     // message again is accepted. Otherwise false, logged, and the table cannot be installed.
     bool add(int number, int highest, const std::type_info& message, unsigned int carriers);
     // Refuses, as above, a number for a message whose class has another one. Always false.
@@ -84,7 +84,7 @@ COMMONGROUND_API bool reportUnwrittenPack(const std::type_info& message);
 // Logs that a message does not answer the request that it is the reply to. Always false.
 COMMONGROUND_API bool reportOtherPair(const std::type_info& message, int number, int request);
 
-// A message that knows its number, as the social ones do.
+// A message whose class has its number, as the social ones do.
 template <class Message>
 concept HasOwnNumber = requires(const Message& message)
 {
@@ -157,7 +157,7 @@ private:
 template <class Envelope>
 using PackSlots = std::unordered_map<int, std::shared_ptr<PackSlot<Envelope>>>;
 
-// Stands for the one envelope of a router that carries the message.
+// Means the only envelope of a router that carries the message.
 class OnlyCarrier;
 
 } // namespace inner
@@ -165,15 +165,18 @@ class OnlyCarrier;
 // The messages of one feature, in all of its envelopes. The families that share an envelope, like all that travel in
 // CCmdMatchPackRequest and CCmdMatchPackReply, share one numbering, and so one router.
 //
-// Everything is stated at start, then install() is called once. A number that is 0 or given twice, a message with two
-// numbers or two handlers is logged and makes install() false. A message that none of the envelopes carries does not
-// compile. Received messages are handled on the thread of their socket; the dispatch allocates nothing of its own.
+// Numbers and handlers are set at start, then install() is called once. A number that is 0 or used twice, or a message
+// with two numbers or two handlers, is logged and makes install() false. A message that none of the envelopes carries
+// does not compile. Received messages are handled on the thread of their socket; the dispatch allocates nothing of its
+// own.
 //
-// In the social and the void-data envelopes a request and its reply may have one number (isNumberedByPair). A message
-// whose class has a getPackType(), as all social ones, has that number: it needs none here, and another one is refused.
+// In the social and the void-data envelopes a request and its reply may have the same number (isNumberedByPair). A
+// message whose class has a getPackType(), as all social ones, has that number: it needs none here, and any other is
+// refused.
 //
 // A message with an unknown number and one that its class cannot read are logged and dropped. If bytes are left over
-// after a message was read, one line is logged and the handler is called: some messages leave bytes by their order.
+// after a message was read, one line is logged and the handler is called: some messages leave bytes by their
+// definition.
 //
 // LIFETIME: the Handlers and the router may be destroyed in either order, but not while a handler of the router runs.
 // After the router, its messages have unknown numbers.
@@ -186,7 +189,7 @@ public:
     PackRouter(const PackRouter&) = delete;
     PackRouter& operator=(const PackRouter&) = delete;
 
-    // Gives a message its number in m_PackType: any but 0, and not above 65,535 in the social envelopes. For messages
+    // Sets the number of a message in m_PackType: any but 0, and not above 65,535 in the social envelopes. For messages
     // that this process only sends; on() does the same.
     template <class Message>
     bool number(int number)
@@ -198,9 +201,9 @@ public:
         return m_State->m_Table.add(number, kHighest, typeid(Message), kCarriers<Message>);
     }
 
-    // Gives a message its number, and its handler: a callable that takes (CCommandSocket&, Message&), or with the
-    // envelope as a third argument. The message lives only during the call. A message that two envelopes carry is
-    // handled in both.
+    // Sets the number and the handler of a message. The handler takes (CCommandSocket&, Message&), or the envelope as a
+    // third argument too. The message lives only during the call. A message that two envelopes carry is handled in
+    // both.
     //
     // prepare is called with each new message before it is read. A message that is read into the elements that its
     // lists have (isReadIntoElements) does not compile without it: received elements beyond them are dropped.

@@ -1,5 +1,6 @@
 // Questions: commands that are sent with the classes of their answers and a time limit. A question gets exactly one
-// reply: one of the answers, or the reason why there is none. Tasks asks them (host/tasks.h); this is what they share.
+// reply: one of the answers, or the reason why it has no answer. Tasks (host/tasks.h) asks them; several Tasks may
+// share a Questions.
 #pragma once
 
 #include "host/handlers.h"
@@ -49,11 +50,11 @@ public:
 
 protected:
     Waiter();
-    // Stops waiting. The question keeps its place, so that a later one does not get its answer.
+    // Stops waiting. The question keeps its place, so that a later question does not get its answer.
     virtual ~Waiter();
 
-    // Either calls one of the two functions below once, later and not from within this call. Throws std::bad_alloc
-    // before anything was sent.
+    // Both start to wait. Later, not from within this call, one of the two functions below is called once. Throws
+    // std::bad_alloc before anything was sent.
     void ask(const std::shared_ptr<QuestionTable>& table, CCommandSocket& socket, const CCmdHead& command,
              std::initializer_list<const std::type_info*> answers, std::chrono::milliseconds timeOut);
     void wait(const std::shared_ptr<QuestionTable>& table, std::chrono::milliseconds time);
@@ -61,12 +62,12 @@ protected:
 private:
     friend class QuestionTable;
 
-    // The answer may be moved from; it is of the type's class. Both functions may destroy the object.
+    // The class of the answer is that of type, and the answer may be moved from. Both functions may destroy the object.
     virtual void onAnswer(CCmdHead& answer, const std::type_info& type) = 0;
     virtual void onUnanswered(Unanswered why) = 0;
 
     std::shared_ptr<QuestionTable> m_Table;
-    // Null if the question has no place any more, and while waiting for a time.
+    // Null while waiting for a time, and once the question has no place any more.
     QuestionPlace* m_Place = nullptr;
     // The key of the timer; number 0 for none.
     unsigned long long m_Deadline = 0;
@@ -74,7 +75,7 @@ private:
     Unanswered::Reason m_Reason = Unanswered::kTimedOut;
 };
 
-// Passes an answer to the oldest question of the socket that names its class. False if there is none.
+// Passes an answer to the oldest question of the socket that names its class. False if no question does.
 COMMONGROUND_API bool takeAnswer(QuestionTable& table, CCommandSocket& socket, CCmdHead& answer,
                                  const std::type_info& type);
 COMMONGROUND_API void reportUnasked(const CCmdHead& answer, const std::type_info& type, CCommandSocket& socket);
@@ -103,13 +104,14 @@ constexpr void checkAnswers()
 
 } // namespace inner
 
-// The open questions of the sockets of one System and one analyser. A task of the System looks at their time limits,
-// and in each tick at the state of each connection with an open question; without questions it sleeps.
+// The open questions of the sockets of one System and one analyser. A task of the System checks their time limits, and
+// in each tick each connection that has questions; without questions it sleeps.
 //
 // MATCHING: an answer belongs to the oldest question of its socket that names its class. A question that timed out or
 // was cancelled keeps its place in this order, and its late answer is dropped and logged: a later question never gets
-// it. So a peer that leaves a question unanswered for good shifts the answers of that class; close its connection.
-// Pack envelopes are not accepted as answers, since peers send other messages than replies in them, too.
+// it. So if a peer never answers a question, each later answer of that class goes to the question before its own; close
+// the connection of such a peer. Pack envelopes are not accepted as answers, since peers send other messages than
+// replies in them, too.
 //
 // LIFETIME: destroy the Tasks first; a question that is open when this object is destroyed gets no reply. The Handlers
 // may be destroyed before or after. A socket that no handle holds must be closed, and a tick must pass, before it is
@@ -119,17 +121,17 @@ constexpr void checkAnswers()
 class COMMONGROUND_API Questions
 {
 public:
-    // Open and given up questions of one connection; a further one is not sent.
+    // The maximum number of open and given up questions of one connection; a further one is not sent.
     static constexpr int kPlaceLimit = 1024;
 
-    // Joins the System, on its thread.
+    // Starts its task in the System; call it on the thread of the System.
     Questions(Handlers& handlers, zet::System& system);
     ~Questions();
     Questions(const Questions&) = delete;
     Questions& operator=(const Questions&) = delete;
 
     // Installs, at start, the handlers of the classes that questions will name. An answer without a question is logged.
-    // False as Handlers::on().
+    // False in the cases of Handlers::on().
     template <class... Answers>
     bool expect()
     {
@@ -148,7 +150,7 @@ public:
         return expectBy<Answer>(std::move(otherwise));
     }
 
-    // Questions that wait for their replies.
+    // The number of questions that wait for their replies.
     int getOpenCount() const;
 
 private:
@@ -160,7 +162,8 @@ private:
         if (!m_Handlers.on<Answer>(
                 [table = m_Table, otherwise = std::move(otherwise)](CCommandSocket& socket, Answer& answer) mutable
                 {
-                    // After an answer was taken nothing here is used: what it started may have destroyed it.
+                    // If takeAnswer() is true, use nothing here after it: the code that it called may have destroyed
+                    // this handler.
                     if (!inner::takeAnswer(*table, socket, answer, typeid(Answer)))
                         otherwise(socket, answer);
                 }))

@@ -60,7 +60,8 @@ Tasks::~Tasks()
 
 void Tasks::cancel()
 {
-    // All leave first: what a job holds may own this object, which is destroyed with the job then.
+    // Detach all jobs first. A job may hold the last reference to the owner of this object; then this object is
+    // destroyed with the job.
     inner::Job* next = std::exchange(m_First, nullptr);
     for (inner::Job* job = next; job; job = job->m_After)
     {

@@ -32,7 +32,7 @@ class Task;
 namespace inner
 {
 
-// What a Tasks owns.
+// A task, question or timer that a Tasks owns.
 class COMMONGROUND_API Job
 {
 public:
@@ -40,12 +40,12 @@ public:
     Job& operator=(const Job&) = delete;
 
     const std::shared_ptr<QuestionTable>& getTable() const { return m_Table; }
-    // Its owner is gone, or has cancelled it.
+    // Whether its owner was destroyed or has cancelled it.
     bool isCancelled() const { return m_IsCancelled; }
     // Frees the object.
     virtual void destroy() = 0;
 
-    // While it runs it is not destroyed with its owner, but where it waits next.
+    // If true, the object is not destroyed with its owner, but when it waits next.
     bool m_IsRunning = false;
 
 protected:
@@ -67,7 +67,7 @@ private:
 // Logs the exception that is being handled.
 COMMONGROUND_API void reportTaskException() noexcept;
 
-// Makes the reply out of the answer, which is one of these classes.
+// Makes the reply from the answer, which is of one of these classes.
 template <class... Answers, class Take>
 void passAnswer(CCmdHead& answer, const std::type_info& type, Take take)
 {
@@ -127,14 +127,14 @@ private:
 
 } // namespace inner
 
-// Owns tasks, and cancels them when it is destroyed: a member of the object that they use. Several may share a
-// Questions. All of it belongs to the thread of the Questions' System.
+// Owns tasks and cancels them when it is destroyed, so make it a member of the object that they use. Several may share
+// a Questions. All of it belongs to the thread of the System of the Questions.
 //
 // CANCELLING: a waiting coroutine is destroyed where it waits, with its local variables; a running one, where it waits
-// next. A callback that was not called is not called any more. Neither learns of it.
+// next. A pending callback is destroyed without a call.
 //
-// An exception from a task or a callback ends it, and is logged. Nothing here is called from within start(), ask() or
-// after(), except the beginning of a coroutine.
+// An exception from a task or a callback ends it, and is logged. start(), ask() and after() call no callback and resume
+// no coroutine; start() runs its own coroutine until it waits.
 class COMMONGROUND_API Tasks
 {
 public:
@@ -179,7 +179,7 @@ public:
 
     // Cancels all tasks.
     void cancel();
-    // Tasks that wait, and one that runs.
+    // The number of waiting tasks, including a coroutine that is running.
     int getCount() const;
 
 private:
@@ -276,7 +276,7 @@ private:
 
 } // namespace inner
 
-// To be awaited at once, in a Task: sends the command and gives a Reply<Answers...>. The classes must be expected by
+// To be awaited at once, in a Task: sends the command and returns a Reply<Answers...>. The classes must be expected by
 // the Questions.
 template <class... Answers>
 inner::AskRequest<Answers...> ask(CCommandSocket& socket, const CCmdHead& command, std::chrono::milliseconds timeOut)
@@ -323,7 +323,7 @@ class Task::promise_type final : public inner::CoroutineJob
 public:
     Task get_return_object() { return Task(handle()); }
     std::suspend_always initial_suspend() const noexcept { return {}; }
-    // The frame ends with the coroutine.
+    // The coroutine destroys its own frame when it ends.
     std::suspend_never final_suspend() const noexcept { return {}; }
     void return_void() const noexcept {}
     void unhandled_exception() const noexcept { inner::reportTaskException(); }
@@ -347,7 +347,7 @@ private:
 
     std::coroutine_handle<promise_type> handle() { return std::coroutine_handle<promise_type>::from_promise(*this); }
 
-    // What a callable holds for the coroutine that it has made; destroyed after the coroutine's variables.
+    // The callable that made the coroutine, if there was one; destroyed after the variables of the coroutine.
     std::shared_ptr<void> m_Callable;
 };
 

@@ -13,7 +13,7 @@
 
 #include <algorithm>
 
-// A packet is one stream frame; a packet reader without another limit takes the largest one.
+// A packet is one stream frame; a packet reader without another limit accepts the largest one.
 static constexpr int kLargestFrame = CCmdPackager::kMaxHeaderSize + CCmdPackager::kMaxDataSize;
 static_assert(zet::PacketReader::kDefaultLimit == kLargestFrame);
 static_assert(zet::PacketWriter::kHeadSize <= CCmdPackager::kSpareSize);
@@ -23,7 +23,7 @@ zet::Unknown::Handle_T<CCommandSocket> CCommandSocket::createInstance(CCmdAnalys
     return new CCommandSocket(analyser);
 }
 
-// While this constructor runs, the object is of this class, whatever class it becomes.
+// During this constructor virtual calls reach this class, also in an object of a derived class.
 CCommandSocket::CCommandSocket(CCmdAnalyserSocket* analyser)
     : m_pCmdAnalyser(analyser), m_PlainTick(zet::inner::getVirtualTarget(*this, &CCommandSocket::onTick)),
       m_PacketLimit(kLargestFrame)

@@ -84,7 +84,7 @@ void CFrameworkClientProxySocket::SetProxy(zet::String_T<wchar_t> ip, unsigned s
     m_ProxyPort = port;
     m_ProxyAccount = std::move(account);
     zet::platform::wipe(m_ProxyPassword);
-    // Moving a short text leaves its units behind.
+    // Copied and wiped, since moving a short text leaves its characters in memory.
     m_ProxyPassword = static_cast<const zet::String_T<wchar_t>&>(password);
     zet::platform::wipe(password);
 }
@@ -162,7 +162,7 @@ void CFrameworkClientProxySocket::onTick(unsigned int tick)
 
 void CFrameworkClientProxySocket::takeMethod(const Reply& reply)
 {
-    // Any other reply, also a refusal, is dropped, and the next tick reads on.
+    // Any other reply, including a refusal, is dropped, and the next tick reads again.
     if (reply.m_Size != 2)
         return;
     if (reply.begins(kSocksVersion, kNoCheck))
@@ -193,16 +193,16 @@ void CFrameworkClientProxySocket::takeAccountCheck(const Reply& reply)
 
 void CFrameworkClientProxySocket::takeTarget(const Reply& reply)
 {
-    // Any reply ends the handshake, also a refusal: the proxy then closes, which the command layer sees. The input of
-    // this tick is the reply: bytes of the target that arrived in the same tick are lost, and the second part of a
-    // reply in two ticks goes to the command layer. A target that waits for the first command loses nothing.
+    // Any reply ends the handshake, including a refusal: the proxy then closes, which the command layer sees. The input
+    // of this tick is the reply: bytes of the target that arrived in the same tick are lost, and the second part of a
+    // reply in two ticks goes to the command layer. If the target waits for the first command, nothing is lost.
     if (reply.m_Size <= 0)
         return;
     report(L"Check proxy %s:%d ok, Start Working", m_ProxyIP, m_ProxyPort);
     m_ProxyState = kWorking;
     if (getTlsContext() && !startTls(m_TargetIP))
     {
-        // Something was sent too early and would leave unencrypted.
+        // Data was queued too early and would be sent without encryption.
         close();
         return;
     }

@@ -17,7 +17,7 @@ public:
     // dropped.
     static zet::Unknown::Handle_T<CNetSession> createInstance(zet::NetModule* module, CCmdAnalyser* analyser);
 
-    // The session that the first argument of an analyser's handler stands for, for use within that handler.
+    // The session that the first argument of an analyser's handler identifies. Valid within that handler only.
     static CNetSession* ofArgument(unsigned long argument);
 
     bool accept() override;

@@ -25,8 +25,8 @@ public:
     virtual bool listen(const zet::String_T<wchar_t>& ip, unsigned short port);
     bool listen(unsigned short port) override;
     bool attach(unsigned int handle) override;
-    // Releases a connection, which closes if there is no other handle to it. One that the host closes outside the
-    // connection's own tick stays held until this is called.
+    // Releases a connection, which closes unless another handle holds it. A connection that the host closes outside the
+    // tick of that connection is held until this is called.
     virtual void abandon(zet::UdpServer::UdpConnection* connection);
 
     const zet::String_T<wchar_t>& GetIP() const { return m_IP; }

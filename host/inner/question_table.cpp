@@ -29,7 +29,7 @@ bool isDown(const CCommandSocket& socket)
     return state != TcpConnection::kConnecting && state != TcpConnection::kEstablished;
 }
 
-// A reply that a host's code throws at is lost alone.
+// An exception from the host's code affects only this reply.
 template <class Call>
 void guarded(Call call) noexcept
 {
@@ -80,7 +80,7 @@ void QuestionTable::dropIfEmpty(Conversation& conversation)
     const auto found = m_BySocket.find(conversation.m_Socket);
     if (!conversation.m_Places.empty() || found == m_BySocket.end() || &*found->second != &conversation)
         return;
-    // Its end may release the socket, and with it what the host keeps there.
+    // Remove it before it is destroyed: that may release the socket, and with it objects of the host.
     Conversations dropped;
     dropped.splice(dropped.end(), m_Conversations, found->second);
     m_BySocket.erase(found);
@@ -113,7 +113,8 @@ void QuestionTable::ask(Waiter& waiter, CCommandSocket& socket, const CCmdHead& 
     wakeUp();
 }
 
-// A sent command must have its place, and one that was not sent must not: its answer would never come.
+// A command that was sent must have a place. One that was not sent must not have one, since no answer would ever take
+// it.
 bool QuestionTable::sendAsPlaced(Waiter& waiter, CCommandSocket& socket, const CCmdHead& command,
                                  std::initializer_list<const std::type_info*> answers)
 {
@@ -124,7 +125,7 @@ bool QuestionTable::sendAsPlaced(Waiter& waiter, CCommandSocket& socket, const C
                         socket.getPeerName());
         return false;
     }
-    // The place is moved in with its command, and out if there was none; neither allocates.
+    // Add the place before the send and remove it if nothing was sent; neither allocates.
     std::list<QuestionPlace> place;
     place.push_back({&waiter, {}});
     for (const std::type_info* const answer : answers)
@@ -164,7 +165,7 @@ void QuestionTable::withdraw(Waiter& waiter) noexcept
 bool QuestionTable::takeAnswer(CCommandSocket& socket, CCmdHead& answer, const std::type_info& type)
 {
     const auto found = m_BySocket.find(&socket);
-    // An ended connection is replied to in the next tick.
+    // The questions of an ended connection get their replies in the next tick.
     if (found == m_BySocket.end() || hasEnded(*found->second))
         return false;
     Conversation& conversation = *found->second;
@@ -175,7 +176,7 @@ bool QuestionTable::takeAnswer(CCommandSocket& socket, CCmdHead& answer, const s
                                     });
     if (place == conversation.m_Places.end())
         return false;
-    // The waiter may destroy everything, this table included.
+    // Hold the table and the socket: the waiter may release both.
     const std::shared_ptr<QuestionTable> keepTable = shared_from_this();
     const zet::Unknown::Handle_T<CCommandSocket> keepSocket = conversation.m_Holder;
     Waiter* const waiter = place->m_Waiter;
@@ -235,7 +236,7 @@ void QuestionTable::onTick(unsigned int)
 
 void QuestionTable::replyToEnded()
 {
-    // Those that end meanwhile have their turn in the next tick.
+    // Connections that end during these calls have their turn in the next tick.
     m_Ending.splice(m_Ending.end(), m_Ended);
     while (!m_Ending.empty())
     {
@@ -258,7 +259,8 @@ void QuestionTable::replyToEnded()
 
 void QuestionTable::replyToDue()
 {
-    // Timers that are set meanwhile have their turn in the next tick, so that it comes.
+    // Timers that are set during these calls have their turn in the next tick. Otherwise callbacks that set new ones
+    // would never let this tick end.
     const unsigned long long last = m_LastNumber;
     const unsigned long long moment = m_Now;
     while (!m_Timers.empty())
@@ -277,7 +279,7 @@ void QuestionTable::replyToDue()
 unsigned long long QuestionTable::now()
 {
     const unsigned int tick = zet::getTimeTick();
-    // A clock that was set back stands still.
+    // If the clock was set back, the time does not change.
     if (const int passed = static_cast<int>(tick - m_LastTick); passed > 0)
         m_Now += static_cast<unsigned int>(passed);
     m_LastTick = tick;
@@ -300,7 +302,7 @@ void QuestionTable::removeTimer(Waiter& waiter) noexcept
         m_Timers.erase({waiter.m_Deadline, std::exchange(waiter.m_Number, 0)});
 }
 
-// Without a new timer, which would need memory.
+// Changes the present timer, since a new one would need memory.
 void QuestionTable::fail(Waiter& waiter, Unanswered::Reason reason)
 {
     auto timer = m_Timers.extract({waiter.m_Deadline, waiter.m_Number});
@@ -312,7 +314,7 @@ void QuestionTable::fail(Waiter& waiter, Unanswered::Reason reason)
 
 void QuestionTable::setNextTick()
 {
-    // Connections are looked at in each tick.
+    // Connections with questions are checked in each tick.
     if (!getSystem() || !m_Conversations.empty() || !m_Ended.empty())
         return;
     unsigned long long left = kIdle;

@@ -15,8 +15,8 @@
 namespace host::inner
 {
 
-// A question's place in the order of its connection. Without a waiter it was given up, and takes the answer that
-// belongs to it.
+// The place of a question in the order of its connection. Without a waiter the question was given up, and the place
+// takes its late answer.
 struct QuestionPlace
 {
     Waiter* m_Waiter;
@@ -41,13 +41,13 @@ public:
     const wchar_t* getClassName() const override { return L"host::Questions"; }
 
 private:
-    // The places of one connection, in the order of asking.
+    // The places of one connection, in the order in which the questions were asked.
     struct Conversation
     {
         CCommandSocket* m_Socket;
         // Null for a socket without handles.
         zet::Unknown::Handle_T<CCommandSocket> m_Holder;
-        // That of the socket during this connection.
+        // The socket's close count during this connection.
         unsigned int m_CloseCount;
         std::list<QuestionPlace> m_Places;
     };
@@ -71,7 +71,7 @@ private:
     void setNextTick();
     void wakeUp();
 
-    // Questions by socket; those of ended connections; and those whose replies are being made.
+    // The questions of open connections; of ended connections; and of ended connections whose replies are being made.
     Conversations m_Conversations;
     Conversations m_Ended;
     Conversations m_Ending;
@@ -79,7 +79,7 @@ private:
     // By deadline, in milliseconds of m_Now, and by number.
     std::map<std::pair<unsigned long long, unsigned long long>, Waiter*> m_Timers;
     unsigned long long m_LastNumber = 0;
-    // The clock without its wrapping, and its last tick.
+    // The time in milliseconds, which does not wrap, and the value of the clock when it was set.
     unsigned long long m_Now = 0;
     unsigned int m_LastTick = 0;
     std::unordered_set<std::type_index> m_Expected;

@@ -11,19 +11,19 @@ enum Ready : unsigned char
 {
     kReadyInput = 1,
     kReadyOutput = 2,
-    // Something may follow the bytes that are there of which no event comes: the end, a fault, urgent data. Not every
-    // system reports it, or needs to.
+    // After the present bytes something may follow that has no event of its own: the end of the stream, a fault or
+    // urgent data. Not every system reports or needs this.
     kReadyTail = 4
 };
 
-// A socket's place in a Poller, for as long as it is watched.
+// The entry of a socket in a Poller, for as long as the socket is watched.
 class Watch
 {
 public:
-    // Only sets flags: no socket is closed and none is added while events are reported.
+    // An override only sets flags: it closes no socket and adds none.
     virtual void onReady(unsigned char ready) = 0;
 
-    // The poller's notes: what is wanted, and the handle, or an index where the poller keeps the list itself.
+    // Used by the poller: the wanted flags, and the handle, or an index if the poller keeps a list of its own.
     unsigned char m_Wanted = 0;
     int m_Place = 0;
 
@@ -31,9 +31,9 @@ protected:
     ~Watch() = default;
 };
 
-// Reports to each watch what its socket has become ready for. It surely reports again only after want(), which comes
-// once the socket was read until nothing was left, or written until nothing more was taken; with edges it may report
-// without. One thread owns it; wake() is for any.
+// Reports to each watch what its socket has become ready for. After a report the next one is certain only after want(),
+// which is called once a read finds nothing left or a write finds no more space; an edge-triggered poller may report
+// without it. One thread owns the poller; any thread may call wake().
 class Poller
 {
 public:
@@ -44,17 +44,17 @@ public:
     Poller(const Poller&) = delete;
     Poller& operator=(const Poller&) = delete;
 
-    // Reports with the next wait() what the socket is ready for already. False where the system does not watch it.
-    // Watch and socket stay until remove().
+    // Adds a socket. The next wait() reports what the socket is already ready for. False if the system cannot watch it.
+    // The watch and the socket must exist until remove().
     virtual bool add(Handle handle, Watch& watch, unsigned char ready) = 0;
-    // For watches that were added, these three.
+    // REQUIRES, for these three: the watch was added.
     virtual void want(Watch& watch, unsigned char ready) = 0;
-    // Reports the input that there is, and its tail, though it may have been reported before.
+    // Reports pending input and its tail with the next wait(), even if they were reported before.
     virtual void reportInputAgain(Watch& watch) = 0;
     virtual void remove(Watch& watch) = 0;
 
-    // Reports pending events at once; otherwise waits up to this time for the first ones, or slightly longer where the
-    // system's own times are coarser. False if it could not look.
+    // Reports pending events at once. Without any it waits up to this time for the first ones, or slightly longer if
+    // the timers of the system are coarser. False if the call of the system failed.
     virtual bool wait(std::chrono::microseconds time) = 0;
     // Ends the present or the next wait().
     virtual void wake() = 0;

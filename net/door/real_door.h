@@ -1,4 +1,4 @@
-// The door to the operating system's own network. Its functions are in a file per platform.
+// The operating system's network as a Door. Each platform implements it in a file of its own.
 #pragma once
 
 #include "net/door/door.h"

@@ -47,13 +47,13 @@ Fault faultOf(int code)
     }
 }
 
-// The result of a call; its fault where it failed.
+// The fault of a call that has failed, or no fault.
 Fault faultIf(bool hasFailed)
 {
     return faultOf(hasFailed ? errno : 0);
 }
 
-// Calls again where a signal interrupted the call.
+// Repeats the call while a signal interrupts it.
 template <class Call>
 auto repeat(Call call)
 {
@@ -73,7 +73,7 @@ void setValue(Door::Handle handle, int level, int name, int value)
     ::setsockopt(handleOf(handle), level, name, &value, sizeof value);
 }
 
-// Messages of one system call. Each has one piece of memory, or the pieces of several datagrams.
+// The messages of one system call. Each has the memory of one datagram, or of several.
 class Batch
 {
 public:
@@ -91,7 +91,7 @@ public:
         }
     }
 
-    // Lets a message of a receive give what the options ask for.
+    // Adds to a message of a receive the memory for what the options of the socket report.
     void wantControl(int index)
     {
         msghdr& head = m_Messages[index].msg_hdr;
@@ -134,7 +134,8 @@ public:
         find(index, IPPROTO_UDP, UDP_GRO, size);
         return size;
     }
-    // A message takes the pieces of this many datagrams; the system cuts them apart again where they are several.
+    // Makes a message of count datagrams, from the first one on. If there are several, the system cuts them apart again
+    // after each size bytes.
     void setSegments(int index, int first, int count, int size)
     {
         msghdr& head = m_Messages[index].msg_hdr;
@@ -186,10 +187,10 @@ private:
 };
 
 #ifdef UDP_SEGMENT
-// Bytes of one buffer that the system cuts; it must fit a datagram itself.
+// The maximum bytes of a buffer that the system cuts: those of one datagram.
 constexpr int kMostSegmented = 65507;
 
-// Datagrams from the first one on that one buffer can hold.
+// The number of datagrams, from the first one on, that one buffer can hold.
 int countSegments(const Door::Datagram* datagrams, int count)
 {
     const Door::Datagram& first = datagrams[0];
@@ -273,7 +274,7 @@ Door::Handle RealDoor::accept(Handle listener, Endpoint& peer, Fault& fault)
 Fault RealDoor::connect(Handle handle, const Endpoint& peer)
 {
     const SystemAddress address(peer);
-    // One that a signal has interrupted goes on by itself.
+    // A call that a signal interrupts continues in the background.
     return faultIf(::connect(handleOf(handle), &address.m_Plain, address.m_Size) < 0 && errno != EINPROGRESS &&
                    errno != EINTR);
 }
@@ -299,7 +300,7 @@ size_t RealDoor::send(Handle handle, const Piece* pieces, int count, Fault& faul
     ssize_t sent = 0;
     if (count == 1)
     {
-        // A piece alone goes by the plain call, which costs less on both sides of it.
+        // For a single piece, send() costs less than sendmsg(), here and in the system.
         sent = repeat([&] { return ::send(handleOf(handle), pieces->m_Data, pieces->m_Size, MSG_NOSIGNAL); });
     }
     else
@@ -348,7 +349,7 @@ int RealDoor::sendBatch(Handle handle, const Datagram* datagrams, int count, Fau
     Batch batch(datagrams, count);
     for (int i = 0; i < count; ++i)
     {
-        // The system takes an IPv4 address in its own form on a socket of both families, too.
+        // A socket of both families accepts an IPv4 address without mapping too.
         batch.setPeer(i, datagrams[i].m_Peer);
         if (!datagrams[i].m_Local.isAny())
             batch.setLocal(i, datagrams[i].m_Local);
@@ -385,7 +386,8 @@ int RealDoor::sendSegmented(Handle handle, const Datagram* datagrams, int count,
         [&]
         { return ::sendmmsg(handleOf(handle), batch.m_Messages, static_cast<unsigned int>(messages), MSG_DONTWAIT); });
     fault = faultIf(sent < 0);
-    // The network device cannot cut. EINVAL concerns these datagrams only: they do not fit the path to this peer.
+    // EIO: the network device cannot cut. EINVAL concerns these datagrams only: they are too long for the path to this
+    // peer.
     if (sent < 0 && counts[0] > 1 && fault.m_Code == EIO)
         fault.m_Reason = Fault::kNotSegmented;
     return std::accumulate(counts, counts + std::max(sent, 0), 0);
@@ -435,7 +437,7 @@ void RealDoor::setOption(Handle handle, Option option, int value)
     case kSendBuffer:
         return setValue(handle, SOL_SOCKET, SO_SNDBUF, value);
     case kLocalAddress:
-        // On a socket of both families, both; one of IPv4 alone does not have the second.
+        // A socket of both families needs both options; an IPv4 socket does not have the second one.
         setValue(handle, IPPROTO_IP, IP_PKTINFO, value);
         return setValue(handle, IPPROTO_IPV6, IPV6_RECVPKTINFO, value);
     case kCoalesce:

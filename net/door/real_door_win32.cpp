@@ -43,7 +43,7 @@ Fault faultIf(bool hasFailed)
     return faultOf(hasFailed ? ::WSAGetLastError() : 0);
 }
 
-// The system's handles of sockets have 32 bits of meaning.
+// Socket handles of this system have 32 significant bits.
 SOCKET handleOf(Door::Handle handle)
 {
     return handle == Door::kNoHandle ? INVALID_SOCKET : static_cast<SOCKET>(handle);
@@ -65,7 +65,7 @@ int clampSize(size_t size)
     return static_cast<int>(std::min(size, static_cast<size_t>(std::numeric_limits<int>::max())));
 }
 
-// Whether a socket takes IPv4 addresses as mapped ones only.
+// Whether a socket accepts IPv4 addresses only in mapped form.
 bool isIPv6(Door::Handle handle)
 {
     SystemAddress own;
@@ -74,7 +74,7 @@ bool isIPv6(Door::Handle handle)
 
 } // namespace
 
-// For as long as the process runs.
+// The library of sockets stays loaded until the process ends.
 void startSystem()
 {
     static const int started = []
@@ -260,7 +260,8 @@ void RealDoor::setOption(Handle handle, Option option, int value)
     case kKeepAlive:
         return setValue(handle, SOL_SOCKET, SO_KEEPALIVE, value);
     case kRebind:
-        // Here the option of that name means theft of ports, and a restarted server gets its port back anyway.
+        // On this system SO_REUSEADDR lets another program take over a port in use, and a restarted server gets its
+        // port back without it.
         return;
     case kReceiveBuffer:
         return setValue(handle, SOL_SOCKET, SO_RCVBUF, value);
@@ -274,7 +275,7 @@ void RealDoor::setOption(Handle handle, Option option, int value)
 
 void RealDoor::watchPeer(Handle handle, const NetLimits& limits)
 {
-    // The number of probes is the system's own, and so is the time without an acknowledgement.
+    // This call sets neither the number of probes nor the time without an acknowledgement: the system's own apply.
     if (limits.m_ProbeAfter <= 0 || limits.m_ProbeEvery <= 0 || limits.m_Probes <= 0)
         return;
     tcp_keepalive probes{};

@@ -1,4 +1,4 @@
-// Readiness by the operating system's own means. The functions are in a file per platform.
+// The poller of the operating system. Each platform implements it in a file of its own.
 #pragma once
 
 #include "net/door/poller.h"
@@ -10,14 +10,14 @@
 namespace zet::inner
 {
 
-// A time limit of the operating system's own calls: rounded up, so that what is due then is due.
+// A time limit for the calls of the operating system, rounded up so that no wait ends before its time.
 inline int toMilliseconds(std::chrono::microseconds time)
 {
     const auto whole = std::chrono::ceil<std::chrono::milliseconds>(time).count();
     return static_cast<int>(std::min<long long>(whole, std::numeric_limits<int>::max()));
 }
 
-// Throws std::system_error where the system has none to give.
+// Throws std::system_error if the system has no poller left.
 std::unique_ptr<Poller> makeRealPoller();
 
 } // namespace zet::inner

@@ -18,10 +18,11 @@ namespace
 
 // Events of one system call.
 constexpr int kBatch = 256;
-// Events of one look; more of them wait for the next one.
+// Events that one look() reports at most; the rest waits for the next one.
 constexpr int kEventsPerLook = 16384;
 
-// Edges: the system reports what has changed, and a socket that was left half read is its owner's business.
+// Edge-triggered: the system reports changes only. The owner of a socket that was not read to the end must read on
+// without an event.
 uint32_t eventsOf(unsigned char ready)
 {
     uint32_t events = EPOLLET | EPOLLRDHUP;
@@ -34,7 +35,7 @@ uint32_t eventsOf(unsigned char ready)
 
 unsigned char readyOf(uint32_t events)
 {
-    // What is broken shows when it is used.
+    // The next call on a broken socket returns its fault.
     if (events & (EPOLLERR | EPOLLHUP))
         return kReadyInput | kReadyOutput | kReadyTail;
     unsigned char ready = 0;
@@ -42,7 +43,7 @@ unsigned char readyOf(uint32_t events)
         ready |= kReadyInput;
     if (events & EPOLLOUT)
         ready |= kReadyOutput;
-    // A read ends before urgent data as it does where nothing is left.
+    // A read stops before urgent data as if nothing were left.
     if (events & (EPOLLRDHUP | EPOLLPRI))
         ready |= kReadyInput | kReadyTail;
     return ready;
@@ -89,11 +90,11 @@ private:
         return ::epoll_ctl(m_Poll, operation, handle, &event) == 0;
     }
     void report(Watch& watch, unsigned char ready);
-    // Reports pending events, or the first ones within this time, which is endless if negative. False if the system
-    // does not look. hasEvents is set by any event but the timer's.
+    // Reports pending events, or waits for the first ones for this time, without an end if it is negative. False if the
+    // system reported none because its call failed. Any event except that of the timer sets hasEvents.
     bool look(int milliseconds, bool& hasEvents);
-    // Ensures that the timer ends a sleep not later than after this time. Returns the end of this time, or kNoTime
-    // without a timer.
+    // Ensures that the timer ends a sleep after this time at the latest. Returns the end of this time, or kNoTime if
+    // the timer cannot be set.
     Time arm(std::chrono::microseconds time);
     static Time getNow() { return std::chrono::time_point_cast<Time::duration>(std::chrono::steady_clock::now()); }
     void endWake()
@@ -101,18 +102,19 @@ private:
         uint64_t count;
         while (::read(m_Alarm, &count, sizeof count) < 0 && errno == EINTR)
             continue;
-        // Clear the flag after the read: cleared first, a wake() in between would be swallowed.
+        // Clear the flag after the read. In the other order a wake() between the two would set the flag, the read would
+        // take its count, and every later wake() would do nothing.
         m_IsWoken.exchange(false);
     }
 
     const Descriptor m_Poll{::epoll_create1(EPOLL_CLOEXEC)};
     const Descriptor m_Alarm{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
-    // Its events are edges, so it is never read. Its watch is this object, that of the alarm is null.
+    // Edge-triggered, so it is never read. Its event refers to this object; that of the alarm is null.
     const Descriptor m_Timer{::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)};
     std::atomic<bool> m_IsWoken{false};
-    // When the timer ends, by getNow(); kNoTime once it has.
+    // The time at which the timer ends, by getNow(); kNoTime if it is not armed.
     Time m_TimerEnd = kNoTime;
-    // An event has ended the last sleep.
+    // Whether an event ended the last sleep.
     bool m_IsBusy = false;
 };
 
@@ -131,7 +133,7 @@ bool EpollPoller::add(Handle handle, Watch& watch, unsigned char ready)
 
 void EpollPoller::want(Watch& watch, unsigned char ready)
 {
-    // Space for output is wanted seldom. Of input the next edge comes by itself.
+    // The next edge of input needs no call. Output is armed each time, since report() disarms it.
     if (!(ready & kReadyOutput) && (watch.m_Wanted & ready) == ready)
         return;
     watch.m_Wanted |= ready;
@@ -140,19 +142,19 @@ void EpollPoller::want(Watch& watch, unsigned char ready)
 
 void EpollPoller::reportInputAgain(Watch& watch)
 {
-    // Whatever is ready is an edge to a watch that was changed.
+    // After a change of its watch, the system reports again what a socket is ready for.
     control(EPOLL_CTL_MOD, watch.m_Place, &watch, eventsOf(watch.m_Wanted));
 }
 
 void EpollPoller::remove(Watch& watch)
 {
-    // Closing alone would leave the watch in place where a child process has the socket, too.
+    // To close the socket is not enough: the system keeps the watch while a child process has the socket open too.
     control(EPOLL_CTL_DEL, watch.m_Place, &watch, 0);
 }
 
 void EpollPoller::report(Watch& watch, unsigned char ready)
 {
-    // Space that nothing waits for would end a sleep with each datagram that leaves.
+    // Disarm output. Otherwise each datagram that leaves would end a sleep.
     if (ready & watch.m_Wanted & kReadyOutput)
     {
         watch.m_Wanted &= static_cast<unsigned char>(~kReadyOutput);
@@ -187,7 +189,7 @@ bool EpollPoller::look(int milliseconds, bool& hasEvents)
 EpollPoller::Time EpollPoller::arm(std::chrono::microseconds time)
 {
     const Time end = getNow() + time;
-    // Usually an earlier sleep has armed it for an earlier moment.
+    // Usually an earlier sleep has armed it for an earlier time.
     if (m_TimerEnd != kNoTime && m_TimerEnd <= end)
         return end;
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
@@ -206,8 +208,8 @@ bool EpollPoller::wait(std::chrono::microseconds time)
     bool hasEvents = false;
     if (time == kNone)
         return look(0, hasEvents);
-    // The system sets a timer for a time limit and removes it, which costs more than the rest of a sleep that ends at
-    // once. So a busy poller has a timer of its own, which stays armed. An idle one makes one call per sleep.
+    // For a time limit the system sets and removes a timer, which costs more than the rest of a sleep that ends at
+    // once. So a busy poller uses a timer of its own, which stays armed. An idle one makes one call per sleep.
     const Time end = m_IsBusy || m_TimerEnd != kNoTime ? arm(time) : kNoTime;
     bool isGood = look(end != kNoTime ? -1 : toMilliseconds(time), hasEvents);
     const auto left = end != kNoTime && isGood && !hasEvents ? end - getNow() : kNone;

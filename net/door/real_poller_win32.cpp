@@ -12,7 +12,7 @@ namespace zet::inner
 namespace
 {
 
-// A socket that sends to itself: nothing else ends a sleep on sockets.
+// A UDP socket that is connected to itself. The system waits for sockets only, so wake() sends a byte to this one.
 SOCKET makeAlarm()
 {
     // A program that this process starts must not inherit it.
@@ -51,7 +51,8 @@ unsigned char readyOf(short events)
         ready |= kReadyInput;
     if (events & POLLWRNORM)
         ready |= kReadyOutput;
-    // What has ended or is broken shows when it is used. After an end alone there may be no space for output yet.
+    // The next call on an ended or broken connection returns its end or fault. POLLHUP alone does not mean that there
+    // is space for output.
     if (events & POLLHUP)
         ready |= kReadyInput;
     if (events & (POLLERR | POLLNVAL))
@@ -59,8 +60,8 @@ unsigned char readyOf(short events)
     return ready;
 }
 
-// The system keeps no list of what is watched, and reports what is ready each time it is asked. So it is asked
-// only for what is wanted, and what was reported is wanted no more.
+// The system keeps no list of watched sockets, and each call reports all that are ready. So each call asks for the
+// wanted flags only, and a reported flag is no longer wanted.
 class ListPoller final : public Poller
 {
 public:
@@ -86,13 +87,14 @@ private:
         char byte;
         while (::recv(m_Entries.front().m_Socket, &byte, 1, 0) > 0)
             continue;
-        // Clear the flag after the read: cleared first, a wake() in between would be swallowed.
+        // Clear the flag after the read. In the other order a wake() between the two would set the flag, the read would
+        // take its byte, and every later wake() would do nothing.
         m_IsWoken.exchange(false);
     }
 
-    // The first one is the alarm.
+    // The first entry is the alarm, whose watch is null.
     std::vector<Entry> m_Entries;
-    // Of one question, and the entries that it is about.
+    // The sockets of one call of WSAPoll(), and their watches.
     std::vector<WSAPOLLFD> m_Asked;
     std::vector<Watch*> m_AskedFor;
     std::atomic<bool> m_IsWoken{false};

@@ -14,7 +14,7 @@ AddressCounts::Key AddressCounts::keyOf(const Endpoint& from, int bits)
     return key;
 }
 
-// An IPv6 peer has a network of 64 bits to itself, and can use any address of it.
+// An IPv6 peer can usually use any address of its network of 64 bits.
 AddressCounts::Key AddressCounts::addressOf(const Endpoint& from)
 {
     return keyOf(from, from.isV4() ? 128 : 64);
@@ -49,7 +49,7 @@ bool AddressCounts::hasSpace(const Endpoint& from, const NetLimits& limits) cons
 
 void AddressCounts::add(const Endpoint& from)
 {
-    // Both allocations come before the first change.
+    // Make both entries, which may throw, before the first count changes.
     int& ofAddress = m_Addresses[addressOf(from)];
     int& ofSubnet = m_Subnets[subnetOf(from)];
     ++ofAddress;

@@ -1,4 +1,4 @@
-// How many connections of a port come from each address and from each subnet.
+// The number of connections of a port from each address and from each subnet.
 #pragma once
 
 #include "net/door/endpoint.h"
@@ -21,7 +21,7 @@ class AddressCounts
 public:
     // Whether the limits allow one more connection from this address.
     bool hasSpace(const Endpoint& from, const NetLimits& limits) const;
-    // Throws std::bad_alloc, and counts nothing then.
+    // If it throws std::bad_alloc, nothing is counted.
     void add(const Endpoint& from);
     void remove(const Endpoint& from);
     void clear();

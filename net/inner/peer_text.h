@@ -1,4 +1,4 @@
-// How an address of a peer is printed.
+// The printed forms of the address of a peer.
 #pragma once
 
 #include "framework/string.h"
@@ -11,7 +11,7 @@ namespace zet::inner
 // ("[fe80::1%2]:8000").
 String_T<wchar_t> peerText(const Endpoint& peer);
 
-// How a certificate names an address: without port, brackets and interface.
+// The form in which a certificate names an address: without port, brackets and interface.
 String_T<wchar_t> hostText(const Endpoint& peer);
 
 } // namespace zet::inner

@@ -34,7 +34,7 @@ std::shared_ptr<Reactor> makeReactor(const std::shared_ptr<Door>& door, bool isT
 
 } // namespace
 
-// What threads that resolve names share with the reactor.
+// Shared by the reactor and the threads that resolve names.
 struct Reactor::Mail
 {
     std::mutex m_Mutex;
@@ -43,7 +43,7 @@ struct Reactor::Mail
     std::atomic<bool> m_HasAnswers{false};
 };
 
-// Shared with its owner; the resolving thread shares the answer.
+// Its owner holds it. The resolving thread shares the answer only.
 struct Reactor::Question final : Lookup
 {
     Found m_GiveFound;
@@ -117,7 +117,7 @@ void Reactor::wait(unsigned int milliseconds)
             return;
         time = std::min(time, m_HurryAt - now);
     }
-    // Rounded up, so that what is due then is due.
+    // Rounded up, so that no sleep ends before its time.
     m_HasLooked = m_Poller->wait(std::chrono::microseconds((time + 999) / 1000));
 }
 
@@ -149,7 +149,7 @@ std::shared_ptr<Lookup> Reactor::resolve(const char* name, Found found)
     {
         const auto question = std::make_shared<Question>();
         question->m_GiveFound = std::move(found);
-        // Lookups that are not wanted any more, before the list grows.
+        // Remove the released lookups before the list grows.
         if (m_Questions.size() == m_Questions.capacity())
             std::erase_if(m_Questions, [](const auto& each) { return each.expired(); });
         m_Questions.push_back(question);
@@ -191,7 +191,7 @@ void Reactor::deliverNames()
 
 void Reactor::endTick()
 {
-    // Links that are added meanwhile wait for the next tick.
+    // Links that are added by these calls wait for the next tick.
     const TcpLink* const last = m_LastUnflushed;
     while (TcpLink* const link = takeUnflushed())
     {

@@ -16,7 +16,7 @@ namespace zet::inner
 struct TcpLink;
 class UdpRouter;
 
-// A pending request for the addresses of a host name. Its owner holds it; once released it calls nothing.
+// A pending request for the addresses of a host name. Its owner holds it; a released request calls nothing.
 class Lookup
 {
 public:
@@ -31,8 +31,8 @@ public:
     Reactor(const std::shared_ptr<Door>& door, bool isTicked);
     ~Reactor() override;
 
-    // The reactor of a System, created with its first socket; for null the calling thread's own, which its sockets
-    // poll. Null if the operating system has no poller left.
+    // The reactor of a System, created with its first socket. For null, the reactor of the calling thread, which its
+    // sockets poll. Null if the operating system has no poller left.
     static std::shared_ptr<Reactor> of(System* system);
     // Implements setDoor().
     static bool make(System& system, const std::shared_ptr<Door>& door);
@@ -44,28 +44,28 @@ public:
 
     // Asks the operating system what is ready.
     void poll();
-    // For a socket that may be ticked outside its System's tick, which has asked already.
+    // For a socket that may be ticked outside the tick of its System. Within that tick the reactor has asked already.
     void pollOutsideTick()
     {
         if (!m_IsTicking)
             poll();
     }
     bool isTicking() const { return m_IsTicking; }
-    // Makes the next tick come at once.
+    // Makes the next tick start without a sleep.
     void hurry() { m_IsHurried = true; }
-    // Makes the next tick come at this time of getNanoseconds() at the latest. Holds for one sleep: what is not ticked
-    // then asks for no other one.
+    // Makes the next tick start at this time of getNanoseconds() at the latest. It applies to one sleep: an object that
+    // is not ticked after it does not set a time again.
     void hurryAt(unsigned long long time) { m_HurryAt = std::min(m_HurryAt, time); }
     // Flushes the link's output at the end of the tick. Without a System the connection's own tick does so.
     void flushLater(TcpLink& link);
-    // Calls the router's endTick() once, at the end of the tick; outside a tick the next one comes at once. False if
-    // there is no such end.
+    // Calls the router's endTick() once, at the end of the tick. Outside a tick, the next tick starts without a sleep.
+    // False if the reactor has no System or no memory is left.
     bool flushLater(std::weak_ptr<UdpRouter> router);
-    // Cancels that: the router moves to another reactor.
+    // Cancels that call, for a router that moves to another reactor.
     void forgetLater(const UdpRouter& router);
 
-    // Requests the addresses of a name. found is called on this thread when the reactor polls, with no addresses if
-    // there are none, and only sets flags. Null if memory is short.
+    // Requests the addresses of a name. found is called on this thread when the reactor polls, with an empty list if
+    // the name has no address; it must only set flags. Null if memory is short.
     using Found = std::function<void(std::vector<Endpoint>&& found)>;
     std::shared_ptr<Lookup> resolve(const char* name, Found found);
 
@@ -84,7 +84,7 @@ private:
     void deliverNames();
 
     BlockPool m_Pool;
-    // A list through the links themselves, so that adding one takes no memory.
+    // A list linked through the links themselves, so that adding one takes no memory.
     TcpLink* m_FirstUnflushed = nullptr;
     TcpLink* m_LastUnflushed = nullptr;
     std::vector<std::weak_ptr<UdpRouter>> m_Routers;
@@ -94,7 +94,7 @@ private:
     std::vector<std::weak_ptr<Question>> m_Questions;
     const bool m_IsTicked;
     bool m_IsTicking = false;
-    // The last wait has reported what is ready, and no tick has followed yet.
+    // The last wait() has reported the pending events, and no tick has started since.
     bool m_HasLooked = false;
     bool m_IsHurried = false;
     unsigned long long m_HurryAt = kNever;

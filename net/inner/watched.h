@@ -6,7 +6,7 @@
 namespace zet::inner
 {
 
-// The base of links, listeners and UDP ports. Ensures that the watch ends before the handle is closed or given away.
+// The base of links, listeners and UDP ports. Ensures that the watch ends before the handle is closed or released.
 class Watched : public Watch
 {
 public:
@@ -25,13 +25,13 @@ public:
         unwatch();
         m_Handle.close();
     }
-    // Takes over a handle.
+    // Closes the present handle and owns this one.
     void take(Door::Handle handle)
     {
         close();
         m_Handle.set(handle);
     }
-    // Returns the handle, open.
+    // Returns the handle, open; the caller owns it.
     Door::Handle giveAway()
     {
         unwatch();
@@ -39,7 +39,7 @@ public:
     }
 
 protected:
-    // Takes over the handle.
+    // Owns the handle from then on.
     Watched(Reactor& reactor, Door::Handle handle) : m_Poller(reactor.poller()), m_Handle(reactor.door(), handle) {}
     ~Watched() { unwatch(); }
 

@@ -1,6 +1,6 @@
-// The queue of host names to be resolved had no bound, and a lookup that nobody waited for any more kept its place: a
-// host that connected to an unreachable name again and again, while the name server did not answer, filled the memory
-// and made each later name wait for all of them.
+// The queue of host names to be resolved had no bound, and a lookup whose requester was gone kept its place. A host
+// that connected to an unreachable name again and again, while the name server did not answer, filled the memory and
+// made each later name wait for all earlier ones.
 #include "tests/support/stuck_lookups.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +33,7 @@ TEST(Bugs, AForgottenLookupFreesItsPlace)
         for (size_t i = 0; i < kMostLookups; ++i)
             resolveApart("some.test", answer, forgotten, ask);
         EXPECT_EQ(lost, 0);
-        // The queue is full, and says so at once.
+        // The queue is full: the lookup fails at once.
         resolveApart("other.test", answer, waiting, ask);
         EXPECT_EQ(lost, 1);
         forgotten = nullptr;
@@ -43,7 +43,7 @@ TEST(Bugs, AForgottenLookupFreesItsPlace)
     }
     EXPECT_TRUE(test::eventually([&] { return found == static_cast<int>(kMostLookups); }));
     EXPECT_EQ(g_Asked, static_cast<int>(kMostLookups));
-    // One that is forgotten in a queue that is not full is not asked for, either.
+    // A forgotten lookup is not resolved if the queue is not full, either.
     {
         const StuckLookups stuck;
         resolveApart("some.test", answer, std::make_shared<int>(0), ask);

@@ -1,6 +1,6 @@
-// Sockets stayed open without an owner: that of a UDP port which neither the System it moved to nor the one it came
-// from could watch, and that of a TCP port where memory ran out between opening the socket and making its owner. And a
-// UDP port that ran out of memory in attach() closed a handle that was still the caller's.
+// Sockets stayed open without an owner: the socket of a UDP port that neither its new System nor its old one could
+// watch, and the socket of a TCP port if memory ran out between opening the socket and making its owner. Also, a UDP
+// port that ran out of memory in attach() closed a handle that the caller still owned.
 #include "net/quic/connection.h"
 #include "net/tcp/server.h"
 #include "tests/support/allocations.h"
@@ -17,7 +17,7 @@ using test::PassingDoor;
 using zet::inner::Poller;
 using zet::inner::Watch;
 
-// Watches nothing more if the test says so.
+// Its poller refuses each further socket if the test says so.
 class BlindDoor : public PassingDoor
 {
 public:
@@ -117,7 +117,7 @@ TEST(Bugs, APortThatRunsOutOfMemoryKeepsNoHandle)
     const zet::Unknown::Handle_T<zet::UdpServer> udp = new zet::UdpServer;
     tcp->start(&systems.m_First);
     udp->start(&systems.m_First);
-    // The door has counted each call once.
+    // Make each call once first: the door allocates when it counts a call for the first time.
     ASSERT_TRUE(tcp->listen(0, 1));
     tcp->close();
     failEach([&] { tcp->listen(0, 1); });

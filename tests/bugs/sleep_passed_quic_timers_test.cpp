@@ -1,7 +1,7 @@
 // A System slept until its next tick although a timer of a connection over UDP was due earlier, and the connections had
 // a clock of milliseconds: round trips of 60 us were measured as 0 or 1 ms, or as the 10 ms of a tick, and pacing,
-// acknowledgements and repeats waited for the tick. What a host sent between a tick and the sleep
-// left after the sleep: 4 KiB there and back took more than 10 ms.
+// acknowledgements and retransmissions waited for the tick. Data that a host sent between a tick and the sleep was sent
+// after the sleep: a round trip of 4 KiB took more than 10 ms.
 #include "framework/inner/nanoseconds.h"
 #include "tests/support/passing_door.h"
 #include "tests/support/udp_test.h"
@@ -16,7 +16,7 @@ using zet::inner::Poller;
 using zet::inner::Watch;
 using namespace std::chrono_literals;
 
-// Its poller does not sleep, but notes the time for which it was to.
+// Its poller notes the time of each sleep and does not sleep.
 class NotingDoor : public PassingDoor
 {
 public:
@@ -134,7 +134,7 @@ TEST_F(QuicSleep, DoesNotEndForTimersOfAPortThatTakesNoOutput)
     m_Door->m_IsBlocked = true;
     ASSERT_TRUE(m_Net.m_Sockets.back()->send(test::NoteCommand(1)));
     m_Net.m_System.tick();
-    // The first repeat is due; the timers of the other port are not.
+    // The first retransmission is due; the timers of the other port are not.
     m_Net.m_Clock.advance(5000);
     EXPECT_GT(sleep(), 0us);
 }

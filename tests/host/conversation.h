@@ -1,4 +1,4 @@
-// A server that keeps the questions of its clients until the test answers them, and clients that ask.
+// A server that stores the questions of its clients until the test answers them, and clients that ask.
 #pragma once
 
 #include "commands/registry.h"
@@ -19,7 +19,7 @@ namespace test
 
 using EchoReply = host::Reply<CCmdServerEchoReply>;
 
-// "5" for the answer with this number, or why there is none.
+// "5" for the answer with this number; without an answer, the reason.
 inline std::wstring textOf(const EchoReply& reply)
 {
     if (const auto* const answer = std::get_if<CCmdServerEchoReply>(&reply))
@@ -34,7 +34,7 @@ inline CCmdServerEcho echoOf(unsigned long number)
     return echo;
 }
 
-// Time stands still but for advance().
+// The time changes by advance() only.
 class Conversation
 {
 public:
@@ -45,7 +45,7 @@ public:
         m_Questions->expect<CCmdServerEchoReply, CCmdServerRegisterFail>();
     }
 
-    // A new connection; null if there is none.
+    // A new connection; null if it fails.
     ClientHandle connect() { return m_Loopback.connect(m_ClientAnalyser.get()); }
     // The server's end of the latest connection.
     CCommandSocket& accepted() { return *m_Loopback.accepted(); }
@@ -95,7 +95,7 @@ public:
     Loopback m_Loopback;
     std::unique_ptr<host::Questions> m_Questions =
         std::make_unique<host::Questions>(m_ClientHandlers, m_Loopback.m_System);
-    // By the server's end.
+    // The numbers asked and not answered, by the server's end of the connection.
     std::map<const CCommandSocket*, std::deque<unsigned long>> m_Asked;
 };
 

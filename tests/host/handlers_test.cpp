@@ -169,7 +169,7 @@ TEST_F(HostHandlers, NewHandlersAreNotCalledForTheEntriesOfDestroyedOnes)
     auto handlers = std::make_unique<host::Handlers>(*m_Analyser);
     handlers->on<CCmdServerEcho>([](CCommandSocket&, CCmdServerEcho&) { FAIL(); });
     handlers.reset();
-    // It takes the row that was given back.
+    // The new handler reuses the freed row.
     const auto other = std::make_unique<CCmdAnalyserSocket>();
     host::Handlers later(*other);
     later.on<CCmdServerEcho>([](CCommandSocket&, CCmdServerEcho&) { FAIL(); });
@@ -240,7 +240,7 @@ TEST_F(HostHandlers, ThreadsShareAnAnalyserWhileOthersAreMade)
     std::thread first(dispatch);
     std::thread second(dispatch);
     const auto other = std::make_unique<CCmdAnalyserSocket>();
-    // More than one block of the table.
+    // Fill more than one block of the table.
     for (int i = 0; i < 3; ++i)
     {
         std::vector<std::unique_ptr<host::Handlers>> many;

@@ -20,7 +20,7 @@ using test::textOf;
 constexpr int kQuestions = 200;
 constexpr int kConnections = 8;
 
-// What became of one question. Its callable or coroutine holds one count of the token, so that a leak shows.
+// The outcome of one question. Its callable or coroutine holds one count of the token, so that a leak shows.
 struct Outcome
 {
     std::wstring m_Text;
@@ -37,7 +37,7 @@ host::Task askFor(CCommandSocket& socket, unsigned long number, std::chrono::mil
     const auto reply = co_await host::ask<CCmdServerEchoReply>(socket, echoOf(number), timeOut);
     ++outcome.m_Replies;
     outcome.m_Text = textOf(reply);
-    // Cancelled while asleep, or not.
+    // The test may cancel the task during this sleep.
     co_await host::sleep(50ms);
 }
 #endif
@@ -163,7 +163,7 @@ TEST_P(HostManyQuestions, EachGetsExactlyOneReplyOrIsCancelled)
 
 INSTANTIATE_TEST_SUITE_P(Orders, HostManyQuestions, testing::Range(1U, 13U));
 
-// Ends in each order: of the connections, the owners, the Questions.
+// Ends the connections, the owners and the Questions in each order.
 TEST(HostQuestionsEnd, NothingIsHeldWhateverGoesFirst)
 {
     for (int order = 0; order < 6; ++order)

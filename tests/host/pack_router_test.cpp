@@ -380,7 +380,7 @@ TEST(HostPacksOverTcp, SocialMessagesHaveTheirNumbersAndEnvelopesAreFilled)
     EXPECT_TRUE(test::tickUntil(loopback.m_System, [&] { return replies == 1; }));
 }
 
-// What isReadIntoElements states, against the orders of all messages.
+// Compares isReadIntoElements with the orders of all messages.
 TEST(HostPackFamilies, MessagesThatAreReadIntoTheirElementsAreMarked)
 {
     int marked = 0;
@@ -406,7 +406,7 @@ TEST(HostPacksOverTcp, RequestIsSentAndItsReplyKeepsTheHead)
     const auto clientAnalyser = std::make_unique<CCmdAnalyserSocket>();
     host::Handlers serverHandlers(*serverAnalyser);
     host::Handlers clientHandlers(*clientAnalyser);
-    // Both sides state the same numbers.
+    // Both sides use the same numbers.
     const auto state = [](Home& home)
     {
         home.number<HomePack_UnlockGame_Request>(1);

@@ -1,4 +1,4 @@
-// Tasks that hold the object which owns their Tasks, cancelled by it.
+// Cancelled tasks that hold the owner of their Tasks.
 #include "host/tasks.h"
 
 #ifdef __cpp_impl_coroutine
@@ -28,7 +28,7 @@ host::Task hold(std::shared_ptr<Owner>)
     co_await host::sleep(1h);
 }
 
-// The frames are freed with the owner's last reference while cancel() runs.
+// cancel() destroys the frames, and with them the last reference to the owner.
 TEST(HostTasksCancel, CancelledTasksMayHoldTheLastReferenceToTheirOwner)
 {
     test::Conversation talk;

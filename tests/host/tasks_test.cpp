@@ -1,4 +1,4 @@
-// Tasks as coroutines. A compiler without them has the callbacks only.
+// Tasks as coroutines. A compiler without coroutines skips these tests.
 #include "host/tasks.h"
 
 #ifdef __cpp_impl_coroutine
@@ -21,7 +21,7 @@ using test::echoOf;
 using test::textOf;
 using zet::Log;
 
-// Counts the objects that live, for the local variables of coroutines.
+// Counts the existing objects, for the local variables of coroutines.
 class Probe
 {
 public:
@@ -234,7 +234,7 @@ TEST_F(HostTasks, TaskThatNeverWaitsLongLetsTheTickEnd)
     m_Talk.m_Loopback.m_System.tick();
     m_Talk.m_Loopback.m_System.tick();
     EXPECT_EQ(turns, 2);
-    // A question that fails at once does not either.
+    // A task whose questions fail at once lets the tick end too.
     m_Client->close();
     int replies = 0;
     m_Tasks->start(

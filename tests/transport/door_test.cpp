@@ -1,4 +1,4 @@
-// The one door to the operating system's network, and host names that are resolved apart from the ticks.
+// The interface to the operating system's network, and host names, which are resolved without delaying a tick.
 #include "framework/system.h"
 #include "net/tcp/stream.h"
 #include "tests/support/eventually.h"
@@ -17,7 +17,7 @@ using test::PassingDoor;
 using test::tickUntil;
 using StreamHandle = zet::Unknown::Handle_T<zet::TcpStream>;
 
-// Accepts whatever comes.
+// Accepts each connection.
 class Port : public zet::TcpServer
 {
 public:
@@ -92,7 +92,7 @@ TEST_F(DoorTest, ATickDoesNotWaitForAName)
     EXPECT_EQ(stream->getConnectionState(), zet::TcpConnection::kConnecting);
     EXPECT_TRUE(stream->getPeerName().isEmpty());
     EXPECT_EQ(m_Door->count("connect"), 0);
-    // The answer comes on another thread, and ends a sleep.
+    // Another thread passes the answer, which ends a sleep.
     std::thread([&] { m_Door->answer({"127.0.0.1"}); }).join();
     ASSERT_TRUE(tickUntil(m_System, [&] { return m_Port->m_Accepted.size() == 1; }));
     EXPECT_EQ(stream->getConnectionState(), zet::TcpConnection::kEstablished);
@@ -159,7 +159,7 @@ TEST(Door, TheRealOneResolvesOnAThreadOfItsOwn)
     std::thread::id thread;
     std::vector<test::Endpoint> found;
     const auto asker = std::make_shared<int>(0);
-    // No name server is asked for such a name.
+    // This name is resolved without a name server.
     test::Door::getReal()->resolve(
         "127.1",
         [&](std::vector<test::Endpoint> addresses)
@@ -204,7 +204,7 @@ TEST_F(UdpNames, ATickOfAPortDoesNotWaitForAName)
             return !m_Net.m_Server->m_Accepted.empty() && m_Net.accepted().m_Numbers.size() == 1;
         }));
     EXPECT_EQ(socket->getPeerAddress(), zet::Socket::inet_addr("127.0.0.1"));
-    // A name without an address, and one that is let go of.
+    // A name without an address, and a lookup whose socket is closed.
     ASSERT_TRUE(lost->connect(port, L"nowhere.test", m_Net.m_Server->getPort(), zet::Uuid()));
     door->answer({});
     ASSERT_TRUE(m_Net.until(

@@ -86,7 +86,7 @@ unsigned short QuicRouter::getPort() const
 QuicTime QuicRouter::now()
 {
     const unsigned long long time = getNanoseconds();
-    // A test clock that begins or ends sets the time back.
+    // When a test clock begins or ends, the time goes back.
     if (time > m_LastTime)
         m_Now += time - m_LastTime;
     m_LastTime = time;
@@ -101,14 +101,14 @@ bool QuicRouter::join(const std::shared_ptr<Reactor>& reactor)
     if (reactor->door() != m_Reactor->door())
         return false;
     m_Port->flush();
-    // Owned here until a port has taken it over, so that it is closed however this ends.
+    // Owned here until a port owns it, so that a failure closes it.
     DoorHandle handle(reactor->door(), m_Port->giveAway());
     // The System of the old reactor may continue on another thread, and must not call this router then.
     m_Reactor->forgetLater(*this);
     const auto port = UdpPort::open(reactor, handle);
     if (!port)
     {
-        // A host may have closed the handle itself: then its number may belong to another file by now.
+        // If a host has closed the handle itself, its number may belong to another file by now: do not close that one.
         Endpoint own;
         if (handle.isOpen() && !(handle.door().getOwnEndpoint(handle.get(), own) && own == m_Port->getAddress()))
             handle.release();
@@ -206,7 +206,7 @@ bool QuicRouter::makeId(QuicLink& link, ngtcp2_cid& id)
 
 void QuicRouter::addId(QuicLink& link, const ngtcp2_cid& id)
 {
-    // In this order: forget() removes from m_ByName the ids that the link has.
+    // In this order: forget() removes from m_ByName only the ids that the link has.
     link.addId(id);
     m_ByName.emplace(QuicId(id), &link);
 }
@@ -216,7 +216,7 @@ void QuicRouter::removeId(QuicLink& link, const ngtcp2_cid& id)
     if (id.datalen != QuicId::kSize)
         return;
     m_ByName.erase(QuicId(id));
-    // A peer may use any number of ids, one after the other.
+    // Or the ids of the link would grow: a peer may use any number of ids in turn.
     link.removeId(QuicId(id));
 }
 
@@ -295,7 +295,7 @@ void QuicRouter::tick()
     takeTurns();
     if (!m_Server)
         return;
-    // Links that were woken after their turn.
+    // Write the links that were woken after their turn.
     writeListed();
     m_Port->flush();
     hurry();
@@ -364,7 +364,7 @@ void QuicRouter::turn(QuicLink& link)
                 guard([&] { server->onEnd(owner); });
         }
         else if (!isWhole || link.available() > 0 || link.isOver())
-            // Left for the next tick, which need not come early.
+            // Continue in the next tick, which need not start early.
             wake(link, QuicLink::kTickOwner);
         if (!m_Server)
             return;

@@ -11,8 +11,8 @@
 namespace zet::inner
 {
 
-// Finds the connection of each packet, manages the timers, and gives a turn to each connection that has something to
-// do. Idle connections cost nothing.
+// Finds the connection of each packet, manages the timers, and runs a turn of each connection that has something to do.
+// Idle connections take no time.
 class QuicRouter final : public UdpRouter, public std::enable_shared_from_this<QuicRouter>
 {
 public:
@@ -49,10 +49,10 @@ public:
     const Endpoint& getAddress() const { return m_Port->getAddress(); }
     // False once close() or detach() has begun.
     bool isOpen() const { return m_Server != nullptr; }
-    // Gives the link a turn, in this tick or the next.
+    // Schedules a turn of the link, in this tick or the next.
     void wake(QuicLink& link, unsigned char pending);
     void schedule(QuicLink& link);
-    // Makes a new id by which packets find the link. False without random bytes.
+    // Makes a new id by which packets find the link. False if no random bytes are available.
     bool makeId(QuicLink& link, ngtcp2_cid& id);
     void addId(QuicLink& link, const ngtcp2_cid& id);
     void removeId(QuicLink& link, const ngtcp2_cid& id);
@@ -62,7 +62,7 @@ public:
     // Whether one more ended link may remain to answer late packets: at most m_ConnectionLimit or, if greater, kRemains
     // do.
     bool hasRoomForRemains() const;
-    // Space for a packet, null if the port is blocked; post() sends what was written there.
+    // Space for a packet; null if the port is blocked. post() sends the bytes written there.
     unsigned char* room() { return m_Port->room(); }
     void post(const Endpoint& peer, size_t size, const Endpoint& local);
 
@@ -70,7 +70,7 @@ private:
     // Calls code that a host has written. False if it threw; the exception is logged and not passed on.
     template <class Call>
     static bool guard(Call call);
-    // Opens a new link by this call. A link that does not open, or lacks memory, is forgotten.
+    // Opens a new link by this call. A link whose call fails or runs out of memory is destroyed.
     template <class Call>
     bool open(QuicLink& link, Call call)
     {
@@ -126,18 +126,18 @@ private:
     unsigned char m_Secret[32];
     UdpServer::Traffic m_Traffic;
     QuicTime m_Now;
-    // Of getNanoseconds() when m_Now was read.
+    // The value of getNanoseconds() at the last call of now().
     unsigned long long m_LastTime;
-    // The timers up to this time of m_Now have been run.
+    // The value of m_Now up to which the timers have run.
     QuicTime m_TimersRun = 0;
     std::vector<std::unique_ptr<QuicLink>> m_Links;
-    // The links after close(): one of them may be in the middle of its turn.
+    // The links after close() or detach(), since one of them may be in its turn.
     std::vector<std::unique_ptr<QuicLink>> m_Closed;
     std::unordered_map<QuicId, QuicLink*, QuicId::Hash> m_ByName;
     // A heap, the earliest first.
     std::vector<QuicLink*> m_Timers;
-    // The links with a turn in this round, of which those from m_TurnAt on are left, and those of the next round. A
-    // forgotten link leaves null.
+    // m_Round: the links that have a turn in this round; those from m_TurnAt on have not had it yet. m_Listed: the
+    // links of the next round. The entry of a destroyed link is null.
     std::vector<QuicLink*> m_Round;
     size_t m_TurnAt = 0;
     std::vector<QuicLink*> m_Listed;
@@ -148,7 +148,7 @@ private:
     int m_VisitorCount = 0;
     // Connections from peers, by their address and subnet.
     AddressCounts m_Addresses;
-    // Work of this tick for new peers; receive() and its helpers bound each kind.
+    // Counts of the work of this tick for new peers; receive() and its helpers bound each one.
     int m_Greetings = 0;
     int m_TokenChecks = 0;
     int m_VersionAnswers = 0;

@@ -79,8 +79,8 @@ void QuicRouter::runTimers()
 
 void QuicRouter::hurryForTimers()
 {
-    // A timer that was due when the timers ran waits for the next tick. A port that takes no output ends a sleep
-    // itself, once it does; what its timers would send has no space before.
+    // A timer that was due when the timers ran waits for the next tick. The timers of a blocked port set no time: they
+    // cannot send, and the sleep ends when the port has space for output.
     if (m_Timers.empty() || m_Port->isBlocked())
         return;
     const QuicTime expiry = m_Timers.front()->m_Expiry;

@@ -8,7 +8,7 @@ namespace zet::inner
 namespace
 {
 
-// The memory of a receive is used only as far as datagrams fill it.
+// Received datagrams touch only the memory that they fill.
 template <int Size>
 struct Batch
 {
@@ -46,7 +46,8 @@ Ref<UdpPort> UdpPort::open(const std::shared_ptr<Reactor>& reactor, DoorHandle& 
 
 bool UdpPort::start()
 {
-    // An answer leaves from the address that was asked. Where the system does not report it, the system chooses.
+    // A reply is sent from the address at which the peer sent its datagram. If the system does not report that address,
+    // it chooses one.
     door().setOption(getHandle(), Door::kLocalAddress, 1);
     door().setOption(getHandle(), Door::kCoalesce, 1);
     m_CanSegment = door().canSegment(getHandle());
@@ -92,10 +93,10 @@ bool UdpPort::receiveBatch()
         each.m_Size = Door::kMostCoalesced;
     Door::Fault fault;
     m_Received = door().receiveBatch(getHandle(), in, kBatch, fault);
-    // A fault is that of an earlier datagram, and reported once; something may follow it.
+    // A fault concerns an earlier datagram and is reported once; datagrams may follow it.
     if (fault && fault.m_Reason != Door::Fault::kNotNow)
         m_Received = door().receiveBatch(getHandle(), in, kBatch, fault);
-    // The next edge comes without being asked for.
+    // An edge-triggered poller reports the next input without a call of want().
     m_IsReadable = m_Received == kBatch;
     return m_Received > 0;
 }
@@ -144,17 +145,17 @@ void UdpPort::flush()
         }
         else if (fault && isSegmented)
         {
-            // The datagrams may still leave one by one.
+            // Send the rest as separate datagrams.
             isSegmented = false;
             m_CanSegment = fault.m_Reason != Door::Fault::kNotSegmented;
         }
         else if (fault)
         {
-            // This address cannot be reached: the datagram is lost, as others are on the network.
+            // The datagram cannot be sent to this address. It counts as lost on the network.
             ++at;
         }
     }
-    // The rest keeps its order, at the front; the bytes stay where they are.
+    // Move the entries of the rest to the front, in order. Their bytes are not copied.
     if (at > 0)
         std::rotate(out, out + at, out + m_Unsent);
     m_Unsent -= at;

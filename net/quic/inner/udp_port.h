@@ -1,4 +1,4 @@
-// The socket of a UDP port: datagrams in by the batch, datagrams out by the batch.
+// The socket of a UDP port. It receives and sends datagrams in batches.
 #pragma once
 
 #include "net/inner/counted.h"
@@ -10,13 +10,14 @@
 namespace zet::inner
 {
 
-// The router and who opens it share a port by its count. Both batches are one block, for as long as the port is open.
+// Reference-counted: its router holds it, and so do callers while they use it. The memory of both batches is one block,
+// which exists as long as the port.
 class UdpPort final : public Counted<UdpPort>, public Watched
 {
 public:
-    // The longest datagram that is taken, and the longest that is sent.
+    // The maximum bytes of a datagram that is received, and of one that is sent.
     static constexpr int kMostBytes = 2048;
-    // Datagrams of one system call.
+    // Datagrams per system call.
     static constexpr int kBatch = Door::kMostDatagrams;
 
     struct Datagram
@@ -28,40 +29,40 @@ public:
         int m_Size;
     };
 
-    // A port on a bound socket, which it takes over. Null, and the handle stays the caller's, if the system does not
-    // watch it. Throws std::bad_alloc, and the handle stays too.
+    // Makes a port on a bound socket and takes over the handle. Null if the system does not watch the socket; throws
+    // std::bad_alloc. In both cases the caller keeps the handle.
     static Ref<UdpPort> open(const std::shared_ptr<Reactor>& reactor, DoorHandle& handle);
 
     ~UdpPort();
 
-    // The address and the port that it is bound to.
+    // The address and the port number that it is bound to.
     const Endpoint& getAddress() const { return m_Address; }
 
-    // Whether there may be a next datagram. It costs no system call.
+    // Whether there may be a next datagram. Makes no system call.
     bool isReadable() const { return m_IsReadable || m_Next.m_Index < m_Received; }
-    // The next datagram, false when nothing is left. One that was too long has the size -1. The bytes stay until the
-    // next call.
+    // Receives the next datagram; false if none is left. The size of one that was too long is -1. The bytes stay valid
+    // until the next call.
     bool receive(Datagram& datagram);
-    // The next receive() gives the datagram of the last one again.
+    // Makes the next receive() return the last datagram again.
     void putBack() { m_Next = m_Last; }
 
-    // Space for a datagram of kMostBytes, or null while the operating system takes none; then isBlocked() is true until
-    // it does again.
+    // Space for a datagram of kMostBytes, or null while the operating system accepts no output; isBlocked() is then
+    // true until it does.
     unsigned char* room();
-    // Sends what was written there to an address, with its batch; from this address of ours, or from one that the
-    // system chooses if it is 0.0.0.0 or ::.
+    // Adds the datagram written there to the batch, for this peer. It is sent from this local address; the system
+    // chooses one if it is 0.0.0.0 or ::.
     void commit(const Endpoint& peer, int size, const Endpoint& local);
-    // Sends what was committed.
+    // Sends the committed datagrams.
     void flush();
     bool isBlocked() const { return m_IsBlocked; }
-    // Gives the handle away, open, with the options of a new one.
+    // Returns the handle, open and without kCoalesce; the caller owns it.
     Door::Handle giveAway();
 
     void onReady(unsigned char ready) override;
 
 private:
     struct Batches;
-    // A datagram of the last batch: its receive, and its first byte there.
+    // The position of a datagram in the last batch: the index of its receive, and its first byte there.
     struct Place
     {
         int m_Index = 0;
@@ -76,13 +77,13 @@ private:
 
     std::unique_ptr<Batches> m_Batches;
     Endpoint m_Address;
-    // The receives of the last batch, and in them the first datagram that receive() has not returned, and the last one
-    // that it has.
+    // The number of receives in the last batch, the datagram that receive() returns next, and the one that it returned
+    // last.
     int m_Received = 0;
     Place m_Next;
     Place m_Last;
     int m_Unsent = 0;
-    // False once the system has refused to cut a buffer.
+    // Whether the system cuts a buffer into datagrams; false once it has refused to.
     bool m_CanSegment = false;
     bool m_IsReadable = false;
     bool m_IsBlocked = false;

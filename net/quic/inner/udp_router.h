@@ -1,4 +1,4 @@
-// What a UDP port and its connections call, whatever protocol carries them.
+// The interfaces of a UDP port and of its connections, for any protocol that carries them.
 #pragma once
 
 #include "net/inner/reactor.h"
@@ -9,8 +9,8 @@
 namespace zet::inner
 {
 
-// One connection as its object sees it: bytes in, bytes out, an end. The router owns it. No object points here longer
-// than the router lives; an object that closes drops its pointer.
+// One connection as its UdpConnection object uses it: input, output and the end. The router owns it. An object that
+// closes drops its pointer, and no pointer is used after the router is destroyed.
 class UdpLink
 {
 public:
@@ -19,14 +19,15 @@ public:
     UdpServer::UdpConnection* getOwner() const { return m_Owner; }
     // Whether an object has no connection.
     static bool isFree(const UdpServer::UdpConnection& connection) { return !connection.m_Link; }
-    // Gives the object this connection and the peer's address.
+    // Connects the object to this link and sets its state, id and peer address.
     void setOwner(UdpServer::UdpConnection& owner, UdpServer::UdpConnection::ConnectionState state, const Uuid& id,
                   const Endpoint& peer);
-    // The address of the peer becomes known.
+    // Stores the peer's address in the object once it is known.
     void setPeer(const Endpoint& peer);
-    // Takes the connection from its object, whose state becomes this.
+    // Separates the object from this link and sets the state of the object.
     void leaveOwner(UdpServer::UdpConnection::ConnectionState state);
-    // The same when the connection breaks, and calls the object's onClose(). The caller holds the object.
+    // The same for a broken connection; also calls onClose() of the object, unless it was called before. The caller
+    // holds the object.
     void breakOwner();
 
     int available() const { return m_Input.size(); }
@@ -34,16 +35,16 @@ public:
     size_t outputSize() const { return m_Output.size(); }
     // kEstablished while it is established or connecting; then how it ended.
     UdpServer::UdpConnection::ConnectionState end() const { return m_End; }
-    // Whether it has happened since the last call.
+    // Whether, since the last call, the connection was established, input was received, or output was acknowledged.
     bool takeStanding() { return std::exchange(m_HasStood, false); }
     bool takeReceived() { return std::exchange(m_HasReceived, false); }
     bool takeConfirmed() { return std::exchange(m_HasConfirmed, false); }
 
     virtual void consume(int size) = 0;
     virtual bool send(const void* data, int size) = 0;
-    // The object has dropped it. The link ends by itself.
+    // Called when the object drops the connection. The link then ends by itself.
     virtual void close() = 0;
-    // Ends it as broken, which the object's next tick reports. Nothing if it has ended.
+    // Ends the connection as broken, which the object's next tick reports. Does nothing if the connection has ended.
     virtual void breakOff() = 0;
 
 protected:
@@ -62,10 +63,10 @@ class UdpRouter
 public:
     virtual ~UdpRouter() = default;
 
-    // Whether this build has one.
+    // Whether this build has connections over UDP.
     static bool isAvailable();
-    // A router on a bound socket. Null, and the handle stays the caller's, if the router cannot start; the build
-    // without one logs it.
+    // Makes a router on a bound socket and takes over the handle. Null, and the caller keeps the handle, if the router
+    // cannot start; a build without connections over UDP logs that.
     static std::shared_ptr<UdpRouter> make(UdpServer& server, const std::shared_ptr<Reactor>& reactor,
                                            DoorHandle& handle);
 
@@ -76,22 +77,23 @@ public:
     // Moves the port to another reactor; on failure the port is closed.
     virtual bool join(const std::shared_ptr<Reactor>& reactor) = 0;
     virtual void tick() = 0;
-    // The end of a System's tick: sends what was queued after the server's own tick.
+    // Called at the end of a System's tick: sends the output that was queued after the server's own tick.
     virtual void endTick() = 0;
     virtual bool connect(UdpServer::UdpConnection& connection, const wchar_t* ip, unsigned short port,
                          const Uuid& id) = 0;
-    // Whether a connection is pending; the id and the address of the first one, while there is one; and its acceptance.
+    // hasVisitor(): whether a connection is pending. The next two return the id and the address of the first one, the
+    // address only while there is one; give() accepts it.
     virtual bool hasVisitor() const = 0;
     virtual Uuid getVisitorId() const = 0;
     virtual Endpoint getVisitorAddress() const = 0;
     virtual bool give(UdpServer::UdpConnection& connection) = 0;
     virtual bool sendUserData(const Endpoint& peer, const void* data, int size) = 0;
     virtual void deliver(const Endpoint& peer, const void* data, int size) = 0;
-    // User data that no override has taken.
+    // Counts a datagram of user data that no override handled.
     virtual void noteDropped() = 0;
-    // Ends all connections and the port. The server is not called after that.
+    // Ends all connections and closes the port. Afterwards the server is not called.
     virtual void close() = 0;
-    // The same, but the handle goes to the caller, open.
+    // The same, but returns the handle, open; the caller owns it.
     virtual unsigned int detach() = 0;
 };
 

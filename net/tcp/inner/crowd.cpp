@@ -15,7 +15,7 @@ namespace zet::inner
 namespace
 {
 
-// Deadlines of ended connections that are worth a walk over all.
+// The number of deadlines of ended connections at which they may be removed in one pass.
 constexpr size_t kManyStale = 1024;
 
 // Milliseconds between two log lines on refused connections.
@@ -103,7 +103,7 @@ bool Crowd::isLater(const Deadline& a, const Deadline& b)
 void Crowd::setLimits(const NetLimits& limits)
 {
     m_Limits = limits;
-    // Moments are compared by their difference, which has a sign.
+    // Times are compared by their signed difference.
     m_Limits.m_IdleTime = std::min(limits.m_IdleTime, 0x7FFFFFFFu);
 }
 

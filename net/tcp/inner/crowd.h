@@ -21,8 +21,8 @@ namespace zet::inner
 
 class Crowd;
 
-// One connection's place among the others. Its link holds it, and so do the crowd's lists that contain it. It holds the
-// crowd, and the limits that applied when the connection was accepted.
+// The entry of one connection in the crowd. Its link holds it, and so do the lists of the crowd that contain it. It
+// holds the crowd, and the limits that applied when the connection was accepted.
 class Seat final : public Counted<Seat>
 {
 public:
@@ -31,19 +31,20 @@ public:
     const NetLimits& limits() const { return m_Limits; }
     // The connection has been accepted, and its time without input begins.
     void setOwner(TcpConnection* owner);
-    // The connection has ended, or belongs to the host alone from now on.
+    // Removes the connection from the crowd: it has ended, or belongs to the host alone from now on.
     void leave();
 
-    // Sets the bytes that the connection holds. False if that is too much for the port.
+    // Sets the bytes that the connection holds. False if the sum of the port is above its limit and this connection
+    // holds more than an equal share of the limit.
     bool holdInput(size_t bytes);
     bool holdOutput(size_t bytes);
 
-    // A handshake of the connection begins, and may take this time in milliseconds.
+    // Starts the deadline of a handshake: this time in milliseconds from now.
     void beginHandshake(TcpSecureConnection& connection, unsigned int time);
-    // There is input for it. False if it waits already. Only if isTimed().
+    // Queues a step of the handshake, which has input. False if one is queued already. REQUIRES: isTimed().
     bool waitForStep();
     void endHandshake();
-    // The port keeps the deadlines of this connection and runs its handshake.
+    // Whether the port keeps the deadlines of this connection and runs its handshake.
     bool isTimed() const { return m_IsTimed; }
     // Input was received from the peer.
     void noteInput();
@@ -68,7 +69,7 @@ private:
     bool m_IsTimed = false;
 };
 
-// Belongs to the server's thread, as all its seats.
+// Belongs to the server's thread, as do its seats.
 class Crowd final : public std::enable_shared_from_this<Crowd>
 {
 public:
@@ -78,10 +79,11 @@ public:
     // Whether the limits allow one more connection from this address.
     bool hasSpace(const Endpoint& peer) const;
     Ref<Seat> admit(const Endpoint& peer);
-    // A connection was refused by the limits. Logged at once, and then once a minute at most.
+    // Counts a connection that the limits refused. The first is logged at once, then their number once a minute at
+    // most.
     void noteRefused();
 
-    // The port calls serve() from now on, or does not any more.
+    // Sets whether the port calls serve().
     void setServed(bool isServed);
     // Runs steps of handshakes within the limits, and ends the connections whose deadline has passed. True if steps are
     // left.
@@ -109,12 +111,13 @@ private:
     size_t m_Input = 0;
     size_t m_Output = 0;
     std::deque<Ref<Seat>> m_Steps;
-    // A heap by time. Those of ended connections stay in it until they are many or their time is reached.
+    // A heap, the earliest first. Entries of ended connections stay until there are many of them or their time is
+    // reached.
     std::vector<Deadline> m_Deadlines;
     size_t m_Stale = 0;
     bool m_IsServed = false;
     unsigned int m_Refused = 0;
-    // When that was logged last.
+    // The time of the last log line on refused connections.
     unsigned int m_RefusedLogged = 0;
     bool m_HasLogged = false;
 };

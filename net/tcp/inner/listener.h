@@ -16,9 +16,9 @@ struct TcpListener final : Watched
 {
     TcpListener(TcpServer& owner, Reactor& reactor, Door::Handle handle) : Watched(reactor, handle), m_Owner(owner) {}
 
-    // From now on the owner learns of pending connections. False where the system does not watch the port.
+    // Begins to report pending connections to the owner. False if the system does not watch the port.
     bool watch() { return startWatch(kReadyInput); }
-    // The owner has found no pending connection, and learns of the next one.
+    // Requests a report of the next pending connection, once the owner has found none.
     void waitForPeer() { poller().want(*this, kReadyInput); }
     void onReady(unsigned char ready) override;
 

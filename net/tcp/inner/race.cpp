@@ -23,7 +23,7 @@ struct TcpRace::Attempt final : Watched
         if (fault)
             return false;
         door().setOption(getHandle(), Door::kNoDelay, 1);
-        // Watched only now: a socket without a connection under way counts as broken.
+        // Watch it after connect(): before it, the system reports the socket as broken.
         return !door().connect(getHandle(), m_Peer) && startWatch(kReadyInput | kReadyOutput);
     }
     void onReady(unsigned char ready) override

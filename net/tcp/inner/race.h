@@ -1,4 +1,4 @@
-// A connection to a host of several addresses: the first address that answers.
+// Connects to a host with several addresses: the first attempt that is established is used.
 #pragma once
 
 #include "net/inner/watched.h"
@@ -11,38 +11,38 @@ namespace zet::inner
 
 struct TcpLink;
 
-// Looks up a name and tries its addresses in order (RFC 8305): the next one when an attempt has failed, or has not been
-// answered for a while. The first attempt that is established wins and the others are closed. Timed by the ticks of its
-// connection, whose link owns it.
+// Looks up a name and tries its addresses in order (RFC 8305): the next one when an attempt has failed or has not been
+// answered for a while. The first attempt that is established wins and the others are closed. The link of the
+// connection owns it, and the ticks of the connection measure its times.
 class TcpRace
 {
 public:
-    // Milliseconds after which the next address is tried beside those before it.
+    // Milliseconds after which the next address is tried while earlier attempts continue.
     static constexpr unsigned int kNextAfter = 250;
-    // Addresses that are tried; a name may have any number.
+    // The maximum number of addresses tried; a name may have more.
     static constexpr size_t kMostAddresses = 16;
 
     enum State
     {
         kRunning,
         kWon,
-        // No address has answered.
+        // No attempt was established.
         kLost
     };
 
     TcpRace(TcpLink& link, Reactor& reactor, unsigned short port);
     ~TcpRace();
 
-    // Asks for the addresses of a name, and reports to the link when they are there. False for lack of memory.
+    // Requests the addresses of a name, and reports to the link when they are known. False for lack of memory.
     bool lookUp(const char* name);
     bool isLookingUp() const { return m_Lookup != nullptr; }
     // Ends the lookup with the addresses that were found.
     const std::vector<Endpoint>& takeAddresses();
-    // To be called when an attempt has ended, as the link reports, and with each tick.
+    // Call it when the link reports that an attempt has ended, and with each tick.
     State step();
-    // That of the winner, for the caller to own.
+    // The handle of the winner, which the caller owns from then on.
     Door::Handle releaseHandle();
-    // That of the winner, or of the latest attempt.
+    // The address of the winner, or of the latest attempt.
     const Endpoint& getPeer() const { return m_Peer; }
 
 private:

@@ -25,7 +25,7 @@ void ReadyList::enter(TcpConnection& connection, bool isAlways)
         makeRoom(m_Next, m_Members + 1);
         if (isAlways)
             m_Always.push_back(&connection);
-        // Another server accepts a closed connection that its own has not abandoned yet.
+        // Another server may accept a closed object that its former server has not abandoned yet.
         if (connection.m_ReadyList)
             connection.m_ReadyList->leave(connection);
         ++m_Members;

@@ -28,7 +28,7 @@ public:
     // and changes nothing then. The other calls allocate nothing.
     void enter(TcpConnection& connection, bool isAlways);
     void leave(TcpConnection& connection);
-    // Lists a member: for this walk if its turn is still to come, otherwise for the next one.
+    // Lists a member: for this walk if its turn has not passed yet, otherwise for the next one.
     void add(TcpConnection& connection) noexcept;
     bool isEmpty() const { return m_Now.empty() && m_Next.empty(); }
 
@@ -44,7 +44,7 @@ private:
     bool isBefore(const TcpConnection* a, const TcpConnection* b) const;
     void push(TcpConnection* connection) noexcept;
 
-    // A heap, the next connection first; and the list for the next walk.
+    // m_Now is a heap, the next connection first; m_Next is the list for the next walk.
     std::vector<TcpConnection*> m_Now;
     std::vector<TcpConnection*> m_Next;
     std::vector<TcpConnection*> m_Always;
