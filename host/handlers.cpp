@@ -72,10 +72,12 @@ unsigned long takeRow(inner::HandlerSlot* slot)
 void giveBack(unsigned long number)
 {
     const std::lock_guard lock(getLock());
-    Row& row = *rowOf(number);
-    row.m_Generation.fetch_add(1, std::memory_order_release);
-    row.m_Slot.store(nullptr, std::memory_order_release);
-    row.m_NextFree = s_FirstFree;
+    Row* const row = rowOf(number);
+    if (!row)
+        return;
+    row->m_Generation.fetch_add(1, std::memory_order_release);
+    row->m_Slot.store(nullptr, std::memory_order_release);
+    row->m_NextFree = s_FirstFree;
     s_FirstFree = number;
 }
 

@@ -1,9 +1,8 @@
-// IPv6 over TCP, TLS and net sessions: ports of both families, peers of both, and the filters of each.
+// IPv6 over TCP and net sessions: ports of both families, peers of both, and the filters of each.
 #include "framework/string_helper.h"
 #include "tests/support/ipv6.h"
 #include "tests/support/net_pair.h"
 #include "tests/support/passing_door.h"
-#include "tests/support/tls_pair.h"
 
 #ifdef _WIN32
 #include <winsock2.h>
@@ -257,20 +256,6 @@ TEST(IPv6, AnOverriddenPermissionIsAskedFor0000)
     net.m_Port->m_IsAllowed = false;
     EXPECT_FALSE(net.reaches(L"::1"));
     EXPECT_EQ(net.m_Port->m_Asked, "400");
-}
-
-TEST(IPv6, ATlsServerIsKnownByItsAddress)
-{
-    if (!zet::TlsContext::isAvailable())
-        GTEST_SKIP() << "built without TLS";
-    SKIP_WITHOUT_IPV6();
-    test::NoteAnalyser analyser;
-    test::TlsLoopback net(
-        analyser, test::makeServerContext(test::someAuthority().issue({"server.example", {"127.0.0.1", "::1"}})));
-    const test::TlsHandle context = test::makeClientContext();
-    for (const wchar_t* host : {L"::1", L"[::1]", L"127.0.0.1"})
-        EXPECT_TRUE(net.connectTls(analyser, context, host)) << zet::StringHelper::wideToUtf8(host).getBuffer();
-    EXPECT_FALSE(net.connectTls(analyser, context, L"localhost"));
 }
 
 TEST(IPv6, ANetSessionConnectsToAnAddressInBrackets)
