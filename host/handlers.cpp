@@ -65,7 +65,10 @@ unsigned long takeRow(inner::HandlerSlot* slot)
             s_Blocks[s_Used / kRowsPerBlock].store(new Row[kRowsPerBlock], std::memory_order_release);
         number = s_Used++;
     }
-    rowOf(number)->m_Slot.store(slot, std::memory_order_release);
+    Row* const row = rowOf(number);
+    if (!row)
+        return kNoRow;
+    row->m_Slot.store(slot, std::memory_order_release);
     return number;
 }
 
