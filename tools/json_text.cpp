@@ -88,6 +88,7 @@ char* putShortFloat(char* out, float value)
     const int decimals = kDecimals[static_cast<size_t>(exponent - kLeastExponent)];
     const double scale = kPowers[static_cast<size_t>(decimals)];
     const double size = std::fabs(static_cast<double>(value));
+    // A wrong rounding is found below. NOLINTNEXTLINE(bugprone-incorrect-roundings)
     uint64_t number = static_cast<uint64_t>(size * scale + 0.5);
     const double near = static_cast<double>(number) / scale;
     if (static_cast<double>(static_cast<float>(near)) != size)
