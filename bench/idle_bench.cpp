@@ -91,10 +91,11 @@ int main(int argc, char** argv)
     {
         for (int i = 0; i < 10; ++i)
             system.tick();
-        bench::print({"an idle connection", "bytes", {static_cast<double>((residentBytes() - before) / came)}, {}, {}});
+        bench::print({"an idle connection", "bytes", {static_cast<double>(residentBytes() - before) / came}, {}, {}});
         const std::string name = "a tick over " + std::to_string(came) + " idle connections";
         const std::vector<double> all = bench::measure(name, 1, [&] { system.tick(); });
         std::vector<double> growth;
+        growth.reserve(all.size());
         for (const double each : all)
             growth.push_back(each / bench::median(none));
         bench::print({name + ", against none", "ns", all, none, growth});

@@ -114,6 +114,7 @@ std::vector<double> rounds(const std::function<void()>& round)
 {
     round();
     std::vector<double> seconds;
+    seconds.reserve(kRounds);
     for (int i = 0; i < kRounds; ++i)
         seconds.push_back(bench::secondsOf(round));
     return seconds;

@@ -101,6 +101,7 @@ std::vector<double> rounds(const std::function<void()>& round)
     // The first one warms up.
     round();
     std::vector<double> seconds;
+    seconds.reserve(kRounds);
     for (int i = 0; i < kRounds; ++i)
         seconds.push_back(secondsOf(round));
     return seconds;

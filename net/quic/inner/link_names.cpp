@@ -20,7 +20,7 @@ bool QuicLink::lookUp(Reactor& reactor, unsigned short port)
     m_Deadline = m_Router.now() + m_Router.settings().m_ConnectTimeout * NGTCP2_MILLISECONDS;
     m_Found = Endpoint();
     m_Found.m_Port = port;
-    m_Lookup = reactor.resolve(m_Name, [this](auto&& found) { onFound(std::move(found)); });
+    m_Lookup = reactor.resolve(m_Name, [this](std::vector<Endpoint>&& found) { onFound(std::move(found)); });
     m_Router.schedule(*this);
     return m_Lookup != nullptr;
 }
