@@ -67,6 +67,7 @@ double rateOf(int cores)
     std::atomic<bool> isOver = false;
     std::vector<double> rates(static_cast<size_t>(cores));
     std::vector<std::thread> threads;
+    threads.reserve(static_cast<size_t>(cores));
     for (int core = 0; core < cores; ++core)
         threads.emplace_back([&, core] { rates[static_cast<size_t>(core)] = run(core, isOver); });
     usleep(static_cast<unsigned int>(kSeconds * 1e6));
