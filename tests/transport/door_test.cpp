@@ -1,6 +1,7 @@
 // The interface to the operating system's network, and host names, which are resolved without delaying a tick.
 #include "framework/system.h"
 #include "net/tcp/stream.h"
+#include "tests/support/accepting_port.h"
 #include "tests/support/eventually.h"
 #include "tests/support/loopback.h"
 #include "tests/support/passing_door.h"
@@ -15,20 +16,8 @@ namespace
 
 using test::PassingDoor;
 using test::tickUntil;
+using Port = test::AcceptingPort;
 using StreamHandle = zet::Unknown::Handle_T<zet::TcpStream>;
-
-// Accepts each connection.
-class Port : public zet::TcpServer
-{
-public:
-    void onAccept() override
-    {
-        m_Accepted.push_back(new zet::TcpStream);
-        EXPECT_TRUE(accept(m_Accepted.back()));
-    }
-
-    std::vector<StreamHandle> m_Accepted;
-};
 
 class DoorTest : public testing::Test
 {

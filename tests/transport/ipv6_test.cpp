@@ -1,5 +1,6 @@
 // IPv6 over TCP and net sessions: ports of both families, peers of both, and the filters of each.
 #include "framework/string_helper.h"
+#include "tests/support/accepting_port.h"
 #include "tests/support/ipv6.h"
 #include "tests/support/net_pair.h"
 #include "tests/support/passing_door.h"
@@ -17,19 +18,8 @@ namespace
 {
 
 using test::tickUntil;
+using Port = test::AcceptingPort;
 using StreamHandle = zet::Unknown::Handle_T<zet::TcpStream>;
-
-class Port : public zet::TcpServer
-{
-public:
-    void onAccept() override
-    {
-        m_Accepted.push_back(new zet::TcpStream);
-        EXPECT_TRUE(accept(m_Accepted.back()));
-    }
-
-    std::vector<StreamHandle> m_Accepted;
-};
 
 // Allows what the test says, and notes what it was asked.
 class AskingPort : public Port

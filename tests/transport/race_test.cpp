@@ -2,6 +2,7 @@
 #include "framework/time.h"
 #include "net/door/names.h"
 #include "net/tcp/inner/race.h"
+#include "tests/support/accepting_port.h"
 #include "tests/support/ipv6.h"
 #include "tests/support/loopback.h"
 #include "tests/support/passing_door.h"
@@ -15,6 +16,7 @@ using test::Door;
 using test::Endpoint;
 using test::tickUntil;
 using zet::inner::TcpRace;
+using Port = test::AcceptingPort;
 using StreamHandle = zet::Unknown::Handle_T<zet::TcpStream>;
 
 // A network in which only 127.0.0.1 and ::1 answer; other addresses are silent, or refuse if the test says so.
@@ -39,18 +41,6 @@ public:
 
     std::vector<std::string> m_Tried;
     bool m_IsRefusing = false;
-};
-
-class Port : public zet::TcpServer
-{
-public:
-    void onAccept() override
-    {
-        m_Accepted.push_back(new zet::TcpStream);
-        EXPECT_TRUE(accept(m_Accepted.back()));
-    }
-
-    std::vector<StreamHandle> m_Accepted;
 };
 
 class Race : public testing::Test
