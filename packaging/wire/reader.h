@@ -23,9 +23,9 @@ public:
         {
             if constexpr (kWords.into == Into::kClearedBeforeCount)
                 list.clear();
+            constexpr bool tested = kWords.reading != Decides::kNothing && kWords.reading != Decides::kAboveZero;
             int count = 0;
-            const bool counted = one(count);
-            if (!counted && kWords.reading != Decides::kNothing && kWords.reading != Decides::kAboveZero)
+            if (!one(count) && tested)
                 return false;
             return elements<kWords>(list, count);
         }
@@ -162,6 +162,7 @@ private:
     template <auto kWords, class C>
     bool ontoList(C& list, int64_t bound)
     {
+        constexpr Decides decides = kWords.reading;
         bool good = true;
         if constexpr (kFixedSize<typename C::value_type> != 0)
             bound -= takeRun(list, bound);
@@ -170,13 +171,13 @@ private:
             makeSpace(list, bound - i);
             list.emplace_back();
             good = one(list.back());
-            if (!good && kWords.reading == Decides::kAll)
+            if (!good && decides == Decides::kAll)
             {
                 list.pop_back();
                 return false;
             }
         }
-        return good || kWords.reading != Decides::kLastElement;
+        return good || decides != Decides::kLastElement;
     }
     template <class T, class C>
     void addThrough(T& local, C& list)
@@ -194,11 +195,12 @@ private:
     template <auto kWords, class C>
     bool intoSlots(C& list, int64_t bound)
     {
+        constexpr bool tested = kWords.reading == Decides::kAll;
         for (int64_t i = 0; i < bound; ++i)
         {
             typename C::value_type dropped{};
             const bool kept = static_cast<size_t>(i) < list.size();
-            if (!one(kept ? list[static_cast<size_t>(i)] : dropped) && kWords.reading == Decides::kAll)
+            if (!one(kept ? list[static_cast<size_t>(i)] : dropped) && tested)
                 return false;
         }
         return true;
@@ -218,9 +220,15 @@ private:
             if (!one(element) && tested)
                 return false;
             if constexpr (from == Key::kMember)
-                key = element.*kWords.member;
+            {
+                // A constant of its own: read where it is used, it is a wrong offset with Clang 14.
+                constexpr auto member = kWords.member;
+                key = element.*member;
+            }
             else if constexpr (from == Key::kPlace)
+            {
                 key = static_cast<K>(i);
+            }
             // Keys mostly ascend on the wire, so the end is the place to try first.
             map.insert_or_assign(map.end(), key, std::move(element));
         }

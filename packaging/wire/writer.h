@@ -19,9 +19,14 @@ public:
     bool List(const char*, const C& list)
     {
         if constexpr (makesSense<C, kWords, false>())
-            return (number(list.size()) || kWords.writing == Decides::kNothing) && elements<kWords>(list);
+        {
+            constexpr bool tested = kWords.writing != Decides::kNothing;
+            return (number(list.size()) || !tested) && elements<kWords>(list);
+        }
         else
+        {
             return false;
+        }
     }
     template <class C>
     bool CountOf(const char*, const C& list)
