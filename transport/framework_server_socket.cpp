@@ -230,32 +230,64 @@ void CFrameworkServerSocket::RemoveFrameworkSocket(CFrameworkClientSocket* clien
 void CFrameworkServerSocket::AddRejectAddressFrom(const wchar_t* path)
 {
     zet::Log::message(L"Install Reject Address(%s:%d)...(%s)", GetIP(), GetPort(), path);
-    const bool isOpen = ReadAddressFile(path,
-                                        [this](const AddressRule& rule)
-                                        {
-                                            const unsigned char(&a)[4] = rule.m_Address;
-                                            const unsigned char(&m)[4] = rule.m_Mask;
-                                            addRejectAddress(a, m);
-                                            zet::Log::message(L"Reject Address: %d.%d.%d.%d & %d.%d.%d.%d", a[0], a[1],
-                                                              a[2], a[3], m[0], m[1], m[2], m[3]);
-                                        });
-    if (!isOpen)
-        zet::Log::warning(L"Open file '%s' error，description(%s)", path, zet::getLastErrorString());
+    zet::AddressFilter filter = getAddressFilter();
+    m_AddressFiles.emplace_back(zet::AddressFilter::kRejected, path);
+    const auto take = [&](const AddressRule& rule)
+    {
+        const unsigned char(&a)[4] = rule.m_Address;
+        const unsigned char(&m)[4] = rule.m_Mask;
+        filter.add(zet::AddressFilter::kRejected, a, m, true);
+        zet::Log::message(L"Reject Address: %d.%d.%d.%d & %d.%d.%d.%d", a[0], a[1], a[2], a[3], m[0], m[1], m[2], m[3]);
+    };
+    if (!ReadAddressFile(path, take))
+        warnOfFile(zet::AddressFilter::kRejected, path);
+    setAddressFilter(std::move(filter));
 }
 
 void CFrameworkServerSocket::AddPermissionAddressFrom(const wchar_t* path)
 {
     zet::Log::message(L"安装网络接受地址(%s:%d)...(%s)", GetIP(), GetPort(), path);
-    const bool isOpen = ReadAddressFile(path,
-                                        [this](const AddressRule& rule)
-                                        {
-                                            const unsigned char(&a)[4] = rule.m_Address;
-                                            const unsigned char(&m)[4] = rule.m_Mask;
-                                            addPermissionAddress(a, m);
-                                            zet::Log::message(L"网络接受地址 %d.%d.%d.%d & %d.%d.%d.%d", a[0], a[1],
-                                                              a[2], a[3], m[0], m[1], m[2], m[3]);
-                                        });
-    if (!isOpen)
+    zet::AddressFilter filter = getAddressFilter();
+    m_AddressFiles.emplace_back(zet::AddressFilter::kPermitted, path);
+    const auto take = [&](const AddressRule& rule)
+    {
+        const unsigned char(&a)[4] = rule.m_Address;
+        const unsigned char(&m)[4] = rule.m_Mask;
+        filter.add(zet::AddressFilter::kPermitted, a, m, true);
+        zet::Log::message(L"网络接受地址 %d.%d.%d.%d & %d.%d.%d.%d", a[0], a[1], a[2], a[3], m[0], m[1], m[2], m[3]);
+    };
+    if (!ReadAddressFile(path, take))
+        warnOfFile(zet::AddressFilter::kPermitted, path);
+    setAddressFilter(std::move(filter));
+}
+
+bool CFrameworkServerSocket::ReloadAddressFiles()
+{
+    zet::AddressFilter filter = getAddressFilter();
+    filter.removeFromFiles();
+    for (const auto& [list, path] : m_AddressFiles)
+    {
+        const auto take = [&, list = list](const AddressRule& rule)
+        { filter.add(list, rule.m_Address, rule.m_Mask, true); };
+        if (!ReadAddressFile(path, take))
+        {
+            warnOfFile(list, path);
+            return false;
+        }
+    }
+    filter.takeFileHits(getAddressFilter());
+    zet::Log::message(L"Address files of %s:%d are read again; rules: %u", GetIP(), GetPort(),
+                      static_cast<unsigned int>(filter.getRules().size()));
+    setAddressFilter(std::move(filter));
+    return true;
+}
+
+// Called when the operating system's error is still set.
+void CFrameworkServerSocket::warnOfFile(zet::AddressFilter::List list, const wchar_t* path) const
+{
+    if (list == zet::AddressFilter::kRejected)
+        zet::Log::warning(L"Open file '%s' error，description(%s)", path, zet::getLastErrorString());
+    else
         zet::Log::warning(L"打开文件 '%s' 出错，错误描述(%s)", path, zet::getLastErrorString());
 }
 

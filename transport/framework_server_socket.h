@@ -6,6 +6,7 @@
 #include "transport/framework_client_socket.h"
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace zet::inner
@@ -59,6 +60,10 @@ public:
     // Adds the rules of a file to the present ones. If the file does not open, that is a warning.
     void AddRejectAddressFrom(const wchar_t* path);
     void AddPermissionAddressFrom(const wchar_t* path);
+    // Reads all files that these two calls were given again and replaces their rules at once; rules added by other
+    // calls stay, and a rule that was there before keeps its hits. If a file does not open, that is a warning, and the
+    // rules stay as they are: false.
+    bool ReloadAddressFiles();
 
     const wchar_t* getClassName() const override { return L"CFrameworkServerSocket"; }
     const wchar_t* getClassTimestamp() const override;
@@ -81,10 +86,13 @@ private:
     // Closes a connection that could not be kept for lack of memory.
     void lose(CFrameworkClientSocket* client);
     bool hasOthers() const;
+    void warnOfFile(zet::AddressFilter::List list, const wchar_t* path) const;
 
     // The connections of m_ClientSockets whose tick has something to do, in the same order; and those whose class
     // overrides onTick().
     const std::unique_ptr<zet::inner::ReadyList> m_Ready;
+    // In the order in which they were added.
+    std::vector<std::pair<zet::AddressFilter::List, zet::String_T<wchar_t>>> m_AddressFiles;
     // Connections abandoned during a walk.
     std::vector<zet::Unknown::Handle_T<CFrameworkClientSocket>> m_Abandoned;
     // The first connection of the next tick's walk if time ended the last one; compared, never dereferenced.

@@ -10,11 +10,6 @@
 #include "net/tcp/inner/link.h"
 #include "net/tcp/inner/listener.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <cstring>
-#include <string>
-
 namespace zet
 {
 
@@ -28,6 +23,11 @@ using inner::Reactor;
 using inner::TcpLink;
 using inner::TcpLinkRef;
 using inner::TcpListener;
+
+const unsigned char (&bytesOf(const in_addr& address))[4]
+{
+    return reinterpret_cast<const unsigned char(&)[4]>(address);
+}
 
 } // namespace
 
@@ -304,7 +304,7 @@ bool TcpServer::accept(TcpConnection* connection)
 bool TcpServer::permission(const sockaddr_in& address)
 {
     const Endpoint peer = inner::fromSystem(address);
-    return !contains(m_Rejected, peer) || contains(m_Permitted, peer);
+    return !m_Filter.contains(AddressFilter::kRejected, peer) || m_Filter.contains(AddressFilter::kPermitted, peer);
 }
 
 bool TcpServerIPv6::permissionIPv6(const sockaddr_in6& address)
@@ -314,115 +314,52 @@ bool TcpServerIPv6::permissionIPv6(const sockaddr_in6& address)
 
 bool TcpServer::isPermittedIPv6(const Endpoint& peer)
 {
-    if (contains(m_Permitted, peer))
+    if (m_Filter.contains(AddressFilter::kPermitted, peer))
         return true;
-    return !contains(m_Rejected, peer) && permission(inner::toIPv4(Endpoint::ofV4(0, peer.m_Port)));
+    return !m_Filter.contains(AddressFilter::kRejected, peer) &&
+           permission(inner::toIPv4(Endpoint::ofV4(0, peer.m_Port)));
 }
 
 void TcpServer::onAccept() {}
 
-bool TcpServer::contains(const Rules& rules, const Endpoint& address)
-{
-    const auto matches = [&](const Rule& rule)
-    {
-        // ::/0 contains the mapped addresses too, but is a rule of IPv6.
-        if (rule.m_IsV4 != address.isV4())
-            return false;
-        for (size_t i = 0; i < sizeof rule.m_Mask; ++i)
-            if ((address.m_Bytes[i] ^ rule.m_Address[i]) & rule.m_Mask[i])
-                return false;
-        return true;
-    };
-    return std::any_of(rules.begin(), rules.end(), matches);
-}
-
-// Of four bytes each.
-TcpServer::Rule TcpServer::ruleOf(const void* address, const void* mask)
-{
-    Rule rule;
-    std::memcpy(rule.m_Address, Endpoint::ofV4(0, 0).m_Bytes, sizeof rule.m_Address);
-    std::memcpy(rule.m_Address + 12, address, 4);
-    std::memset(rule.m_Mask, 0xFF, sizeof rule.m_Mask);
-    std::memcpy(rule.m_Mask + 12, mask, 4);
-    rule.m_IsV4 = true;
-    return rule;
-}
-
 void TcpServer::addRejectAddress(in_addr address, in_addr mask)
 {
-    m_Rejected.push_back(ruleOf(&address.s_addr, &mask.s_addr));
+    m_Filter.add(AddressFilter::kRejected, bytesOf(address), bytesOf(mask));
 }
 
 void TcpServer::addPermissionAddress(in_addr address, in_addr mask)
 {
-    m_Permitted.push_back(ruleOf(&address.s_addr, &mask.s_addr));
+    m_Filter.add(AddressFilter::kPermitted, bytesOf(address), bytesOf(mask));
 }
 
 void TcpServer::addRejectAddress(const unsigned char (&address)[4], const unsigned char (&mask)[4])
 {
-    m_Rejected.push_back(ruleOf(address, mask));
+    m_Filter.add(AddressFilter::kRejected, address, mask);
 }
 
 void TcpServer::addPermissionAddress(const unsigned char (&address)[4], const unsigned char (&mask)[4])
 {
-    m_Permitted.push_back(ruleOf(address, mask));
+    m_Filter.add(AddressFilter::kPermitted, address, mask);
 }
 
 bool TcpServer::addRejectAddress(const in6_addr& address, int bits)
 {
-    return addSubnet(m_Rejected, Endpoint::ofV6(&address, 0, 0), bits);
+    return m_Filter.add(AddressFilter::kRejected, address, bits);
 }
 
 bool TcpServer::addPermissionAddress(const in6_addr& address, int bits)
 {
-    return addSubnet(m_Permitted, Endpoint::ofV6(&address, 0, 0), bits);
+    return m_Filter.add(AddressFilter::kPermitted, address, bits);
 }
 
 bool TcpServer::addRejectSubnet(const wchar_t* subnet)
 {
-    return addSubnet(m_Rejected, subnet);
+    return m_Filter.add(AddressFilter::kRejected, subnet);
 }
 
 bool TcpServer::addPermissionSubnet(const wchar_t* subnet)
 {
-    return addSubnet(m_Permitted, subnet);
-}
-
-bool TcpServer::addSubnet(Rules& rules, const Endpoint& network, int bits)
-{
-    if (bits < 0 || bits > 128)
-        return false;
-    Rule rule;
-    for (int i = 0; i < 16; ++i)
-    {
-        rule.m_Address[i] = network.m_Bytes[i];
-        rule.m_Mask[i] = static_cast<unsigned char>(0xFF00 >> std::clamp(bits - 8 * i, 0, 8));
-    }
-    rule.m_IsV4 = network.isV4() && bits >= 96;
-    rules.push_back(rule);
-    return true;
-}
-
-bool TcpServer::addSubnet(Rules& rules, const wchar_t* text)
-{
-    const auto whole = StringHelper::wideToUtf8(text ? text : L"");
-    std::string address = whole.getBuffer();
-    int bits = -1;
-    if (const size_t slash = address.find('/'); slash != std::string::npos)
-    {
-        const char* const digits = address.c_str() + slash + 1;
-        if (std::strlen(digits) == 0 || std::strlen(digits) > 3 || digits[std::strspn(digits, "0123456789")] != 0)
-            return false;
-        bits = std::atoi(digits);
-        address.resize(slash);
-    }
-    Endpoint network;
-    if (!Door::parse(address.c_str(), 0, network))
-        return false;
-    const int most = network.isV4() ? 32 : 128;
-    if (bits > most)
-        return false;
-    return addSubnet(rules, network, 128 - most + (bits < 0 ? most : bits));
+    return m_Filter.add(AddressFilter::kPermitted, subnet);
 }
 
 } // namespace zet

@@ -1,12 +1,13 @@
 // A listening TCP port, run as a task.
 #pragma once
 
+#include "net/address_filter.h"
 #include "net/limits.h"
 #include "net/tcp/connection.h"
 #include "net/tls/context.h"
 
 #include <memory>
-#include <vector>
+#include <utility>
 
 struct in6_addr;
 struct in_addr;
@@ -94,6 +95,10 @@ public:
     // The same by the four bytes, first number first.
     void addRejectAddress(const unsigned char (&address)[4], const unsigned char (&mask)[4]);
     void addPermissionAddress(const unsigned char (&address)[4], const unsigned char (&mask)[4]);
+    // Replaces all rules, those of files too, for the connections that are accepted from now on; established ones stay.
+    void setAddressFilter(AddressFilter filter) { m_Filter = std::move(filter); }
+    // The present rules with their hits.
+    const AddressFilter& getAddressFilter() const { return m_Filter; }
 
     // Connections accepted from now on use TLS with this context; null for plain connections. Those accepted before do
     // not change. False, and nothing changed, if it lacks what a server needs, and in a library without TLS.
@@ -123,14 +128,6 @@ private:
     friend struct inner::TcpListener;
     friend class TcpServerIPv6;
 
-    // In the form of an inner::Endpoint, where IPv4 addresses are mapped.
-    struct Rule
-    {
-        unsigned char m_Address[16];
-        unsigned char m_Mask[16];
-        bool m_IsV4;
-    };
-    using Rules = std::vector<Rule>;
     enum Pending
     {
         kNone,
@@ -138,10 +135,6 @@ private:
         kWaiting
     };
 
-    static Rule ruleOf(const void* address, const void* mask);
-    static bool addSubnet(Rules& rules, const inner::Endpoint& network, int bits);
-    static bool addSubnet(Rules& rules, const wchar_t* text);
-    static bool contains(const Rules& rules, const inner::Endpoint& address);
     bool setListener(std::unique_ptr<inner::TcpListener>& listener);
     void joinReactor();
     void acceptPending();
@@ -151,8 +144,7 @@ private:
     void closePending();
     void drop();
 
-    Rules m_Rejected;
-    Rules m_Permitted;
+    AddressFilter m_Filter;
     std::unique_ptr<inner::TcpListener> m_Listener;
     // The connection that onAccept() is called for.
     inner::TcpLink* m_Pending = nullptr;
