@@ -9,10 +9,10 @@
 #include "host/inner/command_metrics.h"
 #include "host/inner/metric_families.h"
 #include "net/inner/guard.h"
-#include "net/quic/server.h"
 #include "runtime/openmetrics.h"
 #include "runtime/system_cmd_info.h"
 #include "transport/framework_server_socket.h"
+#include "transport/udp_server_socket.h"
 
 namespace host
 {
@@ -34,10 +34,23 @@ public:
     unsigned long long m_Bytes = 0;
 };
 
-ListenerFigures::Value known(unsigned long long value)
+class UdpWalk final : public UdpServerSocket::ClientSockets::Walker
 {
-    return {true, value};
-}
+public:
+    bool onEntry(zet::UdpServer::UdpConnection* const& key,
+                 zet::Unknown::Handle_T<zet::UdpServer::UdpConnection>&) override
+    {
+        m_Bytes += key->getOutputSize();
+        const unsigned long long time = key->getRoundTripTime();
+        m_Microseconds += time;
+        m_Timed += time > 0;
+        return true;
+    }
+
+    unsigned long long m_Bytes = 0;
+    unsigned long long m_Microseconds = 0;
+    int m_Timed = 0;
+};
 
 // Changes the names of counters and omits what the older format does not have.
 std::string toPlain(const std::string& text)
@@ -118,27 +131,32 @@ void Metrics::watch(const std::string& name, CFrameworkServerSocket& server)
           [&server]
           {
               ListenerFigures figures;
-              figures.m_Connections = known(static_cast<unsigned long long>(server.GetClientCount()));
+              figures.m_Connections = static_cast<unsigned long long>(server.GetClientCount());
               QueueWalk walk;
               server.GetAllClientSocket()->foreach(walk);
-              figures.m_QueuedBytes = known(walk.m_Bytes);
+              figures.m_QueuedBytes = walk.m_Bytes;
               return figures;
           });
 }
 
-void Metrics::watch(const std::string& name, zet::UdpServer& server)
+void Metrics::watch(const std::string& name, UdpServerSocket& server)
 {
     watch(name,
           [&server]
           {
               ListenerFigures figures;
-              figures.m_Connections = known(static_cast<unsigned long long>(server.getConnectionCount()));
+              figures.m_Connections = static_cast<unsigned long long>(server.GetClientCount());
+              UdpWalk walk;
+              server.GetAllClientSocket()->foreach(walk);
+              figures.m_QueuedBytes = walk.m_Bytes;
+              if (walk.m_Timed > 0)
+                  figures.m_RoundTripSeconds = static_cast<double>(walk.m_Microseconds) / walk.m_Timed / 1e6;
               const zet::UdpServer::Traffic traffic = server.getTraffic();
-              figures.m_BytesIn = known(traffic.m_BytesIn);
-              figures.m_BytesOut = known(traffic.m_BytesOut);
-              figures.m_DatagramsIn = known(traffic.m_DatagramsIn);
-              figures.m_DatagramsOut = known(traffic.m_DatagramsOut);
-              figures.m_DatagramsDropped = known(traffic.m_DatagramsDropped);
+              figures.m_BytesIn = traffic.m_BytesIn;
+              figures.m_BytesOut = traffic.m_BytesOut;
+              figures.m_DatagramsIn = traffic.m_DatagramsIn;
+              figures.m_DatagramsOut = traffic.m_DatagramsOut;
+              figures.m_DatagramsDropped = traffic.m_DatagramsDropped;
               return figures;
           });
 }

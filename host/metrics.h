@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,11 +18,7 @@
 class CCmdAnalyserSocket;
 class CFrameworkServerSocket;
 class SystemCmdInfo;
-
-namespace zet
-{
-class UdpServer;
-}
+class UdpServerSocket;
 
 namespace host
 {
@@ -108,22 +105,23 @@ private:
 // What a listening port reports. A port leaves out what it does not know.
 struct ListenerFigures
 {
-    using Value = std::pair<bool, unsigned long long>;
+    using Value = std::optional<unsigned long long>;
 
     // Counts since the start, by a word for the reason: "filter" or "cap", and the cause of an end.
     std::map<std::string, unsigned long long> m_Refused;
     std::map<std::string, unsigned long long> m_Ended;
-    // False for what is not known.
-    Value m_Accepted{false, 0};
-    Value m_Handshakes{false, 0};
-    Value m_BytesIn{false, 0};
-    Value m_BytesOut{false, 0};
-    Value m_DatagramsIn{false, 0};
-    Value m_DatagramsOut{false, 0};
-    Value m_DatagramsDropped{false, 0};
+    Value m_Accepted;
+    Value m_Handshakes;
+    Value m_BytesIn;
+    Value m_BytesOut;
+    Value m_DatagramsIn;
+    Value m_DatagramsOut;
+    Value m_DatagramsDropped;
     // Now.
-    Value m_Connections{false, 0};
-    Value m_QueuedBytes{false, 0};
+    Value m_Connections;
+    Value m_QueuedBytes;
+    // The mean of its connections.
+    std::optional<double> m_RoundTripSeconds;
 };
 
 // The figures of a process. While it is off, the default, it watches nothing and costs nothing.
@@ -158,7 +156,7 @@ public:
     void watch(CCmdAnalyserSocket& analyser);
     // Prints the figures of a port under a name.
     void watch(const std::string& name, CFrameworkServerSocket& server);
-    void watch(const std::string& name, zet::UdpServer& server);
+    void watch(const std::string& name, UdpServerSocket& server);
     void watch(const std::string& name, std::function<ListenerFigures()> figures);
     // Prints the required statistics, too.
     void watch(const SystemCmdInfo& info);

@@ -1,6 +1,5 @@
 #include "host/service.h"
 
-#include "framework/app.h"
 #include "framework/log.h"
 #include "framework/platform/platform.h"
 #include "framework/platform/requests.h"
@@ -119,13 +118,15 @@ private:
     // Closes the log file, if it is open; the next line opens it.
     void openLog() const
     {
-        const zet::String_T<wchar_t> folder =
-            m_Parts.m_LogFolder.isEmpty() ? zet::getAppPath() + L"log/" + getSystemName() + L"/" : m_Parts.m_LogFolder;
-        zet::Log::setparam((zet::String_T<wchar_t>(L"FileLog@path=") + folder).getBuffer());
+        const zet::String_T<wchar_t>& own = m_Parts.m_LogFolder;
+        zet::Log::setparam(zet::String_T<wchar_t>(L"FileLog@path=") + (own.isEmpty() ? getLogFolder() : own));
     }
     void reload()
     {
-        m_Parts.m_Manager.reportReloading();
+        // A manager that has been sent the end is sent no other state.
+        const bool isReported = !m_Parts.m_Drain.isBegun();
+        if (isReported)
+            m_Parts.m_Manager.reportReloading();
         openLog();
         int failed = 0;
         for (const auto& each : m_Parts.m_Reload)
@@ -135,7 +136,8 @@ private:
                             static_cast<int>(m_Parts.m_Reload.size()));
         else
             zet::Log::message(L"Reloaded");
-        m_Parts.m_Manager.report("READY=1");
+        if (isReported)
+            m_Parts.m_Manager.report("READY=1");
     }
 
     inner::ServiceParts& m_Parts;

@@ -94,8 +94,6 @@ public:
     {
         addOption(name, &value, help);
     }
-    // "usage: zone [OPTION...]", about, and a line for each option. UTF-8.
-    zet::String_T<char> getHelp() const;
 
     // Before run(). Called when the log is started, before the first tick: creates and starts what the service serves.
     // False, or an exception, ends the service with kExitFailed.
@@ -146,6 +144,8 @@ private:
     class Frame;
 
     void addOption(const char* name, OptionTarget target, const char* help);
+    // "usage: zone [OPTION...]", about, and a line for each option. UTF-8.
+    zet::String_T<char> getHelp() const;
 
     const std::unique_ptr<inner::ServiceParts> m_Parts;
     const zet::Unknown::Handle_T<Frame> m_Frame;

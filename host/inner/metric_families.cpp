@@ -96,13 +96,13 @@ void MetricFamilies::printListeners(MetricText& text) const
     const auto isKnown = [&](ListenerFigures::Value ListenerFigures::*value)
     {
         return std::any_of(listeners.begin(), listeners.end(),
-                           [&](const auto& listener) { return (listener.second.*value).first; });
+                           [&](const auto& listener) { return (listener.second.*value).has_value(); });
     };
     const auto printValues = [&](ListenerFigures::Value ListenerFigures::*value)
     {
         for (const auto& [name, figures] : listeners)
-            if ((figures.*value).first)
-                text.add({{"listener", name}}, (figures.*value).second);
+            if (figures.*value)
+                text.add({{"listener", name}}, *(figures.*value));
     };
     const auto printCounter =
         [&](const char* name, const char* help, const char* unit, ListenerFigures::Value ListenerFigures::*value)
@@ -132,6 +132,15 @@ void MetricFamilies::printListeners(MetricText& text) const
     printGauge("commonground_listener_connections", "Current connections of a port.", "", &F::m_Connections);
     printGauge("commonground_listener_queued_bytes", "Bytes of output that wait on the connections of a port.", "bytes",
                &F::m_QueuedBytes);
+    if (std::any_of(listeners.begin(), listeners.end(),
+                    [](const auto& listener) { return listener.second.m_RoundTripSeconds.has_value(); }))
+    {
+        text.beginGauge("commonground_listener_round_trip_seconds",
+                        "Mean of the smoothed round-trip times of a port's connections.", "seconds");
+        for (const auto& [name, figures] : listeners)
+            if (figures.m_RoundTripSeconds)
+                text.add({{"listener", name}}, *figures.m_RoundTripSeconds);
+    }
     printCounter("commonground_listener_accepted", "Connections accepted by a port.", "", &F::m_Accepted);
     printReasons("commonground_listener_refused", "Connections refused by a port.", "reason", &F::m_Refused);
     printReasons("commonground_listener_ended", "Connections of a port that have ended.", "cause", &F::m_Ended);
