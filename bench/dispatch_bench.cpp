@@ -1,11 +1,12 @@
 // Dispatching a command from memory compared with reading it by hand: the most frequent commands of races and devices,
 // and an envelope whose handler reads the message inside. Then the typed handlers of a socket's analyser compared with
-// plain ones. Both sides add up what they have read, and the sums must agree.
+// plain ones, and counted commands with others. Both sides add up what they have read, and the sums must agree.
 #include "bench/support/floor_codec.h"
 #include "bench/support/records.h"
 #include "bench/support/rounds.h"
 #include "dispatch/analyser.h"
 #include "host/handlers.h"
+#include "host/metrics.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -419,6 +420,42 @@ void benchTyped(const char* name, SocketCmdProcess process)
         name, kRecords, [&] { dispatch(*typedAnalyser); }, [&] { dispatch(*plainAnalyser); });
 }
 
+// A command whose figures are counted compared with one whose figures are not.
+template <class Command>
+void benchCounted(const char* name)
+{
+    Command command;
+    std::mt19937 random(7);
+    bench::fill(command, random);
+    CCmdPackager packager;
+    if (!command.Write(&packager))
+    {
+        std::fprintf(stderr, "cannot write %s\n", name);
+        std::exit(1);
+    }
+    const auto counted = std::make_unique<CCmdAnalyserSocket>();
+    const auto plain = std::make_unique<CCmdAnalyserSocket>();
+    const auto socket = CCommandSocket::createInstance(plain.get());
+    double sum = 0;
+    host::Handlers countedHandlers(*counted);
+    host::Handlers plainHandlers(*plain);
+    for (host::Handlers* const handlers : {&countedHandlers, &plainHandlers})
+        handlers->on<Command>([&sum](CCommandSocket&, const Command& each) { sum += sumOf(each); });
+    host::Metrics metrics;
+    metrics.watch(*counted);
+    const auto dispatch = [&](const CCmdAnalyserSocket& analyser)
+    {
+        for (int i = 0; i < kRecords; ++i)
+        {
+            packager.Reset();
+            analyser.Analyse(socket, packager);
+        }
+    };
+    bench::compare(
+        name, kRecords, [&] { dispatch(*counted); }, [&] { dispatch(*plain); });
+    bench::keep(sum);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -433,5 +470,6 @@ int main(int argc, char** argv)
                                  CCmdGS_PawnInput::CCmdGS_PawnInput_ProcessSocket);
     benchTyped<CCmdGS_PawnRunning>("CCmdGS_PawnRunning, typed against plain",
                                    CCmdGS_PawnRunning::CCmdGS_PawnRunning_ProcessSocket);
+    benchCounted<CCmdGS_PawnInput>("CCmdGS_PawnInput, figures counted against not");
     return 0;
 }

@@ -131,6 +131,12 @@ if(TARGET questions)
     "^asked 1, answered 1\nasked 2, answered 2\nasked 3, answered 3\nasked 0: timed out\nasked 99: the connection ended\n$")
 endif()
 
+if(NOT WIN32)
+  add_test(NAME House.ExampleServesUntilItIsToEnd
+    COMMAND Python3::Interpreter ${scripts}/check_service.py $<TARGET_FILE:service>)
+  set_tests_properties(House.ExampleServesUntilItIsToEnd PROPERTIES TIMEOUT 120)
+endif()
+
 # The installed package, used by a host.
 add_test(NAME House.InstalledCheckFindsEachFault COMMAND Python3::Interpreter ${scripts}/check_installed.py --self-test)
 if(COMMONGROUND_INSTALL)

@@ -14,6 +14,7 @@ endfunction()
 if(COMMONGROUND_EXAMPLES)
   commonground_program(arena examples/arena)
   commonground_program(hello examples/hello)
+  commonground_program(service examples/service)
   # Its client is a coroutine.
   include(CheckCXXSourceCompiles)
   check_cxx_source_compiles("#ifndef __cpp_impl_coroutine\n#error none\n#endif\n#include <coroutine>\nint main() {}"
@@ -22,7 +23,7 @@ if(COMMONGROUND_EXAMPLES)
     commonground_program(questions examples/questions)
   endif()
   # A program loads the log modules from its own folder.
-  foreach(program arena hello)
+  foreach(program arena hello service)
     foreach(module zet_ConsoleLog zet_FileLog)
       if(TARGET ${program} AND TARGET ${module})
         add_dependencies(${program} ${module})

@@ -69,7 +69,12 @@ if(sources)
   # It defines calls of the C library anew, which the checked copies of their headers would do, too.
   set_source_files_properties(${PROJECT_SOURCE_DIR}/tests/support/system_calls.cpp PROPERTIES
     SKIP_PRECOMPILE_HEADERS ON COMPILE_OPTIONS -U_FORTIFY_SOURCE)
-  foreach(needed wirelens arena zet_ConsoleLog zet_FileLog)
+  if(NOT WIN32)
+    # A service that tests start and send signals to.
+    add_executable(service_under_test ${PROJECT_SOURCE_DIR}/tests/service/service_under_test.cpp)
+    target_link_libraries(service_under_test PRIVATE commonground commonground_warnings)
+  endif()
+  foreach(needed wirelens arena service_under_test zet_ConsoleLog zet_FileLog)
     if(TARGET ${needed})
       add_dependencies(commonground_tests ${needed})
     endif()

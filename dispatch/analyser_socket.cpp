@@ -4,6 +4,7 @@
 #include "dispatch/inner/socket_seam.h"
 #include "framework/log.h"
 #include "framework/peer_log.h"
+#include "framework/platform/platform.h"
 #include "framework/string_helper.h"
 #include "packaging/cmd_packager.h"
 
@@ -52,6 +53,38 @@ void CCmdAnalyserSocket::Install(unsigned short id, SocketCmdProcess process, So
 // The socket must not be null.
 inline bool CCmdAnalyserSocket::dispatch(CCommandSocket* socket, CCmdPackager& pk) const
 {
+    if (m_pObserver)
+        return dispatchObserved(socket, pk);
+    CommandObserver::Outcome unused;
+    return dispatchPlain(socket, pk, unused);
+}
+
+// Out of line, so that the usual path has no code of it.
+[[gnu::noinline]] bool CCmdAnalyserSocket::dispatchObserved(CCommandSocket* socket, CCmdPackager& pk) const
+{
+    // Reports at the end of the dispatch, also when it throws. The handler may replace the observer.
+    struct Report
+    {
+        ~Report()
+        {
+            m_Observer->onReceived(m_Id, m_Size, m_Outcome, zet::platform::getMonotonicNanoseconds() - m_Begin);
+        }
+        const zet::SharedPtr<CommandObserver> m_Observer;
+        const unsigned short m_Id;
+        const int m_Size;
+        CommandObserver::Outcome m_Outcome = CommandObserver::kThrown;
+        const unsigned long long m_Begin = zet::platform::getMonotonicNanoseconds();
+    } report{m_pObserver, pk.GetCmdID(), pk.GetDataSize()};
+    auto outcome = CommandObserver::kHandled;
+    const bool result = dispatchPlain(socket, pk, outcome);
+    report.m_Outcome = outcome;
+    return result;
+}
+
+// Sets the outcome unless the command is handled.
+inline bool CCmdAnalyserSocket::dispatchPlain(CCommandSocket* socket, CCmdPackager& pk,
+                                              CommandObserver::Outcome& outcome) const
+{
     // The log takes its arguments by reference; a copy keeps the original in a register.
     const unsigned short id = pk.GetCmdID();
     if (id >= kCommandIdLimit)
@@ -59,6 +92,7 @@ inline bool CCmdAnalyserSocket::dispatch(CCommandSocket* socket, CCmdPackager& p
         if (zet::PeerLog::takesLine())
             zet::Log::error(L"CCmdAnalyserSocket cannot Analyse OverFlow CMD(0x%04x) \t(%s)", pk.GetCmdID(),
                             PeerNameOf(socket));
+        outcome = CommandObserver::kUnknown;
         return false;
     }
     // Commands without a handler count as received traffic too.
@@ -67,6 +101,7 @@ inline bool CCmdAnalyserSocket::dispatch(CCommandSocket* socket, CCmdPackager& p
     const CCmdProcessor* const processor = m_Commands[id].get();
     if (!processor)
     {
+        outcome = CommandObserver::kUnknown;
         if (!m_pfnUnknownCmd)
         {
             if (zet::PeerLog::takesLine())
@@ -79,6 +114,7 @@ inline bool CCmdAnalyserSocket::dispatch(CCommandSocket* socket, CCmdPackager& p
     }
     if (!processor->m_Process(socket, &pk, processor->m_Handler, processor->m_Arg1, processor->m_Arg2))
     {
+        outcome = CommandObserver::kRefused;
         if (!m_pfnErrorCmd)
         {
             if (zet::PeerLog::takesLine())

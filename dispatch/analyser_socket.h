@@ -2,6 +2,7 @@
 #pragma once
 
 #include "dispatch/command_id_limit.h"
+#include "dispatch/command_observer.h"
 #include "dispatch/command_process.h"
 #include "framework/export.h"
 #include "framework/shared_ptr.h"
@@ -34,6 +35,11 @@ public:
     void Install(unsigned short id, SocketCmdProcess process, SocketCmdHandler handler, unsigned long arg1,
                  unsigned long arg2);
 
+    // Reports to the observer from now on; null for none, the default, which costs one comparison per command. Copies
+    // of the analyser made later share the observer.
+    void SetObserver(zet::SharedPtr<CommandObserver> observer) { m_pObserver = std::move(observer); }
+    CommandObserver* GetObserver() const { return m_pObserver.get(); }
+
     // Passes the command to its handler or a fallback. False, and logged, if there is neither, or if one throws; the
     // exception is caught.
     bool Analyse(CCommandSocket* socket, CCmdPackager& pk) const;
@@ -46,6 +52,8 @@ private:
     template <class... Frame>
     bool analyseFrame(CCommandSocket* socket, Frame... frame) const;
     bool dispatch(CCommandSocket* socket, CCmdPackager& pk) const;
+    bool dispatchPlain(CCommandSocket* socket, CCmdPackager& pk, CommandObserver::Outcome& outcome) const;
+    bool dispatchObserved(CCommandSocket* socket, CCmdPackager& pk) const;
 
     zet::SharedPtr<CCmdProcessor> m_Commands[kCommandIdLimit];
     SocketCmdFallback m_pfnUnknownCmd;
@@ -54,4 +62,5 @@ private:
     SocketCmdFallback m_pfnErrorCmd;
     unsigned long m_ErrorArg1;
     unsigned long m_ErrorArg2;
+    zet::SharedPtr<CommandObserver> m_pObserver;
 };

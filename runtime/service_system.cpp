@@ -28,11 +28,15 @@ bool CMyServiceSystem::init()
     if (!zet::System::init())
         return false;
     zet::Log::start();
-    const auto path = zet::String_T<wchar_t>(L"FileLog@path=") + zet::getAppPath() + L"log/" + getSystemName() + L"/";
-    zet::Log::setparam(path);
+    zet::Log::setparam(zet::String_T<wchar_t>(L"FileLog@path=") + getLogFolder());
     m_Yield = zet::Yield::createInstance();
     m_Yield->attach(this);
     return true;
+}
+
+zet::String_T<wchar_t> CMyServiceSystem::getLogFolder() const
+{
+    return zet::getAppPath() + L"log/" + getSystemName() + L"/";
 }
 
 void CMyServiceSystem::exit()

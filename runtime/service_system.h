@@ -29,6 +29,9 @@ protected:
     // Starts the log, with files in "log/SYSTEM_NAME/" in the directory of the executable. False only if
     // zet::System::init() fails; nothing else has happened then.
     bool init() override;
+    // The folder of the log files that init() sets, with a closing '/'.
+    zet::String_T<wchar_t> getLogFolder() const;
+
     // Stops the log first: the line of ServiceOff() goes to a stopped log.
     void exit() override;
 

@@ -2,6 +2,7 @@
 #include "framework/inner/log_mailbox.h"
 #include "framework/json.h"
 #include "framework/peer_log.h"
+#include "host/inner/http_server.h"
 #include "net/door/names.h"
 #include "net/limits.h"
 #include "net/quic/connection.h"
@@ -77,6 +78,9 @@ TEST(Documents, TheTableOfLimitsHasTheDefaults)
         {"zet::NetLimits::m_UnacknowledgedTime", limitsOfPort.m_UnacknowledgedTime},
         {"zet::NetLimits::m_IdleTime", limitsOfPort.m_IdleTime},
         {"zet::NetLimits::m_HandshakeSteps", limitsOfPort.m_HandshakeSteps},
+        {"host::inner::HttpServer::kMostConnections", host::inner::HttpServer::kMostConnections},
+        {"host::inner::HttpServer::kMostTime", host::inner::HttpServer::kMostTime},
+        {"host::inner::HttpRequest::kMostHead", static_cast<long long>(host::inner::HttpRequest::kMostHead)},
         {"zet::NetLimits::m_HandshakeTime", limitsOfPort.m_HandshakeTime},
         {"zet::UdpServer::Settings::m_InputLimit", udp.m_InputLimit},
         {"zet::UdpServer::Settings::m_ConnectTimeout", udp.m_ConnectTimeout},

@@ -88,6 +88,8 @@ bool CCommandSocket::beginSend(const CCmdPackager& packager)
         return false;
     }
     OnCmdSend(packager.GetDataSize());
+    if (CommandObserver* const observer = m_pCmdAnalyser ? m_pCmdAnalyser->GetObserver() : nullptr)
+        observer->onSent(packager.GetCmdID(), packager.GetDataSize());
     return true;
 }
 

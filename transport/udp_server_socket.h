@@ -33,6 +33,8 @@ public:
     // The bound port; 0 before listen() and attach().
     unsigned short GetPort() const { return m_Port; }
     int GetClientCount() const { return m_ClientSockets.getSize(); }
+    // For walks. Only the operations of this class change it: a walker may call abandon(), but not erase().
+    ClientSockets* GetAllClientSocket() { return &m_ClientSockets; }
 
     const wchar_t* getClassName() const override { return L"UdpServerSocket"; }
     const wchar_t* getClassTimestamp() const override;

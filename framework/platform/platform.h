@@ -98,6 +98,8 @@ COMMONGROUND_API unsigned long getProcessId();
 
 // Bytes of the process in physical memory; 0 if the system does not report it.
 COMMONGROUND_API unsigned long long getWorkingSetSize();
+// Milliseconds of processor time that all threads of the process have used.
+COMMONGROUND_API unsigned long long getProcessorMilliseconds();
 
 // Writes a text to the console of the process unchanged; as UTF-8 if output is redirected. False if a part was not
 // written. A closed reader raises no signal.

@@ -347,6 +347,11 @@ unsigned long long getWorkingSetSize()
     return fields == 2 ? resident * static_cast<unsigned long long>(sysconf(_SC_PAGESIZE)) : 0;
 }
 
+unsigned long long getProcessorMilliseconds()
+{
+    return static_cast<unsigned long long>(getMilliseconds(CLOCK_PROCESS_CPUTIME_ID));
+}
+
 bool writeConsole(const wchar_t* text, int length)
 {
     const String_T<char> bytes = StringHelper::wideToUtf8(String_T<wchar_t>(text, length));

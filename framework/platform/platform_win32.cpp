@@ -254,6 +254,20 @@ unsigned long long getWorkingSetSize()
     return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) ? counters.WorkingSetSize : 0;
 }
 
+unsigned long long getProcessorMilliseconds()
+{
+    FILETIME begin{};
+    FILETIME end{};
+    FILETIME kernel{};
+    FILETIME user{};
+    if (!GetProcessTimes(GetCurrentProcess(), &begin, &end, &kernel, &user))
+        return 0;
+    // In units of 100 ns.
+    const auto units = [](const FILETIME& time)
+    { return static_cast<unsigned long long>(time.dwHighDateTime) << 32 | time.dwLowDateTime; };
+    return (units(kernel) + units(user)) / 10000;
+}
+
 bool writeConsole(const wchar_t* text, int length)
 {
     const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);

@@ -119,6 +119,11 @@ size_t UdpServer::UdpConnection::getOutputSize() const
     return m_Link ? m_Link->outputSize() : 0;
 }
 
+unsigned long long UdpServer::UdpConnection::getRoundTripTime() const
+{
+    return m_Link ? m_Link->roundTripTime() : 0;
+}
+
 const unsigned char* UdpServer::UdpConnection::getInput() const
 {
     return m_Link ? m_Link->input() : nullptr;

@@ -83,6 +83,8 @@ public:
     void setOutputLimit(size_t bytes) { m_OutputLimit = bytes; }
     // Bytes queued or sent and not confirmed yet.
     size_t getOutputSize() const;
+    // Microseconds from a packet to its acknowledgement, smoothed; 0 without a connection and before the first one.
+    unsigned long long getRoundTripTime() const;
 
 protected:
     // The received bytes in one piece, available() of them; null if there are none. Valid until the next call of this

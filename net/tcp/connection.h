@@ -99,6 +99,8 @@ public:
     void setOutputLimit(size_t bytes) { m_OutputLimit = bytes; }
     // Bytes in the output queue.
     size_t getOutputSize() const;
+    // Nothing has happened since the last tick, and nothing is left to do: a tick would change nothing.
+    bool isQuiet() const { return m_Pending == 0 && (m_State == kEstablished || m_State == kConnecting); }
     // The limits of the port that accepted this connection, as of then; null for any other connection.
     const NetLimits* getPortLimits() const;
 
@@ -150,8 +152,6 @@ private:
     bool isPending(unsigned int flags) const { return (m_Pending & flags) != 0; }
     void setPending(unsigned int flags) { m_Pending = static_cast<unsigned short>(m_Pending | flags); }
     void clearPending(unsigned int flags) { m_Pending = static_cast<unsigned short>(m_Pending & ~flags); }
-    // Nothing has happened since the last tick, and nothing is left to do: a tick would change nothing.
-    bool isQuiet() const { return m_Pending == 0 && (m_State == kEstablished || m_State == kConnecting); }
     // Lists the connection for its server's next walk.
     void list()
     {

@@ -29,10 +29,12 @@ endif()
 run(${CMAKE_COMMAND} -S ${SOURCE}/tests/package -B ${place}/build -G Ninja
   -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_PREFIX_PATH=${place}/prefix
   -DHOST_SOURCE=${SOURCE}/examples/hello/hello.cpp
-  -DQUESTIONS_SOURCE=${SOURCE}/examples/questions/questions.cpp -DCOMMONGROUND_HEADERS=${place}/prefix/include/commonground)
+  -DQUESTIONS_SOURCE=${SOURCE}/examples/questions/questions.cpp
+  -DSERVICE_SOURCE=${SOURCE}/examples/service/service.cpp -DCOMMONGROUND_HEADERS=${place}/prefix/include/commonground)
 run(${CMAKE_COMMAND} --build ${place}/build)
 run(${place}/build/host)
 run(${place}/build/questions)
 if(NOT output MATCHES "asked 3, answered 3\nasked 0: timed out\nasked 99: the connection ended\n")
   message(FATAL_ERROR "The example questions prints:\n${output}")
 endif()
+run(python3 ${SOURCE}/scripts/check_service.py ${place}/build/service)

@@ -14,8 +14,9 @@ namespace test
 class Child
 {
 public:
-    // The first word is the program, searched like in a shell.
-    explicit Child(const std::vector<std::string>& words);
+    // The first word is the program, searched like in a shell. The variables, such as "NAME=VALUE", are added
+    // to its environment.
+    explicit Child(const std::vector<std::string>& words, const std::vector<std::string>& variables = {});
     // Ends it by its id, if it still runs.
     ~Child();
     Child(const Child&) = delete;
@@ -31,6 +32,8 @@ public:
     const std::string& outputWith(std::string_view text);
     // Whether it has closed its output, as it does at its end; updated by output().
     bool isOver() const { return m_IsOver; }
+    // Sends it a signal, by its id.
+    bool signal(int number) const;
     // Waits until it ends by itself. Its exit code, or -1.
     int wait();
 

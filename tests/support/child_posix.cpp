@@ -27,7 +27,7 @@ constexpr int kMostHandles = 1024;
 
 } // namespace
 
-Child::Child(const std::vector<std::string>& words)
+Child::Child(const std::vector<std::string>& words, const std::vector<std::string>& variables)
 {
     // Closed in the child, so that it sees the end of its input when the test closes it.
     int input[2];
@@ -44,6 +44,12 @@ Child::Child(const std::vector<std::string>& words)
     for (const std::string& word : words)
         arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
+    std::vector<char*> environment;
+    for (const std::string& variable : variables)
+        environment.push_back(const_cast<char*>(variable.c_str()));
+    for (char** variable = environ; *variable; ++variable)
+        environment.push_back(*variable);
+    environment.push_back(nullptr);
     m_Id = fork();
     if (m_Id == 0)
     {
@@ -56,6 +62,7 @@ Child::Child(const std::vector<std::string>& words)
         dup2(output[1], 2);
         for (int handle = 3; handle < kMostHandles; ++handle)
             close(handle);
+        environ = environment.data();
         execvp(arguments[0], arguments.data());
         _exit(127);
     }
@@ -110,6 +117,11 @@ const std::string& Child::outputWith(std::string_view text)
             break;
     }
     return m_Text;
+}
+
+bool Child::signal(int number) const
+{
+    return m_Id > 0 && kill(m_Id, number) == 0;
 }
 
 int Child::wait()

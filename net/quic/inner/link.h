@@ -76,6 +76,7 @@ public:
     void consume(int size) override;
     bool send(const void* data, int size) override;
     void close() override;
+    unsigned long long roundTripTime() const override;
     void breakOff() override { finish(UdpServer::UdpConnection::kBroken, kCutOff); }
 
     void read(const UdpPort::Datagram& datagram);

@@ -141,4 +141,15 @@ void QuicLink::endTurn(QuicTime now)
     m_Router.schedule(*this);
 }
 
+unsigned long long QuicLink::roundTripTime() const
+{
+    if (!m_Connection)
+        return 0;
+    ngtcp2_conn_stat figures;
+    ngtcp2_conn_get_conn_stat(m_Connection, &figures);
+    // Before the first sample it is an assumed time.
+    constexpr ngtcp2_duration kMicrosecond = NGTCP2_MICROSECONDS;
+    return figures.first_rtt_sample_ts == UINT64_MAX ? 0 : figures.smoothed_rtt / kMicrosecond;
+}
+
 } // namespace zet::inner

@@ -44,6 +44,8 @@ public:
     virtual bool send(const void* data, int size) = 0;
     // Called when the object drops the connection. The link then ends by itself.
     virtual void close() = 0;
+    // Microseconds from a packet to its acknowledgement, smoothed; 0 before the first one.
+    virtual unsigned long long roundTripTime() const = 0;
     // Ends the connection as broken, which the object's next tick reports. Does nothing if the connection has ended.
     virtual void breakOff() = 0;
 

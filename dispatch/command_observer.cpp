@@ -1,0 +1,3 @@
+#include "dispatch/command_observer.h"
+
+CommandObserver::~CommandObserver() = default;

@@ -1,0 +1,26 @@
+// Learns what becomes of the commands of an analyser and of the sockets that use it, for figures.
+#pragma once
+
+#include "framework/export.h"
+
+// Called on the threads that dispatch and send, several at a time if they share the analyser. It must not throw.
+class COMMONGROUND_API CommandObserver
+{
+public:
+    enum Outcome
+    {
+        kHandled,
+        // The class could not read the payload, or bytes were left over.
+        kRefused,
+        // No handler was installed for the id.
+        kUnknown,
+        // The handler or a fallback threw.
+        kThrown
+    };
+
+    virtual ~CommandObserver();
+    // A received command of that many bytes of payload has been dispatched, in that many nanoseconds.
+    virtual void onReceived(unsigned short id, int size, Outcome outcome, unsigned long long nanoseconds) = 0;
+    // A command of that many bytes of payload is about to be sent.
+    virtual void onSent(unsigned short id, int size) = 0;
+};

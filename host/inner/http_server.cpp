@@ -1,0 +1,153 @@
+#include "host/inner/http_server.h"
+
+#include "framework/inner/moment.h"
+#include "framework/time.h"
+#include "net/inner/guard.h"
+
+#include <algorithm>
+
+namespace host::inner
+{
+
+namespace
+{
+
+const char* reasonOf(int status)
+{
+    switch (status)
+    {
+    case 200:
+        return "OK";
+    case 400:
+        return "Bad Request";
+    case 404:
+        return "Not Found";
+    case 405:
+        return "Method Not Allowed";
+    case 431:
+        return "Request Header Fields Too Large";
+    case 503:
+        return "Service Unavailable";
+    default:
+        return "Internal Server Error";
+    }
+}
+
+} // namespace
+
+HttpServer::HttpServer(Answer answer) : m_Answer(std::move(answer))
+{
+    setBindAddress(L"127.0.0.1");
+    zet::NetLimits limits;
+    limits.m_Connections = kMostConnections;
+    setLimits(limits);
+}
+
+HttpServer::~HttpServer()
+{
+    HttpServer::close();
+}
+
+void HttpServer::close()
+{
+    for (const Client& client : m_Clients)
+        client.m_Stream->close();
+    m_Clients.clear();
+    zet::TcpServer::close();
+}
+
+void HttpServer::onAccept()
+{
+    const zet::Unknown::Handle_T<zet::TcpStream> stream(new zet::TcpStream);
+    if (accept(stream))
+        m_Clients.push_back({stream, zet::getTimeTick() + kMostTime});
+}
+
+void HttpServer::onTick(unsigned int tick)
+{
+    look();
+    for (size_t i = 0; i < m_Clients.size();)
+    {
+        bool isOver = true;
+        zet::inner::guard(L"HTTP", m_Clients[i].m_Stream, [&] { isOver = !tickClient(m_Clients[i], tick); });
+        if (!isOver)
+        {
+            ++i;
+            continue;
+        }
+        m_Clients[i].m_Stream->close();
+        m_Clients.erase(m_Clients.begin() + static_cast<std::ptrdiff_t>(i));
+    }
+    zet::TcpServer::onTick(tick);
+}
+
+bool HttpServer::tickClient(Client& client, unsigned int tick)
+{
+    zet::TcpStream& stream = *client.m_Stream;
+    stream.onTick(tick);
+    const auto isOpen = [&]
+    {
+        const auto state = stream.getConnectionState();
+        return state == zet::TcpConnection::kEstablished || state == zet::TcpConnection::kClosedByPeer;
+    };
+    if (!isOpen() || zet::inner::isReached(client.m_End, tick))
+        return false;
+    if (client.m_IsAnswering)
+    {
+        if (stream.getOutputSize() > 0)
+            return true;
+        if (client.m_IsLast)
+            return false;
+        client.m_IsAnswering = false;
+        client.m_End = tick + kMostTime;
+    }
+    // Receives, as far as there are bytes.
+    stream.view(static_cast<int>(HttpRequest::kMostHead));
+    const int size = stream.available();
+    const unsigned char* const input = size > 0 ? stream.view(size) : nullptr;
+    HttpRequest request;
+    size_t used = 0;
+    const HttpRequest::State state =
+        input ? readRequest({reinterpret_cast<const char*>(input), static_cast<size_t>(size)}, request, used)
+              : HttpRequest::kCut;
+    if (state == HttpRequest::kCut)
+        return stream.getConnectionState() == zet::TcpConnection::kEstablished;
+    stream.skip(static_cast<int>(used));
+    answer(client, state, request);
+    client.m_End = tick + kMostTime;
+    // After the end of the peer's output, close() sends what is queued.
+    if (stream.getConnectionState() != zet::TcpConnection::kEstablished)
+        return false;
+    // The next request may be in the buffer, where no event reports it.
+    hurry();
+    return true;
+}
+
+void HttpServer::answer(Client& client, HttpRequest::State state, const HttpRequest& request)
+{
+    HttpAnswer made;
+    if (state == HttpRequest::kWhole)
+    {
+        made.m_Status = 500;
+        zet::inner::guard(L"an answer over HTTP", client.m_Stream, [&] { made = m_Answer(request); });
+    }
+    else
+    {
+        made.m_Status = state;
+        made.m_Body = std::string(reasonOf(state)) + '\n';
+    }
+    client.m_IsAnswering = true;
+    client.m_IsLast = state != HttpRequest::kWhole || !request.m_KeepsAlive;
+    std::string text =
+        "HTTP/1.1 " + std::to_string(made.m_Status) + ' ' + reasonOf(made.m_Status) +
+        "\r\nContent-Type: " + made.m_Type + "\r\nContent-Length: " + std::to_string(made.m_Body.size()) +
+        "\r\nX-Content-Type-Options: nosniff\r\nConnection: " + (client.m_IsLast ? "close" : "keep-alive") + "\r\n";
+    if (made.m_Status == HttpRequest::kOtherMethod)
+        text += "Allow: GET, HEAD\r\n";
+    text += "\r\n";
+    if (!request.m_IsHead)
+        text += made.m_Body;
+    client.m_Stream->send(text.data(), static_cast<int>(text.size()));
+}
+
+} // namespace host::inner

@@ -1,0 +1,61 @@
+// A small HTTP server on the loopback, in a System: for scrapes and probes, not for the world.
+#pragma once
+
+#include "host/inner/http_request.h"
+#include "net/tcp/server.h"
+#include "net/tcp/stream.h"
+
+#include <functional>
+#include <vector>
+
+namespace host::inner
+{
+
+struct HttpAnswer
+{
+    int m_Status = 200;
+    std::string m_Type = "text/plain; charset=utf-8";
+    std::string m_Body;
+};
+
+// Listens on 127.0.0.1. A connection makes one request at a time: the next one is read when the answer before has left,
+// so a client that does not read holds one answer. A client has kMostTime for a request, and again to read its answer.
+class COMMONGROUND_API HttpServer final : public zet::TcpServer
+{
+public:
+    // Connections at once; a further one is closed.
+    static constexpr int kMostConnections = 16;
+    // Milliseconds.
+    static constexpr unsigned int kMostTime = 10000;
+
+    using Answer = std::function<HttpAnswer(const HttpRequest&)>;
+
+    explicit HttpServer(Answer answer);
+    ~HttpServer() override;
+
+    void onTick(unsigned int tick) override;
+    void onAccept() override;
+    void close() override;
+
+    int getConnectionCount() const { return static_cast<int>(m_Clients.size()); }
+
+private:
+    struct Client
+    {
+        zet::Unknown::Handle_T<zet::TcpStream> m_Stream;
+        // The time of getTimeTick() at which it is closed.
+        unsigned int m_End;
+        bool m_IsAnswering = false;
+        // The answer on its way is the last one.
+        bool m_IsLast = false;
+    };
+
+    // False if the connection is over.
+    bool tickClient(Client& client, unsigned int tick);
+    void answer(Client& client, HttpRequest::State state, const HttpRequest& request);
+
+    const Answer m_Answer;
+    std::vector<Client> m_Clients;
+};
+
+} // namespace host::inner

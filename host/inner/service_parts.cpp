@@ -1,0 +1,84 @@
+#include "host/inner/service_parts.h"
+
+#include "framework/log.h"
+#include "net/inner/guard.h"
+
+#include <algorithm>
+
+namespace host::inner
+{
+
+namespace
+{
+
+constexpr int kMostPort = 65535;
+
+} // namespace
+
+bool ServiceParts::isReady() const
+{
+    return m_IsStarted && !m_Drain.isBegun() &&
+           std::all_of(m_ReadyChecks.begin(), m_ReadyChecks.end(),
+                       [](const auto& check)
+                       {
+                           bool isGood = false;
+                           zet::inner::guard(L"addReadyCheck()", nullptr, [&] { isGood = check(); });
+                           return isGood;
+                       });
+}
+
+bool ServiceParts::startHttp(zet::System& system)
+{
+    if (m_HttpPort == Service::kNoHttp)
+        return true;
+    const auto server = zet::Unknown::Handle_T<HttpServer>(
+        new HttpServer([this](const HttpRequest& request) { return answerHttp(request); }));
+    if (m_HttpPort < 0 || m_HttpPort > kMostPort || !server->start(&system) ||
+        !server->listen(static_cast<unsigned short>(m_HttpPort), 0))
+    {
+        zet::Log::error(L"HTTP cannot listen on 127.0.0.1:%d", m_HttpPort);
+        return false;
+    }
+    m_Http = server;
+    zet::Log::message(L"HTTP on 127.0.0.1:%d", static_cast<int>(server->getPort()));
+    return true;
+}
+
+void ServiceParts::stopHttp()
+{
+    if (!m_Http)
+        return;
+    m_Http->close();
+    m_Http->stop();
+    m_Http.clear();
+}
+
+HttpAnswer ServiceParts::answerHttp(const HttpRequest& request) const
+{
+    HttpAnswer answer;
+    if (request.m_Path == "/metrics" && request.m_WantsPlainText)
+    {
+        answer.m_Type = "text/plain; version=0.0.4; charset=utf-8";
+        answer.m_Body = m_Metrics.getPlainText().getBuffer();
+    }
+    else if (request.m_Path == "/metrics")
+    {
+        answer.m_Type = "application/openmetrics-text; version=1.0.0; charset=utf-8";
+        answer.m_Body = m_Metrics.getText().getBuffer();
+    }
+    else if (request.m_Path == "/healthz")
+        answer.m_Body = "ok\n";
+    else if (request.m_Path == "/readyz")
+    {
+        answer.m_Status = isReady() ? 200 : 503;
+        answer.m_Body = m_Drain.isBegun() ? "draining\n" : answer.m_Status == 200 ? "ready\n" : "not ready\n";
+    }
+    else
+    {
+        answer.m_Status = 404;
+        answer.m_Body = "not found\n";
+    }
+    return answer;
+}
+
+} // namespace host::inner

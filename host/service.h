@@ -1,0 +1,154 @@
+// A server process in one call: its log, command line, signals, drain and service manager.
+//
+//   host::Service service(L"zone", "Runs a zone of the game.");
+//   unsigned short port = 8000;
+//   service.option("--port", port, "the port to listen on");
+//   service.onStart([&] { ...; service.serve(*server); return server->start(&service.getSystem()) && ...; });
+//   return service.run(argc, argv);
+#pragma once
+
+#include "framework/export.h"
+#include "framework/string.h"
+#include "framework/system.h"
+#include "framework/unknown.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <variant>
+
+class CCommandSocket;
+class CFrameworkClientSocket;
+class CFrameworkServerSocket;
+class UdpClientSocket;
+class UdpServerSocket;
+
+namespace zet
+{
+class TcpServer;
+class TlsContext;
+} // namespace zet
+
+namespace host
+{
+
+class Metrics;
+class Questions;
+
+// The exit codes of a service.
+enum ExitCode : int
+{
+    kExitGood = 0,
+    // It could not start; the log says why.
+    kExitFailed = 1,
+    // The command line is not valid; standard error says why.
+    kExitUsage = 2,
+    // A second request to end came before the first one was carried out.
+    kExitAtOnce = 3
+};
+
+// A variable that an option sets. A bool is a switch without a value.
+using OptionTarget = std::variant<bool*, int*, unsigned short*, zet::String_T<wchar_t>*>;
+
+namespace inner
+{
+struct ServiceParts;
+}
+
+// run() reads the command line, starts the log (console, and files in "log/NAME/" in the folder of the executable) and
+// ticks the System of the service until the process is to end. At most one service of a process runs.
+//
+// SIGNALS: SIGTERM and SIGINT (on Windows Ctrl+C, Ctrl+Break, the closing of the console, log-off and shutdown) begin
+// the drain; a second one ends the process at once with kExitAtOnce and without a further log line. SIGHUP reopens the
+// log files and calls what onReload() was given. Signals are noticed between ticks.
+//
+// DRAIN: the servers accept no further connection. The System goes on with its ticks, so commands that arrive are
+// handled, and open questions get their answers. A connection is closed when everything received on it was handled and
+// answered and every answer has left; when no connection is left, or after the drain time, the service ends. Answered
+// is what isAnswered() of its server says; without it, every connection counts as answered while no question of await()
+// is open and no onBusy() returns true.
+//
+// A service manager that sets NOTIFY_SOCKET, such as systemd with Type=notify, gets each state. If it watches the
+// process (WATCHDOG_USEC), ticks that do not end let it restart the process.
+//
+// THREADS: all of it belongs to the thread that constructs it and calls run(); beginDrain() may be called there only,
+// too. Exceptions from callables are logged; one from onStart() or onReload() counts as false.
+class COMMONGROUND_API Service
+{
+public:
+    static constexpr std::chrono::milliseconds kDefaultDrainTime{10000};
+    static constexpr int kNoHttp = -1;
+
+    // The name is that of the System and of the log folder; about is the sentence of the help text, in UTF-8. The type
+    // is CMyServiceSystem's. Loads the log modules.
+    Service(const wchar_t* name, const char* about, unsigned char serverType = 0);
+    // Everything started in its System must have stopped, or be held by handles.
+    ~Service();
+    Service(const Service&) = delete;
+    Service& operator=(const Service&) = delete;
+
+    // Before run(). An option of the command line, "--port 8000" or "--port=8000". The variable's value is the default;
+    // it must live until run() returns. --help, --log-folder, --drain-time and --http-port exist already.
+    template <class T>
+    void option(const char* name, T& value, const char* help)
+    {
+        addOption(name, &value, help);
+    }
+
+    // Before run(). Called when the log is started, before the first tick: creates and starts what the service serves.
+    // False, or an exception, ends the service with kExitFailed.
+    void onStart(std::function<bool()> start);
+    // Called, in order, for each request to reload. False is logged as a failed reload; the process goes on.
+    void onReload(std::function<bool()> reload);
+    // Called when the drain begins, before the servers stop accepting, for example to inform peers.
+    void onDrain(std::function<void()> drain);
+    // Called at the end, after the last tick and before the tasks of the System stop. The log is stopped already.
+    void onStop(std::function<void()> stop);
+
+    // The server is drained at the end. Not owned; it must live until run() returns. isAnswered: whether nothing that
+    // arrived on a connection still waits for an answer of the host.
+    void serve(CFrameworkServerSocket& server, std::function<bool(CFrameworkClientSocket&)> isAnswered = {});
+    void serve(UdpServerSocket& server, std::function<bool(UdpClientSocket&)> isAnswered = {});
+    // The drain waits while one of these questions is open, or while the callable returns true. As above, not owned.
+    void await(const Questions& questions);
+    void onBusy(std::function<bool()> isBusy);
+
+    // Gives the server a context that the callable makes, now and for each request to reload: new connections use the
+    // renewed certificates. If the callable returns null or the server refuses the context, the one before stays.
+    bool useTls(zet::TcpServer& server, std::function<zet::Unknown::Handle_T<zet::TlsContext>()> make);
+
+    // The whole drain takes no longer. Before run(); --drain-time has milliseconds, too.
+    void setDrainTime(std::chrono::milliseconds time);
+    // Whether the service is started, does not drain, and every callable of addReadyCheck() returns true.
+    bool isReady() const;
+    void addReadyCheck(std::function<bool()> isReady);
+    bool isDraining() const;
+
+    // Before run(); --http-port changes it, too. With a port (0 for a free one, which the log names) an HTTP server on
+    // 127.0.0.1 answers GET and HEAD in the System: /metrics with the figures of getMetrics(), /healthz as long as
+    // ticks happen, /readyz with 200 or 503 by isReady(). It has no password: whoever has access to this machine can
+    // read them.
+    void setHttpPort(int port);
+    // Off unless there is an HTTP port or the host calls setOn(true) before run(). While on, ticks are measured.
+    Metrics& getMetrics() const;
+
+    // Does what the first SIGTERM does.
+    void beginDrain();
+
+    // Returns an ExitCode for main() to return. A service runs once.
+    int run(int count, char** words);
+
+    zet::System& getSystem() const;
+
+private:
+    class Frame;
+
+    void addOption(const char* name, OptionTarget target, const char* help);
+    // "usage: zone [OPTION...]", about, and a line for each option. UTF-8.
+    zet::String_T<char> getHelp() const;
+
+    const std::unique_ptr<inner::ServiceParts> m_Parts;
+    const zet::Unknown::Handle_T<Frame> m_Frame;
+};
+
+} // namespace host

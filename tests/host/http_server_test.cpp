@@ -1,0 +1,254 @@
+#include "host/inner/http_server.h"
+
+#include "framework/time.h"
+#include "tests/support/loopback.h"
+#include "tests/support/raw_handle.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using host::inner::HttpAnswer;
+using host::inner::HttpRequest;
+using host::inner::HttpServer;
+using test::tickUntil;
+
+// A client that sends bytes and keeps what it gets.
+class Client
+{
+public:
+    Client(zet::System& system, unsigned short port) : m_System(system), m_Stream(new zet::TcpStream)
+    {
+        m_Stream->start(&system);
+        EXPECT_TRUE(m_Stream->connect(L"127.0.0.1", port, false));
+        EXPECT_TRUE(
+            tickUntil(system, [&] { return m_Stream->getConnectionState() == zet::TcpConnection::kEstablished; }));
+    }
+    ~Client()
+    {
+        m_Stream->close();
+        m_Stream->stop();
+    }
+    bool send(const std::string& text)
+    {
+        return m_Stream->send(text.data(), static_cast<int>(text.size())) == static_cast<int>(text.size());
+    }
+    const std::string& received()
+    {
+        char piece[4096];
+        for (int got; (got = m_Stream->read(piece, sizeof piece)) > 0 || (got = receiveNow(piece, sizeof piece)) > 0;)
+            m_Text.append(piece, static_cast<size_t>(got));
+        return m_Text;
+    }
+    bool isOver() const { return m_Stream->getConnectionState() != zet::TcpConnection::kEstablished; }
+    bool getsEnd()
+    {
+        return tickUntil(m_System,
+                         [&]
+                         {
+                             received();
+                             return isOver();
+                         });
+    }
+    bool gets(const std::string& text)
+    {
+        return tickUntil(m_System, [&] { return received().find(text) != std::string::npos; });
+    }
+
+    zet::System& m_System;
+    zet::Unknown::Handle_T<zet::TcpStream> m_Stream;
+    std::string m_Text;
+
+private:
+    int receiveNow(char* piece, int size)
+    {
+        const int got = m_Stream->peek(piece, size);
+        return m_Stream->skip(got);
+    }
+};
+
+class Http : public testing::Test
+{
+protected:
+    Http()
+        : m_Server(new HttpServer(
+              [this](const HttpRequest& request)
+              {
+                  ++m_Requests;
+                  if (request.m_Path == "/throw")
+                      throw std::runtime_error("no answer");
+                  HttpAnswer answer;
+                  answer.m_Status = request.m_Path == "/none" ? 404 : 200;
+                  answer.m_Body = request.m_Path == "/large" ? std::string(kLarge, 'x') : request.m_Path + "\n";
+                  return answer;
+              }))
+    {
+        m_System.init();
+        EXPECT_TRUE(m_Server->start(&m_System) && m_Server->listen(0, 0));
+    }
+    ~Http() override
+    {
+        m_Server->close();
+        m_System.exit();
+    }
+    static std::string request(const std::string& path, const std::string& fields = "")
+    {
+        return "GET " + path + " HTTP/1.1\r\nHost: a\r\n" + fields + "\r\n";
+    }
+    // What a client gets for this until the server ends the connection.
+    std::string answerTo(const std::string& text)
+    {
+        Client client(m_System, m_Server->getPort());
+        EXPECT_TRUE(client.send(text));
+        EXPECT_TRUE(client.getsEnd()) << text;
+        return client.received();
+    }
+    // More than the system's buffers of both sides.
+    static constexpr size_t kLarge = 32 * 1024 * 1024;
+
+    zet::TestClock m_Clock{1000000};
+    zet::System m_System;
+    const zet::Unknown::Handle_T<HttpServer> m_Server;
+    int m_Requests = 0;
+};
+
+TEST_F(Http, AnswerByteForByte)
+{
+    EXPECT_EQ(answerTo(request("/a", "Connection: close\r\n")), "HTTP/1.1 200 OK\r\n"
+                                                                "Content-Type: text/plain; charset=utf-8\r\n"
+                                                                "Content-Length: 3\r\n"
+                                                                "X-Content-Type-Options: nosniff\r\n"
+                                                                "Connection: close\r\n"
+                                                                "\r\n"
+                                                                "/a\n");
+}
+
+TEST_F(Http, HeadGetsTheLengthWithoutTheBody)
+{
+    const std::string answer = answerTo("HEAD /four HTTP/1.0\r\n\r\n");
+    EXPECT_NE(answer.find("Content-Length: 6\r\n"), std::string::npos);
+    EXPECT_EQ(answer.substr(answer.size() - 4), "\r\n\r\n");
+}
+
+TEST_F(Http, FaultsHaveTheirStatusAndEndTheConnection)
+{
+    const auto statusOf = [&](const std::string& text) { return answerTo(text).substr(0, 12); };
+    EXPECT_EQ(statusOf("nonsense\r\n\r\n"), "HTTP/1.1 400");
+    EXPECT_EQ(statusOf("nonsense\n"), "HTTP/1.1 400");
+    EXPECT_EQ(statusOf("POST / HTTP/1.1\r\nHost: a\r\nContent-Length: 5\r\n\r\nhello"), "HTTP/1.1 405");
+    EXPECT_NE(answerTo("POST / HTTP/1.1\r\nHost: a\r\n\r\n").find("Allow: GET, HEAD\r\n"), std::string::npos);
+    EXPECT_EQ(statusOf("GET / HTTP/1.1\r\n" + std::string(8192, 'x')), "HTTP/1.1 431");
+    EXPECT_EQ(statusOf("GET / HTTP/1.1\r\n" + std::string(200000, 'x')), "HTTP/1.1 431");
+    EXPECT_EQ(m_Requests, 0);
+    EXPECT_EQ(statusOf(request("/none", "Connection: close\r\n")), "HTTP/1.1 404");
+    EXPECT_EQ(statusOf(request("/throw", "Connection: close\r\n")), "HTTP/1.1 500");
+}
+
+TEST_F(Http, OneConnectionServesRequestAfterRequest)
+{
+    Client client(m_System, m_Server->getPort());
+    for (const char* const path : {"/one", "/two", "/none", "/three"})
+    {
+        ASSERT_TRUE(client.send(request(path)));
+        EXPECT_TRUE(client.gets(std::string(path) + "\n"));
+    }
+    EXPECT_FALSE(client.isOver());
+    EXPECT_EQ(m_Server->getConnectionCount(), 1);
+}
+
+TEST_F(Http, PipelinedRequestsAreAnsweredInOrder)
+{
+    std::string all;
+    for (int i = 0; i < 100; ++i)
+        all += request("/" + std::to_string(i));
+    const std::string answers = answerTo(all + request("/last", "Connection: close\r\n") + request("/beyond"));
+    size_t at = 0;
+    for (int i = 0; i < 100; ++i)
+    {
+        at = answers.find("\r\n\r\n/" + std::to_string(i) + "\n", at);
+        ASSERT_NE(at, std::string::npos) << i;
+    }
+    EXPECT_NE(answers.find("/last\n", at), std::string::npos);
+    EXPECT_EQ(m_Requests, 101);
+}
+
+TEST_F(Http, RequestInPiecesIsRead)
+{
+    Client client(m_System, m_Server->getPort());
+    const std::string text = request("/pieces");
+    for (const char unit : text)
+    {
+        ASSERT_TRUE(client.send(std::string(1, unit)));
+        m_System.tick();
+        m_System.tick();
+    }
+    EXPECT_TRUE(client.gets("/pieces\n"));
+}
+
+TEST_F(Http, ClientThatEndsItsOutputGetsItsAnswer)
+{
+    Client client(m_System, m_Server->getPort());
+    ASSERT_TRUE(client.send(request("/half")));
+    m_System.tick();
+    ASSERT_TRUE(test::endOutput(client.m_Stream->getHandle()));
+    EXPECT_TRUE(client.getsEnd());
+    EXPECT_NE(client.received().find("/half\n"), std::string::npos);
+}
+
+TEST_F(Http, ClientThatDoesNotReadHoldsOneAnswerUntilItsTimeIsOver)
+{
+    Client client(m_System, m_Server->getPort());
+    ASSERT_TRUE(client.send(request("/large") + request("/large") + request("/large")));
+    ASSERT_TRUE(tickUntil(m_System, [&] { return m_Requests == 1; }));
+    for (int i = 0; i < 50; ++i)
+        m_System.tick();
+    EXPECT_EQ(m_Requests, 1);
+    m_Clock.advance(HttpServer::kMostTime - 1);
+    m_System.tick();
+    EXPECT_EQ(m_Server->getConnectionCount(), 1);
+    m_Clock.advance(1);
+    m_System.tick();
+    EXPECT_EQ(m_Server->getConnectionCount(), 0);
+}
+
+TEST_F(Http, SlowRequestEndsWithItsTime)
+{
+    Client slow(m_System, m_Server->getPort());
+    Client silent(m_System, m_Server->getPort());
+    ASSERT_TRUE(tickUntil(m_System, [&] { return m_Server->getConnectionCount() == 2; }));
+    // A byte now and then gives no more time.
+    for (unsigned int passed = 0; passed < HttpServer::kMostTime; passed += 1000)
+    {
+        ASSERT_TRUE(slow.send("G"));
+        m_System.tick();
+        EXPECT_EQ(m_Server->getConnectionCount(), 2);
+        m_Clock.advance(1000);
+    }
+    m_System.tick();
+    EXPECT_EQ(m_Server->getConnectionCount(), 0);
+    EXPECT_TRUE(slow.getsEnd());
+    EXPECT_EQ(slow.received(), "");
+}
+
+TEST_F(Http, ConnectionsBeyondTheBoundAreClosed)
+{
+    std::vector<std::unique_ptr<Client>> clients;
+    for (int i = 0; i < HttpServer::kMostConnections; ++i)
+        clients.push_back(std::make_unique<Client>(m_System, m_Server->getPort()));
+    ASSERT_TRUE(tickUntil(m_System, [&] { return m_Server->getConnectionCount() == HttpServer::kMostConnections; }));
+    Client further(m_System, m_Server->getPort());
+    EXPECT_TRUE(further.getsEnd());
+    EXPECT_EQ(m_Server->getConnectionCount(), HttpServer::kMostConnections);
+    ASSERT_TRUE(clients.front()->send(request("/served")));
+    EXPECT_TRUE(clients.front()->gets("/served\n"));
+    // A place that is free again is used.
+    clients.pop_back();
+    ASSERT_TRUE(
+        tickUntil(m_System, [&] { return m_Server->getConnectionCount() == HttpServer::kMostConnections - 1; }));
+    Client next(m_System, m_Server->getPort());
+    ASSERT_TRUE(next.send(request("/next")));
+    EXPECT_TRUE(next.gets("/next\n"));
+}
+
+} // namespace

@@ -1,0 +1,50 @@
+// Runs a service in this process, with steps that a test takes in its ticks.
+#pragma once
+
+#include "host/service.h"
+
+#include <functional>
+#include <vector>
+
+namespace test
+{
+
+class ServiceSteps : public zet::System::Task
+{
+public:
+    explicit ServiceSteps(host::Service& service) : m_Service(service)
+    {
+        m_Service.onStart([this] { return start(&m_Service.getSystem()); });
+    }
+    // Called once per tick until it returns true; then the next step's turn begins.
+    void add(std::function<bool()> step) { m_Steps.push_back(std::move(step)); }
+    // The exit code of the service. A test whose steps do not end shuts the service down after many ticks.
+    int run()
+    {
+        char name[] = "program";
+        char* words[] = {name};
+        const int code = m_Service.run(1, words);
+        stop();
+        return code;
+    }
+    bool areDone() const { return m_Next == m_Steps.size(); }
+
+    void onTick(unsigned int) override
+    {
+        if (!areDone() && m_Steps[m_Next]())
+            ++m_Next;
+        if (++m_Ticks > kMostTicks)
+            m_Service.getSystem().shutdown();
+    }
+
+private:
+    // Ten seconds without an event.
+    static constexpr int kMostTicks = 1000;
+
+    host::Service& m_Service;
+    std::vector<std::function<bool()>> m_Steps;
+    size_t m_Next = 0;
+    int m_Ticks = 0;
+};
+
+} // namespace test
