@@ -125,11 +125,26 @@ add_test(NAME House.ReadmeShowsTheCompiledExample
   COMMAND Python3::Interpreter -c "import sys; sys.exit(open(sys.argv[2]).read() not in open(sys.argv[1]).read())"
     ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/examples/hello/hello.cpp)
 
-if(TARGET questions)
-  add_test(NAME House.ExampleGetsItsAnswers COMMAND questions)
-  set_tests_properties(House.ExampleGetsItsAnswers PROPERTIES TIMEOUT 60 PASS_REGULAR_EXPRESSION
-    "^asked 1, answered 1\nasked 2, answered 2\nasked 3, answered 3\nasked 0: timed out\nasked 99: the connection ended\n$")
+# The code blocks of the pages for hosts, with coroutines if the compiler has them.
+add_test(NAME House.PageCheckFindsTheBlocks COMMAND Python3::Interpreter ${scripts}/check_pages.py --self-test)
+if(COMMONGROUND_HAS_COROUTINES)
+  add_test(NAME House.CodeInThePagesCompiles
+    COMMAND Python3::Interpreter ${scripts}/check_pages.py ${PROJECT_SOURCE_DIR}/tests/pages/preamble.inc
+      ${PROJECT_SOURCE_DIR}/docs/hosts.md ${PROJECT_SOURCE_DIR}/README.md
+      -- ${CMAKE_CXX_COMPILER} -std=c++20 -Wall -Wextra -Wno-unused -Werror -I${PROJECT_SOURCE_DIR})
 endif()
+
+# What each example prints is in its output.txt.
+set(examples)
+foreach(example hello questions tls udp packs accounts)
+  if(TARGET ${example})
+    list(APPEND examples ${example})
+    add_test(NAME House.ExamplePrintsItsOutput.${example}
+      COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:${example}> -DEXAMPLE=${PROJECT_SOURCE_DIR}/examples/${example}
+        -DPLACE=${PROJECT_BINARY_DIR}/example_files -P ${PROJECT_SOURCE_DIR}/tests/examples/check.cmake)
+  endif()
+endforeach()
+string(REPLACE ";" "," examples "${examples}")
 
 # The installed package, used by a host.
 add_test(NAME House.InstalledCheckFindsEachFault COMMAND Python3::Interpreter ${scripts}/check_installed.py --self-test)
@@ -138,7 +153,7 @@ if(COMMONGROUND_INSTALL)
     COMMAND Python3::Interpreter ${scripts}/check_installed.py ${CMAKE_COMMAND} ${PROJECT_BINARY_DIR})
   add_test(NAME House.InstalledPackageServesAHost
     COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR} -DSOURCE=${PROJECT_SOURCE_DIR}
-      -DCOMPILER=${CMAKE_CXX_COMPILER} -DVERSION=${PROJECT_VERSION}
+      -DCOMPILER=${CMAKE_CXX_COMPILER} -DVERSION=${PROJECT_VERSION} -DEXAMPLES=${examples}
       -P ${PROJECT_SOURCE_DIR}/tests/package/check.cmake)
 endif()
 add_test(NAME House.WithoutTlsThereIsNoGnuTls
@@ -146,4 +161,4 @@ add_test(NAME House.WithoutTlsThereIsNoGnuTls
     -DCOMPILER=${CMAKE_CXX_COMPILER} -P ${PROJECT_SOURCE_DIR}/tests/without_tls/check.cmake)
 add_test(NAME House.AHostMayHaveTheTreeInItsOwn
   COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR} -DSOURCE=${PROJECT_SOURCE_DIR}
-    -DCOMPILER=${CMAKE_CXX_COMPILER} -P ${PROJECT_SOURCE_DIR}/tests/subproject/check.cmake)
+    -DCOMPILER=${CMAKE_CXX_COMPILER} -DEXAMPLES=${examples} -P ${PROJECT_SOURCE_DIR}/tests/subproject/check.cmake)
