@@ -146,6 +146,20 @@ foreach(example hello questions tls udp packs accounts)
 endforeach()
 string(REPLACE ";" "," examples "${examples}")
 
+# The reference of the installed headers.
+find_program(COMMONGROUND_DOXYGEN doxygen)
+if(COMMONGROUND_DOXYGEN AND COMMONGROUND_INSTALL)
+  add_test(NAME House.ReferenceBuildsWithoutAWarning
+    COMMAND Python3::Interpreter ${scripts}/reference.py build ${CMAKE_COMMAND} ${PROJECT_BINARY_DIR})
+  add_test(NAME House.EveryPublicNameHasAComment
+    COMMAND Python3::Interpreter ${scripts}/reference.py check ${PROJECT_BINARY_DIR})
+  set_tests_properties(House.ReferenceBuildsWithoutAWarning PROPERTIES FIXTURES_SETUP reference)
+  set_tests_properties(House.EveryPublicNameHasAComment PROPERTIES FIXTURES_REQUIRED reference)
+  add_test(NAME House.ReferenceCheckFindsEachFault COMMAND Python3::Interpreter ${scripts}/reference.py --self-test)
+elseif(NOT COMMONGROUND_DOXYGEN)
+  message(STATUS "The tests of the reference are left out: doxygen is missing")
+endif()
+
 # The installed package, used by a host.
 add_test(NAME House.InstalledCheckFindsEachFault COMMAND Python3::Interpreter ${scripts}/check_installed.py --self-test)
 if(COMMONGROUND_INSTALL)

@@ -51,6 +51,7 @@ public:
     // Servers of which a context keeps the last session, to resume it. Over TCP.
     static constexpr int kKeptSessions = 1024;
 
+    // Without certificate and authorities. If GnuTLS cannot be started, that is logged, and every operation fails.
     TlsContext();
     ~TlsContext() override;
 
@@ -87,9 +88,12 @@ public:
     // Milliseconds, 1 to 2,147,483,647. Over TCP.
     bool setHandshakeTime(unsigned int milliseconds);
 
+    // Whether a certificate, or an authority, was added.
     bool hasCertificate() const;
     bool hasTrust() const;
+    // What setClientCertificate() was given.
     ClientCertificate getClientCertificate() const { return m_ClientCertificate; }
+    // Milliseconds; kDefaultHandshakeTime at first.
     unsigned int getHandshakeTime() const { return m_HandshakeTime; }
     // Whether the context has what a server, or a client, needs. If not, a log line says what is missing.
     bool servesServer() const;
