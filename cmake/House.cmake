@@ -125,16 +125,46 @@ add_test(NAME House.ReadmeShowsTheCompiledExample
   COMMAND Python3::Interpreter -c "import sys; sys.exit(open(sys.argv[2]).read() not in open(sys.argv[1]).read())"
     ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/examples/hello/hello.cpp)
 
-if(TARGET questions)
-  add_test(NAME House.ExampleGetsItsAnswers COMMAND questions)
-  set_tests_properties(House.ExampleGetsItsAnswers PROPERTIES TIMEOUT 60 PASS_REGULAR_EXPRESSION
-    "^asked 1, answered 1\nasked 2, answered 2\nasked 3, answered 3\nasked 0: timed out\nasked 99: the connection ended\n$")
+# The code blocks of the pages for hosts, with coroutines if the compiler has them.
+add_test(NAME House.PageCheckFindsTheBlocks COMMAND Python3::Interpreter ${scripts}/check_pages.py --self-test)
+if(COMMONGROUND_HAS_COROUTINES)
+  add_test(NAME House.CodeInThePagesCompiles
+    COMMAND Python3::Interpreter ${scripts}/check_pages.py ${PROJECT_SOURCE_DIR}/tests/pages/preamble.inc
+      ${PROJECT_SOURCE_DIR}/docs/hosts.md ${PROJECT_SOURCE_DIR}/README.md
+      -- ${CMAKE_CXX_COMPILER} -std=c++20 -Wall -Wextra -Wno-unused -Werror -I${PROJECT_SOURCE_DIR})
 endif()
 
-if(NOT WIN32)
+# What each example prints is in its output.txt.
+set(examples)
+foreach(example hello questions tls udp packs accounts)
+  if(TARGET ${example})
+    list(APPEND examples ${example})
+    add_test(NAME House.ExamplePrintsItsOutput.${example}
+      COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:${example}> -DEXAMPLE=${PROJECT_SOURCE_DIR}/examples/${example}
+        -DPLACE=${PROJECT_BINARY_DIR}/example_files -P ${PROJECT_SOURCE_DIR}/tests/examples/check.cmake)
+  endif()
+endforeach()
+# The example that serves until it gets a signal is driven by a script.
+if(TARGET service AND NOT WIN32)
   add_test(NAME House.ExampleServesUntilItIsToEnd
     COMMAND Python3::Interpreter ${scripts}/check_service.py $<TARGET_FILE:service>)
   set_tests_properties(House.ExampleServesUntilItIsToEnd PROPERTIES TIMEOUT 120)
+  list(APPEND examples service)
+endif()
+string(REPLACE ";" "," examples "${examples}")
+
+# The reference of the installed headers.
+find_program(COMMONGROUND_DOXYGEN doxygen)
+if(COMMONGROUND_DOXYGEN AND COMMONGROUND_INSTALL)
+  add_test(NAME House.ReferenceBuildsWithoutAWarning
+    COMMAND Python3::Interpreter ${scripts}/reference.py build ${CMAKE_COMMAND} ${PROJECT_BINARY_DIR})
+  add_test(NAME House.EveryPublicNameHasAComment
+    COMMAND Python3::Interpreter ${scripts}/reference.py check ${PROJECT_BINARY_DIR})
+  set_tests_properties(House.ReferenceBuildsWithoutAWarning PROPERTIES FIXTURES_SETUP reference)
+  set_tests_properties(House.EveryPublicNameHasAComment PROPERTIES FIXTURES_REQUIRED reference)
+  add_test(NAME House.ReferenceCheckFindsEachFault COMMAND Python3::Interpreter ${scripts}/reference.py --self-test)
+elseif(NOT COMMONGROUND_DOXYGEN)
+  message(STATUS "The tests of the reference are left out: doxygen is missing")
 endif()
 
 # The installed package, used by a host.
@@ -144,7 +174,7 @@ if(COMMONGROUND_INSTALL)
     COMMAND Python3::Interpreter ${scripts}/check_installed.py ${CMAKE_COMMAND} ${PROJECT_BINARY_DIR})
   add_test(NAME House.InstalledPackageServesAHost
     COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR} -DSOURCE=${PROJECT_SOURCE_DIR}
-      -DCOMPILER=${CMAKE_CXX_COMPILER} -DVERSION=${PROJECT_VERSION}
+      -DCOMPILER=${CMAKE_CXX_COMPILER} -DVERSION=${PROJECT_VERSION} -DEXAMPLES=${examples}
       -P ${PROJECT_SOURCE_DIR}/tests/package/check.cmake)
 endif()
 add_test(NAME House.WithoutTlsThereIsNoGnuTls
@@ -152,4 +182,4 @@ add_test(NAME House.WithoutTlsThereIsNoGnuTls
     -DCOMPILER=${CMAKE_CXX_COMPILER} -P ${PROJECT_SOURCE_DIR}/tests/without_tls/check.cmake)
 add_test(NAME House.AHostMayHaveTheTreeInItsOwn
   COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR} -DSOURCE=${PROJECT_SOURCE_DIR}
-    -DCOMPILER=${CMAKE_CXX_COMPILER} -P ${PROJECT_SOURCE_DIR}/tests/subproject/check.cmake)
+    -DCOMPILER=${CMAKE_CXX_COMPILER} -DEXAMPLES=${examples} -P ${PROJECT_SOURCE_DIR}/tests/subproject/check.cmake)

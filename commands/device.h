@@ -112,6 +112,7 @@ public:
 
     // Each value is sent as one byte.
     void initGSensorData(float x, float y, float z);
+    // The value of an axis, as it was sent.
     float getGSensorX() const { return convertByte2GSensor(m_SensorX); }
     float getGSensorY() const { return convertByte2GSensor(m_SensorY); }
     float getGSensorZ() const { return convertByte2GSensor(m_SensorZ); }
@@ -124,6 +125,7 @@ public:
 protected:
     // A value outside the scale, on either side, becomes the lowest code, not the nearest.
     unsigned char convertGSensor2Byte(float value) const;
+    // The value of a code.
     float convertByte2GSensor(unsigned char value) const;
 };
 

@@ -16,6 +16,7 @@ class COMMONGROUND_API CSportScore
 public:
     WIRE_INTERFACE_BOTH
 
+    // The number of scores.
     int getSize() const { return static_cast<int>(m_Values.size()); }
     // The sum of the list; wraps beyond int.
     int getTotalScore() const;

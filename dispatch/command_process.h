@@ -11,9 +11,13 @@ class CCommandSocket;
 
 // Gets a command that lives only during the call: the handler must copy what it keeps.
 using CmdHandler = void (*)(CCmdHead* command, unsigned long arg1, unsigned long arg2);
+// Reads a command and calls the handler with the two arguments: the X_Process of a class X. False, and logged, for a
+// payload that does not fit the class; the handler is not called then.
 using CmdProcess = bool (*)(CCmdPackager* pk, CmdHandler handler, unsigned long arg1, unsigned long arg2);
+// Gets a command whose id has no handler, or that was refused.
 using CmdFallback = void (*)(CCmdPackager* pk, unsigned long arg1, unsigned long arg2);
 
+// The same for commands of a stream socket: X_ProcessSocket, and the socket comes first.
 using SocketCmdHandler = void (*)(CCommandSocket* socket, CCmdHead* command, unsigned long arg1, unsigned long arg2);
 using SocketCmdProcess = bool (*)(CCommandSocket* socket, CCmdPackager* pk, SocketCmdHandler handler,
                                   unsigned long arg1, unsigned long arg2);

@@ -11,6 +11,7 @@ namespace zet
 class InputStream;
 class OutputStream;
 
+// A block of bytes: a plain value; a copy copies the bytes.
 class COMMONGROUND_API Buffer
 {
 public:
@@ -18,10 +19,12 @@ public:
     // A block of size zero bytes; a negative size counts as 0.
     explicit Buffer(int size) { setBufferSize(size); }
 
+    // The size in bytes.
     int getBufferSize() const { return static_cast<int>(m_Bytes.size()); }
     // Resizes and keeps what fits; new bytes are zero. Returns the resulting size: the old one if size is negative or
     // there is no memory.
     int setBufferSize(int size);
+    // The bytes, which may be null if there are none. Valid until the size changes.
     unsigned char* getBuffer() { return m_Bytes.data(); }
     const unsigned char* getBuffer() const { return m_Bytes.data(); }
 

@@ -20,6 +20,7 @@ constexpr unsigned long classIdOf(const wchar_t* className)
 class RtRegistration
 {
 public:
+    // className is not copied and must outlive the object, as a literal does.
     RtRegistration(const wchar_t* className, Unknown::RtFactory::Creator creator) : m_ClassName(className)
     {
         Unknown::RtFactory::setupCreator(className, creator);

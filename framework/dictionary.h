@@ -17,6 +17,7 @@ public:
     {
     public:
         virtual ~Walker() = default;
+        // Called for each entry. The value may be changed; false stops the walk.
         virtual bool onEntry(const K& key, V& value) = 0;
     };
 
@@ -25,7 +26,9 @@ public:
     Dictionary(const Dictionary& other) : m_Map(other.m_Map) {}
     Dictionary& operator=(const Dictionary&) = delete;
 
+    // The number of entries.
     int getSize() const { return static_cast<int>(m_Map.size()); }
+    // Whether there are none.
     bool isEmpty() const { return m_Map.empty(); }
     // Null if the key is missing.
     V* find(const K& key)
@@ -59,6 +62,7 @@ public:
             viewer->m_Erased = std::move(node);
         return true;
     }
+    // Erases all entries, each as erase() does.
     void clear()
     {
         while (!m_Map.empty())
@@ -66,7 +70,7 @@ public:
     }
 
     // Visits the entries in order. The walk advances to the next entry before it calls the walker, so the walker may
-    // erase any entry, including its own.
+    // erase any entry, including its own. False if the walker stopped the walk.
     bool foreach(Walker& walker)
     {
         Walk walk;

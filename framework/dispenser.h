@@ -15,6 +15,7 @@ template <class Subject>
 class Handler_T
 {
 public:
+    // The class of the objects is the one that the method takes.
     template <class Owner, class Base, class Kind>
     Handler_T(Owner* owner, void (Base::*method)(Kind*))
         : m_ClassId(Kind::getClassId_()), m_Call(
@@ -27,7 +28,9 @@ public:
     {
     }
 
+    // The number of that class.
     unsigned long getClassId() const { return m_ClassId; }
+    // Calls the method if the object is of that class.
     void call(Subject* subject) const { m_Call(subject); }
 
 private:
@@ -56,6 +59,7 @@ public:
     }
 
 protected:
+    // Subscribes a handler, for as long as this object exists.
     void add(const Handler_T<Subject>& handler) { m_Handlers.push_back(handler); }
 
 private:

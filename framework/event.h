@@ -15,9 +15,11 @@ class COMMONGROUND_API Event : public virtual Unknown
 // void Host::onClosed(const Evt_NetClosed*). A virtual method is called virtually.
 using EventHandler = Handler_T<const Event>;
 
+// Passes events to their subscribers, as Dispenser_T says.
 class EventDispenser : public Dispenser_T<const Event>
 {
 public:
+    // Subscribes a handler for as long as the dispenser exists; the owner of its method must live as long.
     void addEventHandler(const EventHandler& handler) { add(handler); }
 };
 

@@ -40,6 +40,7 @@ struct FormatArg
         const void* m_Pointer;
     };
 
+    // The argument for a value: a number, an enumeration, a text of the width T, or a pointer. Does not copy a text.
     template <class V>
     static FormatArg of(const V& value)
     {
@@ -81,6 +82,7 @@ struct FormatArg
     }
 };
 
+// Formats count arguments by the pattern, for formatText().
 COMMONGROUND_API String_T<char> formatArgs(const char* pattern, const FormatArg<char>* args, size_t count);
 COMMONGROUND_API String_T<wchar_t> formatArgs(const wchar_t* pattern, const FormatArg<wchar_t>* args, size_t count);
 

@@ -40,6 +40,8 @@ public:
     JsonValue(T value) : m_Value(value)
     {
     }
+    // Values of the type of their argument: kSigned for int and long long, kUnsigned for the unsigned types, kFloat for
+    // double, kString for text. A null pointer is the empty text.
     JsonValue(int value) : m_Value(static_cast<long long>(value)) {}
     JsonValue(unsigned int value) : m_Value(static_cast<unsigned long long>(value)) {}
     JsonValue(unsigned long value) : m_Value(static_cast<unsigned long long>(value)) {}
@@ -65,7 +67,9 @@ public:
     const JsonValue& operator[](int index) const;
     const JsonValue& operator[](const wchar_t* name) const;
 
+    // The type of the value.
     Type getType() const { return static_cast<Type>(m_Value.index()); }
+    // Whether the value has the type in the name.
     bool isNull() const { return getType() == kNull; }
     bool isArray() const { return getType() == kArray; }
     bool isObject() const { return getType() == kObject; }
@@ -73,6 +77,7 @@ public:
     int size() const;
     // Removes all elements or members; any other value becomes null.
     void clear();
+    // Exchanges the two values. Allocates nothing.
     void swap(JsonValue& other) noexcept { m_Value.swap(other.m_Value); }
 
     // The text, or the empty text for another type.
@@ -92,6 +97,7 @@ private:
     std::variant<std::monostate, bool, long long, unsigned long long, double, String_T<wchar_t>, Array, Object> m_Value;
 };
 
+// Converts between values and their text. Any thread.
 class COMMONGROUND_API Json
 {
 public:

@@ -13,6 +13,8 @@
 namespace zet
 {
 
+// The log of the process. A line goes to all loaded modules and to all sinks. All operations may be called from any
+// thread.
 class COMMONGROUND_API Log
 {
 public:
@@ -27,7 +29,8 @@ public:
     // must not add or remove sinks.
     using Sink = std::function<void(Level, const String_T<wchar_t>&)>;
 
-    // Not inline: code that logs nothing pays for one jump only.
+    // Log a line of the level in their name, formatted by the rules of framework/format.h. Not inline: code that logs
+    // nothing pays for one jump only.
     template <class... Args>
     [[gnu::noinline]] static void message(const wchar_t* pattern, const Args&... args)
     {
@@ -66,10 +69,12 @@ public:
 
     // Adds a sink of a host or a test, which gets every line, even while the log is not started. Returns its number.
     static int addSink(Sink sink);
+    // Removes a sink by its number; other numbers are ignored. When it returns, the sink is not called any more.
     static void removeSink(int number);
 
     // Whether any sink takes lines now; if not, no line is formatted.
     static bool isWanted();
+    // Logs a formatted line. Dropped inside a sink.
     static void write(Level level, const String_T<wchar_t>& line);
 };
 

@@ -11,6 +11,7 @@ class COMMONGROUND_API MemoryInput final : public Input
 {
 public:
     MemoryInput() = default;
+    // The same as show().
     MemoryInput(const void* bytes, int size) { show(bytes, size); }
 
     // Changes the view to other bytes; a negative size counts as 0.
@@ -34,10 +35,12 @@ private:
 class COMMONGROUND_API MemoryStream : public IO
 {
 public:
+    // An empty stream. The caller holds it.
     static Unknown::Handle_T<MemoryStream> createInstance();
 
     // Bytes written and not read yet.
     int getSize() const { return available(); }
+    // Drops all bytes, also those not read yet; the memory is kept.
     void clear();
 
     int available() const override { return static_cast<int>(m_Bytes.size() - m_ReadAt); }

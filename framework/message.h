@@ -42,9 +42,11 @@ inline InputStream& operator>>(InputStream& stream, Message&)
 // void Host::onGreeting(Greeting*).
 using MessageHandler = Handler_T<Message>;
 
+// Passes messages to their subscribers, as Dispenser_T says.
 class MessageDispenser : public Dispenser_T<Message>
 {
 public:
+    // Subscribes a handler for as long as the dispenser exists; the owner of its method must live as long.
     void addMessageHandler(const MessageHandler& handler) { add(handler); }
 };
 

@@ -11,6 +11,7 @@ namespace zet
 class COMMONGROUND_API DllModule : public virtual Unknown
 {
 public:
+    // An object without a module. The caller holds it.
     static Unknown::Handle_T<DllModule> createInstance();
     ~DllModule() override;
     DllModule(const DllModule&) = delete;
@@ -20,6 +21,7 @@ public:
     // executable; a log module is added to the log. False if the file does not exist or is not a valid module, or if a
     // module is already loaded. A name cannot contain a path.
     virtual bool load(const wchar_t* name);
+    // Whether load() has succeeded.
     bool isLoaded() const { return m_Module != nullptr; }
     // Null if the module exports nothing of that name.
     void* findSymbol(const char* name) const;

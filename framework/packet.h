@@ -28,6 +28,7 @@ public:
     void attachOwner(Input* input);
     // Returns the handle of the source, or null if there is none.
     Unknown::Handle_T<Input> detach();
+    // Whether there is a source.
     bool isAttached() const { return m_Input != nullptr; }
 
     // Passes the next whole packet. Returns true with an empty stream if no packet is complete yet or no source is
@@ -59,6 +60,7 @@ public:
     // Bytes of the length word before each packet.
     static constexpr int kHeadSize = 4;
 
+    // Empty packets that one read() skips.
     static constexpr int kEmptyAtOnce = 256;
 
     // The maximum bytes of a packet, without its length word; 1 to kLargestLimit.
@@ -101,10 +103,12 @@ public:
     PacketWriter(const PacketWriter&) = delete;
     PacketWriter& operator=(const PacketWriter&) = delete;
 
-    // As in PacketReader.
+    // Starts writing to output. A sink owned by handles is held until detach(). attachOwner() holds nothing, for a sink
+    // that contains this writer; detach() returns the handle, or null.
     void attach(Output* output);
     void attachOwner(Output* output);
     Unknown::Handle_T<Output> detach();
+    // Whether there is a sink.
     bool isAttached() const { return m_Output != nullptr; }
 
     // Sends all bytes of the stream as one packet; an empty stream sends nothing. False if no sink is attached or the

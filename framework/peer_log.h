@@ -34,6 +34,7 @@ public:
     class COMMONGROUND_API Scope
     {
     public:
+        // Both must outlive this object. It must be destroyed on the same thread, before any that was made earlier.
         Scope(PeerLog& share, const void* peer, NameOf nameOf);
         ~Scope();
         Scope(const Scope&) = delete;

@@ -17,7 +17,9 @@ class COMMONGROUND_API IPropertyConverter
 {
 public:
     virtual ~IPropertyConverter();
+    // The type of the values.
     virtual const std::type_info& getType() const = 0;
+    // Sets json to the form of the value. False if the value has none.
     virtual bool convertToJson(const void* value, JsonValue& json) const = 0;
     // False if the JSON does not match; the value is unchanged then.
     virtual bool convertFromJson(const JsonValue& json, void* value) const = 0;
@@ -28,10 +30,13 @@ class COMMONGROUND_API IPropertyAttribute
 {
 public:
     virtual ~IPropertyAttribute();
+    // The name of the field in JSON.
     virtual const wchar_t* getName() const = 0;
     // The name of its type's converter.
     virtual const wchar_t* getTypeName() const = 0;
+    // A text for people; the library does not use it.
     virtual const wchar_t* getDescription() const = 0;
+    // The type of the field.
     virtual const std::type_info& getType() const = 0;
     // The field of an object, or null if the object does not have it.
     virtual const void* getValue(const Property& object) const = 0;
@@ -81,6 +86,7 @@ struct COMMONGROUND_API PropertyFactory
 {
     // Replaces a converter of the same name. The converter is not owned and must live until it is removed.
     static void setUpPropertyConverter(const wchar_t* typeName, const IPropertyConverter& converter);
+    // Removes the converter of that name, if there is one.
     static void tearDownPropertyConverter(const wchar_t* typeName);
     // Null if there is none.
     static const IPropertyConverter* getPropertyConverter(const wchar_t* typeName);

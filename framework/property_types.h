@@ -12,10 +12,12 @@ namespace zet
 template <auto Member>
 class PropertyAttribute_T;
 
+// The attribute of a member: getValue() is null for an object of another class.
 template <class Class, class Value, Value Class::*Member>
 class PropertyAttribute_T<Member> final : public IPropertyAttribute
 {
 public:
+    // The three texts are not copied.
     PropertyAttribute_T(const wchar_t* name, const wchar_t* typeName, const wchar_t* description)
         : m_Name(name), m_TypeName(typeName), m_Description(description)
     {
@@ -47,7 +49,9 @@ template <class Value>
 class PropertyConverter_T : public IPropertyConverter
 {
 public:
+    // Sets json to the form of the value. False if the value has none.
     virtual bool toJson(const Value& value, JsonValue& json) const = 0;
+    // Sets the value. False if the JSON does not match; the value is dropped then.
     virtual bool fromJson(const JsonValue& json, Value& value) const = 0;
 
     const std::type_info& getType() const override { return typeid(Value); }
@@ -105,6 +109,7 @@ template <class Converter>
 class PropertyConverterRegistration
 {
 public:
+    // typeName is not copied and must outlive the object, as a literal does.
     explicit PropertyConverterRegistration(const wchar_t* typeName) : m_TypeName(typeName)
     {
         PropertyFactory::setUpPropertyConverter(typeName, m_Converter);

@@ -10,6 +10,7 @@ namespace zet
 class COMMONGROUND_API Stopwatch
 {
 public:
+    // Starts now.
     Stopwatch();
     // Milliseconds, wrapping like the tick.
     unsigned int getElapsed() const;

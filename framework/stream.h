@@ -13,9 +13,11 @@ namespace zet
 class COMMONGROUND_API Input : public virtual Unknown
 {
 public:
+    // Bytes that can be read at once.
     virtual int available() const = 0;
     // Copies up to size bytes without consuming them.
     virtual int peek(void* data, int size) = 0;
+    // Copies up to size bytes and consumes them.
     virtual int read(void* data, int size) = 0;
     // The next size bytes in place, not consumed, or null if the source cannot show them in one piece. Valid until the
     // source is next used.
@@ -28,9 +30,11 @@ public:
 class COMMONGROUND_API Output : public virtual Unknown
 {
 public:
+    // Appends up to size bytes. Returns the number accepted.
     virtual int write(const void* data, int size) = 0;
 };
 
+// A source and a sink in one.
 class COMMONGROUND_API IO : public Input, public Output
 {
 };
@@ -41,10 +45,13 @@ class COMMONGROUND_API InputStream
 {
 public:
     InputStream() = default;
+    // Over a source, which may be null.
     InputStream(Input* input) : m_Input(input) {}
     InputStream(const Unknown::Handle_T<Input>& input) : m_Input(input.get()), m_Owner(input) {}
 
+    // The source; null if there is none.
     Input* getInput() const { return m_Input; }
+    // The operations of the source; 0 and null without one.
     int available() const { return m_Input ? m_Input->available() : 0; }
     bool isEmpty() const { return available() <= 0; }
     int peek(void* data, int size) { return m_Input ? m_Input->peek(data, size) : 0; }
@@ -66,12 +73,16 @@ class COMMONGROUND_API OutputStream
 {
 public:
     OutputStream() = default;
+    // Over a sink, which may be null.
     OutputStream(Output* output) : m_Output(output) {}
     OutputStream(const Unknown::Handle_T<Output>& output) : m_Output(output.get()), m_Owner(output) {}
 
+    // The sink; null if there is none.
     Output* getOutput() const { return m_Output; }
+    // Writes to the sink. Returns the number of bytes accepted; 0 without a sink.
     int write(const void* data, int size) { return m_Output ? m_Output->write(data, size) : 0; }
 
+    // Little-endian values. False if the sink does not accept all bytes; a part may have been written.
     bool write16(unsigned short value);
     bool write32(unsigned int value);
 

@@ -20,7 +20,10 @@ public:
     // Units that fit inside the object, without the terminator.
     static constexpr int kInlineUnits = 11;
 
+    // The empty text.
     String_T() noexcept { m_Inline[0] = T(); }
+    // A copy of the text: up to its first zero, or of length units, zeros included. A null pointer gives the empty
+    // text.
     String_T(const T* text) : String_T() { assign(text, lengthOf(text)); }
     String_T(const T* text, int length) : String_T() { assign(text, length); }
     // The decimal digits of a number.
@@ -65,15 +68,21 @@ public:
         return *this;
     }
 
+    // Units, without the terminator.
     int getLength() const { return m_Length; }
     // The longest length, in units, that needs no new allocation.
     int getCapacity() const { return m_Capacity; }
+    // Whether the length is 0.
     bool isEmpty() const { return m_Length == 0; }
+    // The text with its terminator; never null. Valid until the text changes.
     const T* getBuffer() const { return m_Text; }
     // The same as getLength().
     int getBufferLength() const { return m_Length; }
+    // The same as getBuffer().
     operator const T*() const { return m_Text; }
+    // The unit at an index from 0 to getLength(), where the terminator is. Not checked.
     T operator[](int index) const { return m_Text[index]; }
+    // The text without its terminator. Valid until the text changes.
     std::basic_string_view<T> view() const { return {m_Text, static_cast<size_t>(m_Length)}; }
 
     // The index of the first unit of this value at or after from, or -1.
@@ -116,6 +125,7 @@ public:
         return *this;
     }
 
+    // Appends a text, which may be a part of this one; a null pointer appends nothing.
     String_T& operator+=(const String_T& other)
     {
         append(other.m_Text, other.m_Length);
@@ -126,10 +136,12 @@ public:
         append(text, lengthOf(text));
         return *this;
     }
+    // Both texts, one after the other.
     friend String_T operator+(const String_T& a, const String_T& b) { return String_T(a) += b; }
     friend String_T operator+(const String_T& a, const T* b) { return String_T(a) += b; }
     friend String_T operator+(const T* a, const String_T& b) { return String_T(a) += b; }
 
+    // Whether the units are equal. A null pointer counts as the empty text.
     friend bool operator==(const String_T& a, const String_T& b) { return a.view() == b.view(); }
     friend bool operator==(const String_T& a, const T* b)
     {
@@ -140,6 +152,7 @@ public:
     friend bool operator<(const String_T& a, const String_T& b) { return compareUnits(a.view(), b.view()) < 0; }
     friend bool operator<(const String_T& a, const T* b) { return compareUnits(a.view(), b ? b : emptyText()) < 0; }
 
+    // Makes the text empty and frees its memory.
     void clear()
     {
         release();
@@ -176,6 +189,7 @@ public:
         m_Text[length] = T();
     }
 
+    // Exchanges the two texts. Allocates nothing.
     void swap(String_T& other) noexcept
     {
         String_T mine(std::move(*this));

@@ -7,6 +7,7 @@
 namespace zet
 {
 
+// Conversions of text. Any thread.
 class COMMONGROUND_API StringHelper
 {
 public:

@@ -25,6 +25,7 @@ public:
     static constexpr unsigned long kStandardException = 1;
     static constexpr unsigned long kOtherException = 2;
 
+    // Belongs to the calling thread until init().
     System();
     // Stops the remaining tasks.
     ~System() override;
@@ -48,9 +49,13 @@ public:
     // the next one. Exceptions from this function are caught.
     virtual void onException(unsigned long code);
 
+    // The number of the run thread, by Thread::getCurrentThreadId().
     unsigned long getRunThreadId() const { return m_RunThreadId.load(std::memory_order_relaxed); }
+    // Whether shutdown() was called since the last exit().
     bool isShutdown() const { return m_IsShutdown.load(std::memory_order_relaxed); }
+    // Whether a tick is running. Run thread only.
     bool isTicking() const { return m_IsTicking; }
+    // The number of started tasks.
     int getTaskCount() const;
     // Milliseconds, at least 1.
     void setTickInterval(unsigned int milliseconds) { m_TickInterval = milliseconds ? milliseconds : 1; }
@@ -63,6 +68,7 @@ public:
 
     // Replaces the waiter. Only on the run thread, and not while wait() runs.
     void setWaiter(const std::shared_ptr<Waiter>& waiter);
+    // The waiter in use.
     const std::shared_ptr<Waiter>& getWaiter() const { return m_Waiters.back(); }
 
 protected:
@@ -123,6 +129,7 @@ public:
     virtual void waken();
     // Called on the run thread before the first onTick(). False removes the task from the System, without exit().
     virtual bool init();
+    // Called when the task leaves a System in which init() was called.
     virtual void exit();
     // The time of the tick from getTimeTick().
     virtual void onTick(unsigned int tick);
@@ -162,6 +169,7 @@ public:
 class COMMONGROUND_API ServiceSystem : public System
 {
 public:
+    // With the default name.
     ServiceSystem();
 
     // init(), ServiceOn(), ticks until shutdown(), exit(). Returns whether init() and ServiceOn() were true.
@@ -177,6 +185,7 @@ public:
     // The file name of a path, without the part after its last dot unless that part is a number: "zone" for "zone.exe",
     // "zone.1" for "zone.1". Empty only if the file name is.
     static String_T<wchar_t> getDefaultSystemName(const String_T<wchar_t>& executable);
+    // Set it before run(): the log uses it as the name of its folder.
     void setSystemName(const String_T<wchar_t>& name) { m_SystemName = name; }
 
 private:

@@ -8,6 +8,7 @@
 namespace zet
 {
 
+// Numbers of threads.
 class COMMONGROUND_API Thread
 {
 public:

@@ -30,6 +30,7 @@ public:
 
     // Advances both clocks.
     void advance(unsigned int milliseconds);
+    // Sets the calendar time, in seconds since 1970 UTC; the tick does not change.
     void setTime(long long seconds);
 };
 
@@ -38,7 +39,9 @@ class TimeSpan
 {
 public:
     TimeSpan() = default;
+    // Of this many seconds; negative ones too.
     explicit TimeSpan(long long seconds) : m_Seconds(seconds) {}
+    // All seconds, or all whole days, of the duration.
     long long getTotalSeconds() const { return m_Seconds; }
     long long getDays() const { return m_Seconds / 86400; }
 
@@ -52,7 +55,9 @@ class COMMONGROUND_API Time
 public:
     // 1970-01-01 00:00:00 UTC.
     Time() = default;
+    // Seconds since 1970-01-01 00:00:00 UTC.
     explicit Time(long long seconds) : m_Seconds(seconds) {}
+    // The time of zet::time() now.
     static Time getCurrent() { return Time(zet::time(nullptr)); }
 
     // Parses "year-month-day hour:minute:second", leading zeros optional. Returns false and changes nothing if the text
@@ -61,10 +66,13 @@ public:
     // "2013-1-1 00:00:00"; with true, month and day also have two digits.
     String_T<wchar_t> convertToString(bool padded) const;
 
+    // Seconds since 1970-01-01 00:00:00 UTC.
     long long getSeconds() const { return m_Seconds; }
     // Whole seconds from other to this time.
     long long operator-(const Time& other) const { return m_Seconds - other.m_Seconds; }
+    // The time this many seconds later.
     Time operator+(long long seconds) const { return Time(m_Seconds + seconds); }
+    // Comparisons by the seconds.
     friend bool operator==(const Time& a, const Time& b) { return a.m_Seconds == b.m_Seconds; }
     friend bool operator<(const Time& a, const Time& b) { return a.m_Seconds < b.m_Seconds; }
 

@@ -30,16 +30,19 @@ public:
     Unknown& operator=(const Unknown&) { return *this; }
     virtual ~Unknown();
 
+    // Count the handles of the object; the last release() destroys it. Handles call them. Any thread.
     void addRef() const { m_Count.fetch_add(1, std::memory_order_relaxed); }
     void release() const
     {
         if (m_Count.fetch_sub(1, std::memory_order_acq_rel) == 1)
             destroy();
     }
+    // The number of handles now. Other threads may change it meanwhile.
     int getRefCount() const { return m_Count.load(std::memory_order_relaxed); }
 
     // A copy of the object, or null if the class cannot be copied. The caller must put it into a handle.
     virtual Unknown* clone() const { return nullptr; }
+    // The name of the class, by which Unknown::RtFactory knows it.
     virtual const wchar_t* getClassName() const { return L"zet::Unknown"; }
     // The number of the class, computed from its name; equal in all processes.
     virtual unsigned long getClassId() const;
@@ -66,6 +69,7 @@ class Unknown::Handle_T
 {
 public:
     Handle_T() = default;
+    // Holds an object, or nothing for null.
     Handle_T(T* object) : m_Object(object)
     {
         if (m_Object)
@@ -84,10 +88,14 @@ public:
         return *this;
     }
 
+    // The object; null if the handle holds nothing.
     T* get() const { return m_Object; }
     T* operator->() const { return m_Object; }
+    // The object. Undefined for a handle that holds nothing.
     T& operator*() const { return *m_Object; }
+    // The same as get().
     operator T*() const { return m_Object; }
+    // Whether the handle holds an object, or holds nothing.
     explicit operator bool() const { return m_Object != nullptr; }
     bool isNull() const { return m_Object == nullptr; }
     // A handle to the same object as class U; null if the object is not a U.
@@ -96,6 +104,7 @@ public:
     {
         return Handle_T<U>(dynamic_cast<U*>(m_Object));
     }
+    // Releases the object, if there is one.
     void clear()
     {
         if (T* old = std::exchange(m_Object, nullptr))
@@ -110,6 +119,7 @@ private:
 struct COMMONGROUND_API Unknown::RtFactory
 {
     using Creator = Unknown* (*)();
+    // Registers a class by its name, instead of an earlier one of that name, or removes it. The name is copied.
     static void setupCreator(const wchar_t* className, Creator creator);
     static void unsetupCreator(const wchar_t* className);
     // A new object of a registered class, or null.
@@ -120,8 +130,11 @@ struct COMMONGROUND_API Unknown::RtFactory
 class COMMONGROUND_API Object : public virtual Unknown
 {
 public:
+    // With a new identifier.
     Object() { uuid_create(m_ObjectId); }
+    // With this identifier.
     explicit Object(const Uuid& id) : m_ObjectId(id) {}
+    // The identifier, which never changes.
     const Uuid& getObjectId() const { return m_ObjectId; }
 
 private:

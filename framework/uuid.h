@@ -19,6 +19,7 @@ struct COMMONGROUND_API uuid_node_t
     // Twelve lower-case hexadecimal digits: the six bytes in memory order.
     String_T<wchar_t> convertToString() const;
 
+    // Comparisons by the three units.
     friend bool operator==(const uuid_node_t& a, const uuid_node_t& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
     friend bool operator<(const uuid_node_t& a, const uuid_node_t& b) { return a.compare(b) < 0; }
 };
@@ -32,8 +33,10 @@ struct COMMONGROUND_API Uuid
     unsigned short m_Data3 = 0;
     uuid_node_t m_Node;
 
+    // Whether all bytes are zero.
     bool isNull() const { return *this == Uuid(); }
 
+    // Comparisons by the bytes in memory order.
     friend bool operator==(const Uuid& a, const Uuid& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
     friend bool operator<(const Uuid& a, const Uuid& b);
 };
@@ -44,6 +47,7 @@ COMMONGROUND_API int uuid_create(Uuid& id);
 // Orders by the bytes in memory order: negative, zero or positive.
 COMMONGROUND_API int uuid_compare(const Uuid& a, const Uuid& b);
 
+// By the bytes in memory order, as uuid_compare().
 inline bool operator<(const Uuid& a, const Uuid& b)
 {
     return uuid_compare(a, b) < 0;

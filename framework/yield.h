@@ -12,11 +12,14 @@ class System;
 class COMMONGROUND_API Yield : public virtual Unknown
 {
 public:
+    // An object without a system. The caller holds it.
     static Unknown::Handle_T<Yield> createInstance();
 
     // Attaches the service system of the process; null detaches.
     virtual void attach(System* system);
+    // The same as attach(nullptr).
     void detach() { attach(nullptr); }
+    // The attached system; null if there is none.
     System* getSystem() const { return m_System; }
     // Lets other threads run. Does not sleep: the system sleeps between ticks.
     virtual void yield();

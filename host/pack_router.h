@@ -184,6 +184,7 @@ template <class... Envelopes>
 class PackRouter
 {
 public:
+    // Without numbers and handlers.
     PackRouter() : m_State(std::make_shared<State>()) {}
     ~PackRouter() { m_State->m_Slots = {}; }
     PackRouter(const PackRouter&) = delete;

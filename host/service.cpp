@@ -28,12 +28,6 @@ bool isTrue(const wchar_t* where, const std::function<bool()>& call)
     return result;
 }
 
-bool setTls(zet::TcpServer& server, const std::function<zet::Unknown::Handle_T<zet::TlsContext>()>& make)
-{
-    const auto context = make();
-    return context && server.setTlsContext(context);
-}
-
 } // namespace
 
 // The required frame of a server process, with what the service adds.
@@ -193,6 +187,7 @@ void Service::onStop(std::function<void()> stop)
 void Service::serve(CFrameworkServerSocket& server, std::function<bool(CFrameworkClientSocket&)> isAnswered)
 {
     m_Parts->m_Drain.m_Tcp.push_back({&server, std::move(isAnswered)});
+    onReload([&server] { return server.ReloadAddressFiles(); });
 }
 
 void Service::serve(UdpServerSocket& server, std::function<bool(UdpClientSocket&)> isAnswered)
@@ -210,12 +205,9 @@ void Service::onBusy(std::function<bool()> isBusy)
     m_Parts->m_Drain.m_Busy.push_back(std::move(isBusy));
 }
 
-bool Service::useTls(zet::TcpServer& server, std::function<zet::Unknown::Handle_T<zet::TlsContext>()> make)
+void Service::useTls(zet::TlsContext& context)
 {
-    if (!setTls(server, make))
-        return false;
-    onReload([&server, make = std::move(make)] { return setTls(server, make); });
-    return true;
+    onReload([held = zet::Unknown::Handle_T<zet::TlsContext>(&context)] { return held->reload(); });
 }
 
 void Service::setDrainTime(std::chrono::milliseconds time)

@@ -105,17 +105,18 @@ public:
     // Called at the end, after the last tick and before the tasks of the System stop. The log is stopped already.
     void onStop(std::function<void()> stop);
 
-    // The server is drained at the end. Not owned; it must live until run() returns. isAnswered: whether nothing that
-    // arrived on a connection still waits for an answer of the host.
+    // The server is drained at the end, and each request to reload reads its address files again. Not owned; it must
+    // live until run() returns. isAnswered: whether nothing that arrived on a connection still waits for an answer of
+    // the host.
     void serve(CFrameworkServerSocket& server, std::function<bool(CFrameworkClientSocket&)> isAnswered = {});
     void serve(UdpServerSocket& server, std::function<bool(UdpClientSocket&)> isAnswered = {});
     // The drain waits while one of these questions is open, or while the callable returns true. As above, not owned.
     void await(const Questions& questions);
     void onBusy(std::function<bool()> isBusy);
 
-    // Gives the server a context that the callable makes, now and for each request to reload: new connections use the
-    // renewed certificates. If the callable returns null or the server refuses the context, the one before stays.
-    bool useTls(zet::TcpServer& server, std::function<zet::Unknown::Handle_T<zet::TlsContext>()> make);
+    // Each request to reload calls TlsContext::reload(), so handshakes that begin later use the renewed certificates.
+    // The service holds the context; the host gives it to its servers.
+    void useTls(zet::TlsContext& context);
 
     // The whole drain takes no longer. Before run(); --drain-time has milliseconds, too.
     void setDrainTime(std::chrono::milliseconds time);

@@ -298,6 +298,7 @@ class [[nodiscard]] Task
 public:
     class promise_type;
 
+    // Takes the coroutine over; the other object has none then.
     Task(Task&& other) noexcept : m_Handle(std::exchange(other.m_Handle, nullptr)) {}
     Task& operator=(Task&& other) noexcept
     {

@@ -18,6 +18,7 @@ public:
 
     // True if no handle is held.
     bool isInvalid() const { return m_Handle == kNoHandle; }
+    // The handle, which the socket keeps; kNoHandle if none is held.
     unsigned int getHandle() const { return m_Handle; }
 
     // Takes over a handle. False, and the caller keeps it, if it is kNoHandle or if another handle is held.

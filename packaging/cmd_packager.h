@@ -58,8 +58,10 @@ public:
     // stays.
     bool Alloc(int size);
 
+    // The command's id; 0xFFFF at first.
     void SetCmdID(unsigned short id) { m_CmdID = id; }
     unsigned short GetCmdID() const { return m_CmdID; }
+    // The addresses of the frame: sender and target; all zero for none.
     void SetFromAddress(const zet::Uuid& from) { m_FromAddress = from; }
     void SetTargetAddress(const zet::Uuid& target) { m_TargetAddress = target; }
     const zet::Uuid& GetFromAddress() const { return m_FromAddress; }
@@ -78,8 +80,11 @@ public:
     // The first byte of the payload, valid until the next write.
     const unsigned char* GetBuffer() const { return m_pBuffer; }
     unsigned char* GetBuffer() { return m_pBuffer; }
+    // Bytes of the payload that fit without a new allocation.
     int GetBufferSize() const { return m_iBufSize; }
+    // Bytes of the payload.
     int GetDataSize() const { return m_iDataSize; }
+    // Bytes of the payload that were read.
     int GetReadPointer() const { return m_iReadPointer; }
 
     // Moves the read pointer to the first payload byte, so that the same command can be read again.

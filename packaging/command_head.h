@@ -26,6 +26,7 @@ public:
     // The only version that is written, and the only one that is read.
     static constexpr unsigned short kVersion = 2;
 
+    // A command with this id and without addresses.
     explicit CCmdHead(unsigned short id) : m_ID(id) {}
     CCmdHead(const CCmdHead&) = default;
     CCmdHead& operator=(const CCmdHead&) = default;
@@ -34,6 +35,7 @@ public:
     // A command without an account ignores what these two are given.
     virtual void SetClientAddress(const zet::Uuid& address);
     virtual void SetAccountName(const zet::String_T<wchar_t>& name);
+    // All zero and empty for a command without an account.
     virtual zet::Uuid GetClientAddress();
     virtual zet::String_T<wchar_t> GetAccountName();
     // Sets the packager's id and addresses and appends the payload. False if a field does not fit; what was
@@ -45,9 +47,12 @@ public:
     // Prints the fields for a trace; the base prints nothing.
     virtual void OutDebug(FILE* out) const;
 
+    // The id of the class.
     unsigned short GetID() const { return m_ID; }
+    // The sender's client index; 0 at first. Sent with the command.
     unsigned short GetClientIndex() const { return m_ClientIndex; }
     void SetClientIndex(unsigned short index) { m_ClientIndex = index; }
+    // The addresses of the frame: sender and target; all zero for none. Read() sets them from the frame.
     const zet::Uuid& GetFromAddress() const { return m_FromAddress; }
     const zet::Uuid& GetTargetAddress() const { return m_TargetAddress; }
     void SetFromAddress(const zet::Uuid& from) { m_FromAddress = from; }
@@ -66,6 +71,7 @@ public:
     // Sends the command; false for a null socket, else the socket's result. Only on the socket's thread.
     bool Send(CCommandSocket* socket) const;
 
+    // The layout, for the project's own tools.
     static const wire::Schema& Wire();
 
     unsigned short m_HeadVersion = kVersion;
@@ -79,6 +85,7 @@ public:
 class COMMONGROUND_API CCmdPlatform : public CCmdHead
 {
 public:
+    // For derived classes.
     explicit CCmdPlatform(unsigned short id) : CCmdHead(id) {}
     // Copied when moved: a command that is moved from keeps its head, but not what its own class moves.
     CCmdPlatform(const CCmdPlatform&) = default;
@@ -91,6 +98,7 @@ public:
     bool Write(CCmdPackager* pk) const override;
     bool Read(CCmdPackager* pk) override;
 
+    // The layout, for the project's own tools.
     static const wire::Schema& Wire();
 
     // The client on whose behalf the command is sent.
@@ -102,6 +110,7 @@ public:
 class COMMONGROUND_API CCmdSystem : public CCmdHead
 {
 public:
+    // For derived classes.
     explicit CCmdSystem(unsigned short id) : CCmdHead(id) {}
     // Copied when moved: a command that is moved from keeps its head, but not what its own class moves.
     CCmdSystem(const CCmdSystem&) = default;
@@ -114,6 +123,7 @@ public:
     bool Write(CCmdPackager* pk) const override;
     bool Read(CCmdPackager* pk) override;
 
+    // The layout, for the project's own tools.
     static const wire::Schema& Wire();
 
     zet::Uuid m_ClientAddress;

@@ -18,6 +18,7 @@ struct Access;
 class COMMONGROUND_API CDataPackager
 {
 public:
+    // Empty, all bytes zero.
     CDataPackager() { Clear(); }
     CDataPackager(const CDataPackager& other) : CDataPackager() { *this = other; }
     // Copies the tag, the data written and the read pointer; all other bytes become zero.
@@ -38,8 +39,11 @@ public:
 
     // The first byte of the data, whatever the read pointer.
     const unsigned char* GetBuffer() const { return m_Buffer; }
+    // Bytes written.
     int GetDataSize() const { return m_iDataSize; }
+    // Bytes that fit in all.
     int GetBufferSize() const { return m_iBufSize; }
+    // Bytes read.
     int GetReadPointer() const { return m_iReadPointer; }
 
     // The conversions of the text form; outSize is not used, so out must have space for what they can give:

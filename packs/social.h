@@ -36,6 +36,7 @@ public:
     explicit CCmdSocialPlatform(unsigned short id);
     WIRE_INTERFACE_CMD_OVERRIDE
 
+    // Return and set the fields of the same names below.
     const zet::String_T<wchar_t>& getVerifySeed() const { return m_VerifySeed; }
     void setVerifySeed(const zet::String_T<wchar_t>& seed) { m_VerifySeed = seed; }
     unsigned short getPackType() const { return m_PackType; }
@@ -97,6 +98,7 @@ public:
     explicit CmdSocialSubPack(unsigned short type) : m_PackType(type) {}
     WIRE_INTERFACE_CMD_VIRTUAL
 
+    // The type of the message, a SocialPackType.
     unsigned short getPackType() const { return m_PackType; }
     void setPackType(unsigned short type) { m_PackType = type; }
 

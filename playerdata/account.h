@@ -36,5 +36,6 @@ public:
 
 protected:
     CAccount() = default;
+    // For derived classes: with this identifier.
     explicit CAccount(const zet::Uuid& id) : zet::Object(id) {}
 };

@@ -45,6 +45,7 @@ public:
     FGameItem* GetItem(int index);
     // Pieces of a name in all stacks. Here and in AddItem sums saturate at the range of int.
     int GetItemNum(const zet::String_T<wchar_t>& name) const;
+    // Deletes the stack. Does nothing for an index outside the bag.
     void DelItem(int index);
     // Adds the pieces to the first stack of the name, which keeps its own deadline, or appends the item. False, with no
     // effect, for an invalid item.
@@ -55,11 +56,14 @@ public:
 
     // The gift box, in the same way. Only Read fills it.
 
+    // As GetItem.
     FGameItem* GetGiftBox(int index);
+    // As DelItem.
     void DelGiftBox(int index);
-    // Removes one piece.
+    // Removes one piece, and deletes an empty stack. False, with no effect, if GetGiftBox returns null.
     bool UseGiftBox(int index);
 
+    // Sets these bits of m_NewbieFlag.
     void AddNewbieFlag(int flag);
     // Whether any of the bits is set.
     bool HasNewbieFlag(int flag) const;

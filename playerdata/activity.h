@@ -14,10 +14,14 @@ class COMMONGROUND_API FGameActivityBase
 {
 public:
     WIRE_INTERFACE_BOTH_VIRTUAL
+    // A hook for a command of the player. The library does not call it.
     virtual bool DealActivity(CCmdHead* command) = 0;
+    // The player's state as a text for the account database, and back.
     virtual zet::String_T<wchar_t> ToString() = 0;
     virtual void FromString(zet::String_T<wchar_t>& text) = 0;
+    // Whether the activity runs at the current time; sets m_IsEnable.
     virtual bool CheckEnable() = 0;
+    // What a change of the day does to the player's state; to be called once a day.
     virtual void DailyClear() = 0;
 
     // The activity exists if this is above 0.

@@ -22,7 +22,9 @@ public:
     int GetHomeRushUnlockPrice() const;
     // The next jump-off in diamonds, by m_JumpOffTimes: 50 below 2, 100 below 6, then 200.
     int GetHomeJumpOffCostDiamond() const;
+    // The lives that are left.
     int GetTotalRushLife() const { return m_RushLife; }
+    // What m_IsJumpOff holds.
     bool GetIsJumpOff() const { return m_IsJumpOff; }
     // Subtracts lives, down to 0. A negative number adds lives, even beyond the limit.
     void CostRushLife(int lives);

@@ -78,6 +78,7 @@ class COMMONGROUND_API MatchAwardsCodeInfo
 public:
     WIRE_INTERFACE_CMD
 
+    // Whether both texts and the value are equal.
     bool operator==(const MatchAwardsCodeInfo& other) const;
 
     zet::String_T<wchar_t> m_Text1;

@@ -17,6 +17,7 @@ public:
     // Compares m_SortKey0, then m_SortKey1, then m_SortKey2. If all are equal, the row with the earlier m_SortTime is
     // greater.
     bool operator>(const AccountSortInfo& other) const;
+    // Swaps everything but m_Rank.
     static void Exchange(AccountSortInfo& a, AccountSortInfo& b);
 
     zet::String_T<wchar_t> m_AccountName;
@@ -40,6 +41,7 @@ public:
 
     // Compares m_SortKey. If it is equal, the row with the earlier m_SortTime is greater.
     bool operator>(const GameKinectSortInfo& other) const;
+    // Swaps everything but m_Rank.
     static void Exchange(GameKinectSortInfo& a, GameKinectSortInfo& b);
 
     // The position of the row on the board.
@@ -65,6 +67,7 @@ public:
     // with the later m_SortTime is smaller. Both operators are false for rows with equal key and time.
     bool operator<(const GameMatchSortInfo& other) const;
     bool operator>(const GameMatchSortInfo& other) const;
+    // Swaps everything but m_Rank.
     static void Exchange(GameMatchSortInfo& a, GameMatchSortInfo& b);
 
     // The position of the row on the board.
@@ -89,6 +92,7 @@ class COMMONGROUND_API GameBrainSortInfo
 public:
     WIRE_INTERFACE_BOTH
 
+    // Swaps everything but m_Rank.
     static void Exchange(GameBrainSortInfo& a, GameBrainSortInfo& b);
 
     // The position of the row on the board.
@@ -106,6 +110,7 @@ class COMMONGROUND_API GameCalorieSortInfo
 public:
     WIRE_INTERFACE_BOTH
 
+    // Swaps everything but m_Rank.
     static void Exchange(GameCalorieSortInfo& a, GameCalorieSortInfo& b);
 
     // The position of the row on the board.
@@ -122,6 +127,7 @@ class COMMONGROUND_API GameMusicSortInfo
 public:
     WIRE_INTERFACE_BOTH
 
+    // Swaps everything but m_Rank.
     static void Exchange(GameMusicSortInfo& a, GameMusicSortInfo& b);
 
     // The position of the row on the board.
@@ -138,6 +144,7 @@ class COMMONGROUND_API GameRushSortInfo
 public:
     WIRE_INTERFACE_BOTH
 
+    // Swaps everything but m_Rank.
     static void Exchange(GameRushSortInfo& a, GameRushSortInfo& b);
 
     // The position of the row on the board.

@@ -15,6 +15,7 @@
 class COMMONGROUND_API TextScanner
 {
 public:
+    // At the start of a record, which must outlive this object.
     explicit TextScanner(std::wstring_view record) : m_Left(record.substr(0, record.find(L'\0'))) {}
 
     // Removes the first record from a text and returns it without its terminator. False if there is no terminator; the

@@ -19,6 +19,7 @@ class COMMONGROUND_API FAttractData final
 public:
     WIRE_INTERFACE_BOTH_VIRTUAL
 
+    // Whether this is an attraction, not an empty record.
     bool IsValid() const { return m_AttractId >= 0; }
 
     // -1 for none; the attraction is valid if this is 0 or more.
@@ -36,6 +37,7 @@ class COMMONGROUND_API AccountTravelData
 public:
     WIRE_INTERFACE_BOTH
 
+    // The three values as fields of the same names.
     bool IsReaded() const { return m_IsReaded; }
     bool IsValid() const { return m_IsValid; }
     int getCurVehicle() const { return m_CurVehicle; }

@@ -13,7 +13,7 @@ public:
 
     // Returns a new identifier.
     zet::Uuid GenerateId();
-    // Fixed at construction; any thread.
+    // What the constructor was given, and the new identifier of this process. Fixed at construction; any thread.
     unsigned char GetServerType() const { return m_ServerType; }
     const zet::Uuid& GetServerId() const { return m_ServerId; }
 

@@ -23,6 +23,7 @@ class COMMONGROUND_API SystemCmdInfo
 public:
     static constexpr unsigned long kPeriod = 60000;
 
+    // The figures of the process.
     struct ProcessInfo
     {
         // Working set in MiB; 0 until the first period has ended.
@@ -35,6 +36,7 @@ public:
         unsigned long m_Elapsed = 0;
     };
 
+    // The block of command query figures. The host defines their meaning; the library stores them.
     struct CmdOperation
     {
         int m_Count = 0;
@@ -59,6 +61,7 @@ public:
         unsigned long m_Elapsed = 0;
     };
 
+    // Notes the start of the running time.
     SystemCmdInfo();
     SystemCmdInfo(const SystemCmdInfo&) = default;
     SystemCmdInfo& operator=(const SystemCmdInfo&) = default;
@@ -72,15 +75,19 @@ public:
     virtual void AddCmd(CCmdHead* cmd);
     virtual void EndCmd(CCmdHead* cmd);
 
+    // Count a connection, and its end.
     void AddConnect();
     void DelConnect();
     // Count one command of the given bytes. An empty name counts as "Unkown".
     void AddRecvCmd(zet::String_T<wchar_t> name, int bytes);
     void AddSendCmd(zet::String_T<wchar_t> name, int bytes);
+    // Sets or returns the block of command query figures.
     void SetCmdQuery(int count, unsigned long query, int al, int ml, int d1, int d2);
     void GetCmdOperation(int& count, unsigned long& query, int& al, int& ml, int& d1, int& d2);
 
+    // Connections counted now.
     int GetConnectCount() { return m_ConnectCount; }
+    // MiB of memory, and the mean length of a tick in milliseconds, both of the last period; 0 before its end.
     int GetMemeryCost() { return m_Process.m_MemoryMB; }
     unsigned long GetTickTime() { return m_Process.m_TickTime; }
     // Whole seconds since construction; the underlying tick wraps after 49 days.
@@ -90,6 +97,7 @@ public:
     int GetAllSendSize();
     int GetSocketRecvSize(const zet::String_T<wchar_t>& name);
     int GetSocketSendSize(const zet::String_T<wchar_t>& name);
+    // The records of all sockets by name. Valid until an operation adds one.
     const std::map<zet::String_T<wchar_t>, ServerTPS>& GetServerTPSMap() const { return m_SocketTPS; }
 
     // The figures as one line of JSON:

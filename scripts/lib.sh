@@ -9,7 +9,7 @@ JOBS=$(nproc 2>/dev/null || echo 2)
 BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libfmt-dev nlohmann-json3-dev
     libgnutls28-dev nettle-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin iproute2
-    clang-format-14 valgrind curl prometheus)
+    clang-format-14 valgrind curl prometheus doxygen)
 # ENet is not needed; udp_bench compares with it.
 BENCH_PACKAGES=(binutils python3 libenet-dev)
 CLANG_PACKAGES=(clang libclang-rt-dev)

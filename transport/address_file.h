@@ -10,6 +10,7 @@
 
 #include <functional>
 
+// A network: an address is in it if it equals m_Address in all bits of m_Mask.
 struct AddressRule
 {
     // First number first.

@@ -23,6 +23,7 @@ public:
     // The analyser is not owned and outlives the socket.
     static zet::Unknown::Handle_T<CCommandSocket> createInstance(CCmdAnalyserSocket* analyser);
 
+    // The analyser passed at construction; null if there is none.
     CCmdAnalyserSocket* GetCmdAnalyser() const { return m_pCmdAnalyser; }
 
     void onTick(unsigned int tick) override;
@@ -58,6 +59,7 @@ public:
     const wchar_t* getClassTimestamp() const override;
 
 protected:
+    // The analyser is not owned and outlives the socket. Without one, null, commands are dropped.
     explicit CCommandSocket(CCmdAnalyserSocket* analyser);
 
     CCmdAnalyserSocket* m_pCmdAnalyser;

@@ -64,6 +64,7 @@ public:
     zet::String_T<wchar_t> m_ProxyPassword;
 
 protected:
+    // The analyser is not owned and outlives the socket.
     explicit CFrameworkClientProxySocket(CCmdAnalyserSocket* analyser);
 
     // The messages to the proxy. True if the connection accepted the bytes.

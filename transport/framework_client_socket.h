@@ -23,6 +23,7 @@ public:
     // Stores the address, also if the attempt fails, and connects.
     bool connect(const wchar_t* ip, unsigned short port, bool keepAlive) override;
 
+    // The identity of the peer: the fields of the same names below.
     unsigned char GetServerType() const { return m_ServerType; }
     const zet::Uuid& GetPeerServerId() const { return m_PeerServerId; }
     zet::String_T<wchar_t> GetVersion() const { return m_Version; }
@@ -46,6 +47,7 @@ public:
     zet::Uuid m_RegisteredId;
 
 protected:
+    // The analyser is not owned and outlives the socket.
     explicit CFrameworkClientSocket(CCmdAnalyserSocket* analyser);
 
 private:

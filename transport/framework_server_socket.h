@@ -43,8 +43,10 @@ public:
     // Removes the connection from both dictionaries. Within a tick the object lives until the end of the tick.
     virtual void Abandon(zet::TcpConnection* connection);
 
+    // What the constructor was given.
     const zet::String_T<wchar_t>& GetIP() const { return m_IP; }
     unsigned short GetPort() const { return m_Port; }
+    // The number of connections that the server holds.
     int GetClientCount() const { return m_ClientSockets.getSize(); }
     // For lookups and walks. Only the operations of this class change the dictionaries: a walker may call Abandon(),
     // but not erase().
@@ -55,6 +57,7 @@ public:
     // Registers a connection once, if its peer's id is known. Of two peers with one key the later one is found; when
     // the earlier one ends, neither is.
     void SetFrameworkSocket(CFrameworkClientSocket* client);
+    // Ends the registration of a connection; no effect on one that is not registered.
     void RemoveFrameworkSocket(CFrameworkClientSocket* client);
 
     // Adds the rules of a file to the present ones. If the file does not open, that is a warning.

@@ -18,8 +18,10 @@ class CCmdPackager;
 class COMMONGROUND_API NetMessage : public zet::Message
 {
 public:
+    // A message without addresses; as a handle, or as a pointer that the caller puts into one.
     static zet::Unknown::Handle_T<NetMessage> createInstance();
     static zet::Message* createMessage_();
+    // The name of the class, by which a peer creates it, and its number.
     static const wchar_t* getClassName_();
     static unsigned long getClassId_();
     // Fills the attribute table once; called when the library is loaded. Any thread.
@@ -50,10 +52,13 @@ COMMONGROUND_API zet::InputStream& operator>>(zet::InputStream& stream, NetMessa
 class COMMONGROUND_API Msg_NetCommand : public NetMessage
 {
 public:
+    // A message without a command; as a handle, or as a pointer that the caller puts into one.
     static zet::Unknown::Handle_T<Msg_NetCommand> createInstance();
     static zet::Message* createMessage_();
+    // The name of the class, by which a peer creates it, and its number.
     static const wchar_t* getClassName_();
     static unsigned long getClassId_();
+    // Fills the attribute table once; called when the library is loaded. Any thread.
     static void registerProperty_();
 
     zet::Unknown* rtCreateInstance() const override;

@@ -22,6 +22,8 @@ public:
 
     bool accept() override;
     bool connect(const zet::NetAddress& address, const zet::Uuid& id) override;
+    // Called with the events of this session, on the run thread; the event lives during the call. The last four call
+    // close().
     virtual void onConnectOk(const zet::Evt_NetConnectOk* event);
     virtual void onConnectFail(const zet::Evt_NetConnectFail* event);
     virtual void onClosed(const zet::Evt_NetClosed* event);
@@ -32,6 +34,7 @@ public:
     bool sendNetCommand(CCmdHead* command);
     bool sendNetCommand(CCmdPackager* packager);
 
+    // The analyser passed at construction; null if there is none.
     CCmdAnalyser* getCmdAnalyser() { return m_pCmdAnalyser; }
     // This session's own id, created with it: the from address of every command that it passes on.
     const zet::Uuid& getSessionId() const { return m_SessionId; }
@@ -40,6 +43,7 @@ public:
     const wchar_t* getClassTimestamp() const override;
 
 protected:
+    // As createInstance().
     CNetSession(zet::NetModule* module, CCmdAnalyser* analyser);
 
     CCmdAnalyser* m_pCmdAnalyser;

@@ -96,6 +96,7 @@ int SendToAll(Sockets&& sockets, const CCmdHead& command)
     return send_to_all::count(sockets, broadcast);
 }
 
+// The same for a command that is in a packager already, which is not changed meanwhile.
 template <class Sockets>
 int SendToAll(Sockets&& sockets, const CCmdPackager& packager)
 {

@@ -21,6 +21,7 @@ public:
     // Bytes of the length before each frame.
     static constexpr int kHeadSize = 2;
 
+    // A socket without a connection.
     static zet::Unknown::Handle_T<UdpClientSocket> createInstance();
     ~UdpClientSocket() override;
 

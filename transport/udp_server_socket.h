@@ -12,6 +12,7 @@ public:
     using ClientSockets =
         zet::Dictionary<zet::UdpServer::UdpConnection*, zet::Unknown::Handle_T<zet::UdpServer::UdpConnection>>;
 
+    // A server without a port.
     static zet::Unknown::Handle_T<UdpServerSocket> createInstance();
     // Calls close() of this class.
     ~UdpServerSocket() override;
@@ -29,9 +30,11 @@ public:
     // tick of that connection is held until this is called.
     virtual void abandon(zet::UdpServer::UdpConnection* connection);
 
+    // What listen() stored; empty before.
     const zet::String_T<wchar_t>& GetIP() const { return m_IP; }
     // The bound port; 0 before listen() and attach().
     unsigned short GetPort() const { return m_Port; }
+    // The number of connections that the server holds.
     int GetClientCount() const { return m_ClientSockets.getSize(); }
     // For walks. Only the operations of this class change it: a walker may call abandon(), but not erase().
     ClientSockets* GetAllClientSocket() { return &m_ClientSockets; }

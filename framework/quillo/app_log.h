@@ -14,6 +14,7 @@ using AppLogSink = std::function<void(const zet::String_T<wchar_t>&)>;
 
 // Sets the sink; an empty sink drops the lines, as before the first call. Any thread.
 COMMONGROUND_API void setAppLogSink(AppLogSink sink);
+// Passes a formatted line to the sink. Any thread.
 COMMONGROUND_API void writeAppLog(const zet::String_T<wchar_t>& line);
 
 // Logs a line in the engine's log, printf-style by the rules of framework/format.h.

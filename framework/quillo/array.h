@@ -17,6 +17,7 @@ class TArray
     static_assert(!std::is_same_v<T, bool>, "an array of bool has no elements to refer to");
 
 public:
+    // The number of elements.
     int Num() const { return static_cast<int>(m_Items.size()); }
     int GetCount() const { return Num(); }
 
@@ -52,6 +53,7 @@ public:
         return first;
     }
 
+    // The element at an index from 0 to Num() - 1, which is not checked. Valid until the size changes.
     T& ElementAt(int index) { return m_Items[static_cast<size_t>(index)]; }
     const T& ElementAt(int index) const { return m_Items[static_cast<size_t>(index)]; }
     T& operator[](int index) { return ElementAt(index); }

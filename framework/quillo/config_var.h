@@ -6,6 +6,7 @@
 namespace Quillo
 {
 
+// A name and its value, as texts.
 struct FConfigVar
 {
     zet::String_T<wchar_t> m_Name;

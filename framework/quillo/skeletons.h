@@ -1,10 +1,12 @@
 // The motion sensor's data about one player.
 #pragma once
 
+// The joints of one player.
 struct Skeletons
 {
     static constexpr int kJoints = 21;
 
+    // A position, and whether it is known.
     struct Joint
     {
         float m_X = 0.0f;

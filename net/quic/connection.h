@@ -68,6 +68,7 @@ public:
     // Called once when the connection has ended other than by close(). The object may connect again.
     virtual void onClose();
 
+    // The state now. It changes in ticks and by the operations of this class.
     ConnectionState getConnectionState() const { return m_State; }
     // The id given to connect(), here or on the peer's side; all zero before the first connection.
     const Uuid& getConnectionId() const { return m_ConnectionId; }
@@ -77,6 +78,7 @@ public:
     unsigned int getPeerAddress() const;
     // The address of an IPv6 peer. False, and nothing changed, for any other.
     bool getPeerAddressIPv6(sockaddr_in6& address) const;
+    // The port of that peer; 0 before the first connection.
     unsigned short getPeerPort() const { return m_PeerPort; }
 
     // Bytes; kDefaultOutputLimit at first.

@@ -56,6 +56,7 @@ public:
     // others wait for the next tick.
     static constexpr int kAdmissionsPerTick = 16;
 
+    // Times and sizes of the connections of a port.
     struct Settings
     {
         // Milliseconds without a packet from the peer after which a connection ends; the smaller number of both sides
@@ -74,6 +75,7 @@ public:
         int m_InputLimit = 256 * 1024;
     };
 
+    // Datagrams and bytes, of connections and of user data.
     struct Traffic
     {
         unsigned long long m_DatagramsIn = 0;
@@ -84,6 +86,7 @@ public:
         unsigned long long m_DatagramsDropped = 0;
     };
 
+    // Without a port.
     UdpServer();
     ~UdpServer() override;
 
@@ -156,16 +159,19 @@ public:
     // handshake time does not apply here: Settings::m_ConnectTimeout does; and no session is resumed. The context
     // counts as used from then on.
     void setTlsContext(TlsContext* context) { m_TlsContext = context; }
+    // The context that was set; null if there is none.
     TlsContext* getTlsContext() const { return m_TlsContext; }
 
     // Bounds on the connections that peers open: in all (the smaller number of these and of the settings applies), per
     // address and per subnet, where each was when it was opened; more are refused. And on the handshakes that a tick
     // begins, by number and time. The rest does not apply here. New limits apply to later connections.
     void setLimits(const NetLimits& limits) { m_Limits = limits; }
+    // The limits set last; the defaults at first.
     const NetLimits& getLimits() const { return m_Limits; }
 
     // New settings apply to later connections.
     void setSettings(const Settings& settings) { m_Settings = settings; }
+    // The settings set last; the defaults at first.
     const Settings& getSettings() const { return m_Settings; }
 
 private:

@@ -13,8 +13,10 @@ class COMMONGROUND_API NetAddress
 public:
     // No address: an empty host and port 0.
     NetAddress() = default;
+    // Takes both as they are, without a check.
     NetAddress(const String_T<wchar_t>& host, unsigned short port) : m_Host(host), m_Port(port) {}
 
+    // What was given; empty and 0 for no address.
     const String_T<wchar_t>& getHost() const { return m_Host; }
     unsigned short getPort() const { return m_Port; }
 

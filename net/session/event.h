@@ -22,7 +22,9 @@ template <class Kind>
 class COMMONGROUND_API NetEvent_T : public NetEvent
 {
 public:
+    // A new event without a session.
     static Unknown::Handle_T<Kind> createInstance() { return new Kind; }
+    // The name of the class, and its number.
     static const wchar_t* getClassName_() { return Kind::kClassName; }
     static unsigned long getClassId_() { return classIdOf(Kind::kClassName); }
 

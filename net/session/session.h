@@ -66,9 +66,12 @@ public:
     // returns, unless a handle holds it.
     virtual void onMessage(Message* message);
 
+    // For subscriptions to the events of this session, and to the classes of its messages. They live as long as the
+    // session.
     EventDispenser& getEventDispenser() { return m_Events; }
     MessageDispenser& getMessageDispenser() { return m_Messages; }
 
+    // The state now.
     State getState() const;
     // The id passed to connect(), on both sides; all zero before the greeting has arrived.
     const Uuid& getConnectionId() const { return m_ConnectionId; }
@@ -78,6 +81,7 @@ public:
     const wchar_t* getClassName() const override { return L"zet::NetSession"; }
 
 protected:
+    // As createInstance().
     explicit NetSession(NetModule* module);
 
 private:

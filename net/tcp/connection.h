@@ -81,6 +81,7 @@ public:
     // before is read; then the connection is broken.
     virtual int send(const void* data, int size);
 
+    // The state now. It changes in ticks and by the operations of this class.
     ConnectionState getConnectionState() const { return static_cast<ConnectionState>(m_State); }
     // "192.168.0.1:8000" or "[2001:db8::1]:8000"; empty before the first connection, and the last peer's after it.
     String_T<wchar_t> getPeerName() const;
@@ -88,14 +89,17 @@ public:
     unsigned int getPeerAddress() const;
     // The address of an IPv6 peer. False, and nothing changed, for any other.
     bool getPeerAddressIPv6(sockaddr_in6& address) const;
+    // The port of that peer; 0 before the first connection.
     unsigned short getPeerPort() const { return m_PeerPort; }
 
     // The thread that owns the connection; 0 before it is started, attached or connected.
     unsigned long getRunThreadId() const { return m_RunThreadId; }
+    // Makes another thread the owner, by its number, for a connection in no System. start() sets that of the System.
     void bindRunThreadId(unsigned long thread) { m_RunThreadId = thread; }
 
-    // A send also fails if the output queues of all connections of the accepting port reach the port's limit while this
-    // connection holds more than its equal share.
+    // Bytes in the output queue at which a send fails; kDefaultOutputLimit at first. A send also fails if the output
+    // queues of all connections of the accepting port reach the port's limit while this connection holds more than its
+    // equal share.
     void setOutputLimit(size_t bytes) { m_OutputLimit = bytes; }
     // Bytes in the output queue.
     size_t getOutputSize() const;

@@ -51,6 +51,7 @@ public:
     // Milliseconds for which accepting pauses when the operating system has no handle left.
     static constexpr unsigned int kRestTime = 100;
 
+    // Does not listen, and has the default limits.
     TcpServer();
     ~TcpServer() override;
 
@@ -103,6 +104,7 @@ public:
     // Connections accepted from now on use TLS with this context; null for plain connections. Those accepted before do
     // not change. False, and nothing changed, if it lacks what a server needs, and in a library without TLS.
     bool setTlsContext(TlsContext* context);
+    // The context in use; null for plain connections.
     TlsContext* getTlsContext() const { return m_TlsContext; }
 
     // The address of this machine that the next listen() takes, numeric, of IPv4 or IPv6. Empty, or "::", takes all
@@ -113,6 +115,7 @@ public:
     // What this port accepts from peers that it does not know. The numbers of connections and of steps apply from now
     // on; a connection keeps the rest from when it was accepted.
     void setLimits(const NetLimits& limits);
+    // The limits set last; the defaults at first.
     const NetLimits& getLimits() const;
 
     // The port listened on, also where listen() chose it; 0 when not listening.

@@ -20,8 +20,8 @@ struct TlsStore;
 // 1.2 if the peer does not know 1.3.
 //
 // THREADS: one thread sets a context up; then any threads may use it. The first connection over TCP, or the first UDP
-// port, that uses it fixes it: from then on each setter returns false, with a log line. For a renewed certificate make
-// a new context and give it to the servers: new connections use it, existing ones keep the old context alive.
+// port, that uses it fixes it: from then on each setter returns false, with a log line. Only reload() and the two
+// functions after it change a context in use; any thread may call them.
 //
 // What a peer must have: a cipher with authentication of its own (AEAD), no SHA-1 anywhere, and a certificate with a
 // key of at least 2,048 bits (RSA) or 256 bits (elliptic curves). A server's certificate must contain the host's name,
@@ -51,6 +51,7 @@ public:
     // Servers of which a context keeps the last session, to resume it. Over TCP.
     static constexpr int kKeptSessions = 1024;
 
+    // Without certificate and authorities. If GnuTLS cannot be started, that is logged, and every operation fails.
     TlsContext();
     ~TlsContext() override;
 
@@ -73,15 +74,26 @@ public:
     // if none was found.
     bool addRevocations(const char* lists);
     bool addRevocationFile(const wchar_t* lists);
+    // Loads everything again that the functions above were given: reads the files and the system's authorities anew.
+    // Handshakes that begin later use it; existing connections keep what they have, and sessions from before are not
+    // resumed by a server. False, with log lines that say why, and nothing changed, if a file cannot be read or is not
+    // valid, or if a certificate of this side has expired or is not valid yet. Reads files on the calling thread.
+    bool reload();
+    // The same as reload(), with this pair instead of all pairs that the context has.
+    bool replaceCertificate(const char* certificates, const char* key);
+    bool replaceCertificateFiles(const wchar_t* certificates, const wchar_t* key);
     // For servers; the default is kNotAsked. Clients' certificates are verified against the authorities above: with
     // kAsked and kRequired a server needs some.
     bool setClientCertificate(ClientCertificate wanted);
     // Milliseconds, 1 to 2,147,483,647. Over TCP.
     bool setHandshakeTime(unsigned int milliseconds);
 
+    // Whether a certificate, or an authority, was added.
     bool hasCertificate() const;
     bool hasTrust() const;
+    // What setClientCertificate() was given.
     ClientCertificate getClientCertificate() const { return m_ClientCertificate; }
+    // Milliseconds; kDefaultHandshakeTime at first.
     unsigned int getHandshakeTime() const { return m_HandshakeTime; }
     // Whether the context has what a server, or a client, needs. If not, a log line says what is missing.
     bool servesServer() const;
@@ -93,6 +105,8 @@ private:
     friend class inner::QuicTls;
     friend class inner::TlsLayer;
 
+    // Whether TLS is available, and whether the setters may change the context. False with a log line.
+    bool isUsable() const;
     bool isOpen() const;
 
     std::unique_ptr<inner::TlsStore> m_Store;

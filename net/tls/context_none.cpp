@@ -24,10 +24,15 @@ bool TlsContext::isAvailable()
     return false;
 }
 
-bool TlsContext::isOpen() const
+bool TlsContext::isUsable() const
 {
     Log::error(L"This library was built without TLS");
     return false;
+}
+
+bool TlsContext::isOpen() const
+{
+    return isUsable();
 }
 
 bool TlsContext::setCertificate(const char*, const char*)
@@ -63,6 +68,21 @@ bool TlsContext::addRevocations(const char*)
 bool TlsContext::addRevocationFile(const wchar_t*)
 {
     return isOpen();
+}
+
+bool TlsContext::reload()
+{
+    return isUsable();
+}
+
+bool TlsContext::replaceCertificate(const char*, const char*)
+{
+    return isUsable();
+}
+
+bool TlsContext::replaceCertificateFiles(const wchar_t*, const wchar_t*)
+{
+    return isUsable();
 }
 
 bool TlsContext::setClientCertificate(ClientCertificate)

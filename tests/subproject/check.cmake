@@ -1,10 +1,11 @@
 # Configures a host's project that has the library as a folder of its own tree: only the library is built with it, and
-# nothing of it is installed. cmake -DBUILD=... -DSOURCE=... -DCOMPILER=... -P check.cmake
+# nothing of it is installed. Compiles the examples there.
+# cmake -DBUILD=... -DSOURCE=... -DCOMPILER=... -DEXAMPLES=a,b -P check.cmake
 set(place ${BUILD}/subproject)
 file(REMOVE_RECURSE ${place})
 
 execute_process(COMMAND ${CMAKE_COMMAND} -S ${SOURCE}/tests/subproject -B ${place} -G Ninja
-    -DCMAKE_CXX_COMPILER=${COMPILER} -DCOMMONGROUND=${SOURCE}
+    -DCMAKE_CXX_COMPILER=${COMPILER} -DCOMMONGROUND=${SOURCE} -DEXAMPLES=${EXAMPLES}
   RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "${output}")
@@ -19,4 +20,11 @@ if(EXISTS ${place}/commonground/cmake_install.cmake)
   if(script MATCHES "file\\(INSTALL")
     message(FATAL_ERROR "The library is installed with the host:\n${script}")
   endif()
+endif()
+string(REGEX REPLACE "([a-z]+)" "example_\\1" targets "${EXAMPLES}")
+string(REPLACE "," ";" targets "${targets}")
+execute_process(COMMAND ${CMAKE_COMMAND} --build ${place} --target ${targets}
+  RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "${output}")
 endif()

@@ -149,6 +149,11 @@ std::string Authority::key() const
 
 TextFile::TextFile(const std::string& text) : m_Path(zet::platform::createTempFile(zet::platform::getTempDirectory()))
 {
+    write(text);
+}
+
+void TextFile::write(const std::string& text) const
+{
     std::FILE* const file = zet::platform::openFile(m_Path, "wb");
     const bool isWritten = file && std::fwrite(text.data(), 1, text.size(), file) == text.size();
     if (!file || std::fclose(file) != 0 || !isWritten)

@@ -66,6 +66,8 @@ public:
     ~TextFile();
     TextFile(const TextFile&) = delete;
     TextFile& operator=(const TextFile&) = delete;
+    // Replaces the text.
+    void write(const std::string& text) const;
     std::string path() const;
     std::wstring widePath() const { return m_Path.getBuffer(); }
 

@@ -141,4 +141,33 @@ TEST_F(TlsUdp, AContextInUseIsNotChanged)
     EXPECT_EQ(m_Net.m_Server->getTlsContext(), context.get());
 }
 
+TEST_F(TlsUdp, AReloadedCertificateIsShownToNewConnectionsAndOthersContinue)
+{
+    const Context context = contextOf(here(), nullptr);
+    ASSERT_TRUE(listen(context, contextOf({}, &m_Authority)));
+    const NoteSocketHandle before = new NoteSocket;
+    ASSERT_TRUE(before->connect(m_Net.m_Port, L"127.0.0.1", m_Net.m_Server->getPort(), zet::Uuid()));
+    ASSERT_TRUE(m_Net.until(
+        [&] {
+            return before->getConnectionState() == UdpClientSocket::kEstablished && !m_Net.m_Server->m_Accepted.empty();
+        }));
+    const NoteSocketHandle served = m_Net.m_Server->m_Accepted[0];
+
+    // The client does not know who signed the new certificate, so its refusal shows that this one was sent.
+    const Certificate renewed = Authority("Other Authority").issue({"", {"127.0.0.1"}});
+    ASSERT_TRUE(context->replaceCertificate(renewed.m_Chain.c_str(), renewed.m_Key.c_str()));
+    m_Net.m_Server->m_Accepted.clear();
+    EXPECT_FALSE(succeeds(L"127.0.0.1"));
+    EXPECT_TRUE(before->send(test::NoteCommand(7)));
+    EXPECT_TRUE(m_Net.until([&] { return !served->m_Numbers.empty() && served->m_Numbers.back() == 7; }));
+
+    EXPECT_FALSE(context->replaceCertificate(here().m_Chain.c_str(), "no key"));
+    EXPECT_FALSE(succeeds(L"127.0.0.1"));
+    const Certificate good = here();
+    ASSERT_TRUE(context->replaceCertificate(good.m_Chain.c_str(), good.m_Key.c_str()));
+    m_Net.m_Server->m_Accepted.clear();
+    EXPECT_TRUE(succeeds(L"127.0.0.1"));
+    EXPECT_EQ(before->m_Closes, 0);
+}
+
 } // namespace

@@ -18,7 +18,7 @@ TEST(WithoutTls, AContextIsRefusedWithALogLine)
     test::Loopback net(analyser);
     const test::ClientHandle client = new test::Client(analyser);
     const std::wstring line = L"This library was built without TLS";
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 6; ++i)
     {
         const test::LogLines log;
         switch (i)
@@ -31,6 +31,12 @@ TEST(WithoutTls, AContextIsRefusedWithALogLine)
             break;
         case 2:
             EXPECT_FALSE(context->addSystemTrust());
+            break;
+        case 3:
+            EXPECT_FALSE(context->reload());
+            break;
+        case 4:
+            EXPECT_FALSE(context->replaceCertificateFiles(L"", L""));
             break;
         default:
             EXPECT_FALSE(context->setCertificate("", ""));

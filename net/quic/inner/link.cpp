@@ -136,7 +136,7 @@ bool QuicLink::openClient(const Endpoint& peer)
         return false;
     }
     m_Ref = {[](ngtcp2_crypto_conn_ref* ref) { return static_cast<QuicLink*>(ref->user_data)->m_Connection; }, this};
-    return open(m_Router.tls().openClient(m_Ref));
+    return open(m_Router.tls().openClient(m_Ref, m_Credentials));
 }
 
 bool QuicLink::openServer(const Endpoint& peer, const ngtcp2_pkt_hd& head, const ngtcp2_cid& origin)
@@ -165,7 +165,7 @@ bool QuicLink::openServer(const Endpoint& peer, const ngtcp2_pkt_hd& head, const
     }
     m_Ref = {[](ngtcp2_crypto_conn_ref* ref) { return static_cast<QuicLink*>(ref->user_data)->m_Connection; }, this};
     m_Deadline = m_Router.now() + nanoseconds(m_Router.settings().m_ConnectTimeout);
-    return open(m_Router.tls().openServer(m_Ref));
+    return open(m_Router.tls().openServer(m_Ref, m_Credentials));
 }
 
 void QuicLink::wake(unsigned char pending)
@@ -409,6 +409,7 @@ void QuicLink::dropSession()
     if (m_Connection)
         ngtcp2_conn_set_tls_native_handle(m_Connection, nullptr);
     gnutls_deinit(std::exchange(m_Session, nullptr));
+    m_Credentials.reset();
 }
 
 QuicTime QuicLink::getExpiry() const

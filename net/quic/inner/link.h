@@ -11,12 +11,14 @@
 
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <vector>
 
 namespace zet::inner
 {
 
 class QuicRouter;
+struct TlsCredentials;
 
 // Nanoseconds of a clock that starts with the port.
 using QuicTime = ngtcp2_tstamp;
@@ -148,6 +150,8 @@ private:
     bool m_IsFound = false;
     // The TLS session; null after the handshake.
     gnutls_session_t m_Session = nullptr;
+    // Those of the session.
+    std::shared_ptr<const TlsCredentials> m_Credentials;
     ngtcp2_crypto_conn_ref m_Ref{};
     String_T<char> m_Name;
     Endpoint m_Peer;

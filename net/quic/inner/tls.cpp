@@ -129,10 +129,10 @@ int QuicTls::requireParams(gnutls_session_t session, unsigned int, unsigned int,
     return isMissing ? GNUTLS_E_MISSING_EXTENSION : 0;
 }
 
-gnutls_session_t QuicTls::openServer(ngtcp2_crypto_conn_ref& ref)
+gnutls_session_t QuicTls::openServer(ngtcp2_crypto_conn_ref& ref, std::shared_ptr<const TlsCredentials>& kept)
 {
-    const bool hasOther = m_Context && m_Context->hasCertificate();
-    gnutls_session_t session = open(GNUTLS_SERVER, hasOther ? m_Context->m_Store->m_Credentials : m_Own, ref);
+    kept = m_Context ? m_Context->m_Store->credentials() : nullptr;
+    gnutls_session_t session = open(GNUTLS_SERVER, kept && kept->m_HasCertificate ? kept->m_Handle : m_Own, ref);
     const auto wanted = m_Context ? m_Context->getClientCertificate() : TlsContext::kNotAsked;
     if (session && wanted != TlsContext::kNotAsked)
     {
@@ -142,11 +142,12 @@ gnutls_session_t QuicTls::openServer(ngtcp2_crypto_conn_ref& ref)
     return session;
 }
 
-gnutls_session_t QuicTls::openClient(ngtcp2_crypto_conn_ref& ref)
+gnutls_session_t QuicTls::openClient(ngtcp2_crypto_conn_ref& ref, std::shared_ptr<const TlsCredentials>& kept)
 {
     if (m_Context && !m_Context->servesClient())
         return nullptr;
-    gnutls_session_t session = open(GNUTLS_CLIENT, m_Context ? m_Context->m_Store->m_Credentials : m_Own, ref);
+    kept = m_Context ? m_Context->m_Store->credentials() : nullptr;
+    gnutls_session_t session = open(GNUTLS_CLIENT, kept ? kept->m_Handle : m_Own, ref);
     if (session && m_Context)
         gnutls_session_set_verify_function(session, verify);
     const char* const host = static_cast<const QuicLink*>(ref.user_data)->getName();

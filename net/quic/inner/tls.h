@@ -6,8 +6,12 @@
 #include <gnutls/gnutls.h>
 #include <ngtcp2/ngtcp2_crypto.h>
 
+#include <memory>
+
 namespace zet::inner
 {
+
+struct TlsCredentials;
 
 // Shared by the connections of one port. QUIC requires TLS 1.3.
 class QuicTls
@@ -23,9 +27,9 @@ public:
     bool init(TlsContext* context);
     // A session for a new connection, whose ref has the link as user data; the caller owns it. Null on failure. A
     // context without authorities gives a client no session, with a log line. A client sends the link's name as server
-    // name.
-    gnutls_session_t openServer(ngtcp2_crypto_conn_ref& ref);
-    gnutls_session_t openClient(ngtcp2_crypto_conn_ref& ref);
+    // name. The session must not outlive what kept holds then.
+    gnutls_session_t openServer(ngtcp2_crypto_conn_ref& ref, std::shared_ptr<const TlsCredentials>& kept);
+    gnutls_session_t openClient(ngtcp2_crypto_conn_ref& ref, std::shared_ptr<const TlsCredentials>& kept);
 
 private:
     bool makeCertificate();

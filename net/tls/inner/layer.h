@@ -4,6 +4,7 @@
 #include "net/inner/blocks.h"
 #include "net/tls/context.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,8 @@ struct gnutls_session_int;
 
 namespace zet::inner
 {
+
+struct TlsCredentials;
 
 // Records to send go to a queue of the caller; the caller puts received bytes into m_Input. Nothing here waits or calls
 // the operating system. THREADS: the connection's.
@@ -86,6 +89,8 @@ private:
     void keepSession();
 
     gnutls_session_int* m_Session = nullptr;
+    // Those of the session.
+    std::shared_ptr<const TlsCredentials> m_Credentials;
     Wire* m_Wire = nullptr;
     std::string m_HostName;
     std::string m_SessionKey;

@@ -107,6 +107,7 @@ bool TlsLayer::begin(const String_T<wchar_t>& peer)
         m_Session = nullptr;
         return false;
     }
+    m_Credentials = store.credentials();
     gnutls_session_set_ptr(m_Session, this);
     gnutls_transport_set_ptr(m_Session, this);
     gnutls_transport_set_push_function(m_Session, Calls::push);
@@ -117,9 +118,9 @@ bool TlsLayer::begin(const String_T<wchar_t>& peer)
     gnutls_session_set_verify_function(m_Session, Calls::verify);
     int fault = gnutls_priority_set(m_Session, store.m_Priority);
     if (fault == GNUTLS_E_SUCCESS)
-        fault = gnutls_credentials_set(m_Session, GNUTLS_CRD_CERTIFICATE, store.m_Credentials);
+        fault = gnutls_credentials_set(m_Session, GNUTLS_CRD_CERTIFICATE, m_Credentials->m_Handle);
     if (fault == GNUTLS_E_SUCCESS && !m_IsClient)
-        fault = gnutls_session_ticket_enable_server(m_Session, &store.m_TicketKey);
+        fault = gnutls_session_ticket_enable_server(m_Session, &m_Credentials->m_TicketKey);
     if (fault != GNUTLS_E_SUCCESS)
     {
         end();
@@ -148,6 +149,7 @@ void TlsLayer::end()
     if (m_Session)
         gnutls_deinit(m_Session);
     m_Session = nullptr;
+    m_Credentials.reset();
     m_Wire = nullptr;
     m_Input.drop(nullptr);
     m_HandshakeInput = 0;

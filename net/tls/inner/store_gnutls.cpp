@@ -25,16 +25,11 @@ void TlsStore::wipe(Session& session)
     gnutls_memset(session.data(), 0, session.size());
 }
 
-TlsStore::TlsStore()
+TlsStore::TlsStore() : m_Credentials(std::make_shared<TlsCredentials>())
 {
-    const int fault = [this]
-    {
-        if (const int code = gnutls_certificate_allocate_credentials(&m_Credentials))
-            return code;
-        if (const int code = gnutls_priority_init(&m_Priority, kPriority, nullptr))
-            return code;
-        return gnutls_session_ticket_key_generate(&m_TicketKey);
-    }();
+    int fault = m_Credentials->m_Fault;
+    if (fault == GNUTLS_E_SUCCESS)
+        fault = gnutls_priority_init(&m_Priority, kPriority, nullptr);
     m_IsReady = fault == GNUTLS_E_SUCCESS;
     if (!m_IsReady)
         Log::error(L"No TLS: %s", StringHelper::utf8ToWide(gnutls_strerror(fault)));
@@ -44,13 +39,46 @@ TlsStore::~TlsStore()
 {
     for (auto& [peer, session] : m_Sessions)
         wipe(session);
-    if (m_TicketKey.data)
-        gnutls_memset(m_TicketKey.data, 0, m_TicketKey.size);
-    gnutls_free(m_TicketKey.data);
     if (m_Priority)
         gnutls_priority_deinit(m_Priority);
-    if (m_Credentials)
-        gnutls_certificate_free_credentials(m_Credentials);
+}
+
+std::shared_ptr<const TlsCredentials> TlsStore::credentials()
+{
+    const std::lock_guard lock(m_Mutex);
+    return m_Credentials;
+}
+
+bool TlsStore::add(TlsSource source)
+{
+    const std::lock_guard lock(m_SourceMutex);
+    if (!source.load(*m_Credentials))
+        return false;
+    m_Sources.push_back(std::move(source));
+    return true;
+}
+
+bool TlsStore::reload(TlsSource* pair)
+{
+    const std::lock_guard lock(m_SourceMutex);
+    const auto isReplaced = [pair](const TlsSource& source) { return pair && source.m_Kind == pair->m_Kind; };
+    const auto fresh = std::make_shared<TlsCredentials>();
+    bool isLoaded = fresh->m_Fault == GNUTLS_E_SUCCESS && (!pair || pair->load(*fresh));
+    for (const TlsSource& source : m_Sources)
+        isLoaded = isLoaded && (isReplaced(source) || source.load(*fresh));
+    if (!isLoaded || !fresh->isCurrent())
+    {
+        Log::error(L"A TLS context was not reloaded; it keeps its certificates");
+        return false;
+    }
+    if (pair)
+    {
+        std::erase_if(m_Sources, isReplaced);
+        m_Sources.push_back(std::move(*pair));
+    }
+    const std::lock_guard exchange(m_Mutex);
+    m_Credentials = fresh;
+    return true;
 }
 
 void TlsStore::keep(const std::string& peer, Session session)
