@@ -263,6 +263,8 @@ void CFrameworkServerSocket::AddPermissionAddressFrom(const wchar_t* path)
 
 bool CFrameworkServerSocket::ReloadAddressFiles()
 {
+    if (m_AddressFiles.empty())
+        return true;
     zet::AddressFilter filter = getAddressFilter();
     filter.removeFromFiles();
     for (const auto& [list, path] : m_AddressFiles)
