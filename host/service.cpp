@@ -10,6 +10,7 @@
 #include "net/inner/reactor.h"
 #include "net/tcp/server.h"
 #include "runtime/service_system.h"
+#include "transport/framework_server_socket.h"
 
 #include <algorithm>
 #include <cstdio>
