@@ -9,6 +9,7 @@ std::string parseOptions(int count, char** words, const std::vector<OptionName>&
                          const std::function<void(size_t, const std::string&)>& take)
 {
     std::vector<option> known;
+    known.reserve(options.size() + 1);
     for (const OptionName& each : options)
         known.push_back({each.m_Name.c_str(), each.m_HasValue ? required_argument : no_argument, nullptr, 0});
     known.push_back({nullptr, 0, nullptr, 0});

@@ -54,15 +54,15 @@ public:
     UdpWalk(const ServedUdp& served, bool isWaiting) : m_Served(served), m_IsWaiting(isWaiting) {}
 
     bool onEntry(zet::UdpServer::UdpConnection* const& key,
-                 zet::Unknown::Handle_T<zet::UdpServer::UdpConnection>& held) override
+                 zet::Unknown::Handle_T<zet::UdpServer::UdpConnection>&) override
     {
-        const zet::Unknown::Handle_T<zet::UdpServer::UdpConnection> keep = held;
         zet::inner::guard(L"a drain", nullptr,
                           [&]
                           {
                               if (!isOver(*key))
                                   return;
                               key->close();
+                              // The walk keeps the object until this call returns.
                               m_Served.m_Server->abandon(key);
                           });
         return true;

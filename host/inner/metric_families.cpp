@@ -87,11 +87,11 @@ void MetricFamilies::print(MetricText& text) const
 void MetricFamilies::printListeners(MetricText& text) const
 {
     std::vector<std::pair<std::string, ListenerFigures>> listeners;
-    for (const auto& [name, getFigures] : m_Listeners)
+    for (const Listener& listener : m_Listeners)
     {
         ListenerFigures figures;
-        if (zet::inner::guard(L"the figures of a port", nullptr, [&] { figures = getFigures(); }))
-            listeners.emplace_back(name, std::move(figures));
+        if (zet::inner::guard(L"the figures of a port", nullptr, [&] { figures = listener.second(); }))
+            listeners.emplace_back(listener.first, std::move(figures));
     }
     const auto isKnown = [&](ListenerFigures::Value ListenerFigures::*value)
     {
