@@ -124,7 +124,6 @@ bool TcpConnection::take(TcpLink* link, const std::shared_ptr<Reactor>& reactor,
 {
     if (!isInvalid() || !expect(nullptr, context))
         return false;
-    link->prepare();
     m_LooksItself = false;
     m_Reactor = reactor;
     setLink(link);

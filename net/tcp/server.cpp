@@ -64,7 +64,12 @@ bool TcpServer::listen(unsigned short port, int backlog)
     own.m_Port = port;
     Door::Fault fault;
     DoorHandle handle = inner::openPort(reactor->door(), Door::kStream, own, fault);
-    if (fault || handle.door().listen(handle.get(), backlog))
+    if (fault)
+        return false;
+    // Before the first connection arrives.
+    m_IsInherited = handle.door().prepareListener(handle.get(), m_Crowd->limits());
+    m_HasEarlier = false;
+    if (handle.door().listen(handle.get(), backlog))
         return false;
     auto listener = std::make_unique<TcpListener>(*this, *reactor, Door::kNoHandle);
     listener->take(handle.release());
@@ -83,7 +88,10 @@ bool TcpServer::attach(unsigned int handle)
     listener->take(handle);
     m_Reactor = reactor;
     if (!reactor->door()->unblock(handle) && setListener(listener))
+    {
+        prepareListener();
         return true;
+    }
     listener->giveAway();
     return false;
 }
@@ -120,6 +128,14 @@ bool TcpServer::setBindAddress(const wchar_t* address)
 void TcpServer::setLimits(const NetLimits& limits)
 {
     m_Crowd->setLimits(limits);
+    if (m_Listener)
+        prepareListener();
+}
+
+void TcpServer::prepareListener()
+{
+    m_IsInherited = m_Reactor->door()->prepareListener(m_Handle, m_Crowd->limits());
+    m_HasEarlier = true;
 }
 
 const NetLimits& TcpServer::getLimits() const
@@ -244,10 +260,11 @@ TcpServer::Pending TcpServer::takePending()
 {
     Endpoint peer;
     Door::Fault fault;
-    const TcpLinkRef link(new TcpLink(*m_Reactor, m_Reactor->door()->accept(m_Handle, peer, fault)));
+    DoorHandle handle(m_Reactor->door(), m_Reactor->door()->accept(m_Handle, peer, fault));
     if (fault.m_Reason == Door::Fault::kNotNow)
     {
         m_IsReady = false;
+        m_HasEarlier = false;
         m_Listener->waitForPeer();
         return kNone;
     }
@@ -263,7 +280,6 @@ TcpServer::Pending TcpServer::takePending()
     if (fault)
         return kRefused;
     m_IsResting = false;
-    link->m_Peer = peer;
     if (!m_Crowd->hasSpace(peer))
     {
         m_Crowd->noteRefused();
@@ -273,8 +289,15 @@ TcpServer::Pending TcpServer::takePending()
     // The host may have closed the server, or listen anew by now.
     if (!isPermitted(peer) || m_Listening != listening)
         return kRefused;
+    const TcpLinkRef link(new TcpLink(*m_Reactor));
+    link->take(handle.release());
+    link->m_Peer = peer;
     link->m_Seat = m_Crowd->admit(peer);
-    link->door().watchPeer(link->getHandle(), m_Crowd->limits());
+    if (!m_IsInherited || m_HasEarlier)
+    {
+        link->prepare();
+        link->door().watchPeer(link->getHandle(), m_Crowd->limits());
+    }
     m_Pending = link.get();
     m_Pending->addRef();
     return kWaiting;

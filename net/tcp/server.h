@@ -145,6 +145,7 @@ private:
     bool setListener(std::unique_ptr<inner::TcpListener>& listener);
     void joinReactor();
     void acceptPending();
+    void prepareListener();
     Pending takePending();
     bool isPermitted(const inner::Endpoint& peer);
     bool isPermittedIPv6(const inner::Endpoint& peer);
@@ -167,6 +168,10 @@ private:
     unsigned short m_ListenPort = 0;
     bool m_IsReady = false;
     bool m_IsResting = false;
+    // New connections have the options of the present limits from the listening socket.
+    bool m_IsInherited = false;
+    // Connections that arrived before it had these options may be pending.
+    bool m_HasEarlier = false;
 };
 
 } // namespace zet
