@@ -186,7 +186,8 @@ void TcpConnection::drop()
     link->release();
     m_Pending = 0;
     // Its server has to see that the connection is down.
-    list();
+    if (m_ReadyList)
+        hurry();
 }
 
 void TcpConnection::joinReactor()

@@ -170,8 +170,12 @@ void TcpSecureConnection::secure()
     if (getTimeTick() - m_Tls->m_Begun >= m_Tls->m_Context->getHandshakeTime())
         failHandshake(L"it did not end in time");
     else
+    {
         // The next tick checks the clock again.
         list();
+        if (System* const system = getSystem())
+            system->tickBy(m_Tls->m_Begun + m_Tls->m_Context->getHandshakeTime());
+    }
 }
 
 void TcpSecureConnection::stepHandshake()

@@ -215,6 +215,20 @@ void TcpServer::onTick(unsigned int)
     acceptPending();
     if (m_Listener && m_Crowd->serve())
         hurry();
+    setNextTick();
+}
+
+// Without an event: accepting goes on after a pause, and deadlines pass.
+void TcpServer::setNextTick()
+{
+    System* const system = getSystem();
+    if (!system || !m_Listener)
+        return;
+    if (m_IsResting && m_IsReady)
+        system->tickBy(m_RestUntil);
+    unsigned int moment = 0;
+    if (m_Crowd->getNextDeadline(moment))
+        system->tickBy(moment);
 }
 
 void TcpServer::acceptPending()
@@ -319,7 +333,10 @@ bool TcpServer::accept(TcpConnection* connection)
         return false;
     const TcpLinkRef link = TcpLinkRef::adopt(std::exchange(m_Pending, nullptr));
     if (connection->take(link.get(), m_Reactor, m_TlsContext))
+    {
+        setNextTick();
         return true;
+    }
     link->m_Owner = nullptr;
     return false;
 }

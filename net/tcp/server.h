@@ -146,6 +146,7 @@ private:
     void joinReactor();
     void acceptPending();
     void prepareListener();
+    void setNextTick();
     Pending takePending();
     bool isPermitted(const inner::Endpoint& peer);
     bool isPermittedIPv6(const inner::Endpoint& peer);

@@ -186,6 +186,14 @@ bool Crowd::serve()
     return !m_Steps.empty();
 }
 
+bool Crowd::getNextDeadline(unsigned int& moment) const
+{
+    if (m_Deadlines.empty())
+        return false;
+    moment = m_Deadlines.front().m_Moment;
+    return true;
+}
+
 void Crowd::takeSteps()
 {
     Stopwatch watch;

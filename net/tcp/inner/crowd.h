@@ -88,6 +88,8 @@ public:
     // Runs steps of handshakes within the limits, and ends the connections whose deadline has passed. True if steps are
     // left.
     bool serve();
+    // The time of the next deadline; false if there is none.
+    bool getNextDeadline(unsigned int& moment) const;
 
 private:
     friend class Seat;

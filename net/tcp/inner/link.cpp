@@ -66,6 +66,9 @@ TcpRace::State TcpLink::race()
         // Ends like a name whose addresses do not answer.
     }
     m_Peer = m_Race->getPeer();
+    unsigned int moment = 0;
+    if (System* const system = m_Owner->getSystem(); system && m_Race->getNextAttempt(moment))
+        system->tickBy(moment);
     if (state == TcpRace::kWon)
         Watched::take(m_Race->releaseHandle());
     if (state != TcpRace::kRunning)
