@@ -213,6 +213,7 @@ void TcpConnection::joinReactor()
     link->m_Input.swap(m_Link->m_Input);
     link->m_Output.swap(m_Link->m_Output);
     link->m_Sealed.swap(m_Link->m_Sealed);
+    link->m_IsSealed = m_Link->m_IsSealed;
     link->m_Seat = std::exchange(m_Link->m_Seat, {});
     // Output is announced to the new reactor below.
     clearPending(kOutput);
