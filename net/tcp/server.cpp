@@ -204,7 +204,10 @@ void TcpServer::drop()
 void TcpServer::closePending()
 {
     if (TcpLink* const link = std::exchange(m_Pending, nullptr))
+    {
+        link->leave(m_Listener->m_PendingPeer);
         link->release();
+    }
 }
 
 void TcpServer::onTick(unsigned int)
@@ -305,13 +308,13 @@ TcpServer::Pending TcpServer::takePending()
         return kRefused;
     const TcpLinkRef link(new TcpLink(*m_Reactor));
     link->take(handle.release());
-    link->m_Peer = peer;
-    link->m_Seat = m_Crowd->admit(peer);
+    m_Crowd->admit(*link.get(), peer);
     if (!m_IsInherited || m_HasEarlier)
     {
         link->prepare();
         link->door().watchPeer(link->getHandle(), m_Crowd->limits());
     }
+    m_Listener->m_PendingPeer = peer;
     m_Pending = link.get();
     m_Pending->addRef();
     return kWaiting;
@@ -332,13 +335,25 @@ bool TcpServer::accept(TcpConnection* connection)
     if (!m_Listener || !connection || !connection->isInvalid() || (!m_Pending && takePending() != kWaiting))
         return false;
     const TcpLinkRef link = TcpLinkRef::adopt(std::exchange(m_Pending, nullptr));
-    if (connection->take(link.get(), m_Reactor, m_TlsContext))
+    const Endpoint peer = m_Listener->m_PendingPeer;
+    // Also if it throws before the connection owns the link.
+    struct Leaving
     {
-        setNextTick();
-        return true;
+        ~Leaving()
+        {
+            if (!m_Link.m_Owner && m_Link.isIn())
+                m_Link.leave(m_Peer);
+        }
+        TcpLink& m_Link;
+        const Endpoint& m_Peer;
+    } leaving{*link.get(), peer};
+    if (!connection->take(link.get(), peer, m_Reactor, m_TlsContext))
+    {
+        link->m_Owner = nullptr;
+        return false;
     }
-    link->m_Owner = nullptr;
-    return false;
+    setNextTick();
+    return true;
 }
 
 bool TcpServer::permission(const sockaddr_in& address)
