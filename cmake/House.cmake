@@ -131,6 +131,13 @@ if(TARGET questions)
     "^asked 1, answered 1\nasked 2, answered 2\nasked 3, answered 3\nasked 0: timed out\nasked 99: the connection ended\n$")
 endif()
 
+# On Linux, where Systems can share a port.
+if(TARGET cores AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  add_test(NAME House.ExampleServesAPortOnTwoCores COMMAND cores)
+  set_tests_properties(House.ExampleServesAPortOnTwoCores PROPERTIES TIMEOUT 60 PASS_REGULAR_EXPRESSION
+    "^8 peers, 8 notices\n$")
+endif()
+
 # The installed package, used by a host.
 add_test(NAME House.InstalledCheckFindsEachFault COMMAND Python3::Interpreter ${scripts}/check_installed.py --self-test)
 if(COMMONGROUND_INSTALL)

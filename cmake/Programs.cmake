@@ -14,6 +14,8 @@ endfunction()
 if(COMMONGROUND_EXAMPLES)
   commonground_program(arena examples/arena)
   commonground_program(hello examples/hello)
+  commonground_program(cores examples/cores)
+  target_link_libraries(cores PRIVATE Threads::Threads)
   # Its client is a coroutine.
   include(CheckCXXSourceCompiles)
   check_cxx_source_compiles("#ifndef __cpp_impl_coroutine\n#error none\n#endif\n#include <coroutine>\nint main() {}"

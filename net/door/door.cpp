@@ -1,5 +1,7 @@
 #include "net/door/door.h"
 
+#include "framework/log.h"
+
 #include <system_error>
 
 namespace zet::inner
@@ -28,6 +30,14 @@ DoorHandle openPort(const std::shared_ptr<Door>& door, Door::Kind kind, const En
     if (fault.m_Reason == Door::Fault::kNoAddress && isBoth)
         return openPort(door, kind, Endpoint::ofV4(0, own.m_Port), fault, isShared);
     return made;
+}
+
+bool canSharePort(const Door& door, unsigned short port)
+{
+    if (door.canSharePorts())
+        return true;
+    Log::warning(L"Port %d cannot be shared: this system does not divide connections among servers", port);
+    return false;
 }
 
 } // namespace zet::inner

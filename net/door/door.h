@@ -232,5 +232,7 @@ private:
 // no handle is open. A shared port may be bound by other sockets, too.
 COMMONGROUND_API DoorHandle openPort(const std::shared_ptr<Door>& door, Door::Kind kind, const Endpoint& own,
                                      Door::Fault& fault, bool isShared = false);
+// Whether a port can be shared; if not, the log says so.
+bool canSharePort(const Door& door, unsigned short port);
 
 } // namespace zet::inner

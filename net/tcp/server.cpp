@@ -58,12 +58,12 @@ bool TcpServer::listen(unsigned short port, int backlog)
     if (!isInvalid())
         return false;
     const auto reactor = Reactor::of(getSystem());
-    if (!reactor)
+    if (!reactor || (m_IsPortShared && !inner::canSharePort(*reactor->door(), port)))
         return false;
     Endpoint own = m_BindAddress ? *m_BindAddress : Endpoint();
     own.m_Port = port;
     Door::Fault fault;
-    DoorHandle handle = inner::openPort(reactor->door(), Door::kStream, own, fault);
+    DoorHandle handle = inner::openPort(reactor->door(), Door::kStream, own, fault, m_IsPortShared);
     if (fault)
         return false;
     // Before the first connection arrives.

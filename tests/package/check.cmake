@@ -29,9 +29,14 @@ endif()
 run(${CMAKE_COMMAND} -S ${SOURCE}/tests/package -B ${place}/build -G Ninja
   -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_PREFIX_PATH=${place}/prefix
   -DHOST_SOURCE=${SOURCE}/examples/hello/hello.cpp
-  -DQUESTIONS_SOURCE=${SOURCE}/examples/questions/questions.cpp -DCOMMONGROUND_HEADERS=${place}/prefix/include/commonground)
+  -DQUESTIONS_SOURCE=${SOURCE}/examples/questions/questions.cpp -DCORES_SOURCE=${SOURCE}/examples/cores/cores.cpp
+  -DCOMMONGROUND_HEADERS=${place}/prefix/include/commonground)
 run(${CMAKE_COMMAND} --build ${place}/build)
 run(${place}/build/host)
+run(${place}/build/cores)
+if(NOT output STREQUAL "8 peers, 8 notices\n")
+  message(FATAL_ERROR "The example cores prints:\n${output}")
+endif()
 run(${place}/build/questions)
 if(NOT output MATCHES "asked 3, answered 3\nasked 0: timed out\nasked 99: the connection ended\n")
   message(FATAL_ERROR "The example questions prints:\n${output}")
