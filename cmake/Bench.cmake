@@ -23,6 +23,13 @@ foreach(source ${sources})
   target_link_libraries(${name} PRIVATE commonground_bench commonground_warnings)
 endforeach()
 
+# A few connections only: that the processes of the benchmark find each other, and that it ends.
+if(COMMONGROUND_TESTS AND TARGET idle_bench AND NOT CMAKE_CROSSCOMPILING)
+  add_test(NAME Bench.IdleConnectionsInSeveralProcesses COMMAND idle_bench 300 2)
+  set_tests_properties(Bench.IdleConnectionsInSeveralProcesses PROPERTIES TIMEOUT 60
+    PASS_REGULAR_EXPRESSION "a tick over 300 idle connections in 2 processes, against none")
+endif()
+
 # ENet, a library over UDP without encryption, is compared with where it is installed.
 find_package(PkgConfig QUIET)
 if(TARGET udp_bench AND PKG_CONFIG_FOUND)

@@ -23,6 +23,8 @@ if(COMMONGROUND_EXAMPLES)
   if(COMMONGROUND_UDP)
     commonground_program(udp examples/udp)
   endif()
+  commonground_program(cores examples/cores)
+  target_link_libraries(cores PRIVATE Threads::Threads)
   # Its client is a coroutine.
   include(CheckCXXSourceCompiles)
   check_cxx_source_compiles("#ifndef __cpp_impl_coroutine\n#error none\n#endif\n#include <coroutine>\nint main() {}"

@@ -10,7 +10,7 @@ void PacketReader::attach(Input* input)
 {
     attachOwner(input);
     if (input && input->getRefCount() > 0)
-        m_Owner = input;
+        rare().m_Owner = input;
 }
 
 void PacketReader::attachOwner(Input* input)
@@ -23,12 +23,15 @@ Unknown::Handle_T<Input> PacketReader::detach()
 {
     // The source itself discards the bytes of a packet already passed.
     m_Shown = 0;
-    m_Next = -1;
+    m_HasNext = false;
     m_IsCollectedShown = false;
-    m_Window.show(nullptr, 0);
-    std::vector<unsigned char>().swap(m_Collected);
+    if (m_Rare)
+    {
+        m_Rare->m_Window.show(nullptr, 0);
+        std::vector<unsigned char>().swap(m_Rare->m_Collected);
+    }
     m_Input = nullptr;
-    return std::move(m_Owner);
+    return m_Rare ? std::move(m_Rare->m_Owner) : Unknown::Handle_T<Input>();
 }
 
 bool PacketReader::read(InputStream& stream)
@@ -38,28 +41,42 @@ bool PacketReader::read(InputStream& stream)
     const bool isGood = read(packet);
     if (packet.empty())
         return isGood;
-    m_Window.show(packet.data(), static_cast<int>(packet.size()));
-    stream = InputStream(&m_Window);
+    rare().m_Window.show(packet.data(), static_cast<int>(packet.size()));
+    stream = InputStream(&m_Rare->m_Window);
     return true;
+}
+
+PacketReader::Rare& PacketReader::rare()
+{
+    if (!m_Rare)
+        m_Rare = std::make_unique<Rare>();
+    return *m_Rare;
+}
+
+// Skips the packet that was passed.
+void PacketReader::endPacket()
+{
+    if (m_Rare)
+        m_Rare->m_Window.show(nullptr, 0);
+    if (m_Shown > 0)
+        m_Input->skip(std::exchange(m_Shown, 0));
+    if (std::exchange(m_IsCollectedShown, false))
+        std::vector<unsigned char>().swap(m_Rare->m_Collected);
 }
 
 bool PacketReader::read(std::span<const unsigned char>& packet)
 {
     packet = {};
     m_HasPaused = false;
-    m_Window.show(nullptr, 0);
+    endPacket();
     if (!m_Input)
         return true;
-    if (m_Shown > 0)
-        m_Input->skip(std::exchange(m_Shown, 0));
-    if (std::exchange(m_IsCollectedShown, false))
-        std::vector<unsigned char>().swap(m_Collected);
-    if (!m_Collected.empty())
+    if (m_Rare && !m_Rare->m_Collected.empty())
         return collect(packet);
     for (int i = 0; i < kEmptyAtOnce; ++i)
     {
-        unsigned int size = static_cast<unsigned int>(m_Next);
-        if (std::exchange(m_Next, -1) < 0)
+        unsigned int size = m_Next;
+        if (!std::exchange(m_HasNext, false))
         {
             const unsigned char* head = m_Input->view(kHeadSize);
             if (!head)
@@ -80,6 +97,7 @@ bool PacketReader::read(std::span<const unsigned char>& packet)
         const int whole = kHeadSize + static_cast<int>(size);
         // Usually the next length word has arrived too, and one peek covers both.
         const unsigned char* shown = m_Input->view(whole + kHeadSize);
+        m_HasNext = shown != nullptr;
         if (shown)
             m_Next = getLength(shown + whole);
         else
@@ -96,25 +114,22 @@ bool PacketReader::read(std::span<const unsigned char>& packet)
 
 void PacketReader::finish()
 {
-    m_Window.show(nullptr, 0);
-    if (m_Shown > 0)
-        m_Input->skip(std::exchange(m_Shown, 0));
+    endPacket();
     // The owner may skip the next packet itself.
-    m_Next = -1;
-    if (std::exchange(m_IsCollectedShown, false))
-        std::vector<unsigned char>().swap(m_Collected);
+    m_HasNext = false;
 }
 
 bool PacketReader::take(size_t upTo)
 {
-    while (m_Collected.size() < upTo)
+    std::vector<unsigned char>& collected = rare().m_Collected;
+    while (collected.size() < upTo)
     {
         unsigned char piece[4096];
-        const size_t want = std::min(upTo - m_Collected.size(), sizeof piece);
+        const size_t want = std::min(upTo - collected.size(), sizeof piece);
         const int got = m_Input->read(piece, static_cast<int>(want));
         if (got <= 0)
             return false;
-        m_Collected.insert(m_Collected.end(), piece, piece + got);
+        collected.insert(collected.end(), piece, piece + got);
     }
     return true;
 }
@@ -125,18 +140,18 @@ bool PacketReader::collect(std::span<const unsigned char>& packet)
     {
         if (!take(kHeadSize))
             return true;
-        const unsigned int size = getLength(m_Collected.data());
+        const unsigned int size = getLength(m_Rare->m_Collected.data());
         if (size > static_cast<unsigned int>(m_Limit))
             return false;
         if (size == 0)
         {
-            m_Collected.clear();
+            m_Rare->m_Collected.clear();
             continue;
         }
         if (!take(kHeadSize + size))
             return true;
         m_IsCollectedShown = true;
-        packet = {m_Collected.data() + kHeadSize, size};
+        packet = {m_Rare->m_Collected.data() + kHeadSize, size};
         return true;
     }
     m_HasPaused = true;

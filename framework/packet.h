@@ -3,6 +3,7 @@
 
 #include "framework/memory_stream.h"
 
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -48,7 +49,7 @@ public:
     // bytes in any other case: the packet is cut, empty or above the limit, or read() is within one.
     std::span<const unsigned char> findWhole(const Input* source, const unsigned char* bytes, int size) const
     {
-        if (size <= kHeadSize || source != m_Input || m_Shown > 0 || !m_Collected.empty())
+        if (size <= kHeadSize || source != m_Input || m_Shown > 0 || (m_Rare && !m_Rare->m_Collected.empty()))
             return {};
         const unsigned int length = getLength(bytes);
         if (length == 0 || length > static_cast<unsigned int>(m_Limit) ||
@@ -73,21 +74,30 @@ private:
     {
         return head[0] | head[1] << 8 | head[2] << 16 | static_cast<unsigned int>(head[3]) << 24;
     }
+    // What a reader does not need that is a part of its source, if the source shows its bytes.
+    struct Rare
+    {
+        Unknown::Handle_T<Input> m_Owner;
+        // The packet passed by a stream.
+        MemoryInput m_Window;
+        // A packet that the source cannot show in one piece is assembled here, including its length word.
+        std::vector<unsigned char> m_Collected;
+    };
+
     bool collect(std::span<const unsigned char>& packet);
     // Collects bytes up to the given number; false if the source has fewer.
     bool take(size_t upTo);
+    Rare& rare();
+    void endPacket();
 
     Input* m_Input = nullptr;
-    Unknown::Handle_T<Input> m_Owner;
-    // The packet passed by a stream.
-    MemoryInput m_Window;
+    std::unique_ptr<Rare> m_Rare;
     int m_Limit = kDefaultLimit;
     // Bytes of the source that the last packet still occupies.
     int m_Shown = 0;
-    // The length of the next packet, if the source has shown it too; else -1.
-    long long m_Next = -1;
-    // A packet that the source cannot show in one piece is assembled here, including its length word.
-    std::vector<unsigned char> m_Collected;
+    // The length of the next packet, if the source has shown it too.
+    unsigned int m_Next = 0;
+    bool m_HasNext = false;
     bool m_IsCollectedShown = false;
     bool m_HasPaused = false;
 };

@@ -24,6 +24,16 @@ const PeerLog::Scope*& presentScope()
 
 } // namespace
 
+struct PeerLog::Share
+{
+    unsigned int m_Room = kBurst;
+    // When the share last grew, in ticks of getTimeTick().
+    unsigned int m_Refilled = 0;
+    unsigned long long m_LeftOut = 0;
+    // The name of the peer, once lines were omitted.
+    String_T<wchar_t> m_Name;
+};
+
 PeerLog::Scope::Scope(PeerLog& share, const void* peer, NameOf nameOf)
     : m_Share(share), m_Peer(peer), m_NameOf(nameOf), m_Before(std::exchange(presentScope(), this))
 {
@@ -41,16 +51,17 @@ PeerLog::~PeerLog()
 
 void PeerLog::finish() noexcept
 {
+    if (!m_Used)
+        return;
     inner::report([this] { sayLeftOut(); });
-    m_LeftOut = 0;
-    m_Room = kBurst;
-    m_Name.clear();
+    delete std::exchange(m_Used, nullptr);
 }
 
 void PeerLog::sayLeftOut()
 {
-    if (m_LeftOut > 0)
-        Log::warning(L"last line %llu times, the same or alike (%s)", std::exchange(m_LeftOut, 0), m_Name);
+    if (m_Used->m_LeftOut > 0)
+        Log::warning(L"last line %llu times, the same or alike (%s)", std::exchange(m_Used->m_LeftOut, 0),
+                     m_Used->m_Name);
 }
 
 bool PeerLog::takesLine()
@@ -61,20 +72,23 @@ bool PeerLog::takesLine()
 
 bool PeerLog::takes(const Scope& scope)
 {
+    if (!m_Used)
+        m_Used = new Share;
+    Share& used = *m_Used;
     const unsigned int now = getTimeTick();
-    if (m_Room == kBurst)
-        m_Refilled = now;
-    const unsigned int steps = (now - m_Refilled) / kInterval;
-    m_Room = std::min(kBurst, m_Room + std::min(steps, kBurst));
-    m_Refilled += steps * kInterval;
-    if (m_Room == 0)
+    if (used.m_Room == kBurst)
+        used.m_Refilled = now;
+    const unsigned int steps = (now - used.m_Refilled) / kInterval;
+    used.m_Room = std::min(kBurst, used.m_Room + std::min(steps, kBurst));
+    used.m_Refilled += steps * kInterval;
+    if (used.m_Room == 0)
     {
         allLeftOut.fetch_add(1, std::memory_order_relaxed);
-        if (m_LeftOut++ == 0)
-            m_Name = scope.m_NameOf(scope.m_Peer);
+        if (used.m_LeftOut++ == 0)
+            used.m_Name = scope.m_NameOf(scope.m_Peer);
         return false;
     }
-    --m_Room;
+    --used.m_Room;
     sayLeftOut();
     return true;
 }

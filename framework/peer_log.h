@@ -56,15 +56,13 @@ public:
     static unsigned long long getLeftOut();
 
 private:
+    struct Share;
+
     bool takes(const Scope& scope);
     void sayLeftOut();
 
-    unsigned int m_Room = kBurst;
-    // When the share last grew, in ticks of getTimeTick().
-    unsigned int m_Refilled = 0;
-    unsigned long long m_LeftOut = 0;
-    // The name of the peer, once lines were omitted.
-    String_T<wchar_t> m_Name;
+    // Null until the peer has caused a line: most never do. Owned.
+    Share* m_Used = nullptr;
 };
 
 } // namespace zet

@@ -112,6 +112,7 @@ void System::tick()
         return;
     {
         const inner::Mark ticking(m_IsTicking);
+        m_HasTickBy = false;
         guard([this] { m_Waiters.back()->beginTick(); });
         m_LastTick = getTimeTick();
         guard([this] { onTick(m_LastTick); });
@@ -218,6 +219,14 @@ void System::wake()
     m_Waiter.load()->wake();
 }
 
+void System::tickBy(unsigned int moment)
+{
+    if (m_HasTickBy && inner::isReached(m_TickBy, moment))
+        return;
+    m_TickBy = moment;
+    m_HasTickBy = true;
+}
+
 void System::setWaiter(const std::shared_ptr<Waiter>& waiter)
 {
     m_Waiters.push_back(waiter);
@@ -232,6 +241,11 @@ unsigned int System::getWaitTime() const
     const unsigned int next = m_LastTick + m_TickInterval;
     unsigned int time = inner::isReached(next, now) ? 0 : next - now;
     time = time < m_TickInterval ? time : m_TickInterval;
+    if (m_HasTickBy)
+    {
+        const unsigned int left = inner::isReached(m_TickBy, now) ? 0 : m_TickBy - now;
+        time = left < time ? left : time;
+    }
     for (const Entry& entry : m_Tasks)
         if (entry.m_Task && entry.m_Task->m_IsAsleep)
         {

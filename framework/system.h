@@ -21,6 +21,8 @@ public:
 
     // Milliseconds from one tick to the next if nothing wakes the system earlier.
     static constexpr unsigned int kTickInterval = 10;
+    // The longest tick interval, a day: with it an idle System calls the operating system only when something happens.
+    static constexpr unsigned int kLongestInterval = 24 * 60 * 60 * 1000;
     // The codes that onException() gets for a std::exception and for anything else.
     static constexpr unsigned long kStandardException = 1;
     static constexpr unsigned long kOtherException = 2;
@@ -57,8 +59,16 @@ public:
     bool isTicking() const { return m_IsTicking; }
     // The number of started tasks.
     int getTaskCount() const;
-    // Milliseconds, at least 1.
-    void setTickInterval(unsigned int milliseconds) { m_TickInterval = milliseconds ? milliseconds : 1; }
+    // Milliseconds, 1 to kLongestInterval; other values become the nearest of these. With a longer interval than
+    // kTickInterval the library's sockets and questions still keep their times; a task that waits for a time of its own
+    // sleeps or calls tickBy().
+    void setTickInterval(unsigned int milliseconds)
+    {
+        m_TickInterval = milliseconds == 0 ? 1 : milliseconds < kLongestInterval ? milliseconds : kLongestInterval;
+    }
+    // Makes the next tick start at this time of getTimeTick() at the latest. Applies until that tick: a task that still
+    // waits then calls it again, in each tick. Only on the run thread.
+    void tickBy(unsigned int moment);
 
     // Sleeps until the waiter reports an event (by default: a socket is ready), wake() is called or the next tick is
     // due; at most one tick interval.
@@ -104,6 +114,9 @@ private:
     std::atomic<unsigned long> m_RunThreadId;
     unsigned int m_TickInterval = kTickInterval;
     unsigned int m_LastTick = 0;
+    // The earliest time of tickBy() since the last tick began.
+    unsigned int m_TickBy = 0;
+    bool m_HasTickBy = false;
     bool m_IsTicking = false;
 };
 

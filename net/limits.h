@@ -13,7 +13,7 @@ struct NetLimits
 {
     // Connections that the port has accepted or that wait to be accepted, including those in their handshake. Over TCP
     // one more is closed at once, before memory is allocated for it, and logged at most once a minute; over UDP it is
-    // refused. An idle connection needs about 1 KiB over TCP, 40 KiB with TLS, 90 KiB over UDP; over TCP also one
+    // refused. An idle connection needs about 700 bytes over TCP, 40 KiB with TLS, 90 KiB over UDP; over TCP also one
     // handle of the process.
     int m_Connections = 20000;
     // The part of m_Connections from one IPv4 address, or from one IPv6 network of 64 bits. A household, a school or

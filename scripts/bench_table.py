@@ -31,7 +31,7 @@ WANTED = [
     ("idle_bench", "a tick over 10000 idle connections, against none", "ratio", 1.05, True),
     ("idle_bench", "an idle connection", "own", 700, True),
     ("tls_bench", "a small command there and back, TLS 1.3", "ratio", 1.05, True),
-    ("cores_bench", "two Systems on two cores against one", "ratio", 1.9, False),
+    ("cores_bench", "two Systems on one port and two cores, against one", "ratio", 1.9, False),
     ("wirelens_bench", "wirelens decode, recording", "own", 100, False),
     ("library", "code of the library (.text)", "own", 2.4, True),
     ("library", "relocations of the library", "own", 800, True),

@@ -23,16 +23,22 @@ zet::Unknown::Handle_T<CCommandSocket> CCommandSocket::createInstance(CCmdAnalys
     return new CCommandSocket(analyser);
 }
 
-// During this constructor virtual calls reach this class, also in an object of a derived class.
-CCommandSocket::CCommandSocket(CCmdAnalyserSocket* analyser)
-    : m_pCmdAnalyser(analyser), m_PlainTick(zet::inner::getVirtualTarget(*this, &CCommandSocket::onTick)),
-      m_PacketLimit(kLargestFrame)
+CCommandSocket::CCommandSocket(CCmdAnalyserSocket* analyser) : m_PacketLimit(kLargestFrame), m_pCmdAnalyser(analyser)
 {
+    // During this constructor virtual calls reach this class, also in an object of a derived class.
+    plainTick(*this);
+}
+
+const void* CCommandSocket::plainTick(const CCommandSocket& socket)
+{
+    static const void* const target = zet::inner::getVirtualTarget(socket, &CCommandSocket::onTick);
+    return target;
 }
 
 bool CCommandSocket::HasOwnTick() const
 {
-    return !m_PlainTick || zet::inner::getVirtualTarget(*this, &CCommandSocket::onTick) != m_PlainTick;
+    const void* const plain = plainTick(*this);
+    return !plain || zet::inner::getVirtualTarget(*this, &CCommandSocket::onTick) != plain;
 }
 
 void CCommandSocket::onTick(unsigned int tick)

@@ -58,6 +58,10 @@ public:
     const wchar_t* getClassName() const override { return L"CCommandSocket"; }
     const wchar_t* getClassTimestamp() const override;
 
+private:
+    // The members are in an order without gaps: a server has thousands of sockets.
+    int m_PacketLimit;
+
 protected:
     // The analyser is not owned and outlives the socket. Without one, null, commands are dropped.
     explicit CCommandSocket(CCmdAnalyserSocket* analyser);
@@ -65,19 +69,23 @@ protected:
     CCmdAnalyserSocket* m_pCmdAnalyser;
     zet::PacketReader m_PacketReader;
     zet::PacketWriter m_PacketWriter;
+
+private:
+    zet::PeerLog m_PeerLog;
+    unsigned int m_CloseCount = 0;
+
+protected:
     bool m_bNetError = false;
 
 private:
     friend class CCommandBroadcast;
 
-    // The target of a call of onTick() in an object of this class itself.
-    const void* m_PlainTick;
-    zet::PeerLog m_PeerLog;
-    int m_PacketLimit;
-    unsigned int m_CloseCount = 0;
     // No command of the peer was handled yet.
     bool m_IsUnproven = false;
 
+    // The target of a call of onTick() in an object of this class itself. The first call is that of the first
+    // constructor.
+    static const void* plainTick(const CCommandSocket& socket);
     // The two halves of send(): whether the socket may send now, with the hook, and one frame as one packet. The frame
     // follows kHeadSize bytes of the packet writer, which are overwritten.
     bool beginSend(const CCmdPackager& packager);

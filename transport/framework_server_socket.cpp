@@ -89,6 +89,9 @@ void CFrameworkServerSocket::onTick(unsigned int tick)
     look();
     tickClients(tick);
     TcpServer::onTick(tick);
+    // Accepted now, or threw: their next turn is in the next tick.
+    if (zet::System* const system = getSystem(); system && !m_Ready->isEmpty())
+        system->tickBy(tick + zet::System::kTickInterval);
 }
 
 void CFrameworkServerSocket::tickClients(unsigned int tick)

@@ -315,8 +315,10 @@ void QuestionTable::fail(Waiter& waiter, Unanswered::Reason reason)
 void QuestionTable::setNextTick()
 {
     // Connections with questions are checked in each tick.
-    if (!getSystem() || !m_Conversations.empty() || !m_Ended.empty())
+    if (!getSystem())
         return;
+    if (!m_Conversations.empty() || !m_Ended.empty())
+        return getSystem()->tickBy(m_LastTick + zet::System::kTickInterval);
     unsigned long long left = kIdle;
     if (!m_Timers.empty())
     {

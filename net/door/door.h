@@ -50,6 +50,8 @@ public:
         kKeepAlive,
         // A restarted server gets its port back while old connections linger.
         kRebind,
+        // Several sockets may be bound to one port, each with this option: see canSharePorts().
+        kSharedPort,
         // The bytes of input, and of output, that the system may hold.
         kReceiveBuffer,
         kSendBuffer,
@@ -149,6 +151,11 @@ public:
     virtual void setOption(Handle handle, Option option, int value) = 0;
     // Makes the system detect a peer that vanished, within the times of the limits.
     virtual void watchPeer(Handle handle, const NetLimits& limits) = 0;
+    // Gives a listening socket kNoDelay and the options of watchPeer(), in place of those that it has. True if each
+    // connection that arrives afterwards inherits them; otherwise they are set on each accepted one.
+    virtual bool prepareListener(Handle, const NetLimits&) { return false; }
+    // Whether the system divides the connections, or the datagrams, of a port among its sockets with kSharedPort.
+    virtual bool canSharePorts() const { return false; }
 
     // Throws std::system_error if the system has no poller left.
     virtual std::unique_ptr<Poller> makePoller() = 0;
@@ -222,8 +229,10 @@ private:
 
 // Opens a socket and binds it to a port, on one address or on several of this machine: 0.0.0.0 means all of IPv4, ::
 // all of both families. A system without IPv6 treats :: as 0.0.0.0. If the port cannot be bound, there is a fault and
-// no handle is open.
+// no handle is open. A shared port may be bound by other sockets, too.
 COMMONGROUND_API DoorHandle openPort(const std::shared_ptr<Door>& door, Door::Kind kind, const Endpoint& own,
-                                     Door::Fault& fault);
+                                     Door::Fault& fault, bool isShared = false);
+// Whether a port can be shared; if not, the log says so.
+bool canSharePort(const Door& door, unsigned short port);
 
 } // namespace zet::inner

@@ -29,6 +29,13 @@ public:
     bool getPeerEndpoint(Handle handle, Endpoint& peer) override;
     void setOption(Handle handle, Option option, int value) override;
     void watchPeer(Handle handle, const NetLimits& limits) override;
+#ifdef __linux__
+    bool prepareListener(Handle listener, const NetLimits& limits) override;
+    bool canSharePorts() const override
+    {
+        return true;
+    }
+#endif
     std::unique_ptr<Poller> makePoller() override;
     void resolve(const char* name, Answer answer, const Asker& asker) override;
 };

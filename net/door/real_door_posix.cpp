@@ -432,6 +432,11 @@ void RealDoor::setOption(Handle handle, Option option, int value)
         return setValue(handle, SOL_SOCKET, SO_KEEPALIVE, value);
     case kRebind:
         return setValue(handle, SOL_SOCKET, SO_REUSEADDR, value);
+    case kSharedPort:
+#ifdef __linux__
+        setValue(handle, SOL_SOCKET, SO_REUSEPORT, value);
+#endif
+        return;
     case kReceiveBuffer:
         return setValue(handle, SOL_SOCKET, SO_RCVBUF, value);
     case kSendBuffer:
@@ -466,6 +471,18 @@ void RealDoor::watchPeer(Handle handle, const NetLimits& limits)
         setValue(handle, IPPROTO_TCP, TCP_USER_TIMEOUT, static_cast<int>(limits.m_UnacknowledgedTime));
 #endif
 }
+
+#ifdef __linux__
+bool RealDoor::prepareListener(Handle listener, const NetLimits& limits)
+{
+    // The new connection's socket is a copy of the listening one. Earlier limits may have set what these leave unset.
+    setValue(listener, SOL_SOCKET, SO_KEEPALIVE, 0);
+    setValue(listener, IPPROTO_TCP, TCP_USER_TIMEOUT, 0);
+    setValue(listener, IPPROTO_TCP, TCP_NODELAY, 1);
+    watchPeer(listener, limits);
+    return true;
+}
+#endif
 
 std::unique_ptr<Poller> RealDoor::makePoller()
 {

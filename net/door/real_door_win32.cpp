@@ -267,6 +267,7 @@ void RealDoor::setOption(Handle handle, Option option, int value)
         return setValue(handle, SOL_SOCKET, SO_RCVBUF, value);
     case kSendBuffer:
         return setValue(handle, SOL_SOCKET, SO_SNDBUF, value);
+    case kSharedPort:
     case kLocalAddress:
     case kCoalesce:
         return;

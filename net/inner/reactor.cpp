@@ -236,6 +236,7 @@ void Reactor::flushLater(TcpLink& link)
 {
     if (link.m_IsListed || !m_IsTicked)
         return;
+    m_IsHurried = m_IsHurried || !m_IsTicking;
     link.m_IsListed = true;
     link.addRef();
     (m_LastUnflushed ? m_LastUnflushed->m_NextUnflushed : m_FirstUnflushed) = &link;

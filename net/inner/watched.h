@@ -3,6 +3,8 @@
 
 #include "net/inner/reactor.h"
 
+#include <utility>
+
 namespace zet::inner
 {
 
@@ -13,48 +15,43 @@ public:
     // False if the system does not watch the handle.
     bool startWatch(unsigned char ready)
     {
-        m_IsWatched = m_Poller.add(m_Handle.get(), *this, ready);
+        m_IsWatched = poller().add(m_Handle, *this, ready);
         return m_IsWatched;
     }
     bool isWatched() const { return m_IsWatched; }
 
-    Door& door() const { return m_Handle.door(); }
-    Door::Handle getHandle() const { return m_Handle.get(); }
+    Door& door() const { return *m_Reactor.door(); }
+    Door::Handle getHandle() const { return m_Handle; }
     void close()
     {
-        unwatch();
-        m_Handle.close();
+        const Door::Handle handle = giveAway();
+        if (handle != Door::kNoHandle)
+            door().close(handle);
     }
     // Closes the present handle and owns this one.
     void take(Door::Handle handle)
     {
         close();
-        m_Handle.set(handle);
+        m_Handle = handle;
     }
     // Returns the handle, open; the caller owns it.
     Door::Handle giveAway()
     {
-        unwatch();
-        return m_Handle.release();
+        if (std::exchange(m_IsWatched, false))
+            poller().remove(*this);
+        return std::exchange(m_Handle, Door::kNoHandle);
     }
 
 protected:
-    // Owns the handle from then on.
-    Watched(Reactor& reactor, Door::Handle handle) : m_Poller(reactor.poller()), m_Handle(reactor.door(), handle) {}
-    ~Watched() { unwatch(); }
+    // Owns the handle from then on. The reactor lives at least as long as the handle is owned.
+    Watched(Reactor& reactor, Door::Handle handle) : m_Reactor(reactor), m_Handle(handle) {}
+    ~Watched() { close(); }
 
-    Poller& poller() { return m_Poller; }
+    Poller& poller() { return m_Reactor.poller(); }
 
 private:
-    void unwatch()
-    {
-        if (m_IsWatched)
-            m_Poller.remove(*this);
-        m_IsWatched = false;
-    }
-
-    Poller& m_Poller;
-    DoorHandle m_Handle;
+    Reactor& m_Reactor;
+    Door::Handle m_Handle;
     bool m_IsWatched = false;
 };
 

@@ -62,12 +62,12 @@ bool UdpServer::open(inner::DoorHandle& handle)
 bool UdpServer::listen(unsigned short port)
 {
     const auto reactor = inner::Reactor::of(getSystem());
-    if (m_Router || !isInvalid() || !reactor)
+    if (m_Router || !isInvalid() || !reactor || (m_IsPortShared && !inner::canSharePort(*reactor->door(), port)))
         return false;
     inner::Endpoint own = m_BindAddress ? *m_BindAddress : inner::Endpoint();
     own.m_Port = port;
     inner::Door::Fault fault;
-    inner::DoorHandle handle = inner::openPort(reactor->door(), inner::Door::kDatagrams, own, fault);
+    inner::DoorHandle handle = inner::openPort(reactor->door(), inner::Door::kDatagrams, own, fault, m_IsPortShared);
     if (fault)
         return false;
     handle.door().setOption(handle.get(), inner::Door::kReceiveBuffer, kSocketBuffer);

@@ -145,6 +145,13 @@ public:
     // addresses of both families, "0.0.0.0" all of IPv4. False, and nothing changed, for any other text.
     bool setBindAddress(const wchar_t* address);
 
+    // Whether the next listen() shares its port with other servers that do so too, as TcpServer::setSharedPort() does.
+    // The operating system divides the datagrams by the address and port of the peer and by the number of servers on
+    // the port. So all servers listen before the first peer arrives, and none closes before the last one has left; a
+    // connection whose peer gets another address or port ends by its idle time; and connections that this side opens
+    // need a port that is not shared. Linux only.
+    void setSharedPort(bool isShared) { m_IsPortShared = isShared; }
+
     // The port in use, also if listen() chose it; 0 without one.
     unsigned short getPort() const { return m_UdpPort; }
     // Established and connecting connections, in both directions.
@@ -185,6 +192,7 @@ private:
     // Null for all.
     std::unique_ptr<inner::Endpoint> m_BindAddress;
     unsigned short m_UdpPort = 0;
+    bool m_IsPortShared = false;
 };
 
 } // namespace zet

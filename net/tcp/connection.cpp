@@ -104,8 +104,9 @@ bool TcpConnection::attach(unsigned int handle)
         m_Reactor = reactor;
         setLink(link.get());
         m_Handle = handle;
-        if (link->door().getPeerEndpoint(handle, link->m_Peer))
-            takePeer();
+        Endpoint peer;
+        if (link->door().getPeerEndpoint(handle, peer))
+            takePeer(peer);
     }
     if (!m_Link->watch())
         return false;
@@ -120,19 +121,19 @@ bool TcpConnection::expect(const wchar_t*, TlsContext* context)
     return !context;
 }
 
-bool TcpConnection::take(TcpLink* link, const std::shared_ptr<Reactor>& reactor, TlsContext* context)
+bool TcpConnection::take(TcpLink* link, const Endpoint& peer, const std::shared_ptr<Reactor>& reactor,
+                         TlsContext* context)
 {
     if (!isInvalid() || !expect(nullptr, context))
         return false;
-    link->prepare();
     m_LooksItself = false;
     m_Reactor = reactor;
     setLink(link);
     m_Handle = link->getHandle();
     m_State = kEstablished;
-    takePeer();
-    if (link->m_Seat)
-        link->m_Seat->setOwner(this);
+    takePeer(peer);
+    if (inner::Seat* const seat = link->seat())
+        seat->noteInput();
     if (attach(m_Handle))
         return true;
     TcpConnection::close();
@@ -179,15 +180,18 @@ void TcpConnection::drop()
 {
     TcpLink* const link = std::exchange(m_Link, nullptr);
     link->m_Owner = nullptr;
-    link->leaveCrowd();
+    if (inner::Seat* const seat = link->seat())
+        seat->leave(getPeer());
     link->close();
     link->m_Input.drop(&m_Reactor->pool());
     link->m_Output.drop(&m_Reactor->pool());
-    link->m_Sealed.drop(&m_Reactor->pool());
+    if (inner::OutputQueue* const sealed = std::exchange(link->m_Sealed, nullptr))
+        sealed->drop(&m_Reactor->pool());
     link->release();
     m_Pending = 0;
     // Its server has to see that the connection is down.
-    list();
+    if (m_ReadyList)
+        hurry();
 }
 
 void TcpConnection::joinReactor()
@@ -209,11 +213,11 @@ void TcpConnection::joinReactor()
         m_Link->take(link->giveAway());
         return fail(kBroken);
     }
-    link->m_Peer = m_Link->m_Peer;
     link->m_Input.swap(m_Link->m_Input);
     link->m_Output.swap(m_Link->m_Output);
-    link->m_Sealed.swap(m_Link->m_Sealed);
-    link->m_Seat = std::exchange(m_Link->m_Seat, {});
+    link->m_Sealed = std::exchange(m_Link->m_Sealed, nullptr);
+    if (inner::Seat* const seat = m_Link->seat())
+        seat->moveTo(*link.get());
     // Output is announced to the new reactor below.
     clearPending(kOutput);
     const unsigned short pending = m_Pending;
@@ -268,7 +272,6 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
 
 bool TcpConnection::beginConnect(bool hasBegun)
 {
-    takePeer();
     if (!hasBegun)
         return false;
     // A peer on this machine has answered by now. This tick does not see what else is reported, so the next one comes
@@ -291,7 +294,6 @@ bool TcpConnection::finishConnect()
     if (m_Link->isRacing())
     {
         const inner::TcpRace::State state = m_Link->race();
-        takePeer();
         m_Handle = m_Link->getHandle();
         if (state == inner::TcpRace::kRunning)
         {
@@ -372,21 +374,22 @@ int TcpConnection::receiveNow(void* data, int size, ConnectionState& end)
         clearPending(kReadable);
         m_Link->waitForInput(!fault);
     }
-    if (got > 0 && m_Link->m_Seat)
-        m_Link->m_Seat->noteInput();
+    if (inner::Seat* const seat = got > 0 ? m_Link->seat() : nullptr)
+        seat->noteInput();
     return static_cast<int>(got);
 }
 
 const NetLimits* TcpConnection::getPortLimits() const
 {
-    return m_Link && m_Link->m_Seat ? &m_Link->m_Seat->limits() : nullptr;
+    const inner::Seat* const seat = m_Link ? m_Link->seat() : nullptr;
+    return seat ? &seat->limits() : nullptr;
 }
 
-void TcpConnection::takePeer()
+void TcpConnection::takePeer(const Endpoint& peer)
 {
-    std::memcpy(m_PeerBytes, m_Link->m_Peer.m_Bytes, sizeof m_PeerBytes);
-    m_PeerScope = m_Link->m_Peer.m_Scope;
-    m_PeerPort = m_Link->m_Peer.m_Port;
+    std::memcpy(m_PeerBytes, peer.m_Bytes, sizeof m_PeerBytes);
+    m_PeerScope = peer.m_Scope;
+    m_PeerPort = peer.m_Port;
 }
 
 Endpoint TcpConnection::getPeer() const

@@ -191,8 +191,9 @@ private:
     bool sendPieces(inner::OutputQueue& queue);
     void loseOutput();
     // Takes over an accepted link, by attach().
-    bool take(inner::TcpLink* link, const std::shared_ptr<inner::Reactor>& reactor, TlsContext* context);
-    void takePeer();
+    bool take(inner::TcpLink* link, const inner::Endpoint& peer, const std::shared_ptr<inner::Reactor>& reactor,
+              TlsContext* context);
+    void takePeer(const inner::Endpoint& peer);
     inner::Endpoint getPeer() const;
     bool beginConnect(bool hasBegun);
     void drop();
@@ -203,8 +204,8 @@ private:
     bool m_IsListed = false;
     // Of the last peer; the bytes are those of an inner::Endpoint.
     unsigned char m_PeerBytes[16] = {};
-    unsigned int m_PeerScope = 0;
     unsigned short m_PeerPort = 0;
+    unsigned int m_PeerScope = 0;
     inner::TcpLink* m_Link = nullptr;
     std::shared_ptr<inner::Reactor> m_Reactor;
     inner::ReadyList* m_ReadyList = nullptr;

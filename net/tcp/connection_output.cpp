@@ -38,7 +38,8 @@ bool TcpConnection::takesOutput() const
 
 bool TcpConnection::countOutput()
 {
-    return !m_Link->m_Seat || m_Link->m_Seat->holdOutput(getOutputSize());
+    inner::Seat* const seat = m_Link->seat();
+    return !seat || seat->holdOutput(getOutputSize());
 }
 
 void TcpConnection::announceOutput()
@@ -67,7 +68,7 @@ int TcpConnection::send(const void* data, int size)
     if (!countOutput())
         return 0;
     int sent = 0;
-    if (size >= kDirectAt && m_State == kEstablished && getOutputSize() == 0 && !m_Link->m_IsSealed &&
+    if (size >= kDirectAt && m_State == kEstablished && getOutputSize() == 0 && !m_Link->m_Sealed &&
         !m_Link->m_IsOutputWaited)
     {
         inner::Door::Fault fault;
@@ -141,7 +142,8 @@ void TcpConnection::loseOutput()
     }
     // Input that the peer sent before is still to be read; the socket reports where it ends.
     m_Link->m_Output.drop(&m_Reactor->pool());
-    m_Link->m_Sealed.drop(&m_Reactor->pool());
+    if (m_Link->m_Sealed)
+        m_Link->m_Sealed->drop(&m_Reactor->pool());
     clearPending(kOutput | kWritable);
     setPending(kOutputLost | kReadable);
     hurry();
@@ -149,7 +151,9 @@ void TcpConnection::loseOutput()
 
 size_t TcpConnection::getOutputSize() const
 {
-    return m_Link ? m_Link->m_Output.size() + m_Link->m_Sealed.size() : 0;
+    if (!m_Link)
+        return 0;
+    return m_Link->m_Output.size() + (m_Link->m_Sealed ? m_Link->m_Sealed->size() : 0);
 }
 
 } // namespace zet

@@ -134,11 +134,11 @@ bool TcpSecureConnection::startTls(const wchar_t* host)
 bool TcpSecureConnection::beginTls()
 {
     m_State = kConnecting;
-    m_Link->m_IsSealed = true;
+    m_Link->m_Sealed = &m_Tls->m_Sealed;
     setPending(kSecuring);
     m_Tls->m_Begun = getTimeTick();
-    if (m_Link->m_Seat)
-        m_Link->m_Seat->beginHandshake(*this, m_Tls->m_Context->getHandshakeTime());
+    if (inner::Seat* const seat = m_Link->seat())
+        seat->beginHandshake(m_Tls->m_Context->getHandshakeTime());
     list();
     // The client sends first.
     if (m_Tls->m_IsClient)
@@ -156,10 +156,11 @@ void TcpSecureConnection::onTick(unsigned int tick)
 void TcpSecureConnection::secure()
 {
     const bool hasInput = m_State == kConnecting && (isPending(kReadable) || m_Tls->m_Input.size() > 0);
-    if (m_Link && m_Link->m_Seat && m_Link->m_Seat->isTimed())
+    inner::Seat* const seat = m_Link ? m_Link->seat() : nullptr;
+    if (seat && seat->isTimed())
     {
         // The port limits the time of all handshakes and runs a bounded number of steps per tick.
-        if (hasInput && m_Link->m_Seat->waitForStep())
+        if (hasInput && seat->waitForStep())
             m_Reactor->hurry();
         return;
     }
@@ -170,8 +171,12 @@ void TcpSecureConnection::secure()
     if (getTimeTick() - m_Tls->m_Begun >= m_Tls->m_Context->getHandshakeTime())
         failHandshake(L"it did not end in time");
     else
+    {
         // The next tick checks the clock again.
         list();
+        if (System* const system = getSystem())
+            system->tickBy(m_Tls->m_Begun + m_Tls->m_Context->getHandshakeTime());
+    }
 }
 
 void TcpSecureConnection::stepHandshake()
@@ -195,19 +200,19 @@ void TcpSecureConnection::endLateHandshake()
 void TcpSecureConnection::endSecuring()
 {
     clearPending(kSecuring);
-    if (m_Link->m_Seat)
-        m_Link->m_Seat->endHandshake();
+    if (inner::Seat* const seat = m_Link->seat())
+        seat->endHandshake();
 }
 
 void TcpSecureConnection::shakeHands()
 {
     for (;;)
     {
-        const auto result = m_Tls->shakeHands({m_Link->m_Sealed, m_Reactor->pool()});
+        const auto result = m_Tls->shakeHands({m_Tls->m_Sealed, m_Reactor->pool()});
         if (result == TlsLayer::kFailed)
             return failHandshake(m_Tls->getFault());
         if (!m_Link->m_IsOutputWaited)
-            sendQueue(m_Link->m_Sealed);
+            sendQueue(m_Tls->m_Sealed);
         if (m_State != kConnecting)
             return failHandshake(L"the connection broke");
         if (result == TlsLayer::kDone)
@@ -236,7 +241,7 @@ void TcpSecureConnection::failHandshake(const String_T<wchar_t>& reason)
     Log::warning(L"TLS handshake with %s failed: %s", getPeerName(), reason);
     // The peer should receive the alert.
     if (!m_Link->m_IsOutputWaited)
-        sendQueue(m_Link->m_Sealed);
+        sendQueue(m_Tls->m_Sealed);
     discardInput();
     fail(m_Tls->m_IsClient ? kConnectFailed : kBroken);
 }
@@ -283,7 +288,7 @@ int TcpSecureConnection::receive(void* data, int size)
     int got = TlsLayer::kNothingYet;
     for (int i = 0; i < kRounds; ++i)
     {
-        got = m_Tls->open(data, size, {m_Link->m_Sealed, m_Reactor->pool()});
+        got = m_Tls->open(data, size, {m_Tls->m_Sealed, m_Reactor->pool()});
         if (got != TlsLayer::kNothingYet)
             break;
         // The socket is read once the session has used all that was received.
@@ -297,9 +302,9 @@ int TcpSecureConnection::receive(void* data, int size)
     }
     // Reading may have produced an alert or a new key.
     if (isPending(kOutputLost))
-        m_Link->m_Sealed.drop(&m_Reactor->pool());
-    else if (m_Link->m_Sealed.size() > 0 && !m_Link->m_IsOutputWaited)
-        sendQueue(m_Link->m_Sealed);
+        m_Tls->m_Sealed.drop(&m_Reactor->pool());
+    else if (m_Tls->m_Sealed.size() > 0 && !m_Link->m_IsOutputWaited)
+        sendQueue(m_Tls->m_Sealed);
     if (m_State != kEstablished)
         return -1;
     if (got == TlsLayer::kFailed)
@@ -321,7 +326,7 @@ void TcpSecureConnection::flush()
     if (!m_Tls || !m_Tls->m_Context || (m_Tls->m_IsDelayed && !m_Tls->isOn()))
         return TcpConnection::flush();
     clearPending(kOutput | kWritable);
-    inner::OutputQueue& sealed = m_Link->m_Sealed;
+    inner::OutputQueue& sealed = m_Tls->m_Sealed;
     if (m_State == kConnecting)
     {
         sendQueue(sealed);
@@ -358,8 +363,8 @@ void TcpSecureConnection::close()
         flush();
         if (getOutputSize() == 0)
         {
-            m_Tls->sayGoodbye({m_Link->m_Sealed, m_Reactor->pool()});
-            sendQueue(m_Link->m_Sealed);
+            m_Tls->sayGoodbye({m_Tls->m_Sealed, m_Reactor->pool()});
+            sendQueue(m_Tls->m_Sealed);
         }
     }
     TcpConnection::close();

@@ -58,13 +58,18 @@ bool TcpServer::listen(unsigned short port, int backlog)
     if (!isInvalid())
         return false;
     const auto reactor = Reactor::of(getSystem());
-    if (!reactor)
+    if (!reactor || (m_IsPortShared && !inner::canSharePort(*reactor->door(), port)))
         return false;
     Endpoint own = m_BindAddress ? *m_BindAddress : Endpoint();
     own.m_Port = port;
     Door::Fault fault;
-    DoorHandle handle = inner::openPort(reactor->door(), Door::kStream, own, fault);
-    if (fault || handle.door().listen(handle.get(), backlog))
+    DoorHandle handle = inner::openPort(reactor->door(), Door::kStream, own, fault, m_IsPortShared);
+    if (fault)
+        return false;
+    // Before the first connection arrives.
+    m_IsInherited = handle.door().prepareListener(handle.get(), m_Crowd->limits());
+    m_HasEarlier = false;
+    if (handle.door().listen(handle.get(), backlog))
         return false;
     auto listener = std::make_unique<TcpListener>(*this, *reactor, Door::kNoHandle);
     listener->take(handle.release());
@@ -83,7 +88,10 @@ bool TcpServer::attach(unsigned int handle)
     listener->take(handle);
     m_Reactor = reactor;
     if (!reactor->door()->unblock(handle) && setListener(listener))
+    {
+        prepareListener();
         return true;
+    }
     listener->giveAway();
     return false;
 }
@@ -120,6 +128,14 @@ bool TcpServer::setBindAddress(const wchar_t* address)
 void TcpServer::setLimits(const NetLimits& limits)
 {
     m_Crowd->setLimits(limits);
+    if (m_Listener)
+        prepareListener();
+}
+
+void TcpServer::prepareListener()
+{
+    m_IsInherited = m_Reactor->door()->prepareListener(m_Handle, m_Crowd->limits());
+    m_HasEarlier = true;
 }
 
 const NetLimits& TcpServer::getLimits() const
@@ -188,7 +204,10 @@ void TcpServer::drop()
 void TcpServer::closePending()
 {
     if (TcpLink* const link = std::exchange(m_Pending, nullptr))
+    {
+        link->leave(m_Listener->m_PendingPeer);
         link->release();
+    }
 }
 
 void TcpServer::onTick(unsigned int)
@@ -199,6 +218,20 @@ void TcpServer::onTick(unsigned int)
     acceptPending();
     if (m_Listener && m_Crowd->serve())
         hurry();
+    setNextTick();
+}
+
+// Without an event: accepting goes on after a pause, and deadlines pass.
+void TcpServer::setNextTick()
+{
+    System* const system = getSystem();
+    if (!system || !m_Listener)
+        return;
+    if (m_IsResting && m_IsReady)
+        system->tickBy(m_RestUntil);
+    unsigned int moment = 0;
+    if (m_Crowd->getNextDeadline(moment))
+        system->tickBy(moment);
 }
 
 void TcpServer::acceptPending()
@@ -244,10 +277,11 @@ TcpServer::Pending TcpServer::takePending()
 {
     Endpoint peer;
     Door::Fault fault;
-    const TcpLinkRef link(new TcpLink(*m_Reactor, m_Reactor->door()->accept(m_Handle, peer, fault)));
+    DoorHandle handle(m_Reactor->door(), m_Reactor->door()->accept(m_Handle, peer, fault));
     if (fault.m_Reason == Door::Fault::kNotNow)
     {
         m_IsReady = false;
+        m_HasEarlier = false;
         m_Listener->waitForPeer();
         return kNone;
     }
@@ -263,7 +297,6 @@ TcpServer::Pending TcpServer::takePending()
     if (fault)
         return kRefused;
     m_IsResting = false;
-    link->m_Peer = peer;
     if (!m_Crowd->hasSpace(peer))
     {
         m_Crowd->noteRefused();
@@ -273,8 +306,15 @@ TcpServer::Pending TcpServer::takePending()
     // The host may have closed the server, or listen anew by now.
     if (!isPermitted(peer) || m_Listening != listening)
         return kRefused;
-    link->m_Seat = m_Crowd->admit(peer);
-    link->door().watchPeer(link->getHandle(), m_Crowd->limits());
+    const TcpLinkRef link(new TcpLink(*m_Reactor));
+    link->take(handle.release());
+    m_Crowd->admit(*link.get(), peer);
+    if (!m_IsInherited || m_HasEarlier)
+    {
+        link->prepare();
+        link->door().watchPeer(link->getHandle(), m_Crowd->limits());
+    }
+    m_Listener->m_PendingPeer = peer;
     m_Pending = link.get();
     m_Pending->addRef();
     return kWaiting;
@@ -295,10 +335,25 @@ bool TcpServer::accept(TcpConnection* connection)
     if (!m_Listener || !connection || !connection->isInvalid() || (!m_Pending && takePending() != kWaiting))
         return false;
     const TcpLinkRef link = TcpLinkRef::adopt(std::exchange(m_Pending, nullptr));
-    if (connection->take(link.get(), m_Reactor, m_TlsContext))
-        return true;
-    link->m_Owner = nullptr;
-    return false;
+    const Endpoint peer = m_Listener->m_PendingPeer;
+    // Also if it throws before the connection owns the link.
+    struct Leaving
+    {
+        ~Leaving()
+        {
+            if (!m_Link.m_Owner && m_Link.isIn())
+                m_Link.leave(m_Peer);
+        }
+        TcpLink& m_Link;
+        const Endpoint& m_Peer;
+    } leaving{*link.get(), peer};
+    if (!connection->take(link.get(), peer, m_Reactor, m_TlsContext))
+    {
+        link->m_Owner = nullptr;
+        return false;
+    }
+    setNextTick();
+    return true;
 }
 
 bool TcpServer::permission(const sockaddr_in& address)

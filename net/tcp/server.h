@@ -112,6 +112,13 @@ public:
     // name. With "127.0.0.1" or "::1" only this machine can connect.
     bool setBindAddress(const wchar_t* address);
 
+    // Whether the next listen() shares its port with other servers that do so too, of any System or process of this
+    // user: the first one may listen on port 0, the others then listen on its getPort(). The operating system divides
+    // the new connections among them by the addresses of the peers, and each connection stays with the server that
+    // accepted it. Connections that are pending when their server closes are reset. Linux only: on other systems such a
+    // listen() is false, and the log says so.
+    void setSharedPort(bool isShared) { m_IsPortShared = isShared; }
+
     // What this port accepts from peers that it does not know. The numbers of connections and of steps apply from now
     // on; a connection keeps the rest from when it was accepted.
     void setLimits(const NetLimits& limits);
@@ -141,6 +148,8 @@ private:
     bool setListener(std::unique_ptr<inner::TcpListener>& listener);
     void joinReactor();
     void acceptPending();
+    void prepareListener();
+    void setNextTick();
     Pending takePending();
     bool isPermitted(const inner::Endpoint& peer);
     bool isPermittedIPv6(const inner::Endpoint& peer);
@@ -162,6 +171,11 @@ private:
     unsigned short m_ListenPort = 0;
     bool m_IsReady = false;
     bool m_IsResting = false;
+    // New connections have the options of the present limits from the listening socket.
+    bool m_IsInherited = false;
+    // Connections that arrived before it had these options may be pending.
+    bool m_HasEarlier = false;
+    bool m_IsPortShared = false;
 };
 
 } // namespace zet

@@ -46,7 +46,8 @@ void TcpStream::onTick(unsigned int tick)
             setPending(kUnread);
     }
     m_Link->m_Input.settle(m_Reactor->pool());
-    if (m_Link->m_Seat && !m_Link->m_Seat->holdInput(static_cast<size_t>(m_Link->m_Input.capacity())))
+    inner::Seat* const seat = m_Link->seat();
+    if (seat && !seat->holdInput(static_cast<size_t>(m_Link->m_Input.capacity())))
     {
         Log::warning(L"Too much input waits on this port: %s is ended", getPeerName());
         fail(kBroken);

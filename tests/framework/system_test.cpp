@@ -200,6 +200,27 @@ TEST(System, WaitEndsWhenTheNextTickIsDue)
     EXPECT_EQ(waiter->m_Waits, std::vector<unsigned int>({zet::System::kTickInterval - 4, 0}));
 }
 
+TEST(System, ATimeThatATaskWaitsForEndsTheSleepOnce)
+{
+    zet::TestClock clock(0, 0xFFFFFFF0);
+    const auto waiter = std::make_shared<ClockWaiter>(clock);
+    zet::System system;
+    system.setWaiter(waiter);
+    // Above the longest one.
+    system.setTickInterval(0xFFFFFFFF);
+    system.tick();
+    system.tickBy(zet::getTimeTick() + 100);
+    system.tickBy(zet::getTimeTick() + 50);
+    system.tickBy(zet::getTimeTick() + 70);
+    system.wait();
+    system.tick();
+    system.wait();
+    system.tick();
+    system.tickBy(zet::getTimeTick() - 1);
+    system.wait();
+    EXPECT_EQ(waiter->m_Waits, std::vector<unsigned int>({50, zet::System::kLongestInterval, 0}));
+}
+
 TEST(System, RunWaitsFromTickToTick)
 {
     zet::TestClock clock(0);

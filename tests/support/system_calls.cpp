@@ -107,6 +107,30 @@ extern "C"
         ++g_Others;
         return next(handle, address, size);
     }
+    int accept4(int handle, sockaddr* address, socklen_t* size, int flags)
+    {
+        static const auto next = nextOf<decltype(&accept4)>("accept4");
+        ++g_Others;
+        return next(handle, address, size, flags);
+    }
+    int setsockopt(int handle, int level, int name, const void* value, socklen_t size) noexcept
+    {
+        static const auto next = nextOf<int (*)(int, int, int, const void*, socklen_t)>("setsockopt");
+        ++g_Others;
+        return next(handle, level, name, value, size);
+    }
+    int getsockname(int handle, sockaddr* address, socklen_t* size) noexcept
+    {
+        static const auto next = nextOf<int (*)(int, sockaddr*, socklen_t*)>("getsockname");
+        ++g_Others;
+        return next(handle, address, size);
+    }
+    int getpeername(int handle, sockaddr* address, socklen_t* size) noexcept
+    {
+        static const auto next = nextOf<int (*)(int, sockaddr*, socklen_t*)>("getpeername");
+        ++g_Others;
+        return next(handle, address, size);
+    }
     int getsockopt(int handle, int level, int name, void* value, socklen_t* size) noexcept
     {
         static const auto next = nextOf<int (*)(int, int, int, void*, socklen_t*)>("getsockopt");

@@ -189,6 +189,38 @@ TEST(Idle, AnIdleConnectionTakesLessThanTwoKibibytes)
     RecordProperty("BytesPerConnection", static_cast<int>(each));
 }
 
+// A server's end of a connection without traffic: the object of the host's class, the link, and the places in the
+// server's dictionary. The server's three lists of pointers double from time to time; here they do not.
+TEST(Idle, AnAcceptedConnectionTakesThreeBlocksAndSevenHundredBytes)
+{
+    NoteAnalyser analyser;
+    Loopback net(analyser);
+    // The lists have space for 256 from the 129th on.
+    constexpr int kBefore = 129;
+    constexpr int kCount = 256;
+    net.m_Server->m_Accepted.reserve(kCount);
+    net.m_Clients.reserve(kCount);
+    long long bytes = 0;
+    long long blocks = 0;
+    for (int i = 0; i < kCount; ++i)
+    {
+        const ClientHandle client = new test::Client(analyser);
+        client->start(&net.m_System);
+        ASSERT_TRUE(client->connect(L"127.0.0.1", net.m_Server->getPort(), false));
+        net.m_Clients.push_back(client);
+        const auto before = test::bytesInUse();
+        ASSERT_TRUE(before);
+        const test::AllocationCount allocations;
+        net.m_System.tick();
+        blocks += i < kBefore ? 0 : allocations.blocks();
+        bytes += i < kBefore ? 0 : *test::bytesInUse() - *before;
+        ASSERT_EQ(net.m_Server->m_Accepted.size(), static_cast<size_t>(i + 1));
+    }
+    EXPECT_EQ(blocks, 3 * (kCount - kBefore));
+    EXPECT_LE(bytes / (kCount - kBefore), 700);
+    RecordProperty("BytesPerConnection", static_cast<int>(bytes / (kCount - kBefore)));
+}
+
 TEST(Idle, SendingSmallCommandsAllocatesNothingOnceWarm)
 {
     long got = 0;

@@ -58,6 +58,8 @@ void NetLink::onTick(unsigned int tick)
     if (!m_Session)
         return;
     const bool isLate = m_Phase == kGreeting && isReached(m_GreetBy, tick);
+    if (System* const system = getSystem(); system && m_Phase == kGreeting)
+        system->tickBy(m_GreetBy);
     if (!PacketTick::isDue(*this) && !isLate && !m_IsUnusable)
         return;
     // A handler may release session and link.

@@ -5,6 +5,7 @@
 #include "framework/stopwatch.h"
 #include "framework/time.h"
 #include "net/inner/guard.h"
+#include "net/tcp/inner/link.h"
 #include "net/tcp/secure_connection.h"
 
 #include <algorithm>
@@ -23,76 +24,103 @@ constexpr unsigned int kRefusedInterval = 60000;
 
 } // namespace
 
-Seat::Seat(std::shared_ptr<Crowd> crowd, const Endpoint& peer)
-    : m_Crowd(std::move(crowd)), m_Limits(m_Crowd->limits()), m_Peer(peer)
+Terms::~Terms()
 {
+    if (m_Crowd->m_Terms == this)
+        m_Crowd->m_Terms = nullptr;
 }
 
-void Seat::setOwner(TcpConnection* owner)
+struct Crowd::Deadline
 {
-    m_Owner = owner;
-    noteInput();
+    unsigned int m_Moment;
+    Ref<TcpLink> m_Link;
+};
+
+Crowd::Crowd() = default;
+
+Crowd::~Crowd() = default;
+
+TcpLink& Seat::link()
+{
+    return static_cast<TcpLink&>(*this);
 }
 
-void Seat::leave()
+void Seat::leave(const Endpoint& peer)
 {
-    m_Owner = nullptr;
     endHandshake();
-    if (std::exchange(m_IsIn, false))
-        m_Crowd->remove(*this);
+    const Ref<Terms> terms = std::exchange(m_Terms, {});
+    terms->m_Crowd->remove(*this, peer);
+}
+
+void Seat::moveTo(TcpLink& other)
+{
+    crowd().replace(link(), other);
+    Seat& seat = other;
+    seat = *this;
+    *this = Seat();
 }
 
 bool Seat::holdInput(size_t bytes)
 {
-    m_Crowd->m_Input += bytes - std::exchange(m_Input, bytes);
-    return m_Crowd->isFair(bytes, m_Crowd->m_Input, m_Limits.m_InputSum);
+    crowd().m_Input += bytes - std::exchange(m_Input, static_cast<unsigned int>(bytes));
+    return crowd().isFair(bytes, crowd().m_Input, limits().m_InputSum);
 }
 
 bool Seat::holdOutput(size_t bytes)
 {
-    m_Crowd->m_Output += bytes - std::exchange(m_Output, bytes);
-    return m_Crowd->isFair(bytes, m_Crowd->m_Output, m_Limits.m_OutputSum);
+    crowd().m_Output += bytes - std::exchange(m_Output, bytes);
+    return crowd().isFair(bytes, crowd().m_Output, limits().m_OutputSum);
 }
 
-void Seat::beginHandshake(TcpSecureConnection& connection, unsigned int time)
+TcpSecureConnection* Seat::getSecuring() const
 {
-    m_Securing = &connection;
+    return m_IsSecuring ? static_cast<TcpSecureConnection*>(link().m_Owner) : nullptr;
+}
+
+void Seat::beginHandshake(unsigned int time)
+{
+    m_IsSecuring = true;
     m_HandshakeBy = getTimeTick() + time;
-    m_Crowd->watch(*this);
+    crowd().watch(*this);
 }
 
 bool Seat::waitForStep()
 {
     if (std::exchange(m_IsWaiting, true))
         return false;
-    m_Crowd->m_Steps.emplace_back(this);
+    crowd().m_Steps.emplace_back(&link());
     return true;
 }
 
 void Seat::endHandshake()
 {
-    m_Securing = nullptr;
+    m_IsSecuring = false;
 }
 
 void Seat::noteInput()
 {
-    if (m_Limits.m_IdleTime == 0)
+    if (limits().m_IdleTime == 0)
         return;
     m_LastInput = getTimeTick();
     if (!m_IsTimed)
-        m_Crowd->watch(*this);
+        crowd().watch(*this);
 }
 
 bool Seat::getDeadline(unsigned int& moment) const
 {
-    if (!m_Owner || !m_IsIn)
+    if (!isIn() || !link().m_Owner)
         return false;
-    const bool hasIdleTime = m_Limits.m_IdleTime > 0;
-    if (!m_Securing && !hasIdleTime)
+    const bool hasIdleTime = limits().m_IdleTime > 0;
+    if (!m_IsSecuring && !hasIdleTime)
         return false;
-    const unsigned int idle = m_LastInput + m_Limits.m_IdleTime;
-    moment = !hasIdleTime || (m_Securing && isReached(m_HandshakeBy, idle)) ? m_HandshakeBy : idle;
+    const unsigned int idle = m_LastInput + limits().m_IdleTime;
+    moment = !hasIdleTime || (m_IsSecuring && isReached(m_HandshakeBy, idle)) ? m_HandshakeBy : idle;
     return true;
+}
+
+Seat& Crowd::seatOf(const Ref<TcpLink>& link)
+{
+    return *link.get();
 }
 
 bool Crowd::isLater(const Deadline& a, const Deadline& b)
@@ -105,6 +133,7 @@ void Crowd::setLimits(const NetLimits& limits)
     m_Limits = limits;
     // Times are compared by their signed difference.
     m_Limits.m_IdleTime = std::min(limits.m_IdleTime, 0x7FFFFFFFu);
+    m_Terms = nullptr;
 }
 
 bool Crowd::hasSpace(const Endpoint& peer) const
@@ -112,12 +141,13 @@ bool Crowd::hasSpace(const Endpoint& peer) const
     return (m_Limits.m_Connections <= 0 || m_Count < m_Limits.m_Connections) && m_Addresses.hasSpace(peer, m_Limits);
 }
 
-Ref<Seat> Crowd::admit(const Endpoint& peer)
+void Crowd::admit(TcpLink& link, const Endpoint& peer)
 {
-    const Ref<Seat> seat(new Seat(shared_from_this(), peer));
+    const Ref<Terms> terms(m_Terms ? m_Terms : new Terms(shared_from_this(), m_Limits));
     m_Addresses.add(peer);
+    m_Terms = terms.get();
     ++m_Count;
-    return seat;
+    static_cast<Seat&>(link).m_Terms = terms;
 }
 
 void Crowd::noteRefused()
@@ -133,17 +163,27 @@ void Crowd::noteRefused()
         std::exchange(m_Refused, 0));
 }
 
-void Crowd::remove(Seat& seat)
+void Crowd::remove(Seat& seat, const Endpoint& peer)
 {
     m_Input -= std::exchange(seat.m_Input, 0);
     m_Output -= std::exchange(seat.m_Output, 0);
-    m_Addresses.remove(seat.m_Peer);
+    m_Addresses.remove(peer);
     --m_Count;
     if (!seat.m_IsTimed || ++m_Stale < kManyStale || m_Stale < m_Deadlines.size() / 2)
         return;
-    std::erase_if(m_Deadlines, [](const Deadline& each) { return !each.m_Seat->m_IsIn; });
+    std::erase_if(m_Deadlines, [](const Deadline& each) { return !each.m_Link->isIn(); });
     std::make_heap(m_Deadlines.begin(), m_Deadlines.end(), isLater);
     m_Stale = 0;
+}
+
+void Crowd::replace(TcpLink& link, TcpLink& by)
+{
+    for (Ref<TcpLink>& each : m_Steps)
+        if (each.get() == &link)
+            each = Ref<TcpLink>(&by);
+    for (Deadline& each : m_Deadlines)
+        if (each.m_Link.get() == &link)
+            each.m_Link = Ref<TcpLink>(&by);
 }
 
 bool Crowd::isFair(size_t bytes, size_t sum, size_t limit) const
@@ -157,7 +197,7 @@ void Crowd::watch(Seat& seat)
     if (!m_IsServed || !seat.getDeadline(moment))
         return;
     seat.m_IsTimed = true;
-    m_Deadlines.push_back({moment, Ref<Seat>(&seat)});
+    m_Deadlines.push_back({moment, Ref<TcpLink>(&seat.link())});
     std::push_heap(m_Deadlines.begin(), m_Deadlines.end(), isLater);
 }
 
@@ -167,12 +207,13 @@ void Crowd::setServed(bool isServed)
     if (isServed)
         return;
     // From now on each connection runs its handshake in its own ticks.
-    for (const Ref<Seat>& seat : std::exchange(m_Steps, {}))
-        seat->m_IsWaiting = false;
+    for (const Ref<TcpLink>& link : std::exchange(m_Steps, {}))
+        seatOf(link).m_IsWaiting = false;
     for (const Deadline& each : std::exchange(m_Deadlines, {}))
     {
-        each.m_Seat->m_IsTimed = false;
-        if (TcpSecureConnection* const connection = each.m_Seat->m_Securing)
+        Seat& seat = seatOf(each.m_Link);
+        seat.m_IsTimed = false;
+        if (TcpSecureConnection* const connection = seat.getSecuring())
             connection->hurry();
     }
     m_Stale = 0;
@@ -186,6 +227,14 @@ bool Crowd::serve()
     return !m_Steps.empty();
 }
 
+bool Crowd::getNextDeadline(unsigned int& moment) const
+{
+    if (m_Deadlines.empty())
+        return false;
+    moment = m_Deadlines.front().m_Moment;
+    return true;
+}
+
 void Crowd::takeSteps()
 {
     Stopwatch watch;
@@ -194,10 +243,10 @@ void Crowd::takeSteps()
         if (steps > 0 && ((m_Limits.m_HandshakeSteps > 0 && steps >= m_Limits.m_HandshakeSteps) ||
                           (m_Limits.m_HandshakeTime > 0 && !watch.isBelow(m_Limits.m_HandshakeTime))))
             break;
-        const Ref<Seat> seat = std::move(m_Steps.front());
+        const Ref<TcpLink> link = std::move(m_Steps.front());
         m_Steps.pop_front();
-        seat->m_IsWaiting = false;
-        if (TcpSecureConnection* const connection = seat->m_Securing)
+        seatOf(link).m_IsWaiting = false;
+        if (TcpSecureConnection* const connection = seatOf(link).getSecuring())
             guard(L"a connection", connection, [&] { connection->stepHandshake(); });
         else
             --steps;
@@ -212,26 +261,28 @@ void Crowd::endLate()
     while (!m_Deadlines.empty() && isReached(m_Deadlines.front().m_Moment, now))
     {
         std::pop_heap(m_Deadlines.begin(), m_Deadlines.end(), isLater);
-        const Ref<Seat> seat = std::move(m_Deadlines.back().m_Seat);
+        const Ref<TcpLink> link = std::move(m_Deadlines.back().m_Link);
         m_Deadlines.pop_back();
-        seat->m_IsTimed = false;
-        if (!seat->m_IsIn && m_Stale > 0)
+        Seat& seat = seatOf(link);
+        seat.m_IsTimed = false;
+        if (!seat.isIn() && m_Stale > 0)
             --m_Stale;
         unsigned int moment = 0;
-        if (!seat->getDeadline(moment))
+        if (!seat.getDeadline(moment))
             continue;
         if (!isReached(moment, now))
         {
-            watch(*seat.get());
+            watch(seat);
             continue;
         }
-        if (seat->m_Securing && isReached(seat->m_HandshakeBy, now))
+        if (TcpSecureConnection* const connection = seat.getSecuring();
+            connection && isReached(seat.m_HandshakeBy, now))
         {
-            guard(L"a connection", seat->m_Owner, [&] { seat->m_Securing->endLateHandshake(); });
+            guard(L"a connection", connection, [&] { connection->endLateHandshake(); });
             continue;
         }
-        Log::message(L"No input from %s for %u ms", seat->m_Owner->getPeerName(), seat->m_Limits.m_IdleTime);
-        seat->m_Owner->fail(TcpConnection::kBroken);
+        Log::message(L"No input from %s for %u ms", link->m_Owner->getPeerName(), seat.limits().m_IdleTime);
+        link->m_Owner->fail(TcpConnection::kBroken);
     }
 }
 

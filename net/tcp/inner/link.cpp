@@ -23,7 +23,7 @@ void TcpLink::waitForOutput()
 
 bool TcpLink::connect(const Endpoint& peer)
 {
-    m_Peer = peer;
+    m_Owner->takePeer(peer);
     prepare();
     if (door().connect(getHandle(), peer))
         return false;
@@ -65,7 +65,10 @@ TcpRace::State TcpLink::race()
     {
         // Ends like a name whose addresses do not answer.
     }
-    m_Peer = m_Race->getPeer();
+    m_Owner->takePeer(m_Race->getPeer());
+    unsigned int moment = 0;
+    if (System* const system = m_Owner->getSystem(); system && m_Race->getNextAttempt(moment))
+        system->tickBy(moment);
     if (state == TcpRace::kWon)
         Watched::take(m_Race->releaseHandle());
     if (state != TcpRace::kRunning)

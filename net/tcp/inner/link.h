@@ -15,11 +15,14 @@ class TcpConnection;
 namespace zet::inner
 {
 
-// A connection and the reactor's list of links to flush share it by its count. Belongs to the reactor's thread.
-struct TcpLink final : Counted<TcpLink>, Watched
+// A connection, the lists of its crowd and the reactor's list of links to flush share it by its count. Belongs to the
+// reactor's thread. The order of bases and small members leaves no gaps: a server has thousands of links.
+struct TcpLink final : Watched, Seat, Counted<TcpLink>
 {
     explicit TcpLink(Reactor& reactor, Door::Handle handle = Door::kNoHandle) : Watched(reactor, handle) {}
-    ~TcpLink() { leaveCrowd(); }
+
+    // Null unless the connection is in the crowd of a port that accepted it. The owner leaves the crowd.
+    Seat* seat() { return isIn() ? this : nullptr; }
 
     // From now on input is reported to the owner. True also if it was before.
     bool watch() { return isWatched() || startWatch(kReadyInput); }
@@ -49,39 +52,28 @@ struct TcpLink final : Counted<TcpLink>, Watched
     void flushOwner();
     // Ends the owner as kBroken.
     void failOwner();
-    void leaveCrowd()
-    {
-        if (m_Seat)
-            m_Seat->leave();
-        m_Seat = Ref<Seat>();
-    }
     // Options of every connection. A socket without such an option is used without it.
     void prepare() { door().setOption(getHandle(), Door::kNoDelay, 1); }
 
-    // The peer of a connection that was accepted or begun.
-    Endpoint m_Peer;
-    TcpConnection* m_Owner = nullptr;
-    // Only of an accepted connection.
-    Ref<Seat> m_Seat;
-    InputBuffer m_Input;
-    OutputQueue m_Output;
-    // Output that the secure layer has encrypted; it leaves first.
-    OutputQueue m_Sealed;
     // The socket was found full, and no space was reported since.
     bool m_IsOutputWaited = false;
-    // All output is encrypted before it leaves.
-    bool m_IsSealed = false;
     // In the reactor's list of links to flush.
     bool m_IsListed = false;
+    // The result of connect() is not known yet.
+    bool m_IsConnecting = false;
+    // An end or a fault, which no further event reports, may follow the bytes.
+    bool m_HasTail = false;
+    TcpConnection* m_Owner = nullptr;
+    InputBuffer m_Input;
+    OutputQueue m_Output;
+    // The queue of the secure layer, which leaves first. Null if output leaves as it is.
+    OutputQueue* m_Sealed = nullptr;
     TcpLink* m_NextUnflushed = nullptr;
 
 private:
     void report(unsigned int pending);
 
     std::unique_ptr<TcpRace> m_Race;
-    bool m_IsConnecting = false;
-    // An end or a fault, which no further event reports, may follow the bytes.
-    bool m_HasTail = false;
 };
 
 using TcpLinkRef = Ref<TcpLink>;

@@ -23,6 +23,8 @@ struct TcpListener final : Watched
     void onReady(unsigned char ready) override;
 
     TcpServer& m_Owner;
+    // The peer of the connection that the owner was told to accept.
+    Endpoint m_PendingPeer;
 };
 
 } // namespace zet::inner

@@ -42,6 +42,12 @@ public:
     State step();
     // The handle of the winner, which the caller owns from then on.
     Door::Handle releaseHandle();
+    // The time at which the next address is tried; false if all are.
+    bool getNextAttempt(unsigned int& moment) const
+    {
+        moment = m_NextAt;
+        return m_Next < m_Addresses.size();
+    }
     // The address of the winner, or of the latest attempt.
     const Endpoint& getPeer() const { return m_Peer; }
 

@@ -73,6 +73,8 @@ public:
     String_T<wchar_t> m_Host;
     String_T<wchar_t> m_SetHost;
     InputBuffer m_Input;
+    // Encrypted output; it leaves before the link's own queue.
+    OutputQueue m_Sealed;
     // The tick count when the handshake began, and the bytes that the peer has sent in it.
     unsigned int m_Begun = 0;
     int m_HandshakeInput = 0;

@@ -1,0 +1,110 @@
+// Work that other threads post to a System.
+#include "host/inbox.h"
+
+#include "framework/thread.h"
+#include "tests/support/log_lines.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+
+namespace
+{
+
+using InboxHandle = zet::Unknown::Handle_T<host::Inbox>;
+
+struct Posted
+{
+    Posted() { m_System.init(); }
+    ~Posted() { m_System.exit(); }
+
+    zet::System m_System;
+    const InboxHandle m_Inbox = new host::Inbox;
+    std::vector<int> m_Done;
+};
+
+TEST(Inbox, WorkIsDoneInTheOrderOfThePosts)
+{
+    Posted net;
+    net.m_Inbox->post([&] { net.m_Done.push_back(1); });
+    ASSERT_TRUE(net.m_Inbox->start(&net.m_System));
+    net.m_Inbox->post([&] { net.m_Done.push_back(2); });
+    EXPECT_TRUE(net.m_Done.empty());
+    net.m_System.tick();
+    EXPECT_EQ(net.m_Done, std::vector<int>({1, 2}));
+    net.m_System.tick();
+    EXPECT_EQ(net.m_Done.size(), 2u);
+}
+
+TEST(Inbox, WorkThatIsPostedMeanwhileWaitsForTheNextTick)
+{
+    Posted net;
+    ASSERT_TRUE(net.m_Inbox->start(&net.m_System));
+    net.m_Inbox->post([&] { net.m_Inbox->post([&] { net.m_Done.push_back(1); }); });
+    net.m_System.tick();
+    EXPECT_TRUE(net.m_Done.empty());
+    net.m_System.tick();
+    EXPECT_EQ(net.m_Done.size(), 1u);
+}
+
+TEST(Inbox, AnExceptionEndsItsOwnWorkOnly)
+{
+    Posted net;
+    ASSERT_TRUE(net.m_Inbox->start(&net.m_System));
+    net.m_Inbox->post([] { throw std::runtime_error("broken"); });
+    net.m_Inbox->post([&] { net.m_Done.push_back(1); });
+    const test::LogLines log;
+    net.m_System.tick();
+    EXPECT_EQ(net.m_Done.size(), 1u);
+    EXPECT_TRUE(log.has(zet::Log::kError, L"Exception in posted work: broken"));
+}
+
+TEST(Inbox, WorkIsReleasedAfterItIsDoneOrWithTheInbox)
+{
+    const auto held = std::make_shared<int>(0);
+    {
+        Posted net;
+        ASSERT_TRUE(net.m_Inbox->start(&net.m_System));
+        net.m_Inbox->post([held] {});
+        EXPECT_EQ(held.use_count(), 2);
+        net.m_System.tick();
+        EXPECT_EQ(held.use_count(), 1);
+        net.m_Inbox->post([held] {});
+    }
+    EXPECT_EQ(held.use_count(), 1);
+}
+
+// Also for the thread sanitizer: two Systems count down in turns, and sleep a day where nothing is posted.
+TEST(Inbox, APostEndsTheSleepOfAnotherThread)
+{
+    zet::System systems[2];
+    const InboxHandle inboxes[2] = {new host::Inbox, new host::Inbox};
+    std::function<void(int, int)> pass = [&](int to, int left)
+    {
+        inboxes[to]->post(
+            [&, to, left]
+            {
+                EXPECT_EQ(zet::Thread::getCurrentThreadId(), systems[to].getRunThreadId());
+                if (left > 0)
+                    return pass(1 - to, left - 1);
+                systems[0].shutdown();
+                systems[1].shutdown();
+            });
+    };
+    std::thread threads[2];
+    for (int i = 0; i < 2; ++i)
+    {
+        systems[i].setTickInterval(zet::System::kLongestInterval);
+        ASSERT_TRUE(inboxes[i]->start(&systems[i]));
+    }
+    for (int i = 0; i < 2; ++i)
+        threads[i] = std::thread([&system = systems[i]] { system.run(); });
+    pass(0, 1000);
+    for (std::thread& each : threads)
+        each.join();
+}
+
+} // namespace
