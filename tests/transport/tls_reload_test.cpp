@@ -156,6 +156,7 @@ TEST_F(Reloading, ARevocationListIsReadAgain)
     const LogLines log;
     const ClientHandle client = net.begin(m_Analyser, context);
     EXPECT_TRUE(tickUntil(net.m_System, [&] { return client->isInvalid() && net.m_Server->m_Abandons == 1; }));
+    ASSERT_FALSE(log.texts().empty());
     EXPECT_NE(log.texts()[0].find(L"revoked"), std::wstring::npos);
 }
 
