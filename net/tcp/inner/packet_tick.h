@@ -50,8 +50,16 @@ private:
     {
         const PeerLog::Scope scope(
             m_Log, &m_Stream, [](const void* stream) { return static_cast<const TcpStream*>(stream)->getPeerName(); });
+        // An exception from take() leaves the bytes after its packet to the next tick.
+        m_Stream.setPending(TcpConnection::kUnread);
+        if (takeAll(limit, take))
+            m_Stream.clearPending(TcpConnection::kUnread);
+    }
+    // False if packets may be left for the next tick.
+    template <class Take>
+    bool takeAll(unsigned int limit, Take take)
+    {
         Stopwatch watch;
-        m_Stream.clearPending(TcpConnection::kUnread);
         while (isEstablished() && watch.isBelow(limit) && !m_IsBroken)
         {
             std::span<const unsigned char> packet = takeWhole();
@@ -69,10 +77,9 @@ private:
                 m_Reader.finish();
             }
             else if (!m_Reader.hasPaused())
-                return;
+                return true;
         }
-        if (isEstablished())
-            m_Stream.setPending(TcpConnection::kUnread);
+        return !isEstablished();
     }
     // A whole packet straight from the input buffer: most packets, without the reader's virtual calls. Its bytes stay
     // in the buffer until the next receive.
