@@ -24,9 +24,10 @@ Unknown::Handle_T<Input> PacketReader::detach()
     // The source itself discards the bytes of a packet already passed.
     m_Shown = 0;
     m_Next = -1;
-    m_IsCollectedShown = false;
     m_Window.show(nullptr, 0);
-    std::vector<unsigned char>().swap(m_Collected);
+    // A packet that was passed stays in place for the caller that has it.
+    if (!m_IsCollectedShown)
+        std::vector<unsigned char>().swap(m_Collected);
     m_Input = nullptr;
     return std::move(m_Owner);
 }

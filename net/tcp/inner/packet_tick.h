@@ -7,6 +7,8 @@
 #include "net/tcp/inner/link.h"
 #include "net/tcp/stream.h"
 
+#include <optional>
+
 namespace zet::inner
 {
 
@@ -65,6 +67,7 @@ private:
             std::span<const unsigned char> packet = takeWhole();
             if (!packet.empty())
             {
+                const BlockPin pin(*m_Stream.m_Link->m_Input.block());
                 take(packet);
                 continue;
             }
@@ -72,14 +75,22 @@ private:
             if (!m_Reader.read(packet))
                 m_IsBroken = true;
             else if (!packet.empty())
-            {
-                take(packet);
-                m_Reader.finish();
-            }
+                takeRead(packet, take);
             else if (!m_Reader.hasPaused())
                 return true;
         }
         return !isEstablished();
+    }
+    template <class Take>
+    void takeRead(std::span<const unsigned char> packet, Take take)
+    {
+        // Another source of the reader has bytes of its own.
+        Block* const block = m_Stream.m_Link ? m_Stream.m_Link->m_Input.block() : nullptr;
+        std::optional<BlockPin> pin;
+        if (block)
+            pin.emplace(*block);
+        take(packet);
+        m_Reader.finish();
     }
     // A whole packet straight from the input buffer: most packets, without the reader's virtual calls. Its bytes stay
     // in the buffer until the next receive.
