@@ -61,10 +61,17 @@ private:
     template <class Take>
     bool takeAll(unsigned int limit, Take take)
     {
-        Stopwatch watch;
-        while (isEstablished() && watch.isBelow(limit) && !m_IsBroken)
+        // Time passes in take(), so it counts from the first packet on, if more may follow: one packet needs no clock.
+        std::optional<Stopwatch> watch;
+        for (bool isFirst = true; isEstablished(); isFirst = false)
         {
+            if (isExhausted())
+                return true;
+            if (m_IsBroken || !(isFirst || (watch && watch->isBelow(limit))))
+                return false;
             std::span<const unsigned char> packet = takeWhole();
+            if (!watch && !isExhausted())
+                watch.emplace();
             if (!packet.empty())
             {
                 const BlockPin pin(*m_Stream.m_Link->m_Input.block());
@@ -73,13 +80,16 @@ private:
             }
             // Receives, and handles packets that are cut, empty or too long.
             if (!m_Reader.read(packet))
+            {
                 m_IsBroken = true;
-            else if (!packet.empty())
+                return false;
+            }
+            if (!packet.empty())
                 takeRead(packet, take);
             else if (!m_Reader.hasPaused())
                 return true;
         }
-        return !isEstablished();
+        return true;
     }
     template <class Take>
     void takeRead(std::span<const unsigned char> packet, Take take)
@@ -92,10 +102,21 @@ private:
         take(packet);
         m_Reader.finish();
     }
-    // A whole packet straight from the input buffer: most packets, without the reader's virtual calls. Its bytes stay
-    // in the buffer until the next receive.
+    // Whether the stream has nothing to read. Another source of the reader may have packets all the same.
+    bool isExhausted() const
+    {
+        return m_Stream.m_Link && m_Stream.m_Link->m_Input.size() == 0 && !m_Stream.isWorthReceiving() &&
+               m_Reader.reads(&m_Stream);
+    }
+    // A whole packet straight from the input buffer, which is filled if it is empty: most packets, without the reader's
+    // virtual calls. Its bytes stay in the buffer until the next receive.
     std::span<const unsigned char> takeWhole()
     {
+        if (m_Stream.m_Link->m_Input.size() == 0 && m_Reader.reads(&m_Stream))
+            m_Stream.view(PacketReader::kHeadSize);
+        // An override of receive() may have closed the connection.
+        if (!m_Stream.m_Link)
+            return {};
         InputBuffer& input = m_Stream.m_Link->m_Input;
         const auto packet = m_Reader.findWhole(&m_Stream, input.data(), input.size());
         if (!packet.empty())
