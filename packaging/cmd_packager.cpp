@@ -41,8 +41,9 @@ bool refuse(const wchar_t* pattern, const Args&... args)
     return false;
 }
 
-// Reads a frame in memory step by step, for what takeFrame() does not take.
-bool receiveInSteps(CCmdPackager& packager, const void* frame, int size)
+// Reads a frame in memory step by step, for what takeFrame() does not take. Not inline: it is rare, and its objects
+// would make each Receive() longer.
+[[gnu::noinline, gnu::cold]] bool receiveInSteps(CCmdPackager& packager, const void* frame, int size)
 {
     zet::MemoryInput input(frame, size);
     zet::InputStream stream(&input);
