@@ -7,6 +7,7 @@
 #include "framework/platform/platform.h"
 #include "framework/string_helper.h"
 #include "packaging/cmd_packager.h"
+#include "packaging/wire/access.h"
 
 #include <cassert>
 
@@ -26,6 +27,17 @@ bool guarded(CCommandSocket* socket, Dispatch dispatch)
                               else
                                   zet::Log::error(L"Exception in a command handler (%s)", PeerNameOf(socket));
                           });
+}
+
+bool receive(CCmdPackager& pk, zet::InputStream& stream)
+{
+    return pk.Receive(stream);
+}
+
+// Receive() reports what is missing in a frame that cannot be shown.
+bool receive(CCmdPackager& pk, const void* frame, int size)
+{
+    return wire::Access::show(pk, frame, size) || pk.Receive(frame, size);
 }
 
 } // namespace
@@ -139,7 +151,7 @@ inline bool CCmdAnalyserSocket::analyseFrame(CCommandSocket* socket, Frame... fr
                    [&]
                    {
                        CCmdPackager pk;
-                       if (pk.Receive(frame...))
+                       if (receive(pk, frame...))
                            return dispatch(socket, pk);
                        if (zet::PeerLog::takesLine())
                            zet::Log::error(L"Error:CmdPackager analyze error! (%s)", PeerNameOf(socket));

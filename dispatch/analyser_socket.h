@@ -44,7 +44,8 @@ public:
     // exception is caught.
     bool Analyse(CCommandSocket* socket, CCmdPackager& pk) const;
     // The same for one stream frame, in a stream or at the start of size bytes in memory; bytes after the frame are
-    // ignored. Also false for a frame that cannot be received.
+    // ignored. Also false for a frame that cannot be received. A frame in memory is not copied: it stays unchanged
+    // until the call returns.
     bool Analyse(CCommandSocket* socket, zet::InputStream& stream) const;
     bool Analyse(CCommandSocket* socket, const void* frame, int size) const;
 

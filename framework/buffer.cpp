@@ -31,6 +31,21 @@ int Buffer::setBufferSize(int size)
     return getBufferSize();
 }
 
+bool Buffer::assign(const unsigned char* bytes, int size)
+{
+    if (size < 0)
+        return false;
+    try
+    {
+        m_Bytes.assign(bytes, bytes + size);
+        return true;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return false;
+    }
+}
+
 OutputStream& operator<<(OutputStream& stream, const Varint& number)
 {
     unsigned char groups[kMaxGroups];

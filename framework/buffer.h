@@ -24,6 +24,9 @@ public:
     // Resizes and keeps what fits; new bytes are zero. Returns the resulting size: the old one if size is negative or
     // there is no memory.
     int setBufferSize(int size);
+    // Replaces all bytes by size others, which are not in this buffer. False, and nothing changed, if size is negative
+    // or there is no memory.
+    bool assign(const unsigned char* bytes, int size);
     // The bytes, which may be null if there are none. Valid until the size changes.
     unsigned char* getBuffer() { return m_Bytes.data(); }
     const unsigned char* getBuffer() const { return m_Bytes.data(); }

@@ -24,11 +24,12 @@ Unknown::Handle_T<Input> PacketReader::detach()
     // The source itself discards the bytes of a packet already passed.
     m_Shown = 0;
     m_HasNext = false;
-    m_IsCollectedShown = false;
     if (m_Rare)
     {
         m_Rare->m_Window.show(nullptr, 0);
-        std::vector<unsigned char>().swap(m_Rare->m_Collected);
+        // A packet that was passed stays in place for the caller that has it.
+        if (!m_IsCollectedShown)
+            std::vector<unsigned char>().swap(m_Rare->m_Collected);
     }
     m_Input = nullptr;
     return m_Rare ? std::move(m_Rare->m_Owner) : Unknown::Handle_T<Input>();

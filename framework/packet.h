@@ -34,7 +34,8 @@ public:
 
     // Passes the next whole packet. Returns true with an empty stream if no packet is complete yet or no source is
     // attached; false once a length above the limit has broken the byte stream. The packet is valid until the next
-    // read() or detach(); bytes that the caller leaves unread are skipped. Empty packets are skipped, at most
+    // read() or finish(), unless its source shows it and discards it before; bytes that the caller leaves unread are
+    // skipped. Empty packets are skipped, at most
     // kEmptyAtOnce per call, so that a peer that sends nothing else cannot prolong a call.
     bool read(InputStream& stream);
     // The same without a stream: the packet's bytes in place, valid as long; no bytes where the stream would be empty.
@@ -44,12 +45,15 @@ public:
     // Skips the packet that read() has passed now, not with the next read().
     void finish();
 
+    // Whether packets are read from this source.
+    bool reads(const Input* source) const { return m_Input == source; }
+
     // For the owner of a source that shows its bytes in place: the packet at the start of all bytes that the source
     // holds, if read() would pass it without more of them. The owner skips it, with its length word, in the source. No
     // bytes in any other case: the packet is cut, empty or above the limit, or read() is within one.
     std::span<const unsigned char> findWhole(const Input* source, const unsigned char* bytes, int size) const
     {
-        if (size <= kHeadSize || source != m_Input || m_Shown > 0 || (m_Rare && !m_Rare->m_Collected.empty()))
+        if (size <= kHeadSize || !reads(source) || m_Shown > 0 || (m_Rare && !m_Rare->m_Collected.empty()))
             return {};
         const unsigned int length = getLength(bytes);
         if (length == 0 || length > static_cast<unsigned int>(m_Limit) ||

@@ -16,11 +16,11 @@ namespace
 
 std::atomic<unsigned long long> allLeftOut{0};
 
-const PeerLog::Scope*& presentScope()
-{
-    thread_local const PeerLog::Scope* scope = nullptr;
-    return scope;
-}
+// Each tick of a connection changes it: in a fixed place relative to the thread it needs no call.
+#if defined(__ELF__) && defined(__GNUC__)
+[[gnu::tls_model("initial-exec")]]
+#endif
+constinit thread_local const PeerLog::Scope* t_Scope = nullptr;
 
 } // namespace
 
@@ -35,13 +35,13 @@ struct PeerLog::Share
 };
 
 PeerLog::Scope::Scope(PeerLog& share, const void* peer, NameOf nameOf)
-    : m_Share(share), m_Peer(peer), m_NameOf(nameOf), m_Before(std::exchange(presentScope(), this))
+    : m_Share(share), m_Peer(peer), m_NameOf(nameOf), m_Before(std::exchange(t_Scope, this))
 {
 }
 
 PeerLog::Scope::~Scope()
 {
-    presentScope() = m_Before;
+    t_Scope = m_Before;
 }
 
 PeerLog::~PeerLog()
@@ -66,7 +66,7 @@ void PeerLog::sayLeftOut()
 
 bool PeerLog::takesLine()
 {
-    const Scope* const scope = presentScope();
+    const Scope* const scope = t_Scope;
     return !scope || scope->m_Share.takes(*scope);
 }
 

@@ -4,6 +4,7 @@
 #include "framework/export.h"
 #include "framework/string.h"
 
+#include <cstdint>
 #include <cstring>
 
 namespace zet
@@ -34,7 +35,15 @@ struct COMMONGROUND_API Uuid
     uuid_node_t m_Node;
 
     // Whether all bytes are zero.
-    bool isNull() const { return *this == Uuid(); }
+    bool isNull() const
+    {
+        // Two numbers: each command that is sent asks for two identifiers.
+        std::uint64_t first;
+        std::uint64_t second;
+        std::memcpy(&first, this, sizeof first);
+        std::memcpy(&second, reinterpret_cast<const unsigned char*>(this) + sizeof first, sizeof second);
+        return (first | second) == 0;
+    }
 
     // Comparisons by the bytes in memory order.
     friend bool operator==(const Uuid& a, const Uuid& b) { return std::memcmp(&a, &b, sizeof a) == 0; }

@@ -11,7 +11,6 @@
 namespace
 {
 
-constexpr int kStepSize = 0x10000;
 constexpr unsigned int kHasFrom = 1;
 constexpr unsigned int kHasTarget = 2;
 constexpr int kAddressSize = static_cast<int>(sizeof(zet::Uuid));
@@ -42,8 +41,9 @@ bool refuse(const wchar_t* pattern, const Args&... args)
     return false;
 }
 
-// Reads a frame in memory step by step, for what takeFrame() does not take.
-bool receiveInSteps(CCmdPackager& packager, const void* frame, int size)
+// Reads a frame in memory step by step, for what takeFrame() does not take. Not inline: it is rare, and its objects
+// would make each Receive() longer.
+[[gnu::noinline, gnu::cold]] bool receiveInSteps(CCmdPackager& packager, const void* frame, int size)
 {
     zet::MemoryInput input(frame, size);
     zet::InputStream stream(&input);
@@ -82,22 +82,27 @@ bool CCmdPackager::Alloc(int size)
     return m_iBufSize - m_iDataSize >= size || grow(size);
 }
 
-bool CCmdPackager::grow(int size)
+bool CCmdPackager::grow(int size) const
 {
-    long long want = (static_cast<long long>(m_iDataSize) + size + kStepSize - 1) / kStepSize * kStepSize;
-    if (want > kMaxDataSize)
+    size = std::max(size, 0);
+    if (kMaxDataSize - m_iDataSize < size)
+        return refuse(L"Command Package extends max length limit(%d)", kMaxDataSize);
+    const int want = storageFor(m_iDataSize + size);
+    const unsigned char* const payload = m_pBuffer;
+    if (isShown() && want == kInlineSize)
     {
-        if (kMaxDataSize - m_iDataSize < size)
-            return refuse(L"Command Package extends max length limit(%d)", kMaxDataSize);
-        want = kMaxDataSize;
+        useInside();
+        std::memcpy(m_pBuffer, payload, static_cast<size_t>(m_iDataSize));
+        return true;
     }
-    unsigned char* block = new (std::nothrow) unsigned char[static_cast<size_t>(kFrontSize + want)];
+    unsigned char* block =
+        new (std::nothrow) unsigned char[static_cast<size_t>(kFrontSize) + static_cast<size_t>(want)];
     if (!block)
-        return refuse(L"Error: malloc(%d) error!", static_cast<int>(want));
-    std::memcpy(block + kFrontSize, m_pBuffer, static_cast<size_t>(m_iDataSize));
+        return refuse(L"Error: malloc(%d) error!", want);
+    std::memcpy(block + kFrontSize, payload, static_cast<size_t>(m_iDataSize));
     release();
     m_pBuffer = block + kFrontSize;
-    m_iBufSize = static_cast<int>(want);
+    m_iBufSize = want;
     return true;
 }
 
@@ -148,23 +153,23 @@ bool CCmdPackager::Send(zet::OutputStream& stream) const
 
 unsigned char* CCmdPackager::FrameInPlace(int& size) const
 {
-    if (m_iDataSize < 0 || m_iDataSize > kMaxDataSize)
+    if (m_iDataSize < 0 || m_iDataSize > kMaxDataSize || (isShown() && !own()))
         return nullptr;
     unsigned char* const frame = putHeader(m_pBuffer);
     size = static_cast<int>(m_pBuffer - frame) + m_iDataSize;
     return frame;
 }
 
-// Copies a whole frame. False, and nothing changed, for a cut one or one that does not fit the storage: Receive() then
-// reads step by step and reports which part is missing.
-inline bool CCmdPackager::takeFrame(const unsigned char* frame, int there)
+// Takes the header of a whole frame and returns its payload. Null, and nothing changed, for a cut frame or a payload
+// above the limit.
+inline const unsigned char* CCmdPackager::takeHeader(const unsigned char* frame, int there, int limit)
 {
     if (there < kMinHeaderSize)
-        return false;
+        return nullptr;
     const unsigned int word = sizeWordOf(frame);
     const int size = static_cast<int>(word >> 2);
-    if (GetFrameSize(frame) > there || size > m_iBufSize)
-        return false;
+    if (GetFrameSize(frame) > there || size > limit)
+        return nullptr;
     m_CmdID = static_cast<unsigned short>(frame[0] | frame[1] << 8);
     const unsigned char* at = frame + kMinHeaderSize;
     m_FromAddress = zet::Uuid();
@@ -180,20 +185,40 @@ inline bool CCmdPackager::takeFrame(const unsigned char* frame, int there)
         at += kAddressSize;
     }
     m_iDataSize = size;
+    return at;
+}
+
+// Copies a whole frame. False, and nothing changed, for a cut one or one that does not fit the storage: Receive() then
+// reads step by step and reports which part is missing.
+inline bool CCmdPackager::takeFrame(const unsigned char* frame, int there)
+{
+    const unsigned char* const payload = takeHeader(frame, there, m_iBufSize);
     // The frame may be in this storage itself.
-    std::memmove(m_pBuffer, at, static_cast<size_t>(size));
+    if (payload)
+        std::memmove(m_pBuffer, payload, static_cast<size_t>(m_iDataSize));
+    return payload != nullptr;
+}
+
+bool CCmdPackager::show(const void* frame, int size)
+{
+    const unsigned char* const payload = takeHeader(static_cast<const unsigned char*>(frame), size, kMaxDataSize);
+    if (!payload)
+        return false;
+    // Only read through this pointer: see isShown().
+    m_pBuffer = const_cast<unsigned char*>(payload);
+    m_iBufSize = 0;
     return true;
 }
 
 bool CCmdPackager::Receive(const void* frame, int size)
 {
-    Clear();
+    restart();
     return takeFrame(static_cast<const unsigned char*>(frame), size) || receiveInSteps(*this, frame, size);
 }
 
 bool CCmdPackager::Receive(zet::InputStream& stream)
 {
-    Clear();
+    restart();
     const int there = stream.available();
     const unsigned char* const shown = there >= kMinHeaderSize ? stream.view(there) : nullptr;
     if (shown && takeFrame(shown, there))
@@ -271,7 +296,7 @@ int CCmdPackager::Pack(void* buffer, int size) const
 
 int CCmdPackager::Unpack(const void* buffer, int size)
 {
-    Clear();
+    restart();
     const unsigned char* const in = static_cast<const unsigned char*>(buffer);
     // One byte is not a datagram; refuse it here, so that the id is not read past the end.
     if (size < 2)

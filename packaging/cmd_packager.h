@@ -77,11 +77,17 @@ public:
         target = m_TargetAddress;
     }
 
-    // The first byte of the payload, valid until the next write.
+    // The first byte of the payload, valid until the next write. The caller may change the payload through the pointer
+    // that is not const.
     const unsigned char* GetBuffer() const { return m_pBuffer; }
-    unsigned char* GetBuffer() { return m_pBuffer; }
+    unsigned char* GetBuffer()
+    {
+        if (isShown() && !own())
+            restart();
+        return m_pBuffer;
+    }
     // Bytes of the payload that fit without a new allocation.
-    int GetBufferSize() const { return m_iBufSize; }
+    int GetBufferSize() const { return isShown() ? storageFor(m_iDataSize) : m_iBufSize; }
     // Bytes of the payload.
     int GetDataSize() const { return m_iDataSize; }
     // Bytes of the payload that were read.
@@ -130,21 +136,49 @@ private:
     // Space before the payload for the frame header and the caller's spare bytes.
     static constexpr int kFrontSize = kSpareSize + kMaxHeaderSize;
 
-    void release()
+    // Storage grows in whole steps; the size of the last one is the largest payload.
+    static int storageFor(int size)
     {
-        if (m_pBuffer != m_Msg + kFrontSize)
+        const int steps = (size + kInlineSize - 1) / kInlineSize * kInlineSize;
+        return size == 0 ? kInlineSize : steps < kMaxDataSize ? steps : kMaxDataSize;
+    }
+    // Receives a whole frame without copying its payload, which stays unchanged until this packager ends or is given
+    // another payload; a call that writes to the payload or before it copies it first. False, and nothing changed, for
+    // a cut or oversized frame. REQUIRES: no payload, and no heap block.
+    bool show(const void* frame, int size);
+    bool isShown() const { return m_iBufSize == 0; }
+    // Clear(), and storage of its own.
+    void restart()
+    {
+        Clear();
+        if (isShown())
+            useInside();
+    }
+    // Copies a shown payload. False, after an error in the log, if memory is short.
+    bool own() const { return grow(0); }
+    void useInside() const
+    {
+        m_pBuffer = m_Msg + kFrontSize;
+        m_iBufSize = kInlineSize;
+    }
+    void release() const
+    {
+        if (m_pBuffer != m_Msg + kFrontSize && !isShown())
             delete[](m_pBuffer - kFrontSize);
     }
-    bool grow(int size);
+    bool grow(int size) const;
     unsigned int sizeWord() const;
     unsigned char* putHeader(unsigned char* end) const;
+    const unsigned char* takeHeader(const unsigned char* frame, int there, int limit);
     bool takeFrame(const unsigned char* frame, int there);
 
     unsigned short m_CmdID = 0xFFFF;
     zet::Uuid m_FromAddress;
     zet::Uuid m_TargetAddress;
-    unsigned char* m_pBuffer;
-    int m_iBufSize = kInlineSize;
+    // Mutable: a shown payload is copied when it is first framed in place.
+    mutable unsigned char* m_pBuffer;
+    // 0 for a shown payload, whose memory belongs to others: without free bytes, whatever writes asks for storage.
+    mutable int m_iBufSize = kInlineSize;
     int m_iDataSize = 0;
     int m_iReadPointer = 0;
     // Never zero-filled: a small command touches no more of it than its frame. Mutable for the space before it.

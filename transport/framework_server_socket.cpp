@@ -10,6 +10,7 @@
 #include "transport/address_file.h"
 
 #include <algorithm>
+#include <optional>
 
 // Ticks a connection, and abandons it if it is down then. Exceptions do not affect the other connections.
 struct CFrameworkServerSocket::ClientSocketTick_Manager_foreach_N
@@ -101,19 +102,24 @@ void CFrameworkServerSocket::tickClients(unsigned int tick)
     const unsigned int time = getLimits().m_TurnTime;
     const int bytes = getLimits().m_TurnInput;
     const int turn = bytes > 0 && hasOthers() ? bytes : zet::TcpStream::kEndlessTurn;
-    zet::Stopwatch watch;
+    // One connection alone needs no clock.
+    std::optional<zet::Stopwatch> watch;
+    bool isFirst = true;
     m_Ready->begin(std::exchange(m_First, nullptr));
     while (zet::TcpConnection* const next = m_Ready->peek())
     {
         // Only accept() adds to the list.
         auto* const client = static_cast<CFrameworkClientSocket*>(next);
-        if (time > 0 && !watch.isBelow(time))
+        if (watch && !watch->isBelow(time))
         {
             m_First = client;
             hurry();
             break;
         }
         m_Ready->take();
+        if (time > 0 && !watch && (!isFirst || m_Ready->peek()))
+            watch.emplace();
+        isFirst = false;
         client->setTurn(turn);
         if (!walker.onEntry(client))
             m_Ready->add(*client);

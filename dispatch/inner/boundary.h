@@ -20,17 +20,15 @@ void reportThrown(Tell tell) noexcept
         });
 }
 
-// Returns the result of dispatch(), or false if it threw. tell(fault) logs a standard exception, tell(nullptr) anything
-// else; the stream layer's exception logs itself.
-template <class Dispatch, class Tell>
-bool withinBoundary(Dispatch dispatch, Tell tell) noexcept
+// Reports the exception that is being handled. Not inline: it is rare, and would make each dispatch longer.
+template <class Tell>
+[[gnu::noinline, gnu::cold]] void reportCaught(Tell tell) noexcept
 {
-    bool result = false;
-    const auto call = [&]
+    const auto again = []
     {
         try
         {
-            result = dispatch();
+            throw;
         }
         catch (const zet::Exception& fault)
         {
@@ -42,6 +40,21 @@ bool withinBoundary(Dispatch dispatch, Tell tell) noexcept
                 });
         }
     };
-    zet::inner::guardCall(call, [&](const char* what) { reportThrown([&] { tell(what); }); });
-    return result;
+    zet::inner::guardCall(again, [&](const char* what) { reportThrown([&] { tell(what); }); });
+}
+
+// Returns the result of dispatch(), or false if it threw. tell(fault) logs a standard exception, tell(nullptr) anything
+// else; the stream layer's exception logs itself.
+template <class Dispatch, class Tell>
+bool withinBoundary(Dispatch dispatch, Tell tell) noexcept
+{
+    try
+    {
+        return dispatch();
+    }
+    catch (...)
+    {
+        reportCaught(tell);
+    }
+    return false;
 }

@@ -18,7 +18,9 @@ constexpr int kLeastRoom = 4096;
 
 void release(Block* block, BlockPool* pool)
 {
-    if (pool)
+    if (block->m_IsPinned)
+        block->m_IsAbandoned = true;
+    else if (pool)
         pool->give(block);
     else
         ::operator delete(block);
@@ -65,6 +67,8 @@ Block* BlockPool::take(int capacity)
         if (!block)
             return nullptr;
         block->m_Capacity = capacity;
+        block->m_IsPinned = false;
+        block->m_IsAbandoned = false;
     }
     block->m_Next = nullptr;
     block->m_Begin = 0;
@@ -93,7 +97,7 @@ bool InputBuffer::moveTo(Block* block, BlockPool& pool)
     if (m_Block)
     {
         std::memcpy(block->bytes(), data(), static_cast<size_t>(size()));
-        pool.give(m_Block);
+        release(m_Block, &pool);
     }
     m_Block = block;
     return true;
@@ -102,6 +106,11 @@ bool InputBuffer::moveTo(Block* block, BlockPool& pool)
 int InputBuffer::prepare(BlockPool& pool)
 {
     const int held = size();
+    if (m_Block && m_Block->m_IsPinned)
+    {
+        if (!moveTo(pool.take(m_Block->m_Capacity), pool))
+            return 0;
+    }
     if (!m_Block || m_Block->m_Capacity < BlockPool::kUsual)
     {
         if (!moveTo(pool.take(BlockPool::kUsual), pool))

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <new>
 
 namespace zet::inner
 {
@@ -14,10 +15,35 @@ struct Block
     int m_Begin;
     int m_End;
     int m_Capacity;
+    // See BlockPin.
+    bool m_IsPinned;
+    bool m_IsAbandoned;
 
     unsigned char* bytes() { return reinterpret_cast<unsigned char*>(this + 1); }
     int size() const { return m_End - m_Begin; }
     int room() const { return m_Capacity - m_End; }
+};
+
+// Keeps the bytes of a block in place while a caller reads them: whatever happens meanwhile to the buffer that has the
+// block, nothing overwrites or frees them. A pin of a pinned block does nothing.
+class BlockPin
+{
+public:
+    explicit BlockPin(Block& block) : m_Block(block), m_IsOuter(!block.m_IsPinned) { block.m_IsPinned = true; }
+    ~BlockPin()
+    {
+        if (!m_IsOuter)
+            return;
+        m_Block.m_IsPinned = false;
+        if (m_Block.m_IsAbandoned)
+            ::operator delete(&m_Block);
+    }
+    BlockPin(const BlockPin&) = delete;
+    BlockPin& operator=(const BlockPin&) = delete;
+
+private:
+    Block& m_Block;
+    const bool m_IsOuter;
 };
 
 // Keeps released blocks of the usual capacities for reuse. THREADS: one.
@@ -71,6 +97,8 @@ public:
     // Bytes of memory that are held.
     int capacity() const { return m_Block ? m_Block->m_Capacity : 0; }
     const unsigned char* data() const { return m_Block ? m_Block->bytes() + m_Block->m_Begin : nullptr; }
+    // The block that holds the bytes, to be pinned; null if there is none.
+    Block* block() { return m_Block; }
     // REQUIRES: 0 < size <= size().
     void consume(int size) { m_Block->m_Begin += size; }
 

@@ -221,6 +221,8 @@ TcpLink* Reactor::takeUnflushed()
 
 void Reactor::flushRouters()
 {
+    if (m_Routers.empty())
+        return;
     std::vector<std::weak_ptr<UdpRouter>> routers;
     routers.swap(m_Routers);
     for (const auto& router : routers)

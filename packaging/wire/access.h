@@ -1,4 +1,5 @@
-// The inner side of both packagers, for the value forms only: space at the write position, bytes at the read position.
+// The inner side of both packagers, for the value forms and the analysers only: space at the write position, bytes at
+// the read position, a frame shown in place.
 // Everything is inline, since every value of every command passes here.
 #pragma once
 
@@ -48,6 +49,8 @@ struct Access
     {
         packager.m_iDataSize += size;
     }
+
+    static bool show(CCmdPackager& packager, const void* frame, int size) { return packager.show(frame, size); }
 
     // Bytes not yet read: 0 where a datagram's addresses have moved the read pointer past the data.
     template <class P>

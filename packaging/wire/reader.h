@@ -126,6 +126,10 @@ private:
         {
             return intoSlots<kWords>(list, bound);
         }
+        else if constexpr (kWords.key == Key::kMember)
+        {
+            return intoNodes<kWords>(list, bound);
+        }
         else if constexpr (kIsA<std::map, C>)
         {
             return intoMap<kWords>(list, bound);
@@ -219,18 +223,33 @@ private:
                     return false;
             if (!one(element) && tested)
                 return false;
-            if constexpr (from == Key::kMember)
-            {
-                // A constant of its own: read where it is used, it is a wrong offset with Clang 14.
-                constexpr auto member = kWords.member;
-                key = element.*member;
-            }
-            else if constexpr (from == Key::kPlace)
-            {
+            if constexpr (from == Key::kPlace)
                 key = static_cast<K>(i);
-            }
             // Keys mostly ascend on the wire, so the end is the place to try first.
             map.insert_or_assign(map.end(), key, std::move(element));
+        }
+        return true;
+    }
+
+    // Records are read in their nodes, since moving one costs as much as reading it. The key follows from the record.
+    template <auto kWords, class K, class T>
+    bool intoNodes(std::map<K, T>& map, int64_t bound)
+    {
+        constexpr bool tested = kWords.reading == Decides::kAll;
+        // A constant of its own: read where it is used, it is a wrong offset with Clang 14.
+        constexpr auto member = kWords.member;
+        std::map<K, T> spare;
+        for (int64_t i = 0; i < bound; ++i)
+        {
+            const auto made = spare.try_emplace(K{}).first;
+            if (!one(made->second) && tested)
+                return false;
+            auto node = spare.extract(made);
+            node.key() = node.mapped().*member;
+            // Keys mostly ascend on the wire, so the end is the place to try first. A node whose key the map has stays.
+            const auto place = map.insert(map.end(), std::move(node));
+            if (node) // NOLINT(bugprone-use-after-move)
+                place->second = std::move(node.mapped());
         }
         return true;
     }

@@ -220,10 +220,18 @@ bool readSizedBytes(P& packager, zet::Buffer* value, int most = INT_MAX)
     int size = 0;
     if (!readScalar(packager, &size) || size < 0 || size > most)
         return false;
-    // A large block is allocated only for bytes that are there.
-    if (size > kTrustedBytes && size > Access::left(packager))
-        return false;
-    return value->setBufferSize(size) == size && readBytes(packager, value->getBuffer(), size);
+    if (const unsigned char* bytes = Access::next(packager, size))
+    {
+        // Not sized first, which would fill the block with zeros.
+        if (!value->assign(bytes, size))
+            return false;
+        Access::took(packager, size);
+        return true;
+    }
+    // Bytes are missing: the block is sized all the same, unless it is large.
+    if (size <= kTrustedBytes)
+        value->setBufferSize(size);
+    return false;
 }
 
 // Bytes that a buffer value may have.

@@ -47,3 +47,17 @@ TEST(Buffer, CopiesOwnTheirBlocks)
     EXPECT_EQ(first.getBuffer()[0], 9);
     EXPECT_NE(first.getBuffer(), second.getBuffer());
 }
+
+TEST(Buffer, AssignReplacesAllBytesOrNone)
+{
+    Buffer buffer(3);
+    const unsigned char bytes[] = {1, 2, 3, 4, 5};
+    EXPECT_TRUE(buffer.assign(bytes, 5));
+    ASSERT_EQ(buffer.getBufferSize(), 5);
+    EXPECT_EQ(std::memcmp(buffer.getBuffer(), bytes, 5), 0);
+    EXPECT_FALSE(buffer.assign(bytes, -1));
+    EXPECT_EQ(buffer.getBufferSize(), 5);
+    EXPECT_EQ(std::memcmp(buffer.getBuffer(), bytes, 5), 0);
+    EXPECT_TRUE(buffer.assign(bytes, 0));
+    EXPECT_EQ(buffer.getBufferSize(), 0);
+}

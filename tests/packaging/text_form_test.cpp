@@ -113,6 +113,37 @@ TEST(TextForm, SurrogatePairStaysAPairForTwoByteUnitsAndBecomesTwoOddValuesForFo
     EXPECT_EQ(narrow, Text16(u"\U0001F600"));
 }
 
+// Four units are looked at together, so each position of the end, and of a surrogate, is a case of its own.
+TEST(TextForm, EveryLengthEndAndSurrogateIsReadUnitByUnit)
+{
+    Text32 used = textOf<char32_t>(100, U'u');
+    for (int count = 1; count <= 30; ++count)
+        for (int end = 0; end <= count; ++end)
+            for (int lone = -1; lone < end; ++lone)
+            {
+                CCmdPackager pk;
+                pk.Write(static_cast<unsigned char>(count));
+                std::u32string expected;
+                for (int i = 0; i < count; ++i)
+                {
+                    const auto unit = static_cast<unsigned>(i == end ? 0 : i == lone ? 0xD812 + i : 0x4E00 + 257 * i);
+                    pk.Write(static_cast<unsigned char>(unit));
+                    pk.Write(static_cast<unsigned char>(unit >> 8));
+                    if (i < end)
+                        expected += static_cast<char32_t>(i == lone ? wire::widenUnit(unit) : unit);
+                }
+                Text32 fresh;
+                ASSERT_TRUE(wire::readText(pk, &fresh));
+                EXPECT_EQ(fresh.view(), expected) << count << " units, " << end << ", " << lone;
+                EXPECT_EQ(fresh.getBuffer()[fresh.getLength()], U'\0');
+                EXPECT_EQ(pk.GetReadPointer(), pk.GetDataSize());
+                pk.Reset();
+                ASSERT_TRUE(wire::readText(pk, &used));
+                EXPECT_EQ(used.view(), expected) << count << " units, " << end << ", " << lone;
+                EXPECT_EQ(used.getBuffer()[used.getLength()], U'\0');
+            }
+}
+
 TEST(TextForm, TextOf1000UnitsReadsAndOf1001LeavesTheTargetEmpty)
 {
     CCmdPackager pk;

@@ -2,6 +2,7 @@
 // whatever a peer sends and however it is cut.
 #include "tests/support/log_lines.h"
 #include "tests/support/raw_peer.h"
+#include "tests/support/through.h"
 
 #include <gtest/gtest.h>
 
@@ -17,42 +18,9 @@ using test::NoteAnalyser;
 using test::NoteCommand;
 using test::packetOf;
 using test::RawPeer;
+using test::SlowClient;
 using test::tickUntil;
 using Bytes = std::vector<unsigned char>;
-
-// A source of its own before the stream: the packet reader alone reads such packets.
-class Through : public zet::Input
-{
-public:
-    explicit Through(zet::Input& input) : m_Input(input) {}
-    int available() const override { return m_Input.available(); }
-    int peek(void* data, int size) override { return m_Input.peek(data, size); }
-    int read(void* data, int size) override { return m_Input.read(data, size); }
-    const unsigned char* view(int size) override
-    {
-        ++m_Views;
-        return m_Input.view(size);
-    }
-    int skip(int size) override { return m_Input.skip(size); }
-
-    zet::Input& m_Input;
-    int m_Views = 0;
-};
-
-class SlowClient : public test::Client
-{
-public:
-    using Client::Client;
-    bool attach(unsigned int handle) override
-    {
-        if (!Client::attach(handle))
-            return false;
-        m_PacketReader.attachOwner(&m_Through);
-        return true;
-    }
-
-    Through m_Through{*this};
-};
 
 // What a server makes of a peer's bytes.
 struct Result

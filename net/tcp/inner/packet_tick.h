@@ -7,6 +7,8 @@
 #include "net/tcp/inner/link.h"
 #include "net/tcp/stream.h"
 
+#include <optional>
+
 namespace zet::inner
 {
 
@@ -50,34 +52,71 @@ private:
     {
         const PeerLog::Scope scope(
             m_Log, &m_Stream, [](const void* stream) { return static_cast<const TcpStream*>(stream)->getPeerName(); });
-        Stopwatch watch;
-        m_Stream.clearPending(TcpConnection::kUnread);
-        while (isEstablished() && watch.isBelow(limit) && !m_IsBroken)
+        // An exception from take() leaves the bytes after its packet to the next tick.
+        m_Stream.setPending(TcpConnection::kUnread);
+        if (takeAll(limit, take))
+            m_Stream.clearPending(TcpConnection::kUnread);
+    }
+    // False if packets may be left for the next tick.
+    template <class Take>
+    bool takeAll(unsigned int limit, Take take)
+    {
+        // Time passes in take(), so it counts from the first packet on, if more may follow: one packet needs no clock.
+        std::optional<Stopwatch> watch;
+        for (bool isFirst = true; isEstablished(); isFirst = false)
         {
+            if (isExhausted())
+                return true;
+            if (m_IsBroken || !(isFirst || (watch && watch->isBelow(limit))))
+                return false;
             std::span<const unsigned char> packet = takeWhole();
+            if (!watch && !isExhausted())
+                watch.emplace();
             if (!packet.empty())
             {
+                const BlockPin pin(*m_Stream.m_Link->m_Input.block());
                 take(packet);
                 continue;
             }
             // Receives, and handles packets that are cut, empty or too long.
             if (!m_Reader.read(packet))
-                m_IsBroken = true;
-            else if (!packet.empty())
             {
-                take(packet);
-                m_Reader.finish();
+                m_IsBroken = true;
+                return false;
             }
+            if (!packet.empty())
+                takeRead(packet, take);
             else if (!m_Reader.hasPaused())
-                return;
+                return true;
         }
-        if (isEstablished())
-            m_Stream.setPending(TcpConnection::kUnread);
+        return true;
     }
-    // A whole packet straight from the input buffer: most packets, without the reader's virtual calls. Its bytes stay
-    // in the buffer until the next receive.
+    template <class Take>
+    void takeRead(std::span<const unsigned char> packet, Take take)
+    {
+        // Another source of the reader has bytes of its own.
+        Block* const block = m_Stream.m_Link ? m_Stream.m_Link->m_Input.block() : nullptr;
+        std::optional<BlockPin> pin;
+        if (block)
+            pin.emplace(*block);
+        take(packet);
+        m_Reader.finish();
+    }
+    // Whether the stream has nothing to read. Another source of the reader may have packets all the same.
+    bool isExhausted() const
+    {
+        return m_Stream.m_Link && m_Stream.m_Link->m_Input.size() == 0 && !m_Stream.isWorthReceiving() &&
+               m_Reader.reads(&m_Stream);
+    }
+    // A whole packet straight from the input buffer, which is filled if it is empty: most packets, without the reader's
+    // virtual calls. Its bytes stay in the buffer until the next receive.
     std::span<const unsigned char> takeWhole()
     {
+        if (m_Stream.m_Link->m_Input.size() == 0 && m_Reader.reads(&m_Stream))
+            m_Stream.view(PacketReader::kHeadSize);
+        // An override of receive() may have closed the connection.
+        if (!m_Stream.m_Link)
+            return {};
         InputBuffer& input = m_Stream.m_Link->m_Input;
         const auto packet = m_Reader.findWhole(&m_Stream, input.data(), input.size());
         if (!packet.empty())

@@ -90,8 +90,12 @@ void ReadyList::take()
 
 void ReadyList::end()
 {
-    m_Next.insert(m_Next.end(), m_Now.begin(), m_Now.end());
-    m_Now.clear();
+    // A walk mostly reaches its end.
+    if (!m_Now.empty())
+    {
+        m_Next.insert(m_Next.end(), m_Now.begin(), m_Now.end());
+        m_Now.clear();
+    }
     m_IsWalking = false;
 }
 
