@@ -74,6 +74,11 @@ void Seat::endHandshake()
     m_Securing = nullptr;
 }
 
+void Seat::countEnd(EndCause cause)
+{
+    m_Crowd->m_Ends.add(cause);
+}
+
 void Seat::noteInput()
 {
     if (m_Limits.m_IdleTime == 0)
@@ -230,8 +235,7 @@ void Crowd::endLate()
             guard(L"a connection", seat->m_Owner, [&] { seat->m_Securing->endLateHandshake(); });
             continue;
         }
-        Log::message(L"No input from %s for %u ms", seat->m_Owner->getPeerName(), seat->m_Limits.m_IdleTime);
-        seat->m_Owner->fail(TcpConnection::kBroken);
+        seat->m_Owner->fail(TcpConnection::kBroken, {EndCause::kTimedOut, EndCause::kInput});
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "net/inner/address_counts.h"
 #include "net/inner/counted.h"
+#include "net/inner/end_counts.h"
 #include "net/limits.h"
 
 #include <deque>
@@ -48,6 +49,8 @@ public:
     bool isTimed() const { return m_IsTimed; }
     // Input was received from the peer.
     void noteInput();
+    // The connection has ended by this cause.
+    void countEnd(EndCause cause);
 
 private:
     friend class Crowd;
@@ -83,6 +86,9 @@ public:
     // most.
     void noteRefused();
 
+    // The ends of the port's connections, and the connections that it refused, by cause.
+    EndCounts& ends() { return m_Ends; }
+
     // Sets whether the port calls serve().
     void setServed(bool isServed);
     // Runs steps of handshakes within the limits, and ends the connections whose deadline has passed. True if steps are
@@ -106,6 +112,7 @@ private:
     void endLate();
 
     NetLimits m_Limits;
+    EndCounts m_Ends;
     AddressCounts m_Addresses;
     int m_Count = 0;
     size_t m_Input = 0;

@@ -34,8 +34,10 @@ public:
     template <class Take>
     bool run(unsigned int tick, unsigned int limit, Take take)
     {
+        m_Stream.reportOpen();
         dispatch(limit, take);
-        m_Stream.TcpStream::onTick(tick);
+        m_Stream.tickStream(tick);
+        m_Stream.reportOpen();
         const TcpConnection::ConnectionState state = m_Stream.getConnectionState();
         if ((state != TcpConnection::kConnecting && state != TcpConnection::kEstablished) || m_IsBroken)
             return false;
@@ -62,7 +64,10 @@ private:
             }
             // Receives, and handles packets that are cut, empty or too long.
             if (!m_Reader.read(packet))
+            {
                 m_IsBroken = true;
+                m_Stream.noteCause({EndCause::kPacketTooLong, 0});
+            }
             else if (!packet.empty())
             {
                 take(packet);
