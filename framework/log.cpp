@@ -47,11 +47,16 @@ struct Sinks
     std::vector<Param> m_Params;
     int m_LastNumber = 0;
     bool m_IsStarted = false;
+    bool m_UsesStandardError = true;
     std::atomic<bool> m_IsWanted{false};
+    // Whether warnings and errors go anywhere: to a sink, or to standard error.
+    std::atomic<bool> m_AreFaultsWanted{true};
 
     void updateWanted()
     {
-        m_IsWanted.store(!m_Own.empty() || (m_IsStarted && !m_Modules.empty()), std::memory_order_relaxed);
+        const bool isWanted = !m_Own.empty() || (m_IsStarted && !m_Modules.empty());
+        m_IsWanted.store(isWanted, std::memory_order_relaxed);
+        m_AreFaultsWanted.store(isWanted || m_UsesStandardError, std::memory_order_relaxed);
     }
 };
 
@@ -99,6 +104,12 @@ bool waitForModules(const std::vector<LogMailbox*>& modules, unsigned int millis
     return isDone;
 }
 
+void writeStandardError(Log::Level level, const String_T<wchar_t>& text)
+{
+    const String_T<wchar_t> line = formatLogLine(inner::getLogTime(), level, text, text.getLength());
+    platform::writeConsole(line.getBuffer(), line.getLength());
+}
+
 // A module's report about itself goes to all other sinks, or to standard error if there is no other sink.
 void reportFromModule(const LogMailbox& from, Log::Level level, const String_T<wchar_t>& text)
 {
@@ -121,10 +132,7 @@ void reportFromModule(const LogMailbox& from, Log::Level level, const String_T<w
         }
     }
     if (!isTold)
-    {
-        const String_T<wchar_t> line = formatLogLine(inner::getLogTime(), level, text, text.getLength());
-        platform::writeConsole(line.getBuffer(), line.getLength());
-    }
+        writeStandardError(level, text);
 }
 
 // The thread that forks holds these locks from the first call to the second. A sink that forks already holds the log's
@@ -282,9 +290,25 @@ void Log::removeSink(int number)
     sinks.updateWanted();
 }
 
+void Log::setStandardError(bool isUsed)
+{
+    if (isInSink())
+        return;
+    Sinks& sinks = getSinks();
+    const std::lock_guard lock(sinks.m_Mutex);
+    sinks.m_UsesStandardError = isUsed;
+    sinks.updateWanted();
+}
+
 bool Log::isWanted()
 {
     return getSinks().m_IsWanted.load(std::memory_order_relaxed);
+}
+
+bool Log::isWanted(Level level)
+{
+    const Sinks& sinks = getSinks();
+    return (level == kMessage ? sinks.m_IsWanted : sinks.m_AreFaultsWanted).load(std::memory_order_relaxed);
 }
 
 void Log::write(Level level, const String_T<wchar_t>& line)
@@ -294,6 +318,12 @@ void Log::write(Level level, const String_T<wchar_t>& line)
     Sinks& sinks = getSinks();
     const std::lock_guard lock(sinks.m_Mutex);
     const SinkScope scope;
+    if (!sinks.m_IsWanted.load(std::memory_order_relaxed))
+    {
+        if (level != kMessage && sinks.m_UsesStandardError)
+            writeStandardError(level, line);
+        return;
+    }
     for (const NumberedSink& own : sinks.m_Own)
         own.m_Sink(level, line);
     if (!sinks.m_IsStarted)

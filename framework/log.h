@@ -3,6 +3,10 @@
 //
 // Modules write on their own threads, so logging does not wait for a disk or a console; only whistle() may. The queue
 // of a module is bounded; lines beyond the bound are lost, counted, and reported when there is space again.
+//
+// While no sink takes lines, that is, no sink is added and no module is loaded and started, warnings and errors go to
+// standard error, on the thread that logs, and messages are lost. A host that wants no log calls
+// setStandardError(false).
 #pragma once
 
 #include "framework/format.h"
@@ -40,13 +44,13 @@ public:
     template <class... Args>
     [[gnu::noinline]] static void warning(const wchar_t* pattern, const Args&... args)
     {
-        if (isWanted())
+        if (isWanted(kWarning))
             write(kWarning, formatText(pattern, args...));
     }
     template <class... Args>
     [[gnu::noinline]] static void error(const wchar_t* pattern, const Args&... args)
     {
-        if (isWanted())
+        if (isWanted(kError))
             write(kError, formatText(pattern, args...));
     }
 
@@ -72,8 +76,14 @@ public:
     // Removes a sink by its number; other numbers are ignored. When it returns, the sink is not called any more.
     static void removeSink(int number);
 
-    // Whether any sink takes lines now; if not, no line is formatted.
+    // Whether warnings and errors go to standard error while no sink takes lines; true at first. False is for a process
+    // that wants no log at all: its failures are silent then.
+    static void setStandardError(bool isUsed);
+
+    // Whether any sink takes lines now.
     static bool isWanted();
+    // Whether lines of this level go anywhere now; if not, no line is formatted.
+    static bool isWanted(Level level);
     // Logs a formatted line. Dropped inside a sink.
     static void write(Level level, const String_T<wchar_t>& line);
 };

@@ -29,6 +29,8 @@ struct COMMONGROUND_API Unanswered
     const wchar_t* getText() const;
 
     Reason m_Reason = kNotSent;
+    // For kEnded: why the connection ended.
+    zet::EndCause m_Cause = {};
 };
 
 // The reply to a question: use std::get_if or std::visit.
@@ -72,7 +74,7 @@ private:
     // The key of the timer; number 0 for none.
     unsigned long long m_Deadline = 0;
     unsigned long long m_Number = 0;
-    Unanswered::Reason m_Reason = Unanswered::kTimedOut;
+    Unanswered m_Reason = {Unanswered::kTimedOut};
 };
 
 // Passes an answer to the oldest question of the socket that names its class. False if no question does.
@@ -105,7 +107,7 @@ constexpr void checkAnswers()
 } // namespace inner
 
 // The open questions of the sockets of one System and one analyser. A task of the System checks their time limits, and
-// in each tick each connection that has questions; without questions it sleeps.
+// replies when a connection has ended; otherwise it sleeps.
 //
 // MATCHING: an answer belongs to the oldest question of its socket that names its class. A question that timed out or
 // was cancelled keeps its place in this order, and its late answer is dropped and logged: a later question never gets
@@ -114,8 +116,7 @@ constexpr void checkAnswers()
 // replies in them, too.
 //
 // LIFETIME: destroy the Tasks first; a question that is open when this object is destroyed gets no reply. The Handlers
-// may be destroyed before or after. A socket that no handle holds must be closed, and a tick must pass, before it is
-// destroyed.
+// may be destroyed before or after. A socket may be destroyed at any time: its questions get their replies then.
 //
 // THREADS: all of it belongs to the thread of the System, and so do all sockets of the analyser.
 class COMMONGROUND_API Questions

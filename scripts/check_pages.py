@@ -14,7 +14,7 @@ import sys
 import tempfile
 
 BLOCK = re.compile(r"^( *)```cpp\n(.*?)^\1```$", re.DOTALL | re.MULTILINE)
-DECLARATION = re.compile(r"^(?:(?:class|struct|template|namespace)\b|\{)", re.MULTILINE)
+DECLARATION = re.compile(r"^(?:(?:class|struct|template|namespace|int main)\b|\{)", re.MULTILINE)
 
 
 def wrap(page, text):

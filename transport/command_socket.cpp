@@ -107,6 +107,7 @@ bool CCommandSocket::sendFrame(unsigned char* frame, int size)
     if (m_PacketWriter.writePlaced(frame - zet::PacketWriter::kHeadSize, size))
         return true;
     m_bNetError = true;
+    noteCause({zet::EndCause::kOutputFull, 0});
     hurry();
     zet::Log::error(L"Error while writing data to network:%s", getPeerName());
     return false;

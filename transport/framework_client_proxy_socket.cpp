@@ -19,6 +19,8 @@ constexpr unsigned char kAccountVersion = 1;
 constexpr unsigned char kAccountGood = 0;
 constexpr unsigned char kConnect = 1;
 constexpr unsigned char kReserved = 0;
+// The second byte of a reply that grants what was asked for.
+constexpr unsigned char kGranted = 0;
 constexpr unsigned char kAddressOfFourBytes = 1;
 
 // Bytes that one tick receives from the proxy at most.
@@ -151,7 +153,7 @@ void CFrameworkClientProxySocket::onTick(unsigned int tick)
     reply.m_Size = TcpConnection::receive(reply.m_Bytes, kMostReply);
     if (reply.m_Size == kMostReply)
         hurry();
-    TcpConnection::onTick(tick);
+    tickBelow();
     if (m_ProxyState == kAwaitsMethod)
         takeMethod(reply);
     else if (m_ProxyState == kAwaitsAccountCheck)
@@ -163,6 +165,7 @@ void CFrameworkClientProxySocket::onTick(unsigned int tick)
 void CFrameworkClientProxySocket::takeMethod(const Reply& reply)
 {
     // Any other reply, including a refusal, is dropped, and the next tick reads again.
+    noteAnswer(reply);
     if (reply.m_Size != 2)
         return;
     if (reply.begins(kSocksVersion, kNoCheck))
@@ -184,6 +187,7 @@ void CFrameworkClientProxySocket::takeMethod(const Reply& reply)
 void CFrameworkClientProxySocket::takeAccountCheck(const Reply& reply)
 {
     // A refused password is not reported; the state stays.
+    noteAnswer(reply);
     if (!reply.begins(kAccountVersion, kAccountGood))
         return;
     m_ProxyState = kAwaitsTarget;
@@ -198,6 +202,7 @@ void CFrameworkClientProxySocket::takeTarget(const Reply& reply)
     // reply in two ticks goes to the command layer. If the target waits for the first command, nothing is lost.
     if (reply.m_Size <= 0)
         return;
+    noteAnswer(reply);
     report(L"Check proxy %s:%d ok, Start Working", m_ProxyIP, m_ProxyPort);
     m_ProxyState = kWorking;
     if (getTlsContext() && !startTls(m_TargetIP))
@@ -207,6 +212,18 @@ void CFrameworkClientProxySocket::takeTarget(const Reply& reply)
         return;
     }
     OnProxyWorking();
+}
+
+// If the proxy ends the connection after a refusal, that is the cause. A later reply without one takes it back.
+void CFrameworkClientProxySocket::noteAnswer(const Reply& reply)
+{
+    if (reply.m_Size <= 0)
+        return;
+    forgetCause();
+    const unsigned char answer = reply.m_Size > 1 ? reply.m_Bytes[1] : 0;
+    const bool isMethod = m_ProxyState == kAwaitsMethod;
+    if (isMethod ? answer != kNoCheck && answer != kAccountCheck : answer != kGranted)
+        noteCause({zet::EndCause::kProxy, answer});
 }
 
 bool CFrameworkClientProxySocket::sendBare(const unsigned char* message, size_t size)

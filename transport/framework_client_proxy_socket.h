@@ -81,6 +81,7 @@ private:
     bool hasAccount() const { return !m_ProxyAccount.isEmpty() && !m_ProxyPassword.isEmpty(); }
     bool connectProxy(bool keepAlive);
     bool sendBare(const unsigned char* message, size_t size);
+    void noteAnswer(const Reply& reply);
     void takeMethod(const Reply& reply);
     void takeAccountCheck(const Reply& reply);
     void takeTarget(const Reply& reply);

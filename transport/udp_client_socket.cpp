@@ -123,7 +123,7 @@ bool UdpClientSocket::sendPacked(const unsigned char* place, int size)
     if (zet::UdpSecureConnection::send(place + kHeadSize, size) == size)
         return true;
     // Not close(): a connection that has ended meanwhile still has to report it, and may hold commands.
-    breakOff();
+    breakOff({zet::EndCause::kOutputFull, 0});
     return false;
 }
 

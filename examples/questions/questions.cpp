@@ -1,6 +1,5 @@
 // Two hosts in one file, over TCP: a server that answers, and a client that asks by coroutines.
 #include "commands/registry.h"
-#include "framework/log.h"
 #include "framework/system.h"
 #include "host/tasks.h"
 #include "transport/framework_server_socket.h"
@@ -54,9 +53,7 @@ static host::Task talk(CCommandSocket& socket, zet::System& system)
 
 int main()
 {
-    // The library's lines, such as errors, go to the standard error stream.
-    zet::Log::addSink([](zet::Log::Level, const zet::String_T<wchar_t>& line)
-                      { std::fprintf(stderr, "%ls\n", line.getBuffer()); });
+    // The log has no sink, so the library's warnings and errors go to the standard error stream.
     // At start: the handlers of both sides. Analysers are large.
     static CCmdAnalyserSocket serverAnalyser;
     static CCmdAnalyserSocket clientAnalyser;

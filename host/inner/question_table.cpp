@@ -8,6 +8,7 @@
 #include "framework/time.h"
 
 #include <algorithm>
+#include <new>
 
 namespace host::inner
 {
@@ -45,34 +46,37 @@ void guarded(Call call) noexcept
 
 } // namespace
 
-// Whether the connection of this conversation has ended.
-bool QuestionTable::hasEnded(const Conversation& conversation)
-{
-    const CCommandSocket& socket = *conversation.m_Socket;
-    // If only the table holds the object, the host has released its connection.
-    return isDown(socket) || socket.GetCloseCount() != conversation.m_CloseCount ||
-           (conversation.m_Holder && socket.getRefCount() == 1);
-}
-
 QuestionTable::Conversation& QuestionTable::conversationOf(CCommandSocket& socket)
 {
     if (const auto found = m_BySocket.find(&socket); found != m_BySocket.end())
-    {
-        if (!hasEnded(*found->second))
-            return *found->second;
-        setEnded(found->second);
-    }
+        return *found->second;
     Conversations made;
-    made.push_back({&socket, socket.getRefCount() > 0 ? &socket : nullptr, socket.GetCloseCount(), {}});
-    m_BySocket.emplace(&socket, made.begin());
+    made.push_back({&socket, {}, {}});
+    const auto at = m_BySocket.emplace(&socket, made.begin()).first;
+    try
+    {
+        watch(socket);
+    }
+    catch (const std::bad_alloc&)
+    {
+        m_BySocket.erase(at);
+        throw;
+    }
     m_Conversations.splice(m_Conversations.end(), made);
     return m_Conversations.back();
 }
 
-void QuestionTable::setEnded(Conversations::iterator conversation)
+void QuestionTable::onWatchedEnd(const zet::ConnectionEvents& connection, zet::EndCause cause) noexcept
 {
-    m_BySocket.erase(conversation->m_Socket);
-    m_Ended.splice(m_Ended.end(), m_Conversations, conversation);
+    const auto found = m_BySocket.find(&connection);
+    if (found == m_BySocket.end())
+        return;
+    // The replies are made in the next tick; until then the object may be destroyed.
+    const Conversations::iterator ended = found->second;
+    m_BySocket.erase(found);
+    ended->m_Cause = cause;
+    m_Ended.splice(m_Ended.end(), m_Conversations, ended);
+    wakeUp();
 }
 
 void QuestionTable::dropIfEmpty(Conversation& conversation)
@@ -80,9 +84,8 @@ void QuestionTable::dropIfEmpty(Conversation& conversation)
     const auto found = m_BySocket.find(conversation.m_Socket);
     if (!conversation.m_Places.empty() || found == m_BySocket.end() || &*found->second != &conversation)
         return;
-    // Remove it before it is destroyed: that may release the socket, and with it objects of the host.
-    Conversations dropped;
-    dropped.splice(dropped.end(), m_Conversations, found->second);
+    unwatch(*conversation.m_Socket);
+    m_Conversations.erase(found->second);
     m_BySocket.erase(found);
 }
 
@@ -107,9 +110,9 @@ void QuestionTable::ask(Waiter& waiter, CCommandSocket& socket, const CCmdHead& 
     }
     addTimer(waiter, timeOut);
     if (isDown(socket))
-        fail(waiter, Unanswered::kEnded);
+        fail(waiter, {Unanswered::kEnded, socket.getEndCause()});
     else if (!areExpected(answers) || !sendAsPlaced(waiter, socket, command, answers))
-        fail(waiter, Unanswered::kNotSent);
+        fail(waiter, {Unanswered::kNotSent});
     wakeUp();
 }
 
@@ -130,7 +133,7 @@ bool QuestionTable::sendAsPlaced(Waiter& waiter, CCommandSocket& socket, const C
     place.push_back({&waiter, {}});
     for (const std::type_info* const answer : answers)
         place.front().m_Answers.emplace_back(*answer);
-    const zet::Unknown::Handle_T<CCommandSocket> keep = conversation.m_Holder;
+    const zet::Unknown::Handle_T<CCommandSocket> keep = socket.getRefCount() > 0 ? &socket : nullptr;
     const auto at = place.begin();
     conversation.m_Places.splice(conversation.m_Places.end(), place);
     bool isSent = false;
@@ -166,7 +169,7 @@ bool QuestionTable::takeAnswer(CCommandSocket& socket, CCmdHead& answer, const s
 {
     const auto found = m_BySocket.find(&socket);
     // The questions of an ended connection get their replies in the next tick.
-    if (found == m_BySocket.end() || hasEnded(*found->second))
+    if (found == m_BySocket.end())
         return false;
     Conversation& conversation = *found->second;
     const auto place = std::find_if(conversation.m_Places.begin(), conversation.m_Places.end(),
@@ -178,7 +181,7 @@ bool QuestionTable::takeAnswer(CCommandSocket& socket, CCmdHead& answer, const s
         return false;
     // Hold the table and the socket: the waiter may release both.
     const std::shared_ptr<QuestionTable> keepTable = shared_from_this();
-    const zet::Unknown::Handle_T<CCommandSocket> keepSocket = conversation.m_Holder;
+    const zet::Unknown::Handle_T<CCommandSocket> keepSocket = socket.getRefCount() > 0 ? &socket : nullptr;
     Waiter* const waiter = place->m_Waiter;
     conversation.m_Places.erase(place);
     dropIfEmpty(conversation);
@@ -212,6 +215,8 @@ void QuestionTable::closeTable()
         timer.second->m_Number = 0;
     m_Timers.clear();
     m_BySocket.clear();
+    for (const Conversation& conversation : m_Conversations)
+        unwatch(*conversation.m_Socket);
     Conversations all;
     for (Conversations* const some : {&m_Conversations, &m_Ended, &m_Ending})
         all.splice(all.end(), *some);
@@ -226,9 +231,6 @@ void QuestionTable::onTick(unsigned int)
     const std::shared_ptr<QuestionTable> keep = shared_from_this();
     m_Sleeps = false;
     now();
-    for (auto each = m_Conversations.begin(); each != m_Conversations.end();)
-        if (const auto conversation = each++; hasEnded(*conversation))
-            setEnded(conversation);
     replyToEnded();
     replyToDue();
     setNextTick();
@@ -248,12 +250,13 @@ void QuestionTable::replyToEnded()
             continue;
         }
         Waiter* const waiter = places.front().m_Waiter;
+        const Unanswered why{Unanswered::kEnded, m_Ending.front().m_Cause};
         places.pop_front();
         if (!waiter)
             continue;
         waiter->m_Place = nullptr;
         removeTimer(*waiter);
-        guarded([waiter] { waiter->onUnanswered({Unanswered::kEnded}); });
+        guarded([&] { waiter->onUnanswered(why); });
     }
 }
 
@@ -272,7 +275,7 @@ void QuestionTable::replyToDue()
         removeTimer(*waiter);
         if (QuestionPlace* const place = std::exchange(waiter->m_Place, nullptr))
             place->m_Waiter = nullptr;
-        guarded([waiter] { waiter->onUnanswered({waiter->m_Reason}); });
+        guarded([waiter] { waiter->onUnanswered(waiter->m_Reason); });
     }
 }
 
@@ -293,7 +296,7 @@ void QuestionTable::addTimer(Waiter& waiter, std::chrono::milliseconds time)
     m_Timers.emplace(std::pair(deadline, m_LastNumber + 1), &waiter);
     waiter.m_Deadline = deadline;
     waiter.m_Number = ++m_LastNumber;
-    waiter.m_Reason = Unanswered::kTimedOut;
+    waiter.m_Reason = {Unanswered::kTimedOut};
 }
 
 void QuestionTable::removeTimer(Waiter& waiter) noexcept
@@ -303,7 +306,7 @@ void QuestionTable::removeTimer(Waiter& waiter) noexcept
 }
 
 // Changes the present timer, since a new one would need memory.
-void QuestionTable::fail(Waiter& waiter, Unanswered::Reason reason)
+void QuestionTable::fail(Waiter& waiter, Unanswered reason)
 {
     auto timer = m_Timers.extract({waiter.m_Deadline, waiter.m_Number});
     waiter.m_Deadline = m_Now;
@@ -314,10 +317,10 @@ void QuestionTable::fail(Waiter& waiter, Unanswered::Reason reason)
 
 void QuestionTable::setNextTick()
 {
-    // Connections with questions are checked in each tick.
     if (!getSystem())
         return;
-    if (!m_Conversations.empty() || !m_Ended.empty())
+    // They get their replies in the next tick.
+    if (!m_Ended.empty())
         return getSystem()->tickBy(m_LastTick + zet::System::kTickInterval);
     unsigned long long left = kIdle;
     if (!m_Timers.empty())

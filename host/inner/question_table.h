@@ -3,6 +3,7 @@
 
 #include "framework/system.h"
 #include "host/questions.h"
+#include "net/inner/end_watcher.h"
 
 #include <list>
 #include <map>
@@ -24,7 +25,9 @@ struct QuestionPlace
 };
 
 // Ticked by its System. Handlers and waiters hold it, so it may outlive its Questions; then it is closed.
-class QuestionTable final : public zet::System::Task, public std::enable_shared_from_this<QuestionTable>
+class QuestionTable final : public zet::System::Task,
+                            public std::enable_shared_from_this<QuestionTable>,
+                            private zet::inner::EndWatcher
 {
 public:
     void addExpected(const std::type_info& type) { m_Expected.insert(type); }
@@ -45,27 +48,23 @@ private:
     struct Conversation
     {
         CCommandSocket* m_Socket;
-        // Null for a socket without handles.
-        zet::Unknown::Handle_T<CCommandSocket> m_Holder;
-        // The socket's close count during this connection.
-        unsigned int m_CloseCount;
+        zet::EndCause m_Cause;
         std::list<QuestionPlace> m_Places;
     };
     using Conversations = std::list<Conversation>;
 
-    static bool hasEnded(const Conversation& conversation);
+    void onWatchedEnd(const zet::ConnectionEvents& connection, zet::EndCause cause) noexcept override;
     Conversation& conversationOf(CCommandSocket& socket);
     bool sendAsPlaced(Waiter& waiter, CCommandSocket& socket, const CCmdHead& command,
                       std::initializer_list<const std::type_info*> answers);
     bool areExpected(std::initializer_list<const std::type_info*> answers) const;
-    void setEnded(Conversations::iterator conversation);
     void dropIfEmpty(Conversation& conversation);
 
     unsigned long long now();
     void addTimer(Waiter& waiter, std::chrono::milliseconds time);
     void removeTimer(Waiter& waiter) noexcept;
     // The waiter gets the reason in the next tick.
-    void fail(Waiter& waiter, Unanswered::Reason reason);
+    void fail(Waiter& waiter, Unanswered reason);
     void replyToEnded();
     void replyToDue();
     void setNextTick();
@@ -75,7 +74,7 @@ private:
     Conversations m_Conversations;
     Conversations m_Ended;
     Conversations m_Ending;
-    std::unordered_map<const CCommandSocket*, Conversations::iterator> m_BySocket;
+    std::unordered_map<const zet::ConnectionEvents*, Conversations::iterator> m_BySocket;
     // By deadline, in milliseconds of m_Now, and by number.
     std::map<std::pair<unsigned long long, unsigned long long>, Waiter*> m_Timers;
     unsigned long long m_LastNumber = 0;

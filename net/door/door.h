@@ -75,6 +75,16 @@ public:
             kNoAddress,
             // The system does not cut a buffer into datagrams on this socket.
             kNotSegmented,
+            // Nothing listens at the address.
+            kRefused,
+            kReset,
+            // The peer did not answer or confirm.
+            kTimedOut,
+            // No route leads to the address.
+            kUnreachable,
+            // Another socket has the port.
+            kInUse,
+            kNotPermitted,
             kOther
         };
 

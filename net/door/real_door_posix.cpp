@@ -42,6 +42,23 @@ Fault faultOf(int code)
     case EAFNOSUPPORT:
     case EADDRNOTAVAIL:
         return {Fault::kNoAddress, code};
+    case ECONNREFUSED:
+        return {Fault::kRefused, code};
+    case ECONNRESET:
+    case ECONNABORTED:
+    case EPIPE:
+        return {Fault::kReset, code};
+    case ETIMEDOUT:
+        return {Fault::kTimedOut, code};
+    case ENETUNREACH:
+    case EHOSTUNREACH:
+    case ENETDOWN:
+        return {Fault::kUnreachable, code};
+    case EADDRINUSE:
+        return {Fault::kInUse, code};
+    case EACCES:
+    case EPERM:
+        return {Fault::kNotPermitted, code};
     default:
         return {Fault::kOther, code};
     }

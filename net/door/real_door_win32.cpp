@@ -33,6 +33,22 @@ Fault faultOf(int code)
     case WSAEAFNOSUPPORT:
     case WSAEADDRNOTAVAIL:
         return {Fault::kNoAddress, code};
+    case WSAECONNREFUSED:
+        return {Fault::kRefused, code};
+    case WSAECONNRESET:
+    case WSAECONNABORTED:
+    case WSAENETRESET:
+        return {Fault::kReset, code};
+    case WSAETIMEDOUT:
+        return {Fault::kTimedOut, code};
+    case WSAENETUNREACH:
+    case WSAEHOSTUNREACH:
+    case WSAENETDOWN:
+        return {Fault::kUnreachable, code};
+    case WSAEADDRINUSE:
+        return {Fault::kInUse, code};
+    case WSAEACCES:
+        return {Fault::kNotPermitted, code};
     default:
         return {Fault::kOther, code};
     }

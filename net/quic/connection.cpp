@@ -1,6 +1,7 @@
 #include "net/quic/connection.h"
 
 #include "net/door/addresses.h"
+#include "net/inner/end_log.h"
 #include "net/inner/peer_text.h"
 #include "net/quic/inner/udp_router.h"
 
@@ -10,6 +11,16 @@
 namespace zet
 {
 
+namespace
+{
+
+String_T<wchar_t> peerNameOf(const void* connection)
+{
+    return static_cast<const UdpServer::UdpConnection*>(connection)->getPeerName();
+}
+
+} // namespace
+
 UdpServer::UdpConnection::~UdpConnection()
 {
     UdpConnection::close();
@@ -17,7 +28,51 @@ UdpServer::UdpConnection::~UdpConnection()
 
 bool UdpServer::UdpConnection::connect(UdpServer* server, const wchar_t* ip, unsigned short port, const Uuid& id)
 {
-    return server && server->UdpServer::connect(this, ip, port, id);
+    if (server)
+        return server->UdpServer::connect(this, ip, port, id);
+    return failConnect({EndCause::kNotStarted, 0}, ip, port);
+}
+
+bool UdpServer::UdpConnection::failConnect(EndCause cause, const wchar_t* ip, unsigned short port)
+{
+    // A connection that is held already has not ended.
+    if (cause.m_Code != EndCause::kHeld)
+        setFailure(cause);
+    const String_T<wchar_t> target = formatText(L"%s:%d", ip ? ip : L"", port);
+    inner::logEnd(
+        inner::kConnectLine, cause, [](const void* text) { return *static_cast<const String_T<wchar_t>*>(text); },
+        &target);
+    return false;
+}
+
+void UdpServer::UdpConnection::reportEnd()
+{
+    settleCause({EndCause::kClosedHere, 0});
+    // From here on the object may connect anew.
+    const bool isConnect = m_State == kConnectFailed;
+    const EndCause cause = getEndCause();
+    const bool isDue = takeEnd();
+    if (isDue && !isEndLogged())
+        inner::logEnd(isConnect ? inner::kConnectLine : inner::kEndedLine, cause, peerNameOf, this);
+    struct Last
+    {
+        ~Last()
+        {
+            if (m_IsDue)
+                m_Connection.callEnd(m_Cause);
+        }
+        UdpConnection& m_Connection;
+        const EndCause m_Cause;
+        const bool m_IsDue;
+    } const last{*this, cause, isDue};
+    if (!std::exchange(m_IsEndTold, true))
+        onClose();
+}
+
+void UdpServer::UdpConnection::closeFor(unsigned short reason)
+{
+    noteCause({EndCause::kHost, reason});
+    close();
 }
 
 bool UdpServer::UdpConnection::isOver() const
@@ -28,11 +83,21 @@ bool UdpServer::UdpConnection::isOver() const
 void UdpServer::UdpConnection::onTick(unsigned int)
 {
     if (m_Link && m_Link->takeStanding())
+    {
         m_State = kEstablished;
+        callEstablished();
+    }
     if (m_Link && m_Link->takeReceived())
         onReceive();
     if (m_Link && m_Link->takeConfirmed())
+    {
         onSend();
+        if (isOutputHigh() && getOutputSize() <= m_OutputMark / 2)
+        {
+            setOutputHigh(false);
+            callWritable();
+        }
+    }
     if (!isOver())
         return;
     if (inner::UdpLink* const link = m_Link)
@@ -40,8 +105,7 @@ void UdpServer::UdpConnection::onTick(unsigned int)
         link->leaveOwner(link->end());
         link->close();
     }
-    if (!std::exchange(m_IsEndTold, true))
-        onClose();
+    reportEnd();
 }
 
 int UdpServer::UdpConnection::receive(void* data, int size)
@@ -64,6 +128,8 @@ int UdpServer::UdpConnection::send(const void* data, int size)
 {
     if (size <= 0 || !m_Link || m_Link->outputSize() >= m_OutputLimit || !m_Link->send(data, size))
         return 0;
+    if (m_Link->outputSize() >= m_OutputMark)
+        setOutputHigh(true);
     return size;
 }
 
@@ -74,8 +140,11 @@ void UdpServer::UdpConnection::close()
     if (inner::UdpLink* const link = m_Link)
     {
         link->leaveOwner(kDown);
+        settleCause({EndCause::kClosedHere, 0});
+        link->noteCause(getEndCause());
         link->close();
     }
+    reportEnd();
 }
 
 void UdpServer::UdpConnection::onSend() {}
@@ -140,10 +209,10 @@ bool UdpServer::UdpConnection::takeBeginning()
     return std::exchange(m_HasBegun, false);
 }
 
-void UdpServer::UdpConnection::breakOff()
+void UdpServer::UdpConnection::breakOff(EndCause cause)
 {
     if (m_Link)
-        m_Link->breakOff();
+        m_Link->breakOff(cause);
 }
 
 } // namespace zet

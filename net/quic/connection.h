@@ -1,6 +1,7 @@
 // One connection of a UDP port, and the classes of the stack on top of it.
 #pragma once
 
+#include "net/connection_events.h"
 #include "net/quic/server.h"
 
 namespace zet
@@ -16,7 +17,9 @@ class UdpLink;
 //
 // OWNERSHIP: the host's; the server does not keep it alive. A connection may be closed or released at any time, also
 // within its own calls; an object on the stack must outlive its own calls. THREADS: the server's.
-class COMMONGROUND_API UdpServer::UdpConnection : public virtual Unknown
+//
+// The functions of ConnectionEvents report what happens to it; onClose() comes before onEnd().
+class COMMONGROUND_API UdpServer::UdpConnection : public virtual Unknown, public virtual ConnectionEvents
 {
 public:
     // The same numbers as those of a TcpConnection.
@@ -36,6 +39,8 @@ public:
 
     // Bytes queued or unconfirmed from which on a send fails. Below the limit a send of any size succeeds.
     static constexpr size_t kDefaultOutputLimit = 4 * 1024 * 1024;
+    // Bytes queued or unconfirmed from which on isOutputHigh() is true.
+    static constexpr size_t kDefaultOutputMark = 1024 * 1024;
 
     UdpConnection() = default;
     // Closes as close() does; onClose() is not called.
@@ -47,9 +52,10 @@ public:
     // confirmed bytes, and onClose(), once, if the connection has ended by itself and nothing is left to read.
     virtual void onTick(unsigned int tick);
     // Opens a connection from the server's port to a numeric address or a host name. The peer gets the id before it
-    // accepts. True: the connection is connecting. False, and nothing changed: it has a connection already, the server
-    // has no port, or the address or port is not valid. A name is resolved on another thread: its first IPv4 address is
-    // used, or the first IPv6 one if there is none. A name without an address ends as kConnectFailed.
+    // accepts. True: the connection is connecting; onEnd() will follow. False, with a log line, and no connection: it
+    // has a connection already, the server has no port, or the address or port is not valid. A name is resolved on
+    // another thread: its first IPv4 address is used, or the first IPv6 one if there is none. A name without an address
+    // ends as kConnectFailed.
     virtual bool connect(UdpServer* server, const wchar_t* ip, unsigned short port, const Uuid& id);
     // Reads up to size received bytes. Returns their number, 0 if there are none, -1 once the connection is down.
     virtual int receive(void* data, int size);
@@ -59,6 +65,8 @@ public:
     // Ends the connection without onClose(). Queued bytes are still sent, without this object, for at most the server's
     // m_LingerTime; while connecting they are lost. Unread bytes are lost.
     virtual void close();
+    // Calls close(); the cause of the end is kHost with this number.
+    void closeFor(unsigned short reason);
     // Called when the peer has confirmed bytes, so the queue has space again.
     virtual void onSend();
     // Called when bytes have arrived.
@@ -83,6 +91,10 @@ public:
 
     // Bytes; kDefaultOutputLimit at first.
     void setOutputLimit(size_t bytes) { m_OutputLimit = bytes; }
+    // The high mark of the output, which should be below the limit; its half is the low mark. Once the output has
+    // reached the high mark, isOutputHigh() is true until it has fallen to the low mark; then onWritable() is called.
+    void setOutputMark(size_t bytes) { m_OutputMark = bytes; }
+    using ConnectionEvents::isOutputHigh;
     // Bytes queued or sent and not confirmed yet.
     size_t getOutputSize() const;
     // Microseconds from a packet to its acknowledgement, smoothed; 0 without a connection and before the first one.
@@ -94,9 +106,10 @@ protected:
     const unsigned char* getInput() const;
     // Discards up to size received bytes without a copy.
     void consume(int size);
-    // Ends the connection as broken because of what the peer has sent. Received bytes can still be read; the next tick
-    // after that calls onClose(), and the server's onEnd() follows. No effect on a connection that has ended.
-    void breakOff();
+    // Ends the connection as broken, by default because of what the peer has sent. Received bytes can still be read;
+    // the next tick after that calls onClose(), and the server's onEnd() follows. No effect on a connection that has
+    // ended.
+    void breakOff(EndCause cause = {EndCause::kMalformed, 0});
     // Whether connect() or a server's accept() has given this object a connection since the last call.
     bool takeBeginning();
 
@@ -105,6 +118,10 @@ private:
     friend class inner::UdpLink;
 
     inner::Endpoint getPeer() const;
+    // Calls onClose(), if it is due, and then onEnd(), once. The object may not exist any more afterwards.
+    void reportEnd();
+    // connect() has failed: logs and counts it. False.
+    bool failConnect(EndCause cause, const wchar_t* ip, unsigned short port);
     // True without a connection, and if it has ended and everything was read.
     bool isOver() const;
 
@@ -118,6 +135,7 @@ private:
     unsigned int m_PeerScope = 0;
     Uuid m_ConnectionId;
     size_t m_OutputLimit = kDefaultOutputLimit;
+    size_t m_OutputMark = kDefaultOutputMark;
 };
 
 // Bytes arrive in order, once, and completely. QUIC does this for every connection; the class exists for its place in

@@ -2,6 +2,10 @@
 
 #include "framework/string_helper.h"
 #include "net/door/addresses.h"
+#include "net/inner/end_counts.h"
+#include "net/inner/end_log.h"
+#include "net/inner/peer_text.h"
+#include "net/quic/connection.h"
 #include "net/quic/inner/udp_router.h"
 
 namespace zet
@@ -22,7 +26,7 @@ struct LentHandle : inner::DoorHandle
 
 } // namespace
 
-UdpServer::UdpServer() = default;
+UdpServer::UdpServer() : m_Ends(std::make_unique<inner::EndCounts>()) {}
 
 UdpServer::~UdpServer()
 {
@@ -61,18 +65,56 @@ bool UdpServer::open(inner::DoorHandle& handle)
 
 bool UdpServer::listen(unsigned short port)
 {
+    const EndCause cause = takePort(port);
+    if (!cause)
+        return true;
+    m_Fault = cause;
+    m_Ends->add(cause);
+    inner::countEnd(cause);
+    inner::Endpoint own = m_BindAddress ? *m_BindAddress : inner::Endpoint();
+    own.m_Port = port;
+    inner::logFailure(L"Listen over UDP on", inner::peerText(own), cause);
+    return false;
+}
+
+void UdpServer::countEnd(EndCause cause)
+{
+    m_Ends->add(cause);
+}
+
+unsigned long long UdpServer::getEndCount(EndCause::Code code) const
+{
+    return m_Ends->get(code);
+}
+
+void UdpServer::noteRefused(const inner::Endpoint& peer)
+{
+    m_Fault = {EndCause::kTooMany, 0};
+    m_Ends->add(m_Fault);
+    inner::logEnd(
+        inner::kRefusedLine, m_Fault,
+        [](const void* refused) { return inner::peerText(*static_cast<const inner::Endpoint*>(refused)); }, &peer);
+}
+
+EndCause UdpServer::takePort(unsigned short port)
+{
+    if (m_Router || !isInvalid())
+        return {EndCause::kHeld, 0};
     const auto reactor = inner::Reactor::of(getSystem());
-    if (m_Router || !isInvalid() || !reactor || (m_IsPortShared && !inner::canSharePort(*reactor->door(), port)))
-        return false;
+    if (!reactor)
+        return {EndCause::kNoHandle, 0};
+    if (m_IsPortShared && !inner::canSharePort(*reactor->door(), port))
+        return {EndCause::kUnavailable, 0};
     inner::Endpoint own = m_BindAddress ? *m_BindAddress : inner::Endpoint();
     own.m_Port = port;
     inner::Door::Fault fault;
     inner::DoorHandle handle = inner::openPort(reactor->door(), inner::Door::kDatagrams, own, fault, m_IsPortShared);
     if (fault)
-        return false;
+        return inner::causeOf(fault);
     handle.door().setOption(handle.get(), inner::Door::kReceiveBuffer, kSocketBuffer);
     handle.door().setOption(handle.get(), inner::Door::kSendBuffer, kSocketBuffer);
-    return open(handle);
+    // The log says why.
+    return open(handle) ? EndCause() : EndCause{isAvailable() ? EndCause::kTls : EndCause::kUnavailable, 0};
 }
 
 bool UdpServer::attach(unsigned int handle)
@@ -121,7 +163,10 @@ bool UdpServer::accept(UdpConnection* connection)
 
 bool UdpServer::connect(UdpConnection* connection, const wchar_t* ip, unsigned short port, const Uuid& id)
 {
-    return m_Router && connection && m_Router->connect(*connection, ip, port, id);
+    if (!connection)
+        return false;
+    const EndCause cause = m_Router ? m_Router->connect(*connection, ip, port, id) : EndCause{EndCause::kNotStarted, 0};
+    return !cause || connection->failConnect(cause, ip, port);
 }
 
 void UdpServer::onAccept() {}

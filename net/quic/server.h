@@ -2,6 +2,7 @@
 #pragma once
 
 #include "framework/uuid.h"
+#include "net/end_cause.h"
 #include "net/limits.h"
 #include "net/socket.h"
 #include "net/tls/context.h"
@@ -17,6 +18,8 @@ namespace zet
 namespace inner
 {
 class DoorHandle;
+class EndCounts;
+class QuicRouter;
 class UdpRouter;
 struct Endpoint;
 } // namespace inner
@@ -159,6 +162,13 @@ public:
     // What the port has sent and received since listen().
     Traffic getTraffic() const;
 
+    // Why the last listen(), attach() or accept() returned false, or a connection was last refused; kNone before the
+    // first one. listen() also logs it.
+    const EndCause& getFault() const { return m_Fault; }
+    // The connections opened by peers that have ended by this cause, or that this port refused by it, since its
+    // construction. One that was not accepted in time counts too.
+    unsigned long long getEndCount(EndCause::Code code) const;
+
     // The certificate and the authorities that the next listen() or attach() uses; null for none, as above. A context
     // with a certificate shows that to peers; otherwise they are shown one that the port makes, which no authority has
     // signed. connect() trusts only the context's authorities, for the name or address that it was given; if the
@@ -182,8 +192,14 @@ public:
     const Settings& getSettings() const { return m_Settings; }
 
 private:
+    friend class inner::QuicRouter;
+
     bool open(inner::DoorHandle& handle);
     void forget();
+    EndCause takePort(unsigned short port);
+    void countEnd(EndCause cause);
+    // A limit refuses a connection from this address.
+    void noteRefused(const inner::Endpoint& peer);
 
     Settings m_Settings;
     NetLimits m_Limits;
@@ -191,6 +207,8 @@ private:
     std::shared_ptr<inner::UdpRouter> m_Router;
     // Null for all.
     std::unique_ptr<inner::Endpoint> m_BindAddress;
+    const std::unique_ptr<inner::EndCounts> m_Ends;
+    EndCause m_Fault;
     unsigned short m_UdpPort = 0;
     bool m_IsPortShared = false;
 };

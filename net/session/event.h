@@ -3,6 +3,7 @@
 
 #include "framework/class_id.h"
 #include "framework/event.h"
+#include "net/end_cause.h"
 
 namespace zet
 {
@@ -15,6 +16,8 @@ class COMMONGROUND_API NetEvent : public Event
 public:
     // The session of the event; not owned, valid during the call.
     NetSession* m_Session = nullptr;
+    // Why the session ended; kNone in Evt_NetConnectOk.
+    EndCause m_Cause;
 };
 
 // The members of all events.

@@ -2,6 +2,7 @@
 
 #include "framework/log.h"
 #include "framework/thread.h"
+#include "net/inner/end_log.h"
 #include "net/session/inner/link.h"
 #include "net/session/module.h"
 
@@ -20,9 +21,11 @@ NetSession::~NetSession()
     drop();
 }
 
-bool NetSession::isReady() const
+EndCause NetSession::getHindrance() const
 {
-    return !m_Link && m_Module && m_Module->getSystem();
+    if (m_Link)
+        return {EndCause::kHeld, 0};
+    return {m_Module && m_Module->getSystem() ? EndCause::kNone : EndCause::kNotStarted, 0};
 }
 
 Unknown::Handle_T<inner::NetLink> NetSession::makeLink(bool isAccepting)
@@ -34,7 +37,7 @@ Unknown::Handle_T<inner::NetLink> NetSession::makeLink(bool isAccepting)
 
 bool NetSession::accept()
 {
-    if (!isReady())
+    if (getHindrance())
         return false;
     const auto link = makeLink(true);
     if (!m_Module->accept(link))
@@ -42,24 +45,53 @@ bool NetSession::accept()
     m_ConnectionId = Uuid();
     m_Link = link;
     if (link->start(m_Module->getSystem()))
+    {
+        beginEvents();
         return true;
+    }
     drop();
     return false;
 }
 
 bool NetSession::connect(const NetAddress& address, const Uuid& id)
 {
-    if (!isReady())
+    if (const EndCause hindrance = getHindrance())
+    {
+        if (hindrance.m_Code != EndCause::kHeld)
+            setFailure(hindrance);
+        const String_T<wchar_t> target = address.convertToString();
+        inner::logEnd(
+            inner::kConnectLine, hindrance,
+            [](const void* text) { return *static_cast<const String_T<wchar_t>*>(text); }, &target);
         return false;
+    }
     const auto link = makeLink(false);
     if (!link->setTlsContext(m_TlsContext) || !link->start(m_Module->getSystem()))
+    {
+        // The log says why.
+        setFailure({TlsContext::isAvailable() ? EndCause::kNoMemory : EndCause::kUnavailable, 0});
         return false;
+    }
     m_ConnectionId = id;
     m_Link = link;
-    if (link->connect(address.getHost(), address.getPort(), true) && link->greet(id))
+    const bool isBegun = link->connect(address.getHost(), address.getPort(), true);
+    if (isBegun && link->greet(id))
+    {
+        beginEvents();
         return true;
+    }
+    // The link has logged and counted it.
+    beginEvents();
+    noteCause(isBegun ? EndCause{EndCause::kNoMemory, 0} : link->getEndCause());
+    endSilently();
     drop();
     return false;
+}
+
+void NetSession::closeFor(unsigned short reason)
+{
+    noteCause({EndCause::kHost, reason});
+    close();
 }
 
 void NetSession::close()
@@ -71,8 +103,12 @@ void NetSession::drop()
 {
     // leave() may call back; this session has no link then.
     const Unknown::Handle_T<inner::NetLink> link = std::exchange(m_Link, nullptr);
-    if (link)
-        link->leave();
+    if (!link)
+        return;
+    link->leave(getNotedCause());
+    noteCause(link->getEndCause());
+    if (endSilently())
+        callEnd(getEndCause());
 }
 
 bool NetSession::send(Message* message)

@@ -3,6 +3,7 @@
 
 #include "framework/event.h"
 #include "framework/message.h"
+#include "net/connection_events.h"
 #include "net/session/address.h"
 #include "net/session/event.h"
 #include "net/tls/context.h"
@@ -23,7 +24,10 @@ class NetLink;
 // All operations belong to the run thread of the module's System, and so do the events and messages. A handler may
 // close this or any other session, or release the last handle to this one. A message of an unregistered class, or with
 // a form that its class refuses, is logged and dropped. There is no lock in this class.
-class COMMONGROUND_API NetSession : public virtual Unknown
+//
+// The functions of ConnectionEvents report the same as the events: onEstablished() after Evt_NetConnectOk, and onEnd(),
+// with the cause, after the event of the end; onEnd() also after close(), which has no event.
+class COMMONGROUND_API NetSession : public virtual Unknown, public virtual ConnectionEvents
 {
 public:
     // Milliseconds from connect() or accept() after which an attempt without the greetings fails.
@@ -62,6 +66,8 @@ public:
     // not established, the message has no stream form or is too long, or another thread calls; also if the queue is
     // full, which ends the session with Evt_NetError.
     virtual bool send(Message* message);
+    // Calls close(); the cause of the end is kHost with this number.
+    void closeFor(unsigned short reason);
     // Called with each received message; passes it to the subscribers of its class. The message lives until the call
     // returns, unless a handle holds it.
     virtual void onMessage(Message* message);
@@ -88,7 +94,8 @@ private:
     friend class inner::NetLink;
 
     Unknown::Handle_T<inner::NetLink> makeLink(bool isAccepting);
-    bool isReady() const;
+    // Why there can be no connection now; kNone if there can.
+    EndCause getHindrance() const;
     void drop();
     void dispense(NetEvent& event);
     // The link has ended: reports the event and releases the link, unless a handler has done so.

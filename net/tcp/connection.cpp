@@ -3,6 +3,8 @@
 #include "framework/string_helper.h"
 #include "framework/thread.h"
 #include "net/door/addresses.h"
+#include "net/inner/end_counts.h"
+#include "net/inner/end_log.h"
 #include "net/inner/peer_text.h"
 #include "net/tcp/inner/link.h"
 #include "net/tcp/inner/ready_list.h"
@@ -18,6 +20,11 @@ using inner::Endpoint;
 using inner::Reactor;
 using inner::TcpLink;
 using inner::TcpLinkRef;
+
+String_T<wchar_t> peerNameOf(const void* connection)
+{
+    return static_cast<const TcpConnection*>(connection)->getPeerName();
+}
 
 } // namespace
 
@@ -47,6 +54,14 @@ bool TcpConnection::init()
 
 void TcpConnection::onTick(unsigned int)
 {
+    // An event may release the last handle.
+    const Handle_T<TcpConnection> keep = getRefCount() > 0 ? this : nullptr;
+    tickConnection();
+    reportEvents();
+}
+
+void TcpConnection::tickConnection()
+{
     if (!m_Link)
         return;
     look();
@@ -54,6 +69,49 @@ void TcpConnection::onTick(unsigned int)
         finishConnect();
     if (m_Link && (isPending(kWritable) || (isPending(kOutput) && !m_Reactor->isTicking())))
         flush();
+}
+
+void TcpConnection::reportOpenNow()
+{
+    const bool isNew = isPending(kEstablishedNow);
+    const bool isWritable = isPending(kWritableAgain);
+    clearPending(kEstablishedNow | kWritableAgain);
+    const Handle_T<TcpConnection> keep = getRefCount() > 0 ? this : nullptr;
+    if (isNew && m_State == kEstablished)
+        callEstablished();
+    if (isWritable && m_State == kEstablished)
+        callWritable();
+}
+
+void TcpConnection::settleEnd(EndCause otherwise)
+{
+    inner::Seat* const seat = settleCause(otherwise) && m_Link ? m_Link->seat() : nullptr;
+    if (seat)
+        seat->countEnd(getEndCause());
+}
+
+void TcpConnection::reportEnd()
+{
+    settleEnd({EndCause::kSystem, 0});
+    if (!takeEnd())
+        return;
+    const bool isConnect = m_State == kConnectFailed;
+    if (!isEndLogged())
+        inner::logEnd(isConnect ? inner::kConnectLine : inner::kEndedLine, getEndCause(), peerNameOf, this);
+    callEnd(getEndCause());
+}
+
+void TcpConnection::setEstablished()
+{
+    m_State = kEstablished;
+    setPending(kEstablishedNow);
+    list();
+}
+
+void TcpConnection::closeFor(unsigned short reason)
+{
+    noteCause({EndCause::kHost, reason});
+    close();
 }
 
 void TcpConnection::lookNow()
@@ -110,7 +168,10 @@ bool TcpConnection::attach(unsigned int handle)
     }
     if (!m_Link->watch())
         return false;
-    m_State = kEstablished;
+    // A connection of connect() has begun there.
+    if (m_State != kEstablished)
+        beginEvents();
+    setEstablished();
     announceOutput();
     return true;
 }
@@ -131,17 +192,27 @@ bool TcpConnection::take(TcpLink* link, const Endpoint& peer, const std::shared_
     setLink(link);
     m_Handle = link->getHandle();
     m_State = kEstablished;
+    beginEvents();
     takePeer(peer);
     if (inner::Seat* const seat = link->seat())
         seat->noteInput();
     if (attach(m_Handle))
         return true;
+    noteCause({EndCause::kThrown, 0});
     TcpConnection::close();
     return false;
 }
 
 unsigned int TcpConnection::detach()
 {
+    const unsigned int handle = releaseHandle();
+    reportEnd();
+    return handle;
+}
+
+unsigned int TcpConnection::releaseHandle()
+{
+    settleEnd({EndCause::kDetached, 0});
     if (m_Link)
     {
         m_Link->giveAway();
@@ -153,6 +224,12 @@ unsigned int TcpConnection::detach()
 
 void TcpConnection::close()
 {
+    shut();
+    reportEnd();
+}
+
+void TcpConnection::shut()
+{
     if (m_Link)
     {
         // A peer that has closed its side may still read.
@@ -160,8 +237,10 @@ void TcpConnection::close()
             flush();
         if (m_State == kEstablished)
             discardInput();
+        settleEnd({EndCause::kClosedHere, 0});
         drop();
     }
+    settleEnd({EndCause::kClosedHere, 0});
     m_State = kDown;
     Socket::close();
 }
@@ -204,14 +283,14 @@ void TcpConnection::joinReactor()
         return;
     // Another door cannot use the handle.
     if (reactor->door() != m_Reactor->door())
-        return fail(kBroken);
+        return fail(kBroken, {EndCause::kNotStarted, 0});
     const TcpLinkRef link(new TcpLink(*reactor));
     link->take(m_Link->giveAway());
     if (!link->watch())
     {
         // The old link closes the handle.
         m_Link->take(link->giveAway());
-        return fail(kBroken);
+        return fail(kBroken, {EndCause::kNoHandle, 0});
     }
     link->m_Input.swap(m_Link->m_Input);
     link->m_Output.swap(m_Link->m_Output);
@@ -228,102 +307,9 @@ void TcpConnection::joinReactor()
     announceOutput();
 }
 
-bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAlive)
+void TcpConnection::fail(ConnectionState state, EndCause cause)
 {
-    if (!isInvalid())
-        return false;
-    m_State = kConnectFailed;
-    m_KeepAlive = keepAlive;
-    String_T<wchar_t> host = ip ? ip : L"";
-    const auto name = StringHelper::wideToUtf8(host);
-    Endpoint peer;
-    const bool isName = !Door::parse(name, port, peer);
-    if (!isName && !peer.isV4())
-        host = inner::hostText(peer);
-    if (!expect(host, nullptr))
-        return false;
-    const auto reactor = Reactor::of(getSystem());
-    if (!reactor || host.isEmpty())
-        return false;
-    Door::Fault fault;
-    const Door::Family family = isName ? Door::kIPv4 : Door::familyOf(peer);
-    const TcpLinkRef link(new TcpLink(*reactor, reactor->door()->open(Door::kStream, family, fault)));
-    if (fault)
-        return false;
-    m_Reactor = reactor;
-    setLink(link.get());
-    m_Handle = link->getHandle();
-    m_State = kConnecting;
-    if (isName)
-    {
-        if (port != 0 && link->connectByName(*reactor, name, port))
-            return true;
-    }
-    else if (beginConnect(link->connect(peer)))
-    {
-        return true;
-    }
-    if (m_Link)
-        drop();
-    m_Handle = kNoHandle;
-    m_State = kConnectFailed;
-    return false;
-}
-
-bool TcpConnection::beginConnect(bool hasBegun)
-{
-    if (!hasBegun)
-        return false;
-    // A peer on this machine has answered by now. This tick does not see what else is reported, so the next one comes
-    // at once.
-    m_Reactor->poll();
-    m_Reactor->hurry();
-    return !isPending(kConnected) || finishConnect();
-}
-
-bool TcpConnection::finishConnect()
-{
-    clearPending(kConnected);
-    if (m_Link->isNamed())
-    {
-        if (beginConnect(m_Link->beginNamed()))
-            return true;
-        fail(kConnectFailed);
-        return false;
-    }
-    if (m_Link->isRacing())
-    {
-        const inner::TcpRace::State state = m_Link->race();
-        m_Handle = m_Link->getHandle();
-        if (state == inner::TcpRace::kRunning)
-        {
-            // The next tick may try the next address.
-            setPending(kConnected);
-            return true;
-        }
-        if (state == inner::TcpRace::kLost)
-        {
-            fail(kConnectFailed);
-            return false;
-        }
-    }
-    else if (!m_Link->isConnected())
-    {
-        fail(kConnectFailed);
-        return false;
-    }
-    if (m_KeepAlive)
-        m_Link->door().setOption(m_Handle, Door::kKeepAlive, 1);
-    m_State = kEstablished;
-    joinReactor();
-    if (m_State == kEstablished && attach(m_Handle))
-        return true;
-    fail(kConnectFailed);
-    return false;
-}
-
-void TcpConnection::fail(ConnectionState state)
-{
+    settleEnd(cause);
     // The peer has closed before it received everything.
     m_State = static_cast<unsigned char>(isPending(kOutputLost) ? kBroken : state);
     hurry();
@@ -342,7 +328,7 @@ int TcpConnection::receive(void* data, int size)
     if (got <= 0 && isPending(kOutputLost))
         return endLost() ? -1 : 0;
     if (got < 0)
-        fail(end);
+        fail(end, {EndCause::kClosedByPeer, 0});
     return got;
 }
 
@@ -355,7 +341,7 @@ bool TcpConnection::endLost()
         hurry();
         return false;
     }
-    fail(kBroken);
+    fail(kBroken, {EndCause::kReset, 0});
     return true;
 }
 
@@ -366,6 +352,8 @@ int TcpConnection::receiveNow(void* data, int size, ConnectionState& end)
     if ((got == 0 && !fault) || (fault && fault.m_Reason != Door::Fault::kNotNow))
     {
         end = fault ? kBroken : kClosedByPeer;
+        if (fault)
+            noteCause(inner::causeOf(fault));
         return -1;
     }
     // Fewer bytes than asked for are all that there were. An end after them is reported when these are read.

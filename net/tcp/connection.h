@@ -1,6 +1,7 @@
 // One TCP connection, outgoing or accepted, run as a task.
 #pragma once
 
+#include "net/connection_events.h"
 #include "net/socket.h"
 
 #include <memory>
@@ -29,7 +30,8 @@ struct TcpLink;
 // ticks what is ready; one in no System asks the operating system with each onTick(); an accepted one is ticked by its
 // server. Sent bytes are queued and leave at the end of the tick in one system call; outside a tick, with the next one.
 // A long queue starts to leave earlier, and a long send at once if nothing is queued before it and no TLS encrypts it.
-class COMMONGROUND_API TcpConnection : public Socket
+// What happens to it is reported by the functions of ConnectionEvents.
+class COMMONGROUND_API TcpConnection : public Socket, public ConnectionEvents
 {
 public:
     enum ConnectionState
@@ -49,6 +51,8 @@ public:
 
     // Bytes in the output queue at which a send fails; below it a send of any size is accepted.
     static constexpr size_t kDefaultOutputLimit = 64 * 1024 * 1024;
+    // Bytes in the output queue from which on isOutputHigh() is true.
+    static constexpr size_t kDefaultOutputMark = 1024 * 1024;
 
     TcpConnection() = default;
     ~TcpConnection() override;
@@ -66,10 +70,13 @@ public:
     // Sends as much of the queue as the operating system accepts now, and ends the connection. Unread input is
     // discarded first: closing a socket with unread input would reset the connection, and sent bytes would be lost.
     void close() override;
+    // Calls close(); the cause of the end is kHost with this number.
+    void closeFor(unsigned short reason);
 
     // Starts a connection to a numeric address ("192.168.0.1", "::1", "[::1]") or a host name, with keep-alive probes
-    // on or off. True if it is connecting or established. False leaves no handle: a handle is held already, the address
-    // is invalid, or the connection failed at once. A name is resolved on another thread. Its addresses are tried in
+    // on or off. True if it is connecting or established; onEnd() will follow. False, with a log line and without an
+    // event, leaves no handle: a handle is held already, the address is invalid, or the connection failed at once;
+    // getEndCause() says which. A name is resolved on another thread. Its addresses are tried in
     // turn, IPv6 and IPv4 alternating: the next one when one has failed or has not answered for 250 ms. The first one
     // that answers is kept, and getHandle() changes then; the ticks of this connection do that. A name without an
     // address, or none of whose addresses answers, ends as kConnectFailed.
@@ -97,10 +104,15 @@ public:
     // Makes another thread the owner, by its number, for a connection in no System. start() sets that of the System.
     void bindRunThreadId(unsigned long thread) { m_RunThreadId = thread; }
 
-    // Bytes in the output queue at which a send fails; kDefaultOutputLimit at first. A send also fails if the output
-    // queues of all connections of the accepting port reach the port's limit while this connection holds more than its
-    // equal share.
-    void setOutputLimit(size_t bytes) { m_OutputLimit = bytes; }
+    // Bytes in the output queue at which a send fails, at most 4,294,967,295; kDefaultOutputLimit at first. A send also
+    // fails if the output queues of all connections of the accepting port reach the port's limit while this connection
+    // holds more than its equal share.
+    void setOutputLimit(size_t bytes) { m_OutputLimit = clampBytes(bytes); }
+    // The high mark of the output queue, which should be below the limit; its half is the low mark. Once the queue has
+    // reached the high mark, isOutputHigh() is true until it has fallen to the low mark; then onWritable() is called. A
+    // host that produces more than a peer reads stops sending meanwhile.
+    void setOutputMark(size_t bytes) { m_OutputMark = clampBytes(bytes); }
+    using ConnectionEvents::isOutputHigh;
     // Bytes in the output queue.
     size_t getOutputSize() const;
     // Nothing has happened since the last tick, and nothing is left to do: a tick would change nothing.
@@ -114,6 +126,13 @@ protected:
     {
         if (m_LooksItself)
             lookNow();
+    }
+    // onTick() for a derived class that talks to a proxy first: onEstablished() waits for the first full tick.
+    void tickBelow()
+    {
+        tickConnection();
+        if (m_State > kEstablished)
+            reportEnd();
     }
     // Whether receive() may return anything but 0.
     bool isWorthReceiving() const { return isPending(kReadable | kSecureInput | kOutputLost); }
@@ -150,7 +169,11 @@ private:
         // After kOutputLost, a receive has found no more input: the next one ends the connection.
         kInputOver = 128,
         // The secure layer holds input that receive() has not returned yet.
-        kSecureInput = 256
+        kSecureInput = 256,
+        // onEstablished() is to be called.
+        kEstablishedNow = 512,
+        // onWritable() is to be called.
+        kWritableAgain = 1024
     };
 
     bool isPending(unsigned int flags) const { return (m_Pending & flags) != 0; }
@@ -173,15 +196,45 @@ private:
     // For a receive that finds no input after kOutputLost: the second one ends the connection and gets true, since the
     // caller of the first may still have a packet to handle.
     bool endLost();
-    // Receives from the socket. 0 if it has no bytes, -1 at its end, whose cause is set.
+    // Receives from the socket. 0 if it has no bytes, -1 at its end, whose state is set and whose cause is noted.
     int receiveNow(void* data, int size, ConnectionState& end);
+    static unsigned int clampBytes(size_t bytes)
+    {
+        return bytes < 0xFFFFFFFF ? static_cast<unsigned int>(bytes) : 0xFFFFFFFF;
+    }
+    // onTick() without the events.
+    void tickConnection();
+    // Calls the events that are due: first onEstablished() and onWritable(), then onEnd().
+    void reportOpen()
+    {
+        if (isPending(kEstablishedNow | kWritableAgain))
+            reportOpenNow();
+    }
+    void reportEvents()
+    {
+        reportOpen();
+        if (m_State > kEstablished)
+            reportEnd();
+    }
+    void reportOpenNow();
+    // Logs the end and calls onEnd(), once. The object may not exist any more afterwards.
+    void reportEnd();
+    // The cause is final from now on, and counts.
+    void settleEnd(EndCause otherwise);
+    // close() and detach() without the event.
+    void shut();
+    unsigned int releaseHandle();
+    // connect() has failed: logs and counts it.
+    bool failConnect(EndCause cause, const wchar_t* host, unsigned short port);
+    // Marks that the connection has reached the state kEstablished.
+    void setEstablished();
     // Called before a connection is made: with the host passed to connect(), or with null and the TLS context, if any,
     // of the accepting server. False refuses the connection.
     virtual bool expect(const wchar_t* host, TlsContext* context);
     // Moves to the reactor of a System that was joined meanwhile.
     void joinReactor();
     void discardInput();
-    void fail(ConnectionState state);
+    void fail(ConnectionState state, EndCause cause);
     // Reports the size of the output queue to the port. False if it is too much for the port.
     bool countOutput();
     void lookNow();
@@ -189,13 +242,16 @@ private:
     void setLink(inner::TcpLink* link);
     bool finishConnect();
     bool sendPieces(inner::OutputQueue& queue);
-    void loseOutput();
+    void loseOutput(EndCause cause);
     // Takes over an accepted link, by attach().
     bool take(inner::TcpLink* link, const inner::Endpoint& peer, const std::shared_ptr<inner::Reactor>& reactor,
               TlsContext* context);
     void takePeer(const inner::Endpoint& peer);
     inner::Endpoint getPeer() const;
-    bool beginConnect(bool hasBegun);
+    // Otherwise notes the cause.
+    bool beginConnect(bool hasBegun, EndCause otherwise);
+    // The host name has no address. False.
+    bool failNamed();
     void drop();
 
     bool m_LooksItself = true;
@@ -203,14 +259,15 @@ private:
     bool m_KeepAlive = false;
     bool m_IsListed = false;
     // Of the last peer; the bytes are those of an inner::Endpoint.
-    unsigned char m_PeerBytes[16] = {};
     unsigned short m_PeerPort = 0;
+    unsigned char m_PeerBytes[16] = {};
     unsigned int m_PeerScope = 0;
     inner::TcpLink* m_Link = nullptr;
     std::shared_ptr<inner::Reactor> m_Reactor;
     inner::ReadyList* m_ReadyList = nullptr;
     unsigned long m_RunThreadId = 0;
-    size_t m_OutputLimit = kDefaultOutputLimit;
+    unsigned int m_OutputLimit = kDefaultOutputLimit;
+    unsigned int m_OutputMark = kDefaultOutputMark;
 };
 
 } // namespace zet

@@ -1,5 +1,6 @@
 #include "net/tcp/connection.h"
 
+#include "net/inner/end_counts.h"
 #include "net/tcp/inner/link.h"
 
 namespace zet
@@ -76,7 +77,7 @@ int TcpConnection::send(const void* data, int size)
         sent = static_cast<int>(m_Link->door().send(m_Link->getHandle(), &piece, 1, fault));
         if (fault && fault.m_Reason != inner::Door::Fault::kNotNow)
         {
-            loseOutput();
+            loseOutput(inner::causeOf(fault));
             return size;
         }
         if (sent == size)
@@ -87,10 +88,12 @@ int TcpConnection::send(const void* data, int size)
     {
         // The peer cannot read on after a gap.
         if (sent > 0)
-            loseOutput();
+            loseOutput({EndCause::kNoMemory, 0});
         return sent > 0 ? size : 0;
     }
     countOutput();
+    if (getOutputSize() >= m_OutputMark)
+        setOutputHigh(true);
     // Usually the output is announced already and is too short to leave now.
     if (!isPending(kOutput) || getOutputSize() >= kFlushAt)
         announceOutput();
@@ -108,6 +111,12 @@ bool TcpConnection::sendQueue(inner::OutputQueue& queue)
 {
     const bool isSent = sendPieces(queue);
     countOutput();
+    if (isOutputHigh() && getOutputSize() <= m_OutputMark / 2)
+    {
+        setOutputHigh(false);
+        setPending(kWritableAgain);
+        hurry();
+    }
     return isSent;
 }
 
@@ -120,7 +129,7 @@ bool TcpConnection::sendPieces(inner::OutputQueue& queue)
         const size_t sent = sendOnce(*m_Link, queue, offered, fault);
         if (fault && fault.m_Reason != inner::Door::Fault::kNotNow)
         {
-            loseOutput();
+            loseOutput(inner::causeOf(fault));
             return false;
         }
         queue.consume(sent, m_Reactor->pool());
@@ -133,13 +142,14 @@ bool TcpConnection::sendPieces(inner::OutputQueue& queue)
     return true;
 }
 
-void TcpConnection::loseOutput()
+void TcpConnection::loseOutput(EndCause cause)
 {
     if (m_State != kEstablished)
     {
-        fail(kBroken);
+        fail(kBroken, cause);
         return;
     }
+    noteCause(cause);
     // Input that the peer sent before is still to be read; the socket reports where it ends.
     m_Link->m_Output.drop(&m_Reactor->pool());
     if (m_Link->m_Sealed)

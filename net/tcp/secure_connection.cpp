@@ -108,7 +108,10 @@ bool TcpSecureConnection::attach(unsigned int handle)
             return false;
     }
     if (!m_Tls->begin(getPeerName()))
+    {
+        noteCause({EndCause::kTls, 0});
         return false;
+    }
     if (!TcpConnection::attach(handle))
     {
         m_Tls->end();
@@ -134,6 +137,7 @@ bool TcpSecureConnection::startTls(const wchar_t* host)
 bool TcpSecureConnection::beginTls()
 {
     m_State = kConnecting;
+    clearPending(kEstablishedNow);
     m_Link->m_Sealed = &m_Tls->m_Sealed;
     setPending(kSecuring);
     m_Tls->m_Begun = getTimeTick();
@@ -148,7 +152,15 @@ bool TcpSecureConnection::beginTls()
 
 void TcpSecureConnection::onTick(unsigned int tick)
 {
-    TcpConnection::onTick(tick);
+    // An event may release the last handle.
+    const Handle_T<TcpSecureConnection> keep = getRefCount() > 0 ? this : nullptr;
+    tickSecure(tick);
+    reportEvents();
+}
+
+void TcpSecureConnection::tickSecure(unsigned int)
+{
+    tickConnection();
     if (isPending(kSecuring))
         secure();
 }
@@ -169,7 +181,7 @@ void TcpSecureConnection::secure()
     if (!isPending(kSecuring) || m_State != kConnecting)
         return;
     if (getTimeTick() - m_Tls->m_Begun >= m_Tls->m_Context->getHandshakeTime())
-        failHandshake(L"it did not end in time");
+        failHandshake(L"it did not end in time", {EndCause::kTimedOut, EndCause::kHandshake});
     else
     {
         // The next tick checks the clock again.
@@ -194,7 +206,7 @@ void TcpSecureConnection::stepHandshake()
 void TcpSecureConnection::endLateHandshake()
 {
     if (isPending(kSecuring) && m_State == kConnecting)
-        failHandshake(L"it did not end in time");
+        failHandshake(L"it did not end in time", {EndCause::kTimedOut, EndCause::kHandshake});
 }
 
 void TcpSecureConnection::endSecuring()
@@ -210,24 +222,25 @@ void TcpSecureConnection::shakeHands()
     {
         const auto result = m_Tls->shakeHands({m_Tls->m_Sealed, m_Reactor->pool()});
         if (result == TlsLayer::kFailed)
-            return failHandshake(m_Tls->getFault());
+            return failHandshake(m_Tls->getFault(), m_Tls->getCause());
         if (!m_Link->m_IsOutputWaited)
             sendQueue(m_Tls->m_Sealed);
         if (m_State != kConnecting)
-            return failHandshake(L"the connection broke");
+            return failHandshake(L"the connection broke", {EndCause::kReset, 0});
         if (result == TlsLayer::kDone)
             break;
         if (m_Tls->m_HandshakeInput > TlsContext::kHandshakeInput)
-            return failHandshake(L"too long");
-        const int got = fillInput();
+            return failHandshake(L"too long", {EndCause::kMalformed, 0});
+        ConnectionState end = kBroken;
+        const int got = fillInput(end);
         if (got < 0)
-            return failHandshake(L"the peer has ended the connection");
+            return failHandshake(L"the peer has ended the connection", {EndCause::kClosedByPeer, 0});
         if (got == 0)
             return m_Tls->m_Input.settle(m_Reactor->pool());
         m_Tls->m_HandshakeInput += got;
     }
     endSecuring();
-    m_State = kEstablished;
+    setEstablished();
     noteSecureInput();
     m_Tls->m_Input.settle(m_Reactor->pool());
     joinReactor();
@@ -235,19 +248,21 @@ void TcpSecureConnection::shakeHands()
         announceOutput();
 }
 
-void TcpSecureConnection::failHandshake(const String_T<wchar_t>& reason)
+void TcpSecureConnection::failHandshake(const String_T<wchar_t>& reason, EndCause cause)
 {
     endSecuring();
     Log::warning(L"TLS handshake with %s failed: %s", getPeerName(), reason);
+    noteCause(cause);
+    setEndLogged();
     // The peer should receive the alert.
     if (!m_Link->m_IsOutputWaited)
         sendQueue(m_Tls->m_Sealed);
     discardInput();
-    fail(m_Tls->m_IsClient ? kConnectFailed : kBroken);
+    fail(m_Tls->m_IsClient ? kConnectFailed : kBroken, cause);
 }
 
 // Receives encrypted bytes. Returns their number, 0 if there are none, -1 at the end.
-int TcpSecureConnection::fillInput()
+int TcpSecureConnection::fillInput(ConnectionState& end)
 {
     if (!isPending(kReadable))
         return 0;
@@ -255,7 +270,6 @@ int TcpSecureConnection::fillInput()
     const int room = input.prepare(m_Reactor->pool());
     if (room <= 0)
         return -1;
-    ConnectionState end = kBroken;
     const int got = receiveNow(input.end(), room, end);
     if (got > 0)
         input.grow(got);
@@ -270,10 +284,11 @@ void TcpSecureConnection::noteSecureInput()
         clearPending(kSecureInput);
 }
 
-int TcpSecureConnection::breakTls(const String_T<wchar_t>& reason)
+int TcpSecureConnection::breakTls(const String_T<wchar_t>& reason, EndCause cause)
 {
     Log::warning(L"TLS with %s broke: %s", getPeerName(), reason);
-    fail(kBroken);
+    setEndLogged();
+    fail(kBroken, cause);
     return -1;
 }
 
@@ -294,9 +309,10 @@ int TcpSecureConnection::receive(void* data, int size)
         // The socket is read once the session has used all that was received.
         if (m_Tls->m_Input.size() > 0)
             continue;
-        const int more = fillInput();
+        ConnectionState end = kBroken;
+        const int more = fillInput(end);
         if (more < 0 && !isPending(kOutputLost))
-            return breakTls(L"ended without close_notify");
+            return breakTls(L"ended without close_notify", {EndCause::kCutOff, 0});
         if (more <= 0)
             break;
     }
@@ -308,12 +324,12 @@ int TcpSecureConnection::receive(void* data, int size)
     if (m_State != kEstablished)
         return -1;
     if (got == TlsLayer::kFailed)
-        return breakTls(m_Tls->getFault());
+        return breakTls(m_Tls->getFault(), m_Tls->getCause());
     if (got <= 0 && isPending(kOutputLost) && !m_Tls->hasInput())
         return endLost() ? -1 : 0;
     if (got == TlsLayer::kEnded)
     {
-        fail(kClosedByPeer);
+        fail(kClosedByPeer, {EndCause::kClosedByPeer, 0});
         return -1;
     }
     noteSecureInput();
@@ -340,7 +356,7 @@ void TcpSecureConnection::flush()
         while (output.size() > 0 && sealed.size() < kSealAt)
             if (!m_Tls->seal(output, {sealed, m_Reactor->pool()}))
             {
-                breakTls(L"no more output can be encrypted");
+                breakTls(L"no more output can be encrypted", {EndCause::kTls, 0});
                 return;
             }
         if (!sendQueue(sealed))
@@ -350,9 +366,10 @@ void TcpSecureConnection::flush()
 
 unsigned int TcpSecureConnection::detach()
 {
-    const unsigned int handle = TcpConnection::detach();
+    const unsigned int handle = releaseHandle();
     if (m_Tls)
         m_Tls->end();
+    reportEnd();
     return handle;
 }
 
@@ -367,9 +384,10 @@ void TcpSecureConnection::close()
             sendQueue(m_Tls->m_Sealed);
         }
     }
-    TcpConnection::close();
+    shut();
     if (m_Tls)
         m_Tls->end();
+    reportEnd();
 }
 
 } // namespace zet

@@ -57,7 +57,11 @@ public:
 
 private:
     friend class inner::Crowd;
+    friend class inner::PacketTick;
+    friend class TcpStream;
 
+    // onTick() without the events.
+    void tickSecure(unsigned int tick);
     bool expect(const wchar_t* host, TlsContext* context) override;
     void flush() override;
     inner::TlsLayer& layer();
@@ -68,10 +72,10 @@ private:
     void stepHandshake();
     void endLateHandshake();
     void endSecuring();
-    void failHandshake(const String_T<wchar_t>& reason);
-    int fillInput();
+    void failHandshake(const String_T<wchar_t>& reason, EndCause cause);
+    int fillInput(ConnectionState& end);
     void noteSecureInput();
-    int breakTls(const String_T<wchar_t>& reason);
+    int breakTls(const String_T<wchar_t>& reason, EndCause cause);
 
     // Null if TLS was never used.
     std::unique_ptr<inner::TlsLayer> m_Tls;

@@ -6,7 +6,9 @@
 #include "framework/string_helper.h"
 #include "framework/time.h"
 #include "net/door/addresses.h"
+#include "net/inner/end_log.h"
 #include "net/inner/guard.h"
+#include "net/inner/peer_text.h"
 #include "net/tcp/inner/link.h"
 #include "net/tcp/inner/listener.h"
 
@@ -55,26 +57,53 @@ void TcpServer::stop()
 
 bool TcpServer::listen(unsigned short port, int backlog)
 {
+    const EndCause cause = beginListening(port, backlog);
+    if (!cause)
+        return true;
+    noteFault(cause);
+    inner::countEnd(cause);
+    Endpoint own = m_BindAddress ? *m_BindAddress : Endpoint();
+    own.m_Port = port;
+    inner::logFailure(L"Listen on", inner::peerText(own), cause);
+    return false;
+}
+
+bool TcpServer::noteFault(EndCause cause)
+{
+    m_Fault = cause;
+    m_Crowd->ends().add(cause);
+    return false;
+}
+
+unsigned long long TcpServer::getEndCount(EndCause::Code code) const
+{
+    return m_Crowd->ends().get(code);
+}
+
+EndCause TcpServer::beginListening(unsigned short port, int backlog)
+{
     if (!isInvalid())
-        return false;
+        return {EndCause::kHeld, 0};
     const auto reactor = Reactor::of(getSystem());
-    if (!reactor || (m_IsPortShared && !inner::canSharePort(*reactor->door(), port)))
-        return false;
+    if (!reactor)
+        return {EndCause::kNoHandle, 0};
+    if (m_IsPortShared && !inner::canSharePort(*reactor->door(), port))
+        return {EndCause::kUnavailable, 0};
     Endpoint own = m_BindAddress ? *m_BindAddress : Endpoint();
     own.m_Port = port;
     Door::Fault fault;
     DoorHandle handle = inner::openPort(reactor->door(), Door::kStream, own, fault, m_IsPortShared);
     if (fault)
-        return false;
+        return inner::causeOf(fault);
     // Before the first connection arrives.
     m_IsInherited = handle.door().prepareListener(handle.get(), m_Crowd->limits());
     m_HasEarlier = false;
-    if (handle.door().listen(handle.get(), backlog))
-        return false;
+    if ((fault = handle.door().listen(handle.get(), backlog)))
+        return inner::causeOf(fault);
     auto listener = std::make_unique<TcpListener>(*this, *reactor, Door::kNoHandle);
     listener->take(handle.release());
     m_Reactor = reactor;
-    return setListener(listener);
+    return setListener(listener) ? EndCause() : EndCause{EndCause::kNoHandle, 0};
 }
 
 bool TcpServer::attach(unsigned int handle)
@@ -287,6 +316,7 @@ TcpServer::Pending TcpServer::takePending()
     }
     if (fault.m_Reason == Door::Fault::kExhausted)
     {
+        noteFault(inner::causeOf(fault));
         // Pending connections wait in the system's queue.
         if (!std::exchange(m_IsResting, true))
             Log::warning(L"Pausing accept for %u ms: %s", kRestTime, StringHelper::utf8ToWide(fault.getText().c_str()));
@@ -295,16 +325,28 @@ TcpServer::Pending TcpServer::takePending()
     }
     // The peer has ended its connection before it was accepted.
     if (fault)
+    {
+        noteFault(inner::causeOf(fault));
         return kRefused;
+    }
     m_IsResting = false;
     if (!m_Crowd->hasSpace(peer))
     {
+        noteFault({EndCause::kTooMany, 0});
         m_Crowd->noteRefused();
         return kRefused;
     }
     const unsigned int listening = m_Listening;
     // The host may have closed the server, or listen anew by now.
-    if (!isPermitted(peer) || m_Listening != listening)
+    if (!isPermitted(peer))
+    {
+        noteFault({EndCause::kFiltered, 0});
+        inner::logEnd(
+            inner::kRefusedLine, m_Fault,
+            [](const void* refused) { return inner::peerText(*static_cast<const Endpoint*>(refused)); }, &peer);
+        return kRefused;
+    }
+    if (m_Listening != listening)
         return kRefused;
     const TcpLinkRef link(new TcpLink(*m_Reactor));
     link->take(handle.release());
@@ -350,7 +392,8 @@ bool TcpServer::accept(TcpConnection* connection)
     if (!connection->take(link.get(), peer, m_Reactor, m_TlsContext))
     {
         link->m_Owner = nullptr;
-        return false;
+        const EndCause cause = connection->getEndCause();
+        return noteFault(cause ? cause : EndCause{EndCause::kTlsContext, 0});
     }
     setNextTick();
     return true;

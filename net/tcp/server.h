@@ -125,6 +125,12 @@ public:
     // The limits set last; the defaults at first.
     const NetLimits& getLimits() const;
 
+    // Why the last listen(), attach() or accept() returned false, or a pending connection was last refused; kNone
+    // before the first one. listen() also logs it.
+    const EndCause& getFault() const { return m_Fault; }
+    // The connections of this port that have ended by this cause, or that it refused by it, since its construction.
+    unsigned long long getEndCount(EndCause::Code code) const;
+
     // The port listened on, also where listen() chose it; 0 when not listening.
     unsigned short getPort() const { return m_ListenPort; }
 
@@ -145,6 +151,9 @@ private:
         kWaiting
     };
 
+    EndCause beginListening(unsigned short port, int backlog);
+    // Counts a refused connection; false for a caller that returns it.
+    bool noteFault(EndCause cause);
     bool setListener(std::unique_ptr<inner::TcpListener>& listener);
     void joinReactor();
     void acceptPending();
@@ -168,6 +177,7 @@ private:
     // Changes when listening ends.
     unsigned int m_Listening = 0;
     unsigned int m_RestUntil = 0;
+    EndCause m_Fault;
     unsigned short m_ListenPort = 0;
     bool m_IsReady = false;
     bool m_IsResting = false;

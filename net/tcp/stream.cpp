@@ -1,6 +1,5 @@
 #include "net/tcp/stream.h"
 
-#include "framework/log.h"
 #include "net/tcp/inner/link.h"
 
 #include <algorithm>
@@ -36,7 +35,15 @@ void TcpStream::close()
 
 void TcpStream::onTick(unsigned int tick)
 {
-    TcpSecureConnection::onTick(tick);
+    // An event may release the last handle.
+    const Handle_T<TcpStream> keep = getRefCount() > 0 ? this : nullptr;
+    tickStream(tick);
+    reportEvents();
+}
+
+void TcpStream::tickStream(unsigned int tick)
+{
+    tickSecure(tick);
     if (!m_Link)
         return;
     if (isWorthReceiving() && m_Link->m_Input.size() == 0)
@@ -49,8 +56,7 @@ void TcpStream::onTick(unsigned int tick)
     inner::Seat* const seat = m_Link->seat();
     if (seat && !seat->holdInput(static_cast<size_t>(m_Link->m_Input.capacity())))
     {
-        Log::warning(L"Too much input waits on this port: %s is ended", getPeerName());
-        fail(kBroken);
+        fail(kBroken, {EndCause::kInputFull, 0});
     }
 }
 
@@ -65,7 +71,7 @@ void TcpStream::fill(int wanted)
         const int room = input.prepare(m_Reactor->pool());
         if (room <= 0)
         {
-            fail(kBroken);
+            fail(kBroken, {EndCause::kNoMemory, 0});
             return;
         }
         const int got = receive(input.end(), std::min(room, m_Turn));

@@ -35,6 +35,10 @@ public:
     int send(const void* data, int size) override;
 
 private:
+    friend class inner::PacketTick;
+
+    // onTick() without the events.
+    void tickStream(unsigned int tick);
     // Receives until the buffer has the wanted bytes or there is no more for now.
     void fill(int wanted);
 

@@ -57,9 +57,17 @@ public:
     BothLogs(const BothLogs&) = delete;
     BothLogs& operator=(const BothLogs&) = delete;
 
-    // The lines of the process's log, and whether the engine's log has the same.
-    std::vector<std::wstring> lines() const { return m_Log.texts(); }
-    bool agree() const { return m_Log.texts() == m_AppLines; }
+    // The proxy socket's lines in the process's log, and whether the engine's log has the same.
+    std::vector<std::wstring> lines() const
+    {
+        std::vector<std::wstring> all = allLines();
+        std::erase_if(all, [](const std::wstring& line)
+                      { return line.find(L"Connection with ") == 0 || line.find(L"Connect to ") == 0; });
+        return all;
+    }
+    bool agree() const { return lines() == m_AppLines; }
+    // With those about the ends of connections.
+    std::vector<std::wstring> allLines() const { return m_Log.texts(); }
     bool areMessages() const
     {
         for (const std::wstring& line : m_AppLines)

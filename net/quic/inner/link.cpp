@@ -19,9 +19,6 @@ using Connection = UdpServer::UdpConnection;
 
 // Of this many late packets of a peer, the 1st, 2nd, 4th, 8th and so on get the close frame again.
 constexpr unsigned int kMostLatePackets = 1024;
-// Milliseconds that the close frame is kept for late packets.
-constexpr unsigned int kShortestRest = 1000;
-constexpr unsigned int kLongestRest = 30000;
 // Connection ids that a peer may provide in advance. A path that a moving peer has left keeps its id for a while; with
 // a limit of two, the third move within a second would find none left.
 constexpr uint64_t kPeerIds = 8;
@@ -207,7 +204,7 @@ void QuicLink::close()
     }
     if (!m_IsStanding || m_Output.size() == 0)
     {
-        finish(Connection::kDown, m_Output.size() == 0 ? kClosed : kCutOff);
+        finish(Connection::kDown, m_Output.size() == 0 ? kClosed : kCutOff, {EndCause::kClosedHere, 0});
         return;
     }
     m_IsLingering = true;
@@ -286,122 +283,6 @@ void QuicLink::feed(const UdpPort::Datagram& datagram, size_t from, size_t size)
         wake(kWrite);
 }
 
-void QuicLink::endRead(int result)
-{
-    if (result == NGTCP2_ERR_DRAINING)
-    {
-        ngtcp2_connection_close_error reason;
-        ngtcp2_conn_get_connection_close_error(m_Connection, &reason);
-        const bool isClosed =
-            reason.type == NGTCP2_CONNECTION_CLOSE_ERROR_CODE_TYPE_APPLICATION && reason.error_code == kClosed;
-        drop(isClosed ? Connection::kClosedByPeer : m_IsStanding ? Connection::kBroken : Connection::kConnectFailed);
-    }
-    else if (result == NGTCP2_ERR_DROP_CONN || result == NGTCP2_ERR_RETRY)
-    {
-        drop(m_IsStanding ? Connection::kBroken : Connection::kConnectFailed);
-    }
-    else if (result != 0)
-    {
-        endByFault(result);
-    }
-    else if (m_IsCut)
-    {
-        // The peer has reset the stream, so bytes are lost.
-        finish(Connection::kBroken, kCutOff);
-    }
-    else if (m_IsPeerDone)
-    {
-        // This library never ends the stream. A peer of another implementation that does has nothing more to send.
-        finish(Connection::kClosedByPeer, kClosed);
-    }
-    else if (m_IsLingering && m_Output.size() == 0)
-    {
-        finish(Connection::kDown, kClosed);
-    }
-}
-
-void QuicLink::endByFault(int fault)
-{
-    const auto state = m_IsStanding ? Connection::kBroken : Connection::kConnectFailed;
-    if (fault == NGTCP2_ERR_IDLE_CLOSE || fault == NGTCP2_ERR_HANDSHAKE_TIMEOUT || ngtcp2_err_is_fatal(fault))
-    {
-        drop(state);
-        return;
-    }
-    ngtcp2_connection_close_error reason;
-    ngtcp2_connection_close_error_default(&reason);
-    const uint8_t alert = m_Alert != 0 ? m_Alert : ngtcp2_conn_get_tls_alert(m_Connection);
-    if (fault == NGTCP2_ERR_CRYPTO && alert != 0)
-        ngtcp2_connection_close_error_set_transport_error_tls_alert(&reason, alert, nullptr, 0);
-    else
-        ngtcp2_connection_close_error_set_transport_error_liberr(&reason, fault, nullptr, 0);
-    keepFarewell(reason);
-    drop(state);
-}
-
-void QuicLink::finish(Connection::ConnectionState state, Code code)
-{
-    if (isOver())
-        return;
-    if (!m_Connection)
-        return drop(state);
-    ngtcp2_connection_close_error reason;
-    ngtcp2_connection_close_error_default(&reason);
-    ngtcp2_connection_close_error_set_application_error(&reason, code, nullptr, 0);
-    keepFarewell(reason);
-    drop(state);
-}
-
-void QuicLink::keepFarewell(const ngtcp2_connection_close_error& reason)
-{
-    unsigned char packet[UdpPort::kMostBytes];
-    ngtcp2_path_storage path;
-    ngtcp2_path_storage_zero(&path);
-    ngtcp2_pkt_info info{};
-    const auto size = ngtcp2_conn_write_connection_close(m_Connection, &path.path, &info, packet, sizeof packet,
-                                                         &reason, m_Router.now());
-    if (size <= 0)
-        return;
-    try
-    {
-        m_Farewell.assign(packet, packet + size);
-    }
-    catch (const std::bad_alloc&)
-    {
-        // Then the close frame is sent once and not repeated.
-    }
-    if (path.path.remote.addrlen > 0)
-        m_Peer = peerOf(path.path);
-    if (unsigned char* room = m_Router.room())
-    {
-        std::memcpy(room, packet, static_cast<size_t>(size));
-        m_Router.post(m_Peer, static_cast<size_t>(size), m_Local);
-    }
-}
-
-void QuicLink::drop(Connection::ConnectionState state)
-{
-    // The close frame may be lost; then the peer continues until its idle timeout. A peer that has closed itself does
-    // not.
-    const bool mayRest = !m_Farewell.empty() && m_Router.hasRoomForRemains();
-    const unsigned int idle = m_Router.settings().m_IdleTimeout;
-    const QuicTime probes = m_Connection ? 3 * ngtcp2_conn_get_pto(m_Connection) : 0;
-    const QuicTime rest = mayRest ? nanoseconds(std::clamp(idle, kShortestRest, kLongestRest)) : probes;
-    m_End = state;
-    m_Deadline = m_Router.now() + rest;
-    dropSession();
-    m_Lookup.reset();
-    if (m_Connection)
-        ngtcp2_conn_del(std::exchange(m_Connection, nullptr));
-    m_Output.drop(&m_Router.pool());
-    m_NextBlock = nullptr;
-    m_UnderWay = 0;
-    if (!m_Owner)
-        m_Input.drop(&m_Router.pool());
-    m_Router.onOver(*this);
-    wake(kTickOwner);
-}
-
 void QuicLink::dropSession()
 {
     if (!m_Session)
@@ -428,7 +309,11 @@ void QuicLink::onExpiry()
     {
         // A lookup without a result, a peer that has not sent its id, a pending connection that was not accepted, or a
         // closed connection whose peer has not confirmed everything.
-        finish(m_Lookup ? Connection::kConnectFailed : Connection::kBroken, kCutOff);
+        const EndCause late{EndCause::kTimedOut, m_IsLingering ? EndCause::kLinger : EndCause::kAnswer};
+        if (m_Lookup)
+            finish(Connection::kConnectFailed, kCutOff, {EndCause::kNotResolved, 0});
+        else
+            finish(Connection::kBroken, kCutOff, late);
         return;
     }
     if (!m_Connection)

@@ -79,7 +79,7 @@ public:
     bool send(const void* data, int size) override;
     void close() override;
     unsigned long long roundTripTime() const override;
-    void breakOff() override { finish(UdpServer::UdpConnection::kBroken, kCutOff); }
+    void breakOff(EndCause cause) override { finish(UdpServer::UdpConnection::kBroken, kCutOff, cause); }
 
     void read(const UdpPort::Datagram& datagram);
     // Writes packets as far as congestion control, pacing and the port allow.
@@ -88,7 +88,7 @@ public:
     void onExpiry();
     QuicTime getExpiry() const;
     // Ends the connection now: sends a close frame with the code, and keeps what the object has not read.
-    void finish(UdpServer::UdpConnection::ConnectionState state, Code code);
+    void finish(UdpServer::UdpConnection::ConnectionState state, Code code, EndCause cause);
     // The pending connection has an object: the time limit for that ends.
     void onAccepted();
     void settle();
@@ -130,7 +130,7 @@ private:
     void endRead(int result);
     void endByFault(int fault);
     void keepFarewell(const ngtcp2_connection_close_error& reason);
-    void drop(UdpServer::UdpConnection::ConnectionState state);
+    void drop(UdpServer::UdpConnection::ConnectionState state, EndCause cause);
     void dropSession();
     void wake(unsigned char pending);
     bool prepareStream();

@@ -28,7 +28,7 @@ bool QuicLink::lookUp(Reactor& reactor, unsigned short port)
 void QuicLink::lookUpAgain(Reactor& reactor)
 {
     if (m_Lookup && !m_IsFound && !lookUp(reactor, m_Found.m_Port))
-        drop(Connection::kConnectFailed);
+        drop(Connection::kConnectFailed, {EndCause::kNoMemory, 0});
 }
 
 void QuicLink::onFound(std::vector<Endpoint>&& found)
@@ -55,7 +55,8 @@ void QuicLink::openNamed()
         // Ends like a name without an address.
     }
     if (!isOpen)
-        return drop(Connection::kConnectFailed);
+        return drop(Connection::kConnectFailed,
+                    EndCause{m_Found.isAny() ? EndCause::kNotResolved : EndCause::kNoMemory, 0});
     m_Deadline = kNever;
     m_Lookup.reset();
     setPeer(m_Found);

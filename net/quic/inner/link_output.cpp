@@ -111,7 +111,7 @@ void QuicLink::write()
         // The peer has stopped reading the stream; this result is the only report of it.
         if (size == NGTCP2_ERR_STREAM_SHUT_WR || size == NGTCP2_ERR_STREAM_NOT_FOUND)
         {
-            finish(Connection::kBroken, kCutOff);
+            finish(Connection::kBroken, kCutOff, {EndCause::kCutOff, 0});
             return;
         }
         if (size < 0)

@@ -122,25 +122,34 @@ bool QuicRouter::join(const std::shared_ptr<Reactor>& reactor)
     return true;
 }
 
-bool QuicRouter::connect(Connection& connection, const wchar_t* ip, unsigned short port, const Uuid& id)
+EndCause QuicRouter::connect(Connection& connection, const wchar_t* ip, unsigned short port, const Uuid& id)
 {
-    if (!m_Server || !ip || !*ip || !UdpLink::isFree(connection))
-        return false;
+    if (!UdpLink::isFree(connection))
+        return {EndCause::kHeld, 0};
+    if (!m_Server)
+        return {EndCause::kNotStarted, 0};
+    if (!ip || !*ip || port == 0)
+        return {EndCause::kBadAddress, 0};
     const String_T<char> name = StringHelper::wideToUtf8(ip);
-    if (port == 0)
-        return false;
     Endpoint peer;
     const bool isName = !Door::parse(name, port, peer);
     const String_T<char> host = isName || peer.isV4() ? name : StringHelper::wideToUtf8(hostText(peer));
     QuicLink& link = keep(std::make_unique<QuicLink>(*this));
+    EndCause fault{EndCause::kNoMemory, 0};
     const auto begin = [&]
-    { return link.beginClient(host, id) && (isName ? link.lookUp(*m_Reactor, port) : link.openClient(peer)); };
-    if (!open(link, begin))
+    {
+        if (link.beginClient(host, id) && (isName ? link.lookUp(*m_Reactor, port) : link.openClient(peer)))
+            return true;
+        if (link.getCause())
+            fault = link.getCause();
         return false;
+    };
+    if (!open(link, begin))
+        return fault;
     ++m_Count;
     link.setOwner(connection, Connection::kConnecting, id, peer);
     wake(link, QuicLink::kWrite);
-    return true;
+    return {};
 }
 
 bool QuicRouter::give(Connection& connection)
@@ -251,6 +260,8 @@ void QuicRouter::onOver(QuicLink& link)
     --m_Count;
     if (link.isServer())
     {
+        if (m_Server)
+            m_Server->countEnd(link.getCause());
         --m_VisitorCount;
         m_Addresses.remove(link.getOrigin());
         if (link.isAnnounced() && !link.getOwner())
@@ -410,7 +421,7 @@ void QuicRouter::finishAll()
     for (const auto& link : m_Links)
     {
         link->write();
-        link->finish(Connection::kBroken, QuicLink::kClosed);
+        link->finish(Connection::kBroken, QuicLink::kClosed, {EndCause::kClosedHere, 0});
     }
     m_Port->flush();
     m_Server = nullptr;

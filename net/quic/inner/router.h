@@ -28,7 +28,8 @@ public:
     bool join(const std::shared_ptr<Reactor>& reactor) override;
     void tick() override;
     void endTick() override;
-    bool connect(UdpServer::UdpConnection& connection, const wchar_t* ip, unsigned short port, const Uuid& id) override;
+    EndCause connect(UdpServer::UdpConnection& connection, const wchar_t* ip, unsigned short port,
+                     const Uuid& id) override;
     bool hasVisitor() const override { return !m_Visitors.empty(); }
     Uuid getVisitorId() const override { return m_Visitors.empty() ? Uuid() : m_Visitors.front()->getId(); }
     Endpoint getVisitorAddress() const override { return m_Visitors.front()->getPeer(); }

@@ -170,7 +170,10 @@ bool QuicRouter::greet(const UdpPort::Datagram& datagram)
         return false;
     ++m_Admissions;
     if (!hasRoomFor(from))
+    {
+        m_Server->noteRefused(from);
         refuse(datagram, head);
+    }
     else
         admit(datagram, head, origin);
     return true;

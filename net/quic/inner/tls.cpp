@@ -144,13 +144,17 @@ gnutls_session_t QuicTls::openServer(ngtcp2_crypto_conn_ref& ref, std::shared_pt
 
 gnutls_session_t QuicTls::openClient(ngtcp2_crypto_conn_ref& ref, std::shared_ptr<const TlsCredentials>& kept)
 {
+    auto& link = *static_cast<QuicLink*>(ref.user_data);
     if (m_Context && !m_Context->servesClient())
+    {
+        link.noteCause({EndCause::kTlsContext, 0});
         return nullptr;
+    }
     kept = m_Context ? m_Context->m_Store->credentials() : nullptr;
     gnutls_session_t session = open(GNUTLS_CLIENT, kept ? kept->m_Handle : m_Own, ref);
     if (session && m_Context)
         gnutls_session_set_verify_function(session, verify);
-    const char* const host = static_cast<const QuicLink*>(ref.user_data)->getName();
+    const char* const host = link.getName();
     if (session && !isAddress(host))
         gnutls_server_name_set(session, GNUTLS_NAME_DNS, host, std::strlen(host));
     return session;
@@ -162,10 +166,13 @@ int QuicTls::verify(gnutls_session_t session)
     auto& link = *static_cast<QuicLink*>(ref->user_data);
     String_T<wchar_t> fault;
     int alert = 0;
-    const int code = verifyPeer(session, !link.isServer(), link.getName(), fault, &alert);
+    EndCause::Rule rule = EndCause::kOtherRule;
+    const int code = verifyPeer(session, !link.isServer(), link.getName(), fault, &alert, &rule);
     link.setAlert(static_cast<uint8_t>(alert));
     if (code != 0)
     {
+        link.noteCause(causeOfTls(code, rule));
+        link.setEndLogged();
         Log::warning(L"TLS handshake over UDP with %s failed: %s", peerText(link.getPeer()), fault);
     }
     return code;

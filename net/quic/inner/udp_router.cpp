@@ -11,6 +11,7 @@ void UdpLink::setOwner(UdpServer::UdpConnection& owner, UdpServer::UdpConnection
     owner.m_State = state;
     owner.m_IsEndTold = false;
     owner.m_HasBegun = true;
+    owner.beginEvents();
     owner.m_ConnectionId = id;
     setPeer(peer);
 }
@@ -30,6 +31,9 @@ void UdpLink::leaveOwner(UdpServer::UdpConnection::ConnectionState state)
         return;
     m_Owner->m_Link = nullptr;
     m_Owner->m_State = state;
+    m_Owner->noteCause(m_Cause);
+    if (m_IsEndLogged)
+        m_Owner->setEndLogged();
     m_Owner = nullptr;
 }
 
@@ -39,8 +43,7 @@ void UdpLink::breakOwner()
         return;
     UdpServer::UdpConnection& told = *m_Owner;
     leaveOwner(UdpServer::UdpConnection::kBroken);
-    if (!std::exchange(told.m_IsEndTold, true))
-        told.onClose();
+    told.reportEnd();
 }
 
 } // namespace zet::inner

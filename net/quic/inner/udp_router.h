@@ -26,8 +26,8 @@ public:
     void setPeer(const Endpoint& peer);
     // Separates the object from this link and sets the state of the object.
     void leaveOwner(UdpServer::UdpConnection::ConnectionState state);
-    // The same for a broken connection; also calls onClose() of the object, unless it was called before. The caller
-    // holds the object.
+    // The same for a broken connection; also calls onClose() and onEnd() of the object, unless they were called before.
+    // The caller holds the object.
     void breakOwner();
 
     int available() const { return m_Input.size(); }
@@ -47,11 +47,22 @@ public:
     // Microseconds from a packet to its acknowledgement, smoothed; 0 before the first one.
     virtual unsigned long long roundTripTime() const = 0;
     // Ends the connection as broken, which the object's next tick reports. Does nothing if the connection has ended.
-    virtual void breakOff() = 0;
+    virtual void breakOff(EndCause cause) = 0;
+    // The first cause counts.
+    void noteCause(EndCause cause)
+    {
+        if (!m_Cause)
+            m_Cause = cause;
+    }
+    EndCause getCause() const { return m_Cause; }
+    // The log has the cause already.
+    void setEndLogged() { m_IsEndLogged = true; }
 
 protected:
     UdpServer::UdpConnection* m_Owner = nullptr;
     UdpServer::UdpConnection::ConnectionState m_End = UdpServer::UdpConnection::kEstablished;
+    EndCause m_Cause;
+    bool m_IsEndLogged = false;
     bool m_HasStood = false;
     bool m_HasReceived = false;
     bool m_HasConfirmed = false;
@@ -81,8 +92,9 @@ public:
     virtual void tick() = 0;
     // Called at the end of a System's tick: sends the output that was queued after the server's own tick.
     virtual void endTick() = 0;
-    virtual bool connect(UdpServer::UdpConnection& connection, const wchar_t* ip, unsigned short port,
-                         const Uuid& id) = 0;
+    // kNone if the connection has begun.
+    virtual EndCause connect(UdpServer::UdpConnection& connection, const wchar_t* ip, unsigned short port,
+                             const Uuid& id) = 0;
     // hasVisitor(): whether a connection is pending. The next two return the id and the address of the first one, the
     // address only while there is one; give() accepts it.
     virtual bool hasVisitor() const = 0;

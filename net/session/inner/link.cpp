@@ -44,13 +44,24 @@ bool NetLink::attach(unsigned int handle)
     return true;
 }
 
-void NetLink::leave()
+void NetLink::leave(EndCause cause)
 {
+    if (cause)
+        noteCause(cause);
     m_Session = nullptr;
     m_Phase = kEnded;
     m_Reader.detach();
     close();
     stop();
+}
+
+void NetLink::onWritable()
+{
+    NetSession* const session = m_Session;
+    if (!session)
+        return;
+    const Unknown::Handle_T<NetSession> keep = session->getRefCount() > 0 ? session : nullptr;
+    session->callWritable();
 }
 
 void NetLink::onTick(unsigned int tick)
@@ -69,8 +80,11 @@ void NetLink::onTick(unsigned int tick)
     PacketTick packets(*this, m_Reader, m_PeerLog, m_IsUnusable);
     const bool isAlive = packets.run(tick, NetSession::kDispatchTime,
                                      [this](std::span<const unsigned char> packet) { takePacket(packet); });
-    if (m_Session && (!isAlive || (isLate && m_Phase == kGreeting)))
-        end();
+    if (!m_Session || (isAlive && !(isLate && m_Phase == kGreeting)))
+        return;
+    if (isAlive)
+        noteCause({EndCause::kTimedOut, EndCause::kGreeting});
+    end();
 }
 
 void NetLink::takePacket(std::span<const unsigned char> packet)
@@ -80,7 +94,10 @@ void NetLink::takePacket(std::span<const unsigned char> packet)
     if (m_Phase == kOpen)
         takeMessage(stream);
     else if (!takeGreeting(stream))
+    {
         m_IsUnusable = true;
+        noteCause({EndCause::kMalformed, 0});
+    }
 }
 
 bool NetLink::greet(const Uuid& id)
@@ -119,6 +136,8 @@ bool NetLink::takeGreeting(InputStream& stream)
     NetSession* const session = m_Session;
     const Unknown::Handle_T<NetSession> keep = session->getRefCount() > 0 ? session : nullptr;
     guard(*session, [&] { session->dispense(*event); });
+    if (m_Session)
+        session->callEstablished();
     return true;
 }
 
@@ -161,6 +180,7 @@ bool NetLink::sendMessage(const Message& message)
         return true;
     // A part of the packet may have been sent.
     m_IsUnusable = true;
+    noteCause({EndCause::kOutputFull, 0});
     hurry();
     Log::error(L"Error while writing data to network:%s", getPeerName());
     return false;
@@ -180,6 +200,7 @@ void NetLink::end()
         event = Evt_NetClosed::createInstance();
     else
         event = Evt_NetAbort::createInstance();
+    event->m_Cause = getNotedCause();
     // Not earlier: without memory for the event the next tick tries again.
     m_Phase = kEnded;
     session->finish(*event);

@@ -34,8 +34,9 @@ public:
     bool isOpen() const { return m_Phase == kOpen; }
     bool hasEnded() const { return m_Phase == kEnded; }
     bool sendMessage(const Message& message);
-    // The session releases the link: closes, and calls the session no more.
-    void leave();
+    // The session releases the link: closes, and calls the session no more. The cause, if any, is the session's.
+    void leave(EndCause cause);
+    void onWritable() override;
 
     // Calls a host's code; its exceptions are logged and caught.
     template <class Call>

@@ -97,6 +97,11 @@ void Seat::endHandshake()
     m_IsSecuring = false;
 }
 
+void Seat::countEnd(EndCause cause)
+{
+    m_Crowd->m_Ends.add(cause);
+}
+
 void Seat::noteInput()
 {
     if (limits().m_IdleTime == 0)
@@ -281,8 +286,7 @@ void Crowd::endLate()
             guard(L"a connection", connection, [&] { connection->endLateHandshake(); });
             continue;
         }
-        Log::message(L"No input from %s for %u ms", link->m_Owner->getPeerName(), seat.limits().m_IdleTime);
-        link->m_Owner->fail(TcpConnection::kBroken);
+        link->m_Owner->fail(TcpConnection::kBroken, {EndCause::kTimedOut, EndCause::kInput});
     }
 }
 

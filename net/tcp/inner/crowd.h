@@ -4,6 +4,7 @@
 
 #include "net/inner/address_counts.h"
 #include "net/inner/counted.h"
+#include "net/inner/end_counts.h"
 #include "net/limits.h"
 
 #include <deque>
@@ -60,6 +61,8 @@ public:
     bool isTimed() const { return m_IsTimed; }
     // The connection was accepted, or input was received from its peer.
     void noteInput();
+    // The connection has ended by this cause.
+    void countEnd(EndCause cause);
 
 protected:
     Seat() = default;
@@ -109,6 +112,9 @@ public:
     // most.
     void noteRefused();
 
+    // The ends of the port's connections, and the connections that it refused, by cause.
+    EndCounts& ends() { return m_Ends; }
+
     // Sets whether the port calls serve().
     void setServed(bool isServed);
     // Runs steps of handshakes within the limits, and ends the connections whose deadline has passed. True if steps are
@@ -135,6 +141,7 @@ private:
     NetLimits m_Limits;
     // Those of the present limits; null while no seat has them.
     Terms* m_Terms = nullptr;
+    EndCounts m_Ends;
     AddressCounts m_Addresses;
     int m_Count = 0;
     size_t m_Input = 0;

@@ -21,11 +21,11 @@ void TcpLink::waitForOutput()
     poller().want(*this, kReadyOutput);
 }
 
-bool TcpLink::connect(const Endpoint& peer)
+bool TcpLink::connect(const Endpoint& peer, Door::Fault& fault)
 {
     m_Owner->takePeer(peer);
     prepare();
-    if (door().connect(getHandle(), peer))
+    if ((fault = door().connect(getHandle(), peer)))
         return false;
     // Not earlier: the poller reports a socket that is not connecting as broken.
     m_IsConnecting = true;
@@ -38,7 +38,7 @@ bool TcpLink::connectByName(Reactor& reactor, const char* name, unsigned short p
     return m_Race && m_Race->lookUp(name);
 }
 
-bool TcpLink::beginNamed()
+bool TcpLink::beginNamed(Door::Fault& fault)
 {
     const std::vector<Endpoint>& found = m_Race->takeAddresses();
     if (found.empty())
@@ -51,15 +51,16 @@ bool TcpLink::beginNamed()
     // The socket that has waited for the name is one of IPv4.
     const Endpoint peer = found.front();
     m_Race.reset();
-    return connect(peer);
+    return connect(peer, fault);
 }
 
-TcpRace::State TcpLink::race()
+TcpRace::State TcpLink::race(Door::Fault& fault)
 {
     TcpRace::State state = TcpRace::kLost;
     try
     {
         state = m_Race->step();
+        fault = m_Race->getFault();
     }
     catch (const std::bad_alloc&)
     {
@@ -79,11 +80,6 @@ TcpRace::State TcpLink::race()
 void TcpLink::reportAttempt()
 {
     report(TcpConnection::kConnected);
-}
-
-bool TcpLink::isConnected()
-{
-    return !door().endConnect(getHandle());
 }
 
 void TcpLink::onReady(unsigned char ready)
@@ -123,7 +119,7 @@ void TcpLink::flushOwner()
 void TcpLink::failOwner()
 {
     if (m_Owner)
-        m_Owner->fail(TcpConnection::kBroken);
+        m_Owner->fail(TcpConnection::kBroken, {EndCause::kThrown, 0});
 }
 
 } // namespace zet::inner

@@ -31,23 +31,28 @@ struct TcpLink final : Watched, Seat, Counted<TcpLink>
     void waitForInput(bool isCutShort);
     void waitForOutput();
     // Starts a connection with an open socket; its result is reported to the owner. False if it failed at once.
-    bool connect(const Endpoint& peer);
+    bool connect(const Endpoint& peer, Door::Fault& fault);
     // The same to a host name: the owner gets kConnected once the name is resolved, and calls beginNamed().
     bool connectByName(Reactor& reactor, const char* name, unsigned short port);
     bool isNamed() const { return m_Race && m_Race->isLookingUp(); }
-    bool beginNamed();
+    // The lookup has found an address.
+    bool isResolved() const { return m_Race->hasFound(); }
+    bool beginNamed(Door::Fault& fault);
+    const char* getRaceName() const { return m_Race->getName(); }
+    unsigned short getRacePort() const { return m_Race->getPort(); }
     // After that, while the name has several addresses: race() tries them, to be called with each report and each tick.
     // The link takes the winner's handle and address.
     bool isRacing() const { return m_Race != nullptr; }
-    TcpRace::State race();
+    // If no attempt was established, fault is that of the last one; none if memory was short.
+    TcpRace::State race(Door::Fault& fault);
     void reportAttempt();
     void close()
     {
         m_Race.reset();
         Watched::close();
     }
-    // Whether the connection succeeded; called once, after its result was reported.
-    bool isConnected();
+    // Whether the connection failed; called once, after its result was reported.
+    Door::Fault endConnect() { return door().endConnect(getHandle()); }
     void onReady(unsigned char ready) override;
     void flushOwner();
     // Ends the owner as kBroken.

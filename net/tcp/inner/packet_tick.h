@@ -36,8 +36,10 @@ public:
     template <class Take>
     bool run(unsigned int tick, unsigned int limit, Take take)
     {
+        m_Stream.reportOpen();
         dispatch(limit, take);
-        m_Stream.TcpStream::onTick(tick);
+        m_Stream.tickStream(tick);
+        m_Stream.reportOpen();
         const TcpConnection::ConnectionState state = m_Stream.getConnectionState();
         if ((state != TcpConnection::kConnecting && state != TcpConnection::kEstablished) || m_IsBroken)
             return false;
@@ -82,6 +84,7 @@ private:
             if (!m_Reader.read(packet))
             {
                 m_IsBroken = true;
+                m_Stream.noteCause({EndCause::kPacketTooLong, 0});
                 return false;
             }
             if (!packet.empty())

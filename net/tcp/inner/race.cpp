@@ -5,6 +5,7 @@
 #include "net/tcp/inner/link.h"
 
 #include <algorithm>
+#include <new>
 
 namespace zet::inner
 {
@@ -16,15 +17,15 @@ struct TcpRace::Attempt final : Watched
     {
     }
 
-    bool begin()
+    bool begin(Door::Fault& fault)
     {
-        Door::Fault fault;
         take(door().open(Door::kStream, Door::familyOf(m_Peer), fault));
         if (fault)
             return false;
         door().setOption(getHandle(), Door::kNoDelay, 1);
         // Watch it after connect(): before it, the system reports the socket as broken.
-        return !door().connect(getHandle(), m_Peer) && startWatch(kReadyInput | kReadyOutput);
+        fault = door().connect(getHandle(), m_Peer);
+        return !fault && startWatch(kReadyInput | kReadyOutput);
     }
     void onReady(unsigned char ready) override
     {
@@ -47,6 +48,14 @@ TcpRace::~TcpRace() = default;
 
 bool TcpRace::lookUp(const char* name)
 {
+    try
+    {
+        m_Name = name;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return false;
+    }
     m_Lookup = m_Reactor.resolve(name,
                                  [this](std::vector<Endpoint>&& found)
                                  {
@@ -86,7 +95,8 @@ bool TcpRace::findWinner()
             ++each;
             continue;
         }
-        if (!attempt.door().endConnect(attempt.getHandle()))
+        m_Fault = attempt.door().endConnect(attempt.getHandle());
+        if (!m_Fault)
         {
             m_Peer = attempt.m_Peer;
             std::swap(*each, m_Attempts.front());
@@ -103,7 +113,7 @@ bool TcpRace::begin(const Endpoint& peer)
     m_Attempts.reserve(m_Addresses.size());
     auto attempt = std::make_unique<Attempt>(m_Link, m_Reactor, peer);
     m_Peer = peer;
-    if (!attempt->begin())
+    if (!attempt->begin(m_Fault))
         return false;
     m_Attempts.push_back(std::move(attempt));
     m_NextAt = getTimeTick() + kNextAfter;

@@ -4,6 +4,7 @@
 #include "net/inner/watched.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace zet::inner
@@ -36,6 +37,10 @@ public:
     // Requests the addresses of a name, and reports to the link when they are known. False for lack of memory.
     bool lookUp(const char* name);
     bool isLookingUp() const { return m_Lookup != nullptr; }
+    // Whether the lookup has found an address; the name and the port that were asked for.
+    bool hasFound() const { return !m_Addresses.empty(); }
+    const char* getName() const { return m_Name.c_str(); }
+    unsigned short getPort() const { return m_Port; }
     // Ends the lookup with the addresses that were found.
     const std::vector<Endpoint>& takeAddresses();
     // Call it when the link reports that an attempt has ended, and with each tick.
@@ -50,6 +55,8 @@ public:
     }
     // The address of the winner, or of the latest attempt.
     const Endpoint& getPeer() const { return m_Peer; }
+    // Of the latest attempt that failed.
+    const Door::Fault& getFault() const { return m_Fault; }
 
 private:
     struct Attempt;
@@ -60,7 +67,9 @@ private:
     TcpLink& m_Link;
     Reactor& m_Reactor;
     const unsigned short m_Port;
+    std::string m_Name;
     std::shared_ptr<Lookup> m_Lookup;
+    Door::Fault m_Fault;
     std::vector<Endpoint> m_Addresses;
     size_t m_Next = 0;
     std::vector<std::unique_ptr<Attempt>> m_Attempts;

@@ -1,6 +1,7 @@
 // The TLS session of one connection: bytes in, bytes out, and no socket.
 #pragma once
 
+#include "net/end_cause.h"
 #include "net/inner/blocks.h"
 #include "net/tls/context.h"
 
@@ -66,6 +67,7 @@ public:
     // Such as "TLS1.3-X.509-...".
     String_T<wchar_t> getDescription() const;
     const String_T<wchar_t>& getFault() const { return m_Fault; }
+    EndCause getCause() const { return m_Cause; }
 
     Unknown::Handle_T<TlsContext> m_Context;
     // The name or address that a server's certificate must contain: the one that the client connects to, unless the
@@ -99,6 +101,8 @@ private:
     // The session that a client offers to resume, until the handshake is done.
     std::vector<unsigned char> m_Offered;
     String_T<wchar_t> m_Fault;
+    EndCause m_Cause;
+    EndCause::Rule m_Rule = EndCause::kOtherRule;
     bool m_IsDone = false;
     bool m_HasTicket = false;
     // The alert for a fault that verify() has found; 0 for the one that GnuTLS chooses.

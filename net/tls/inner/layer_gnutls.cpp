@@ -156,13 +156,14 @@ void TlsLayer::end()
     m_IsDone = false;
     m_HasTicket = false;
     m_VerifyAlert = 0;
+    m_Rule = EndCause::kOtherRule;
     TlsStore::wipe(m_Offered);
     m_Offered = {};
 }
 
 int TlsLayer::verify()
 {
-    return verifyPeer(m_Session, m_IsClient, m_HostName.c_str(), m_Fault, &m_VerifyAlert);
+    return verifyPeer(m_Session, m_IsClient, m_HostName.c_str(), m_Fault, &m_VerifyAlert, &m_Rule);
 }
 
 // The alert that the protocol demands where GnuTLS would send a more general one; otherwise 0.
@@ -176,9 +177,12 @@ int TlsLayer::alertOf(int code) const
 
 TlsLayer::Result TlsLayer::fail(int code)
 {
+    m_Cause = causeOfTls(code, m_Rule);
     if (code == GNUTLS_E_FATAL_ALERT_RECEIVED)
     {
-        const char* const name = gnutls_alert_get_name(gnutls_alert_get(m_Session));
+        const auto alert = gnutls_alert_get(m_Session);
+        m_Cause.m_Detail = static_cast<unsigned short>(alert);
+        const char* const name = gnutls_alert_get_name(alert);
         m_Fault = L"The peer says: ";
         m_Fault += StringHelper::utf8ToWide(name ? name : "unknown alert");
         return kFailed;

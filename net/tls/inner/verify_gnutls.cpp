@@ -56,6 +56,31 @@ int alertOf(unsigned int status)
     return status & GNUTLS_CERT_EXPIRED ? GNUTLS_A_CERTIFICATE_EXPIRED : 0;
 }
 
+// The first of these that the status names: a certificate that no authority vouches for says nothing else for certain.
+EndCause::Rule ruleOf(unsigned int status)
+{
+    constexpr struct
+    {
+        unsigned int m_Status;
+        EndCause::Rule m_Rule;
+    } kRules[] = {
+        {GNUTLS_CERT_SIGNER_NOT_FOUND | GNUTLS_CERT_SIGNER_NOT_CA | GNUTLS_CERT_SIGNATURE_FAILURE,
+         EndCause::kUntrusted},
+        {GNUTLS_CERT_REVOKED, EndCause::kRevoked},
+        {GNUTLS_CERT_EXPIRED, EndCause::kExpired},
+        {GNUTLS_CERT_NOT_ACTIVATED, EndCause::kNotYetValid},
+        {GNUTLS_CERT_INSECURE_ALGORITHM, EndCause::kWeak},
+        {GNUTLS_CERT_PURPOSE_MISMATCH, EndCause::kWrongPurpose},
+        {GNUTLS_CERT_UNEXPECTED_OWNER, EndCause::kWrongName},
+        {GNUTLS_CERT_REVOCATION_DATA_SUPERSEDED | GNUTLS_CERT_REVOCATION_DATA_ISSUED_IN_FUTURE,
+         EndCause::kOldRevocations},
+    };
+    for (const auto& each : kRules)
+        if (status & each.m_Status)
+            return each.m_Rule;
+    return EndCause::kOtherRule;
+}
+
 } // namespace
 
 bool isAddress(const char* host)
@@ -70,8 +95,31 @@ void requestCertificate(gnutls_session_t session, TlsContext::ClientCertificate 
                                                                                        : GNUTLS_CERT_REQUEST);
 }
 
-int verifyPeer(gnutls_session_t session, bool isClient, const char* name, String_T<wchar_t>& fault, int* alert)
+EndCause causeOfTls(int code, EndCause::Rule rule)
 {
+    switch (code)
+    {
+    case GNUTLS_E_CERTIFICATE_ERROR:
+    case GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR:
+        return {EndCause::kCertificate, rule};
+    case GNUTLS_E_NO_CERTIFICATE_FOUND:
+    case GNUTLS_E_CERTIFICATE_REQUIRED:
+        return {EndCause::kCertificate, EndCause::kMissing};
+    case GNUTLS_E_MEMORY_ERROR:
+        return {EndCause::kNoMemory, 0};
+    default:
+        return {EndCause::kTls, 0};
+    }
+}
+
+int verifyPeer(gnutls_session_t session, bool isClient, const char* name, String_T<wchar_t>& fault, int* alert,
+               EndCause::Rule* rule)
+{
+    const auto setRule = [rule](EndCause::Rule violated)
+    {
+        if (rule)
+            *rule = violated;
+    };
     if (alert)
         *alert = 0;
     unsigned int count = 0;
@@ -80,6 +128,7 @@ int verifyPeer(gnutls_session_t session, bool isClient, const char* name, String
     {
         if (!isClient)
             return 0;
+        setRule(EndCause::kMissing);
         fault = L"The server has shown no certificate";
         return GNUTLS_E_CERTIFICATE_ERROR;
     }
@@ -92,11 +141,13 @@ int verifyPeer(gnutls_session_t session, bool isClient, const char* name, String
     {
         if (!isClient || namesHost(chain[0]))
             return 0;
+        setRule(EndCause::kNoName);
         fault = L"The server's certificate names no host but in its subject";
         return GNUTLS_E_CERTIFICATE_ERROR;
     }
     if (alert && code >= 0)
         *alert = alertOf(status);
+    setRule(code >= 0 ? ruleOf(status) : EndCause::kOtherRule);
     const int told = code < 0 ? code : GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR;
     gnutls_datum_t text{nullptr, 0};
     if (code >= 0 && gnutls_certificate_verification_status_print(status, GNUTLS_CRT_X509, &text, 0) == 0)
