@@ -90,7 +90,7 @@ if(NOT WIN32)
   set(most 1100)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64"
      AND CMAKE_CXX_FLAGS_DEBUG STREQUAL "-O1 -g1 -D_GLIBCXX_ASSERTIONS" AND CMAKE_BUILD_TYPE STREQUAL "Debug")
-    list(APPEND most 2120000)
+    list(APPEND most 2240000)
   endif()
   add_test(NAME House.TheLibraryLoadsFast
     COMMAND Python3::Interpreter ${scripts}/check_relocations.py $<TARGET_FILE:commonground> ${preemptible} ${most})

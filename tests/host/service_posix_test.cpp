@@ -21,7 +21,7 @@ namespace
 
 using test::tickUntil;
 
-// The program service_under_test, with log files in a folder of its own.
+// The program tested_service, with log files in a folder of its own.
 class Process
 {
 public:
@@ -38,7 +38,7 @@ public:
 
     std::vector<std::string> words(const std::vector<std::string>& options) const
     {
-        std::vector<std::string> all = test::getStartWords("service_under_test");
+        std::vector<std::string> all = test::getStartWords("tested_service");
         all.insert(all.end(), {"--log-folder", m_Folder.m_Path.string() + "/"});
         all.insert(all.end(), options.begin(), options.end());
         return all;

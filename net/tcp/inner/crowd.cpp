@@ -99,7 +99,7 @@ void Seat::endHandshake()
 
 void Seat::countEnd(EndCause cause)
 {
-    m_Crowd->m_Ends.add(cause);
+    crowd().m_Ends.add(cause);
 }
 
 void Seat::noteInput()
