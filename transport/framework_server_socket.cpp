@@ -91,8 +91,8 @@ void CFrameworkServerSocket::onTick(unsigned int tick)
     tickClients(tick);
     TcpServer::onTick(tick);
     // Accepted now, or threw: their next turn is in the next tick.
-    if (zet::System* const system = getSystem(); system && !m_Ready->isEmpty())
-        system->tickBy(tick + zet::System::kTickInterval);
+    if (!m_Ready->isEmpty() && getSystem())
+        getSystem()->tickBy(tick + zet::System::kTickInterval);
 }
 
 void CFrameworkServerSocket::tickClients(unsigned int tick)

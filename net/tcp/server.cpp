@@ -247,7 +247,8 @@ void TcpServer::onTick(unsigned int)
     acceptPending();
     if (m_Listener && m_Crowd->serve())
         hurry();
-    setNextTick();
+    if (m_IsResting || m_Crowd->hasDeadlines())
+        setNextTick();
 }
 
 // Without an event: accepting goes on after a pause, and deadlines pass.
@@ -258,9 +259,8 @@ void TcpServer::setNextTick()
         return;
     if (m_IsResting && m_IsReady)
         system->tickBy(m_RestUntil);
-    unsigned int moment = 0;
-    if (m_Crowd->getNextDeadline(moment))
-        system->tickBy(moment);
+    if (m_Crowd->hasDeadlines())
+        system->tickBy(m_Crowd->getNextDeadline());
 }
 
 void TcpServer::acceptPending()

@@ -232,12 +232,9 @@ bool Crowd::serve()
     return !m_Steps.empty();
 }
 
-bool Crowd::getNextDeadline(unsigned int& moment) const
+unsigned int Crowd::getNextDeadline() const
 {
-    if (m_Deadlines.empty())
-        return false;
-    moment = m_Deadlines.front().m_Moment;
-    return true;
+    return m_Deadlines.front().m_Moment;
 }
 
 void Crowd::takeSteps()

@@ -120,8 +120,9 @@ public:
     // Runs steps of handshakes within the limits, and ends the connections whose deadline has passed. True if steps are
     // left.
     bool serve();
-    // The time of the next deadline; false if there is none.
-    bool getNextDeadline(unsigned int& moment) const;
+    bool hasDeadlines() const { return !m_Deadlines.empty(); }
+    // The time of the next one. REQUIRES: hasDeadlines().
+    unsigned int getNextDeadline() const;
 
 private:
     friend class Seat;
