@@ -80,6 +80,25 @@ zet::String_T<char> toText(const std::string& text)
     return {text.data(), static_cast<int>(text.size())};
 }
 
+// A port counts what it refused with the ends of its connections.
+template <class Server>
+void addEnds(ListenerFigures& figures, const Server& server)
+{
+    for (int i = zet::EndCause::kNone + 1; i < zet::EndCause::kCodes; ++i)
+    {
+        const auto code = static_cast<zet::EndCause::Code>(i);
+        const unsigned long long count = server.getEndCount(code);
+        if (count == 0)
+            continue;
+        if (code == zet::EndCause::kFiltered)
+            figures.m_Refused["filter"] = count;
+        else if (code == zet::EndCause::kTooMany)
+            figures.m_Refused["cap"] = count;
+        else
+            figures.m_Ended[zet::EndCause::getLabel(code)] = count;
+    }
+}
+
 } // namespace
 
 Metrics::Metrics(bool isOn) : m_IsOn(isOn), m_Families(std::make_unique<inner::MetricFamilies>()) {}
@@ -135,6 +154,7 @@ void Metrics::watch(const std::string& name, CFrameworkServerSocket& server)
               QueueWalk walk;
               server.GetAllClientSocket()->foreach(walk);
               figures.m_QueuedBytes = walk.m_Bytes;
+              addEnds(figures, server);
               return figures;
           });
 }
@@ -149,6 +169,7 @@ void Metrics::watch(const std::string& name, UdpServerSocket& server)
               UdpWalk walk;
               server.GetAllClientSocket()->foreach(walk);
               figures.m_QueuedBytes = walk.m_Bytes;
+              addEnds(figures, server);
               if (walk.m_Timed > 0)
                   figures.m_RoundTripSeconds = static_cast<double>(walk.m_Microseconds) / walk.m_Timed / 1e6;
               const zet::UdpServer::Traffic traffic = server.getTraffic();

@@ -36,7 +36,9 @@ using MetricLabels = std::vector<std::pair<std::string, std::string>>;
 class COMMONGROUND_API MetricCounter
 {
 public:
+    // Counts so many more events; the total wraps at 2^64.
     void add(unsigned long long number = 1) { m_Value.fetch_add(number, std::memory_order_relaxed); }
+    // The total so far.
     unsigned long long get() const { return m_Value.load(std::memory_order_relaxed); }
 
 private:
@@ -47,8 +49,10 @@ private:
 class COMMONGROUND_API MetricGauge
 {
 public:
+    // Replaces the value, or changes it by a difference, which may be negative.
     void set(double value) { m_Value.store(value, std::memory_order_relaxed); }
     void add(double value);
+    // The present value.
     double get() const { return m_Value.load(std::memory_order_relaxed); }
 
 private:
@@ -62,7 +66,9 @@ public:
     // Ascending bounds.
     explicit MetricHistogram(std::vector<double> bounds);
 
+    // Counts one value.
     void add(double value);
+    // Those of the constructor.
     const std::vector<double>& getBounds() const { return m_Bounds; }
     // The number of values of each bound, and last of those above all.
     std::vector<unsigned long long> getCounts() const;
@@ -132,11 +138,13 @@ struct ListenerFigures
 class COMMONGROUND_API Metrics
 {
 public:
+    // A service makes its own, off.
     explicit Metrics(bool isOn = true);
     ~Metrics();
     Metrics(const Metrics&) = delete;
     Metrics& operator=(const Metrics&) = delete;
 
+    // Whether watch() of an analyser counts its commands.
     bool isOn() const { return m_IsOn; }
     // Before anything is watched.
     void setOn(bool isOn) { m_IsOn = isOn; }

@@ -139,6 +139,7 @@ public:
     // Returns an ExitCode for main() to return. A service runs once.
     int run(int count, char** words);
 
+    // The System that run() ticks; hosts start their servers and tasks in it.
     zet::System& getSystem() const;
 
 private:

@@ -27,6 +27,7 @@ public:
         kPermitted
     };
 
+    // One network of a list.
     struct Rule
     {
         // IPv6 in network order. An IPv4 address is the last four bytes, after ten bytes of 0 and two of 0xFF, whose

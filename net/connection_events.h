@@ -35,7 +35,7 @@ public:
 
 protected:
     ConnectionEvents() = default;
-    ~ConnectionEvents() = default;
+    virtual ~ConnectionEvents() = default;
     ConnectionEvents(const ConnectionEvents&) = delete;
     ConnectionEvents& operator=(const ConnectionEvents&) = delete;
 

@@ -118,6 +118,7 @@ struct COMMONGROUND_API EndCause
         kOldRevocations
     };
 
+    // Whether there is a cause.
     explicit operator bool() const { return m_Code != kNone; }
     friend bool operator==(const EndCause& a, const EndCause& b)
     {

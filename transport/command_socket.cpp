@@ -140,13 +140,11 @@ void CCommandSocket::limitPackets()
 
 unsigned int CCommandSocket::detach()
 {
-    ++m_CloseCount;
     return TcpStream::detach();
 }
 
 void CCommandSocket::close()
 {
-    ++m_CloseCount;
     m_PacketReader.detach();
     m_PacketWriter.detach();
     m_bNetError = false;

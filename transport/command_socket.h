@@ -43,10 +43,6 @@ public:
     virtual void OnCmdSend(int size);
     virtual void OnCmdRecv(int size);
 
-    // The number of calls of close() and detach() so far, which distinguishes the connections that one object has in
-    // turn.
-    unsigned int GetCloseCount() const { return m_CloseCount; }
-
     // Whether the class of this object overrides onTick(), or may do so. If it does not, its server ticks it only when
     // something has happened on it, since other ticks would do nothing.
     bool HasOwnTick() const;
@@ -72,7 +68,6 @@ protected:
 
 private:
     zet::PeerLog m_PeerLog;
-    unsigned int m_CloseCount = 0;
 
 protected:
     bool m_bNetError = false;

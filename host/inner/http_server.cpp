@@ -33,6 +33,14 @@ const char* reasonOf(int status)
     }
 }
 
+// A scrape every few seconds would fill the log.
+class UnloggedStream final : public zet::TcpStream
+{
+public:
+    // Of the connection that it has now.
+    void leaveOutOfLog() { setEndLogged(); }
+};
+
 } // namespace
 
 HttpServer::HttpServer(Answer answer) : m_Answer(std::move(answer))
@@ -58,9 +66,11 @@ void HttpServer::close()
 
 void HttpServer::onAccept()
 {
-    const zet::Unknown::Handle_T<zet::TcpStream> stream(new zet::TcpStream);
-    if (accept(stream))
-        m_Clients.push_back({stream, zet::getTimeTick() + kMostTime});
+    const zet::Unknown::Handle_T<UnloggedStream> stream(new UnloggedStream);
+    if (!accept(stream))
+        return;
+    stream->leaveOutOfLog();
+    m_Clients.push_back({zet::Unknown::Handle_T<zet::TcpStream>(stream), zet::getTimeTick() + kMostTime});
 }
 
 void HttpServer::onTick(unsigned int tick)

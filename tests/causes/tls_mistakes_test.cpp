@@ -125,7 +125,7 @@ TEST(TlsMistakes, FilesAndKeysAreNamed)
     test::Loopback net(analyser);
     EXPECT_FALSE(net.m_Server->setTlsContext(context));
     const std::string text = error.text();
-    expectIn(text, " [E] File 'no-such-file.pem' is not to be read for TLS\n");
+    expectIn(text, " [E] File 'no-such-file.pem' cannot be read for TLS\n");
     expectIn(text, " [E] No TLS certificate: ");
     expectIn(text, " [E] A TLS server needs a certificate\n");
 }

@@ -217,6 +217,28 @@ TEST(Metrics, SentCommandsAreCounted)
     EXPECT_EQ(text.find("commonground_listener_accepted"), std::string::npos) << "not known";
 }
 
+TEST(Metrics, EndsOfAPortsConnectionsAreCountedByCause)
+{
+    test::NoteAnalyser server;
+    test::Loopback loopback(server);
+    host::Metrics metrics;
+    metrics.watch("notes", *loopback.m_Server);
+    test::NoteAnalyser clientAnalyser;
+    const test::ClientHandle client = loopback.connect(clientAnalyser);
+    ASSERT_TRUE(client);
+    client->close();
+    ASSERT_TRUE(test::tickUntil(loopback.m_System, [&] { return loopback.m_Server->GetClientCount() == 0; }));
+    ASSERT_TRUE(loopback.m_Server->addRejectSubnet(L"127.0.0.0/8"));
+    const test::ClientHandle refused(new test::Client(clientAnalyser));
+    refused->start(&loopback.m_System);
+    ASSERT_TRUE(refused->connect(L"127.0.0.1", loopback.m_Server->getPort(), false));
+    const auto filtered = [&] { return loopback.m_Server->getEndCount(zet::EndCause::kFiltered) > 0; };
+    ASSERT_TRUE(test::tickUntil(loopback.m_System, filtered));
+    const std::string text = textOf(metrics);
+    EXPECT_EQ(valueOf(text, "commonground_listener_ended_total{listener=\"notes\",cause=\"closed_by_peer\"}"), "1");
+    EXPECT_EQ(valueOf(text, "commonground_listener_refused_total{listener=\"notes\",reason=\"filter\"}"), "1");
+}
+
 TEST(Metrics, CountingAllocatesNothing)
 {
     Dispatch dispatch;

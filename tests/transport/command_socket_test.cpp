@@ -53,17 +53,6 @@ TEST(CommandSocket, ANewOneIsInvalidAndDown)
     EXPECT_TRUE(socket->getPeerName() == L"");
 }
 
-TEST(CommandSocket, EachEndOfAConnectionByTheHostIsCounted)
-{
-    NoteAnalyser analyser;
-    const auto socket = CCommandSocket::createInstance(analyser);
-    const unsigned int before = socket->GetCloseCount();
-    socket->close();
-    EXPECT_EQ(socket->GetCloseCount(), before + 1);
-    socket->detach();
-    EXPECT_EQ(socket->GetCloseCount(), before + 2);
-}
-
 TEST(CommandSocket, ATickOnAnInvalidOneDoesNothing)
 {
     NoteAnalyser analyser;
