@@ -63,8 +63,8 @@ endif()
 # The many classes of these floors need a third less code with -O2 than with CMake's -O3. Those that are sent many times
 # a second keep -O3.
 set(many ${sources})
-list(FILTER many INCLUDE REGEX "/(commands|packs|playerdata|runtime)/[a-z0-9_]+\\.cpp$")
-list(FILTER many EXCLUDE REGEX "/commands/(camera|device|race_pawn)\\.cpp$|/packs/home\\.cpp$")
+list(FILTER many INCLUDE REGEX "/((commands|packs|playerdata|runtime)/[a-z0-9_]+|host/(inner/)?[a-z0-9_]+)\\.cpp$")
+list(FILTER many EXCLUDE REGEX "/commands/(camera|device|race_pawn)\\.cpp$|/packs/(home|envelope)\\.cpp$")
 set_property(SOURCE ${many} APPEND PROPERTY COMPILE_OPTIONS $<$<CONFIG:Release>:-O2>)
 
 if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND NOT WIN32)

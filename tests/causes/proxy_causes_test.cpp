@@ -24,8 +24,13 @@ using test::StandardError;
 using test::tickUntil;
 using zet::EndCause;
 
+struct Analysed
+{
+    NoteAnalyser m_Analyser;
+};
+
 // A client whose proxy refuses and closes.
-struct Refusing : test::Proxied
+struct Refusing : Analysed, test::Proxied
 {
     Refusing() : Proxied(m_Analyser) { test::refillLogShares(); }
 
@@ -44,8 +49,6 @@ struct Refusing : test::Proxied
         const auto lines = m_Logs.allLines();
         return std::count(lines.begin(), lines.end(), text) == 1;
     }
-
-    NoteAnalyser m_Analyser;
 };
 
 TEST(ProxyCauses, AMethodIsRefused)
