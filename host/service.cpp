@@ -41,8 +41,9 @@ public:
     {
         if (!CMyServiceSystem::ServiceOn() || !m_Parts.startHttp(*this))
             return false;
-        for (const auto& start : m_Parts.m_Start)
-            if (!isTrue(L"onStart()", start))
+        // A callable may add others: copies, by number.
+        for (size_t i = 0; i < m_Parts.m_Start.size(); ++i)
+            if (!isTrue(L"onStart()", std::function<bool()>(m_Parts.m_Start[i])))
             {
                 zet::Log::error(L"The service %s cannot start", getSystemName());
                 return false;
@@ -54,8 +55,8 @@ public:
     void ServiceOff() override
     {
         m_Parts.m_IsStarted = false;
-        for (const auto& stop : m_Parts.m_Stop)
-            zet::inner::guard(L"onStop()", nullptr, stop);
+        for (size_t i = 0; i < m_Parts.m_Stop.size(); ++i)
+            zet::inner::guard(L"onStop()", nullptr, std::function<void()>(m_Parts.m_Stop[i]));
         m_Parts.stopHttp();
         CMyServiceSystem::ServiceOff();
     }
@@ -74,6 +75,9 @@ public:
             CMyServiceSystem::tick();
         if (m_Parts.m_Drain.isBegun() && !isShutdown() && m_Parts.m_Drain.step(*this, zet::getTimeTick()))
             shutdown();
+        // Also with a longer interval between ticks the watchdog is fed, and a drain ends in time.
+        if (m_Parts.m_Manager.isWatched() || m_Parts.m_Drain.isBegun())
+            tickBy(zet::getTimeTick() + kTickInterval);
     }
 
     void beginDrain()
@@ -83,8 +87,8 @@ public:
         zet::Log::message(L"Draining for at most %d ms", m_Parts.m_DrainTime);
         m_Parts.m_Manager.report("STOPPING=1");
         m_Parts.m_Drain.begin(zet::getTimeTick(), static_cast<unsigned int>(m_Parts.m_DrainTime));
-        for (const auto& drain : m_Parts.m_OnDrain)
-            zet::inner::guard(L"onDrain()", nullptr, drain);
+        for (size_t i = 0; i < m_Parts.m_OnDrain.size(); ++i)
+            zet::inner::guard(L"onDrain()", nullptr, std::function<void()>(m_Parts.m_OnDrain[i]));
         m_Parts.m_Drain.stopAccepting();
     }
 
@@ -124,11 +128,12 @@ private:
             m_Parts.m_Manager.reportReloading();
         openLog();
         int failed = 0;
-        for (const auto& each : m_Parts.m_Reload)
-            failed += !isTrue(L"onReload()", each);
+        const size_t count = m_Parts.m_Reload.size();
+        for (size_t i = 0; i < count; ++i)
+            failed += !isTrue(L"onReload()", std::function<bool()>(m_Parts.m_Reload[i]));
         if (failed > 0)
             zet::Log::error(L"Reloaded, but %d of %d parts stay as they were", failed,
-                            static_cast<int>(m_Parts.m_Reload.size()));
+                            static_cast<int>(count));
         else
             zet::Log::message(L"Reloaded");
         if (isReported)

@@ -105,8 +105,8 @@ public:
     // Called at the end, after the last tick and before the tasks of the System stop. The log is stopped already.
     void onStop(std::function<void()> stop);
 
-    // The server is drained at the end, and each request to reload reads its address files again. Not owned; it must
-    // live until run() returns. isAnswered: whether nothing that arrived on a connection still waits for an answer of
+    // The server is drained at the end; for each request to reload, that of TCP reads its address files again. Not
+    // owned; it must live until run() returns. isAnswered: whether nothing that arrived on a connection still waits for an answer of
     // the host.
     void serve(CFrameworkServerSocket& server, std::function<bool(CFrameworkClientSocket&)> isAnswered = {});
     void serve(UdpServerSocket& server, std::function<bool(UdpClientSocket&)> isAnswered = {});

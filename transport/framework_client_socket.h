@@ -37,13 +37,12 @@ public:
 
     unsigned char m_ServerType = kUnknownServerType;
     zet::Uuid m_PeerServerId;
-    // Here they fill a gap: a server has thousands of sockets. m_Reserved is copied with the object and not touched
-    // otherwise.
-    unsigned short m_Port = 0;
-    unsigned short m_Reserved = 0;
     zet::String_T<wchar_t> m_Version;
     zet::String_T<wchar_t> m_ServerName;
     zet::String_T<wchar_t> m_IP;
+    unsigned short m_Port = 0;
+    // Copied with the object and not touched otherwise.
+    unsigned short m_Reserved = 0;
     // The id under which the server's dictionary holds this socket; all zero if it does not. The server sets it.
     zet::Uuid m_RegisteredId;
 

@@ -56,7 +56,6 @@ constexpr double kNanosecond = 1e-9;
 
 } // namespace
 
-// Two cache lines would do for the counters; the histogram's are allocated beside.
 struct CommandMetrics::Row
 {
     Row() : m_Seconds(Metrics::getDurationBounds()) {}

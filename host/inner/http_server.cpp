@@ -89,6 +89,9 @@ void HttpServer::onTick(unsigned int tick)
         m_Clients.erase(m_Clients.begin() + static_cast<std::ptrdiff_t>(i));
     }
     zet::TcpServer::onTick(tick);
+    // Their times pass also with a longer interval between ticks.
+    if (!m_Clients.empty() && getSystem())
+        getSystem()->tickBy(tick + zet::System::kTickInterval);
 }
 
 bool HttpServer::tickClient(Client& client, unsigned int tick)

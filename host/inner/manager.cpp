@@ -48,7 +48,7 @@ void Manager::reportReloading() const
 
 void Manager::tick(unsigned int now)
 {
-    if (m_Interval == 0 || m_Socket.empty() || !zet::inner::isReached(m_Next, now))
+    if (!isWatched() || !zet::inner::isReached(m_Next, now))
         return;
     m_Next = now + m_Interval;
     report("WATCHDOG=1");

@@ -15,6 +15,7 @@ public:
 
     void report(const std::string& state) const;
     void reportReloading() const;
+    bool isWatched() const { return m_Interval > 0 && !m_Socket.empty(); }
     // In each tick, with the time of getTimeTick().
     void tick(unsigned int now);
 

@@ -110,6 +110,8 @@ void TcpConnection::setEstablished()
 
 void TcpConnection::closeFor(unsigned short reason)
 {
+    // Whatever was noted before, such as a proxy's answer: the host ends it.
+    forgetCause();
     noteCause({EndCause::kHost, reason});
     close();
 }

@@ -392,8 +392,11 @@ bool TcpServer::accept(TcpConnection* connection)
     if (!connection->take(link.get(), peer, m_Reactor, m_TlsContext))
     {
         link->m_Owner = nullptr;
-        const EndCause cause = connection->getEndCause();
-        return noteFault(cause ? cause : EndCause{EndCause::kTlsContext, 0});
+        // Its end is counted, if it has begun.
+        m_Fault = connection->getEndCause();
+        if (!m_Fault)
+            noteFault({EndCause::kTlsContext, 0});
+        return false;
     }
     setNextTick();
     return true;

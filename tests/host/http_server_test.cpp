@@ -239,7 +239,7 @@ TEST_F(Http, ConnectionsBeyondTheBoundAreClosed)
     ASSERT_TRUE(tickUntil(m_System, [&] { return m_Server->getConnectionCount() == HttpServer::kMostConnections; }));
     Client further(m_System, m_Server->getPort());
     EXPECT_TRUE(further.getsEnd());
-    EXPECT_EQ(m_Server->getConnectionCount(), HttpServer::kMostConnections);
+    EXPECT_EQ(m_Server->getConnectionCount(), +HttpServer::kMostConnections);
     ASSERT_TRUE(clients.front()->send(request("/served")));
     EXPECT_TRUE(clients.front()->gets("/served\n"));
     // A place that is free again is used.

@@ -26,7 +26,7 @@ public:
 
 private:
     // Notes the events of one socket, and passes them on.
-    struct NotingWatch : zet::inner::Watch
+    struct NotingWatch final : zet::inner::Watch
     {
         NotingWatch(bool& hasEvents, zet::inner::Watch& watch) : m_HasEvents(hasEvents), m_Watch(watch) {}
         void onReady(unsigned char ready) override
