@@ -6,12 +6,12 @@
 namespace zet::inner
 {
 
-// Connections that nothing watches pay one test of a flag at their end. THREADS: watch() and unwatch() may be called
-// on any thread; onWatchedEnd() comes on the connection's thread.
+// Connections that nothing watches pay one test of a flag at their end. A watch, its end and a watched end take a lock
+// of the process for a moment. THREADS: all of it belongs to the connection's thread.
 class EndWatcher
 {
 public:
-    // The connection may be any in a later call: the watch ends with the first end, and with unwatch().
+    // Until the connection ends, or unwatch(). One watcher may watch several connections.
     void watch(ConnectionEvents& connection);
     void unwatch(const ConnectionEvents& connection) noexcept;
     // Called by the connection at its end.
