@@ -132,8 +132,7 @@ private:
         for (size_t i = 0; i < count; ++i)
             failed += !isTrue(L"onReload()", std::function<bool()>(m_Parts.m_Reload[i]));
         if (failed > 0)
-            zet::Log::error(L"Reloaded, but %d of %d parts stay as they were", failed,
-                            static_cast<int>(count));
+            zet::Log::error(L"Reloaded, but %d of %d parts stay as they were", failed, static_cast<int>(count));
         else
             zet::Log::message(L"Reloaded");
         if (isReported)

@@ -106,8 +106,8 @@ public:
     void onStop(std::function<void()> stop);
 
     // The server is drained at the end; for each request to reload, that of TCP reads its address files again. Not
-    // owned; it must live until run() returns. isAnswered: whether nothing that arrived on a connection still waits for an answer of
-    // the host.
+    // owned; it must live until run() returns. isAnswered: whether nothing that arrived on a connection still waits for
+    // an answer of the host.
     void serve(CFrameworkServerSocket& server, std::function<bool(CFrameworkClientSocket&)> isAnswered = {});
     void serve(UdpServerSocket& server, std::function<bool(UdpClientSocket&)> isAnswered = {});
     // The drain waits while one of these questions is open, or while the callable returns true. As above, not owned.

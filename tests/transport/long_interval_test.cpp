@@ -174,7 +174,8 @@ TEST_F(LongInterval, ASessionWithoutGreetingEndsInTime)
     zet::uuid_create(id);
     // Its port accepts, and sends no greeting.
     ASSERT_TRUE(session->connect(zet::NetAddress(L"127.0.0.1", m_Server->getPort()), id));
-    EXPECT_EQ(timeUntil([&] { return session->getState() == zet::NetSession::kDown; }), +zet::NetSession::kGreetingTime);
+    EXPECT_EQ(timeUntil([&] { return session->getState() == zet::NetSession::kDown; }),
+              +zet::NetSession::kGreetingTime);
 }
 
 TEST_F(LongInterval, AQuestionTimesOutInTime)
