@@ -18,6 +18,9 @@ class EndWatcher;
 class COMMONGROUND_API ConnectionEvents
 {
 public:
+    ConnectionEvents(const ConnectionEvents&) = delete;
+    ConnectionEvents& operator=(const ConnectionEvents&) = delete;
+
     // The connection is established, with TLS after the handshake, and through a proxy once that has replied. Called
     // before anything received is handled; not from within connect() or accept().
     virtual void onEstablished();
@@ -36,8 +39,6 @@ public:
 protected:
     ConnectionEvents() = default;
     virtual ~ConnectionEvents() = default;
-    ConnectionEvents(const ConnectionEvents&) = delete;
-    ConnectionEvents& operator=(const ConnectionEvents&) = delete;
 
     // Proposes the cause of the coming end. The first cause that was noted counts; a later one replaces it only after
     // forgetCause().
