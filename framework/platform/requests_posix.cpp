@@ -6,7 +6,6 @@
 #include <cstddef>
 
 #include <sched.h>
-#include <signal.h>
 #include <unistd.h>
 
 namespace zet::platform
