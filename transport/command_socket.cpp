@@ -12,11 +12,34 @@
 #include "packaging/inner/socket_seam.h"
 
 #include <algorithm>
+#include <atomic>
 
 // A packet is one stream frame; a packet reader without another limit accepts the largest one.
 static constexpr int kLargestFrame = CCmdPackager::kMaxHeaderSize + CCmdPackager::kMaxDataSize;
 static_assert(zet::PacketReader::kDefaultLimit == kLargestFrame);
 static_assert(zet::PacketWriter::kHeadSize <= CCmdPackager::kSpareSize);
+
+// The targets of a call of onTick() in an object of CCommandSocket itself: on Windows each module that derives from it
+// has one of its own, which jumps to the function. The sockets of a fifth module are ticked always.
+static std::atomic<const void*> s_PlainTicks[4];
+
+static bool isPlainTick(const void* target)
+{
+    for (const auto& each : s_PlainTicks)
+        if (target && each.load(std::memory_order_relaxed) == target)
+            return true;
+    return false;
+}
+
+static void notePlainTick(const void* target)
+{
+    for (auto& each : s_PlainTicks)
+    {
+        const void* known = nullptr;
+        if (isPlainTick(target) || each.compare_exchange_strong(known, target, std::memory_order_relaxed))
+            return;
+    }
+}
 
 zet::Unknown::Handle_T<CCommandSocket> CCommandSocket::createInstance(CCmdAnalyserSocket* analyser)
 {
@@ -26,19 +49,12 @@ zet::Unknown::Handle_T<CCommandSocket> CCommandSocket::createInstance(CCmdAnalys
 CCommandSocket::CCommandSocket(CCmdAnalyserSocket* analyser) : m_PacketLimit(kLargestFrame), m_pCmdAnalyser(analyser)
 {
     // During this constructor virtual calls reach this class, also in an object of a derived class.
-    plainTick(*this);
-}
-
-const void* CCommandSocket::plainTick(const CCommandSocket& socket)
-{
-    static const void* const target = zet::inner::getVirtualTarget(socket, &CCommandSocket::onTick);
-    return target;
+    notePlainTick(zet::inner::getVirtualTarget(*this, &CCommandSocket::onTick));
 }
 
 bool CCommandSocket::HasOwnTick() const
 {
-    const void* const plain = plainTick(*this);
-    return !plain || zet::inner::getVirtualTarget(*this, &CCommandSocket::onTick) != plain;
+    return !isPlainTick(zet::inner::getVirtualTarget(*this, &CCommandSocket::onTick));
 }
 
 void CCommandSocket::onTick(unsigned int tick)

@@ -78,9 +78,6 @@ private:
     // No command of the peer was handled yet.
     bool m_IsUnproven = false;
 
-    // The target of a call of onTick() in an object of this class itself. The first call is that of the first
-    // constructor.
-    static const void* plainTick(const CCommandSocket& socket);
     // The two halves of send(): whether the socket may send now, with the hook, and one frame as one packet. The frame
     // follows kHeadSize bytes of the packet writer, which are overwritten.
     bool beginSend(const CCmdPackager& packager);
