@@ -23,10 +23,12 @@ std::string parseOptions(int count, char** words, const std::vector<OptionName>&
     while ((found = getopt_long(count, moved.data(), ":", known.data(), &number)) != -1)
     {
         const std::string word = optind > 0 && optind <= count ? moved[static_cast<size_t>(optind) - 1] : "";
-        if (found == ':')
+        // Of a switch with a value, C libraries report either.
+        const bool hasValue = word.find('=') != std::string::npos;
+        if (found == ':' && !hasValue)
             return word + " needs a value";
         if (found != 0)
-            return "not a valid option: " + (optopt ? std::string("-") + static_cast<char>(optopt) : word);
+            return "not a valid option: " + (optopt && !hasValue ? std::string("-") + static_cast<char>(optopt) : word);
         take(static_cast<size_t>(number), optarg ? optarg : "");
     }
     return optind < count ? "not an option: " + std::string(moved[static_cast<size_t>(optind)]) : "";
