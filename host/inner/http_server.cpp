@@ -131,8 +131,8 @@ bool HttpServer::tickClient(Client& client, unsigned int tick)
     // After the end of the peer's output, close() sends what is queued.
     if (stream.getConnectionState() != zet::TcpConnection::kEstablished)
         return false;
-    // The next request may be in the buffer, where no event reports it.
-    hurry();
+    // The next request may be in the buffer, where no event reports it. It waits for the next interval: clients that
+    // send many at once do not keep the System from its sleep.
     return true;
 }
 
