@@ -1,4 +1,4 @@
-// Learns what becomes of the commands of an analyser and of the sockets that use it, for figures.
+// Is called for each command of an analyser and of the sockets that use it, to count them.
 #pragma once
 
 #include "framework/export.h"
@@ -19,8 +19,8 @@ public:
     };
 
     virtual ~CommandObserver();
-    // A received command of that many bytes of payload has been dispatched, in that many nanoseconds.
+    // A received command was dispatched. size: bytes of its payload; nanoseconds: the time that this took.
     virtual void onReceived(unsigned short id, int size, Outcome outcome, unsigned long long nanoseconds) = 0;
-    // A command of that many bytes of payload is about to be sent.
+    // A command is about to be sent. size: bytes of its payload.
     virtual void onSent(unsigned short id, int size) = 0;
 };

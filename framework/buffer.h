@@ -27,7 +27,7 @@ public:
     // Replaces all bytes by size others, which are not in this buffer. False, and nothing changed, if size is negative
     // or there is no memory.
     bool assign(const unsigned char* bytes, int size);
-    // The bytes, which may be null if there are none. Valid until the size changes.
+    // The first byte; may be null if the size is 0. Valid until the size changes.
     unsigned char* getBuffer() { return m_Bytes.data(); }
     const unsigned char* getBuffer() const { return m_Bytes.data(); }
 

@@ -28,7 +28,7 @@ public:
 
     // The number of entries.
     int getSize() const { return static_cast<int>(m_Map.size()); }
-    // Whether there are none.
+    // Whether the dictionary has no entries.
     bool isEmpty() const { return m_Map.empty(); }
     // Null if the key is missing.
     V* find(const K& key)

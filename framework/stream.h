@@ -49,7 +49,7 @@ public:
     InputStream(Input* input) : m_Input(input) {}
     InputStream(const Unknown::Handle_T<Input>& input) : m_Input(input.get()), m_Owner(input) {}
 
-    // The source; null if there is none.
+    // The source; null for a stream without one.
     Input* getInput() const { return m_Input; }
     // The operations of the source; 0 and null without one.
     int available() const { return m_Input ? m_Input->available() : 0; }
@@ -77,7 +77,7 @@ public:
     OutputStream(Output* output) : m_Output(output) {}
     OutputStream(const Unknown::Handle_T<Output>& output) : m_Output(output.get()), m_Owner(output) {}
 
-    // The sink; null if there is none.
+    // The sink; null for a stream without one.
     Output* getOutput() const { return m_Output; }
     // Writes to the sink. Returns the number of bytes accepted; 0 without a sink.
     int write(const void* data, int size) { return m_Output ? m_Output->write(data, size) : 0; }

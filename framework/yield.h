@@ -19,7 +19,7 @@ public:
     virtual void attach(System* system);
     // The same as attach(nullptr).
     void detach() { attach(nullptr); }
-    // The attached system; null if there is none.
+    // The attached system; null before attach.
     System* getSystem() const { return m_System; }
     // Lets other threads run. Does not sleep: the system sleeps between ticks.
     virtual void yield();

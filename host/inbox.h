@@ -13,7 +13,7 @@ namespace host
 {
 
 // A task of the System that does the work. Systems on several threads share nothing but their inboxes: connections stay
-// on their threads, and values go from one to the other. Their number is not bounded.
+// on their threads, and values go from one to the other. The number of posted calls is not bounded.
 class COMMONGROUND_API Inbox : public zet::System::Task
 {
 public:

@@ -36,7 +36,7 @@ using MetricLabels = std::vector<std::pair<std::string, std::string>>;
 class COMMONGROUND_API MetricCounter
 {
 public:
-    // Counts so many more events; the total wraps at 2^64.
+    // Adds a number of events. The total wraps at 2^64.
     void add(unsigned long long number = 1) { m_Value.fetch_add(number, std::memory_order_relaxed); }
     // The total so far.
     unsigned long long get() const { return m_Value.load(std::memory_order_relaxed); }

@@ -71,8 +71,8 @@ struct ServiceParts;
 // A service manager that sets NOTIFY_SOCKET, such as systemd with Type=notify, gets each state. If it watches the
 // process (WATCHDOG_USEC), ticks that do not end let it restart the process.
 //
-// THREADS: all of it belongs to the thread that constructs it and calls run(); beginDrain() may be called there only,
-// too. Exceptions from callables are logged; one from onStart() or onReload() counts as false.
+// THREADS: all of it belongs to the thread that constructs it and calls run(); beginDrain() too.
+// Exceptions from callables are logged; one from onStart() or onReload() counts as false.
 class COMMONGROUND_API Service
 {
 public:

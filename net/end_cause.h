@@ -75,7 +75,7 @@ struct COMMONGROUND_API EndCause
         kNotStarted,
         // The library was built without it, or the system does not have it.
         kUnavailable,
-        // Anything else. m_Detail is the system's error number, 0 if there is none.
+        // Anything else. m_Detail is the system's error number, or 0.
         kSystem
     };
     static constexpr int kCodes = kSystem + 1;

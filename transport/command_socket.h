@@ -23,7 +23,7 @@ public:
     // The analyser is not owned and outlives the socket.
     static zet::Unknown::Handle_T<CCommandSocket> createInstance(CCmdAnalyserSocket* analyser);
 
-    // The analyser passed at construction; null if there is none.
+    // The analyser passed at construction, which may be null.
     CCmdAnalyserSocket* GetCmdAnalyser() const { return m_pCmdAnalyser; }
 
     void onTick(unsigned int tick) override;

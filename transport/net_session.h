@@ -34,7 +34,7 @@ public:
     bool sendNetCommand(CCmdHead* command);
     bool sendNetCommand(CCmdPackager* packager);
 
-    // The analyser passed at construction; null if there is none.
+    // The analyser passed at construction, which may be null.
     CCmdAnalyser* getCmdAnalyser() { return m_pCmdAnalyser; }
     // This session's own id, created with it: the from address of every command that it passes on.
     const zet::Uuid& getSessionId() const { return m_SessionId; }

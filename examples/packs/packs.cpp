@@ -1,4 +1,4 @@
-// Two hosts in one file that exchange messages of the home feature. Each travels in an envelope: a command that carries
+// Two hosts in one file that exchange messages of the home feature. Each is sent in an envelope: a command that carries
 // a number for the message, and its bytes.
 #include "commands/registry.h"
 #include "framework/log.h"

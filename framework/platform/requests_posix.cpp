@@ -63,7 +63,7 @@ bool beginRequests(void (*wake)(void*), void* argument, int codeAtOnce)
     for (size_t i = 0; i < kCount; ++i)
     {
         sigaction(kSignals[i], nullptr, &s_Before[i]);
-        // A shell without job control starts programs in the background so, and its user means it.
+        // A shell without job control starts background programs with SIGINT ignored. That is kept.
         if (kSignals[i] != SIGINT || s_Before[i].sa_handler != SIG_IGN)
             sigaction(kSignals[i], &action, nullptr);
     }

@@ -30,7 +30,7 @@ struct MetricFamilies
 
     MetricFamilies();
 
-    // The figure of a name and labels, made of the arguments if there is none.
+    // Returns the figure of this name with these labels. The first call makes it from the arguments.
     template <class Kind, class... Arguments>
     Kind& get(Families<Kind>& families, const std::string& name, const std::string& help, const MetricLabels& labels,
               const Arguments&... arguments);

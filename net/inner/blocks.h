@@ -97,7 +97,7 @@ public:
     // Bytes of memory that are held.
     int capacity() const { return m_Block ? m_Block->m_Capacity : 0; }
     const unsigned char* data() const { return m_Block ? m_Block->bytes() + m_Block->m_Begin : nullptr; }
-    // The block that holds the bytes, to be pinned; null if there is none.
+    // The block that holds the bytes, for a BlockPin; null while the buffer has no memory.
     Block* block() { return m_Block; }
     // REQUIRES: 0 < size <= size().
     void consume(int size) { m_Block->m_Begin += size; }

@@ -54,8 +54,8 @@ public:
     // Opens a connection from the server's port to a numeric address or a host name. The peer gets the id before it
     // accepts. True: the connection is connecting; onEnd() will follow. False, with a log line, and no connection: it
     // has a connection already, the server has no port, or the address or port is not valid. A name is resolved on
-    // another thread: its first IPv4 address is used, or the first IPv6 one if there is none. A name without an address
-    // ends as kConnectFailed.
+    // another thread: its first IPv4 address is used, or its first IPv6 one if it has no IPv4 address. A name without
+    // an address ends as kConnectFailed.
     virtual bool connect(UdpServer* server, const wchar_t* ip, unsigned short port, const Uuid& id);
     // Reads up to size received bytes. Returns their number, 0 if there are none, -1 once the connection is down.
     virtual int receive(void* data, int size);

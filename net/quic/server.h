@@ -176,7 +176,7 @@ public:
     // handshake time does not apply here: Settings::m_ConnectTimeout does; and no session is resumed. The context
     // counts as used from then on.
     void setTlsContext(TlsContext* context) { m_TlsContext = context; }
-    // The context that was set; null if there is none.
+    // The argument of the last setTlsContext(); null at first.
     TlsContext* getTlsContext() const { return m_TlsContext; }
 
     // Bounds on the connections that peers open: in all (the smaller number of these and of the settings applies), per

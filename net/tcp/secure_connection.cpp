@@ -380,7 +380,7 @@ void TcpSecureConnection::close()
         flush();
         if (getOutputSize() == 0)
         {
-            m_Tls->sayGoodbye({m_Tls->m_Sealed, m_Reactor->pool()});
+            m_Tls->sendCloseNotify({m_Tls->m_Sealed, m_Reactor->pool()});
             sendQueue(m_Tls->m_Sealed);
         }
     }

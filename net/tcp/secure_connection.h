@@ -27,7 +27,7 @@ public:
     // After connect() this side is the TLS client, otherwise the TLS server. An accepting server with a context
     // replaces this one. Null turns TLS off. False while a connection is held, and in a library without TLS.
     bool setTlsContext(TlsContext* context);
-    // The context that was set, here or by the accepting server; null if there is none.
+    // The argument of the last setTlsContext(), or the context of the accepting server; null without TLS.
     TlsContext* getTlsContext() const;
     // The name or address that the server's certificate must contain, instead of the one passed to connect(); empty for
     // that one again.

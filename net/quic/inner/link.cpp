@@ -229,11 +229,11 @@ void QuicLink::read(const UdpPort::Datagram& datagram)
     if (isOver())
     {
         // The close frame was lost or has not arrived yet.
-        if (!m_Farewell.empty() && m_LatePackets < kMostLatePackets && (m_LatePackets & (m_LatePackets + 1)) == 0)
+        if (!m_ClosePacket.empty() && m_LatePackets < kMostLatePackets && (m_LatePackets & (m_LatePackets + 1)) == 0)
             if (unsigned char* room = m_Router.room())
             {
-                std::memcpy(room, m_Farewell.data(), m_Farewell.size());
-                m_Router.post(m_Peer, m_Farewell.size(), m_Local);
+                std::memcpy(room, m_ClosePacket.data(), m_ClosePacket.size());
+                m_Router.post(m_Peer, m_ClosePacket.size(), m_Local);
             }
         ++m_LatePackets;
         return;

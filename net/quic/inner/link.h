@@ -129,7 +129,7 @@ private:
     void feed(const UdpPort::Datagram& datagram, size_t from, size_t size);
     void endRead(int result);
     void endByFault(int fault);
-    void keepFarewell(const ngtcp2_connection_close_error& reason);
+    void keepClosePacket(const ngtcp2_connection_close_error& reason);
     void drop(UdpServer::UdpConnection::ConnectionState state, EndCause cause);
     void dropSession();
     void wake(unsigned char pending);
@@ -162,7 +162,7 @@ private:
     size_t m_IdRead = 0;
     std::vector<QuicId> m_Ids;
     QuicFrames m_Frames;
-    std::vector<unsigned char> m_Farewell;
+    std::vector<unsigned char> m_ClosePacket;
     unsigned int m_LatePackets = 0;
     int64_t m_Stream = -1;
     // Where the unsent output begins: block and offset; null for the start of the queue.

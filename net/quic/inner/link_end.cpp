@@ -90,7 +90,7 @@ void QuicLink::endByFault(int fault)
         ngtcp2_connection_close_error_set_transport_error_tls_alert(&reason, alert, nullptr, 0);
     else
         ngtcp2_connection_close_error_set_transport_error_liberr(&reason, fault, nullptr, 0);
-    keepFarewell(reason);
+    keepClosePacket(reason);
     const bool isTls = fault == NGTCP2_ERR_CRYPTO;
     drop(state, isTls ? EndCause{EndCause::kTls, 0} : causeOfTransport(reason.error_code));
 }
@@ -104,11 +104,11 @@ void QuicLink::finish(Connection::ConnectionState state, Code code, EndCause cau
     ngtcp2_connection_close_error reason;
     ngtcp2_connection_close_error_default(&reason);
     ngtcp2_connection_close_error_set_application_error(&reason, code, nullptr, 0);
-    keepFarewell(reason);
+    keepClosePacket(reason);
     drop(state, cause);
 }
 
-void QuicLink::keepFarewell(const ngtcp2_connection_close_error& reason)
+void QuicLink::keepClosePacket(const ngtcp2_connection_close_error& reason)
 {
     unsigned char packet[UdpPort::kMostBytes];
     ngtcp2_path_storage path;
@@ -120,7 +120,7 @@ void QuicLink::keepFarewell(const ngtcp2_connection_close_error& reason)
         return;
     try
     {
-        m_Farewell.assign(packet, packet + size);
+        m_ClosePacket.assign(packet, packet + size);
     }
     catch (const std::bad_alloc&)
     {
@@ -139,10 +139,10 @@ void QuicLink::drop(Connection::ConnectionState state, EndCause cause)
 {
     // The close frame may be lost; then the peer continues until its idle timeout. A peer that has closed itself does
     // not.
-    const bool mayRest = !m_Farewell.empty() && m_Router.hasRoomForRemains();
+    const bool isKept = !m_ClosePacket.empty() && m_Router.hasSpaceForClosed();
     const unsigned int idle = m_Router.settings().m_IdleTimeout;
     const QuicTime probes = m_Connection ? 3 * ngtcp2_conn_get_pto(m_Connection) : 0;
-    const QuicTime rest = mayRest ? std::clamp(idle, kShortestRest, kLongestRest) * NGTCP2_MILLISECONDS : probes;
+    const QuicTime rest = isKept ? std::clamp(idle, kShortestRest, kLongestRest) * NGTCP2_MILLISECONDS : probes;
     m_End = state;
     noteCause(cause);
     m_Deadline = m_Router.now() + rest;

@@ -249,7 +249,7 @@ QuicLink& QuicRouter::keep(std::unique_ptr<QuicLink> link)
     return *m_Links.back();
 }
 
-bool QuicRouter::hasRoomForRemains() const
+bool QuicRouter::hasSpaceForClosed() const
 {
     constexpr int kRemains = 1024;
     return static_cast<int>(m_Links.size()) - m_Count < std::max(settings().m_ConnectionLimit, kRemains);

@@ -62,7 +62,7 @@ public:
     void onOver(QuicLink& link);
     // Whether one more ended link may remain to answer late packets: at most m_ConnectionLimit or, if greater, kRemains
     // do.
-    bool hasRoomForRemains() const;
+    bool hasSpaceForClosed() const;
     // Space for a packet; null if the port is blocked. post() sends the bytes written there.
     unsigned char* room() { return m_Port->room(); }
     void post(const Endpoint& peer, size_t size, const Endpoint& local);

@@ -41,9 +41,9 @@ void UdpLink::breakOwner()
 {
     if (!m_Owner)
         return;
-    UdpServer::UdpConnection& told = *m_Owner;
+    UdpServer::UdpConnection& owner = *m_Owner;
     leaveOwner(UdpServer::UdpConnection::kBroken);
-    told.reportEnd();
+    owner.reportEnd();
 }
 
 } // namespace zet::inner

@@ -57,7 +57,7 @@ public:
     // Encrypts at most one record from plain. False breaks the connection.
     bool seal(OutputQueue& plain, Wire wire);
     // Queues close_notify.
-    void sayGoodbye(Wire wire);
+    void sendCloseNotify(Wire wire);
     // Whether open() can deliver bytes without more input.
     bool hasInput() const;
 

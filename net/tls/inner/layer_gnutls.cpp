@@ -288,7 +288,7 @@ bool TlsLayer::seal(OutputQueue& plain, Wire wire)
     return true;
 }
 
-void TlsLayer::sayGoodbye(Wire wire)
+void TlsLayer::sendCloseNotify(Wire wire)
 {
     m_Wire = &wire;
     gnutls_bye(m_Session, GNUTLS_SHUT_WR);

@@ -26,7 +26,7 @@ bool TlsLayer::seal(OutputQueue&, Wire)
     return false;
 }
 
-void TlsLayer::sayGoodbye(Wire) {}
+void TlsLayer::sendCloseNotify(Wire) {}
 
 bool TlsLayer::hasInput() const
 {

@@ -56,7 +56,8 @@ int alertOf(unsigned int status)
     return status & GNUTLS_CERT_EXPIRED ? GNUTLS_A_CERTIFICATE_EXPIRED : 0;
 }
 
-// The first of these that the status names: a certificate that no authority vouches for says nothing else for certain.
+// The first of these that the status names. An untrusted signature comes first: it may have been forged, and the rest
+// of the certificate with it.
 EndCause::Rule ruleOf(unsigned int status)
 {
     constexpr struct
