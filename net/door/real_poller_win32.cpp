@@ -148,10 +148,18 @@ bool ListPoller::wait(std::chrono::microseconds time)
 
 void ListPoller::wake()
 {
-    if (m_IsWoken.exchange(true))
-        return;
+    // Two threads that send and read at once can make a send fail although the socket has space. The flag of a byte
+    // that was not sent must not stay set: every later wake() would do nothing.
     const char byte = 0;
-    ::send(m_Entries.front().m_Socket, &byte, 1, 0);
+    while (!m_IsWoken.exchange(true))
+    {
+        if (::send(m_Entries.front().m_Socket, &byte, 1, 0) == 1)
+            return;
+        const bool isBusy = ::WSAGetLastError() == WSAEWOULDBLOCK;
+        m_IsWoken = false;
+        if (!isBusy)
+            return;
+    }
 }
 
 } // namespace
