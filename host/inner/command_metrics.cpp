@@ -1,6 +1,6 @@
 #include "host/inner/command_metrics.h"
 
-#include <algorithm>
+#include <map>
 
 namespace host::inner
 {
@@ -33,19 +33,17 @@ const std::vector<Named>& getNamed()
 {
     static const std::vector<Named> named = []
     {
-        std::vector<Named> all;
+        // The two classes of a shared id are never used on one connection, but both may be in one process.
+        std::map<unsigned short, std::string> names;
         for (const Class& each : kClasses)
-            all.push_back({each.m_Id, each.m_Name});
-        std::stable_sort(all.begin(), all.end(), [](const Named& a, const Named& b) { return a.m_Id < b.m_Id; });
-        std::vector<Named> merged;
-        for (Named& each : all)
         {
-            // The two classes of a shared id are never used on one connection, but both may be in one process.
-            if (!merged.empty() && merged.back().m_Id == each.m_Id)
-                merged.back().m_Names += "/" + each.m_Names;
-            else
-                merged.push_back(std::move(each));
+            std::string& text = names[each.m_Id];
+            text += text.empty() ? each.m_Name : std::string("/") + each.m_Name;
         }
+        std::vector<Named> merged;
+        merged.reserve(names.size() + 1);
+        for (auto& [id, text] : names)
+            merged.push_back({id, std::move(text)});
         merged.push_back({0xFFFF, "other"});
         return merged;
     }();
