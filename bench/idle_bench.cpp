@@ -217,7 +217,7 @@ bool run(int connections, int processes)
     rlimit handles{};
     getrlimit(RLIMIT_NOFILE, &handles);
     const int each = (connections + processes - 1) / processes;
-    if (handles.rlim_cur < static_cast<rlim_t>(each + kOthers))
+    if (handles.rlim_cur < static_cast<rlim_t>(each) + kOthers)
     {
         bench::skip(name, "a process may have " + std::to_string(handles.rlim_cur) + " handles, and " +
                               std::to_string(each + kOthers) + " are needed; see ulimit -n");
