@@ -22,6 +22,7 @@ void ReadyList::enter(TcpConnection& connection, bool isAlways)
     if (connection.m_ReadyList != this)
     {
         makeRoom(m_Now, m_Members + 1);
+        makeRoom(m_Late, m_Members + 1);
         makeRoom(m_Next, m_Members + 1);
         if (isAlways)
             m_Always.push_back(&connection);
@@ -43,47 +44,60 @@ void ReadyList::leave(TcpConnection& connection)
     connection.m_ReadyList = nullptr;
     --m_Members;
     std::erase(m_Always, &connection);
-    if (!std::exchange(connection.m_IsListed, false) || std::erase(m_Next, &connection) > 0)
+    if (!std::exchange(connection.m_IsListed, false) || std::erase(m_Next, &connection) > 0 ||
+        std::erase(m_Now, &connection) > 0)
         return;
-    std::erase(m_Now, &connection);
-    std::make_heap(m_Now.begin(), m_Now.end(), [this](auto* a, auto* b) { return isBefore(b, a); });
+    std::erase(m_Late, &connection);
+    std::make_heap(m_Late.begin(), m_Late.end(), [this](auto* a, auto* b) { return isBefore(b, a); });
 }
 
 void ReadyList::add(TcpConnection& connection) noexcept
 {
     if (connection.m_ReadyList != this || std::exchange(connection.m_IsListed, true))
         return;
-    if (m_IsWalking && (!m_Current || isBefore(m_Current, &connection)))
-        push(&connection);
-    else
+    if (!m_IsWalking || (m_Current && !isBefore(m_Current, &connection)))
+    {
         m_Next.push_back(&connection);
-}
-
-void ReadyList::push(TcpConnection* connection) noexcept
-{
-    m_Now.push_back(connection);
-    std::push_heap(m_Now.begin(), m_Now.end(), [this](auto* a, auto* b) { return isBefore(b, a); });
+        return;
+    }
+    m_Late.push_back(&connection);
+    std::push_heap(m_Late.begin(), m_Late.end(), [this](auto* a, auto* b) { return isBefore(b, a); });
 }
 
 void ReadyList::begin(const TcpConnection* first)
 {
     // A nested walk takes over what the outer one has left.
-    end();
+    if (m_IsWalking)
+        end();
     m_First = first;
     m_Current = nullptr;
-    m_IsWalking = true;
     for (TcpConnection* const each : m_Always)
         add(*each);
-    for (TcpConnection* const each : m_Next)
-        push(each);
-    m_Next.clear();
+    if (!m_Next.empty())
+        arrange();
+    m_IsWalking = true;
+}
+
+void ReadyList::arrange()
+{
+    m_Now.swap(m_Next);
+    std::sort(m_Now.begin(), m_Now.end(), [this](auto* a, auto* b) { return isBefore(b, a); });
 }
 
 void ReadyList::take()
 {
-    std::pop_heap(m_Now.begin(), m_Now.end(), [this](auto* a, auto* b) { return isBefore(b, a); });
-    TcpConnection* const taken = m_Now.back();
-    m_Now.pop_back();
+    TcpConnection* taken;
+    if (m_Late.empty() || !isLateNext()) [[likely]]
+    {
+        taken = m_Now.back();
+        m_Now.pop_back();
+    }
+    else
+    {
+        std::pop_heap(m_Late.begin(), m_Late.end(), [this](auto* a, auto* b) { return isBefore(b, a); });
+        taken = m_Late.back();
+        m_Late.pop_back();
+    }
     taken->m_IsListed = false;
     m_Current = taken;
 }
@@ -91,11 +105,12 @@ void ReadyList::take()
 void ReadyList::end()
 {
     // A walk mostly reaches its end.
-    if (!m_Now.empty())
-    {
-        m_Next.insert(m_Next.end(), m_Now.begin(), m_Now.end());
-        m_Now.clear();
-    }
+    if (peek())
+        for (auto* const rest : {&m_Now, &m_Late})
+        {
+            m_Next.insert(m_Next.end(), rest->begin(), rest->end());
+            rest->clear();
+        }
     m_IsWalking = false;
 }
 

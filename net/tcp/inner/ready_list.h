@@ -30,22 +30,32 @@ public:
     void leave(TcpConnection& connection);
     // Lists a member: for this walk if its turn has not passed yet, otherwise for the next one.
     void add(TcpConnection& connection) noexcept;
-    bool isEmpty() const { return m_Now.empty() && m_Next.empty(); }
+    bool isEmpty() const { return m_Now.empty() && m_Late.empty() && m_Next.empty(); }
 
     // Starts a walk at the first listed member that is not before this address.
     void begin(const TcpConnection* first);
     // The next connection; null at the end of the walk. take() removes it from the list.
-    TcpConnection* peek() const { return m_Now.empty() ? nullptr : m_Now.front(); }
+    TcpConnection* peek() const
+    {
+        if (m_Late.empty()) [[likely]]
+            return m_Now.empty() ? nullptr : m_Now.back();
+        return isLateNext() ? m_Late.front() : m_Now.back();
+    }
     void take();
     // Ends the walk. The remaining connections are listed for the next one.
     void end();
 
 private:
     bool isBefore(const TcpConnection* a, const TcpConnection* b) const;
-    void push(TcpConnection* connection) noexcept;
+    // Makes the list for the next walk that of this one.
+    void arrange();
+    // REQUIRES: m_Late is not empty.
+    bool isLateNext() const { return m_Now.empty() || isBefore(m_Late.front(), m_Now.back()); }
 
-    // m_Now is a heap, the next connection first; m_Next is the list for the next walk.
+    // m_Now has the connections of this walk that were listed when it began, the next one last. m_Late is a heap of
+    // those that were listed since, the next one first. m_Next is the list for the next walk.
     std::vector<TcpConnection*> m_Now;
+    std::vector<TcpConnection*> m_Late;
     std::vector<TcpConnection*> m_Next;
     std::vector<TcpConnection*> m_Always;
     size_t m_Members = 0;
