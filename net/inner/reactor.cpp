@@ -234,15 +234,16 @@ void Reactor::flushRouters()
         m_Routers.swap(routers);
 }
 
-void Reactor::flushLater(TcpLink& link)
+bool Reactor::flushLater(TcpLink& link)
 {
     if (link.m_IsListed || !m_IsTicked)
-        return;
+        return m_IsTicked;
     m_IsHurried = m_IsHurried || !m_IsTicking;
     link.m_IsListed = true;
     link.addRef();
     (m_LastUnflushed ? m_LastUnflushed->m_NextUnflushed : m_FirstUnflushed) = &link;
     m_LastUnflushed = &link;
+    return true;
 }
 
 bool Reactor::flushLater(std::weak_ptr<UdpRouter> router)

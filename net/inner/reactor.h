@@ -56,9 +56,9 @@ public:
     // Makes the next tick start at this time of getNanoseconds() at the latest. It applies to one sleep: an object that
     // is not ticked after it does not set a time again.
     void hurryAt(unsigned long long time) { m_HurryAt = std::min(m_HurryAt, time); }
-    // Flushes the link's output at the end of the tick. Outside a tick, the next one starts without a sleep. Without a
-    // System the connection's own tick does so.
-    void flushLater(TcpLink& link);
+    // Flushes the link's output at the end of the tick. Outside a tick, the next one starts without a sleep. False if
+    // the reactor has no System: then the connection's own tick has to flush.
+    bool flushLater(TcpLink& link);
     // Calls the router's endTick() once, at the end of the tick. Outside a tick, the next tick starts without a sleep.
     // False if the reactor has no System or no memory is left.
     bool flushLater(std::weak_ptr<UdpRouter> router);

@@ -55,8 +55,8 @@ void TcpConnection::announceOutput()
     else if (!isPending(kOutput))
     {
         setPending(kOutput);
-        list();
-        m_Reactor->flushLater(*m_Link);
+        if (!m_Reactor->flushLater(*m_Link))
+            list();
     }
 }
 
