@@ -47,7 +47,9 @@ BlockPool::Shelf* BlockPool::shelfOf(int capacity)
     if (capacity == kUsual)
         return &m_Shelves[kShelves - 1];
     const auto bits = static_cast<unsigned int>(capacity);
-    if (capacity < kSmall || capacity > kUsual || !std::has_single_bit(bits))
+    // Not std::has_single_bit(), which is a call into the compiler's library for processors without an instruction for
+    // it.
+    if (capacity < kSmall || capacity > kUsual || (bits & (bits - 1)) != 0)
         return nullptr;
     return &m_Shelves[std::bit_width(bits) - std::bit_width(static_cast<unsigned int>(kSmall))];
 }
