@@ -8,6 +8,7 @@
 #include "framework/time.h"
 #include "packaging/cmd_packager.h"
 #include "tools/frame_decoder.h"
+#include "transport/send_to_all.h"
 
 #include <valgrind/callgrind.h>
 
@@ -182,7 +183,7 @@ void countSockets()
     const zet::Unknown::Handle_T<bench::Client> client = new bench::Client(&analyser);
     server->start(&system);
     client->start(&system);
-    need(server->listen(0, 5), "listen");
+    need(server->listen(0, 2 * kRecords), "listen");
     client->connect(L"127.0.0.1", server->zet::TcpServer::getPort(), false);
     for (int i = 0; i < 1000 &&
                     (server->GetClientCount() == 0 || client->getConnectionState() != zet::TcpConnection::kEstablished);
@@ -207,6 +208,52 @@ void countSockets()
     count("commands one way, 64 in a tick", kRecords, [&] { send(kRecords); });
     count("a command one way, its own ticks", 1, [&] { send(1); });
     count("a tick without work", 1, [&] { system.tick(); });
+
+    const auto turnUntil = [&](auto isDone, const char* what)
+    {
+        for (int i = 0; i < 1000 && !isDone(); ++i)
+        {
+            system.wait();
+            system.tick();
+        }
+        need(isDone(), what);
+    };
+    std::vector<zet::Unknown::Handle_T<bench::Client>> others;
+    for (int i = 1; i < kRecords; ++i)
+    {
+        others.push_back(new bench::Client(&analyser));
+        others.back()->start(&system);
+        others.back()->connect(L"127.0.0.1", server->zet::TcpServer::getPort(), false);
+    }
+    turnUntil([&] { return server->GetClientCount() == kRecords; }, "connections");
+    count("a command to each of 64 connections", kRecords,
+          [&]
+          {
+              need(SendToAll(*server->GetAllClientSocket(), echo) == kRecords, "send to all");
+              system.tick();
+              // The connections that got it are read in a later call.
+              CALLGRIND_TOGGLE_COLLECT;
+              g_Handled = 0;
+              turnUntil([] { return g_Handled == kRecords; }, "commands to all did not arrive");
+              CALLGRIND_TOGGLE_COLLECT;
+          });
+    count("a command from each of 64 connections", kRecords,
+          [&]
+          {
+              g_Handled = 0;
+              // Sent after the tick of their sockets.
+              CALLGRIND_TOGGLE_COLLECT;
+              client->send(echo);
+              for (const auto& other : others)
+                  other->send(echo);
+              system.tick();
+              CALLGRIND_TOGGLE_COLLECT;
+              system.wait();
+              system.tick();
+              need(g_Handled == kRecords, "commands from all did not arrive in one tick");
+          });
+    for (const auto& other : others)
+        other->close();
     client->close();
     server->close();
     system.exit();
