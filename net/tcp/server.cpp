@@ -389,6 +389,8 @@ bool TcpServer::accept(TcpConnection* connection)
         TcpLink& m_Link;
         const Endpoint& m_Peer;
     } leaving{*link.get(), peer};
+    // Its onEnd() may release the last handle.
+    const Handle_T<TcpConnection> keep = connection->getRefCount() > 0 ? connection : nullptr;
     if (!connection->take(link.get(), peer, m_Reactor, m_TlsContext))
     {
         link->m_Owner = nullptr;
