@@ -134,6 +134,11 @@ if(COMMONGROUND_HAS_COROUTINES)
       -- ${CMAKE_CXX_COMPILER} -std=c++20 -Wall -Wextra -Wno-unused -Werror -I${PROJECT_SOURCE_DIR})
 endif()
 
+# The byte examples of the page about the wire.
+add_test(NAME House.WirePageCheckFindsTheExamples COMMAND Python3::Interpreter ${scripts}/check_wire_page.py --self-test)
+add_test(NAME House.BytesInTheWirePageRead
+  COMMAND Python3::Interpreter ${scripts}/check_wire_page.py $<TARGET_FILE:wirelens> ${PROJECT_SOURCE_DIR}/docs/wire.md)
+
 # What each example prints is in its output.txt.
 set(examples)
 set(names hello questions tls udp packs accounts)
