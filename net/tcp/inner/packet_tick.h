@@ -102,6 +102,9 @@ private:
         std::optional<BlockPin> pin;
         if (block)
             pin.emplace(*block);
+        // As in takeWhole(): a handler that reads from the stream gets what follows its packet.
+        if (block && block->holds(packet.data()))
+            m_Reader.finish();
         take(packet);
         m_Reader.finish();
     }
