@@ -3,6 +3,11 @@ add_library(commonground_warnings INTERFACE)
 target_compile_options(commonground_warnings INTERFACE
   -Wall -Wextra -Wpedantic $<$<BOOL:${COMMONGROUND_WERROR}>:-Werror>)
 
+# For the tests and the fuzz targets too, since they compile some of the library's private headers.
+if(NOT COMMONGROUND_FAST_PATHS)
+  add_compile_definitions(COMMONGROUND_WITHOUT_FAST_PATHS)
+endif()
+
 if(COMMONGROUND_SANITIZE)
   add_compile_options(-fsanitize=${COMMONGROUND_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${COMMONGROUND_SANITIZE})

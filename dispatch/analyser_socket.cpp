@@ -2,6 +2,7 @@
 
 #include "dispatch/inner/boundary.h"
 #include "dispatch/inner/socket_seam.h"
+#include "framework/inner/fast_paths.h"
 #include "framework/log.h"
 #include "framework/peer_log.h"
 #include "framework/platform/platform.h"
@@ -37,7 +38,7 @@ bool receive(CCmdPackager& pk, zet::InputStream& stream)
 // Receive() reports what is missing in a frame that cannot be shown.
 bool receive(CCmdPackager& pk, const void* frame, int size)
 {
-    return wire::Access::show(pk, frame, size) || pk.Receive(frame, size);
+    return (zet::inner::kHasFastPaths && wire::Access::show(pk, frame, size)) || pk.Receive(frame, size);
 }
 
 } // namespace

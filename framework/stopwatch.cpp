@@ -1,5 +1,6 @@
 #include "framework/stopwatch.h"
 
+#include "framework/inner/fast_paths.h"
 #include "framework/platform/platform.h"
 #include "framework/time.h"
 
@@ -7,7 +8,8 @@ namespace zet
 {
 
 Stopwatch::Stopwatch()
-    : m_Start(getTimeTick()), m_CoarseStart(platform::getCoarseMilliseconds()), m_IsExact(TestClock::isOn())
+    : m_Start(getTimeTick()), m_CoarseStart(platform::getCoarseMilliseconds()),
+      m_IsExact(!inner::kHasFastPaths || TestClock::isOn())
 {
 }
 

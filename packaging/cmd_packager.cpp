@@ -1,5 +1,6 @@
 #include "packaging/cmd_packager.h"
 
+#include "framework/inner/fast_paths.h"
 #include "framework/log.h"
 #include "framework/memory_stream.h"
 #include "framework/peer_log.h"
@@ -220,7 +221,8 @@ bool CCmdPackager::Receive(zet::InputStream& stream)
 {
     restart();
     const int there = stream.available();
-    const unsigned char* const shown = there >= kMinHeaderSize ? stream.view(there) : nullptr;
+    const unsigned char* const shown =
+        zet::inner::kHasFastPaths && there >= kMinHeaderSize ? stream.view(there) : nullptr;
     if (shown && takeFrame(shown, there))
     {
         stream.skip(static_cast<int>(GetFrameSize(shown)));

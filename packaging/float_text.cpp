@@ -1,5 +1,6 @@
 #include "packaging/float_text.h"
 
+#include "framework/inner/fast_paths.h"
 #include "framework/platform/from_chars.h"
 
 #include <bit>
@@ -54,8 +55,8 @@ char* printMillionths(uint32_t value, char* out)
     return out + 6;
 }
 
-// Values beyond the range of the integers, printed by the standard library.
-int printLarge(float value, char* text)
+// By the standard library, for values beyond the range of the integers.
+int printByLibrary(float value, char* text)
 {
     const std::to_chars_result end = std::to_chars(text, text + kFloatTextRoom, value, std::chars_format::fixed, 6);
     return static_cast<int>(end.ptr - text);
@@ -203,13 +204,15 @@ int printFloat(float value, char* text)
     const int exponent = static_cast<int>(bits >> 23 & 0xFF);
     if (exponent == 0xFF)
         return printSpecial(bits, text);
+    if constexpr (!zet::inner::kHasFastPaths)
+        return printByLibrary(value, text);
 
     // value = mantissa * 2^shift, both whole.
     const uint64_t mantissa = (bits & 0x7FFFFF) | (exponent ? 0x800000u : 0u);
     const int shift = (exponent ? exponent : 1) - 150;
     char* out = text;
     if (shift > 40)
-        return printLarge(value, text);
+        return printByLibrary(value, text);
     if (bits >> 31)
         *out++ = '-';
     if (shift >= 0)
@@ -250,7 +253,7 @@ bool scanFloat(const char* text, int length, float& value)
     uint64_t digits = 0;
     while (at != end && isDigit(*at) && at - first < 9)
         digits = digits * 10 + static_cast<uint64_t>(*at++ - '0');
-    if (at != first && end - at == 7 && *at == '.')
+    if (zet::inner::kHasFastPaths && at != first && end - at == 7 && *at == '.')
     {
         uint64_t decimals = 0;
         bool plain = true;

@@ -1,5 +1,6 @@
 #include "transport/send_to_all.h"
 
+#include "framework/inner/fast_paths.h"
 #include "framework/log.h"
 #include "packaging/command_head.h"
 #include "transport/command_socket.h"
@@ -18,7 +19,7 @@ CCommandBroadcast::CCommandBroadcast(const CCmdPackager& packager) : m_Packager(
 
 bool CCommandBroadcast::frame()
 {
-    if (!m_Frame)
+    if (!m_Frame || !zet::inner::kHasFastPaths)
         m_Frame = m_Packager->FrameInPlace(m_FrameSize);
     return m_Frame != nullptr;
 }
@@ -32,7 +33,7 @@ bool CCommandBroadcast::SendTo(CCommandSocket* socket)
 
 bool CCommandBroadcast::pack()
 {
-    if (m_PackedSize == kNotPacked)
+    if (m_PackedSize == kNotPacked || !zet::inner::kHasFastPaths)
         m_PackedSize = UdpClientSocket::pack(*m_Packager, m_Packed);
     return m_PackedSize > 0;
 }

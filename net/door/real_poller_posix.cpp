@@ -1,5 +1,7 @@
 #include "net/door/real_poller.h"
 
+#include "framework/inner/fast_paths.h"
+
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <sys/timerfd.h>
@@ -210,7 +212,7 @@ bool EpollPoller::wait(std::chrono::microseconds time)
         return look(0, hasEvents);
     // For a time limit the system sets and removes a timer, which costs more than the rest of a sleep that ends at
     // once. So a busy poller uses a timer of its own, which stays armed. An idle one makes one call per sleep.
-    const Time end = m_IsBusy || m_TimerEnd != kNoTime ? arm(time) : kNoTime;
+    const Time end = kHasFastPaths && (m_IsBusy || m_TimerEnd != kNoTime) ? arm(time) : kNoTime;
     bool isGood = look(end != kNoTime ? -1 : toMilliseconds(time), hasEvents);
     const auto left = end != kNoTime && isGood && !hasEvents ? end - getNow() : kNone;
     if (left > kNone)

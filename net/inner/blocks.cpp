@@ -1,5 +1,7 @@
 #include "net/inner/blocks.h"
 
+#include "framework/inner/fast_paths.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -81,7 +83,7 @@ Block* BlockPool::take(int capacity)
 void BlockPool::give(Block* block)
 {
     Shelf* const shelf = shelfOf(block->m_Capacity);
-    if (!shelf || (shelf->m_Count + 1) * block->m_Capacity > kKept)
+    if (!kHasFastPaths || !shelf || (shelf->m_Count + 1) * block->m_Capacity > kKept)
     {
         ::operator delete(block);
         return;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <new>
 
@@ -22,6 +23,12 @@ struct Block
     unsigned char* bytes() { return reinterpret_cast<unsigned char*>(this + 1); }
     int size() const { return m_End - m_Begin; }
     int room() const { return m_Capacity - m_End; }
+    // Whether this byte is in the block.
+    bool holds(const unsigned char* byte)
+    {
+        const auto first = reinterpret_cast<std::uintptr_t>(bytes());
+        return reinterpret_cast<std::uintptr_t>(byte) - first < static_cast<std::uintptr_t>(m_Capacity);
+    }
 };
 
 // Keeps the bytes of a block in place while a caller reads them: whatever happens meanwhile to the buffer that has the

@@ -249,11 +249,12 @@ void TcpConnection::shut()
 
 void TcpConnection::discardInput()
 {
-    // Bounded: a peer that sends endlessly gets a reset.
+    // Bounded: a peer that sends endlessly gets a reset. A short receive is not the last one: the system passes on more
+    // once its own buffer has been read.
     unsigned char piece[16384];
     Door::Fault fault;
     for (int i = 0; i < 16; ++i)
-        if (m_Link->door().receive(m_Link->getHandle(), piece, sizeof piece, fault) < sizeof piece)
+        if (m_Link->door().receive(m_Link->getHandle(), piece, sizeof piece, fault) == 0)
             return;
 }
 

@@ -1,5 +1,6 @@
 #include "net/tcp/connection.h"
 
+#include "framework/inner/fast_paths.h"
 #include "net/inner/end_counts.h"
 #include "net/tcp/inner/link.h"
 
@@ -16,13 +17,16 @@ constexpr size_t kFlushAt = 128 * 1024;
 // Bytes of a send that are worth a system call of their own, which costs less than to copy them into the queue.
 constexpr int kDirectAt = 32 * 1024;
 
+// Blocks per system call.
+constexpr int kMostPieces = inner::kHasFastPaths ? inner::Door::kMostPieces : 1;
+
 // One system call. Returns the bytes it accepted; offered is the bytes passed to it.
 size_t sendOnce(inner::TcpLink& link, inner::OutputQueue& queue, size_t& offered, inner::Door::Fault& fault)
 {
-    inner::Door::Piece pieces[inner::Door::kMostPieces];
+    inner::Door::Piece pieces[kMostPieces];
     int count = 0;
     offered = 0;
-    for (inner::Block* block = queue.front(); block && count < inner::Door::kMostPieces; block = block->m_Next)
+    for (inner::Block* block = queue.front(); block && count < kMostPieces; block = block->m_Next)
     {
         pieces[count] = {block->bytes() + block->m_Begin, static_cast<size_t>(block->size())};
         offered += pieces[count++].m_Size;
@@ -69,8 +73,8 @@ int TcpConnection::send(const void* data, int size)
     if (!countOutput())
         return 0;
     int sent = 0;
-    if (size >= kDirectAt && m_State == kEstablished && getOutputSize() == 0 && !m_Link->m_Sealed &&
-        !m_Link->m_IsOutputWaited)
+    if (inner::kHasFastPaths && size >= kDirectAt && m_State == kEstablished && getOutputSize() == 0 &&
+        !m_Link->m_Sealed && !m_Link->m_IsOutputWaited)
     {
         inner::Door::Fault fault;
         const inner::Door::Piece piece{data, static_cast<size_t>(size)};

@@ -1,5 +1,6 @@
 #include "net/tcp/server.h"
 
+#include "framework/inner/fast_paths.h"
 #include "framework/inner/moment.h"
 #include "framework/log.h"
 #include "framework/stopwatch.h"
@@ -351,7 +352,7 @@ TcpServer::Pending TcpServer::takePending()
     const TcpLinkRef link(new TcpLink(*m_Reactor));
     link->take(handle.release());
     m_Crowd->admit(*link.get(), peer);
-    if (!m_IsInherited || m_HasEarlier)
+    if (!inner::kHasFastPaths || !m_IsInherited || m_HasEarlier)
     {
         link->prepare();
         link->door().watchPeer(link->getHandle(), m_Crowd->limits());

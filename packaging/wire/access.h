@@ -3,6 +3,7 @@
 // Everything is inline, since every value of every command passes here.
 #pragma once
 
+#include "framework/inner/fast_paths.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/data_packager.h"
 
@@ -14,6 +15,8 @@
 
 namespace wire
 {
+
+using zet::inner::kHasFastPaths;
 
 static_assert(std::endian::native == std::endian::little,
               "the wire holds the id of a datagram, the units of nodes and of texts as they are in the memory of a "

@@ -140,7 +140,7 @@ private:
     template <int RunBytes, int Offset, class Byte, class T>
     bool field(Byte*& run, T& value)
     {
-        if constexpr (Offset < 0)
+        if constexpr (Offset < 0 || !kHasFastPaths)
         {
             return one(value);
         }

@@ -46,7 +46,7 @@ inline bool writeHead(CCmdPackager& packager, const Head& head)
 {
     packager.SetCmdID(head.m_ID);
     packager.SetAddress(head.m_FromAddress, head.m_TargetAddress);
-    if constexpr (kIsFamilyHead<Head>)
+    if constexpr (kIsFamilyHead<Head> && kHasFastPaths)
     {
         // Between servers the name is mostly empty, and then the whole head has one size.
         unsigned char* const at = Access::freeSpace(packager, kNamelessHeadSize);
@@ -69,7 +69,7 @@ inline bool readHead(CCmdPackager& packager, Head& head)
     if (head.m_ID != packager.GetCmdID())
         return false;
     head.SetAddress(packager.GetFromAddress(), packager.GetTargetAddress());
-    if constexpr (kIsFamilyHead<Head>)
+    if constexpr (kIsFamilyHead<Head> && kHasFastPaths)
     {
         // A command that is made to be read has no name to clear.
         const unsigned char* const at = Access::next(packager, kNamelessHeadSize);

@@ -126,7 +126,7 @@ private:
         {
             return intoSlots<kWords>(list, bound);
         }
-        else if constexpr (kWords.key == Key::kMember)
+        else if constexpr (kWords.key == Key::kMember && kHasFastPaths)
         {
             return intoNodes<kWords>(list, bound);
         }
@@ -168,7 +168,7 @@ private:
     {
         constexpr Decides decides = kWords.reading;
         bool good = true;
-        if constexpr (kFixedSize<typename C::value_type> != 0)
+        if constexpr (kFixedSize<typename C::value_type> != 0 && kHasFastPaths)
             bound -= takeRun(list, bound);
         for (int64_t i = 0; i < bound; ++i)
         {
@@ -225,6 +225,12 @@ private:
                 return false;
             if constexpr (from == Key::kPlace)
                 key = static_cast<K>(i);
+            if constexpr (from == Key::kMember)
+            {
+                // A constant of its own: see intoNodes().
+                constexpr auto member = kWords.member;
+                key = element.*member;
+            }
             // Keys mostly ascend on the wire, so the end is the place to try first.
             map.insert_or_assign(map.end(), key, std::move(element));
         }

@@ -40,7 +40,7 @@ inline void storeUnit(unsigned char* at, uint32_t unit)
 inline int unitsBeforeZero(const unsigned char* units, int count)
 {
     int i = 0;
-    for (; i + 4 <= count; i += 4)
+    for (; kHasFastPaths && i + 4 <= count; i += 4)
     {
         uint64_t four;
         std::memcpy(&four, units + 2 * i, 8);
@@ -63,7 +63,7 @@ int narrowUnits(unsigned char* out, const Unit* text, int n)
         above |= unit;
         storeUnit(out + 2 * i, unit);
     }
-    if (above <= 0xFFFF)
+    if (kHasFastPaths && above <= 0xFFFF)
         return 2 * n;
 
     unsigned char* at = out;

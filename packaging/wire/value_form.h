@@ -179,7 +179,7 @@ template <class P>
 bool writeFloat(P& packager, float value)
 {
     // Nearly every float is printed directly into the storage, since the longest text fits there.
-    if (unsigned char* at = Access::freeSpace(packager, 1 + kFloatTextRoom))
+    if (unsigned char* at = kHasFastPaths ? Access::freeSpace(packager, 1 + kFloatTextRoom) : nullptr)
     {
         const int length = printFloat(value, reinterpret_cast<char*>(at) + 1);
         *at = static_cast<unsigned char>(length);

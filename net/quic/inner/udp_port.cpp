@@ -49,8 +49,8 @@ bool UdpPort::start()
     // A reply is sent from the address at which the peer sent its datagram. If the system does not report that address,
     // it chooses one.
     door().setOption(getHandle(), Door::kLocalAddress, 1);
-    door().setOption(getHandle(), Door::kCoalesce, 1);
-    m_CanSegment = door().canSegment(getHandle());
+    door().setOption(getHandle(), Door::kCoalesce, kHasFastPaths);
+    m_CanSegment = kHasFastPaths && door().canSegment(getHandle());
     return door().getOwnEndpoint(getHandle(), m_Address) && startWatch(kReadyInput);
 }
 
@@ -92,12 +92,12 @@ bool UdpPort::receiveBatch()
     for (Door::Datagram& each : in)
         each.m_Size = Door::kMostCoalesced;
     Door::Fault fault;
-    m_Received = door().receiveBatch(getHandle(), in, kBatch, fault);
+    m_Received = door().receiveBatch(getHandle(), in, kPerCall, fault);
     // A fault concerns an earlier datagram and is reported once; datagrams may follow it.
     if (fault && fault.m_Reason != Door::Fault::kNotNow)
-        m_Received = door().receiveBatch(getHandle(), in, kBatch, fault);
+        m_Received = door().receiveBatch(getHandle(), in, kPerCall, fault);
     // An edge-triggered poller reports the next input without a call of want().
-    m_IsReadable = m_Received == kBatch;
+    m_IsReadable = m_Received == kPerCall;
     return m_Received > 0;
 }
 
@@ -138,7 +138,7 @@ void UdpPort::flush()
     {
         Door::Fault fault;
         at += isSegmented ? door().sendSegmented(getHandle(), out + at, m_Unsent - at, fault)
-                          : door().sendBatch(getHandle(), out + at, m_Unsent - at, fault);
+                          : door().sendBatch(getHandle(), out + at, std::min(m_Unsent - at, kPerCall), fault);
         if (fault.m_Reason == Door::Fault::kNotNow || fault.m_Reason == Door::Fault::kExhausted)
         {
             waitForOutput();

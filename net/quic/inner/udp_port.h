@@ -1,6 +1,7 @@
 // The socket of a UDP port. It receives and sends datagrams in batches.
 #pragma once
 
+#include "framework/inner/fast_paths.h"
 #include "net/inner/counted.h"
 #include "net/inner/watched.h"
 #include "net/socket.h"
@@ -17,7 +18,7 @@ class UdpPort final : public Counted<UdpPort>, public Watched
 public:
     // The maximum bytes of a datagram that is received, and of one that is sent.
     static constexpr int kMostBytes = 2048;
-    // Datagrams per system call.
+    // Datagrams per system call, if fast paths are taken.
     static constexpr int kBatch = Door::kMostDatagrams;
 
     struct Datagram
@@ -62,6 +63,9 @@ public:
 
 private:
     struct Batches;
+
+    static constexpr int kPerCall = kHasFastPaths ? kBatch : 1;
+
     // The position of a datagram in the last batch: the index of its receive, and its first byte there.
     struct Place
     {

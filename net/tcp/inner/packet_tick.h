@@ -1,6 +1,7 @@
 // The tick of a connection that carries packets: of a command socket and of a net session's link.
 #pragma once
 
+#include "framework/inner/fast_paths.h"
 #include "framework/packet.h"
 #include "framework/peer_log.h"
 #include "framework/stopwatch.h"
@@ -72,7 +73,7 @@ private:
             if (m_IsBroken || !(isFirst || (watch && watch->isBelow(limit))))
                 return false;
             std::span<const unsigned char> packet = takeWhole();
-            if (!watch && !isExhausted())
+            if (!watch && (!kHasFastPaths || !isExhausted()))
                 watch.emplace();
             if (!packet.empty())
             {
@@ -102,6 +103,9 @@ private:
         std::optional<BlockPin> pin;
         if (block)
             pin.emplace(*block);
+        // As in takeWhole(): a handler that reads from the stream gets what follows its packet.
+        if (block && block->holds(packet.data()))
+            m_Reader.finish();
         take(packet);
         m_Reader.finish();
     }
@@ -115,6 +119,8 @@ private:
     // virtual calls. Its bytes stay in the buffer until the next receive.
     std::span<const unsigned char> takeWhole()
     {
+        if constexpr (!kHasFastPaths)
+            return {};
         if (m_Stream.m_Link->m_Input.size() == 0 && m_Reader.reads(&m_Stream))
             m_Stream.view(PacketReader::kHeadSize);
         // An override of receive() may have closed the connection.

@@ -1,0 +1,15 @@
+// The switch between the fast paths and the plain ones, which the build sets (COMMONGROUND_FAST_PATHS in CMake).
+#pragma once
+
+namespace zet::inner
+{
+
+// Whether this build takes a fast path where a plain one exists too. Both give the same bytes and the same results; a
+// build without the fast ones shows that by the tests, and lets a sanitizer see each copy and each block of memory.
+#ifdef COMMONGROUND_WITHOUT_FAST_PATHS
+inline constexpr bool kHasFastPaths = false;
+#else
+inline constexpr bool kHasFastPaths = true;
+#endif
+
+} // namespace zet::inner
