@@ -376,66 +376,69 @@ void benchEnvelope()
         });
 }
 
+// A command with values, and its dispatches.
+template <class Command>
+struct Dispatched
+{
+    explicit Dispatched(const char* name)
+    {
+        Command command;
+        std::mt19937 random(7);
+        bench::fill(command, random);
+        m_Id = command.GetID();
+        if (command.Write(&m_Packager))
+            return;
+        std::fprintf(stderr, "cannot write %s\n", name);
+        std::exit(1);
+    }
+    void by(const CCmdAnalyserSocket& analyser)
+    {
+        for (int i = 0; i < kRecords; ++i)
+        {
+            m_Packager.Reset();
+            analyser.Analyse(m_Socket, m_Packager);
+        }
+    }
+
+    CCmdPackager m_Packager;
+    unsigned short m_Id = 0;
+    const zet::Unknown::Handle_T<CCommandSocket> m_Socket = CCommandSocket::createInstance(nullptr);
+};
+
 // A typed handler with a capture compared with a plain one, which casts and has none.
 template <class Command>
 void benchTyped(const char* name, SocketCmdProcess process)
 {
-    Command command;
-    std::mt19937 random(7);
-    bench::fill(command, random);
-    CCmdPackager packager;
-    if (!command.Write(&packager))
-    {
-        std::fprintf(stderr, "cannot write %s\n", name);
-        std::exit(1);
-    }
+    Dispatched<Command> command(name);
     const auto typedAnalyser = std::make_unique<CCmdAnalyserSocket>();
     const auto plainAnalyser = std::make_unique<CCmdAnalyserSocket>();
-    const auto socket = CCommandSocket::createInstance(plainAnalyser.get());
     double sum = 0;
     host::Handlers handlers(*typedAnalyser);
     handlers.on<Command>([&sum](CCommandSocket&, const Command& each) { sum += sumOf(each); });
     plainAnalyser->Install(
-        command.GetID(), process,
+        command.m_Id, process,
         [](CCommandSocket*, CCmdHead* each, unsigned long, unsigned long)
         { g_Sum += sumOf(*static_cast<Command*>(each)); },
         0, 0);
-    const auto dispatch = [&](const CCmdAnalyserSocket& analyser)
-    {
-        for (int i = 0; i < kRecords; ++i)
-        {
-            packager.Reset();
-            analyser.Analyse(socket, packager);
-        }
-    };
     g_Sum = 0;
-    dispatch(*typedAnalyser);
-    dispatch(*plainAnalyser);
+    command.by(*typedAnalyser);
+    command.by(*plainAnalyser);
     if (sum != g_Sum || sum == 0)
     {
         std::fprintf(stderr, "the typed and the plain handler disagree on %s\n", name);
         std::exit(1);
     }
     bench::compare(
-        name, kRecords, [&] { dispatch(*typedAnalyser); }, [&] { dispatch(*plainAnalyser); });
+        name, kRecords, [&] { command.by(*typedAnalyser); }, [&] { command.by(*plainAnalyser); });
 }
 
 // A command whose figures are counted compared with one whose figures are not.
 template <class Command>
 void benchCounted(const char* name)
 {
-    Command command;
-    std::mt19937 random(7);
-    bench::fill(command, random);
-    CCmdPackager packager;
-    if (!command.Write(&packager))
-    {
-        std::fprintf(stderr, "cannot write %s\n", name);
-        std::exit(1);
-    }
+    Dispatched<Command> command(name);
     const auto counted = std::make_unique<CCmdAnalyserSocket>();
     const auto plain = std::make_unique<CCmdAnalyserSocket>();
-    const auto socket = CCommandSocket::createInstance(plain.get());
     double sum = 0;
     host::Handlers countedHandlers(*counted);
     host::Handlers plainHandlers(*plain);
@@ -443,16 +446,8 @@ void benchCounted(const char* name)
         handlers->on<Command>([&sum](CCommandSocket&, const Command& each) { sum += sumOf(each); });
     host::Metrics metrics;
     metrics.watch(*counted);
-    const auto dispatch = [&](const CCmdAnalyserSocket& analyser)
-    {
-        for (int i = 0; i < kRecords; ++i)
-        {
-            packager.Reset();
-            analyser.Analyse(socket, packager);
-        }
-    };
     bench::compare(
-        name, kRecords, [&] { dispatch(*counted); }, [&] { dispatch(*plain); });
+        name, kRecords, [&] { command.by(*counted); }, [&] { command.by(*plain); });
     bench::keep(sum);
 }
 

@@ -1,11 +1,9 @@
 #include "framework/peer_log.h"
 
+#include "framework/inner/log_share.h"
 #include "framework/inner/report.h"
 #include "framework/log.h"
-#include "framework/time.h"
 
-#include <algorithm>
-#include <atomic>
 #include <utility>
 
 namespace zet
@@ -13,8 +11,6 @@ namespace zet
 
 namespace
 {
-
-std::atomic<unsigned long long> allLeftOut{0};
 
 // Each tick of a connection changes it: in a fixed place relative to the thread it needs no call.
 #if defined(__ELF__) && defined(__GNUC__)
@@ -26,10 +22,7 @@ constinit thread_local const PeerLog::Scope* t_Scope = nullptr;
 
 struct PeerLog::Share
 {
-    unsigned int m_Room = kBurst;
-    // When the share last grew, in ticks of getTimeTick().
-    unsigned int m_Refilled = 0;
-    unsigned long long m_LeftOut = 0;
+    inner::LogShare m_Lines;
     // The name of the peer, once lines were omitted.
     String_T<wchar_t> m_Name;
 };
@@ -59,9 +52,8 @@ void PeerLog::finish() noexcept
 
 void PeerLog::sayLeftOut()
 {
-    if (m_Used->m_LeftOut > 0)
-        Log::warning(L"last line %llu times, the same or alike (%s)", std::exchange(m_Used->m_LeftOut, 0),
-                     m_Used->m_Name);
+    if (const unsigned long long omitted = m_Used->m_Lines.takeOmitted())
+        Log::warning(L"last line %llu times, the same or alike (%s)", omitted, m_Used->m_Name);
 }
 
 bool PeerLog::takesLine()
@@ -74,28 +66,19 @@ bool PeerLog::takes(const Scope& scope)
 {
     if (!m_Used)
         m_Used = new Share;
-    Share& used = *m_Used;
-    const unsigned int now = getTimeTick();
-    if (used.m_Room == kBurst)
-        used.m_Refilled = now;
-    const unsigned int steps = (now - used.m_Refilled) / kInterval;
-    used.m_Room = std::min(kBurst, used.m_Room + std::min(steps, kBurst));
-    used.m_Refilled += steps * kInterval;
-    if (used.m_Room == 0)
+    if (!m_Used->m_Lines.take())
     {
-        allLeftOut.fetch_add(1, std::memory_order_relaxed);
-        if (used.m_LeftOut++ == 0)
-            used.m_Name = scope.m_NameOf(scope.m_Peer);
+        if (m_Used->m_Lines.getOmitted() == 1)
+            m_Used->m_Name = scope.m_NameOf(scope.m_Peer);
         return false;
     }
-    --used.m_Room;
     sayLeftOut();
     return true;
 }
 
 unsigned long long PeerLog::getLeftOut()
 {
-    return allLeftOut.load(std::memory_order_relaxed);
+    return inner::LogShare::getAllOmitted();
 }
 
 } // namespace zet

@@ -9,25 +9,31 @@
 namespace host
 {
 
-void Inbox::post(Work work)
+bool Inbox::post(Work work)
 {
     {
         const std::lock_guard lock(m_Mutex);
+        if (m_Posted.size() >= m_Limit)
+        {
+            m_Refused.fetch_add(1, std::memory_order_relaxed);
+            return false;
+        }
         m_Posted.push_back(std::move(work));
-        m_HasPosted.store(true, std::memory_order_relaxed);
+        m_Size.store(m_Posted.size(), std::memory_order_relaxed);
     }
     waken();
+    return true;
 }
 
 void Inbox::onTick(unsigned int)
 {
-    if (!m_HasPosted.load(std::memory_order_relaxed))
+    if (getSize() == 0)
         return;
     std::vector<Work> posted;
     {
         const std::lock_guard lock(m_Mutex);
         posted.swap(m_Posted);
-        m_HasPosted.store(false, std::memory_order_relaxed);
+        m_Size.store(0, std::memory_order_relaxed);
     }
     for (Work& each : posted)
         zet::inner::guardCall(

@@ -69,6 +69,7 @@ public:
         if (zet::platform::takeReloadRequest())
             reload();
         m_Parts.m_Manager.tick(zet::getTimeTick());
+        m_Parts.m_Figures.beginTick();
         if (m_Parts.m_Metrics.isOn())
             tickMeasured();
         else
@@ -246,6 +247,11 @@ void Service::setHttpPort(int port)
     m_Parts->m_HttpPort = port;
 }
 
+void Service::allowHttpHost(const char* name)
+{
+    m_Parts->m_HttpHosts.emplace_back(name);
+}
+
 Metrics& Service::getMetrics() const
 {
     return m_Parts->m_Metrics;
@@ -259,8 +265,10 @@ zet::System& Service::getSystem() const
 int Service::run(int count, char** words)
 {
     addOption("--drain-time", &m_Parts->m_DrainTime, "the milliseconds that open answers have at the end");
-    addOption("--http-port", &m_Parts->m_HttpPort,
-              "the port of 127.0.0.1 for /metrics, /healthz and /readyz: 0 for a free one, -1 for none");
+    std::string httpHelp = "the port of ";
+    httpHelp += inner::HttpServer::kAddress;
+    httpHelp += " for /metrics, /healthz and /readyz: 0 for a free one, -1 for none";
+    addOption("--http-port", &m_Parts->m_HttpPort, httpHelp.c_str());
     const std::string fault = m_Parts->m_Options.parse(count, words);
     if (!fault.empty())
     {

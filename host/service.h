@@ -128,8 +128,12 @@ public:
     // Before run(); --http-port changes it, too. With a port (0 for a free one, which the log names) an HTTP server on
     // 127.0.0.1 answers GET and HEAD in the System: /metrics with the figures of getMetrics(), /healthz as long as
     // ticks happen, /readyz with 200 or 503 by isReady(). It has no password: whoever has access to this machine can
-    // read them.
+    // read them. A request whose field Host names neither localhost nor 127.0.0.1 nor [::1] gets 421, so that a page of
+    // a foreign site cannot read them in a browser on this machine.
     void setHttpPort(int port);
+    // Before run(). Requests may name this host too, such as the one that a proxy on this machine passes on: a name or
+    // an address (of IPv6 in brackets) without a port.
+    void allowHttpHost(const char* name);
     // Off unless there is an HTTP port or the host calls setOn(true) before run(). While on, ticks are measured.
     Metrics& getMetrics() const;
 

@@ -41,6 +41,12 @@ void ConnectionEvents::beginEvents()
     m_Detail = 0;
 }
 
+void ConnectionEvents::beginAttempt()
+{
+    beginEvents();
+    m_Flags |= kAttempt;
+}
+
 bool ConnectionEvents::settleCause(EndCause otherwise)
 {
     if (!(m_Flags & kBegun) || (m_Flags & kSettled))
@@ -77,6 +83,7 @@ void ConnectionEvents::setFailure(EndCause cause)
 
 void ConnectionEvents::callEstablished()
 {
+    m_Flags = static_cast<unsigned char>(m_Flags & ~kAttempt);
     inner::guard(L"onEstablished()", nullptr, [this] { onEstablished(); });
 }
 

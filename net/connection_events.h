@@ -45,8 +45,11 @@ protected:
     void noteCause(EndCause cause);
     void forgetCause();
 
-    // For the classes of the library.
+    // For the classes of the library. beginAttempt(): the same for a connect().
     void beginEvents();
+    void beginAttempt();
+    // Whether the last connection is one of connect() for which onEstablished() was not called.
+    bool isAttempt() const { return (m_Flags & kAttempt) != 0; }
     // Makes the noted cause, or the given one, the final one. True the first time after beginEvents().
     bool settleCause(EndCause otherwise);
     // The same for a connection whose end another object counts. False if there is no end to be reported.
@@ -83,7 +86,9 @@ private:
         // The output has reached its mark.
         kHigh = 8,
         // An EndWatcher waits for the end.
-        kWatched = 16
+        kWatched = 16,
+        // A connect() has begun the connection, and onEstablished() was not called.
+        kAttempt = 32
     };
 
     EndCause::Code m_Code = EndCause::kNone;

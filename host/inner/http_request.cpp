@@ -118,7 +118,11 @@ private:
         const std::string name = lowered(line.substr(0, colon));
         const std::string value = lowered(trimmed(line.substr(colon + 1)));
         if (name == "host")
+        {
             ++m_Hosts;
+            m_Request.m_Host = value;
+            m_Request.m_HasHost = true;
+        }
         else if (name == "connection")
             forItems(value, [this](std::string_view item) { m_IsClosed = m_IsClosed || item == "close"; });
         else if (name == "accept")
@@ -144,6 +148,22 @@ private:
 };
 
 } // namespace
+
+std::string_view hostOf(std::string_view value)
+{
+    const bool isBracketed = !value.empty() && value[0] == '[';
+    size_t end = isBracketed ? value.find(']') : value.find(':');
+    if (isBracketed)
+    {
+        if (end == std::string_view::npos)
+            return {};
+        ++end;
+    }
+    const std::string_view host = value.substr(0, end);
+    const std::string_view port = value.substr(host.size());
+    const bool isPort = port.empty() || (port[0] == ':' && port.find_first_not_of("0123456789", 1) == port.npos);
+    return isPort ? host : std::string_view();
+}
 
 HttpRequest::State readRequest(std::string_view input, HttpRequest& request, size_t& used)
 {

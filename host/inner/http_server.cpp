@@ -1,6 +1,7 @@
 #include "host/inner/http_server.h"
 
 #include "framework/inner/moment.h"
+#include "framework/string_helper.h"
 #include "framework/time.h"
 #include "net/inner/guard.h"
 
@@ -24,6 +25,8 @@ const char* reasonOf(int status)
         return "Not Found";
     case 405:
         return "Method Not Allowed";
+    case 421:
+        return "Misdirected Request";
     case 431:
         return "Request Header Fields Too Large";
     case 503:
@@ -45,7 +48,7 @@ public:
 
 HttpServer::HttpServer(Answer answer) : m_Answer(std::move(answer))
 {
-    setBindAddress(L"127.0.0.1");
+    setBindAddress(zet::StringHelper::utf8ToWide(kAddress));
     zet::NetLimits limits;
     limits.m_Connections = kMostConnections;
     setLimits(limits);
@@ -136,8 +139,24 @@ bool HttpServer::tickClient(Client& client, unsigned int tick)
     return true;
 }
 
+void HttpServer::allowHost(const std::string& name)
+{
+    m_Hosts.push_back(name);
+    for (char& unit : m_Hosts.back())
+        if (unit >= 'A' && unit <= 'Z')
+            unit = static_cast<char>(unit - 'A' + 'a');
+}
+
+bool HttpServer::isAllowed(const HttpRequest& request) const
+{
+    // A client of HTTP/1.0 without the field is no browser.
+    return !request.m_HasHost || std::find(m_Hosts.begin(), m_Hosts.end(), hostOf(request.m_Host)) != m_Hosts.end();
+}
+
 void HttpServer::answer(Client& client, HttpRequest::State state, const HttpRequest& request)
 {
+    if (state == HttpRequest::kWhole && !isAllowed(request))
+        state = HttpRequest::kOtherHost;
     HttpAnswer made;
     if (state == HttpRequest::kWhole)
     {

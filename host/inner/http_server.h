@@ -18,11 +18,16 @@ struct HttpAnswer
     std::string m_Body;
 };
 
-// Listens on 127.0.0.1. A connection makes one request at a time: the next one is read when the answer before has left,
+// Listens on kAddress. A connection makes one request at a time: the next one is read when the answer before has left,
 // so a client that does not read holds one answer. A client has kMostTime for a request, and again to read its answer.
+//
+// A request whose field Host names neither this address nor this machine, nor a name that was allowed, is refused: a
+// page of a foreign site, whose name the site's owner lets resolve to 127.0.0.1, must not read the answers in a browser
+// on this machine.
 class COMMONGROUND_API HttpServer final : public zet::TcpServer
 {
 public:
+    static constexpr char kAddress[] = "127.0.0.1";
     // Connections at once; a further one is closed.
     static constexpr int kMostConnections = 16;
     // Milliseconds.
@@ -37,6 +42,8 @@ public:
     void onAccept() override;
     void close() override;
 
+    // Takes requests with this name, or address, in their field Host too; letters of ASCII in either case.
+    void allowHost(const std::string& name);
     int getConnectionCount() const { return static_cast<int>(m_Clients.size()); }
 
 private:
@@ -50,11 +57,14 @@ private:
         bool m_IsLast = false;
     };
 
+    bool isAllowed(const HttpRequest& request) const;
     // False if the connection is over.
     bool tickClient(Client& client, unsigned int tick);
     void answer(Client& client, HttpRequest::State state, const HttpRequest& request);
 
     const Answer m_Answer;
+    // In lower case.
+    std::vector<std::string> m_Hosts{"localhost", "[::1]", kAddress};
     std::vector<Client> m_Clients;
 };
 

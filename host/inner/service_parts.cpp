@@ -1,6 +1,7 @@
 #include "host/inner/service_parts.h"
 
 #include "framework/log.h"
+#include "framework/string_helper.h"
 #include "net/inner/guard.h"
 
 #include <algorithm>
@@ -33,14 +34,17 @@ bool ServiceParts::startHttp(zet::System& system)
         return true;
     const auto server = zet::Unknown::Handle_T<HttpServer>(
         new HttpServer([this](const HttpRequest& request) { return answerHttp(request); }));
+    for (const std::string& name : m_HttpHosts)
+        server->allowHost(name);
+    const auto address = zet::StringHelper::utf8ToWide(HttpServer::kAddress);
     if (m_HttpPort < 0 || m_HttpPort > kMostPort || !server->start(&system) ||
         !server->listen(static_cast<unsigned short>(m_HttpPort), 0))
     {
-        zet::Log::error(L"HTTP cannot listen on 127.0.0.1:%d", m_HttpPort);
+        zet::Log::error(L"HTTP cannot listen on %s:%d", address, m_HttpPort);
         return false;
     }
     m_Http = server;
-    zet::Log::message(L"HTTP on 127.0.0.1:%d", static_cast<int>(server->getPort()));
+    zet::Log::message(L"HTTP on %s:%d", address, static_cast<int>(server->getPort()));
     return true;
 }
 
@@ -53,18 +57,18 @@ void ServiceParts::stopHttp()
     m_Http.clear();
 }
 
-HttpAnswer ServiceParts::answerHttp(const HttpRequest& request) const
+HttpAnswer ServiceParts::answerHttp(const HttpRequest& request)
 {
     HttpAnswer answer;
     if (request.m_Path == "/metrics" && request.m_WantsPlainText)
     {
         answer.m_Type = "text/plain; version=0.0.4; charset=utf-8";
-        answer.m_Body = m_Metrics.getPlainText().getBuffer();
+        answer.m_Body = m_Figures.getPlainText();
     }
     else if (request.m_Path == "/metrics")
     {
         answer.m_Type = "application/openmetrics-text; version=1.0.0; charset=utf-8";
-        answer.m_Body = m_Metrics.getText().getBuffer();
+        answer.m_Body = m_Figures.getText();
     }
     else if (request.m_Path == "/healthz")
         answer.m_Body = "ok\n";

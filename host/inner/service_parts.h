@@ -5,6 +5,7 @@
 #include "host/inner/http_server.h"
 #include "host/inner/manager.h"
 #include "host/inner/options.h"
+#include "host/inner/rendered_figures.h"
 #include "host/metrics.h"
 
 namespace host::inner
@@ -17,6 +18,7 @@ struct ServiceParts
     Manager m_Manager;
     Drain m_Drain;
     Metrics m_Metrics{false};
+    RenderedFigures m_Figures{m_Metrics};
     // Null without a port.
     zet::Unknown::Handle_T<HttpServer> m_Http;
 
@@ -25,6 +27,8 @@ struct ServiceParts
     std::vector<std::function<void()>> m_OnDrain;
     std::vector<std::function<void()>> m_Stop;
     std::vector<std::function<bool()>> m_ReadyChecks;
+    // Names that the HTTP server takes for its own.
+    std::vector<std::string> m_HttpHosts;
 
     // Set by the command line.
     bool m_WantsHelp = false;
@@ -40,7 +44,7 @@ struct ServiceParts
     void stopHttp();
 
 private:
-    HttpAnswer answerHttp(const HttpRequest& request) const;
+    HttpAnswer answerHttp(const HttpRequest& request);
 };
 
 } // namespace host::inner

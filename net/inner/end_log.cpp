@@ -1,12 +1,8 @@
 #include "net/inner/end_log.h"
 
+#include "framework/inner/log_share.h"
 #include "framework/inner/report.h"
 #include "framework/log.h"
-#include "framework/peer_log.h"
-#include "framework/time.h"
-
-#include <algorithm>
-#include <utility>
 
 namespace zet::inner
 {
@@ -14,37 +10,9 @@ namespace zet::inner
 namespace
 {
 
-class Share
+LogShare& shareOf(bool isOrdinary)
 {
-public:
-    // Uses one line; false if the share is used up, and the line is counted.
-    bool take()
-    {
-        const unsigned int now = getTimeTick();
-        if (m_Left == PeerLog::kBurst)
-            m_Refilled = now;
-        const unsigned int steps = (now - m_Refilled) / PeerLog::kInterval;
-        m_Left = std::min(PeerLog::kBurst, m_Left + std::min(steps, PeerLog::kBurst));
-        m_Refilled += steps * PeerLog::kInterval;
-        if (m_Left == 0)
-        {
-            ++m_Omitted;
-            return false;
-        }
-        --m_Left;
-        return true;
-    }
-    unsigned long long takeOmitted() { return std::exchange(m_Omitted, 0); }
-
-private:
-    unsigned int m_Left = PeerLog::kBurst;
-    unsigned int m_Refilled = 0;
-    unsigned long long m_Omitted = 0;
-};
-
-Share& shareOf(bool isOrdinary)
-{
-    thread_local Share shares[2];
+    thread_local LogShare shares[2];
     return shares[isOrdinary ? 1 : 0];
 }
 
@@ -58,7 +26,7 @@ void logEnd(const wchar_t* pattern, EndCause cause, PeerTextOf peer, const void*
             const Log::Level level = cause.isOrdinary() ? Log::kMessage : Log::kWarning;
             if (!Log::isWanted(level))
                 return;
-            Share& share = shareOf(cause.isOrdinary());
+            LogShare& share = shareOf(cause.isOrdinary());
             if (!share.take())
                 return;
             String_T<wchar_t> line = formatText(pattern, peer(object), cause.getText());

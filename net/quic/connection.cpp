@@ -49,7 +49,7 @@ void UdpServer::UdpConnection::reportEnd()
 {
     settleCause({EndCause::kClosedHere, 0});
     // From here on the object may connect anew.
-    const bool isConnect = m_State == kConnectFailed;
+    const bool isConnect = isAttempt();
     const EndCause cause = getEndCause();
     const bool isDue = takeEnd();
     if (isDue && !isEndLogged())

@@ -95,7 +95,8 @@ void TcpConnection::reportEnd()
     settleEnd({EndCause::kSystem, 0});
     if (!takeEnd())
         return;
-    const bool isConnect = m_State == kConnectFailed;
+    // After a proxy's refusal the socket works as after a grant, but the target was not reached.
+    const bool isConnect = isAttempt() || getEndCause().m_Code == EndCause::kProxy;
     if (!isEndLogged())
         inner::logEnd(isConnect ? inner::kConnectLine : inner::kEndedLine, getEndCause(), peerNameOf, this);
     callEnd(getEndCause());

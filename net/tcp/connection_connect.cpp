@@ -57,7 +57,7 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
     }
     m_State = kConnectFailed;
     m_KeepAlive = keepAlive;
-    beginEvents();
+    beginAttempt();
     String_T<wchar_t> host = ip ? ip : L"";
     const auto name = StringHelper::wideToUtf8(host);
     Endpoint peer;

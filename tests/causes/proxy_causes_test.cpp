@@ -42,7 +42,7 @@ struct Refusing : Analysed, test::Proxied
     }
     std::wstring line(const std::wstring& cause) const
     {
-        return L"Connection with " + proxyName() + L" ended: " + cause;
+        return L"Connect to " + proxyName() + L" failed: " + cause;
     }
     bool has(const std::wstring& text) const
     {

@@ -149,4 +149,14 @@ TEST_F(UdpEvents, TheLogHasOneLineForEachEnd)
     EXPECT_EQ(log.texts(), (std::vector<std::wstring>{L"Connection with " + peer + L" ended: closed here"}));
 }
 
+TEST_F(UdpEvents, CloseBeforeTheConnectionIsEstablishedIsAFailedConnect)
+{
+    m_Net.m_Clock.advance(32 * zet::PeerLog::kInterval);
+    const test::LogLines log;
+    ASSERT_TRUE(m_Client->connect(m_Net.m_Port, L"127.0.0.1", m_Net.m_Server->getPort(), {}));
+    m_Client->close();
+    const std::wstring peer = m_Client->getPeerName().getBuffer();
+    EXPECT_EQ(log.texts(), (std::vector<std::wstring>{L"Connect to " + peer + L" failed: closed here"}));
+}
+
 } // namespace

@@ -94,7 +94,7 @@ protected:
     }
     static std::string request(const std::string& path, const std::string& fields = "")
     {
-        return "GET " + path + " HTTP/1.1\r\nHost: a\r\n" + fields + "\r\n";
+        return "GET " + path + " HTTP/1.1\r\nHost: localhost\r\n" + fields + "\r\n";
     }
     // What a client gets for this until the server ends the connection.
     std::string answerTo(const std::string& text)
@@ -143,6 +143,36 @@ TEST_F(Http, FaultsHaveTheirStatusAndEndTheConnection)
     EXPECT_EQ(m_Requests, 0);
     EXPECT_EQ(statusOf(request("/none", "Connection: close\r\n")), "HTTP/1.1 404");
     EXPECT_EQ(statusOf(request("/throw", "Connection: close\r\n")), "HTTP/1.1 500");
+}
+
+// A page of a foreign site that has its name resolve to 127.0.0.1 gets nothing.
+TEST_F(Http, RequestsForOtherHostsAreRefused)
+{
+    const auto statusOf = [&](const std::string& host)
+    { return answerTo("GET /a HTTP/1.1\r\nHost: " + host + "\r\nConnection: close\r\n\r\n").substr(0, 12); };
+    for (const char* const host : {"localhost", "LocalHost", "localhost:9100", "127.0.0.1", "127.0.0.1:80", "[::1]",
+                                   "[::1]:65535", "localhost:"})
+        EXPECT_EQ(statusOf(host), "HTTP/1.1 200") << host;
+    const int served = m_Requests;
+    for (const char* const host :
+         {"evil.example", "evil.example:80", "localhost.evil.example", "127.0.0.1.evil.example", "127.0.0.2",
+          "192.0.2.1", "[::2]", "[::1", "[::1]x", "::1", "localhost:a", "localhost:80:80", "a@localhost", ""})
+        EXPECT_EQ(statusOf(host), "HTTP/1.1 421") << host;
+    EXPECT_EQ(m_Requests, served);
+    // No browser: it names no host.
+    EXPECT_EQ(answerTo("GET /a HTTP/1.0\r\n\r\n").substr(0, 12), "HTTP/1.1 200");
+}
+
+TEST_F(Http, HostThatIsAllowedIsServed)
+{
+    m_Server->allowHost("Metrics.Example");
+    m_Server->allowHost("[fd00::1]");
+    for (const char* const host : {"metrics.example", "METRICS.example:9100", "[FD00::1]:80"})
+        EXPECT_EQ(
+            answerTo(std::string("GET /a HTTP/1.1\r\nHost: ") + host + "\r\nConnection: close\r\n\r\n").substr(0, 12),
+            "HTTP/1.1 200")
+            << host;
+    EXPECT_EQ(answerTo("GET /a HTTP/1.1\r\nHost: example\r\n\r\n").substr(0, 12), "HTTP/1.1 421");
 }
 
 TEST_F(Http, OneConnectionServesRequestAfterRequest)

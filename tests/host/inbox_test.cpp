@@ -77,6 +77,38 @@ TEST(Inbox, WorkIsReleasedAfterItIsDoneOrWithTheInbox)
     EXPECT_EQ(held.use_count(), 1);
 }
 
+TEST(Inbox, FullInboxRefusesWorkAndTakesItAgainAfterATick)
+{
+    zet::System system;
+    system.init();
+    const InboxHandle inbox = new host::Inbox(2);
+    ASSERT_TRUE(inbox->start(&system));
+    const auto held = std::make_shared<int>(0);
+    EXPECT_TRUE(inbox->post([held] { ++*held; }));
+    EXPECT_TRUE(inbox->post([held] { ++*held; }));
+    EXPECT_EQ(inbox->getSize(), 2u);
+    EXPECT_FALSE(inbox->post([held] { ++*held; }));
+    EXPECT_EQ(held.use_count(), 3) << "refused work is released";
+    EXPECT_EQ(inbox->getSize(), 2u);
+    EXPECT_EQ(inbox->getRefusedCount(), 1u);
+    system.tick();
+    EXPECT_EQ(*held, 2);
+    EXPECT_EQ(inbox->getSize(), 0u);
+    EXPECT_TRUE(inbox->post([held] { ++*held; }));
+    system.tick();
+    EXPECT_EQ(*held, 3);
+    system.exit();
+}
+
+TEST(Inbox, DefaultLimitIsGenerous)
+{
+    const InboxHandle inbox = new host::Inbox;
+    for (size_t i = 0; i < host::Inbox::kDefaultLimit; ++i)
+        ASSERT_TRUE(inbox->post([] {}));
+    EXPECT_FALSE(inbox->post([] {}));
+    EXPECT_EQ(host::Inbox::kDefaultLimit, 65536u);
+}
+
 // Also for the thread sanitizer: two Systems count down in turns, and sleep a day where nothing is posted.
 TEST(Inbox, APostEndsTheSleepOfAnotherThread)
 {

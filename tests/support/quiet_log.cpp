@@ -1,4 +1,5 @@
-// Without a sink the log would write warnings and errors to standard error; most tests provoke some.
+// Without a sink the log would write warnings and errors to standard error; most tests provoke some, and a fuzz target
+// provokes millions.
 #include "framework/log.h"
 
 namespace

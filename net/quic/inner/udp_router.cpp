@@ -11,7 +11,10 @@ void UdpLink::setOwner(UdpServer::UdpConnection& owner, UdpServer::UdpConnection
     owner.m_State = state;
     owner.m_IsEndTold = false;
     owner.m_HasBegun = true;
-    owner.beginEvents();
+    if (state == UdpServer::UdpConnection::kConnecting)
+        owner.beginAttempt();
+    else
+        owner.beginEvents();
     owner.m_ConnectionId = id;
     setPeer(peer);
 }
