@@ -33,6 +33,18 @@ else()
   list(REMOVE_ITEM sources ${quic})
 endif()
 
+# What runs once per connection or less often, and text forms, need half the code with -Os. Of an inline function that
+# several files have, the linker keeps the first copy, so these files come last.
+set(rare ${sources})
+list(FILTER rare INCLUDE REGEX "/(\
+host/(metrics|service|inner/(drain|http_request|http_server|manager|metric_families|options|service_parts))|\
+runtime/[a-z_]+|runtime/inner/[a-z_]+|\
+framework/(app|format|json|log|message|module|property|property_factory|string_helper|inner/log_mailbox)|\
+net/(address_filter|end_cause|door/names|inner/end_log|session/address|tls/context_[a-z]+|tls/inner/(source|store|verify)_[a-z]+)|\
+transport/(address_file|framework_client_proxy_socket|framework_client_socket))\\.cpp$")
+list(REMOVE_ITEM sources ${rare})
+list(APPEND sources ${rare})
+
 add_library(commonground SHARED ${sources})
 add_library(commonground::commonground ALIAS commonground)
 # Before 1.0 each minor version is incompatible with the one before; the CMake package states the same.
@@ -63,9 +75,10 @@ endif()
 # The many classes of these floors need a third less code with -O2 than with CMake's -O3. Those that are sent many times
 # a second keep -O3.
 set(many ${sources})
-list(FILTER many INCLUDE REGEX "/((commands|packs|playerdata|runtime)/[a-z0-9_]+|host/(inner/)?[a-z0-9_]+)\\.cpp$")
+list(FILTER many INCLUDE REGEX "/((commands|packs|playerdata)/[a-z0-9_]+|host/(inner/)?[a-z0-9_]+)\\.cpp$")
 list(FILTER many EXCLUDE REGEX "/commands/(camera|device|race_pawn)\\.cpp$|/packs/(home|envelope)\\.cpp$")
 set_property(SOURCE ${many} APPEND PROPERTY COMPILE_OPTIONS $<$<CONFIG:Release>:-O2>)
+set_property(SOURCE ${rare} APPEND PROPERTY COMPILE_OPTIONS $<$<CONFIG:Release>:-Os>)
 
 if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND NOT WIN32)
   # 64-bit time_t, for times after 2038, in the one file that converts times. Elsewhere a time_t may be passed to
