@@ -113,20 +113,20 @@ const std::vector<double>& Metrics::getDurationBounds()
 
 MetricCounter& Metrics::counter(const std::string& name, const std::string& help, const MetricLabels& labels)
 {
-    return m_Families->get(m_Families->m_Counters, name, help, labels);
+    return m_Families->get(m_Families->m_Counters, m_Families->m_RefusedCounter, name, help, labels);
 }
 
 MetricGauge& Metrics::gauge(const std::string& name, const std::string& help, const MetricLabels& labels)
 {
-    return m_Families->get(m_Families->m_Gauges, name, help, labels);
+    return m_Families->get(m_Families->m_Gauges, m_Families->m_RefusedGauge, name, help, labels);
 }
 
 MetricHistogram& Metrics::histogram(const std::string& name, const std::string& help, const std::vector<double>& bounds,
                                     const MetricLabels& labels)
 {
     const auto family = m_Families->m_Histograms.find(name);
-    const bool isFirst = family == m_Families->m_Histograms.end() || family->second.m_Samples.empty();
-    return m_Families->get(m_Families->m_Histograms, name, help, labels,
+    const bool isFirst = family == m_Families->m_Histograms.end();
+    return m_Families->get(m_Families->m_Histograms, m_Families->m_RefusedHistogram, name, help, labels,
                            isFirst ? bounds : family->second.m_Samples.front().m_Value->getBounds());
 }
 

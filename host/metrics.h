@@ -149,9 +149,11 @@ public:
     // Before anything is watched.
     void setOn(bool isOn) { m_IsOn = isOn; }
 
-    // A figure of the host: the same object for the same name and labels. A name consists of letters, digits and '_',
-    // and starts with a letter; a counter's name has no suffix "_total". A name that is not valid, or that another kind
-    // of figure has, is logged, and the figure returned is not printed.
+    // A figure of the host: the same object for the same name and labels, in any order. A name consists of letters of
+    // ASCII, digits and '_', starts with a letter, not with "commonground_" or "process_", and does not end with
+    // "_total". The name of a label may also start with one '_'; it is given once, and "le" is reserved in histograms.
+    // A name that is not valid, or that another kind of figure has, is logged once; the figure returned is one for all
+    // such names, and not printed.
     MetricCounter& counter(const std::string& name, const std::string& help, const MetricLabels& labels = {});
     MetricGauge& gauge(const std::string& name, const std::string& help, const MetricLabels& labels = {});
     // All histograms of a name have the bounds of the first one.

@@ -20,27 +20,54 @@ bool endsWith(const std::string& name, const std::string& suffix)
     return name.size() >= suffix.size() && name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0;
 }
 
+bool startsWith(const std::string& name, const std::string& prefix)
+{
+    return name.compare(0, prefix.size(), prefix) == 0;
+}
+
+// Of a label; of a metric too, except that ':' is left to recording rules.
+bool isName(const std::string& name)
+{
+    return !name.empty() && isLetter(name[0]) &&
+           std::all_of(name.begin(), name.end(),
+                       [](char unit) { return isLetter(unit) || (unit >= '0' && unit <= '9'); });
+}
+
+// Lines about refused figures.
+constexpr size_t kMostRefusals = 100;
+
 } // namespace
 
 MetricFamilies::MetricFamilies() : m_TickLength(Metrics::getDurationBounds()), m_TickLag(Metrics::getDurationBounds())
 {
 }
 
-bool MetricFamilies::isName(const std::string& name)
+bool MetricFamilies::refuse(const zet::String_T<wchar_t>& line)
 {
-    return !name.empty() && isLetter(name[0]) && !endsWith(name, "_total") &&
-           std::all_of(name.begin(), name.end(),
-                       [](char unit) { return isLetter(unit) || (unit >= '0' && unit <= '9'); });
+    if (m_Refusals.size() < kMostRefusals && m_Refusals.emplace(line.getBuffer()).second)
+        zet::Log::error(L"%s", line);
+    return false;
 }
 
-bool MetricFamilies::isFree(const std::string& name, bool isOfThisKind) const
+bool MetricFamilies::mayMake(const std::string& name, bool isOfThisKind, bool isHistogram, const MetricLabels& labels)
 {
-    const bool isTaken = m_Counters.contains(name) || m_Gauges.contains(name) || m_Histograms.contains(name);
-    if (isName(name) && (isOfThisKind || !isTaken))
-        return true;
-    zet::Log::error(isName(name) ? L"Metrics: %s has another kind" : L"Metrics: %s is not a valid name",
-                    zet::StringHelper::utf8ToWide(name.c_str()));
-    return false;
+    const zet::String_T<wchar_t> shown = zet::StringHelper::utf8ToWide(name.c_str());
+    if (!isName(name) || name[0] == '_' || endsWith(name, "_total"))
+        return refuse(zet::formatText(L"Metrics: %s is not a valid name", shown));
+    if (startsWith(name, "commonground_") || startsWith(name, "process_"))
+        return refuse(zet::formatText(L"Metrics: %s is a reserved name", shown));
+    if (!isOfThisKind && (m_Counters.contains(name) || m_Gauges.contains(name) || m_Histograms.contains(name)))
+        return refuse(zet::formatText(L"Metrics: %s has another kind", shown));
+    std::set<std::string> labelNames;
+    for (const auto& [label, value] : labels)
+    {
+        const zet::String_T<wchar_t> text = zet::StringHelper::utf8ToWide(label.c_str());
+        if (!isName(label) || startsWith(label, "__") || (isHistogram && label == "le"))
+            return refuse(zet::formatText(L"Metrics: %s has the label \"%s\", which is not valid", shown, text));
+        if (!labelNames.insert(label).second)
+            return refuse(zet::formatText(L"Metrics: %s has the label \"%s\" twice", shown, text));
+    }
+    return true;
 }
 
 void MetricFamilies::print(MetricText& text) const
@@ -52,24 +79,18 @@ void MetricFamilies::print(MetricText& text) const
     printListeners(text);
     for (const auto& [name, family] : m_Counters)
     {
-        if (name.empty())
-            continue;
         text.beginCounter(name, family.m_Help);
         for (const auto& sample : family.m_Samples)
             text.add(sample.m_Labels, sample.m_Value->get());
     }
     for (const auto& [name, family] : m_Gauges)
     {
-        if (name.empty())
-            continue;
         text.beginGauge(name, family.m_Help);
         for (const auto& sample : family.m_Samples)
             text.add(sample.m_Labels, sample.m_Value->get());
     }
     for (const auto& [name, family] : m_Histograms)
     {
-        if (name.empty())
-            continue;
         text.beginHistogram(name, family.m_Help);
         for (const auto& sample : family.m_Samples)
             text.add(sample.m_Labels, sample.m_Value->getBounds(), sample.m_Value->getCounts(),
