@@ -107,7 +107,13 @@ Metrics::~Metrics() = default;
 
 const std::vector<double>& Metrics::getDurationBounds()
 {
-    static const std::vector<double> bounds = {1e-5, 2.5e-5, 1e-4, 2.5e-4, 1e-3, 2.5e-3, 1e-2, 2.5e-2, 0.1, 0.25, 1};
+    static const std::vector<double> bounds = []
+    {
+        std::vector<double> seconds;
+        for (const unsigned long long nanoseconds : inner::kDurationBounds)
+            seconds.push_back(static_cast<double>(nanoseconds) / 1e9);
+        return seconds;
+    }();
     return bounds;
 }
 
