@@ -77,6 +77,7 @@ void MetricFamilies::print(MetricText& text) const
     text.beginHistogram("commonground_tick_lag_seconds", "How much later than planned a tick began.", "seconds");
     text.add({}, m_TickLag.getBounds(), m_TickLag.getCounts(), m_TickLag.getSum());
     printListeners(text);
+    printInboxes(text);
     for (const auto& [name, family] : m_Counters)
     {
         text.beginCounter(name, family.m_Help);
@@ -166,12 +167,28 @@ void MetricFamilies::printListeners(MetricText& text) const
     printReasons("commonground_listener_refused", "Connections refused by a port.", "reason", &F::m_Refused);
     printReasons("commonground_listener_ended", "Connections of a port that have ended.", "cause", &F::m_Ended);
     printCounter("commonground_listener_handshakes", "Handshakes completed on a port.", "", &F::m_Handshakes);
+    printCounter("commonground_listener_handshakes_failed", "Handshakes on a port that failed or were not completed.",
+                 "", &F::m_HandshakesFailed);
     printCounter("commonground_listener_received_bytes", "Bytes received on a port.", "bytes", &F::m_BytesIn);
     printCounter("commonground_listener_sent_bytes", "Bytes sent on a port.", "bytes", &F::m_BytesOut);
     printCounter("commonground_listener_received_datagrams", "Datagrams received on a port.", "", &F::m_DatagramsIn);
     printCounter("commonground_listener_sent_datagrams", "Datagrams sent on a port.", "", &F::m_DatagramsOut);
+    printCounter("commonground_listener_lost_packets", "Packets sent by connections of a port and declared lost.", "",
+                 &F::m_PacketsLost);
     printCounter("commonground_listener_dropped_datagrams", "Datagrams of user data from IPv6 that were dropped.", "",
                  &F::m_DatagramsDropped);
+}
+
+void MetricFamilies::printInboxes(MetricText& text) const
+{
+    if (m_Inboxes.empty())
+        return;
+    text.beginGauge("commonground_inbox_calls", "Calls that wait in an inbox.");
+    for (const auto& [name, inbox] : m_Inboxes)
+        text.add({{"inbox", name}}, static_cast<unsigned long long>(inbox->getSize()));
+    text.beginCounter("commonground_inbox_refused", "Calls that an inbox refused since it was full.");
+    for (const auto& [name, inbox] : m_Inboxes)
+        text.add({{"inbox", name}}, inbox->getRefusedCount());
 }
 
 } // namespace host::inner

@@ -4,6 +4,7 @@
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "framework/time.h"
+#include "host/inbox.h"
 #include "host/metrics.h"
 
 #include <algorithm>
@@ -51,6 +52,7 @@ struct MetricFamilies
     MetricHistogram m_RefusedHistogram{{}};
     std::vector<std::function<void(MetricText&)>> m_Printers;
     std::vector<Listener> m_Listeners;
+    std::vector<std::pair<std::string, const Inbox*>> m_Inboxes;
     const SystemCmdInfo* m_Info = nullptr;
     MetricHistogram m_TickLength;
     MetricHistogram m_TickLag;
@@ -62,6 +64,7 @@ private:
     // False. A line is logged once, and only the first lines of all: the names may come from peers.
     bool refuse(const zet::String_T<wchar_t>& line);
     void printListeners(MetricText& text) const;
+    void printInboxes(MetricText& text) const;
 
     std::set<std::wstring> m_Refusals;
 };

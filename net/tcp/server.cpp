@@ -80,6 +80,11 @@ unsigned long long TcpServer::getEndCount(EndCause::Code code) const
     return m_Crowd->ends().get(code);
 }
 
+const AcceptCounts& TcpServer::getAcceptCounts() const
+{
+    return m_Crowd->accepts();
+}
+
 EndCause TcpServer::beginListening(unsigned short port, int backlog)
 {
     if (!isInvalid())
@@ -398,6 +403,7 @@ bool TcpServer::accept(TcpConnection* connection)
             noteFault({EndCause::kTlsContext, 0});
         return false;
     }
+    ++m_Crowd->accepts().m_Accepted;
     setNextTick();
     return true;
 }
