@@ -40,10 +40,7 @@ struct Refusing : Analysed, test::Proxied
         m_Proxy->m_Stream->close();
         return tickUntil(m_System, [this] { return static_cast<bool>(m_Client->getEndCause()); });
     }
-    std::wstring line(const std::wstring& cause) const
-    {
-        return L"Connect to " + proxyName() + L" failed: " + cause;
-    }
+    std::wstring line(const std::wstring& cause) const { return L"Connect to " + proxyName() + L" failed: " + cause; }
     bool has(const std::wstring& text) const
     {
         const auto lines = m_Logs.allLines();
