@@ -1,6 +1,7 @@
 #include "dispatch/analyser.h"
 
 #include "dispatch/inner/boundary.h"
+#include "dispatch/inner/observed_dispatch.h"
 #include "framework/log.h"
 #include "framework/peer_log.h"
 #include "framework/string_helper.h"
@@ -18,6 +19,15 @@ void tellThrown(const char* what)
         zet::Log::error(L"Exception in a command handler: %s", zet::StringHelper::utf8ToWide(what));
     else
         zet::Log::error(L"Exception in a command handler");
+}
+
+// Out of line, so that the usual path has no code of it.
+template <class Dispatch>
+[[gnu::noinline]] void dispatchObserved(const zet::SharedPtr<CommandObserver>& observer, const CCmdPackager& pk,
+                                        Dispatch dispatch)
+{
+    ObservedDispatch report(observer, pk);
+    report.setOutcome(dispatch());
 }
 
 } // namespace
@@ -45,7 +55,17 @@ int CCmdAnalyser::Analyse(CCmdPackager& pk, unsigned long arg1, unsigned long ar
     return 0;
 }
 
-void CCmdAnalyser::dispatch(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const
+inline void CCmdAnalyser::dispatch(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const
+{
+    if (!m_pObserver)
+    {
+        dispatchPlain(pk, arg1, arg2);
+        return;
+    }
+    dispatchObserved(m_pObserver, pk, [&] { return dispatchPlain(pk, arg1, arg2); });
+}
+
+CommandObserver::Outcome CCmdAnalyser::dispatchPlain(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const
 {
     // The log takes its arguments by reference; a copy keeps the original in a register.
     const unsigned short id = pk.GetCmdID();
@@ -53,7 +73,7 @@ void CCmdAnalyser::dispatch(CCmdPackager& pk, unsigned long arg1, unsigned long 
     {
         if (zet::PeerLog::takesLine())
             zet::Log::error(L"CCmdAnalyser cannot Analyse OverFlow CMD(0x%04x)", pk.GetCmdID());
-        return;
+        return CommandObserver::kUnknown;
     }
     const Entry& entry = m_Commands[id];
     if (!entry.m_Process)
@@ -62,15 +82,16 @@ void CCmdAnalyser::dispatch(CCmdPackager& pk, unsigned long arg1, unsigned long 
             m_pfnUnknownCmd(&pk, arg1, arg2);
         else if (zet::PeerLog::takesLine())
             zet::Log::error(L"CCmdAnalyser cannot Analyse NULL command(0x%04x)", pk.GetCmdID());
+        return CommandObserver::kUnknown;
     }
-    else if (!entry.m_Process(&pk, entry.m_Handler, arg1, arg2))
-    {
-        // The second closing parenthesis belongs to the text.
-        if (m_pfnErrorCmd)
-            m_pfnErrorCmd(&pk, arg1, arg2);
-        else if (zet::PeerLog::takesLine())
-            zet::Log::error(L"CCmdAnalyser cannot Analyse ERROR command(0x%04x))", pk.GetCmdID());
-    }
+    if (entry.m_Process(&pk, entry.m_Handler, arg1, arg2))
+        return CommandObserver::kHandled;
+    // The second closing parenthesis belongs to the text.
+    if (m_pfnErrorCmd)
+        m_pfnErrorCmd(&pk, arg1, arg2);
+    else if (zet::PeerLog::takesLine())
+        zet::Log::error(L"CCmdAnalyser cannot Analyse ERROR command(0x%04x))", pk.GetCmdID());
+    return CommandObserver::kRefused;
 }
 
 int CCmdAnalyser::Analyse(const void* data, int size, unsigned long arg1, unsigned long arg2) const

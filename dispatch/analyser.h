@@ -2,8 +2,10 @@
 #pragma once
 
 #include "dispatch/command_id_limit.h"
+#include "dispatch/command_observer.h"
 #include "dispatch/command_process.h"
 #include "framework/export.h"
+#include "framework/shared_ptr.h"
 
 // One entry per id, inside the object. Read-only while in use: call Install at start-up; from then on any number of
 // threads may share one analyser.
@@ -11,7 +13,7 @@ class COMMONGROUND_API CCmdAnalyser
 {
 public:
     // The fallbacks may be null; then the case is logged.
-    // Constant, so that a static analyser costs a program nothing when it starts.
+    // Constant, so that a static analyser is not filled when a program starts.
     constexpr explicit CCmdAnalyser(CmdFallback unknownCmd = nullptr, CmdFallback errorCmd = nullptr)
         : m_pfnUnknownCmd(unknownCmd), m_pfnErrorCmd(errorCmd)
     {
@@ -19,6 +21,11 @@ public:
 
     // Replaces the entry of an id. An id of kCommandIdLimit or more is refused, logged, and fails an assertion.
     void Install(unsigned short id, CmdProcess process, CmdHandler handler);
+
+    // As CCmdAnalyserSocket::SetObserver(): reports received commands, and those that a UdpClientSocket or CNetSession
+    // with this analyser sends.
+    void SetObserver(zet::SharedPtr<CommandObserver> observer) { m_pObserver = std::move(observer); }
+    CommandObserver* GetObserver() const { return m_pObserver.get(); }
 
     // Passes the command to its handler with the two arguments. The result is always 0. An exception from a handler is
     // caught and logged.
@@ -35,8 +42,10 @@ private:
 
     void dispatch(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const;
     void dispatch(const void* data, int size, unsigned long arg1, unsigned long arg2) const;
+    CommandObserver::Outcome dispatchPlain(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const;
 
     Entry m_Commands[kCommandIdLimit];
     CmdFallback m_pfnUnknownCmd;
     CmdFallback m_pfnErrorCmd;
+    zet::SharedPtr<CommandObserver> m_pObserver;
 };

@@ -1,11 +1,11 @@
 #include "dispatch/analyser_socket.h"
 
 #include "dispatch/inner/boundary.h"
+#include "dispatch/inner/observed_dispatch.h"
 #include "dispatch/inner/socket_seam.h"
 #include "framework/inner/fast_paths.h"
 #include "framework/log.h"
 #include "framework/peer_log.h"
-#include "framework/platform/platform.h"
 #include "framework/string_helper.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/wire/access.h"
@@ -75,22 +75,10 @@ inline bool CCmdAnalyserSocket::dispatch(CCommandSocket* socket, CCmdPackager& p
 // Out of line, so that the usual path has no code of it.
 [[gnu::noinline]] bool CCmdAnalyserSocket::dispatchObserved(CCommandSocket* socket, CCmdPackager& pk) const
 {
-    // Reports at the end of the dispatch, also when it throws. The handler may replace the observer.
-    struct Report
-    {
-        ~Report()
-        {
-            m_Observer->onReceived(m_Id, m_Size, m_Outcome, zet::platform::getMonotonicNanoseconds() - m_Begin);
-        }
-        const zet::SharedPtr<CommandObserver> m_Observer;
-        const unsigned short m_Id;
-        const int m_Size;
-        CommandObserver::Outcome m_Outcome = CommandObserver::kThrown;
-        const unsigned long long m_Begin = zet::platform::getMonotonicNanoseconds();
-    } report{m_pObserver, pk.GetCmdID(), pk.GetDataSize()};
+    ObservedDispatch report(m_pObserver, pk);
     auto outcome = CommandObserver::kHandled;
     const bool result = dispatchPlain(socket, pk, outcome);
-    report.m_Outcome = outcome;
+    report.setOutcome(outcome);
     return result;
 }
 

@@ -21,6 +21,6 @@ public:
     virtual ~CommandObserver();
     // A received command was dispatched. size: bytes of its payload; nanoseconds: the time that this took.
     virtual void onReceived(unsigned short id, int size, Outcome outcome, unsigned long long nanoseconds) = 0;
-    // A command is about to be sent. size: bytes of its payload.
+    // A command is about to be sent, or was just queued. size: bytes of its payload.
     virtual void onSent(unsigned short id, int size) = 0;
 };

@@ -1,5 +1,6 @@
 #include "host/metrics.h"
 
+#include "dispatch/analyser.h"
 #include "dispatch/analyser_socket.h"
 #include "framework/log.h"
 #include "framework/peer_log.h"
@@ -80,10 +81,17 @@ zet::String_T<char> toText(const std::string& text)
     return {text.data(), static_cast<int>(text.size())};
 }
 
-// A port counts what it refused with the ends of its connections.
+// What TCP and UDP ports both know. A port counts what it refused with the ends of its connections.
 template <class Server>
-void addEnds(ListenerFigures& figures, const Server& server)
+void addCounts(ListenerFigures& figures, const Server& server, bool hasHandshakes)
 {
+    const zet::AcceptCounts& accepts = server.getAcceptCounts();
+    figures.m_Accepted = accepts.m_Accepted;
+    if (hasHandshakes)
+    {
+        figures.m_Handshakes = accepts.m_Handshakes;
+        figures.m_HandshakesFailed = accepts.m_HandshakesFailed;
+    }
     for (int i = zet::EndCause::kNone + 1; i < zet::EndCause::kCodes; ++i)
     {
         const auto code = static_cast<zet::EndCause::Code>(i);
@@ -107,26 +115,32 @@ Metrics::~Metrics() = default;
 
 const std::vector<double>& Metrics::getDurationBounds()
 {
-    static const std::vector<double> bounds = {1e-5, 2.5e-5, 1e-4, 2.5e-4, 1e-3, 2.5e-3, 1e-2, 2.5e-2, 0.1, 0.25, 1};
+    static const std::vector<double> bounds = []
+    {
+        std::vector<double> seconds;
+        for (const unsigned long long nanoseconds : inner::kDurationBounds)
+            seconds.push_back(static_cast<double>(nanoseconds) / 1e9);
+        return seconds;
+    }();
     return bounds;
 }
 
 MetricCounter& Metrics::counter(const std::string& name, const std::string& help, const MetricLabels& labels)
 {
-    return m_Families->get(m_Families->m_Counters, name, help, labels);
+    return m_Families->get(m_Families->m_Counters, m_Families->m_RefusedCounter, name, help, labels);
 }
 
 MetricGauge& Metrics::gauge(const std::string& name, const std::string& help, const MetricLabels& labels)
 {
-    return m_Families->get(m_Families->m_Gauges, name, help, labels);
+    return m_Families->get(m_Families->m_Gauges, m_Families->m_RefusedGauge, name, help, labels);
 }
 
 MetricHistogram& Metrics::histogram(const std::string& name, const std::string& help, const std::vector<double>& bounds,
                                     const MetricLabels& labels)
 {
     const auto family = m_Families->m_Histograms.find(name);
-    const bool isFirst = family == m_Families->m_Histograms.end() || family->second.m_Samples.empty();
-    return m_Families->get(m_Families->m_Histograms, name, help, labels,
+    const bool isFirst = family == m_Families->m_Histograms.end();
+    return m_Families->get(m_Families->m_Histograms, m_Families->m_RefusedHistogram, name, help, labels,
                            isFirst ? bounds : family->second.m_Samples.front().m_Value->getBounds());
 }
 
@@ -135,13 +149,29 @@ void Metrics::addPrinter(std::function<void(MetricText&)> print)
     m_Families->m_Printers.push_back(std::move(print));
 }
 
-void Metrics::watch(CCmdAnalyserSocket& analyser)
+template <class Analyser>
+void Metrics::observe(Analyser& analyser)
 {
     if (!m_IsOn)
         return;
     if (!m_Commands)
         m_Commands = std::make_shared<inner::CommandMetrics>();
     analyser.SetObserver(m_Commands);
+}
+
+void Metrics::watch(CCmdAnalyserSocket& analyser)
+{
+    observe(analyser);
+}
+
+void Metrics::watch(CCmdAnalyser& analyser)
+{
+    observe(analyser);
+}
+
+void Metrics::watch(const std::string& name, const Inbox& inbox)
+{
+    m_Families->m_Inboxes.emplace_back(name, &inbox);
 }
 
 void Metrics::watch(const std::string& name, CFrameworkServerSocket& server)
@@ -154,7 +184,9 @@ void Metrics::watch(const std::string& name, CFrameworkServerSocket& server)
               QueueWalk walk;
               server.GetAllClientSocket()->foreach(walk);
               figures.m_QueuedBytes = walk.m_Bytes;
-              addEnds(figures, server);
+              const zet::AcceptCounts& accepts = server.getAcceptCounts();
+              addCounts(figures, server,
+                        server.getTlsContext() || accepts.m_Handshakes > 0 || accepts.m_HandshakesFailed > 0);
               return figures;
           });
 }
@@ -169,7 +201,7 @@ void Metrics::watch(const std::string& name, UdpServerSocket& server)
               UdpWalk walk;
               server.GetAllClientSocket()->foreach(walk);
               figures.m_QueuedBytes = walk.m_Bytes;
-              addEnds(figures, server);
+              addCounts(figures, server, true);
               if (walk.m_Timed > 0)
                   figures.m_RoundTripSeconds = static_cast<double>(walk.m_Microseconds) / walk.m_Timed / 1e6;
               const zet::UdpServer::Traffic traffic = server.getTraffic();
@@ -178,6 +210,7 @@ void Metrics::watch(const std::string& name, UdpServerSocket& server)
               figures.m_DatagramsIn = traffic.m_DatagramsIn;
               figures.m_DatagramsOut = traffic.m_DatagramsOut;
               figures.m_DatagramsDropped = traffic.m_DatagramsDropped;
+              figures.m_PacketsLost = server.getLostPackets();
               return figures;
           });
 }

@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+class CCmdAnalyser;
 class CCmdAnalyserSocket;
 class CFrameworkServerSocket;
 class SystemCmdInfo;
@@ -22,6 +23,8 @@ class UdpServerSocket;
 
 namespace host
 {
+
+class Inbox;
 
 namespace inner
 {
@@ -117,12 +120,16 @@ struct ListenerFigures
     std::map<std::string, unsigned long long> m_Refused;
     std::map<std::string, unsigned long long> m_Ended;
     Value m_Accepted;
+    // TLS or QUIC handshakes of peers: completed, and failed or not completed.
     Value m_Handshakes;
+    Value m_HandshakesFailed;
     Value m_BytesIn;
     Value m_BytesOut;
     Value m_DatagramsIn;
     Value m_DatagramsOut;
     Value m_DatagramsDropped;
+    // Sent packets of connections that were declared lost.
+    Value m_PacketsLost;
     // Now.
     Value m_Connections;
     Value m_QueuedBytes;
@@ -149,9 +156,11 @@ public:
     // Before anything is watched.
     void setOn(bool isOn) { m_IsOn = isOn; }
 
-    // A figure of the host: the same object for the same name and labels. A name consists of letters, digits and '_',
-    // and starts with a letter; a counter's name has no suffix "_total". A name that is not valid, or that another kind
-    // of figure has, is logged, and the figure returned is not printed.
+    // A figure of the host: the same object for the same name and labels, in any order. A name consists of letters of
+    // ASCII, digits and '_', starts with a letter, not with "commonground_" or "process_", and does not end with
+    // "_total". The name of a label may also start with one '_'; it is given once, and "le" is reserved in histograms.
+    // A name that is not valid, or that another kind of figure has, is logged once; the figure returned is one for all
+    // such names, and not printed.
     MetricCounter& counter(const std::string& name, const std::string& help, const MetricLabels& labels = {});
     MetricGauge& gauge(const std::string& name, const std::string& help, const MetricLabels& labels = {});
     // All histograms of a name have the bounds of the first one.
@@ -162,10 +171,14 @@ public:
 
     // Counts the commands that the analyser dispatches and that sockets with this analyser send. Before it is used.
     void watch(CCmdAnalyserSocket& analyser);
+    // The same for a UdpClientSocket, each of which has an analyser of its own, and for CNetSession.
+    void watch(CCmdAnalyser& analyser);
     // Prints the figures of a port under a name.
     void watch(const std::string& name, CFrameworkServerSocket& server);
     void watch(const std::string& name, UdpServerSocket& server);
     void watch(const std::string& name, std::function<ListenerFigures()> figures);
+    // Prints the calls that wait in an inbox and those that it refused, under a name.
+    void watch(const std::string& name, const Inbox& inbox);
     // Prints the required statistics, too.
     void watch(const SystemCmdInfo& info);
 
@@ -181,6 +194,9 @@ public:
     static const std::vector<double>& getDurationBounds();
 
 private:
+    template <class Analyser>
+    void observe(Analyser& analyser);
+
     bool m_IsOn;
     std::shared_ptr<inner::CommandMetrics> m_Commands;
     const std::unique_ptr<inner::MetricFamilies> m_Families;

@@ -93,7 +93,11 @@ bool CNetSession::sendNetCommand(CCmdHead* command)
 bool CNetSession::sendNetCommand(CCmdPackager* packager)
 {
     const auto message = convertToNetMessage(packager);
-    return message && send(message);
+    if (!message || !send(message))
+        return false;
+    if (CommandObserver* const observer = m_pCmdAnalyser ? m_pCmdAnalyser->GetObserver() : nullptr)
+        observer->onSent(packager->GetCmdID(), packager->GetDataSize());
+    return true;
 }
 
 void CNetSession::onMsg_NetCommand(Msg_NetCommand* message)

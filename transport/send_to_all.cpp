@@ -40,5 +40,5 @@ bool CCommandBroadcast::pack()
 
 bool CCommandBroadcast::SendTo(UdpClientSocket* socket)
 {
-    return socket && m_Packager && pack() && socket->sendPacked(m_Packed, m_PackedSize);
+    return socket && m_Packager && pack() && socket->sendPacked(*m_Packager, m_Packed, m_PackedSize);
 }

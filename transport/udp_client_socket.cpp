@@ -102,7 +102,7 @@ bool UdpClientSocket::send(const CCmdPackager& packager)
     const int size = pack(packager, place);
     // A longer frame is lost without a report.
     if (size > 0)
-        sendPacked(place, size);
+        sendPacked(packager, place, size);
     return true;
 }
 
@@ -117,8 +117,10 @@ int UdpClientSocket::pack(const CCmdPackager& packager, unsigned char* place)
     return packager.Pack(place + kHeadSize, size);
 }
 
-bool UdpClientSocket::sendPacked(const unsigned char* place, int size)
+bool UdpClientSocket::sendPacked(const CCmdPackager& packager, const unsigned char* place, int size)
 {
+    if (CommandObserver* const observer = m_CmdAnalyser.GetObserver())
+        observer->onSent(packager.GetCmdID(), packager.GetDataSize());
     zet::UdpSecureConnection::send(place, kHeadSize);
     if (zet::UdpSecureConnection::send(place + kHeadSize, size) == size)
         return true;

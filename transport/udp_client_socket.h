@@ -73,8 +73,8 @@ private:
     // Writes the length and the frame; returns the bytes of the frame, 0 if it is above the limit. The place has
     // kHeadSize + kFrameLimit bytes.
     static int pack(const CCmdPackager& packager, unsigned char* place);
-    // Sends that. False, and the connection breaks, if the queue does not take it.
-    bool sendPacked(const unsigned char* place, int size);
+    // Sends that frame of this command. False, and the connection breaks, if the queue does not take it.
+    bool sendPacked(const CCmdPackager& packager, const unsigned char* place, int size);
     // One step of reading; false if there are no more bytes for now.
     bool readHead();
     bool readBody();

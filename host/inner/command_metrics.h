@@ -7,6 +7,10 @@
 namespace host::inner
 {
 
+// The bounds of the buckets for durations, in nanoseconds.
+inline constexpr unsigned long long kDurationBounds[] = {10000,    25000,    100000,    250000,    1000000,   2500000,
+                                                         10000000, 25000000, 100000000, 250000000, 1000000000};
+
 // One row per id of the catalogue and one for all other ids, so that a peer cannot make rows. Counting allocates
 // nothing.
 class CommandMetrics final : public CommandObserver
@@ -23,8 +27,6 @@ public:
 
 private:
     struct Row;
-
-    Row& rowOf(unsigned short id) const;
 
     std::unique_ptr<Row[]> m_Rows;
 };

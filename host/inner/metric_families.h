@@ -4,7 +4,12 @@
 #include "framework/log.h"
 #include "framework/string_helper.h"
 #include "framework/time.h"
+#include "host/inbox.h"
 #include "host/metrics.h"
+
+#include <algorithm>
+#include <set>
+#include <type_traits>
 
 namespace host::inner
 {
@@ -30,41 +35,55 @@ struct MetricFamilies
 
     MetricFamilies();
 
-    // Returns the figure of this name with these labels. The first call makes it from the arguments.
+    // Returns the figure of this name with these labels. The first call makes it from the arguments. A name or labels
+    // that the host may not use are logged, and the result is the figure for all of them.
     template <class Kind, class... Arguments>
-    Kind& get(Families<Kind>& families, const std::string& name, const std::string& help, const MetricLabels& labels,
-              const Arguments&... arguments);
+    Kind& get(Families<Kind>& families, Kind& refused, const std::string& name, const std::string& help,
+              const MetricLabels& labels, const Arguments&... arguments);
 
     void print(MetricText& text) const;
 
     Families<MetricCounter> m_Counters;
     Families<MetricGauge> m_Gauges;
     Families<MetricHistogram> m_Histograms;
+    // Are not printed.
+    MetricCounter m_RefusedCounter;
+    MetricGauge m_RefusedGauge;
+    MetricHistogram m_RefusedHistogram{{}};
     std::vector<std::function<void(MetricText&)>> m_Printers;
     std::vector<Listener> m_Listeners;
+    std::vector<std::pair<std::string, const Inbox*>> m_Inboxes;
     const SystemCmdInfo* m_Info = nullptr;
     MetricHistogram m_TickLength;
     MetricHistogram m_TickLag;
     const long long m_StartTime = zet::time(nullptr);
 
 private:
-    bool isFree(const std::string& name, bool isOfThisKind) const;
-    static bool isName(const std::string& name);
+    // Whether a host may make this figure, which does not exist yet; otherwise the log says why.
+    bool mayMake(const std::string& name, bool isOfThisKind, bool isHistogram, const MetricLabels& labels);
+    // False. A line is logged once, and only the first lines of all: the names may come from peers.
+    bool refuse(const zet::String_T<wchar_t>& line);
     void printListeners(MetricText& text) const;
+    void printInboxes(MetricText& text) const;
+
+    std::set<std::wstring> m_Refusals;
 };
 
 template <class Kind, class... Arguments>
-Kind& MetricFamilies::get(Families<Kind>& families, const std::string& name, const std::string& help,
+Kind& MetricFamilies::get(Families<Kind>& families, Kind& refused, const std::string& name, const std::string& help,
                           const MetricLabels& labels, const Arguments&... arguments)
 {
-    const bool isGood = isFree(name, families.contains(name));
-    // A refused figure is kept under a name that is not printed.
-    MetricFamily<Kind>& family = families[isGood ? name : std::string()];
-    if (family.m_Help.empty())
+    const auto known = families.find(name);
+    if (known != families.end())
+        for (auto& sample : known->second.m_Samples)
+            if (sample.m_Labels.size() == labels.size() &&
+                std::is_permutation(labels.begin(), labels.end(), sample.m_Labels.begin()))
+                return *sample.m_Value;
+    if (!mayMake(name, known != families.end(), std::is_same_v<Kind, MetricHistogram>, labels))
+        return refused;
+    MetricFamily<Kind>& family = families[name];
+    if (family.m_Samples.empty())
         family.m_Help = help;
-    for (auto& sample : family.m_Samples)
-        if (isGood && sample.m_Labels == labels)
-            return *sample.m_Value;
     family.m_Samples.push_back({labels, std::make_unique<Kind>(arguments...)});
     return *family.m_Samples.back().m_Value;
 }

@@ -158,7 +158,10 @@ void UdpServer::onTick(unsigned int)
 
 bool UdpServer::accept(UdpConnection* connection)
 {
-    return m_Router && connection && m_Router->give(*connection);
+    if (!m_Router || !connection || !m_Router->give(*connection))
+        return false;
+    ++m_Accepts.m_Accepted;
+    return true;
 }
 
 bool UdpServer::connect(UdpConnection* connection, const wchar_t* ip, unsigned short port, const Uuid& id)
@@ -248,6 +251,11 @@ int UdpServer::getConnectionCount() const
 UdpServer::Traffic UdpServer::getTraffic() const
 {
     return m_Router ? m_Router->getTraffic() : Traffic();
+}
+
+unsigned long long UdpServer::getLostPackets() const
+{
+    return m_Router ? m_Router->getLostPackets() : 0;
 }
 
 } // namespace zet

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "framework/uuid.h"
+#include "net/accept_counts.h"
 #include "net/end_cause.h"
 #include "net/limits.h"
 #include "net/socket.h"
@@ -168,6 +169,12 @@ public:
     // The connections opened by peers that have ended by this cause, or that this port refused by it, since its
     // construction. One that was not accepted in time counts too.
     unsigned long long getEndCount(EndCause::Code code) const;
+    // The connections that this port accepted, and the handshakes of peers that have shown that they receive at their
+    // addresses.
+    const AcceptCounts& getAcceptCounts() const { return m_Accepts; }
+    // Packets with bytes of connections in both directions that were sent since listen() and declared lost, some of
+    // them too early. Visits each connection.
+    unsigned long long getLostPackets() const;
 
     // The certificate and the authorities that the next listen() or attach() uses; null for none, as above. A context
     // with a certificate shows that to peers; otherwise they are shown one that the port makes, which no authority has
@@ -208,6 +215,7 @@ private:
     // Null for all.
     std::unique_ptr<inner::Endpoint> m_BindAddress;
     const std::unique_ptr<inner::EndCounts> m_Ends;
+    AcceptCounts m_Accepts;
     EndCause m_Fault;
     unsigned short m_UdpPort = 0;
     bool m_IsPortShared = false;

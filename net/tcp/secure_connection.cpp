@@ -209,11 +209,11 @@ void TcpSecureConnection::endLateHandshake()
         failHandshake(L"it did not end in time", {EndCause::kTimedOut, EndCause::kHandshake});
 }
 
-void TcpSecureConnection::endSecuring()
+void TcpSecureConnection::endSecuring(bool isDone)
 {
     clearPending(kSecuring);
     if (inner::Seat* const seat = m_Link->seat())
-        seat->endHandshake();
+        seat->endHandshake(isDone);
 }
 
 void TcpSecureConnection::shakeHands()
@@ -239,7 +239,7 @@ void TcpSecureConnection::shakeHands()
             return m_Tls->m_Input.settle(m_Reactor->pool());
         m_Tls->m_HandshakeInput += got;
     }
-    endSecuring();
+    endSecuring(true);
     setEstablished();
     noteSecureInput();
     m_Tls->m_Input.settle(m_Reactor->pool());
@@ -250,7 +250,7 @@ void TcpSecureConnection::shakeHands()
 
 void TcpSecureConnection::failHandshake(const String_T<wchar_t>& reason, EndCause cause)
 {
-    endSecuring();
+    endSecuring(false);
     Log::warning(L"TLS handshake with %s failed: %s", getPeerName(), reason);
     noteCause(cause);
     setEndLogged();

@@ -71,7 +71,7 @@ private:
     // Called by the port for an accepted connection.
     void stepHandshake();
     void endLateHandshake();
-    void endSecuring();
+    void endSecuring(bool isDone);
     void failHandshake(const String_T<wchar_t>& reason, EndCause cause);
     int fillInput(ConnectionState& end);
     void noteSecureInput();

@@ -81,6 +81,11 @@ unsigned long long TcpServer::getEndCount(EndCause::Code code) const
     return m_Crowd->ends().get(code);
 }
 
+const AcceptCounts& TcpServer::getAcceptCounts() const
+{
+    return m_Crowd->accepts();
+}
+
 EndCause TcpServer::beginListening(unsigned short port, int backlog)
 {
     if (!isInvalid())
@@ -401,6 +406,7 @@ bool TcpServer::accept(TcpConnection* connection)
             noteFault({EndCause::kTlsContext, 0});
         return false;
     }
+    ++m_Crowd->accepts().m_Accepted;
     setNextTick();
     return true;
 }

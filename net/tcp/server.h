@@ -1,6 +1,7 @@
 // A listening TCP port, run as a task.
 #pragma once
 
+#include "net/accept_counts.h"
 #include "net/address_filter.h"
 #include "net/limits.h"
 #include "net/tcp/connection.h"
@@ -130,6 +131,8 @@ public:
     const EndCause& getFault() const { return m_Fault; }
     // The connections of this port that have ended by this cause, or that it refused by it, since its construction.
     unsigned long long getEndCount(EndCause::Code code) const;
+    // The connections that this port accepted, and their handshakes.
+    const AcceptCounts& getAcceptCounts() const;
 
     // The port listened on, also where listen() chose it; 0 when not listening.
     unsigned short getPort() const { return m_ListenPort; }

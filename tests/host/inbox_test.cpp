@@ -2,6 +2,7 @@
 #include "host/inbox.h"
 
 #include "framework/thread.h"
+#include "host/metrics.h"
 #include "tests/support/log_lines.h"
 
 #include <gtest/gtest.h>
@@ -107,6 +108,18 @@ TEST(Inbox, DefaultLimitIsGenerous)
         ASSERT_TRUE(inbox->post([] {}));
     EXPECT_FALSE(inbox->post([] {}));
     EXPECT_EQ(host::Inbox::kDefaultLimit, 65536u);
+}
+
+TEST(Inbox, ItsCallsAreAmongTheFigures)
+{
+    const InboxHandle inbox = new host::Inbox(1);
+    host::Metrics metrics;
+    metrics.watch("main", *inbox);
+    EXPECT_TRUE(inbox->post([] {}));
+    EXPECT_FALSE(inbox->post([] {}));
+    const std::string text = metrics.getText().getBuffer();
+    EXPECT_NE(text.find("\ncommonground_inbox_calls{inbox=\"main\"} 1\n"), std::string::npos);
+    EXPECT_NE(text.find("\ncommonground_inbox_refused_total{inbox=\"main\"} 1\n"), std::string::npos);
 }
 
 // Also for the thread sanitizer: two Systems count down in turns, and sleep a day where nothing is posted.

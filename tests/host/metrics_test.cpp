@@ -5,6 +5,7 @@
 #include "framework/log.h"
 #include "framework/peer_log.h"
 #include "host/handlers.h"
+#include "host/inbox.h"
 #include "runtime/system_cmd_info.h"
 #include "tests/support/allocations.h"
 #include "tests/support/log_lines.h"
@@ -214,7 +215,8 @@ TEST(Metrics, SentCommandsAreCounted)
     EXPECT_NE(valueOf(text, "commonground_commands_sent_bytes_total{command=\"CCmdServerEcho\"}"), "");
     EXPECT_EQ(valueOf(text, "commonground_listener_connections{listener=\"notes\"}"), "1");
     EXPECT_EQ(valueOf(text, "commonground_listener_queued_bytes{listener=\"notes\"}"), "0");
-    EXPECT_EQ(text.find("commonground_listener_accepted"), std::string::npos) << "not known";
+    EXPECT_EQ(valueOf(text, "commonground_listener_accepted_total{listener=\"notes\"}"), "1");
+    EXPECT_EQ(text.find("commonground_listener_handshakes"), std::string::npos) << "a port without TLS";
 }
 
 TEST(Metrics, EndsOfAPortsConnectionsAreCountedByCause)
@@ -344,7 +346,7 @@ TEST(Metrics, DocumentListsTheFamiliesThatArePrinted)
     std::ifstream file(test::getTestsFolder() + "/../docs/operating.md", std::ios::binary);
     const std::string document{std::istreambuf_iterator<char>(file), {}};
     const auto listed = namesIn(document, "\\| `((?:commonground|process)_[a-z_]+)`");
-    EXPECT_EQ(listed.size(), 27u);
+    EXPECT_EQ(listed.size(), 31u);
 
     Dispatch dispatch;
     host::Metrics metrics;
@@ -354,12 +356,15 @@ TEST(Metrics, DocumentListsTheFamiliesThatArePrinted)
                   {
                       host::ListenerFigures all;
                       for (auto* const value :
-                           {&all.m_Accepted, &all.m_Handshakes, &all.m_BytesIn, &all.m_BytesOut, &all.m_DatagramsIn,
-                            &all.m_DatagramsOut, &all.m_DatagramsDropped, &all.m_Connections, &all.m_QueuedBytes})
+                           {&all.m_Accepted, &all.m_Handshakes, &all.m_HandshakesFailed, &all.m_PacketsLost,
+                            &all.m_BytesIn, &all.m_BytesOut, &all.m_DatagramsIn, &all.m_DatagramsOut,
+                            &all.m_DatagramsDropped, &all.m_Connections, &all.m_QueuedBytes})
                           *value = 0;
                       all.m_RoundTripSeconds = 0.25;
                       return all;
                   });
+    const zet::Unknown::Handle_T<host::Inbox> inbox(new host::Inbox);
+    metrics.watch("main", *inbox);
     EXPECT_EQ(namesIn(textOf(metrics), "# TYPE ([a-z_]+) "), listed);
 }
 

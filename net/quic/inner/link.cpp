@@ -274,6 +274,8 @@ void QuicLink::feed(const UdpPort::Datagram& datagram, size_t from, size_t size)
     if (m_IsStanding && !stood)
     {
         m_HasStood = true;
+        if (m_IsServer && m_Router.isOpen())
+            m_Router.countHandshake();
         dropSession();
         wake(kTickOwner);
     }

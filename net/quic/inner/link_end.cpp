@@ -148,6 +148,7 @@ void QuicLink::drop(Connection::ConnectionState state, EndCause cause)
     m_Deadline = m_Router.now() + rest;
     dropSession();
     m_Lookup.reset();
+    m_Router.addLost(lostPackets());
     if (m_Connection)
         ngtcp2_conn_del(std::exchange(m_Connection, nullptr));
     m_Output.drop(&m_Router.pool());

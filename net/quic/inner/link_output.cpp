@@ -152,4 +152,9 @@ unsigned long long QuicLink::roundTripTime() const
     return figures.first_rtt_sample_ts == UINT64_MAX ? 0 : figures.smoothed_rtt / kMicrosecond;
 }
 
+unsigned long long QuicLink::lostPackets() const
+{
+    return m_Connection && m_Stream >= 0 ? ngtcp2_conn_get_stream_loss_count(m_Connection, m_Stream) : 0;
+}
+
 } // namespace zet::inner

@@ -83,6 +83,14 @@ unsigned short QuicRouter::getPort() const
     return getAddress().m_Port;
 }
 
+unsigned long long QuicRouter::getLostPackets() const
+{
+    unsigned long long packets = m_Lost;
+    for (const auto& link : m_Links)
+        packets += link->lostPackets();
+    return packets;
+}
+
 QuicTime QuicRouter::now()
 {
     const unsigned long long time = getNanoseconds();
@@ -261,7 +269,10 @@ void QuicRouter::onOver(QuicLink& link)
     if (link.isServer())
     {
         if (m_Server)
+        {
             m_Server->countEnd(link.getCause());
+            m_Server->m_Accepts.m_HandshakesFailed += !link.isStanding();
+        }
         --m_VisitorCount;
         m_Addresses.remove(link.getOrigin());
         if (link.isAnnounced() && !link.getOwner())

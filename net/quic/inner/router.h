@@ -25,6 +25,7 @@ public:
     unsigned int getHandle() const override { return m_Port->getHandle(); }
     int getConnectionCount() const override { return m_Count; }
     const UdpServer::Traffic& getTraffic() const override { return m_Traffic; }
+    unsigned long long getLostPackets() const override;
     bool join(const std::shared_ptr<Reactor>& reactor) override;
     void tick() override;
     void endTick() override;
@@ -60,6 +61,10 @@ public:
     // announce(): the peer's id is known, so the connection is pending. onOver(): the connection has ended.
     void announce(QuicLink& link) { m_Visitors.push_back(&link); }
     void onOver(QuicLink& link);
+    // A peer has completed its handshake.
+    void countHandshake() { ++m_Server->m_Accepts.m_Handshakes; }
+    // The connection, which ends, has lost this number of packets.
+    void addLost(unsigned long long packets) { m_Lost += packets; }
     // Whether one more ended link may remain to answer late packets: at most m_ConnectionLimit or, if greater, kRemains
     // do.
     bool hasSpaceForClosed() const;
@@ -126,6 +131,8 @@ private:
     QuicTls m_Tls;
     unsigned char m_Secret[32];
     UdpServer::Traffic m_Traffic;
+    // Packets that ended connections have lost.
+    unsigned long long m_Lost = 0;
     QuicTime m_Now;
     // The value of getNanoseconds() at the last call of now().
     unsigned long long m_LastTime;

@@ -87,6 +87,7 @@ public:
     virtual unsigned int getHandle() const = 0;
     virtual int getConnectionCount() const = 0;
     virtual const UdpServer::Traffic& getTraffic() const = 0;
+    virtual unsigned long long getLostPackets() const = 0;
     // Moves the port to another reactor; on failure the port is closed.
     virtual bool join(const std::shared_ptr<Reactor>& reactor) = 0;
     virtual void tick() = 0;

@@ -47,7 +47,7 @@ TcpLink& Seat::link()
 
 void Seat::leave(const Endpoint& peer)
 {
-    endHandshake();
+    endHandshake(false);
     const Ref<Terms> terms = std::exchange(m_Terms, {});
     terms->m_Crowd->remove(*this, peer);
 }
@@ -92,9 +92,12 @@ bool Seat::waitForStep()
     return true;
 }
 
-void Seat::endHandshake()
+void Seat::endHandshake(bool isDone)
 {
-    m_IsSecuring = false;
+    if (!std::exchange(m_IsSecuring, false))
+        return;
+    AcceptCounts& counts = crowd().m_Accepts;
+    ++(isDone ? counts.m_Handshakes : counts.m_HandshakesFailed);
 }
 
 void Seat::countEnd(EndCause cause)

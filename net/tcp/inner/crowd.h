@@ -2,6 +2,7 @@
 // their handshakes and their deadlines.
 #pragma once
 
+#include "net/accept_counts.h"
 #include "net/inner/address_counts.h"
 #include "net/inner/counted.h"
 #include "net/inner/end_counts.h"
@@ -56,7 +57,8 @@ public:
     void beginHandshake(unsigned int time);
     // Queues a step of the handshake, which has input. False if one is queued already. REQUIRES: isTimed().
     bool waitForStep();
-    void endHandshake();
+    // Counts it as completed or as failed. Does nothing if none is under way.
+    void endHandshake(bool isDone);
     // Whether the port keeps the deadlines of this connection and runs its handshake.
     bool isTimed() const { return m_IsTimed; }
     // The connection was accepted, or input was received from its peer.
@@ -114,6 +116,8 @@ public:
 
     // The ends of the port's connections, and the connections that it refused, by cause.
     EndCounts& ends() { return m_Ends; }
+    // The connections that it accepted, and their handshakes.
+    AcceptCounts& accepts() { return m_Accepts; }
 
     // Sets whether the port calls serve().
     void setServed(bool isServed);
@@ -143,6 +147,7 @@ private:
     // Those of the present limits; null while no seat has them.
     Terms* m_Terms = nullptr;
     EndCounts m_Ends;
+    AcceptCounts m_Accepts;
     AddressCounts m_Addresses;
     int m_Count = 0;
     size_t m_Input = 0;
