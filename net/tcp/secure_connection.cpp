@@ -1,7 +1,7 @@
 #include "net/tcp/secure_connection.h"
 
-#include "framework/log.h"
 #include "framework/time.h"
+#include "net/inner/end_log.h"
 #include "net/tcp/inner/link.h"
 #include "net/tls/inner/layer.h"
 
@@ -17,6 +17,11 @@ using inner::TlsLayer;
 constexpr size_t kSealAt = 128 * 1024;
 // Reads of the socket in one receive() that may decrypt to nothing, such as alerts or new keys.
 constexpr int kRounds = 16;
+
+String_T<wchar_t> peerNameOf(const void* connection)
+{
+    return static_cast<const TcpConnection*>(connection)->getPeerName();
+}
 
 } // namespace
 
@@ -251,7 +256,7 @@ void TcpSecureConnection::shakeHands()
 void TcpSecureConnection::failHandshake(const String_T<wchar_t>& reason, EndCause cause)
 {
     endSecuring();
-    Log::warning(L"TLS handshake with %s failed: %s", getPeerName(), reason);
+    inner::logFault(L"TLS handshake with %s failed: %s", reason, peerNameOf, this);
     noteCause(cause);
     setEndLogged();
     // The peer should receive the alert.
@@ -286,7 +291,7 @@ void TcpSecureConnection::noteSecureInput()
 
 int TcpSecureConnection::breakTls(const String_T<wchar_t>& reason, EndCause cause)
 {
-    Log::warning(L"TLS with %s broke: %s", getPeerName(), reason);
+    inner::logFault(L"TLS with %s broke: %s", reason, peerNameOf, this);
     setEndLogged();
     fail(kBroken, cause);
     return -1;
