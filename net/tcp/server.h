@@ -125,8 +125,9 @@ public:
     // The limits set last; the defaults at first.
     const NetLimits& getLimits() const;
 
-    // Why the last listen(), attach() or accept() returned false, or a pending connection was last refused; kNone
-    // before the first one. listen() also logs it.
+    // Why the last listen() or attach() returned false, an accept() could not take over a pending connection, or a
+    // pending connection was last refused; kNone before the first one. listen() also logs it. An accept() that finds no
+    // pending connection, or gets an object that has a connection, does not change it.
     const EndCause& getFault() const { return m_Fault; }
     // The connections of this port that have ended by this cause, or that it refused by it, since its construction.
     unsigned long long getEndCount(EndCause::Code code) const;
