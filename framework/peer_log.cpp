@@ -26,7 +26,11 @@ constinit thread_local const PeerLog::Scope* t_Scope = nullptr;
 
 struct PeerLog::Share
 {
-    unsigned int m_Room = kBurst;
+    explicit Share(Rate rate) : m_Rate(rate), m_Left(rate.m_Burst) {}
+
+    const Rate m_Rate;
+    // Lines that may be logged now.
+    unsigned int m_Left;
     // When the share last grew, in ticks of getTimeTick().
     unsigned int m_Refilled = 0;
     unsigned long long m_LeftOut = 0;
@@ -34,8 +38,8 @@ struct PeerLog::Share
     String_T<wchar_t> m_Name;
 };
 
-PeerLog::Scope::Scope(PeerLog& share, const void* peer, NameOf nameOf)
-    : m_Share(share), m_Peer(peer), m_NameOf(nameOf), m_Before(std::exchange(t_Scope, this))
+PeerLog::Scope::Scope(PeerLog& share, const void* peer, NameOf nameOf, RateOf rateOf)
+    : m_Share(share), m_Peer(peer), m_NameOf(nameOf), m_RateOf(rateOf), m_Before(std::exchange(t_Scope, this))
 {
 }
 
@@ -73,22 +77,26 @@ bool PeerLog::takesLine()
 bool PeerLog::takes(const Scope& scope)
 {
     if (!m_Used)
-        m_Used = new Share;
+        m_Used = new Share(scope.m_RateOf ? scope.m_RateOf(scope.m_Peer) : Rate());
     Share& used = *m_Used;
+    const unsigned int most = used.m_Rate.m_Burst;
+    if (most == 0)
+        return true;
     const unsigned int now = getTimeTick();
-    if (used.m_Room == kBurst)
+    if (used.m_Left == most)
         used.m_Refilled = now;
-    const unsigned int steps = (now - used.m_Refilled) / kInterval;
-    used.m_Room = std::min(kBurst, used.m_Room + std::min(steps, kBurst));
-    used.m_Refilled += steps * kInterval;
-    if (used.m_Room == 0)
+    const unsigned int interval = used.m_Rate.m_Interval;
+    const unsigned int steps = interval > 0 ? (now - used.m_Refilled) / interval : 0;
+    used.m_Left += std::min(steps, most - used.m_Left);
+    used.m_Refilled += steps * interval;
+    if (used.m_Left == 0)
     {
         allLeftOut.fetch_add(1, std::memory_order_relaxed);
         if (used.m_LeftOut++ == 0)
             used.m_Name = scope.m_NameOf(scope.m_Peer);
         return false;
     }
-    --used.m_Room;
+    --used.m_Left;
     sayLeftOut();
     return true;
 }

@@ -2,8 +2,11 @@
 
 #include "framework/time.h"
 #include "net/inner/end_log.h"
+#include "net/limits.h"
 #include "net/tcp/inner/link.h"
 #include "net/tls/inner/layer.h"
+
+#include <algorithm>
 
 namespace zet
 {
@@ -147,7 +150,7 @@ bool TcpSecureConnection::beginTls()
     setPending(kSecuring);
     m_Tls->m_Begun = getTimeTick();
     if (inner::Seat* const seat = m_Link->seat())
-        seat->beginHandshake(m_Tls->m_Context->getHandshakeTime());
+        seat->beginHandshake(getHandshakeTime());
     list();
     // The client sends first.
     if (m_Tls->m_IsClient)
@@ -185,14 +188,14 @@ void TcpSecureConnection::secure()
         shakeHands();
     if (!isPending(kSecuring) || m_State != kConnecting)
         return;
-    if (getTimeTick() - m_Tls->m_Begun >= m_Tls->m_Context->getHandshakeTime())
+    if (getTimeTick() - m_Tls->m_Begun >= getHandshakeTime())
         failHandshake(L"it did not end in time", {EndCause::kTimedOut, EndCause::kHandshake});
     else
     {
         // The next tick checks the clock again.
         list();
         if (System* const system = getSystem())
-            system->tickBy(m_Tls->m_Begun + m_Tls->m_Context->getHandshakeTime());
+            system->tickBy(m_Tls->m_Begun + getHandshakeTime());
     }
 }
 
@@ -212,6 +215,13 @@ void TcpSecureConnection::endLateHandshake()
 {
     if (isPending(kSecuring) && m_State == kConnecting)
         failHandshake(L"it did not end in time", {EndCause::kTimedOut, EndCause::kHandshake});
+}
+
+unsigned int TcpSecureConnection::getHandshakeTime() const
+{
+    const NetLimits* const limits = getLimits();
+    const unsigned int time = limits ? limits->m_HandshakeLimit : 0;
+    return time > 0 ? std::min(time, 0x7FFFFFFFu) : m_Tls->m_Context->getHandshakeTime();
 }
 
 void TcpSecureConnection::endSecuring()

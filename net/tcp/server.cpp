@@ -80,6 +80,11 @@ unsigned long long TcpServer::getEndCount(EndCause::Code code) const
     return m_Crowd->ends().get(code);
 }
 
+unsigned long long TcpServer::getRefusedPackets() const
+{
+    return m_Crowd->getRefusedPackets();
+}
+
 EndCause TcpServer::beginListening(unsigned short port, int backlog)
 {
     if (!isInvalid())

@@ -132,6 +132,9 @@ public:
     // The connections of this port that have ended by this cause, or that it refused by it, since its construction.
     unsigned long long getEndCount(EndCause::Code code) const;
 
+    // The packets of this port's peers that were refused by NetLimits::kRefuse, since its construction.
+    unsigned long long getRefusedPackets() const;
+
     // The port listened on, also where listen() chose it; 0 when not listening.
     unsigned short getPort() const { return m_ListenPort; }
 

@@ -63,6 +63,8 @@ public:
     void noteInput();
     // The connection has ended by this cause.
     void countEnd(EndCause cause);
+    // A packet above the connection's rate was refused.
+    void countRefused();
 
 protected:
     Seat() = default;
@@ -114,6 +116,7 @@ public:
 
     // The ends of the port's connections, and the connections that it refused, by cause.
     EndCounts& ends() { return m_Ends; }
+    unsigned long long getRefusedPackets() const { return m_RefusedPackets; }
 
     // Sets whether the port calls serve().
     void setServed(bool isServed);
@@ -143,6 +146,7 @@ private:
     // Those of the present limits; null while no seat has them.
     Terms* m_Terms = nullptr;
     EndCounts m_Ends;
+    unsigned long long m_RefusedPackets = 0;
     AddressCounts m_Addresses;
     int m_Count = 0;
     size_t m_Input = 0;

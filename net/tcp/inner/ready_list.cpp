@@ -34,6 +34,7 @@ void ReadyList::enter(TcpConnection& connection, bool isAlways)
     }
     if (!std::exchange(connection.m_IsListed, true))
         m_Next.push_back(&connection);
+    m_IsPressing = true;
 }
 
 void ReadyList::leave(TcpConnection& connection)
@@ -50,6 +51,13 @@ void ReadyList::leave(TcpConnection& connection)
 }
 
 void ReadyList::add(TcpConnection& connection) noexcept
+{
+    if (connection.m_ReadyList == this)
+        m_IsPressing = true;
+    addWaiting(connection);
+}
+
+void ReadyList::addWaiting(TcpConnection& connection) noexcept
 {
     if (connection.m_ReadyList != this || std::exchange(connection.m_IsListed, true))
         return;
@@ -72,8 +80,9 @@ void ReadyList::begin(const TcpConnection* first)
     m_First = first;
     m_Current = nullptr;
     m_IsWalking = true;
+    m_IsPressing = false;
     for (TcpConnection* const each : m_Always)
-        add(*each);
+        addWaiting(*each);
     for (TcpConnection* const each : m_Next)
         push(each);
     m_Next.clear();
@@ -95,6 +104,7 @@ void ReadyList::end()
     {
         m_Next.insert(m_Next.end(), m_Now.begin(), m_Now.end());
         m_Now.clear();
+        m_IsPressing = true;
     }
     m_IsWalking = false;
 }
