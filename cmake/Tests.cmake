@@ -105,3 +105,12 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND COMMONGROUND_TLS AND NOT CMAKE_CROSSCO
   set_tests_properties(Impaired.CommandsArriveOnceAndInOrder PROPERTIES
     ENVIRONMENT IMPAIRED_BUILD=${PROJECT_BINARY_DIR} SKIP_RETURN_CODE 77 TIMEOUT 300)
 endif()
+
+# A peer that vanishes: processes in two network namespaces, between which the line is cut.
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT CMAKE_CROSSCOMPILING)
+  add_executable(vanished_peers ${PROJECT_SOURCE_DIR}/tests/vanished/main.cpp)
+  target_link_libraries(vanished_peers PRIVATE commonground commonground_warnings)
+  add_test(NAME Vanished.PeersEndWithinTheirTime COMMAND ${PROJECT_SOURCE_DIR}/scripts/vanished)
+  set_tests_properties(Vanished.PeersEndWithinTheirTime PROPERTIES
+    ENVIRONMENT VANISHED_BUILD=${PROJECT_BINARY_DIR} SKIP_RETURN_CODE 77 TIMEOUT 120)
+endif()

@@ -68,7 +68,7 @@ void PacketReader::endPacket()
 bool PacketReader::read(std::span<const unsigned char>& packet)
 {
     packet = {};
-    m_HasPaused = false;
+    m_Empty = 0;
     endPacket();
     if (!m_Input)
         return true;
@@ -93,6 +93,7 @@ bool PacketReader::read(std::span<const unsigned char>& packet)
         if (size == 0)
         {
             m_Input->skip(kHeadSize);
+            ++m_Empty;
             continue;
         }
         const int whole = kHeadSize + static_cast<int>(size);
@@ -109,7 +110,6 @@ bool PacketReader::read(std::span<const unsigned char>& packet)
         packet = {shown + kHeadSize, size};
         return true;
     }
-    m_HasPaused = true;
     return true;
 }
 
@@ -147,6 +147,7 @@ bool PacketReader::collect(std::span<const unsigned char>& packet)
         if (size == 0)
         {
             m_Rare->m_Collected.clear();
+            ++m_Empty;
             continue;
         }
         if (!take(kHeadSize + size))
@@ -155,7 +156,6 @@ bool PacketReader::collect(std::span<const unsigned char>& packet)
         packet = {m_Rare->m_Collected.data() + kHeadSize, size};
         return true;
     }
-    m_HasPaused = true;
     return true;
 }
 

@@ -41,7 +41,9 @@ public:
     // The same without a stream: the packet's bytes in place, valid as long; no bytes where the stream would be empty.
     bool read(std::span<const unsigned char>& packet);
     // Whether the last read() stopped because of empty packets; another call may find a packet.
-    bool hasPaused() const { return m_HasPaused; }
+    bool hasPaused() const { return m_Empty >= kEmptyAtOnce; }
+    // The empty packets that the last read() skipped.
+    int getEmpty() const { return m_Empty; }
     // Skips the packet that read() has passed now, not with the next read().
     void finish();
 
@@ -101,9 +103,10 @@ private:
     int m_Shown = 0;
     // The length of the next packet, if the source has shown it too.
     unsigned int m_Next = 0;
+    // At most twice kEmptyAtOnce.
+    unsigned short m_Empty = 0;
     bool m_HasNext = false;
     bool m_IsCollectedShown = false;
-    bool m_HasPaused = false;
 };
 
 // Writes packets to an Output. A writer belongs to one thread.

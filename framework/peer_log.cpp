@@ -22,13 +22,16 @@ constinit thread_local const PeerLog::Scope* t_Scope = nullptr;
 
 struct PeerLog::Share
 {
+    explicit Share(Rate rate) : m_Lines(rate.m_Burst, rate.m_Interval), m_IsBounded(rate.m_Burst > 0) {}
+
     inner::LogShare m_Lines;
+    const bool m_IsBounded;
     // The name of the peer, once lines were omitted.
     String_T<wchar_t> m_Name;
 };
 
-PeerLog::Scope::Scope(PeerLog& share, const void* peer, NameOf nameOf)
-    : m_Share(share), m_Peer(peer), m_NameOf(nameOf), m_Before(std::exchange(t_Scope, this))
+PeerLog::Scope::Scope(PeerLog& share, const void* peer, NameOf nameOf, RateOf rateOf)
+    : m_Share(share), m_Peer(peer), m_NameOf(nameOf), m_RateOf(rateOf), m_Before(std::exchange(t_Scope, this))
 {
 }
 
@@ -65,7 +68,9 @@ bool PeerLog::takesLine()
 bool PeerLog::takes(const Scope& scope)
 {
     if (!m_Used)
-        m_Used = new Share;
+        m_Used = new Share(scope.m_RateOf ? scope.m_RateOf(scope.m_Peer) : Rate());
+    if (!m_Used->m_IsBounded)
+        return true;
     if (!m_Used->m_Lines.take())
     {
         if (m_Used->m_Lines.getOmitted() == 1)

@@ -17,8 +17,24 @@ public:
     static constexpr unsigned int kBurst = 32;
     static constexpr unsigned int kInterval = 250;
 
+    // The lines at once, none for any number of lines, and the milliseconds until one more, none for never.
+    struct Rate
+    {
+        // Of a number of lines at once and a number per second; 0 or less as NetLimits::m_LogLines has it.
+        static Rate of(int lines, int perSecond)
+        {
+            const int interval = perSecond > 1000 ? 1 : perSecond > 0 ? 1000 / perSecond : 0;
+            return {lines > 0 ? static_cast<unsigned int>(lines) : 0, static_cast<unsigned int>(interval)};
+        }
+
+        unsigned int m_Burst = kBurst;
+        unsigned int m_Interval = kInterval;
+    };
+
     // Returns the name of the peer; called when lines are omitted.
     using NameOf = String_T<wchar_t> (*)(const void* peer);
+    // Returns the rate of the peer; called before the first line about a connection.
+    using RateOf = Rate (*)(const void* peer);
 
     PeerLog() = default;
     // Calls finish().
@@ -35,7 +51,8 @@ public:
     {
     public:
         // Both must outlive this object. It must be destroyed on the same thread, before any that was made earlier.
-        Scope(PeerLog& share, const void* peer, NameOf nameOf);
+        // Without rateOf the rate is kBurst and kInterval.
+        Scope(PeerLog& share, const void* peer, NameOf nameOf, RateOf rateOf = nullptr);
         ~Scope();
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
@@ -46,6 +63,7 @@ public:
         PeerLog& m_Share;
         const void* const m_Peer;
         const NameOf m_NameOf;
+        const RateOf m_RateOf;
         const Scope* const m_Before;
     };
 

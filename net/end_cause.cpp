@@ -52,6 +52,7 @@ constexpr Entry kEntries[] = {
     {"not_started", L"not in a System, or without a port"},
     {"unavailable", L"this library was built without it"},
     {"system", L"the system reports an error"},
+    {"rate_limited", L"more packets or bytes per second than the limit"},
 };
 static_assert(sizeof kEntries / sizeof *kEntries == EndCause::kCodes);
 

@@ -76,9 +76,11 @@ struct COMMONGROUND_API EndCause
         // The library was built without it, or the system does not have it.
         kUnavailable,
         // Anything else. m_Detail is the system's error number, or 0.
-        kSystem
+        kSystem,
+        // The peer has sent more packets or bytes per second than the limits allow.
+        kRateLimited
     };
-    static constexpr int kCodes = kSystem + 1;
+    static constexpr int kCodes = kRateLimited + 1;
 
     // What was waited for.
     enum Time : unsigned short

@@ -1,4 +1,4 @@
-// Limits of a listening TCP or UDP port against peers that it does not know.
+// Limits of a listening TCP or UDP port against peers that it does not know, and of a connection's own.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,11 @@ namespace zet
 
 // The defaults suit a server on the open internet. 0 or less removes a limit, unless the field says otherwise. Set the
 // limits before listening; TcpServer::setLimits() and UdpServer::setLimits() say what a later change affects. A UDP
-// port uses the numbers of connections and the two handshake limits only.
+// port uses the numbers of connections and the limits of handshake steps only.
+//
+// TcpConnection::setLimits() and NetSession::setLimits() give a connection limits of its own before its connect(). Such
+// a connection uses m_ConnectTime, m_HandshakeLimit, m_TurnInput, the probes, m_UnacknowledgedTime, m_IdleTime, the
+// rates and the log lines.
 struct NetLimits
 {
     // Connections that the port has accepted or that wait to be accepted, including those in their handshake. Over TCP
@@ -58,6 +62,40 @@ struct NetLimits
     // Milliseconds without a byte from the peer after which the connection ends as broken; 0, the default, for no end;
     // at most 2,147,483,647. For protocols whose peers send keep-alives. Checked while the port listens. Over TCP.
     unsigned int m_IdleTime = 0;
+
+    // Milliseconds from connect() until the peer, or the last proxy before it, has accepted the connection; the
+    // resolving of a name and the handshake with a SOCKS5 proxy are a part of it, TLS is not. 0, the default, for the
+    // operating system's own time, and none for a proxy's replies. Not used by a port. Over TCP.
+    unsigned int m_ConnectTime = 0;
+    // Milliseconds of a TLS handshake in all; 0, the default, for TlsContext::getHandshakeTime(), ten seconds unless
+    // set. Over TCP.
+    unsigned int m_HandshakeLimit = 0;
+
+    // Packets, which are commands or messages, and bytes of packets with their length words that a peer may send per
+    // second on average; 0, the default, for no limit. The bursts are what a peer that was silent may send at once; 0
+    // for the number of one second. A packet longer than the burst is taken all the same, and its bytes count for the
+    // time after it. A tick that was late finds the packets of its whole delay: with kRefuse and kClose a burst should
+    // cover the longest delay of the host. Empty packets count. Over TCP.
+    int m_PacketsPerSecond = 0;
+    int m_PacketBurst = 0;
+    int m_BytesPerSecond = 0;
+    int m_ByteBurst = 0;
+    enum OverRate : unsigned char
+    {
+        // The connection is not read until its peer may send again. Nothing is lost: the peer's output waits.
+        kDelay,
+        // Each packet above the rate is dropped, counted by getRefusedPackets() and logged within the peer's share.
+        kRefuse,
+        // The connection ends with EndCause::kRateLimited.
+        kClose
+    };
+    OverRate m_OverRate = kDelay;
+
+    // Lines about a peer's bytes, such as malformed frames, that each connection may log at once, and afterwards per
+    // second, at most 1,000; the omitted ones are counted. 0 or less lines at once removes the limit; 0 or less per
+    // second allows the first lines only. Over TCP.
+    int m_LogLines = 32;
+    int m_LogLinesPerSecond = 4;
 };
 
 } // namespace zet

@@ -126,6 +126,7 @@ bool CFrameworkClientProxySocket::connectProxy(bool keepAlive)
         return false;
     }
     m_ProxyState = kAwaitsMethod;
+    holdConnectTime(true);
     // While connecting, the greeting waits in the output queue.
     report(L"connect proxy %s:%d success, waiting for socks5 reply", m_ProxyIP, m_ProxyPort);
     if (hasAccount())
@@ -205,6 +206,7 @@ void CFrameworkClientProxySocket::takeTarget(const Reply& reply)
     noteAnswer(reply);
     report(L"Check proxy %s:%d ok, Start Working", m_ProxyIP, m_ProxyPort);
     m_ProxyState = kWorking;
+    holdConnectTime(false);
     if (getTlsContext() && !startTls(m_TargetIP))
     {
         // Data was queued too early and would be sent without encryption.

@@ -5,8 +5,9 @@
 
 // Runs the handshake with the proxy on the bare connection and then carries commands. Without a proxy it connects
 // directly. Belongs to its run thread, like every command socket.
-// There is no timeout: if the proxy is silent, refuses or closes, the socket keeps its state and handle until the host
-// closes it. Commands sent before OnProxyWorking() go to the proxy. A copy takes the fields, including the state, but
+// There is no timeout unless NetLimits::m_ConnectTime is set: if the proxy is silent, refuses or closes, the socket
+// keeps its state and handle until the host closes it. A connect that has taken that time ends the same way, with its
+// cause. Commands sent before OnProxyWorking() go to the proxy. A copy takes the fields, including the state, but
 // no connection.
 class COMMONGROUND_API CFrameworkClientProxySocket : public CFrameworkClientSocket
 {

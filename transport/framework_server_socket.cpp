@@ -91,7 +91,7 @@ void CFrameworkServerSocket::onTick(unsigned int tick)
     tickClients(tick);
     TcpServer::onTick(tick);
     // Accepted now, or threw: their next turn is in the next tick.
-    if (!m_Ready->isEmpty() && getSystem())
+    if (m_Ready->isPressing() && getSystem())
         getSystem()->tickBy(tick + zet::System::kTickInterval);
 }
 

@@ -20,7 +20,7 @@ bool LogShare::take()
     const unsigned int now = getTimeTick();
     if (m_Left == m_Burst)
         m_Refilled = now;
-    const unsigned int steps = (now - m_Refilled) / m_Interval;
+    const unsigned int steps = m_Interval > 0 ? (now - m_Refilled) / m_Interval : 0;
     m_Left += std::min(steps, m_Burst - m_Left);
     m_Refilled += steps * m_Interval;
     if (m_Left == 0)

@@ -16,24 +16,37 @@ LogShare& shareOf(bool isOrdinary)
     return shares[isOrdinary ? 1 : 0];
 }
 
-} // namespace
-
-void logEnd(const wchar_t* pattern, EndCause cause, PeerTextOf peer, const void* object) noexcept
+template <class ReasonOf>
+void logLine(const wchar_t* pattern, bool isOrdinary, ReasonOf reasonOf, PeerTextOf peer, const void* object) noexcept
 {
     report(
         [&]
         {
-            const Log::Level level = cause.isOrdinary() ? Log::kMessage : Log::kWarning;
+            const Log::Level level = isOrdinary ? Log::kMessage : Log::kWarning;
             if (!Log::isWanted(level))
                 return;
-            LogShare& share = shareOf(cause.isOrdinary());
+            LogShare& share = shareOf(isOrdinary);
             if (!share.take())
                 return;
-            String_T<wchar_t> line = formatText(pattern, peer(object), cause.getText());
+            String_T<wchar_t> line = formatText(pattern, peer(object), reasonOf());
             if (const unsigned long long omitted = share.takeOmitted())
                 line += formatText(L" (%llu lines like this one were omitted before it)", omitted);
             Log::write(level, line);
         });
+}
+
+} // namespace
+
+void logEnd(const wchar_t* pattern, EndCause cause, PeerTextOf peer, const void* object) noexcept
+{
+    logLine(
+        pattern, cause.isOrdinary(), [&] { return cause.getText(); }, peer, object);
+}
+
+void logFault(const wchar_t* pattern, const String_T<wchar_t>& reason, PeerTextOf peer, const void* object) noexcept
+{
+    logLine(
+        pattern, false, [&] { return reason; }, peer, object);
 }
 
 void logFailure(const wchar_t* what, const String_T<wchar_t>& where, EndCause cause) noexcept

@@ -12,6 +12,9 @@ namespace zet::inner
 using PeerTextOf = String_T<wchar_t> (*)(const void* object);
 void logEnd(const wchar_t* pattern, EndCause cause, PeerTextOf peer, const void* object) noexcept;
 
+// The same for an end whose reason is not the text of its cause: a warning.
+void logFault(const wchar_t* pattern, const String_T<wchar_t>& reason, PeerTextOf peer, const void* object) noexcept;
+
 inline constexpr const wchar_t* kEndedLine = L"Connection with %s ended: %s";
 inline constexpr const wchar_t* kConnectLine = L"Connect to %s failed: %s";
 inline constexpr const wchar_t* kRefusedLine = L"Connection of %s refused: %s";

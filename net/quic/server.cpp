@@ -119,11 +119,21 @@ EndCause UdpServer::takePort(unsigned short port)
 
 bool UdpServer::attach(unsigned int handle)
 {
-    const auto reactor = inner::Reactor::of(getSystem());
-    if (handle == kNoHandle || m_Router || !isInvalid() || !reactor || reactor->door()->unblock(handle))
+    const auto fails = [this](EndCause cause)
+    {
+        m_Fault = cause;
+        m_Ends->add(cause);
         return false;
+    };
+    if (handle == kNoHandle || m_Router || !isInvalid())
+        return fails({handle == kNoHandle ? EndCause::kSystem : EndCause::kHeld, 0});
+    const auto reactor = inner::Reactor::of(getSystem());
+    if (!reactor)
+        return fails({EndCause::kNoHandle, 0});
+    if (const inner::Door::Fault fault = reactor->door()->unblock(handle))
+        return fails(inner::causeOf(fault));
     LentHandle lent(reactor->door(), handle);
-    return open(lent);
+    return open(lent) || fails({isAvailable() ? EndCause::kTls : EndCause::kUnavailable, 0});
 }
 
 void UdpServer::forget()

@@ -163,8 +163,8 @@ public:
     // What the port has sent and received since listen().
     Traffic getTraffic() const;
 
-    // Why the last listen(), attach() or accept() returned false, or a connection was last refused; kNone before the
-    // first one. listen() also logs it.
+    // Why the last listen() or attach() returned false, or a connection was last refused; kNone before the first one.
+    // listen() also logs it.
     const EndCause& getFault() const { return m_Fault; }
     // The connections opened by peers that have ended by this cause, or that this port refused by it, since its
     // construction. One that was not accepted in time counts too.

@@ -3,6 +3,7 @@
 #include "framework/log.h"
 #include "framework/thread.h"
 #include "net/inner/end_log.h"
+#include "net/limits.h"
 #include "net/session/inner/link.h"
 #include "net/session/module.h"
 
@@ -19,6 +20,11 @@ NetSession::NetSession(NetModule* module) : m_Module(module) {}
 NetSession::~NetSession()
 {
     drop();
+}
+
+void NetSession::setLimits(const NetLimits& limits)
+{
+    m_Limits = std::make_unique<NetLimits>(limits);
 }
 
 EndCause NetSession::getHindrance() const
@@ -66,6 +72,8 @@ bool NetSession::connect(const NetAddress& address, const Uuid& id)
         return false;
     }
     const auto link = makeLink(false);
+    if (m_Limits)
+        link->setLimits(*m_Limits);
     if (!link->setTlsContext(m_TlsContext) || !link->start(m_Module->getSystem()))
     {
         // The log says why.

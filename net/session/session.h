@@ -8,10 +8,13 @@
 #include "net/session/event.h"
 #include "net/tls/context.h"
 
+#include <memory>
+
 namespace zet
 {
 
 class NetModule;
+struct NetLimits;
 
 namespace inner
 {
@@ -53,6 +56,9 @@ public:
 
     // The next connect() goes through TLS; null for a plain one. An accepted session does as its module does.
     void setTlsContext(TlsContext* context) { m_TlsContext = context; }
+    // Limits of its own for the next connect(), as TcpConnection::setLimits() has them; the greeting keeps its
+    // kGreetingTime. An accepted session has those of its module.
+    void setLimits(const NetLimits& limits);
     // Accepts the module's next pending connection. False if none is pending, or the session has a connection.
     virtual bool accept();
     // Starts a connection, which is established with Evt_NetConnectOk or ends with Evt_NetConnectFail. The accepting
@@ -107,6 +113,8 @@ private:
     MessageDispenser m_Messages;
     Uuid m_ConnectionId;
     Unknown::Handle_T<TlsContext> m_TlsContext;
+    // Null without limits of its own.
+    std::unique_ptr<NetLimits> m_Limits;
 };
 
 } // namespace zet

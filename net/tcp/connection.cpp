@@ -2,10 +2,12 @@
 
 #include "framework/string_helper.h"
 #include "framework/thread.h"
+#include "framework/time.h"
 #include "net/door/addresses.h"
 #include "net/inner/end_counts.h"
 #include "net/inner/end_log.h"
 #include "net/inner/peer_text.h"
+#include "net/tcp/inner/bounds.h"
 #include "net/tcp/inner/link.h"
 #include "net/tcp/inner/ready_list.h"
 
@@ -67,6 +69,8 @@ void TcpConnection::tickConnection()
     look();
     if (isPending(kConnected))
         finishConnect();
+    if (isPending(kTimed))
+        checkTimes();
     if (m_Link && (isPending(kWritable) || (isPending(kOutput) && !m_Reactor->isTicking())))
         flush();
 }
@@ -174,6 +178,7 @@ bool TcpConnection::attach(unsigned int handle)
     // A connection of connect() has begun there.
     if (m_State != kEstablished)
         beginEvents();
+    beginBounds();
     setEstablished();
     announceOutput();
     return true;
@@ -349,6 +354,14 @@ bool TcpConnection::endLost()
     return true;
 }
 
+void TcpConnection::noteInput()
+{
+    if (inner::Seat* const seat = m_Link->seat())
+        seat->noteInput();
+    if (m_Bounds)
+        m_Bounds->m_LastInput = getTimeTick();
+}
+
 int TcpConnection::receiveNow(void* data, int size, ConnectionState& end)
 {
     Door::Fault fault;
@@ -366,8 +379,8 @@ int TcpConnection::receiveNow(void* data, int size, ConnectionState& end)
         clearPending(kReadable);
         m_Link->waitForInput(!fault);
     }
-    if (inner::Seat* const seat = got > 0 ? m_Link->seat() : nullptr)
-        seat->noteInput();
+    if (got > 0)
+        noteInput();
     return static_cast<int>(got);
 }
 

@@ -1,6 +1,7 @@
 // One TCP connection, outgoing or accepted, run as a task.
 #pragma once
 
+#include "framework/peer_log.h"
 #include "net/connection_events.h"
 #include "net/socket.h"
 
@@ -23,6 +24,7 @@ class PacketTick;
 class Reactor;
 class ReadyList;
 struct Endpoint;
+struct TcpBounds;
 struct TcpLink;
 } // namespace inner
 
@@ -54,7 +56,7 @@ public:
     // Bytes in the output queue from which on isOutputHigh() is true.
     static constexpr size_t kDefaultOutputMark = 1024 * 1024;
 
-    TcpConnection() = default;
+    TcpConnection();
     ~TcpConnection() override;
 
     bool start(System* system) override;
@@ -63,7 +65,7 @@ public:
     void onTick(unsigned int tick) override;
     // Takes over a connected handle; the connection is established then. Called with the handle as soon as an outgoing
     // connection is established or an accepted one is taken over; overrides call this first. False leaves the handle
-    // with the caller.
+    // with the caller, and getEndCause() unchanged.
     bool attach(unsigned int handle) override;
     // Returns the handle without closing it. Queued output is lost.
     unsigned int detach() override;
@@ -75,12 +77,18 @@ public:
 
     // Starts a connection to a numeric address ("192.168.0.1", "::1", "[::1]") or a host name, with keep-alive probes
     // on or off. True if it is connecting or established; onEnd() will follow. False, with a log line and without an
-    // event, leaves no handle: a handle is held already, the address is invalid, or the connection failed at once;
-    // getEndCause() says which. A name is resolved on another thread. Its addresses are tried in
-    // turn, IPv6 and IPv4 alternating: the next one when one has failed or has not answered for 250 ms. The first one
-    // that answers is kept, and getHandle() changes then; the ticks of this connection do that. A name without an
-    // address, or none of whose addresses answers, ends as kConnectFailed.
+    // event: the address is invalid or the connection failed at once, and getEndCause() says why; or a handle is held
+    // already, and then the connection that has it goes on unchanged. A name is resolved on another thread. Its
+    // addresses are tried in turn, IPv6 and IPv4 alternating: the next one when one has failed or has not answered for
+    // 250 ms. The first one that answers is kept, and getHandle() changes then; the ticks of this connection do that. A
+    // name without an address, or none of whose addresses answers, ends as kConnectFailed.
     virtual bool connect(const wchar_t* ip, unsigned short port, bool keepAlive);
+    // Limits of its own for the next connections of connect() or of a host's handle; NetLimits says which fields count.
+    // The probes are those of connect() with keepAlive; without it there are none. An accepted connection has the
+    // limits of its port instead. Times are checked by the ticks. A connect that takes too long ends as kConnectFailed,
+    // one that is idle as kBroken, both with EndCause::kTimedOut. False, and nothing changed, while a connection is
+    // held.
+    bool setLimits(const NetLimits& limits);
     // Receives up to size bytes. Returns their number, 0 if there are none, -1 if the connection is down.
     virtual int receive(void* data, int size);
     // Queues the bytes, also while connecting. Returns size, or 0 if the connection is down or the queue is full. If
@@ -119,6 +127,10 @@ public:
     bool isQuiet() const { return m_Pending == 0 && (m_State == kEstablished || m_State == kConnecting); }
     // The limits of the port that accepted this connection, as of then; null for any other connection.
     const NetLimits* getPortLimits() const;
+    // The same, and for any other connection those of setLimits(); null without either.
+    const NetLimits* getLimits() const;
+    // The packets of the connection, or of the last one, that were refused by NetLimits::kRefuse.
+    unsigned long long getRefusedPackets() const;
 
 protected:
     // For a tick of a derived class: asks the operating system what is ready, if no System did for this tick.
@@ -138,6 +150,8 @@ protected:
     bool isWorthReceiving() const { return isPending(kReadable | kSecureInput | kOutputLost); }
     // Asks for the next tick at once.
     void hurry();
+    // For a derived class that talks to a proxy: while it is held, NetLimits::m_ConnectTime goes on.
+    void holdConnectTime(bool isHeld);
 
     // A ConnectionState.
     unsigned char m_State = kDown;
@@ -173,7 +187,9 @@ private:
         // onEstablished() is to be called.
         kEstablishedNow = 512,
         // onWritable() is to be called.
-        kWritableAgain = 1024
+        kWritableAgain = 1024,
+        // Times of the connection's own limits are checked by each tick.
+        kTimed = 2048
     };
 
     bool isPending(unsigned int flags) const { return (m_Pending & flags) != 0; }
@@ -250,6 +266,20 @@ private:
     inner::Endpoint getPeer() const;
     // Otherwise notes the cause.
     bool beginConnect(bool hasBegun, EndCause otherwise);
+    inner::TcpBounds& bounds();
+    // The connection is established: its rates and its idle time begin.
+    void beginBounds();
+    void beginConnectTime();
+    // Sets the probes of its own limits.
+    void watchPeer();
+    void checkTimes();
+    // Input was received from the peer.
+    void noteInput();
+    // Lets the next tick come when the rate of the input allows one more packet.
+    void waitForRate();
+    void refusePacket(size_t size);
+    // By the limits of the connection, for its PeerLog.
+    static PeerLog::Rate logRateOf(const void* connection);
     // The host name has no address. False.
     bool failNamed();
     void drop();
@@ -265,6 +295,8 @@ private:
     inner::TcpLink* m_Link = nullptr;
     std::shared_ptr<inner::Reactor> m_Reactor;
     inner::ReadyList* m_ReadyList = nullptr;
+    // Null without limits of its own and without a limit on its rate.
+    std::unique_ptr<inner::TcpBounds> m_Bounds;
     unsigned long m_RunThreadId = 0;
     unsigned int m_OutputLimit = kDefaultOutputLimit;
     unsigned int m_OutputMark = kDefaultOutputMark;

@@ -4,6 +4,7 @@
 #include "net/inner/end_counts.h"
 #include "net/inner/end_log.h"
 #include "net/inner/peer_text.h"
+#include "net/tcp/inner/bounds.h"
 #include "net/tcp/inner/link.h"
 
 namespace zet
@@ -80,6 +81,7 @@ bool TcpConnection::connect(const wchar_t* ip, unsigned short port, bool keepAli
     setLink(link.get());
     m_Handle = link->getHandle();
     m_State = kConnecting;
+    beginConnectTime();
     if (isName)
     {
         if (link->connectByName(*reactor, name, port))
@@ -144,7 +146,9 @@ bool TcpConnection::finishConnect()
         fail(kConnectFailed, inner::connectCauseOf(fault));
         return false;
     }
-    if (m_KeepAlive)
+    if (m_Bounds && m_Bounds->m_Own)
+        watchPeer();
+    else if (m_KeepAlive)
         m_Link->door().setOption(m_Handle, Door::kKeepAlive, 1);
     m_State = kEstablished;
     joinReactor();

@@ -1,9 +1,12 @@
 #include "net/tcp/secure_connection.h"
 
-#include "framework/log.h"
 #include "framework/time.h"
+#include "net/inner/end_log.h"
+#include "net/limits.h"
 #include "net/tcp/inner/link.h"
 #include "net/tls/inner/layer.h"
+
+#include <algorithm>
 
 namespace zet
 {
@@ -17,6 +20,11 @@ using inner::TlsLayer;
 constexpr size_t kSealAt = 128 * 1024;
 // Reads of the socket in one receive() that may decrypt to nothing, such as alerts or new keys.
 constexpr int kRounds = 16;
+
+String_T<wchar_t> peerNameOf(const void* connection)
+{
+    return static_cast<const TcpConnection*>(connection)->getPeerName();
+}
 
 } // namespace
 
@@ -142,7 +150,7 @@ bool TcpSecureConnection::beginTls()
     setPending(kSecuring);
     m_Tls->m_Begun = getTimeTick();
     if (inner::Seat* const seat = m_Link->seat())
-        seat->beginHandshake(m_Tls->m_Context->getHandshakeTime());
+        seat->beginHandshake(getHandshakeTime());
     list();
     // The client sends first.
     if (m_Tls->m_IsClient)
@@ -180,14 +188,14 @@ void TcpSecureConnection::secure()
         shakeHands();
     if (!isPending(kSecuring) || m_State != kConnecting)
         return;
-    if (getTimeTick() - m_Tls->m_Begun >= m_Tls->m_Context->getHandshakeTime())
+    if (getTimeTick() - m_Tls->m_Begun >= getHandshakeTime())
         failHandshake(L"it did not end in time", {EndCause::kTimedOut, EndCause::kHandshake});
     else
     {
         // The next tick checks the clock again.
         list();
         if (System* const system = getSystem())
-            system->tickBy(m_Tls->m_Begun + m_Tls->m_Context->getHandshakeTime());
+            system->tickBy(m_Tls->m_Begun + getHandshakeTime());
     }
 }
 
@@ -207,6 +215,13 @@ void TcpSecureConnection::endLateHandshake()
 {
     if (isPending(kSecuring) && m_State == kConnecting)
         failHandshake(L"it did not end in time", {EndCause::kTimedOut, EndCause::kHandshake});
+}
+
+unsigned int TcpSecureConnection::getHandshakeTime() const
+{
+    const NetLimits* const limits = getLimits();
+    const unsigned int time = limits ? limits->m_HandshakeLimit : 0;
+    return time > 0 ? std::min(time, 0x7FFFFFFFu) : m_Tls->m_Context->getHandshakeTime();
 }
 
 void TcpSecureConnection::endSecuring(bool isDone)
@@ -251,7 +266,7 @@ void TcpSecureConnection::shakeHands()
 void TcpSecureConnection::failHandshake(const String_T<wchar_t>& reason, EndCause cause)
 {
     endSecuring(false);
-    Log::warning(L"TLS handshake with %s failed: %s", getPeerName(), reason);
+    inner::logFault(L"TLS handshake with %s failed: %s", reason, peerNameOf, this);
     noteCause(cause);
     setEndLogged();
     // The peer should receive the alert.
@@ -286,7 +301,7 @@ void TcpSecureConnection::noteSecureInput()
 
 int TcpSecureConnection::breakTls(const String_T<wchar_t>& reason, EndCause cause)
 {
-    Log::warning(L"TLS with %s broke: %s", getPeerName(), reason);
+    inner::logFault(L"TLS with %s broke: %s", reason, peerNameOf, this);
     setEndLogged();
     fail(kBroken, cause);
     return -1;

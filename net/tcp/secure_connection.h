@@ -72,6 +72,7 @@ private:
     void stepHandshake();
     void endLateHandshake();
     void endSecuring(bool isDone);
+    unsigned int getHandshakeTime() const;
     void failHandshake(const String_T<wchar_t>& reason, EndCause cause);
     int fillInput(ConnectionState& end);
     void noteSecureInput();

@@ -86,6 +86,11 @@ const AcceptCounts& TcpServer::getAcceptCounts() const
     return m_Crowd->accepts();
 }
 
+unsigned long long TcpServer::getRefusedPackets() const
+{
+    return m_Crowd->getRefusedPackets();
+}
+
 EndCause TcpServer::beginListening(unsigned short port, int backlog)
 {
     if (!isInvalid())
@@ -115,20 +120,21 @@ EndCause TcpServer::beginListening(unsigned short port, int backlog)
 bool TcpServer::attach(unsigned int handle)
 {
     if (handle == kNoHandle || !isInvalid())
-        return false;
+        return noteFault({handle == kNoHandle ? EndCause::kSystem : EndCause::kHeld, 0});
     const auto reactor = Reactor::of(getSystem());
     if (!reactor)
-        return false;
+        return noteFault({EndCause::kNoHandle, 0});
     auto listener = std::make_unique<TcpListener>(*this, *reactor, Door::kNoHandle);
     listener->take(handle);
     m_Reactor = reactor;
-    if (!reactor->door()->unblock(handle) && setListener(listener))
+    const Door::Fault fault = reactor->door()->unblock(handle);
+    if (!fault && setListener(listener))
     {
         prepareListener();
         return true;
     }
     listener->giveAway();
-    return false;
+    return noteFault(fault ? inner::causeOf(fault) : EndCause{EndCause::kNoHandle, 0});
 }
 
 bool TcpServer::setListener(std::unique_ptr<TcpListener>& listener)

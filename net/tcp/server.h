@@ -126,13 +126,17 @@ public:
     // The limits set last; the defaults at first.
     const NetLimits& getLimits() const;
 
-    // Why the last listen(), attach() or accept() returned false, or a pending connection was last refused; kNone
-    // before the first one. listen() also logs it.
+    // Why the last listen() or attach() returned false, an accept() could not take over a pending connection, or a
+    // pending connection was last refused; kNone before the first one. listen() also logs it. An accept() that finds no
+    // pending connection, or gets an object that has a connection, does not change it.
     const EndCause& getFault() const { return m_Fault; }
     // The connections of this port that have ended by this cause, or that it refused by it, since its construction.
     unsigned long long getEndCount(EndCause::Code code) const;
     // The connections that this port accepted, and their handshakes.
     const AcceptCounts& getAcceptCounts() const;
+
+    // The packets of this port's peers that were refused by NetLimits::kRefuse, since its construction.
+    unsigned long long getRefusedPackets() const;
 
     // The port listened on, also where listen() chose it; 0 when not listening.
     unsigned short getPort() const { return m_ListenPort; }

@@ -39,6 +39,8 @@ private:
 
     // onTick() without the events.
     void tickStream(unsigned int tick);
+    // Sets the turn of a connection with limits of its own. REQUIRES: m_Bounds.
+    void beginOwnTurn();
     // Receives until the buffer has the wanted bytes or there is no more for now.
     void fill(int wanted);
 

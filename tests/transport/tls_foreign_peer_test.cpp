@@ -1,6 +1,7 @@
 // The library's ends against the programs of OpenSSL and GnuTLS.
 #include "tests/support/child.h"
 #include "tests/support/log_lines.h"
+#include "tests/support/log_shares.h"
 #include "tests/support/tls_pair.h"
 
 #include <gtest/gtest.h>
@@ -181,6 +182,7 @@ TEST_F(ForeignPeer, AnOpenSslClientThatTakesSignaturesBySha1AloneIsRefused)
 TEST_F(ForeignPeer, AGnuTlsClientOfAnOldVersionIsRefused)
 {
     NEED("gnutls-cli");
+    test::refillLogShares();
     const test::LogLines log;
     const std::string said = echoTo({"gnutls-cli", "--x509cafile", m_Trust.path(), "--priority",
                                      "NORMAL:-VERS-ALL:+VERS-TLS1.1:%COMPAT", "--port", "PORT", "127.0.0.1"});

@@ -1,6 +1,7 @@
 // Peers and contexts that TLS refuses, without effect on others.
 #include "framework/time.h"
 #include "tests/support/log_lines.h"
+#include "tests/support/log_shares.h"
 #include "tests/support/raw_peer.h"
 #include "tests/support/tls_pair.h"
 
@@ -55,7 +56,14 @@ struct Refusal
     int m_Refused = 0;
 };
 
-TEST(TlsRefusal, AnotherHostsCertificateIsRefused)
+// These tests read single lines, whatever the tests before them have logged.
+class TlsRefusal : public testing::Test
+{
+protected:
+    void SetUp() override { test::refillLogShares(); }
+};
+
+TEST_F(TlsRefusal, AnotherHostsCertificateIsRefused)
 {
     Refusal refusal(makeServerContext(someAuthority().issue({"somewhere", {"somewhere.example", "10.0.0.1"}})));
     const std::wstring why = refusal.of(makeClientContext());
@@ -63,19 +71,19 @@ TEST(TlsRefusal, AnotherHostsCertificateIsRefused)
     EXPECT_NE(refusal.of(makeClientContext(), L"localhost").find(L"does not match"), std::wstring::npos);
 }
 
-TEST(TlsRefusal, ACertificateThatHasRunOutIsRefused)
+TEST_F(TlsRefusal, ACertificateThatHasRunOutIsRefused)
 {
     Refusal refusal(makeServerContext(someAuthority().issue({"", {"127.0.0.1"}, -7200, -3600})));
     EXPECT_NE(refusal.of(makeClientContext()).find(L"expired"), std::wstring::npos);
 }
 
-TEST(TlsRefusal, ACertificateThatIsNotYetGoodIsRefused)
+TEST_F(TlsRefusal, ACertificateThatIsNotYetGoodIsRefused)
 {
     Refusal refusal(makeServerContext(someAuthority().issue({"", {"127.0.0.1"}, 3600, 7200})));
     EXPECT_NE(refusal.of(makeClientContext()).find(L"not yet"), std::wstring::npos);
 }
 
-TEST(TlsRefusal, AnUnknownAuthorityIsRefused)
+TEST_F(TlsRefusal, AnUnknownAuthorityIsRefused)
 {
     const Authority other("Other Authority");
     Refusal refusal(makeServerContext());
@@ -85,7 +93,7 @@ TEST(TlsRefusal, AnUnknownAuthorityIsRefused)
     EXPECT_NE(refusal.of(makeClientContext(pretender)).find(L"signature"), std::wstring::npos);
 }
 
-TEST(TlsRefusal, AServersCertificateForClientsOnlyIsRefused)
+TEST_F(TlsRefusal, AServersCertificateForClientsOnlyIsRefused)
 {
     test::CertificateWish wish{"", {"127.0.0.1"}};
     wish.m_IsForServers = false;
@@ -93,7 +101,7 @@ TEST(TlsRefusal, AServersCertificateForClientsOnlyIsRefused)
     EXPECT_NE(refusal.of(makeClientContext()).find(L"intended purpose"), std::wstring::npos);
 }
 
-TEST(TlsRefusal, AShortRsaKeyIsRefused)
+TEST_F(TlsRefusal, AShortRsaKeyIsRefused)
 {
     test::CertificateWish wish{"", {"127.0.0.1"}};
     wish.m_RsaBits = 1024;
@@ -105,13 +113,13 @@ TEST(TlsRefusal, AShortRsaKeyIsRefused)
     EXPECT_TRUE(net.connectTls(analyser, makeClientContext()));
 }
 
-TEST(TlsRefusal, AHostNamedInTheSubjectAloneIsRefused)
+TEST_F(TlsRefusal, AHostNamedInTheSubjectAloneIsRefused)
 {
     Refusal refusal(makeServerContext(someAuthority().issue({"localhost", {}})));
     EXPECT_NE(refusal.of(makeClientContext(), L"localhost").find(L"names no host"), std::wstring::npos);
 }
 
-TEST(TlsRefusal, ARevokedCertificateIsRefused)
+TEST_F(TlsRefusal, ARevokedCertificateIsRefused)
 {
     const auto revoked = someAuthority().issue({"", {"127.0.0.1"}});
     const TlsHandle knows = makeClientContext();
@@ -126,7 +134,7 @@ TEST(TlsRefusal, ARevokedCertificateIsRefused)
     EXPECT_TRUE(unlisted.connectTls(analyser, makeClientContext()));
 }
 
-TEST(TlsRefusal, ARevokedClientIsRefused)
+TEST_F(TlsRefusal, ARevokedClientIsRefused)
 {
     const auto revoked = someAuthority().issue({"player 7", {}});
     const test::TextFile list(someAuthority().revoke(revoked));
@@ -140,7 +148,7 @@ TEST(TlsRefusal, ARevokedClientIsRefused)
     EXPECT_NE(refusal.of(shows).find(L"revoked"), std::wstring::npos);
 }
 
-TEST(TlsRefusal, AnInvalidRevocationListIsRefused)
+TEST_F(TlsRefusal, AnInvalidRevocationListIsRefused)
 {
     const LogLines log;
     const TlsHandle context = makeClientContext();
@@ -150,7 +158,7 @@ TEST(TlsRefusal, AnInvalidRevocationListIsRefused)
     EXPECT_EQ(log.texts().size(), 3u);
 }
 
-TEST(TlsRefusal, AClientWithoutTheRequiredCertificateIsRefused)
+TEST_F(TlsRefusal, AClientWithoutTheRequiredCertificateIsRefused)
 {
     const TlsHandle wants = makeServerContext();
     ASSERT_TRUE(wants->addTrust(someAuthority().pem().c_str()));
@@ -169,7 +177,7 @@ TEST(TlsRefusal, AClientWithoutTheRequiredCertificateIsRefused)
     EXPECT_NE(refusal.of(late).find(L"expired"), std::wstring::npos);
 }
 
-TEST(TlsRefusal, APlainPeerOnATlsPortIsRefusedAndTheServerGoesOn)
+TEST_F(TlsRefusal, APlainPeerOnATlsPortIsRefusedAndTheServerGoesOn)
 {
     int got = 0;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand&) { ++got; });
@@ -197,7 +205,7 @@ TEST(TlsRefusal, APlainPeerOnATlsPortIsRefusedAndTheServerGoesOn)
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return got == 1; }));
 }
 
-TEST(TlsRefusal, APlainCommandSocketOnATlsPortIsRefused)
+TEST_F(TlsRefusal, APlainCommandSocketOnATlsPortIsRefused)
 {
     NoteAnalyser analyser;
     TlsLoopback net(analyser);
@@ -206,7 +214,7 @@ TEST(TlsRefusal, APlainCommandSocketOnATlsPortIsRefused)
     EXPECT_TRUE(tickUntil(net.m_System, [&] { return plain->isInvalid() && net.m_Server->m_Abandons == 1; }));
 }
 
-TEST(TlsRefusal, ATlsClientOnAPlainPortFails)
+TEST_F(TlsRefusal, ATlsClientOnAPlainPortFails)
 {
     NoteAnalyser analyser;
     TlsLoopback net(analyser);
@@ -225,7 +233,7 @@ TEST(TlsRefusal, ATlsClientOnAPlainPortFails)
     EXPECT_EQ(client->getConnectionState(), zet::TcpConnection::kDown);
 }
 
-TEST(TlsRefusal, ASilentPeerTimesOut)
+TEST_F(TlsRefusal, ASilentPeerTimesOut)
 {
     zet::TestClock clock(1700000000, 0xFFFFFF00);
     NoteAnalyser analyser;
@@ -246,7 +254,7 @@ TEST(TlsRefusal, ASilentPeerTimesOut)
     EXPECT_EQ(failures(log), L"it did not end in time\n");
 }
 
-TEST(TlsRefusal, AClientGivesUpOnAServerThatNeverAnswers)
+TEST_F(TlsRefusal, AClientGivesUpOnAServerThatNeverAnswers)
 {
     zet::TestClock clock(1700000000, 77);
     NoteAnalyser analyser;
@@ -264,7 +272,7 @@ TEST(TlsRefusal, AClientGivesUpOnAServerThatNeverAnswers)
     EXPECT_TRUE(client->isInvalid());
 }
 
-TEST(TlsRefusal, AHandshakeOfEndlessRecordsIsCutOff)
+TEST_F(TlsRefusal, AHandshakeOfEndlessRecordsIsCutOff)
 {
     NoteAnalyser analyser;
     TlsLoopback net(analyser);
@@ -282,7 +290,7 @@ TEST(TlsRefusal, AHandshakeOfEndlessRecordsIsCutOff)
     EXPECT_FALSE(failures(log).empty());
 }
 
-TEST(TlsRefusal, AHandshakeOfEndlessSmallMessagesIsCutOff)
+TEST_F(TlsRefusal, AHandshakeOfEndlessSmallMessagesIsCutOff)
 {
     NoteAnalyser analyser;
     TlsLoopback net(analyser);
@@ -305,7 +313,7 @@ TEST(TlsRefusal, AHandshakeOfEndlessSmallMessagesIsCutOff)
     EXPECT_EQ(failures(log), L"too long\n");
 }
 
-TEST(TlsRefusal, GarbageInAnEstablishedSessionBreaksItAlone)
+TEST_F(TlsRefusal, GarbageInAnEstablishedSessionBreaksItAlone)
 {
     int got = 0;
     NoteAnalyser analyser([&](CCommandSocket*, const NoteCommand&) { ++got; });
@@ -323,7 +331,7 @@ TEST(TlsRefusal, GarbageInAnEstablishedSessionBreaksItAlone)
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return got == 1; }));
 }
 
-TEST(TlsRefusal, AConnectionWithoutATlsLayerIsNotAccepted)
+TEST_F(TlsRefusal, AConnectionWithoutATlsLayerIsNotAccepted)
 {
     zet::TcpServer server;
     ASSERT_TRUE(server.setTlsContext(makeServerContext()));
@@ -335,7 +343,7 @@ TEST(TlsRefusal, AConnectionWithoutATlsLayerIsNotAccepted)
     EXPECT_TRUE(bare.isInvalid());
 }
 
-TEST(TlsRefusal, AContextIsRefusedByWhomItDoesNotServe)
+TEST_F(TlsRefusal, AContextIsRefusedByWhomItDoesNotServe)
 {
     const LogLines log;
     zet::TcpServer server;
@@ -353,7 +361,7 @@ TEST(TlsRefusal, AContextIsRefusedByWhomItDoesNotServe)
     EXPECT_EQ(log.texts().size(), 4u);
 }
 
-TEST(TlsRefusal, AContextTakesOnlyWhatIsGood)
+TEST_F(TlsRefusal, AContextTakesOnlyWhatIsGood)
 {
     const LogLines log;
     const TlsHandle context = new zet::TlsContext;
@@ -378,7 +386,7 @@ TEST(TlsRefusal, AContextTakesOnlyWhatIsGood)
     EXPECT_TRUE(context->hasTrust());
 }
 
-TEST(TlsRefusal, AContextInUseIsNotChanged)
+TEST_F(TlsRefusal, AContextInUseIsNotChanged)
 {
     NoteAnalyser analyser;
     const TlsHandle server = makeServerContext();
@@ -391,7 +399,7 @@ TEST(TlsRefusal, AContextInUseIsNotChanged)
     EXPECT_FALSE(client->setHandshakeTime(1));
 }
 
-TEST(TlsRefusal, AContextIsNotExchangedUnderAConnection)
+TEST_F(TlsRefusal, AContextIsNotExchangedUnderAConnection)
 {
     NoteAnalyser analyser;
     TlsLoopback net(analyser);

@@ -75,7 +75,7 @@ void NetLink::onTick(unsigned int tick)
         return;
     // A handler may release session and link.
     const Unknown::Handle_T<NetLink> keep = this;
-    const NetLimits* const limits = getPortLimits();
+    const NetLimits* const limits = getLimits();
     setTurn(limits && limits->m_TurnInput > 0 ? limits->m_TurnInput : kEndlessTurn);
     PacketTick packets(*this, m_Reader, m_PeerLog, m_IsUnusable);
     const bool isAlive = packets.run(tick, NetSession::kDispatchTime,

@@ -105,6 +105,11 @@ void Seat::countEnd(EndCause cause)
     crowd().m_Ends.add(cause);
 }
 
+void Seat::countRefused()
+{
+    ++crowd().m_RefusedPackets;
+}
+
 void Seat::noteInput()
 {
     if (limits().m_IdleTime == 0)

@@ -65,6 +65,8 @@ public:
     void noteInput();
     // The connection has ended by this cause.
     void countEnd(EndCause cause);
+    // A packet above the connection's rate was refused.
+    void countRefused();
 
 protected:
     Seat() = default;
@@ -118,6 +120,7 @@ public:
     EndCounts& ends() { return m_Ends; }
     // The connections that it accepted, and their handshakes.
     AcceptCounts& accepts() { return m_Accepts; }
+    unsigned long long getRefusedPackets() const { return m_RefusedPackets; }
 
     // Sets whether the port calls serve().
     void setServed(bool isServed);
@@ -148,6 +151,7 @@ private:
     Terms* m_Terms = nullptr;
     EndCounts m_Ends;
     AcceptCounts m_Accepts;
+    unsigned long long m_RefusedPackets = 0;
     AddressCounts m_Addresses;
     int m_Count = 0;
     size_t m_Input = 0;

@@ -5,6 +5,7 @@
 #include "framework/packet.h"
 #include "framework/peer_log.h"
 #include "framework/stopwatch.h"
+#include "net/tcp/inner/bounds.h"
 #include "net/tcp/inner/link.h"
 #include "net/tcp/stream.h"
 
@@ -28,12 +29,15 @@ public:
     PacketTick(TcpStream& stream, PacketReader& reader, PeerLog& log, bool& isBroken)
         : m_Stream(stream), m_Reader(reader), m_Log(log), m_IsBroken(isBroken)
     {
+        if (stream.m_Bounds)
+            beginBounds();
     }
 
     // Calls take(packet) for each packet until limit milliseconds have passed, which is tested before each packet; the
-    // other packets wait for the next tick, which then comes at once. isBroken ends this; it is set if the byte stream
-    // cannot be trusted any more, and take() may set it too. Returns whether the connection continues: it is
-    // connecting or established, and not broken.
+    // other packets wait for the next tick, which then comes at once. A packet above the rate of the connection's
+    // limits waits for the tick at which it is allowed, or is dropped, or breaks the connection. isBroken ends this; it
+    // is set if the byte stream cannot be trusted any more, and take() may set it too. Returns whether the connection
+    // continues: it is connecting or established, and not broken.
     template <class Take>
     bool run(unsigned int tick, unsigned int limit, Take take)
     {
@@ -44,7 +48,9 @@ public:
         const TcpConnection::ConnectionState state = m_Stream.getConnectionState();
         if ((state != TcpConnection::kConnecting && state != TcpConnection::kEstablished) || m_IsBroken)
             return false;
-        if (m_Stream.isPending(TcpConnection::kReadable | TcpConnection::kSecureInput | TcpConnection::kUnread))
+        if (m_IsDelayed)
+            m_Stream.waitForRate();
+        else if (m_Stream.isPending(TcpConnection::kReadable | TcpConnection::kSecureInput | TcpConnection::kUnread))
             m_Stream.hurry();
         return true;
     }
@@ -53,8 +59,10 @@ private:
     template <class Take>
     void dispatch(unsigned int limit, Take take)
     {
+        const TcpConnection* const peer = &m_Stream;
         const PeerLog::Scope scope(
-            m_Log, &m_Stream, [](const void* stream) { return static_cast<const TcpStream*>(stream)->getPeerName(); });
+            m_Log, peer, [](const void* stream) { return static_cast<const TcpConnection*>(stream)->getPeerName(); },
+            &TcpConnection::logRateOf);
         // An exception from take() leaves the bytes after its packet to the next tick.
         m_Stream.setPending(TcpConnection::kUnread);
         if (takeAll(limit, take))
@@ -70,7 +78,7 @@ private:
         {
             if (isExhausted())
                 return true;
-            if (m_IsBroken || !(isFirst || (watch && watch->isBelow(limit))))
+            if (m_IsBroken || !(isFirst || (watch && watch->isBelow(limit))) || (m_Rate && isDelayed()))
                 return false;
             std::span<const unsigned char> packet = takeWhole();
             if (!watch && (!kHasFastPaths || !isExhausted()))
@@ -78,7 +86,8 @@ private:
             if (!packet.empty())
             {
                 const BlockPin pin(*m_Stream.m_Link->m_Input.block());
-                take(packet);
+                if (!m_Rate || isAllowed(packet.size()))
+                    take(packet);
                 continue;
             }
             // Receives, and handles packets that are cut, empty or too long.
@@ -88,6 +97,8 @@ private:
                 m_Stream.noteCause({EndCause::kPacketTooLong, 0});
                 return false;
             }
+            if (m_Rate)
+                m_Rate->take(m_Reader.getEmpty(), m_Reader.getEmpty() * PacketReader::kHeadSize);
             if (!packet.empty())
                 takeRead(packet, take);
             else if (!m_Reader.hasPaused())
@@ -106,7 +117,8 @@ private:
         // As in takeWhole(): a handler that reads from the stream gets what follows its packet.
         if (block && block->holds(packet.data()))
             m_Reader.finish();
-        take(packet);
+        if (!m_Rate || isAllowed(packet.size()))
+            take(packet);
         m_Reader.finish();
     }
     // Whether the stream has nothing to read. Another source of the reader may have packets all the same.
@@ -132,12 +144,47 @@ private:
             input.consume(PacketReader::kHeadSize + static_cast<int>(packet.size()));
         return packet;
     }
+    void beginBounds()
+    {
+        m_Stream.beginOwnTurn();
+        InputRate& rate = m_Stream.m_Bounds->m_Rate;
+        if (!rate.isOn())
+            return;
+        m_Rate = &rate;
+        rate.refill();
+    }
+    // Whether the next packet has to wait.
+    bool isDelayed()
+    {
+        m_IsDelayed = m_Rate->getOverRate() == NetLimits::kDelay && !m_Rate->isOpen();
+        return m_IsDelayed;
+    }
+    // Whether a packet that was received may be handled.
+    bool isAllowed(size_t size)
+    {
+        if (m_Rate->isOpen() || m_Rate->getOverRate() == NetLimits::kDelay)
+        {
+            m_Rate->take(1, static_cast<long long>(size) + PacketReader::kHeadSize);
+            return true;
+        }
+        if (m_Rate->getOverRate() == NetLimits::kRefuse)
+        {
+            m_Stream.refusePacket(size);
+            return false;
+        }
+        m_IsBroken = true;
+        m_Stream.noteCause({EndCause::kRateLimited, 0});
+        return false;
+    }
     bool isEstablished() const { return m_Stream.getConnectionState() == TcpConnection::kEstablished; }
 
     TcpStream& m_Stream;
     PacketReader& m_Reader;
     PeerLog& m_Log;
     bool& m_IsBroken;
+    // Null without a rate. A connection keeps the object.
+    InputRate* m_Rate = nullptr;
+    bool m_IsDelayed = false;
 };
 
 } // namespace zet::inner

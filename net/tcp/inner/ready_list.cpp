@@ -49,6 +49,7 @@ void ReadyList::enter(TcpConnection& connection, bool isAlways)
     }
     if (!std::exchange(connection.m_IsListed, true))
         m_Next.push_back(&connection);
+    m_IsPressing = true;
 }
 
 void ReadyList::leave(TcpConnection& connection)
@@ -66,6 +67,13 @@ void ReadyList::leave(TcpConnection& connection)
 }
 
 void ReadyList::add(TcpConnection& connection) noexcept
+{
+    if (connection.m_ReadyList == this)
+        m_IsPressing = true;
+    addWaiting(connection);
+}
+
+void ReadyList::addWaiting(TcpConnection& connection) noexcept
 {
     if (connection.m_ReadyList != this || std::exchange(connection.m_IsListed, true))
         return;
@@ -85,8 +93,9 @@ void ReadyList::begin(const TcpConnection* first)
         end();
     m_First = first;
     m_Current = nullptr;
+    m_IsPressing = false;
     for (TcpConnection* const each : m_Always)
-        add(*each);
+        addWaiting(*each);
     if (!m_Next.empty())
         arrange();
     m_IsWalking = true;
@@ -122,11 +131,14 @@ void ReadyList::end()
 {
     // A walk mostly reaches its end.
     if (peek())
+    {
         for (auto* const rest : {&m_Now, &m_Late})
         {
             m_Next.insert(m_Next.end(), rest->begin(), rest->end());
             rest->clear();
         }
+        m_IsPressing = true;
+    }
     m_IsWalking = false;
 }
 

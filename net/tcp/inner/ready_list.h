@@ -30,7 +30,11 @@ public:
     void leave(TcpConnection& connection);
     // Lists a member: for this walk if its turn has not passed yet, otherwise for the next one.
     void add(TcpConnection& connection) noexcept;
+    // The same for a connection that waits for a time, and asks for the tick of that time itself.
+    void addWaiting(TcpConnection& connection) noexcept;
     bool isEmpty() const { return m_Now.empty() && m_Late.empty() && m_Next.empty(); }
+    // Whether a listed connection needs the next tick soon.
+    bool isPressing() const { return m_IsPressing; }
 
     // Starts a walk at the first listed member that is not before this address.
     void begin(const TcpConnection* first);
@@ -62,6 +66,7 @@ private:
     const TcpConnection* m_First = nullptr;
     const TcpConnection* m_Current = nullptr;
     bool m_IsWalking = false;
+    bool m_IsPressing = false;
 };
 
 } // namespace zet::inner
