@@ -68,6 +68,26 @@ else()
 endif()
 
 if(COMMONGROUND_TOOLS)
-  commonground_program(wirelens tools/wirelens commonground_tools)
+  # CLI11 reads the command line of wirelens only. It is header-only, so a cross build whose target has no such package
+  # takes the headers of the building system. Their folder also contains that system's own headers, so they are linked
+  # into a folder of this build.
+  find_package(CLI11 2.1 CONFIG QUIET)
+  if(NOT TARGET CLI11::CLI11 AND CMAKE_CROSSCOMPILING)
+    find_path(place CLI/App.hpp PATHS /usr/include /usr/local/include
+      NO_CACHE NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
+    if(place)
+      set(headers ${PROJECT_BINARY_DIR}/foreign_headers_of_wirelens)
+      file(MAKE_DIRECTORY ${headers})
+      file(CREATE_LINK ${place}/CLI ${headers}/CLI SYMBOLIC)
+      add_library(CLI11::CLI11 INTERFACE IMPORTED)
+      target_include_directories(CLI11::CLI11 INTERFACE ${headers})
+    endif()
+    unset(place)
+  endif()
+  if(NOT TARGET CLI11::CLI11)
+    message(FATAL_ERROR "No CLI11 for the command line of wirelens: install its development package (libcli11-dev on "
+      "Debian), or leave the tool out with -DCOMMONGROUND_TOOLS=OFF -DCOMMONGROUND_TESTS=OFF")
+  endif()
+  commonground_program(wirelens tools/wirelens commonground_tools CLI11::CLI11)
   target_compile_definitions(wirelens PRIVATE WIRELENS_VERSION="${PROJECT_VERSION}")
 endif()

@@ -7,7 +7,6 @@
 #include "tools/reading.h"
 #include "tools/schema_reader.h"
 #include "tools/schema_text.h"
-#include "tools/wirelens/usage.h"
 
 #include <fstream>
 #include <iostream>
@@ -55,11 +54,8 @@ bool nextPiece(std::istream& in, std::string& piece)
 
 } // namespace
 
-int catalogue(const std::vector<std::string>& arguments)
+int catalogue(bool asJson)
 {
-    const bool asJson = arguments.size() == 1 && arguments[0] == "--json";
-    if (!arguments.empty() && !asJson)
-        return misuse("catalogue", "catalogue takes --json or nothing");
     ordered_json all = ordered_json::array();
     for (const ClassInfo& info : tools::classTable())
     {
@@ -154,22 +150,12 @@ int explain(const std::string& className, const std::string& hex)
     return explanation.m_Failure.empty() && explanation.m_Consumed == bytes.size() ? 0 : 1;
 }
 
-int decode(const std::vector<std::string>& arguments)
+int decode(const DecodeOptions& options)
 {
-    tools::Framing framing = tools::Framing::kStream;
-    std::string path;
-    for (const std::string& argument : arguments)
-    {
-        const bool isOption = argument == "--datagram" || argument == "--packets";
-        if (isOption ? framing != tools::Framing::kStream : !path.empty())
-            return misuse("decode", "decode takes one framing and one file");
-        if (!isOption && argument.size() > 1 && argument[0] == '-')
-            return misuse("decode", "decode has no option " + argument);
-        if (isOption)
-            framing = argument == "--datagram" ? tools::Framing::kDatagram : tools::Framing::kPackets;
-        else
-            path = argument;
-    }
+    const tools::Framing framing = options.m_Packets    ? tools::Framing::kPackets
+                                   : options.m_Datagram ? tools::Framing::kDatagram
+                                                        : tools::Framing::kStream;
+    const std::string& path = options.m_Path;
     bool isBad = false;
     tools::Recording recording(framing,
                                [&](std::string_view line, bool isError)
