@@ -134,7 +134,6 @@ TEST(Wirelens, MisuseIsExitCodeTwo)
     EXPECT_EQ(wirelens("catalogue --jason").m_Code, 2);
     EXPECT_EQ(wirelens("decode --frames -").m_Code, 2);
     EXPECT_EQ(wirelens("decode --packets --datagram").m_Code, 2);
-    EXPECT_EQ(wirelens("decode one two").m_Code, 2);
 }
 
 TEST(Wirelens, OptionsEndAtTwoDashes)

@@ -2,17 +2,20 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace wirelens
 {
 
-// What decode reads. At most one framing; neither is consecutive stream frames.
+// What decode reads. At most one framing, of input that is not a capture; neither is consecutive stream frames.
 struct DecodeOptions
 {
     bool m_Packets = false;
     bool m_Datagram = false;
-    // Empty or - for the standard input.
-    std::string m_Path;
+    // What a capture lost or skipped as JSON lines among the commands, not as text on the standard error.
+    bool m_Notices = false;
+    // - is the standard input, and so is no path.
+    std::vector<std::string> m_Paths;
 };
 
 int catalogue(bool asJson);

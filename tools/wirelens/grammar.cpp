@@ -32,7 +32,10 @@ std::string formOf(const CLI::App* command)
         form += " [OPTIONS]";
     for (const CLI::Option* const option : command->get_options())
         if (option->get_positional())
-            form += option->get_required() ? " " + option->get_name() : " [" + option->get_name() + "]";
+        {
+            const std::string name = option->get_name() + (option->get_items_expected_max() > 1 ? "..." : "");
+            form += option->get_required() ? " " + name : " [" + name + "]";
+        }
     return form;
 }
 
@@ -126,16 +129,22 @@ int run(int argc, const char* const* argv)
 
     DecodeOptions decodeOptions;
     CLI::App* const decodeCommand = addCommand(
-        app, "decode", "frames from binary or hexadecimal as JSON lines",
-        "Reads consecutive stream frames from the file or the standard input, and prints each as soon as it is "
-        "complete.\nThe input is hexadecimal text if its first 8 bytes are digits and white space, else raw.\n"
-        "The exit code is 1 if a line has an \"error\".");
+        app, "decode", "commands from captures, binary or hexadecimal as JSON lines",
+        "Reads each file, or the standard input, and prints each command as soon as it is complete.\n"
+        "A capture (pcap or pcapng) is recognised by its beginning. Its TCP connections are put together in both\n"
+        "directions, and its datagrams that are one frame are read; each line also has the time, the connection and\n"
+        "the direction. What is lost, skipped or given up is reported on the standard error.\n"
+        "Other input is consecutive stream frames. It is hexadecimal text if its first 8 bytes are digits and white\n"
+        "space, else raw.\n"
+        "The exit code is 1 if a line has an \"error\" or a capture is damaged.");
     CLI::Option* const packets = decodeCommand->add_flag(
         "--packets", decodeOptions.m_Packets,
         "each frame is in a packet, after a 32-bit length; a bad packet is reported and skipped");
     decodeCommand->add_flag("--datagram", decodeOptions.m_Datagram, "the input is one datagram with one frame")
         ->excludes(packets);
-    decodeCommand->add_option("FILE", decodeOptions.m_Path);
+    decodeCommand->add_flag("--notices", decodeOptions.m_Notices,
+                            "report what a capture lost or skipped as JSON lines among the commands");
+    decodeCommand->add_option("FILE", decodeOptions.m_Paths);
 
     std::string topic;
     CLI::App* const helpCommand = addCommand(app, "help", "the help of one command, or this list", "");
