@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 JOBS=$(nproc 2>/dev/null || echo 2)
 
 # Packages of every build, and those that the tests, the presets with Clang and those for other systems add.
-BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libfmt-dev nlohmann-json3-dev
+BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libfmt-dev nlohmann-json3-dev libcli11-dev libpcap-dev
     libgnutls28-dev nettle-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin iproute2
     clang-format-14 valgrind curl prometheus doxygen)

@@ -3,6 +3,7 @@
 #include "tools/object_text.h"
 #include "tools/reading.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -58,6 +59,26 @@ uint64_t streamFrameSize(std::string_view bytes)
 bool receiveFrame(CCmdPackager& packager, std::string_view frame)
 {
     return packager.Receive(frame.data(), static_cast<int>(frame.size()));
+}
+
+bool isKnownId(std::string_view frame)
+{
+    const auto low = static_cast<unsigned char>(frame[0]);
+    const auto high = static_cast<unsigned char>(frame[1]);
+    return !classesOfId(static_cast<unsigned short>(high << 8 | low)).empty();
+}
+
+bool isReadExactly(const CCmdPackager& frame)
+{
+    const std::string_view payload(reinterpret_cast<const char*>(frame.GetBuffer()),
+                                   static_cast<size_t>(frame.GetDataSize()));
+    const auto& classes = classesOfId(frame.GetCmdID());
+    return std::any_of(classes.begin(), classes.end(),
+                       [&](const ClassInfo* info)
+                       {
+                           const Reading reading = readOnly(*info, Form::kCmd, payload);
+                           return reading.m_Read && reading.m_Consumed == reading.m_Size;
+                       });
 }
 
 bool addCommand(JsonText& out, const CCmdPackager& frame, bool openInner)

@@ -14,6 +14,10 @@ namespace tools
 uint64_t streamFrameSize(std::string_view bytes);
 // Reads one whole stream frame. False if the packager refuses it.
 bool receiveFrame(CCmdPackager& packager, std::string_view frame);
+// Whether any class has the id of the stream frame that starts here; at least kMinHeaderSize bytes.
+bool isKnownId(std::string_view frame);
+// Whether a class with the command's id reads the payload to its last byte.
+bool isReadExactly(const CCmdPackager& frame);
 
 // Appends the members of a received command, without braces: id, addresses, size, and the fields as its class reads
 // them; for a shared id, the class that reads the payload exactly. If the command carries a whole frame, that is shown

@@ -134,7 +134,32 @@ TEST(Wirelens, MisuseIsExitCodeTwo)
     EXPECT_EQ(wirelens("catalogue --jason").m_Code, 2);
     EXPECT_EQ(wirelens("decode --frames -").m_Code, 2);
     EXPECT_EQ(wirelens("decode --packets --datagram").m_Code, 2);
-    EXPECT_EQ(wirelens("decode one two").m_Code, 2);
+}
+
+TEST(Wirelens, OptionsEndAtTwoDashes)
+{
+    // A file, which is not there, and not an option.
+    const test::Run run = wirelens("decode --packets -- --datagram");
+    EXPECT_NE(run.m_Output.find("cannot open --datagram"), std::string::npos) << run.m_Output;
+    EXPECT_EQ(run.m_Code, 1);
+}
+
+TEST(Wirelens, MisuseNamesTheFaultAndTheUsageOfTheCommand)
+{
+    const test::Run option = wirelens("decode --frames -");
+    EXPECT_NE(option.m_Output.find("--frames"), std::string::npos) << option.m_Output;
+    EXPECT_NE(option.m_Output.find("usage: wirelens decode"), std::string::npos) << option.m_Output;
+    const test::Run missing = wirelens("explain CCmdHostnameRequest");
+    EXPECT_NE(missing.m_Output.find("HEX"), std::string::npos) << missing.m_Output;
+    EXPECT_EQ(missing.m_Code, 2);
+}
+
+TEST(Wirelens, HelpDescribesEachOptionBesideIt)
+{
+    const std::string help = wirelens("decode --help").m_Output;
+    for (const char* const option : {"--packets", "--datagram"})
+        EXPECT_TRUE(std::regex_search(help, std::regex(std::string("\n +") + option + " +[a-z]"))) << help;
+    EXPECT_EQ(wirelens("decode --packets -h -").m_Output, help);
 }
 
 TEST(Wirelens, BadInputIsExitCodeOne)

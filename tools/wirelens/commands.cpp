@@ -1,15 +1,12 @@
 #include "tools/wirelens/commands.h"
 
 #include "tools/class_table.h"
-#include "tools/frame_decoder.h"
 #include "tools/line_reader.h"
 #include "tools/object_json.h"
 #include "tools/reading.h"
 #include "tools/schema_reader.h"
 #include "tools/schema_text.h"
-#include "tools/wirelens/usage.h"
 
-#include <fstream>
 #include <iostream>
 
 namespace wirelens
@@ -38,28 +35,10 @@ const ClassInfo* classOf(const std::string& name)
     return info;
 }
 
-// Waits for at least one byte and reads all available bytes. False at the end.
-bool nextPiece(std::istream& in, std::string& piece)
-{
-    constexpr std::streamsize kPiece = 0x10000;
-    piece.resize(kPiece);
-    if (in.peek() == std::istream::traits_type::eof())
-        return false;
-    std::streamsize got = in.readsome(piece.data(), kPiece);
-    // A buffer that does not know how many bytes it has is read byte by byte.
-    if (got <= 0 && in.get(piece[0]))
-        got = 1;
-    piece.resize(static_cast<size_t>(got));
-    return got > 0;
-}
-
 } // namespace
 
-int catalogue(const std::vector<std::string>& arguments)
+int catalogue(bool asJson)
 {
-    const bool asJson = arguments.size() == 1 && arguments[0] == "--json";
-    if (!arguments.empty() && !asJson)
-        return misuse("catalogue", "catalogue takes --json or nothing");
     ordered_json all = ordered_json::array();
     for (const ClassInfo& info : tools::classTable())
     {
@@ -152,57 +131,6 @@ int explain(const std::string& className, const std::string& hex)
     else if (explanation.m_Consumed < bytes.size())
         std::cout << bytes.size() - explanation.m_Consumed << " bytes after the last field\n";
     return explanation.m_Failure.empty() && explanation.m_Consumed == bytes.size() ? 0 : 1;
-}
-
-int decode(const std::vector<std::string>& arguments)
-{
-    tools::Framing framing = tools::Framing::kStream;
-    std::string path;
-    for (const std::string& argument : arguments)
-    {
-        const bool isOption = argument == "--datagram" || argument == "--packets";
-        if (isOption ? framing != tools::Framing::kStream : !path.empty())
-            return misuse("decode", "decode takes one framing and one file");
-        if (!isOption && argument.size() > 1 && argument[0] == '-')
-            return misuse("decode", "decode has no option " + argument);
-        if (isOption)
-            framing = argument == "--datagram" ? tools::Framing::kDatagram : tools::Framing::kPackets;
-        else
-            path = argument;
-    }
-    bool isBad = false;
-    tools::Recording recording(framing,
-                               [&](std::string_view line, bool isError)
-                               {
-                                   isBad = isBad || isError;
-                                   std::cout << line << '\n';
-                               });
-    const bool isStandardInput = path.empty() || path == "-";
-    // Its buffer then returns what has arrived instead of waiting for a full read.
-    std::ios::sync_with_stdio(false);
-    std::ifstream file;
-    if (!isStandardInput)
-        file.open(path, std::ios::binary);
-    std::istream& in = isStandardInput ? std::cin : file;
-    if (!in)
-    {
-        std::cerr << "wirelens: cannot open " << path << "\n";
-        return 1;
-    }
-    // Flushed before the next wait for input.
-    for (std::string piece; nextPiece(in, piece);)
-    {
-        recording.add(piece);
-        std::cout.flush();
-    }
-    if (in.bad())
-    {
-        std::cerr << "wirelens: cannot read " << (isStandardInput ? "the input" : path) << "\n";
-        isBad = true;
-    }
-    recording.finish();
-    std::cout.flush();
-    return isBad ? 1 : 0;
 }
 
 void warn(const wchar_t* line)

@@ -7,12 +7,23 @@
 namespace wirelens
 {
 
-int catalogue(const std::vector<std::string>& arguments);
+// What decode reads. At most one framing, of input that is not a capture; neither is consecutive stream frames.
+struct DecodeOptions
+{
+    bool m_Packets = false;
+    bool m_Datagram = false;
+    // What a capture lost or skipped as JSON lines among the commands, not as text on the standard error.
+    bool m_Notices = false;
+    // - is the standard input, and so is no path.
+    std::vector<std::string> m_Paths;
+};
+
+int catalogue(bool asJson);
 int schema(const std::string& className);
 int makeNew(const std::string& className);
 int read();
 int explain(const std::string& className, const std::string& hex);
-int decode(const std::vector<std::string>& arguments);
+int decode(const DecodeOptions& options);
 
 // Prints one line to the standard error.
 void warn(const wchar_t* line);

@@ -1,0 +1,193 @@
+#include "tools/wirelens/grammar.h"
+
+#include "tools/wirelens/commands.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
+#include <algorithm>
+#include <iostream>
+#include <string>
+
+namespace wirelens
+{
+
+namespace
+{
+
+constexpr size_t kSummaryColumn = 36;
+constexpr size_t kOptionColumn = 24;
+
+bool isListed(const CLI::Option* option)
+{
+    return !option->get_positional() && !option->check_name("--help");
+}
+
+// "decode [OPTIONS] [FILE...]"
+std::string formOf(const CLI::App* command)
+{
+    std::string form = "wirelens " + command->get_name();
+    if (!command->get_options(isListed).empty())
+        form += " [OPTIONS]";
+    for (const CLI::Option* const option : command->get_options())
+        if (option->get_positional())
+        {
+            const std::string name = option->get_name() + (option->get_items_expected_max() > 1 ? "..." : "");
+            form += option->get_required() ? " " + name : " [" + name + "]";
+        }
+    return form;
+}
+
+// The name of an option with its value, and its description in a column of its own.
+std::string lineOf(const CLI::Option* option)
+{
+    std::string line = "  " + option->get_name();
+    if (option->get_items_expected_max() > 0)
+        line += " " + option->get_type_name();
+    line.resize(std::max(line.size() + 2, kOptionColumn), ' ');
+    return line + option->get_description() + "\n";
+}
+
+std::string helpOf(const CLI::App* app)
+{
+    if (app->get_parent())
+    {
+        std::string text = "usage: " + formOf(app) + "\n" + app->get_description() + "\n";
+        for (const CLI::Option* const option : app->get_options(isListed))
+            text += lineOf(option);
+        return app->get_footer().empty() ? text : text + app->get_footer() + "\n";
+    }
+    std::string text = "usage:\n";
+    for (const CLI::App* const command : app->get_subcommands([](const CLI::App*) { return true; }))
+    {
+        std::string form = formOf(command);
+        form.resize(std::max(form.size() + 1, kSummaryColumn), ' ');
+        text += "  " + form + command->get_description() + "\n";
+    }
+    return text + "  wirelens COMMAND --help\n  wirelens --version\n"
+                  "Exit codes: 0 good, 1 the input is bad, 2 misuse.\n";
+}
+
+CLI::App* addCommand(CLI::App& app, const std::string& name, const std::string& summary, const std::string& details)
+{
+    CLI::App* const command = app.add_subcommand(name, summary);
+    command->footer(details);
+    return command;
+}
+
+// The command that the arguments named, or the program.
+const CLI::App* namedOf(const CLI::App& app)
+{
+    const auto named = app.get_subcommands();
+    return named.empty() ? &app : named.front();
+}
+
+int misuse(const CLI::App* app, const std::string& what)
+{
+    std::cerr << "wirelens: " << what << "\n" << helpOf(app);
+    return 2;
+}
+
+} // namespace
+
+int run(int argc, const char* const* argv)
+{
+    CLI::App app;
+    // A path may start with a slash on every system.
+    app.allow_windows_style_options(false);
+    app.require_subcommand(1);
+    app.set_version_flag("--version", "wirelens " WIRELENS_VERSION);
+
+    bool asJson = false;
+    CLI::App* const catalogueCommand =
+        addCommand(app, "catalogue", "every class: commands by id, records, messages by envelope",
+                   "One line per class: a command with its id and its base, a record with its forms, a message with "
+                   "its forms and\nthe envelope that carries it. A message that is sent both ways has two envelopes.");
+    catalogueCommand->add_flag("--json", asJson, "one JSON array instead");
+
+    std::string className;
+    CLI::App* const schemaCommand =
+        addCommand(app, "schema", "fields in wire order, types, defaults, quirks, smallest size", "");
+    schemaCommand->add_option("CLASS", className)->required();
+
+    CLI::App* const newCommand = addCommand(app, "new", "a default-constructed object as JSON", "");
+    newCommand->add_option("CLASS", className)->required();
+
+    CLI::App* const readCommand = addCommand(
+        app, "read", "lines \"CLASS cmd|data HEX\" in, one JSON object per line out",
+        "Reads lines from the standard input. cmd reads the bytes through the command packager, data through the data\n"
+        "packager; for a command they are the payload without its frame. - means no bytes. Each result shows\n"
+        "the object after Read and the bytes that Write then gives.");
+
+    std::string hex;
+    CLI::App* const explainCommand =
+        addCommand(app, "explain", "offset, bytes, field and value, one line each",
+                   "- means no bytes. The exit code is 1 if bytes are missing or left over.");
+    explainCommand->add_option("CLASS", className)->required();
+    explainCommand->add_option("HEX", hex)->required();
+
+    DecodeOptions decodeOptions;
+    CLI::App* const decodeCommand = addCommand(
+        app, "decode", "commands from captures, binary or hexadecimal as JSON lines",
+        "Reads each file, or the standard input, and prints each command as soon as it is complete.\n"
+        "A capture (pcap or pcapng) is recognised by its beginning. Its TCP connections are put together in both\n"
+        "directions, and its datagrams that are one frame are read; each line also has the time, the connection and\n"
+        "the direction. What is lost, skipped or given up is reported on the standard error.\n"
+        "Other input is consecutive stream frames. It is hexadecimal text if its first 8 bytes are digits and white\n"
+        "space, else raw.\n"
+        "The exit code is 1 if a line has an \"error\" or a capture is damaged.");
+    CLI::Option* const packets = decodeCommand->add_flag(
+        "--packets", decodeOptions.m_Packets,
+        "each frame is in a packet, after a 32-bit length; a bad packet is reported and skipped");
+    decodeCommand->add_flag("--datagram", decodeOptions.m_Datagram, "the input is one datagram with one frame")
+        ->excludes(packets);
+    decodeCommand->add_flag("--notices", decodeOptions.m_Notices,
+                            "report what a capture lost or skipped as JSON lines among the commands");
+    decodeCommand->add_option("FILE", decodeOptions.m_Paths);
+
+    std::string topic;
+    CLI::App* const helpCommand = addCommand(app, "help", "the help of one command, or this list", "");
+    helpCommand->add_option("COMMAND", topic);
+
+    try
+    {
+        app.parse(argc, argv);
+    }
+    catch (const CLI::CallForHelp&)
+    {
+        std::cout << helpOf(namedOf(app));
+        return 0;
+    }
+    catch (const CLI::CallForVersion& version)
+    {
+        std::cout << version.what() << "\n";
+        return 0;
+    }
+    catch (const CLI::ParseError& error)
+    {
+        if (namedOf(app) != &app)
+            return misuse(namedOf(app), error.what());
+        return misuse(&app, argc > 1 ? std::string("no command ") + argv[1] : "a command is missing");
+    }
+
+    if (helpCommand->parsed())
+    {
+        const auto named = app.get_subcommands([&](const CLI::App* command) { return command->get_name() == topic; });
+        std::cout << helpOf(named.empty() ? &app : named.front());
+        return 0;
+    }
+    if (catalogueCommand->parsed())
+        return catalogue(asJson);
+    if (schemaCommand->parsed())
+        return schema(className);
+    if (newCommand->parsed())
+        return makeNew(className);
+    if (readCommand->parsed())
+        return read();
+    if (explainCommand->parsed())
+        return explain(className, hex);
+    return decode(decodeOptions);
+}
+
+} // namespace wirelens
