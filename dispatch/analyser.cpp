@@ -23,8 +23,7 @@ void tellThrown(const char* what)
 
 // Out of line, so that the usual path has no code of it.
 template <class Dispatch>
-[[gnu::noinline]] void dispatchObserved(const zet::SharedPtr<CommandObserver>& observer, const CCmdPackager& pk,
-                                        Dispatch dispatch)
+[[gnu::noinline]] void dispatchObserved(const ObserverSlot& observer, const CCmdPackager& pk, Dispatch dispatch)
 {
     ObservedDispatch report(observer, pk);
     report.setOutcome(dispatch());
@@ -57,12 +56,12 @@ int CCmdAnalyser::Analyse(CCmdPackager& pk, unsigned long arg1, unsigned long ar
 
 inline void CCmdAnalyser::dispatch(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const
 {
-    if (!m_pObserver)
+    if (!m_Observer.get())
     {
         dispatchPlain(pk, arg1, arg2);
         return;
     }
-    dispatchObserved(m_pObserver, pk, [&] { return dispatchPlain(pk, arg1, arg2); });
+    dispatchObserved(m_Observer, pk, [&] { return dispatchPlain(pk, arg1, arg2); });
 }
 
 CommandObserver::Outcome CCmdAnalyser::dispatchPlain(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const
