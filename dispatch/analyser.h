@@ -4,8 +4,8 @@
 #include "dispatch/command_id_limit.h"
 #include "dispatch/command_observer.h"
 #include "dispatch/command_process.h"
+#include "dispatch/observer_slot.h"
 #include "framework/export.h"
-#include "framework/shared_ptr.h"
 
 // One entry per id, inside the object. Read-only while in use: call Install at start-up; from then on any number of
 // threads may share one analyser.
@@ -23,9 +23,13 @@ public:
     void Install(unsigned short id, CmdProcess process, CmdHandler handler);
 
     // As CCmdAnalyserSocket::SetObserver(): reports received commands, and those that a UdpClientSocket or CNetSession
-    // with this analyser sends.
-    void SetObserver(zet::SharedPtr<CommandObserver> observer) { m_pObserver = std::move(observer); }
-    CommandObserver* GetObserver() const { return m_pObserver.get(); }
+    // with this analyser sends. The argument is a zet::SharedPtr<CommandObserver>.
+    template <class Pointer>
+    void SetObserver(Pointer observer)
+    {
+        m_Observer.set(std::move(observer));
+    }
+    CommandObserver* GetObserver() const { return m_Observer.get(); }
 
     // Passes the command to its handler with the two arguments. The result is always 0. An exception from a handler is
     // caught and logged.
@@ -47,5 +51,5 @@ private:
     Entry m_Commands[kCommandIdLimit];
     CmdFallback m_pfnUnknownCmd;
     CmdFallback m_pfnErrorCmd;
-    zet::SharedPtr<CommandObserver> m_pObserver;
+    ObserverSlot m_Observer;
 };

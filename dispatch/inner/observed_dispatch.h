@@ -3,16 +3,16 @@
 
 #include "dispatch/command_observer.h"
 #include "framework/platform/platform.h"
-#include "framework/shared_ptr.h"
 #include "packaging/cmd_packager.h"
 
 // Reports the command when it is destroyed, also while an exception passes: as thrown, unless an outcome was set. The
 // observer is the one that the analyser has then, since a handler may replace it; a copy of the pointer would cost two
 // atomic operations per command.
+template <class Pointer>
 class ObservedDispatch
 {
 public:
-    ObservedDispatch(const zet::SharedPtr<CommandObserver>& observer, const CCmdPackager& pk)
+    ObservedDispatch(const Pointer& observer, const CCmdPackager& pk)
         : m_Observer(observer), m_Id(pk.GetCmdID()), m_Size(pk.GetDataSize())
     {
     }
@@ -27,7 +27,7 @@ public:
     void setOutcome(CommandObserver::Outcome outcome) { m_Outcome = outcome; }
 
 private:
-    const zet::SharedPtr<CommandObserver>& m_Observer;
+    const Pointer& m_Observer;
     const unsigned short m_Id;
     const int m_Size;
     CommandObserver::Outcome m_Outcome = CommandObserver::kThrown;

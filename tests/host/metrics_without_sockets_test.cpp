@@ -1,6 +1,7 @@
 // Figures of commands that have an analyser without a socket.
 #include "commands/registry.h"
 #include "dispatch/analyser.h"
+#include "framework/shared_ptr.h"
 #include "host/metrics.h"
 #include "tests/support/allocations.h"
 #include "tests/support/log_lines.h"
@@ -94,10 +95,25 @@ TEST(MetricsWithoutSockets, HandlerMayRemoveTheObserver)
     Analysed analysed;
     analyser = analysed.m_Analyser.get();
     analyser->Install(CCmdServerEcho().GetID(), CCmdServerEcho::CCmdServerEcho_Process,
-                      [](CCmdHead*, unsigned long, unsigned long) { analyser->SetObserver(nullptr); });
+                      [](CCmdHead*, unsigned long, unsigned long)
+                      { analyser->SetObserver(zet::SharedPtr<CommandObserver>()); });
     analysed.receive(7);
     EXPECT_EQ(analysed.m_Analyser->GetObserver(), nullptr);
     EXPECT_FALSE(has(analysed.m_Metrics, "commonground_commands_received_total{command=\"CCmdServerEcho\"} 1"));
+}
+
+TEST(MetricsWithoutSockets, CopiesOfAnAnalyserShareItsObserver)
+{
+    Analysed analysed;
+    auto copy = std::make_unique<CCmdAnalyser>(*analysed.m_Analyser);
+    analysed.m_Analyser = std::make_unique<CCmdAnalyser>();
+    EXPECT_EQ(analysed.m_Analyser->GetObserver(), nullptr);
+    std::swap(copy, analysed.m_Analyser);
+    analysed.receive(7);
+    *analysed.m_Analyser = *copy;
+    EXPECT_EQ(analysed.m_Analyser->GetObserver(), nullptr);
+    analysed.receive(7);
+    EXPECT_TRUE(has(analysed.m_Metrics, "commonground_commands_received_total{command=\"CCmdServerEcho\"} 1"));
 }
 
 TEST(MetricsWithoutSockets, CommandsOfNetSessions)
