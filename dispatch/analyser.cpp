@@ -20,6 +20,14 @@ void tellThrown(const char* what)
         zet::Log::error(L"Exception in a command handler");
 }
 
+// Logs a command that is not handled, within its peer's share. Not inline: it is rare, and its arguments, which the log
+// takes by reference, would put a guarded frame on the stack of each dispatch.
+[[gnu::noinline, gnu::cold]] void reportId(const wchar_t* pattern, unsigned short id)
+{
+    if (zet::PeerLog::takesLine())
+        zet::Log::error(pattern, id);
+}
+
 } // namespace
 
 void CCmdAnalyser::Install(unsigned short id, CmdProcess process, CmdHandler handler)
@@ -47,29 +55,24 @@ int CCmdAnalyser::Analyse(CCmdPackager& pk, unsigned long arg1, unsigned long ar
 
 void CCmdAnalyser::dispatch(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const
 {
-    // The log takes its arguments by reference; a copy keeps the original in a register.
     const unsigned short id = pk.GetCmdID();
     if (id >= kCommandIdLimit)
-    {
-        if (zet::PeerLog::takesLine())
-            zet::Log::error(L"CCmdAnalyser cannot Analyse OverFlow CMD(0x%04x)", pk.GetCmdID());
-        return;
-    }
+        return reportId(L"CCmdAnalyser cannot Analyse OverFlow CMD(0x%04x)", id);
     const Entry& entry = m_Commands[id];
     if (!entry.m_Process)
     {
         if (m_pfnUnknownCmd)
             m_pfnUnknownCmd(&pk, arg1, arg2);
-        else if (zet::PeerLog::takesLine())
-            zet::Log::error(L"CCmdAnalyser cannot Analyse NULL command(0x%04x)", pk.GetCmdID());
+        else
+            reportId(L"CCmdAnalyser cannot Analyse NULL command(0x%04x)", id);
     }
     else if (!entry.m_Process(&pk, entry.m_Handler, arg1, arg2))
     {
         // The second closing parenthesis belongs to the text.
         if (m_pfnErrorCmd)
             m_pfnErrorCmd(&pk, arg1, arg2);
-        else if (zet::PeerLog::takesLine())
-            zet::Log::error(L"CCmdAnalyser cannot Analyse ERROR command(0x%04x))", pk.GetCmdID());
+        else
+            reportId(L"CCmdAnalyser cannot Analyse ERROR command(0x%04x))", pk.GetCmdID());
     }
 }
 
