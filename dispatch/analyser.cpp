@@ -21,6 +21,14 @@ void tellThrown(const char* what)
         zet::Log::error(L"Exception in a command handler");
 }
 
+// Logs a command that is not handled, within its peer's share. Not inline: it is rare, and its arguments, which the log
+// takes by reference, would put a guarded frame on the stack of each dispatch.
+[[gnu::noinline, gnu::cold]] void reportId(const wchar_t* pattern, unsigned short id)
+{
+    if (zet::PeerLog::takesLine())
+        zet::Log::error(pattern, id);
+}
+
 // Out of line, so that the usual path has no code of it.
 template <class Dispatch>
 [[gnu::noinline]] void dispatchObserved(const ObserverSlot& observer, const CCmdPackager& pk, Dispatch dispatch)
@@ -46,12 +54,10 @@ void CCmdAnalyser::Install(unsigned short id, CmdProcess process, CmdHandler han
 [[gnu::always_inline]] inline CommandObserver::Outcome CCmdAnalyser::dispatchPlain(CCmdPackager& pk, unsigned long arg1,
                                                                                    unsigned long arg2) const
 {
-    // The log takes its arguments by reference; a copy keeps the original in a register.
     const unsigned short id = pk.GetCmdID();
     if (id >= kCommandIdLimit)
     {
-        if (zet::PeerLog::takesLine())
-            zet::Log::error(L"CCmdAnalyser cannot Analyse OverFlow CMD(0x%04x)", pk.GetCmdID());
+        reportId(L"CCmdAnalyser cannot Analyse OverFlow CMD(0x%04x)", id);
         return CommandObserver::kUnknown;
     }
     const Entry& entry = m_Commands[id];
@@ -59,8 +65,8 @@ void CCmdAnalyser::Install(unsigned short id, CmdProcess process, CmdHandler han
     {
         if (m_pfnUnknownCmd)
             m_pfnUnknownCmd(&pk, arg1, arg2);
-        else if (zet::PeerLog::takesLine())
-            zet::Log::error(L"CCmdAnalyser cannot Analyse NULL command(0x%04x)", pk.GetCmdID());
+        else
+            reportId(L"CCmdAnalyser cannot Analyse NULL command(0x%04x)", id);
         return CommandObserver::kUnknown;
     }
     if (entry.m_Process(&pk, entry.m_Handler, arg1, arg2))
@@ -68,8 +74,8 @@ void CCmdAnalyser::Install(unsigned short id, CmdProcess process, CmdHandler han
     // The second closing parenthesis belongs to the text.
     if (m_pfnErrorCmd)
         m_pfnErrorCmd(&pk, arg1, arg2);
-    else if (zet::PeerLog::takesLine())
-        zet::Log::error(L"CCmdAnalyser cannot Analyse ERROR command(0x%04x))", pk.GetCmdID());
+    else
+        reportId(L"CCmdAnalyser cannot Analyse ERROR command(0x%04x))", pk.GetCmdID());
     return CommandObserver::kRefused;
 }
 
