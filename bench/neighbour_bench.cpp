@@ -1,7 +1,8 @@
 // The effect of a hostile peer on an honest one: a client sends a small command each millisecond and waits for its
 // reply while another process attacks the same System as fast as the loopback allows. Prints per attack: round trips of
-// the client (median, 99th percentile), the longest tick of the server, and the bytes sent by the attacker. Usage:
-// neighbour_bench [SECONDS [ATTACK]].
+// the client (median, 99th percentile), the longest tick of the server, and the bytes sent by the attacker. The attacks
+// whose name begins with "cap" run against a limit that the server has set; a further line has the limit and what was
+// reached. Usage: neighbour_bench [SECONDS [ATTACK]].
 //
 // The server has its own core. The client shares the other core with the attacker and has a higher priority there, if
 // the system allows that, so that the figures show the server.
@@ -11,6 +12,8 @@
 #include "bench/support/processes.h"
 #include "bench/support/rounds.h"
 #include "commands/registry.h"
+#include "framework/log.h"
+#include "net/limits.h"
 #include "transport/udp_client_socket.h"
 #include "transport/udp_server_socket.h"
 
@@ -26,6 +29,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
 #include <new>
 
 namespace
@@ -35,6 +39,9 @@ using Clock = std::chrono::steady_clock;
 
 // The data of the client's commands; the server replies to no others.
 constexpr unsigned long kHonest = 0x600D;
+
+// Of this process, for the handler of the server.
+bench::Shared* s_Shared = nullptr;
 
 class UdpHost : public UdpServerSocket
 {
@@ -46,6 +53,8 @@ void onEcho(CCommandSocket* socket, CCmdHead* command, unsigned long, unsigned l
 {
     if (static_cast<CCmdServerEcho*>(command)->m_Data == kHonest)
         socket->send(*command);
+    else
+        ++s_Shared->m_Handled;
 }
 
 long long nanosecondsSince(Clock::time_point start)
@@ -53,8 +62,13 @@ long long nanosecondsSince(Clock::time_point start)
     return std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now() - start).count();
 }
 
-[[noreturn]] void serve(bench::Shared& shared, const bench::Identity& identity)
+[[noreturn]] void serve(bench::Shared& shared, const bench::Identity& identity, const bench::Cap* cap)
 {
+    s_Shared = &shared;
+    if (cap)
+        // The line with the number of the omitted ones comes with the next one.
+        zet::Log::addSink([&shared](zet::Log::Level, const zet::String_T<wchar_t>& line)
+                          { shared.m_Lines += !std::wcsstr(line.getBuffer(), L"last line "); });
     bench::pinTo(0);
     CCmdAnalyserSocket analyser;
     analyser.Install(command_id::CCmdServerEcho, CCmdServerEcho::CCmdServerEcho_ProcessSocket, onEcho, 0, 0);
@@ -63,6 +77,11 @@ long long nanosecondsSince(Clock::time_point start)
     const zet::Unknown::Handle_T<bench::Server> plain = new bench::Server(&analyser);
     const zet::Unknown::Handle_T<bench::Server> secure = new bench::Server(&analyser);
     const zet::Unknown::Handle_T<UdpHost> udp = new UdpHost;
+    zet::NetLimits limits;
+    if (cap)
+        cap->m_Set(limits);
+    plain->setLimits(limits);
+    secure->setLimits(limits);
     plain->start(&system);
     secure->start(&system);
     udp->start(&system);
@@ -81,6 +100,9 @@ long long nanosecondsSince(Clock::time_point start)
         const long long length = nanosecondsSince(start);
         if (length > shared.m_LongestTick)
             shared.m_LongestTick = length;
+        ++shared.m_Ticks;
+        shared.m_Peak =
+            std::max<unsigned long long>(shared.m_Peak, static_cast<unsigned long long>(plain->GetClientCount()));
         system.wait();
     }
     // The attacker's connections close with its process.
@@ -93,6 +115,8 @@ struct Figures
     double m_Late = 0;
     double m_LongestTick = 0;
     double m_Megabytes = 0;
+    // Of the cap.
+    double m_Reached = 0;
 };
 
 // The client: one command at a time, each a millisecond after the previous reply.
@@ -183,12 +207,14 @@ bool measure(bench::Shared& shared, const bench::Attack* attack, double seconds,
         honest.trips(0.2);
     }
     shared.m_LongestTick = 0;
+    shared.reset();
     const unsigned long long before = shared.m_Sent;
     const auto start = Clock::now();
     const std::vector<double> took = honest.trips(seconds);
     const double passed = static_cast<double>(nanosecondsSince(start)) / 1e9;
     const unsigned long long sent = shared.m_Sent - before;
     const long long longest = shared.m_LongestTick;
+    const double reached = attack && attack->m_Cap ? attack->m_Cap->m_Reached(shared, passed) : 0;
     if (attacker > 0)
     {
         kill(attacker, SIGKILL);
@@ -197,7 +223,7 @@ bool measure(bench::Shared& shared, const bench::Attack* attack, double seconds,
     if (took.size() < 2)
         return false;
     figures = {percentile(took, 0.5), percentile(took, 0.99), static_cast<double>(longest) / 1e3,
-               static_cast<double>(sent) / passed / 1e6};
+               static_cast<double>(sent) / passed / 1e6, reached};
     return true;
 }
 
@@ -229,7 +255,7 @@ int main(int argc, char** argv)
         std::fflush(stdout);
         const pid_t server = fork();
         if (server == 0)
-            serve(shared, identity);
+            serve(shared, identity, attack.m_Cap);
         bench::pinTo(static_cast<int>(sysconf(_SC_NPROCESSORS_ONLN)) - 1);
         sched_param first{};
         first.sched_priority = 1;
@@ -248,6 +274,8 @@ int main(int argc, char** argv)
                         alone.m_LongestTick, "", "");
             std::printf("%-44s %10.1f %10.1f %12.1f %10.1f %8.1f\n", attack.m_Name, beside.m_Median, beside.m_Late,
                         beside.m_LongestTick, beside.m_Megabytes, beside.m_Late / alone.m_Late);
+            if (attack.m_Cap)
+                std::printf("%-44s %10.2f of %.0f\n", attack.m_Cap->m_What, beside.m_Reached, attack.m_Cap->m_Value);
         }
         else
         {

@@ -2,6 +2,7 @@
 
 #include "commands/registry.h"
 #include "framework/system.h"
+#include "net/limits.h"
 #include "net/tcp/stream.h"
 #include "net/tls/context.h"
 #include "packaging/cmd_packager.h"
@@ -10,10 +11,14 @@
 #include <gnutls/gnutls.h>
 #endif
 
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <random>
@@ -149,6 +154,8 @@ void sendHellos(Shared& shared)
     {
         if (handles[i] >= 0)
         {
+            char answer;
+            shared.m_Answers += recv(handles[i], &answer, 1, MSG_DONTWAIT) == 1;
             // Reset instead of an orderly close, which would leave ports in TIME_WAIT.
             const linger hard{1, 0};
             setsockopt(handles[i], SOL_SOCKET, SO_LINGER, &hard, sizeof hard);
@@ -248,6 +255,116 @@ void sendUserData(Shared& shared)
     floodDatagrams(shared, {std::string(64, 'x')});
 }
 
+// Connections from an address of their own, which the server closes beyond its cap.
+void openConnections(Shared& shared)
+{
+    std::vector<int> handles(400, -1);
+    for (size_t i = 0;; i = (i + 1) % handles.size())
+    {
+        char byte;
+        const bool isOver = handles[i] < 0 || recv(handles[i], &byte, 1, MSG_DONTWAIT) == 0;
+        if (!isOver && errno == EAGAIN)
+            continue;
+        close(handles[i]);
+        handles[i] = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in own = loopback(0);
+        own.sin_addr.s_addr = htonl(INADDR_LOOPBACK + 1);
+        const sockaddr_in address = loopback(shared.m_Port);
+        if (bind(handles[i], reinterpret_cast<const sockaddr*>(&own), sizeof own) != 0 ||
+            connect(handles[i], reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        {
+            close(handles[i]);
+            handles[i] = -1;
+        }
+    }
+}
+
+// Silent connections, each opened anew when the server has ended it.
+void stayIdle(Shared& shared)
+{
+    using Clock = std::chrono::steady_clock;
+    struct Idle
+    {
+        int m_Handle = -1;
+        Clock::time_point m_Since;
+    };
+    std::vector<Idle> all(300);
+    for (;;)
+    {
+        for (Idle& each : all)
+        {
+            char byte;
+            if (each.m_Handle >= 0 && recv(each.m_Handle, &byte, 1, MSG_DONTWAIT) < 0 && errno == EAGAIN)
+                continue;
+            if (each.m_Handle >= 0)
+            {
+                const auto life = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - each.m_Since);
+                shared.m_LongestLife =
+                    std::max<unsigned long long>(shared.m_LongestLife, static_cast<unsigned long long>(life.count()));
+                ++shared.m_Answers;
+                close(each.m_Handle);
+            }
+            each = {connectTo(shared.m_Port), Clock::now()};
+        }
+        usleep(1000);
+    }
+}
+
+bool isAlways(const Shared&)
+{
+    return true;
+}
+
+double perSecond(unsigned long long count, double seconds)
+{
+    return static_cast<double>(count) / seconds;
+}
+
+const size_t kEchoSize = packetOfCommand<CCmdServerEcho>().size();
+
+const Cap kConnectionsCap{"connections of an address", 50,
+                          [](zet::NetLimits& limits) { limits.m_ConnectionsPerAddress = 50; },
+                          // One is the client's.
+                          [](const Shared& shared, double) { return static_cast<double>(shared.m_Peak) - 1; }};
+const Cap kPacketsCap{"commands per second", 2000,
+                      [](zet::NetLimits& limits)
+                      {
+                          limits.m_PacketsPerSecond = 2000;
+                          limits.m_PacketBurst = 200;
+                      },
+                      [](const Shared& shared, double seconds) { return perSecond(shared.m_Handled, seconds); }};
+const Cap kBytesCap{"bytes per second", 100000,
+                    [](zet::NetLimits& limits)
+                    {
+                        limits.m_BytesPerSecond = 100000;
+                        limits.m_ByteBurst = 10000;
+                    },
+                    [](const Shared& shared, double seconds)
+                    { return perSecond(shared.m_Handled * kEchoSize, seconds); }};
+const Cap kRefusingCap{"commands per second, others refused", 2000,
+                       [](zet::NetLimits& limits)
+                       {
+                           limits.m_PacketsPerSecond = 2000;
+                           limits.m_PacketBurst = 200;
+                           limits.m_OverRate = zet::NetLimits::kRefuse;
+                       },
+                       [](const Shared& shared, double seconds) { return perSecond(shared.m_Handled, seconds); }};
+const Cap kLinesCap{"log lines per second", 2,
+                    [](zet::NetLimits& limits)
+                    {
+                        limits.m_LogLines = 2;
+                        limits.m_LogLinesPerSecond = 2;
+                    },
+                    [](const Shared& shared, double seconds) { return perSecond(shared.m_Lines, seconds); }};
+const Cap kIdleCap{"ms of silence", 500, [](zet::NetLimits& limits) { limits.m_IdleTime = 500; },
+                   [](const Shared& shared, double) { return static_cast<double>(shared.m_LongestLife); }};
+const Cap kStepsCap{"answered hellos per tick, mean", 1, [](zet::NetLimits& limits) { limits.m_HandshakeSteps = 1; },
+                    [](const Shared& shared, double)
+                    {
+                        return static_cast<double>(shared.m_Answers) /
+                               static_cast<double>(std::max<unsigned long long>(shared.m_Ticks, 1));
+                    }};
+
 } // namespace
 
 const std::vector<Attack>& attacks()
@@ -262,6 +379,13 @@ const std::vector<Attack>& attacks()
         {"UDP first packets", sendFirstPackets, [](const Shared& shared) { return shared.m_UdpPort != 0; }},
         {"UDP unknown versions", sendUnknownVersions, [](const Shared& shared) { return shared.m_UdpPort != 0; }},
         {"UDP user data", sendUserData, [](const Shared& shared) { return shared.m_UdpPort != 0; }},
+        {"cap: connections", openConnections, isAlways, &kConnectionsCap},
+        {"cap: packet rate, delayed", sendTinyCommands, isAlways, &kPacketsCap},
+        {"cap: packet rate, refused", sendTinyCommands, isAlways, &kRefusingCap},
+        {"cap: byte rate, delayed", sendTinyCommands, isAlways, &kBytesCap},
+        {"cap: log lines", sendMalformedFrames, isAlways, &kLinesCap},
+        {"cap: idle time", stayIdle, isAlways, &kIdleCap},
+        {"cap: handshake steps", sendHellos, [](const Shared& shared) { return shared.m_SecurePort != 0; }, &kStepsCap},
     };
     return all;
 }

@@ -56,6 +56,7 @@ public:
     // Bytes in the output queue from which on isOutputHigh() is true.
     static constexpr size_t kDefaultOutputMark = 1024 * 1024;
 
+    // Without a connection and without limits of its own.
     TcpConnection();
     ~TcpConnection() override;
 
