@@ -1,6 +1,8 @@
 // The commands of wirelens. Each returns the exit code: 0 success, 1 bad input, 2 wrong usage.
 #pragma once
 
+#include "tools/line_filter.h"
+
 #include <string>
 #include <vector>
 
@@ -14,6 +16,7 @@ struct DecodeOptions
     bool m_Datagram = false;
     // What a capture lost or skipped as JSON lines among the commands, not as text on the standard error.
     bool m_Notices = false;
+    tools::LineFilter m_Filter;
     // - is the standard input, and so is no path.
     std::vector<std::string> m_Paths;
 };

@@ -64,7 +64,7 @@ private:
 class Decoding
 {
 public:
-    explicit Decoding(const DecodeOptions& options) : m_Options(options) {}
+    explicit Decoding(const DecodeOptions& options) : m_Options(options), m_IsFiltered(!options.m_Filter.isEmpty()) {}
 
     int run();
 
@@ -75,6 +75,8 @@ private:
     int decodeCapture(Input& input);
     void print(std::string_view line, bool isError)
     {
+        if (m_IsFiltered && !m_Options.m_Filter.passes(line))
+            return;
         m_IsBad = m_IsBad || isError;
         std::cout << line << '\n';
     }
@@ -82,6 +84,7 @@ private:
     void reportTotals(const tools::CaptureTotals& totals) const;
 
     const DecodeOptions& m_Options;
+    const bool m_IsFiltered;
     bool m_IsBad = false;
 };
 

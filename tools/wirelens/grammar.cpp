@@ -1,5 +1,6 @@
 #include "tools/wirelens/grammar.h"
 
+#include "tools/class_table.h"
 #include "tools/wirelens/commands.h"
 
 #include <CLI/App.hpp>
@@ -7,8 +8,10 @@
 #include <CLI/Formatter.hpp>
 
 #include <algorithm>
+#include <functional>
 #include <iostream>
 #include <string>
+#include <vector>
 
 namespace wirelens
 {
@@ -76,6 +79,91 @@ CLI::App* addCommand(CLI::App& app, const std::string& name, const std::string& 
     return command;
 }
 
+// An option that may be given several times. Its function stores one value, and returns what is wrong with it.
+void addRepeated(CLI::App& command, const std::string& name, const std::string& type, const std::string& description,
+                 const std::function<std::string(const std::string&)>& store)
+{
+    command
+        .add_option_function<std::vector<std::string>>(
+            name,
+            [name, store](const std::vector<std::string>& values)
+            {
+                for (const std::string& value : values)
+                    if (const std::string fault = store(value); !fault.empty())
+                        throw CLI::ValidationError(name, value + " " + fault);
+            },
+            description)
+        ->type_name(type)
+        ->allow_extra_args(false);
+}
+
+// The id in a text, decimal or hexadecimal, or -1.
+int idOf(const std::string& text)
+{
+    const bool isHex = text.starts_with("0x");
+    const std::string digits = isHex ? text.substr(2) : text;
+    if (digits.empty() || digits.size() > 5 ||
+        digits.find_first_not_of(isHex ? "0123456789abcdefABCDEF" : "0123456789") != std::string::npos)
+        return -1;
+    const unsigned long id = std::stoul(digits, nullptr, isHex ? 16 : 10);
+    return id <= 0xFFFF ? static_cast<int>(id) : -1;
+}
+
+void addFilter(CLI::App& command, tools::LineFilter& filter)
+{
+    addRepeated(command, "--id", "ID", "only commands with this id, such as 0x1013",
+                [&filter](const std::string& text) -> std::string
+                {
+                    const int id = idOf(text);
+                    if (id < 0)
+                        return "is not an id";
+                    filter.m_Ids.push_back(static_cast<unsigned>(id));
+                    return "";
+                });
+    addRepeated(command, "--class", "CLASS", "only commands of this class",
+                [&filter](const std::string& text) -> std::string
+                {
+                    filter.m_Classes.push_back(text);
+                    return tools::findClass(text) ? "" : "is not a class";
+                });
+    addRepeated(command, "--direction", "DIRECTION", "only commands to_server or to_client, of a capture",
+                [&filter](const std::string& text) -> std::string
+                {
+                    filter.m_Directions.push_back(text);
+                    return text == "to_server" || text == "to_client" ? "" : "is neither to_server nor to_client";
+                });
+    addRepeated(
+        command, "--address", "ADDRESS",
+        "only commands of a connection with this IP address, with or without :port, or with this from or target",
+        [&filter](const std::string& text) -> std::string
+        {
+            filter.m_Addresses.push_back(text);
+            return "";
+        });
+    addRepeated(command, "--field", "TEST", "only commands where this holds, such as 'm_Result != 0'",
+                [&filter](const std::string& text) -> std::string
+                {
+                    const auto test = tools::FieldTest::parse(text);
+                    if (!test)
+                        return "is not a field, one of == != < <= > >= and a value";
+                    filter.m_Fields.push_back(*test);
+                    return "";
+                });
+    const auto addTime = [&command](const char* name, const char* description, std::string& time)
+    {
+        addRepeated(command, name, "TIME", description,
+                    [&time](const std::string& text) -> std::string
+                    {
+                        time = tools::parseTime(text).value_or("");
+                        return time.empty() ? "is neither like 2026-01-31T12:00:00Z nor seconds since 1970" : "";
+                    });
+    };
+    addTime("--since",
+            "only commands captured at this time or later: a date with or without time, or seconds since 1970",
+            filter.m_Since);
+    addTime("--until", "only commands captured before this time", filter.m_Until);
+}
+
 // The command that the arguments named, or the program.
 const CLI::App* namedOf(const CLI::App& app)
 {
@@ -134,6 +222,8 @@ int run(int argc, const char* const* argv)
         "A capture (pcap or pcapng) is recognised by its beginning. Its TCP connections are put together in both\n"
         "directions, and its datagrams that are one frame are read; each line also has the time, the connection and\n"
         "the direction. What is lost, skipped or given up is reported on the standard error.\n"
+        "Of several ids, classes, directions or addresses one must fit, of several fields all. Lines that are not\n"
+        "commands are never left out.\n"
         "Other input is consecutive stream frames. It is hexadecimal text if its first 8 bytes are digits and white\n"
         "space, else raw.\n"
         "The exit code is 1 if a line has an \"error\" or a capture is damaged.");
@@ -144,6 +234,7 @@ int run(int argc, const char* const* argv)
         ->excludes(packets);
     decodeCommand->add_flag("--notices", decodeOptions.m_Notices,
                             "report what a capture lost or skipped as JSON lines among the commands");
+    addFilter(*decodeCommand, decodeOptions.m_Filter);
     decodeCommand->add_option("FILE", decodeOptions.m_Paths);
 
     std::string topic;
