@@ -39,6 +39,9 @@ public:
 
 protected:
     unsigned int m_Handle = kNoHandle;
+    // Of a connection: the number of the thread that owns it. Here, since it fills a gap: each connection is 8 bytes
+    // smaller.
+    unsigned int m_RunThreadId = 0;
 };
 
 } // namespace zet

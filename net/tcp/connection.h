@@ -111,7 +111,7 @@ public:
     // The thread that owns the connection; 0 before it is started, attached or connected.
     unsigned long getRunThreadId() const { return m_RunThreadId; }
     // Makes another thread the owner, by its number, for a connection in no System. start() sets that of the System.
-    void bindRunThreadId(unsigned long thread) { m_RunThreadId = thread; }
+    void bindRunThreadId(unsigned long thread) { m_RunThreadId = static_cast<unsigned int>(thread); }
 
     // Bytes in the output queue at which a send fails, at most 4,294,967,295; kDefaultOutputLimit at first. A send also
     // fails if the output queues of all connections of the accepting port reach the port's limit while this connection
@@ -298,7 +298,6 @@ private:
     inner::ReadyList* m_ReadyList = nullptr;
     // Null without limits of its own and without a limit on its rate.
     std::unique_ptr<inner::TcpBounds> m_Bounds;
-    unsigned long m_RunThreadId = 0;
     unsigned int m_OutputLimit = kDefaultOutputLimit;
     unsigned int m_OutputMark = kDefaultOutputMark;
 };
