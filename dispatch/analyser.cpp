@@ -29,12 +29,14 @@ void tellThrown(const char* what)
         zet::Log::error(pattern, id);
 }
 
-// Out of line, so that the usual path has no code of it.
+// Out of line, so that the usual path has no code of it. Takes values and a function without captures, so that the
+// usual path keeps them in registers.
 template <class Dispatch>
-[[gnu::noinline]] void dispatchObserved(const ObserverSlot& observer, const CCmdPackager& pk, Dispatch dispatch)
+[[gnu::noinline]] void dispatchObserved(const ObserverSlot& observer, const CCmdAnalyser& analyser, CCmdPackager& pk,
+                                        unsigned long arg1, unsigned long arg2, Dispatch dispatch)
 {
     ObservedDispatch report(observer, pk);
-    report.setOutcome(dispatch());
+    report.setOutcome(dispatch(analyser, pk, arg1, arg2));
 }
 
 } // namespace
@@ -86,7 +88,9 @@ inline void CCmdAnalyser::dispatch(CCmdPackager& pk, unsigned long arg1, unsigne
         dispatchPlain(pk, arg1, arg2);
         return;
     }
-    dispatchObserved(m_Observer, pk, [&] { return dispatchPlain(pk, arg1, arg2); });
+    dispatchObserved(m_Observer, *this, pk, arg1, arg2,
+                     [](const CCmdAnalyser& analyser, CCmdPackager& received, unsigned long first, unsigned long second)
+                     { return analyser.dispatchPlain(received, first, second); });
 }
 
 int CCmdAnalyser::Analyse(CCmdPackager& pk, unsigned long arg1, unsigned long arg2) const
