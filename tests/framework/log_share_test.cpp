@@ -48,7 +48,7 @@ TEST(LogShare, OmittedLinesOfAllKindsAreCounted)
     zet::TcpStream stream;
     for (unsigned int i = 0; i < zet::PeerLog::kBurst + 5; ++i)
         EXPECT_FALSE(stream.connect(L"", 80, false));
-    EXPECT_EQ(lines.texts().size(), zet::PeerLog::kBurst);
+    EXPECT_EQ(lines.texts().size(), +zet::PeerLog::kBurst);
     EXPECT_EQ(zet::PeerLog::getLeftOut() - before, 5u);
 }
 

@@ -107,7 +107,7 @@ TEST(Inbox, DefaultLimitIsGenerous)
     for (size_t i = 0; i < host::Inbox::kDefaultLimit; ++i)
         ASSERT_TRUE(inbox->post([] {}));
     EXPECT_FALSE(inbox->post([] {}));
-    EXPECT_EQ(host::Inbox::kDefaultLimit, 65536u);
+    EXPECT_EQ(+host::Inbox::kDefaultLimit, 65536u);
 }
 
 TEST(Inbox, ItsCallsAreAmongTheFigures)
