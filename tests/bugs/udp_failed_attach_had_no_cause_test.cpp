@@ -1,12 +1,14 @@
 // As failed_attach_had_no_cause_test.cpp, for a UDP port.
-#include "net/quic/server.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/udp_test.h"
 
 namespace
 {
 
-TEST(Bugs, AFailedAttachOfAUdpPortHasItsCause)
+class UdpFailedAttach : public test::UdpTest
+{
+};
+
+TEST_F(UdpFailedAttach, HasItsCause)
 {
     zet::UdpServer port;
     EXPECT_FALSE(port.attach(0x7FFFFFF0));

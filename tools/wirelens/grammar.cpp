@@ -90,7 +90,7 @@ void addRepeated(CLI::App& command, const std::string& name, const std::string& 
             {
                 for (const std::string& value : values)
                     if (const std::string fault = store(value); !fault.empty())
-                        throw CLI::ValidationError(name, value + " " + fault);
+                        throw CLI::ValidationError(name, std::string(value).append(" ").append(fault));
             },
             description)
         ->type_name(type)
