@@ -89,6 +89,7 @@ void CFrameworkServerSocket::onTick(unsigned int tick)
 {
     look();
     tickClients(tick);
+    flushOutsideTick();
     TcpServer::onTick(tick);
     // Accepted now, or threw: their next turn is in the next tick.
     if (m_Ready->isPressing() && getSystem())

@@ -134,7 +134,7 @@ bool TcpServer::attach(unsigned int handle)
         return true;
     }
     listener->giveAway();
-    return noteFault(fault ? inner::causeOf(fault) : EndCause{EndCause::kNoHandle, 0});
+    return noteFault(fault ? inner::causeOf(fault) : EndCause{EndCause::kSystem, 0});
 }
 
 bool TcpServer::setListener(std::unique_ptr<TcpListener>& listener)
@@ -306,6 +306,12 @@ void TcpServer::hurry()
 {
     if (m_Reactor)
         m_Reactor->hurry();
+}
+
+void TcpServer::flushOutsideTick()
+{
+    if (m_Reactor && !m_Reactor->isTicking())
+        m_Reactor->endTick();
 }
 
 void TcpServer::look()

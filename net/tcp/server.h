@@ -144,6 +144,8 @@ public:
 protected:
     // Learns what is ready for this server and its connections where no System has looked for this tick.
     void look();
+    // Sends what connections have queued, in a tick outside of the tick of the System.
+    void flushOutsideTick();
     // Asks for the next tick at once.
     void hurry();
 
