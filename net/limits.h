@@ -65,10 +65,10 @@ struct NetLimits
 
     // Milliseconds from connect() until the peer, or the last proxy before it, has accepted the connection; the
     // resolving of a name and the handshake with a SOCKS5 proxy are a part of it, TLS is not. 0, the default, for the
-    // operating system's own time, and none for a proxy's replies. Not used by a port. Over TCP.
+    // operating system's own time, and none for a proxy's replies; at most 2,147,483,647. Not used by a port. Over TCP.
     unsigned int m_ConnectTime = 0;
     // Milliseconds of a TLS handshake in all; 0, the default, for TlsContext::getHandshakeTime(), ten seconds unless
-    // set. Over TCP.
+    // set; at most 2,147,483,647. Over TCP.
     unsigned int m_HandshakeLimit = 0;
 
     // Packets, which are commands or messages, and bytes of packets with their length words that a peer may send per

@@ -57,7 +57,7 @@ public:
     // The next connect() goes through TLS; null for a plain one. An accepted session does as its module does.
     void setTlsContext(TlsContext* context) { m_TlsContext = context; }
     // Limits of its own for the next connect(), as TcpConnection::setLimits() has them; the greeting keeps its
-    // kGreetingTime. An accepted session has those of its module.
+    // kGreetingTime. An accepted session has those of its module. Throws std::bad_alloc, and nothing is changed then.
     void setLimits(const NetLimits& limits);
     // Accepts the module's next pending connection. False if none is pending, or the session has a connection.
     virtual bool accept();

@@ -177,7 +177,10 @@ bool TcpConnection::attach(unsigned int handle)
         return false;
     // A connection of connect() has begun there.
     if (m_State != kEstablished)
+    {
         beginEvents();
+        holdConnectTime(false);
+    }
     beginBounds();
     setEstablished();
     announceOutput();

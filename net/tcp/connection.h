@@ -85,10 +85,10 @@ public:
     // name without an address, or none of whose addresses answers, ends as kConnectFailed.
     virtual bool connect(const wchar_t* ip, unsigned short port, bool keepAlive);
     // Limits of its own for the next connections of connect() or of a host's handle; NetLimits says which fields count.
-    // The probes are those of connect() with keepAlive; without it there are none. An accepted connection has the
+    // The probes are those of connect() with keepAlive; without it no probes are sent. An accepted connection has the
     // limits of its port instead. Times are checked by the ticks. A connect that takes too long ends as kConnectFailed,
     // one that is idle as kBroken, both with EndCause::kTimedOut. False, and nothing changed, while a connection is
-    // held.
+    // held. Throws std::bad_alloc, and nothing is changed then.
     bool setLimits(const NetLimits& limits);
     // Receives up to size bytes. Returns their number, 0 if there are none, -1 if the connection is down.
     virtual int receive(void* data, int size);
