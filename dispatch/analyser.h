@@ -23,7 +23,9 @@ public:
     void Install(unsigned short id, CmdProcess process, CmdHandler handler);
 
     // As CCmdAnalyserSocket::SetObserver(): reports received commands, and those that a UdpClientSocket or CNetSession
-    // with this analyser sends. The argument is a zet::SharedPtr<CommandObserver>.
+    // with this analyser sends. The argument is a zet::SharedPtr<CommandObserver>. Not while another thread dispatches;
+    // a command whose handler replaces the observer is reported to the new one. Throws std::bad_alloc, and changes
+    // nothing then.
     template <class Pointer>
     void SetObserver(Pointer observer)
     {

@@ -36,7 +36,7 @@ public:
                  unsigned long arg2);
 
     // Reports to the observer from now on; null for none, the default, which costs one comparison per command. Copies
-    // of the analyser made later share the observer.
+    // of the analyser made later share the observer. Not while another thread dispatches.
     void SetObserver(zet::SharedPtr<CommandObserver> observer) { m_pObserver = std::move(observer); }
     CommandObserver* GetObserver() const { return m_pObserver.get(); }
 

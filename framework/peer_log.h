@@ -17,7 +17,7 @@ public:
     static constexpr unsigned int kBurst = 32;
     static constexpr unsigned int kInterval = 250;
 
-    // The lines at once, none for any number of lines, and the milliseconds until one more, none for never.
+    // The number of lines at once, 0 for no limit, and the milliseconds until one more line, 0 for never.
     struct Rate
     {
         // Of a number of lines at once and a number per second; 0 or less as NetLimits::m_LogLines has it.

@@ -4,8 +4,9 @@
 namespace zet::inner
 {
 
-// Whether this build takes a fast path where a plain one exists too. Both give the same bytes and the same results; a
-// build without the fast ones shows that by the tests, and lets a sanitizer see each copy and each block of memory.
+// Whether this build takes a fast path where a plain one exists too. Both give the same bytes and the same results: the
+// tests of a build without the fast ones show it. Such a build also lets a sanitizer see each copy and each block of
+// memory.
 #ifdef COMMONGROUND_WITHOUT_FAST_PATHS
 inline constexpr bool kHasFastPaths = false;
 #else

@@ -13,7 +13,7 @@ namespace zet::inner
 class COMMONGROUND_API LogShare
 {
 public:
-    // The lines at once, and the milliseconds of getTimeTick() until one more, none for never.
+    // The lines at once, and the milliseconds of getTimeTick() until one more; 0 for never.
     constexpr explicit LogShare(unsigned int burst = PeerLog::kBurst, unsigned int interval = PeerLog::kInterval)
         : m_Burst(burst), m_Interval(interval), m_Left(burst)
     {
