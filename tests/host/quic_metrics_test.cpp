@@ -13,7 +13,7 @@ namespace
 struct UdpFigures : testing::Test
 {
     UdpFigures() { m_Metrics.watch("notes", *m_Net.m_Server); }
-    // Of the sample of the port with this name; -1 if there is none.
+    // Of the sample of the port with this name; -1 if it is missing.
     double valueOf(const std::string& name) const
     {
         const std::string text = m_Metrics.getText().getBuffer();
