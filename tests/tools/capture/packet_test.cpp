@@ -111,7 +111,8 @@ TEST(CapturePacket, CutPacketsGiveWhatIsThere)
 
 TEST(CapturePacket, DatagramsHaveTheirOwnLength)
 {
-    const Packet packet = tools::packetOf(Link::kRawIp, capture::ip({}, 17, capture::udp({}, "hello")));
+    const std::string bytes = capture::ip({}, 17, capture::udp({}, "hello"));
+    const Packet packet = tools::packetOf(Link::kRawIp, bytes);
     ASSERT_EQ(packet.m_Kind, Packet::Kind::kUdp);
     EXPECT_EQ(packet.m_Payload, "hello");
 }
