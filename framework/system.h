@@ -12,7 +12,8 @@ namespace zet
 {
 
 // Ticks its tasks until shutdown(). All operations belong to the thread that called init(), or, before that, to the
-// thread that constructed it. Any thread may call shutdown(), wake(), getRunThreadId() and isShutdown().
+// thread that constructed it. Any thread may call shutdown(), wake(), getRunThreadId() and isShutdown(), and the System
+// has to exist until they return.
 class COMMONGROUND_API System : public virtual Unknown
 {
 public:

@@ -319,11 +319,12 @@ TEST(NetSessionPeer, TwoSystemsOnTwoThreadsTalkAThousandTimes)
 {
     constexpr int kRounds = 1000;
     std::promise<unsigned short> port;
+    // The server's thread ends the client's System, which therefore outlives both threads.
     zet::System serverSystem;
+    zet::System clientSystem;
     int last = 0;
-    // Called on both threads; the other one waits for the reply.
-    zet::System* clientSystem = nullptr;
     NetNotes notes;
+    // Called on both threads; the other one waits for the reply.
     NetNotes::s_Handler = [&](unsigned long arg1, unsigned long, const NoteCommand& note)
     {
         CNetSession* const session = CNetSession::ofArgument(arg1);
@@ -331,7 +332,7 @@ TEST(NetSessionPeer, TwoSystemsOnTwoThreadsTalkAThousandTimes)
         if (note.m_Number == kRounds)
         {
             last = note.m_Number;
-            clientSystem->shutdown();
+            clientSystem.shutdown();
             return;
         }
         NoteCommand answer(note.m_Number + 1, note.m_Number % 3000);
@@ -352,11 +353,9 @@ TEST(NetSessionPeer, TwoSystemsOnTwoThreadsTalkAThousandTimes)
     std::thread clientThread(
         [&]
         {
-            zet::System system;
-            clientSystem = &system;
-            system.init();
+            clientSystem.init();
             const auto module = zet::NetModule::createInstance();
-            ASSERT_TRUE(module->start(&system));
+            ASSERT_TRUE(module->start(&clientSystem));
             const NotingHandle session = new test::NotingSession(module, &notes.m_Analyser);
             session->m_OnOk = [&]
             {
@@ -364,7 +363,7 @@ TEST(NetSessionPeer, TwoSystemsOnTwoThreadsTalkAThousandTimes)
                 EXPECT_TRUE(session->sendNetCommand(&first));
             };
             ASSERT_TRUE(session->connect(zet::NetAddress(L"127.0.0.1", where), zet::Uuid()));
-            system.run();
+            clientSystem.run();
             session->close();
         });
     clientThread.join();
