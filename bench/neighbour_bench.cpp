@@ -1,7 +1,7 @@
 // The effect of a hostile peer on an honest one: a client sends a small command each millisecond and waits for its
 // reply while another process attacks the same System as fast as the loopback allows. Prints per attack: round trips of
 // the client (median, 99th percentile), the longest tick of the server, and the bytes sent by the attacker. The attacks
-// whose name begins with "cap" run against a limit that the server has set; a further line has the limit and what was
+// whose name begins with "limit" run against a limit that the server has set; a further line has the limit and what was
 // reached. Usage: neighbour_bench [SECONDS [ATTACK]].
 //
 // The server has its own core. The client shares the other core with the attacker and has a higher priority there, if
@@ -62,10 +62,10 @@ long long nanosecondsSince(Clock::time_point start)
     return std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now() - start).count();
 }
 
-[[noreturn]] void serve(bench::Shared& shared, const bench::Identity& identity, const bench::Cap* cap)
+[[noreturn]] void serve(bench::Shared& shared, const bench::Identity& identity, const bench::Limit* limit)
 {
     s_Shared = &shared;
-    if (cap)
+    if (limit)
         // The line with the number of the omitted ones comes with the next one.
         zet::Log::addSink([&shared](zet::Log::Level, const zet::String_T<wchar_t>& line)
                           { shared.m_Lines += !std::wcsstr(line.getBuffer(), L"last line "); });
@@ -78,8 +78,8 @@ long long nanosecondsSince(Clock::time_point start)
     const zet::Unknown::Handle_T<bench::Server> secure = new bench::Server(&analyser);
     const zet::Unknown::Handle_T<UdpHost> udp = new UdpHost;
     zet::NetLimits limits;
-    if (cap)
-        cap->m_Set(limits);
+    if (limit)
+        limit->m_Set(limits);
     plain->setLimits(limits);
     secure->setLimits(limits);
     plain->start(&system);
@@ -115,7 +115,7 @@ struct Figures
     double m_Late = 0;
     double m_LongestTick = 0;
     double m_Megabytes = 0;
-    // Of the cap.
+    // Of the limit.
     double m_Reached = 0;
 };
 
@@ -214,7 +214,7 @@ bool measure(bench::Shared& shared, const bench::Attack* attack, double seconds,
     const double passed = static_cast<double>(nanosecondsSince(start)) / 1e9;
     const unsigned long long sent = shared.m_Sent - before;
     const long long longest = shared.m_LongestTick;
-    const double reached = attack && attack->m_Cap ? attack->m_Cap->m_Reached(shared, passed) : 0;
+    const double reached = attack && attack->m_Limit ? attack->m_Limit->m_Reached(shared, passed) : 0;
     if (attacker > 0)
     {
         kill(attacker, SIGKILL);
@@ -255,7 +255,7 @@ int main(int argc, char** argv)
         std::fflush(stdout);
         const pid_t server = fork();
         if (server == 0)
-            serve(shared, identity, attack.m_Cap);
+            serve(shared, identity, attack.m_Limit);
         bench::pinTo(static_cast<int>(sysconf(_SC_NPROCESSORS_ONLN)) - 1);
         sched_param first{};
         first.sched_priority = 1;
@@ -274,8 +274,9 @@ int main(int argc, char** argv)
                         alone.m_LongestTick, "", "");
             std::printf("%-44s %10.1f %10.1f %12.1f %10.1f %8.1f\n", attack.m_Name, beside.m_Median, beside.m_Late,
                         beside.m_LongestTick, beside.m_Megabytes, beside.m_Late / alone.m_Late);
-            if (attack.m_Cap)
-                std::printf("%-44s %10.2f of %.0f\n", attack.m_Cap->m_What, beside.m_Reached, attack.m_Cap->m_Value);
+            if (attack.m_Limit)
+                std::printf("%-44s %10.2f of %.0f\n", attack.m_Limit->m_What, beside.m_Reached,
+                            attack.m_Limit->m_Value);
         }
         else
         {

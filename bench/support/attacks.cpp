@@ -255,7 +255,7 @@ void sendUserData(Shared& shared)
     floodDatagrams(shared, {std::string(64, 'x')});
 }
 
-// Connections from an address of their own, which the server closes beyond its cap.
+// Connections from an address of their own, which the server closes beyond its limit.
 void openConnections(Shared& shared)
 {
     std::vector<int> handles(400, -1);
@@ -322,48 +322,48 @@ double perSecond(unsigned long long count, double seconds)
 
 const size_t kEchoSize = packetOfCommand<CCmdServerEcho>().size();
 
-const Cap kConnectionsCap{"connections of an address", 50,
-                          [](zet::NetLimits& limits) { limits.m_ConnectionsPerAddress = 50; },
-                          // One is the client's.
-                          [](const Shared& shared, double) { return static_cast<double>(shared.m_Peak) - 1; }};
-const Cap kPacketsCap{"commands per second", 2000,
-                      [](zet::NetLimits& limits)
-                      {
-                          limits.m_PacketsPerSecond = 2000;
-                          limits.m_PacketBurst = 200;
-                      },
-                      [](const Shared& shared, double seconds) { return perSecond(shared.m_Handled, seconds); }};
-const Cap kBytesCap{"bytes per second", 100000,
-                    [](zet::NetLimits& limits)
-                    {
-                        limits.m_BytesPerSecond = 100000;
-                        limits.m_ByteBurst = 10000;
-                    },
-                    [](const Shared& shared, double seconds)
-                    { return perSecond(shared.m_Handled * kEchoSize, seconds); }};
-const Cap kRefusingCap{"commands per second, others refused", 2000,
-                       [](zet::NetLimits& limits)
-                       {
-                           limits.m_PacketsPerSecond = 2000;
-                           limits.m_PacketBurst = 200;
-                           limits.m_OverRate = zet::NetLimits::kRefuse;
-                       },
-                       [](const Shared& shared, double seconds) { return perSecond(shared.m_Handled, seconds); }};
-const Cap kLinesCap{"log lines per second", 2,
-                    [](zet::NetLimits& limits)
-                    {
-                        limits.m_LogLines = 2;
-                        limits.m_LogLinesPerSecond = 2;
-                    },
-                    [](const Shared& shared, double seconds) { return perSecond(shared.m_Lines, seconds); }};
-const Cap kIdleCap{"ms of silence", 500, [](zet::NetLimits& limits) { limits.m_IdleTime = 500; },
-                   [](const Shared& shared, double) { return static_cast<double>(shared.m_LongestLife); }};
-const Cap kStepsCap{"answered hellos per tick, mean", 1, [](zet::NetLimits& limits) { limits.m_HandshakeSteps = 1; },
-                    [](const Shared& shared, double)
-                    {
-                        return static_cast<double>(shared.m_Answers) /
-                               static_cast<double>(std::max<unsigned long long>(shared.m_Ticks, 1));
-                    }};
+const Limit kConnectionsLimit{"connections of an address", 50,
+                              [](zet::NetLimits& limits) { limits.m_ConnectionsPerAddress = 50; },
+                              // One is the client's.
+                              [](const Shared& shared, double) { return static_cast<double>(shared.m_Peak) - 1; }};
+const Limit kPacketsLimit{"commands per second", 2000,
+                          [](zet::NetLimits& limits)
+                          {
+                              limits.m_PacketsPerSecond = 2000;
+                              limits.m_PacketBurst = 200;
+                          },
+                          [](const Shared& shared, double seconds) { return perSecond(shared.m_Handled, seconds); }};
+const Limit kBytesLimit{"bytes per second", 100000,
+                        [](zet::NetLimits& limits)
+                        {
+                            limits.m_BytesPerSecond = 100000;
+                            limits.m_ByteBurst = 10000;
+                        },
+                        [](const Shared& shared, double seconds)
+                        { return perSecond(shared.m_Handled * kEchoSize, seconds); }};
+const Limit kRefusingLimit{"commands per second, others refused", 2000,
+                           [](zet::NetLimits& limits)
+                           {
+                               limits.m_PacketsPerSecond = 2000;
+                               limits.m_PacketBurst = 200;
+                               limits.m_OverRate = zet::NetLimits::kRefuse;
+                           },
+                           [](const Shared& shared, double seconds) { return perSecond(shared.m_Handled, seconds); }};
+const Limit kLinesLimit{"log lines per second", 2,
+                        [](zet::NetLimits& limits)
+                        {
+                            limits.m_LogLines = 2;
+                            limits.m_LogLinesPerSecond = 2;
+                        },
+                        [](const Shared& shared, double seconds) { return perSecond(shared.m_Lines, seconds); }};
+const Limit kIdleLimit{"ms of silence", 500, [](zet::NetLimits& limits) { limits.m_IdleTime = 500; },
+                       [](const Shared& shared, double) { return static_cast<double>(shared.m_LongestLife); }};
+const Limit kStepsLimit{
+    "answered hellos per tick, mean", 1, [](zet::NetLimits& limits) { limits.m_HandshakeSteps = 1; },
+    [](const Shared& shared, double) {
+        return static_cast<double>(shared.m_Answers) /
+               static_cast<double>(std::max<unsigned long long>(shared.m_Ticks, 1));
+    }};
 
 } // namespace
 
@@ -379,13 +379,14 @@ const std::vector<Attack>& attacks()
         {"UDP first packets", sendFirstPackets, [](const Shared& shared) { return shared.m_UdpPort != 0; }},
         {"UDP unknown versions", sendUnknownVersions, [](const Shared& shared) { return shared.m_UdpPort != 0; }},
         {"UDP user data", sendUserData, [](const Shared& shared) { return shared.m_UdpPort != 0; }},
-        {"cap: connections", openConnections, isAlways, &kConnectionsCap},
-        {"cap: packet rate, delayed", sendTinyCommands, isAlways, &kPacketsCap},
-        {"cap: packet rate, refused", sendTinyCommands, isAlways, &kRefusingCap},
-        {"cap: byte rate, delayed", sendTinyCommands, isAlways, &kBytesCap},
-        {"cap: log lines", sendMalformedFrames, isAlways, &kLinesCap},
-        {"cap: idle time", stayIdle, isAlways, &kIdleCap},
-        {"cap: handshake steps", sendHellos, [](const Shared& shared) { return shared.m_SecurePort != 0; }, &kStepsCap},
+        {"limit: connections", openConnections, isAlways, &kConnectionsLimit},
+        {"limit: packet rate, delayed", sendTinyCommands, isAlways, &kPacketsLimit},
+        {"limit: packet rate, refused", sendTinyCommands, isAlways, &kRefusingLimit},
+        {"limit: byte rate, delayed", sendTinyCommands, isAlways, &kBytesLimit},
+        {"limit: log lines", sendMalformedFrames, isAlways, &kLinesLimit},
+        {"limit: idle time", stayIdle, isAlways, &kIdleLimit},
+        {"limit: handshake steps", sendHellos, [](const Shared& shared) { return shared.m_SecurePort != 0; },
+         &kStepsLimit},
     };
     return all;
 }

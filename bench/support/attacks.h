@@ -39,7 +39,7 @@ struct Shared
 };
 
 // A limit of the server that an attack runs against.
-struct Cap
+struct Limit
 {
     // What is counted, and its number.
     const char* m_What;
@@ -56,7 +56,7 @@ struct Attack
     void (*m_Run)(Shared&);
     bool (*m_IsPossible)(const Shared&);
     // Null for the defaults.
-    const Cap* m_Cap = nullptr;
+    const Limit* m_Limit = nullptr;
 };
 
 const std::vector<Attack>& attacks();
