@@ -14,7 +14,7 @@ namespace tools
 uint64_t streamFrameSize(std::string_view bytes);
 // Reads one whole stream frame. False if the packager refuses it.
 bool receiveFrame(CCmdPackager& packager, std::string_view frame);
-// Whether any class has the id of the stream frame that starts here; at least kMinHeaderSize bytes.
+// Whether any class has the id of the stream frame that starts here, of which there are at least two bytes.
 bool isKnownId(std::string_view frame);
 // Whether a class with the command's id reads the payload to its last byte.
 bool isReadExactly(const CCmdPackager& frame);
