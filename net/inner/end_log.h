@@ -6,10 +6,18 @@
 namespace zet::inner
 {
 
+using PeerTextOf = String_T<wchar_t> (*)(const void* object);
+
+// The PeerTextOf of a Connection, whose address object is.
+template <class Connection>
+String_T<wchar_t> peerNameOf(const void* object)
+{
+    return static_cast<const Connection*>(object)->getPeerName();
+}
+
 // Each thread logs 32 lines at once, then four per second, of ordinary ends as messages and apart from them of all
 // others as warnings. The next line says how many were omitted. The pattern's two texts are the peer and the cause.
 // peer(object) is called only if a line is logged. Without memory the line is lost.
-using PeerTextOf = String_T<wchar_t> (*)(const void* object);
 void logEnd(const wchar_t* pattern, EndCause cause, PeerTextOf peer, const void* object) noexcept;
 
 // The same for an end whose reason is not the text of its cause: a warning.

@@ -11,16 +11,6 @@
 namespace zet
 {
 
-namespace
-{
-
-String_T<wchar_t> peerNameOf(const void* connection)
-{
-    return static_cast<const UdpServer::UdpConnection*>(connection)->getPeerName();
-}
-
-} // namespace
-
 UdpServer::UdpConnection::~UdpConnection()
 {
     UdpConnection::close();
@@ -53,7 +43,8 @@ void UdpServer::UdpConnection::reportEnd()
     const EndCause cause = getEndCause();
     const bool isDue = takeEnd();
     if (isDue && !isEndLogged())
-        inner::logEnd(isConnect ? inner::kConnectLine : inner::kEndedLine, cause, peerNameOf, this);
+        inner::logEnd(isConnect ? inner::kConnectLine : inner::kEndedLine, cause,
+                      inner::peerNameOf<UdpServer::UdpConnection>, this);
     struct Last
     {
         ~Last()

@@ -23,11 +23,6 @@ using inner::Reactor;
 using inner::TcpLink;
 using inner::TcpLinkRef;
 
-String_T<wchar_t> peerNameOf(const void* connection)
-{
-    return static_cast<const TcpConnection*>(connection)->getPeerName();
-}
-
 } // namespace
 
 TcpConnection::~TcpConnection()
@@ -102,7 +97,8 @@ void TcpConnection::reportEnd()
     // After a proxy's refusal the socket works as after a grant, but the target was not reached.
     const bool isConnect = isAttempt() || getEndCause().m_Code == EndCause::kProxy;
     if (!isEndLogged())
-        inner::logEnd(isConnect ? inner::kConnectLine : inner::kEndedLine, getEndCause(), peerNameOf, this);
+        inner::logEnd(isConnect ? inner::kConnectLine : inner::kEndedLine, getEndCause(),
+                      inner::peerNameOf<TcpConnection>, this);
     callEnd(getEndCause());
 }
 

@@ -15,14 +15,6 @@
 namespace zet
 {
 
-namespace
-{
-
-// Times are compared by their signed difference.
-constexpr unsigned int kLongestTime = 0x7FFFFFFF;
-
-} // namespace
-
 TcpConnection::TcpConnection() = default;
 
 bool TcpConnection::setLimits(const NetLimits& limits)
@@ -98,7 +90,7 @@ void TcpConnection::checkTimes()
     unsigned int moment = 0;
     if (isConnecting && own.m_ConnectTime > 0)
     {
-        moment = m_Bounds->m_Begun + std::min(own.m_ConnectTime, kLongestTime);
+        moment = m_Bounds->m_Begun + std::min(own.m_ConnectTime, inner::kLongestTime);
         if (inner::isReached(moment, now))
             return fail(kConnectFailed, {EndCause::kTimedOut, EndCause::kAnswer});
     }
@@ -107,7 +99,7 @@ void TcpConnection::checkTimes()
         // The handshake has a time of its own. Bytes that have not been read yet are input.
         if (m_State != kEstablished || isPending(kReadable | kSecureInput | kUnread))
             m_Bounds->m_LastInput = now;
-        moment = m_Bounds->m_LastInput + std::min(own.m_IdleTime, kLongestTime);
+        moment = m_Bounds->m_LastInput + std::min(own.m_IdleTime, inner::kLongestTime);
         if (inner::isReached(moment, now))
             return fail(kBroken, {EndCause::kTimedOut, EndCause::kInput});
     }

@@ -1,5 +1,6 @@
 #include "net/tcp/secure_connection.h"
 
+#include "framework/inner/moment.h"
 #include "framework/time.h"
 #include "net/inner/end_log.h"
 #include "net/limits.h"
@@ -20,11 +21,6 @@ using inner::TlsLayer;
 constexpr size_t kSealAt = 128 * 1024;
 // Reads of the socket in one receive() that may decrypt to nothing, such as alerts or new keys.
 constexpr int kRounds = 16;
-
-String_T<wchar_t> peerNameOf(const void* connection)
-{
-    return static_cast<const TcpConnection*>(connection)->getPeerName();
-}
 
 } // namespace
 
@@ -221,7 +217,7 @@ unsigned int TcpSecureConnection::getHandshakeTime() const
 {
     const NetLimits* const limits = getLimits();
     const unsigned int time = limits ? limits->m_HandshakeLimit : 0;
-    return time > 0 ? std::min(time, 0x7FFFFFFFu) : m_Tls->m_Context->getHandshakeTime();
+    return time > 0 ? std::min(time, inner::kLongestTime) : m_Tls->m_Context->getHandshakeTime();
 }
 
 void TcpSecureConnection::endSecuring(bool isDone)
@@ -266,7 +262,7 @@ void TcpSecureConnection::shakeHands()
 void TcpSecureConnection::failHandshake(const String_T<wchar_t>& reason, EndCause cause)
 {
     endSecuring(false);
-    inner::logFault(L"TLS handshake with %s failed: %s", reason, peerNameOf, this);
+    inner::logFault(L"TLS handshake with %s failed: %s", reason, inner::peerNameOf<TcpConnection>, this);
     noteCause(cause);
     setEndLogged();
     // The peer should receive the alert.
@@ -301,7 +297,7 @@ void TcpSecureConnection::noteSecureInput()
 
 int TcpSecureConnection::breakTls(const String_T<wchar_t>& reason, EndCause cause)
 {
-    inner::logFault(L"TLS with %s broke: %s", reason, peerNameOf, this);
+    inner::logFault(L"TLS with %s broke: %s", reason, inner::peerNameOf<TcpConnection>, this);
     setEndLogged();
     fail(kBroken, cause);
     return -1;
