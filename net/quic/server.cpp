@@ -53,14 +53,15 @@ bool UdpServer::start(System* system)
     return true;
 }
 
-bool UdpServer::open(inner::DoorHandle& handle)
+EndCause UdpServer::open(inner::DoorHandle& handle)
 {
     m_Router = inner::UdpRouter::make(*this, inner::Reactor::of(getSystem()), handle);
+    // The log says why.
     if (!m_Router)
-        return false;
+        return {isAvailable() ? EndCause::kTls : EndCause::kUnavailable, 0};
     m_Handle = m_Router->getHandle();
     m_UdpPort = m_Router->getPort();
-    return true;
+    return {};
 }
 
 bool UdpServer::listen(unsigned short port)
@@ -113,8 +114,7 @@ EndCause UdpServer::takePort(unsigned short port)
         return inner::causeOf(fault);
     handle.door().setOption(handle.get(), inner::Door::kReceiveBuffer, kSocketBuffer);
     handle.door().setOption(handle.get(), inner::Door::kSendBuffer, kSocketBuffer);
-    // The log says why.
-    return open(handle) ? EndCause() : EndCause{isAvailable() ? EndCause::kTls : EndCause::kUnavailable, 0};
+    return open(handle);
 }
 
 bool UdpServer::attach(unsigned int handle)
@@ -133,7 +133,8 @@ bool UdpServer::attach(unsigned int handle)
     if (const inner::Door::Fault fault = reactor->door()->unblock(handle))
         return fails(inner::causeOf(fault));
     LentHandle lent(reactor->door(), handle);
-    return open(lent) || fails({isAvailable() ? EndCause::kTls : EndCause::kUnavailable, 0});
+    const EndCause cause = open(lent);
+    return !cause || fails(cause);
 }
 
 void UdpServer::forget()

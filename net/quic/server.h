@@ -201,7 +201,8 @@ public:
 private:
     friend class inner::QuicRouter;
 
-    bool open(inner::DoorHandle& handle);
+    // No cause if the port is open.
+    EndCause open(inner::DoorHandle& handle);
     void forget();
     EndCause takePort(unsigned short port);
     void countEnd(EndCause cause);
