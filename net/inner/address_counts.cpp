@@ -43,8 +43,12 @@ void AddressCounts::takeOne(Counts& counts, const Key& key)
 
 bool AddressCounts::hasSpace(const Endpoint& from, const NetLimits& limits) const
 {
-    return isBelow(m_Addresses, addressOf(from), limits.m_ConnectionsPerAddress) &&
-           isBelow(m_Subnets, subnetOf(from), limits.m_ConnectionsPerSubnet);
+    return hasSpaceForAddress(from, limits) && isBelow(m_Subnets, subnetOf(from), limits.m_ConnectionsPerSubnet);
+}
+
+bool AddressCounts::hasSpaceForAddress(const Endpoint& from, const NetLimits& limits) const
+{
+    return isBelow(m_Addresses, addressOf(from), limits.m_ConnectionsPerAddress);
 }
 
 void AddressCounts::add(const Endpoint& from)

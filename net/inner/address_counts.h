@@ -21,6 +21,8 @@ class AddressCounts
 public:
     // Whether the limits allow one more connection from this address.
     bool hasSpace(const Endpoint& from, const NetLimits& limits) const;
+    // Whether another connection from this address is below the limit of its address.
+    bool hasSpaceForAddress(const Endpoint& from, const NetLimits& limits) const;
     // If it throws std::bad_alloc, nothing is counted.
     void add(const Endpoint& from);
     void remove(const Endpoint& from);

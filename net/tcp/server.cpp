@@ -351,7 +351,7 @@ TcpServer::Pending TcpServer::takePending()
     if (!m_Crowd->hasSpace(peer))
     {
         noteFault({EndCause::kTooMany, 0});
-        m_Crowd->noteRefused();
+        m_Crowd->noteRefused(peer);
         return kRefused;
     }
     const unsigned int listening = m_Listening;

@@ -64,6 +64,7 @@ struct Bound
 {
     const char* m_Name;
     int NetLimits::*m_Field;
+    const wchar_t* m_Logged;
 };
 
 class NumbersOfConnections : public testing::TestWithParam<Bound>
@@ -83,10 +84,8 @@ TEST_P(NumbersOfConnections, OneMoreIsTurnedAwayUntilAnotherGoes)
         tickUntil(net.m_System, [&] { return net.m_Server->GetClientCount() == 3 && countOpen(clients) == 3; }));
     EXPECT_EQ(net.m_Server->m_Accepted.size(), 3u);
     // The first closed one is logged, and the others a minute later.
-    EXPECT_TRUE(
-        log.has(zet::Log::kWarning,
-                L"Connections closed at once, since the port has reached a limit, in all or for an address or subnet: "
-                L"1"));
+    EXPECT_TRUE(log.has(zet::Log::kWarning,
+                        std::wstring(L"Connections closed at once by limits of the port: ") + GetParam().m_Logged));
     EXPECT_EQ(countLines(log, L"Connections closed at once"), 1);
     // The first ones stay.
     clients[1]->close();
@@ -100,9 +99,12 @@ TEST_P(NumbersOfConnections, OneMoreIsTurnedAwayUntilAnotherGoes)
 }
 
 INSTANTIATE_TEST_SUITE_P(NetLimits, NumbersOfConnections,
-                         testing::Values(Bound{"InAll", &NetLimits::m_Connections},
-                                         Bound{"PerAddress", &NetLimits::m_ConnectionsPerAddress},
-                                         Bound{"PerSubnet", &NetLimits::m_ConnectionsPerSubnet}),
+                         testing::Values(Bound{"InAll", &NetLimits::m_Connections,
+                                               L"1 in all, 0 of an address, 0 of a subnet"},
+                                         Bound{"PerAddress", &NetLimits::m_ConnectionsPerAddress,
+                                               L"0 in all, 1 of an address, 0 of a subnet"},
+                                         Bound{"PerSubnet", &NetLimits::m_ConnectionsPerSubnet,
+                                               L"0 in all, 0 of an address, 1 of a subnet"}),
                          [](const auto& info) { return std::string(info.param.m_Name); });
 
 TEST(NetLimits, OneThatIsTurnedAwayByPermissionTakesNoPlace)

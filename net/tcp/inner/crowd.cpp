@@ -144,14 +144,18 @@ bool Crowd::isLater(const Deadline& a, const Deadline& b)
 void Crowd::setLimits(const NetLimits& limits)
 {
     m_Limits = limits;
-    // Times are compared by their signed difference.
-    m_Limits.m_IdleTime = std::min(limits.m_IdleTime, 0x7FFFFFFFu);
+    m_Limits.m_IdleTime = std::min(limits.m_IdleTime, kLongestTime);
     m_Terms = nullptr;
 }
 
 bool Crowd::hasSpace(const Endpoint& peer) const
 {
-    return (m_Limits.m_Connections <= 0 || m_Count < m_Limits.m_Connections) && m_Addresses.hasSpace(peer, m_Limits);
+    return hasSpaceInAll() && m_Addresses.hasSpace(peer, m_Limits);
+}
+
+bool Crowd::hasSpaceInAll() const
+{
+    return m_Limits.m_Connections <= 0 || m_Count < m_Limits.m_Connections;
 }
 
 void Crowd::admit(TcpLink& link, const Endpoint& peer)
@@ -163,17 +167,19 @@ void Crowd::admit(TcpLink& link, const Endpoint& peer)
     static_cast<Seat&>(link).m_Terms = terms;
 }
 
-void Crowd::noteRefused()
+void Crowd::noteRefused(const Endpoint& peer)
 {
-    ++m_Refused;
+    ++(!hasSpaceInAll()                                  ? m_Refused.m_InAll
+       : !m_Addresses.hasSpaceForAddress(peer, m_Limits) ? m_Refused.m_OfAddress
+                                                         : m_Refused.m_OfSubnet);
     const unsigned int now = getTimeTick();
     if (m_HasLogged && now - m_RefusedLogged < kRefusedInterval)
         return;
     m_HasLogged = true;
     m_RefusedLogged = now;
-    Log::warning(
-        L"Connections closed at once, since the port has reached a limit, in all or for an address or subnet: %u",
-        std::exchange(m_Refused, 0));
+    Log::warning(L"Connections closed at once by limits of the port: %u in all, %u of an address, %u of a subnet",
+                 m_Refused.m_InAll, m_Refused.m_OfAddress, m_Refused.m_OfSubnet);
+    m_Refused = {};
 }
 
 void Crowd::remove(Seat& seat, const Endpoint& peer)

@@ -112,9 +112,9 @@ public:
     bool hasSpace(const Endpoint& peer) const;
     // Throws std::bad_alloc and changes nothing then.
     void admit(TcpLink& link, const Endpoint& peer);
-    // Counts a connection that the limits refused. The first is logged at once, then their number once a minute at
-    // most.
-    void noteRefused();
+    // Counts a connection that the limits refused, by limit. The first is logged at once, then their numbers once a
+    // minute at most.
+    void noteRefused(const Endpoint& peer);
 
     // The ends of the port's connections, and the connections that it refused, by cause.
     EndCounts& ends() { return m_Ends; }
@@ -136,7 +136,15 @@ private:
     friend struct Terms;
 
     struct Deadline;
+    // By the limit that was reached.
+    struct Refused
+    {
+        unsigned int m_InAll = 0;
+        unsigned int m_OfAddress = 0;
+        unsigned int m_OfSubnet = 0;
+    };
 
+    bool hasSpaceInAll() const;
     static Seat& seatOf(const Ref<TcpLink>& link);
     static bool isLater(const Deadline& a, const Deadline& b);
     void replace(TcpLink& link, TcpLink& by);
@@ -162,8 +170,8 @@ private:
     std::vector<Deadline> m_Deadlines;
     size_t m_Stale = 0;
     bool m_IsServed = false;
-    unsigned int m_Refused = 0;
-    // The time of the last log line on refused connections.
+    // Refused connections since the last log line, and its time.
+    Refused m_Refused;
     unsigned int m_RefusedLogged = 0;
     bool m_HasLogged = false;
 };
