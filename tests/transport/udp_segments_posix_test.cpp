@@ -1,4 +1,5 @@
 // Datagrams that the operating system takes or gives as one buffer, and systems that do neither.
+#include "framework/inner/fast_paths.h"
 #include "tests/support/passing_door.h"
 #include "tests/support/raw_handle.h"
 #include "tests/support/system_calls.h"
@@ -75,6 +76,8 @@ protected:
     void SetUp() override
     {
         UdpTest::SetUp();
+        if (!zet::inner::kHasFastPaths)
+            GTEST_SKIP() << "without fast paths each datagram is sent and received by itself";
         if (!IsSkipped() && !Door::getReal()->canSegment(m_Net.m_Server->getHandle()))
             GTEST_SKIP() << "the operating system cuts no buffers into datagrams";
     }
