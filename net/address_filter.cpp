@@ -82,6 +82,30 @@ bool AddressFilter::add(List list, const wchar_t* subnet)
     return true;
 }
 
+bool AddressFilter::addSubnets(List list, const wchar_t* subnets)
+{
+    const size_t before = m_Rules.size();
+    const wchar_t* begin = subnets;
+    while (*begin)
+    {
+        if (*begin == L' ')
+        {
+            ++begin;
+            continue;
+        }
+        const wchar_t* end = begin;
+        while (*end && *end != L' ')
+            ++end;
+        if (!add(list, String_T<wchar_t>(begin, static_cast<int>(end - begin))))
+        {
+            m_Rules.erase(m_Rules.begin() + static_cast<std::ptrdiff_t>(before), m_Rules.end());
+            return false;
+        }
+        begin = end;
+    }
+    return true;
+}
+
 void AddressFilter::add(List list, const Endpoint& network, int bits)
 {
     Rule rule{};

@@ -52,6 +52,8 @@ public:
     // A subnet of either family as text: "2001:db8::/32", "10.0.0.0/8", or an address alone for itself. False, and
     // nothing added, for any other text.
     bool add(List list, const wchar_t* subnet);
+    // Any number of such subnets with blanks between them. False, and nothing added, if one is not valid.
+    bool addSubnets(List list, const wchar_t* subnets);
 
     // Removes the rules that were read from files.
     void removeFromFiles();

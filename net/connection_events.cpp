@@ -3,6 +3,7 @@
 #include "net/inner/end_counts.h"
 #include "net/inner/end_watcher.h"
 #include "net/inner/guard.h"
+#include "net/inner/recorder.h"
 
 namespace zet
 {
@@ -84,6 +85,8 @@ void ConnectionEvents::setFailure(EndCause cause)
 void ConnectionEvents::callEstablished()
 {
     m_Flags = static_cast<unsigned char>(m_Flags & ~kAttempt);
+    if (inner::Recorder::isOn())
+        inner::Recorder::reportEstablished(*this);
     inner::guard(L"onEstablished()", nullptr, [this] { onEstablished(); });
 }
 

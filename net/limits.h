@@ -71,6 +71,12 @@ struct NetLimits
     // set; at most 2,147,483,647. Over TCP.
     unsigned int m_HandshakeLimit = 0;
 
+    // With TcpServer::expectProxyHeader(): connections whose peer is not known yet, besides those of m_Connections; one
+    // more is closed at once. Milliseconds from accepting a connection until its header is complete; at most
+    // 2,147,483,647. Over TCP.
+    int m_ProxyHeaders = 1000;
+    unsigned int m_ProxyHeaderTime = 5000;
+
     // Packets, which are commands or messages, and bytes of packets with their length words that a peer may send per
     // second on average; 0, the default, for no limit. The bursts are what a peer that was silent may send at once; 0
     // for the number of one second. A packet longer than the burst is taken all the same, and its bytes count for the

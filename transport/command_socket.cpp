@@ -5,6 +5,7 @@
 #include "framework/inner/virtual_target.h"
 #include "framework/log.h"
 #include "framework/thread.h"
+#include "net/inner/recorder.h"
 #include "net/limits.h"
 #include "net/tcp/inner/packet_tick.h"
 #include "packaging/cmd_packager.h"
@@ -72,6 +73,8 @@ void CCommandSocket::onTick(unsigned int tick)
 
 void CCommandSocket::analyse(std::span<const unsigned char> frame)
 {
+    if (zet::inner::Recorder::isOn())
+        zet::inner::Recorder::reportPacket(*this, zet::inner::Recorder::kReceived, frame);
     // The analyser catches exceptions of handlers: they cost that command only.
     if (m_pCmdAnalyser && m_pCmdAnalyser->Analyse(this, frame.data(), static_cast<int>(frame.size())) && m_IsUnproven)
     {
@@ -121,7 +124,11 @@ bool CCommandSocket::sendFrame(unsigned char* frame, int size)
     if (!m_PacketWriter.isAttached() && getConnectionState() == kConnecting)
         m_PacketWriter.attachOwner(this);
     if (m_PacketWriter.writePlaced(frame - zet::PacketWriter::kHeadSize, size))
+    {
+        if (zet::inner::Recorder::isOn())
+            zet::inner::Recorder::reportPacket(*this, zet::inner::Recorder::kSent, {frame, static_cast<size_t>(size)});
         return true;
+    }
     m_bNetError = true;
     noteCause({zet::EndCause::kOutputFull, 0});
     hurry();

@@ -1,5 +1,6 @@
 #include "transport/udp_client_socket.h"
 
+#include "net/inner/recorder.h"
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
 
@@ -29,6 +30,9 @@ void UdpClientSocket::onTick(unsigned int tick)
         m_PeerLog, this, [](const void* self) { return static_cast<const UdpClientSocket*>(self)->getPeerName(); });
     while (readHead() && readBody())
     {
+        if (zet::inner::Recorder::isOn())
+            zet::inner::Recorder::reportPacket(*this, zet::inner::Recorder::kReceived,
+                                               {m_pBody, static_cast<size_t>(m_iHead)});
         // On some platforms an unsigned long is too small for a pointer; handlers there identify the socket otherwise.
         m_CmdAnalyser.Analyse(m_pBody, m_iHead, static_cast<unsigned long>(reinterpret_cast<size_t>(this)), 0);
         beginCommand();
@@ -123,7 +127,12 @@ bool UdpClientSocket::sendPacked(const CCmdPackager& packager, const unsigned ch
         observer->onSent(packager.GetCmdID(), packager.GetDataSize());
     zet::UdpSecureConnection::send(place, kHeadSize);
     if (zet::UdpSecureConnection::send(place + kHeadSize, size) == size)
+    {
+        if (zet::inner::Recorder::isOn())
+            zet::inner::Recorder::reportPacket(*this, zet::inner::Recorder::kSent,
+                                               {place + kHeadSize, static_cast<size_t>(size)});
         return true;
+    }
     // Not close(): a connection that has ended meanwhile still has to report it, and may hold commands.
     breakOff({zet::EndCause::kOutputFull, 0});
     return false;

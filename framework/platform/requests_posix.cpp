@@ -17,14 +17,15 @@ namespace
 // All that the signal handler uses.
 std::atomic<int> s_Ends{0};
 std::atomic<bool> s_IsReloadRequested{false};
+std::atomic<RecordRequest> s_RecordRequest{RecordRequest::kNone};
 std::atomic<void (*)(void*)> s_Wake{nullptr};
 std::atomic<void*> s_Argument{nullptr};
 std::atomic<int> s_Running{0};
 std::atomic<int> s_CodeAtOnce{0};
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free &&
-              std::atomic<void*>::is_always_lock_free);
+              std::atomic<RecordRequest>::is_always_lock_free && std::atomic<void*>::is_always_lock_free);
 
-constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP};
+constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP, SIGUSR1, SIGUSR2};
 constexpr size_t kCount = sizeof kSignals / sizeof *kSignals;
 struct sigaction s_Before[kCount];
 bool s_IsCounting = false;
@@ -35,6 +36,8 @@ void onSignal(int number)
     s_Running.fetch_add(1);
     if (number == SIGHUP)
         s_IsReloadRequested = true;
+    else if (number == SIGUSR1 || number == SIGUSR2)
+        s_RecordRequest = number == SIGUSR1 ? RecordRequest::kStart : RecordRequest::kStop;
     else if (s_Ends.fetch_add(1) > 0)
         _exit(s_CodeAtOnce);
     if (const auto wake = s_Wake.load())
@@ -52,6 +55,7 @@ bool beginRequests(void (*wake)(void*), void* argument, int codeAtOnce)
     s_IsCounting = true;
     s_Ends = 0;
     s_IsReloadRequested = false;
+    s_RecordRequest = RecordRequest::kNone;
     s_CodeAtOnce = codeAtOnce;
     s_Argument = argument;
     s_Wake = wake;
@@ -91,6 +95,13 @@ bool isEndRequested()
 bool takeReloadRequest()
 {
     return s_IsReloadRequested.load(std::memory_order_relaxed) && s_IsReloadRequested.exchange(false);
+}
+
+RecordRequest takeRecordRequest()
+{
+    return s_RecordRequest.load(std::memory_order_relaxed) == RecordRequest::kNone
+               ? RecordRequest::kNone
+               : s_RecordRequest.exchange(RecordRequest::kNone);
 }
 
 } // namespace zet::platform

@@ -81,4 +81,9 @@ bool takeReloadRequest()
     return false;
 }
 
+RecordRequest takeRecordRequest()
+{
+    return RecordRequest::kNone;
+}
+
 } // namespace zet::platform

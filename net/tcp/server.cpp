@@ -12,6 +12,7 @@
 #include "net/inner/peer_text.h"
 #include "net/tcp/inner/link.h"
 #include "net/tcp/inner/listener.h"
+#include "net/tcp/inner/proxied.h"
 
 namespace zet
 {
@@ -236,6 +237,8 @@ void TcpServer::close()
 void TcpServer::drop()
 {
     closePending();
+    if (m_Proxied)
+        m_Proxied->clear();
     ++m_Listening;
     m_Listener.reset();
     m_ListenPort = 0;
@@ -256,10 +259,12 @@ void TcpServer::onTick(unsigned int)
     if (!m_Listener)
         return;
     look();
+    if (m_Proxied)
+        readProxyHeaders();
     acceptPending();
     if (m_Listener && m_Crowd->serve())
         hurry();
-    if (m_IsResting || m_Crowd->hasDeadlines())
+    if (m_IsResting || m_Crowd->hasDeadlines() || m_Proxied)
         setNextTick();
 }
 
@@ -269,8 +274,11 @@ void TcpServer::setNextTick()
     System* const system = getSystem();
     if (!system || !m_Listener)
         return;
-    if (m_IsResting && m_IsReady)
+    if (m_IsResting && mayAccept())
         system->tickBy(m_RestUntil);
+    unsigned int moment = 0;
+    if (m_Proxied && m_Proxied->getDeadline(m_Crowd->limits(), moment))
+        system->tickBy(moment);
     if (m_Crowd->hasDeadlines())
         system->tickBy(m_Crowd->getNextDeadline());
 }
@@ -278,14 +286,14 @@ void TcpServer::setNextTick()
 void TcpServer::acceptPending()
 {
     // Before a clock is read: mostly no connection is pending.
-    if (!m_Pending && !m_IsReady)
+    if (!m_Pending && !m_IsReady && !m_Proxied)
         return;
     if (m_IsResting && !inner::isReached(m_RestUntil, getTimeTick()))
         return;
     Stopwatch watch;
     for (int i = 0; i < kAcceptsPerTick && watch.isBelow(kAcceptTime); ++i)
     {
-        if (!m_Listener || (!m_Pending && !m_IsReady))
+        if (!m_Listener || (!m_Pending && !mayAccept()))
             return;
         const Pending next = m_Pending ? kWaiting : takePending();
         if (next == kNone)
@@ -300,6 +308,11 @@ void TcpServer::acceptPending()
     }
     // More may be pending, and no event reports them.
     hurry();
+}
+
+bool TcpServer::mayAccept() const
+{
+    return m_IsReady || (m_Proxied && m_Proxied->hasKnown());
 }
 
 void TcpServer::hurry()
@@ -318,76 +331,6 @@ void TcpServer::look()
 {
     if (m_Reactor)
         m_Reactor->pollOutsideTick();
-}
-
-TcpServer::Pending TcpServer::takePending()
-{
-    Endpoint peer;
-    Door::Fault fault;
-    DoorHandle handle(m_Reactor->door(), m_Reactor->door()->accept(m_Handle, peer, fault));
-    if (fault.m_Reason == Door::Fault::kNotNow)
-    {
-        m_IsReady = false;
-        m_HasEarlier = false;
-        m_Listener->waitForPeer();
-        return kNone;
-    }
-    if (fault.m_Reason == Door::Fault::kExhausted)
-    {
-        noteFault(inner::causeOf(fault));
-        // Pending connections wait in the system's queue.
-        if (!std::exchange(m_IsResting, true))
-            Log::warning(L"Pausing accept for %u ms: %s", kRestTime, StringHelper::utf8ToWide(fault.getText().c_str()));
-        m_RestUntil = getTimeTick() + kRestTime;
-        return kNone;
-    }
-    // The peer has ended its connection before it was accepted.
-    if (fault)
-    {
-        noteFault(inner::causeOf(fault));
-        return kRefused;
-    }
-    m_IsResting = false;
-    if (!m_Crowd->hasSpace(peer))
-    {
-        noteFault({EndCause::kTooMany, 0});
-        m_Crowd->noteRefused(peer);
-        return kRefused;
-    }
-    const unsigned int listening = m_Listening;
-    // The host may have closed the server, or listen anew by now.
-    if (!isPermitted(peer))
-    {
-        noteFault({EndCause::kFiltered, 0});
-        inner::logEnd(
-            inner::kRefusedLine, m_Fault,
-            [](const void* refused) { return inner::peerText(*static_cast<const Endpoint*>(refused)); }, &peer);
-        return kRefused;
-    }
-    if (m_Listening != listening)
-        return kRefused;
-    const TcpLinkRef link(new TcpLink(*m_Reactor));
-    link->take(handle.release());
-    m_Crowd->admit(*link.get(), peer);
-    if (!inner::kHasFastPaths || !m_IsInherited || m_HasEarlier)
-    {
-        link->prepare();
-        link->door().watchPeer(link->getHandle(), m_Crowd->limits());
-    }
-    m_Listener->m_PendingPeer = peer;
-    m_Pending = link.get();
-    m_Pending->addRef();
-    return kWaiting;
-}
-
-bool TcpServer::isPermitted(const Endpoint& peer)
-{
-    bool result = false;
-    if (peer.isV4())
-        inner::guard(L"permission()", nullptr, [&] { result = permission(inner::toIPv4(peer)); });
-    else
-        inner::guard(L"permissionIPv6()", nullptr, [&] { result = permissionIPv6(inner::toIPv6(peer)); });
-    return result;
 }
 
 bool TcpServer::accept(TcpConnection* connection)

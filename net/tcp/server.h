@@ -21,6 +21,8 @@ namespace zet
 namespace inner
 {
 class Crowd;
+class DoorHandle;
+class Proxied;
 struct Endpoint;
 struct TcpListener;
 } // namespace inner
@@ -120,6 +122,16 @@ public:
     // listen() is false, and the log says so.
     void setSharedPort(bool isShared) { m_IsPortShared = isShared; }
 
+    // Connections accepted from now on come through a proxy and start with the header of the PROXY protocol, version 2.
+    // The peer is then the one that the header names: to permission() and its lists, the limits per address, logs and
+    // the operations of the connection. Where it names none (a check of the proxy's own), the peer is the proxy. TLS
+    // and packets follow the header. The networks are those of the proxies, as for addRejectSubnet(), with blanks
+    // between them: a connection from elsewhere is refused, so with an empty text all are. So is one with a malformed
+    // header, or one that is longer than 232 bytes, or not complete within NetLimits::m_ProxyHeaderTime. Null, as at
+    // first, for connections without a header. Either closes those whose header is not complete. False, and nothing
+    // changed, if a network is not valid.
+    bool expectProxyHeader(const wchar_t* networks);
+
     // What this port accepts from peers that it does not know. The numbers of connections and of steps apply from now
     // on; a connection keeps the rest from when it was accepted.
     void setLimits(const NetLimits& limits);
@@ -169,6 +181,14 @@ private:
     void prepareListener();
     void setNextTick();
     Pending takePending();
+    // The peer of a connection is known.
+    Pending admit(inner::DoorHandle& handle, const inner::Endpoint& peer, bool isPrepared);
+    // Counts and logs a refused connection; the reason is null for the text of the cause.
+    void refuse(const inner::Endpoint& peer, EndCause cause, const wchar_t* reason = nullptr);
+    void awaitProxyHeader(inner::DoorHandle& handle, const inner::Endpoint& proxy, bool isPrepared);
+    void readProxyHeaders();
+    // Whether a connection may be pending.
+    bool mayAccept() const;
     bool isPermitted(const inner::Endpoint& peer);
     bool isPermittedIPv6(const inner::Endpoint& peer);
     void closePending();
@@ -180,6 +200,8 @@ private:
     inner::TcpLink* m_Pending = nullptr;
     std::shared_ptr<inner::Reactor> m_Reactor;
     const std::shared_ptr<inner::Crowd> m_Crowd;
+    // Null if no header is expected. It ends before the reactor.
+    std::unique_ptr<inner::Proxied> m_Proxied;
     Unknown::Handle_T<TlsContext> m_TlsContext;
     // Null for all.
     std::unique_ptr<inner::Endpoint> m_BindAddress;

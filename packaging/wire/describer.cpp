@@ -111,6 +111,11 @@ void Describer::add(const char* names, std::initializer_list<Member> members, co
     }
 }
 
+void Describer::keyed(size_t offset)
+{
+    m_Schema.fields.back().keyOffset = offset;
+}
+
 void Describer::addTable(const char* names, const Rows& rows, std::initializer_list<Member> columns)
 {
     Field table;

@@ -86,6 +86,10 @@ template <class T>
         field.kind = kIsPackager<T> ? Kind::kPayload : Kind::kBuffer;
         field.type = kIsPackager<T> ? "payload" : kValueType<T>.name;
         field.bytes = &bytesOf<T>;
+        if constexpr (std::is_same_v<T, CCmdPackager>)
+            field.extent = CCmdPackager::kMaxDataSize;
+        else if constexpr (kIsPackager<T>)
+            field.extent = T().GetBufferSize();
     }
     else if constexpr (kFixedSize<T> == 0)
     {
@@ -112,6 +116,17 @@ template <class T>
 // What a list's words say, as constant data that the steps refer to.
 template <auto kWords>
 inline constexpr Departures kHow = kWords;
+
+// Where the key of a map is within its elements, in bytes.
+template <auto kWords, class Element>
+[[gnu::cold]] size_t keyOffset()
+{
+    // A constant of its own: read where it is used, it is a wrong offset with Clang 14.
+    constexpr auto member = kWords.member;
+    const Element sample{};
+    return static_cast<size_t>(reinterpret_cast<const char*>(&(sample.*member)) -
+                               reinterpret_cast<const char*>(&sample));
+}
 
 class COMMONGROUND_API Describer
 {
@@ -163,7 +178,7 @@ public:
     bool List(const char* names, const C& list)
     {
         if constexpr (makesSense<C, kWords, false>())
-            add(names, {{&list, &shapeOf<C>}}, kHow<kWords>, Says::kCount);
+            addList<kWords>(names, list, Says::kCount);
         return true;
     }
     template <class C>
@@ -177,7 +192,7 @@ public:
     bool ElementsOf(const char* names, const C& list)
     {
         if constexpr (makesSense<C, kWords, true>())
-            add(names, {{&list, &shapeOf<C>}}, kHow<kWords>, Says::kCountBefore);
+            addList<kWords>(names, list, Says::kCountBefore);
         return true;
     }
     template <class... C>
@@ -209,6 +224,15 @@ public:
     void showFirst();
 
 private:
+    template <auto kWords, class C>
+    void addList(const char* names, const C& list, Says says)
+    {
+        add(names, {{&list, &shapeOf<C>}}, kHow<kWords>, says);
+        if constexpr (kWords.key == Key::kMember)
+            keyed(keyOffset<kWords, typename C::mapped_type>());
+    }
+    // Says where the key of the list added last is within its elements.
+    void keyed(size_t offset);
     // Adds a field for each member.
     void add(const char* names, std::initializer_list<Member> members, const Departures& how = kHow<Departures{}>,
              Says says = Says::kType);

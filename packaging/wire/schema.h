@@ -55,9 +55,11 @@ struct Field
     size_t offset = 0;
     // Element size of an array, in bytes.
     size_t stride = 0;
-    // How many of an array or of raw bytes, or the most, where a member says how many. Of a number that no member
-    // keeps, what a writer sends.
+    // How many of an array or of raw bytes, or the most, where a member says how many; of a payload, the most bytes. Of
+    // a number that no member keeps, what a writer sends.
     int extent = 0;
+    // Of a map whose key is a member of its elements: where it is within an element, in bytes.
+    size_t keyOffset = 0;
     // The int that says how many, and in that field itself, the most that it may say.
     size_t sizeOffset = 0;
     int most = 0;

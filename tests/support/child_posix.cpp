@@ -87,7 +87,14 @@ Child::~Child()
 
 bool Child::write(const std::string& text)
 {
-    return ::write(m_Input, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    // A program that has ended must not end the test by SIGPIPE.
+    struct sigaction ignored = {};
+    struct sigaction before = {};
+    ignored.sa_handler = SIG_IGN;
+    sigaction(SIGPIPE, &ignored, &before);
+    const ssize_t written = ::write(m_Input, text.data(), text.size());
+    sigaction(SIGPIPE, &before, nullptr);
+    return written == static_cast<ssize_t>(text.size());
 }
 
 void Child::closeInput()

@@ -79,6 +79,8 @@ public:
     bool send(const void* data, int size) override;
     void close() override;
     unsigned long long roundTripTime() const override;
+    bool isAccepted() const override { return m_IsServer; }
+    unsigned short ownPort() const override;
     // Packets with bytes of its stream that were declared lost; 0 once it has ended.
     unsigned long long lostPackets() const;
     void breakOff(EndCause cause) override { finish(UdpServer::UdpConnection::kBroken, kCutOff, cause); }

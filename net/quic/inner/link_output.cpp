@@ -141,6 +141,11 @@ void QuicLink::endTurn(QuicTime now)
     m_Router.schedule(*this);
 }
 
+unsigned short QuicLink::ownPort() const
+{
+    return m_Router.getPort();
+}
+
 unsigned long long QuicLink::roundTripTime() const
 {
     if (!m_Connection)

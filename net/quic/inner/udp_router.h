@@ -19,6 +19,8 @@ public:
     UdpServer::UdpConnection* getOwner() const { return m_Owner; }
     // Whether an object has no connection.
     static bool isFree(const UdpServer::UdpConnection& connection) { return !connection.m_Link; }
+    // Null without a connection.
+    static const UdpLink* of(const UdpServer::UdpConnection& connection) { return connection.m_Link; }
     // Connects the object to this link and sets its state, id and peer address.
     void setOwner(UdpServer::UdpConnection& owner, UdpServer::UdpConnection::ConnectionState state, const Uuid& id,
                   const Endpoint& peer);
@@ -46,6 +48,10 @@ public:
     virtual void close() = 0;
     // Microseconds from a packet to its acknowledgement, smoothed; 0 before the first one.
     virtual unsigned long long roundTripTime() const = 0;
+    // Whether the peer opened the connection.
+    virtual bool isAccepted() const = 0;
+    // The port that has it.
+    virtual unsigned short ownPort() const = 0;
     // Ends the connection as broken, which the object's next tick reports. Does nothing if the connection has ended.
     virtual void breakOff(EndCause cause) = 0;
     // The first cause counts.

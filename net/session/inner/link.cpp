@@ -8,24 +8,18 @@
 #include "framework/string_helper.h"
 #include "framework/thread.h"
 #include "framework/time.h"
+#include "net/inner/recorder.h"
 #include "net/limits.h"
+#include "net/session/inner/greeting.h"
 #include "net/session/session.h"
 #include "net/tcp/inner/packet_tick.h"
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 namespace zet::inner
 {
-
-namespace
-{
-
-// The protocol and its version.
-constexpr unsigned char kMark[4] = {'z', 'n', 's', 1};
-constexpr int kGreetingSize = static_cast<int>(sizeof kMark + sizeof(Uuid));
-
-} // namespace
 
 NetLink::NetLink(NetSession& session, bool isAccepting, int messageLimit)
     : m_Session(&session), m_MessageLimit(std::clamp(messageLimit, 1, PacketReader::kLargestLimit)),
@@ -89,6 +83,8 @@ void NetLink::onTick(unsigned int tick)
 
 void NetLink::takePacket(std::span<const unsigned char> packet)
 {
+    if (Recorder::isOn())
+        Recorder::reportPacket(*this, Recorder::kReceived, packet);
     MemoryInput bytes(packet.data(), static_cast<int>(packet.size()));
     InputStream stream(&bytes);
     if (m_Phase == kOpen)
@@ -104,17 +100,21 @@ bool NetLink::greet(const Uuid& id)
 {
     unsigned char greeting[PacketWriter::kHeadSize + kGreetingSize];
     unsigned char* const place = greeting + PacketWriter::kHeadSize;
-    std::memcpy(place, kMark, sizeof kMark);
-    std::memcpy(place + sizeof kMark, &id, sizeof id);
-    return m_Writer.writePlaced(greeting, kGreetingSize);
+    std::memcpy(place, kGreetingMark.data(), kGreetingMark.size());
+    std::memcpy(place + kGreetingMark.size(), &id, sizeof id);
+    if (!m_Writer.writePlaced(greeting, kGreetingSize))
+        return false;
+    if (Recorder::isOn())
+        Recorder::reportPacket(*this, Recorder::kSent, {place, static_cast<size_t>(kGreetingSize)});
+    return true;
 }
 
 bool NetLink::takeGreeting(InputStream& stream)
 {
-    unsigned char mark[sizeof kMark];
+    char mark[kGreetingMark.size()];
     Uuid id;
     if (stream.available() != kGreetingSize || stream.read(mark, sizeof mark) != sizeof mark ||
-        stream.read(&id, sizeof id) != sizeof id || std::memcmp(mark, kMark, sizeof mark) != 0)
+        stream.read(&id, sizeof id) != sizeof id || std::string_view(mark, sizeof mark) != kGreetingMark)
         return false;
     // Created first: a session that is open has reported it.
     const auto event = Evt_NetConnectOk::createInstance();
@@ -176,8 +176,16 @@ bool NetLink::sendMessage(const Message& message)
         return false;
     }
     InputStream input(store.get());
+    const bool isRecorded = Recorder::isHere();
+    std::vector<unsigned char> copy(isRecorded ? static_cast<size_t>(store->getSize()) : 0);
+    if (isRecorded)
+        store->peek(copy.data(), store->getSize());
     if (m_Writer.write(input))
+    {
+        if (isRecorded)
+            Recorder::reportPacket(*this, Recorder::kSent, copy);
         return true;
+    }
     // A part of the packet may have been sent.
     m_IsUnusable = true;
     noteCause({EndCause::kOutputFull, 0});
