@@ -84,13 +84,13 @@ if(NOT WIN32)
     COMMAND Python3::Interpreter ${scripts}/check_symbols.py $<TARGET_FILE:commonground> ${PROJECT_SOURCE_DIR})
 endif()
 
-# The relocations that name a symbol, a tenth above what GCC and Clang give. Where the options are those of the
+# The relocations that name a symbol, a twentieth above what GCC and Clang give. Where the options are those of the
 # preset dev and the compiler is GCC, also the code.
 if(NOT WIN32)
-  set(most 1100)
+  set(most 1150)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64"
      AND CMAKE_CXX_FLAGS_DEBUG STREQUAL "-O1 -g1 -D_GLIBCXX_ASSERTIONS" AND CMAKE_BUILD_TYPE STREQUAL "Debug")
-    list(APPEND most 2240000)
+    list(APPEND most 2400000)
   endif()
   add_test(NAME House.TheLibraryLoadsFast
     COMMAND Python3::Interpreter ${scripts}/check_relocations.py $<TARGET_FILE:commonground> ${preemptible} ${most})
@@ -130,7 +130,7 @@ add_test(NAME House.PageCheckFindsTheBlocks COMMAND Python3::Interpreter ${scrip
 if(COMMONGROUND_HAS_COROUTINES)
   add_test(NAME House.CodeInThePagesCompiles
     COMMAND Python3::Interpreter ${scripts}/check_pages.py ${PROJECT_SOURCE_DIR}/tests/pages/preamble.inc
-      ${PROJECT_SOURCE_DIR}/docs/hosts.md ${PROJECT_SOURCE_DIR}/README.md
+      ${PROJECT_SOURCE_DIR}/docs/hosts.md ${PROJECT_SOURCE_DIR}/docs/tutorial.md ${PROJECT_SOURCE_DIR}/README.md
       -- ${CMAKE_CXX_COMPILER} -std=c++20 -Wall -Wextra -Wno-unused -Werror -I${PROJECT_SOURCE_DIR})
 endif()
 

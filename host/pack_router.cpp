@@ -38,6 +38,13 @@ bool PackTable::refuseOther(int number, int own, const std::type_info& message)
     return refuse(reason);
 }
 
+bool PackTable::refuseUnnumbered(const std::type_info& message)
+{
+    zet::String_T<wchar_t> reason;
+    reason.format(L"%s has a handler but no number", getClassName(message));
+    return refuse(reason);
+}
+
 bool PackTable::add(int number, int highest, const std::type_info& message, unsigned int carriers)
 {
     zet::String_T<wchar_t> reason;

@@ -44,6 +44,8 @@ public:
     bool add(int number, int highest, const std::type_info& message, unsigned int carriers);
     // Refuses, as above, a number for a message whose class has another one. Always false.
     bool refuseOther(int number, int own, const std::type_info& message);
+    // Refuses, as above, a handler for a message without a number. Always false.
+    bool refuseUnnumbered(const std::type_info& message);
     // Notes a handler for an added message. As above, false for the second one.
     bool handle(const std::type_info& message);
     // Whether everything so far was accepted and there is a handler; otherwise logs. add() is refused from then on.
@@ -183,106 +185,6 @@ class OnlyCarrier;
 template <class... Envelopes>
 class PackRouter
 {
-public:
-    // Without numbers and handlers.
-    PackRouter() : m_State(std::make_shared<State>()) {}
-    ~PackRouter() { m_State->m_Slots = {}; }
-    PackRouter(const PackRouter&) = delete;
-    PackRouter& operator=(const PackRouter&) = delete;
-
-    // Sets the number of a message in m_PackType: any but 0, and not above 65,535 in the social envelopes. For messages
-    // that this process only sends; on() does the same.
-    template <class Message>
-    bool number(int number)
-    {
-        static_assert(kCarriers<Message> != 0, "no envelope of this router carries the message");
-        if constexpr (inner::HasOwnNumber<Message>)
-            if (const int own = Message().getPackType(); own != number)
-                return m_State->m_Table.refuseOther(number, own, typeid(Message));
-        return m_State->m_Table.add(number, kHighest, typeid(Message), kCarriers<Message>);
-    }
-
-    // Sets the number and the handler of a message. The handler takes (CCommandSocket&, Message&), or the envelope as a
-    // third argument too. The message lives only during the call. A message that two envelopes carry is handled in
-    // both.
-    //
-    // prepare is called with each new message before it is read. A message that is read into the elements that its
-    // lists have (isReadIntoElements) does not compile without it: received elements beyond them are dropped.
-    template <class Message, class Handler, class Preparation = inner::NoPreparation>
-    bool on(int number, Handler handler, Preparation prepare = {})
-    {
-        static_assert(std::is_invocable_v<Preparation&, Message&>, "the preparation of on<Message>() takes (Message&)");
-        static_assert(!isReadIntoElements<Message> || !std::is_same_v<Preparation, inner::NoPreparation>,
-                      "the message is read into the elements that its lists have: give on<Message>() a callable after "
-                      "the handler that sizes them");
-        if (!this->number<Message>(number) || !m_State->m_Table.handle(typeid(Message)))
-            return false;
-        using Callables = inner::PackCallables<Handler, Preparation>;
-        const std::shared_ptr<Callables> callables(new Callables{std::move(handler), std::move(prepare)});
-        (addSlot<Message, Envelopes>(number, callables), ...);
-        return true;
-    }
-    // The same for a message whose class has its number.
-    template <class Message, class Handler>
-    bool on(Handler handler)
-    {
-        static_assert(inner::HasOwnNumber<Message>,
-                      "the message has no number of its own: name one before the handler");
-        return on<Message>(static_cast<int>(Message().getPackType()), std::move(handler));
-    }
-
-    // Installs a handler for each envelope that carries a message with a handler. False, and logged, if anything was
-    // refused, if no message has a handler, or if the Handlers has a handler for an envelope already; then none is
-    // installed.
-    bool install(Handlers& handlers)
-    {
-        return m_State->m_Table.close() && (canInstall<Envelopes>(handlers) && ...) &&
-               (installEnvelope<Envelopes>(handlers) && ...);
-    }
-
-    // Sends a message in the envelope that carries it. Envelope must be named for a message that two of them carry.
-    // fill is called last before sending, with the envelope, for fields beside the message such as m_Extra. False, and
-    // logged, for a message without a number and one that does not fit; or what CCommandSocket::send() returns.
-    template <class Envelope = inner::OnlyCarrier, class Message, class Filling = inner::NoFilling>
-    bool send(CCommandSocket& socket, const Message& message, Filling fill = {}) const
-    {
-        Carrier<Envelope, Message> envelope;
-        return sendIn(socket, envelope, message, fill);
-    }
-
-    // Sends a message in reply to an envelope: with its client index, client address, account name and pack index, and
-    // with its two frame addresses exchanged. fill as above, for fields such as m_Error and m_Msg. False, and logged,
-    // also for a message whose class has another number than the request, where pairs have one.
-    template <class Envelope = inner::OnlyCarrier, class Request, class Message, class Filling = inner::NoFilling>
-    bool reply(CCommandSocket& socket, const Request& request, const Message& message, Filling fill = {}) const
-    {
-        if constexpr (inner::HasOwnNumber<Message> && isNumberedByPair<Request>)
-            if (message.getPackType() != request.m_PackType)
-                return inner::reportOtherPair(typeid(Message), message.getPackType(), request.m_PackType);
-        Carrier<Envelope, Message> envelope;
-        envelope.SetClientIndex(request.GetClientIndex());
-        envelope.m_ClientAddress = request.m_ClientAddress;
-        envelope.m_AccountName = request.m_AccountName;
-        envelope.SetAddress(request.GetTargetAddress(), request.GetFromAddress());
-        if constexpr (requires { envelope.m_PackIndex = request.m_PackIndex; })
-            envelope.m_PackIndex = request.m_PackIndex;
-        return sendIn(socket, envelope, message, fill);
-    }
-
-    // The table as one line of JSON, in ascending order of numbers:
-    //   {"envelopes":["CCmdHomePackRequest",...],
-    //    "messages":[{"number":1,"message":"HomePack_LoadData_Request","envelopes":[...],"handled":true},...]}
-    zet::String_T<wchar_t> toJson() const { return m_State->m_Table.toJson(); }
-
-private:
-    struct State
-    {
-        State() : m_Table({&typeid(Envelopes)...}, (isNumberedByPair<Envelopes> && ...)) {}
-
-        inner::PackTable m_Table;
-        std::tuple<inner::PackSlots<Envelopes>...> m_Slots;
-    };
-
     // A bit for each envelope, the first one lowest.
     template <class Message>
     static constexpr unsigned int carriersOf()
@@ -329,14 +231,80 @@ private:
             return findCarrier<Message, Envelopes...>();
         }
     }
-    template <class Envelope, class Message>
-    using Carrier = typename decltype(chooseCarrier<Envelope, Message>())::type;
 
-    template <class Envelope, class Message, class Filling>
-    bool sendIn(CCommandSocket& socket, Envelope& envelope, const Message& message, Filling& fill) const
+public:
+    // Without numbers and handlers.
+    PackRouter() : m_State(std::make_shared<State>()) {}
+    ~PackRouter() { m_State->m_Slots = {}; }
+    PackRouter(const PackRouter&) = delete;
+    PackRouter& operator=(const PackRouter&) = delete;
+
+    // Sets the number of a message in m_PackType: any but 0, and not above 65,535 in the social envelopes. For messages
+    // that this process only sends; on() does the same.
+    template <class Message>
+    bool number(int number)
     {
-        static_assert(std::is_invocable_v<Filling&, Envelope&>,
-                      "the last argument of send() and reply() is called with the envelope of the message");
+        static_assert(kCarriers<Message> != 0, "no envelope of this router carries the message");
+        if constexpr (inner::HasOwnNumber<Message>)
+            if (const int own = Message().getPackType(); own != number)
+                return m_State->m_Table.refuseOther(number, own, typeid(Message));
+        return m_State->m_Table.add(number, kHighest, typeid(Message), kCarriers<Message>);
+    }
+
+    // Sets the number and the handler of a message. The handler takes (CCommandSocket&, Message&), or the envelope as a
+    // third argument too. The message lives only during the call. A message that two envelopes carry is handled in
+    // both.
+    //
+    // prepare is called with each new message before it is read. A message that is read into the elements that its
+    // lists have (isReadIntoElements) does not compile without it: received elements beyond them are dropped.
+    template <class Message, class Handler, class Preparation = inner::NoPreparation>
+    bool on(int number, Handler handler, Preparation prepare = {})
+    {
+        static_assert(std::is_invocable_v<Preparation&, Message&>, "the preparation of on<Message>() takes (Message&)");
+        static_assert(!isReadIntoElements<Message> || !std::is_same_v<Preparation, inner::NoPreparation>,
+                      "the message is read into the elements that its lists have: give on<Message>() a callable after "
+                      "the handler that sizes them");
+        if (!this->number<Message>(number) || !m_State->m_Table.handle(typeid(Message)))
+            return false;
+        using Callables = inner::PackCallables<Handler, Preparation>;
+        const std::shared_ptr<Callables> callables(new Callables{std::move(handler), std::move(prepare)});
+        (addSlot<Message, Envelopes>(number, callables), ...);
+        return true;
+    }
+    // The same for a message that has its number: from number() before, or from its class. False, and logged, for one
+    // that has none.
+    template <class Message, class Handler, class Preparation = inner::NoPreparation>
+    requires(!std::is_convertible_v<Handler, int>) bool on(Handler handler, Preparation prepare = {})
+    {
+        int number = 0;
+        if constexpr (inner::HasOwnNumber<Message>)
+            number = Message().getPackType();
+        else if (number = m_State->m_Table.getNumber(typeid(Message)); number == 0)
+            return m_State->m_Table.refuseUnnumbered(typeid(Message));
+        return on<Message>(number, std::move(handler), std::move(prepare));
+    }
+
+    // Installs a handler for each envelope that carries a message with a handler. False, and logged, if anything was
+    // refused, if no message has a handler, or if the Handlers has a handler for an envelope already; then none is
+    // installed.
+    bool install(Handlers& handlers)
+    {
+        return m_State->m_Table.close() && (canInstall<Envelopes>(handlers) && ...) &&
+               (installEnvelope<Envelopes>(handlers) && ...);
+    }
+
+    // The envelope that carries a message; Envelope must be named for a message that two of them carry.
+    template <class Message, class Envelope = inner::OnlyCarrier>
+    struct CarrierOf
+    {
+        using Type = typename decltype(chooseCarrier<Envelope, Message>())::type;
+    };
+
+    // Writes a message and its number into an envelope, as send() does. False, and logged, as there.
+    template <class Envelope, class Message>
+    bool pack(Envelope& envelope, const Message& message) const
+    {
+        static_assert(isCarriedBy<Message, Envelope>, "the envelope does not carry the message");
         int number = 0;
         if constexpr (inner::HasOwnNumber<Message>)
             number = message.getPackType();
@@ -345,8 +313,59 @@ private:
         if (number == 0)
             return m_State->m_Table.reportUnnumbered(typeid(Message));
         envelope.m_PackType = static_cast<decltype(envelope.m_PackType)>(number);
-        if (!message.Write(&envelope.m_PackData))
-            return inner::reportUnwrittenPack(typeid(Message));
+        return message.Write(&envelope.m_PackData) || inner::reportUnwrittenPack(typeid(Message));
+    }
+
+    // Sends a message in the envelope that carries it. Envelope must be named for a message that two of them carry.
+    // fill is called last before sending, with the envelope, for fields beside the message such as m_Extra. False, and
+    // logged, for a message without a number and one that does not fit; or what CCommandSocket::send() returns.
+    template <class Envelope = inner::OnlyCarrier, class Message, class Filling = inner::NoFilling>
+    bool send(CCommandSocket& socket, const Message& message, Filling fill = {}) const
+    {
+        typename CarrierOf<Message, Envelope>::Type envelope;
+        return sendIn(socket, envelope, message, fill);
+    }
+
+    // Sends a message in reply to an envelope: with its client index, client address, account name and pack index, and
+    // with its two frame addresses exchanged. fill as above, for fields such as m_Error and m_Msg. False, and logged,
+    // also for a message whose class has another number than the request, where pairs have one.
+    template <class Envelope = inner::OnlyCarrier, class Request, class Message, class Filling = inner::NoFilling>
+    bool reply(CCommandSocket& socket, const Request& request, const Message& message, Filling fill = {}) const
+    {
+        if constexpr (inner::HasOwnNumber<Message> && isNumberedByPair<Request>)
+            if (message.getPackType() != request.m_PackType)
+                return inner::reportOtherPair(typeid(Message), message.getPackType(), request.m_PackType);
+        typename CarrierOf<Message, Envelope>::Type envelope;
+        envelope.SetClientIndex(request.GetClientIndex());
+        envelope.m_ClientAddress = request.m_ClientAddress;
+        envelope.m_AccountName = request.m_AccountName;
+        envelope.SetAddress(request.GetTargetAddress(), request.GetFromAddress());
+        if constexpr (requires { envelope.m_PackIndex = request.m_PackIndex; })
+            envelope.m_PackIndex = request.m_PackIndex;
+        return sendIn(socket, envelope, message, fill);
+    }
+
+    // The table as one line of JSON, in ascending order of numbers:
+    //   {"envelopes":["CCmdHomePackRequest",...],
+    //    "messages":[{"number":1,"message":"HomePack_LoadData_Request","envelopes":[...],"handled":true},...]}
+    zet::String_T<wchar_t> toJson() const { return m_State->m_Table.toJson(); }
+
+private:
+    struct State
+    {
+        State() : m_Table({&typeid(Envelopes)...}, (isNumberedByPair<Envelopes> && ...)) {}
+
+        inner::PackTable m_Table;
+        std::tuple<inner::PackSlots<Envelopes>...> m_Slots;
+    };
+
+    template <class Envelope, class Message, class Filling>
+    bool sendIn(CCommandSocket& socket, Envelope& envelope, const Message& message, Filling& fill) const
+    {
+        static_assert(std::is_invocable_v<Filling&, Envelope&>,
+                      "the last argument of send() and reply() is called with the envelope of the message");
+        if (!pack(envelope, message))
+            return false;
         fill(envelope);
         return socket.send(envelope);
     }

@@ -24,6 +24,8 @@ const wchar_t* Unanswered::getText() const
     return L"not sent";
 }
 
+QuestionObserver::~QuestionObserver() = default;
+
 namespace inner
 {
 
@@ -72,6 +74,11 @@ Questions::Questions(Handlers& handlers, zet::System& system)
 Questions::~Questions()
 {
     m_Table->closeTable();
+}
+
+void Questions::setObserver(QuestionObserver& observer)
+{
+    m_Table->m_Observer = &observer;
 }
 
 int Questions::getOpenCount() const

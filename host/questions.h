@@ -33,6 +33,27 @@ struct COMMONGROUND_API Unanswered
     zet::EndCause m_Cause = {};
 };
 
+// How a question ended, for statistics.
+struct COMMONGROUND_API QuestionEnd
+{
+    // The id of the command that asked.
+    unsigned short m_Id = 0;
+    // The class of the answer; null without one, and then m_Why says why.
+    const std::type_info* m_Answer = nullptr;
+    Unanswered m_Why = {};
+    // From the call that asked to the reply, by a steady clock.
+    std::chrono::nanoseconds m_Time{0};
+};
+
+// Sees the end of each question, for example to count answers by class. Called on the thread of the Questions.
+class COMMONGROUND_API QuestionObserver
+{
+public:
+    virtual ~QuestionObserver();
+    // Called before the reply is passed on. It must not ask or destroy anything.
+    virtual void onQuestionEnd(const QuestionEnd& end) = 0;
+};
+
 // The reply to a question: use std::get_if or std::visit.
 template <class... Answers>
 using Reply = std::variant<Answers..., Unanswered>;
@@ -75,6 +96,9 @@ private:
     unsigned long long m_Deadline = 0;
     unsigned long long m_Number = 0;
     Unanswered m_Reason = {Unanswered::kTimedOut};
+    // Of a question, if ends are reported: the id of its command, and when it was asked.
+    unsigned short m_Id = 0;
+    std::chrono::steady_clock::time_point m_Asked;
 };
 
 // Passes an answer to the oldest question of the socket that names its class. False if no question does.
@@ -151,8 +175,23 @@ public:
         return expectBy<Answer>(std::move(otherwise));
     }
 
+    // For answers that do not come from the Handlers as commands, such as PackAnswer: questions may name the class from
+    // now on. The returned callable passes an answer to the oldest question that names the class; false if none does.
+    // It may outlive this object; if it returns true, the code that it called may have destroyed the caller.
+    template <class Answer>
+    auto addSource()
+    {
+        inner::checkAnswers<Answer>();
+        addExpected(typeid(Answer));
+        return [table = m_Table](CCommandSocket& socket, Answer& answer)
+        { return inner::takeAnswer(*table, socket, answer, typeid(Answer)); };
+    }
+
     // The number of questions that wait for their replies.
     int getOpenCount() const;
+    // At start. The observer is not owned and outlives this object. It gets the end of each question that gets a reply;
+    // a question that is cancelled has no end.
+    void setObserver(QuestionObserver& observer);
 
 private:
     friend class Tasks;

@@ -21,6 +21,8 @@ namespace host
 namespace
 {
 
+constexpr const wchar_t* kRecordingName = L"recording.pcapng";
+
 // False if the callable returns false or throws.
 bool isTrue(const wchar_t* where, const std::function<bool()>& call)
 {
@@ -39,7 +41,8 @@ public:
 
     bool ServiceOn() override
     {
-        if (!CMyServiceSystem::ServiceOn() || !m_Parts.startHttp(*this))
+        if (!CMyServiceSystem::ServiceOn() || !m_Parts.startHttp(*this) ||
+            (!m_Parts.m_RecordPath.isEmpty() && !startRecording()))
             return false;
         // A callable may add others: copies, by number.
         for (size_t i = 0; i < m_Parts.m_Start.size(); ++i)
@@ -58,6 +61,7 @@ public:
         for (size_t i = 0; i < m_Parts.m_Stop.size(); ++i)
             zet::inner::guard(L"onStop()", nullptr, std::function<void()>(m_Parts.m_Stop[i]));
         m_Parts.stopHttp();
+        m_Parts.m_Recording.stop();
         CMyServiceSystem::ServiceOff();
     }
     void tick() override
@@ -68,6 +72,17 @@ public:
             beginDrain();
         if (zet::platform::takeReloadRequest())
             reload();
+        switch (zet::platform::takeRecordRequest())
+        {
+        case zet::platform::RecordRequest::kStart:
+            startRecording();
+            break;
+        case zet::platform::RecordRequest::kStop:
+            m_Parts.m_Recording.stop();
+            break;
+        case zet::platform::RecordRequest::kNone:
+            break;
+        }
         m_Parts.m_Manager.tick(zet::getTimeTick());
         m_Parts.m_Figures.beginTick();
         if (m_Parts.m_Metrics.isOn())
@@ -114,6 +129,14 @@ private:
         CMyServiceSystem::tick();
         m_Parts.m_Metrics.addTick(static_cast<double>(zet::platform::getMonotonicNanoseconds() - begin) * kNanosecond,
                                   gap > kPlanned ? static_cast<double>(gap - kPlanned) * kNanosecond : 0);
+    }
+    // To the file of --record, or to one beside the log files.
+    bool startRecording()
+    {
+        zet::String_T<wchar_t> path = m_Parts.m_RecordPath;
+        if (path.isEmpty())
+            path = (m_Parts.m_LogFolder.isEmpty() ? getLogFolder() : m_Parts.m_LogFolder) + kRecordingName;
+        return m_Parts.m_Recording.start(*this, path.getBuffer());
     }
     // Closes the log file, if it is open; the next line opens it.
     void openLog() const
@@ -194,6 +217,8 @@ void Service::serve(CFrameworkServerSocket& server, std::function<bool(CFramewor
 {
     m_Parts->m_Drain.m_Tcp.push_back({&server, std::move(isAnswered)});
     onReload([&server] { return server.ReloadAddressFiles(); });
+    // Before run() the networks are not known yet.
+    m_Parts->expectProxy(server);
 }
 
 void Service::serve(UdpServerSocket& server, std::function<bool(UdpClientSocket&)> isAnswered)
@@ -252,9 +277,24 @@ void Service::allowHttpHost(const char* name)
     m_Parts->m_HttpHosts.emplace_back(name);
 }
 
+void Service::addPage(std::string_view path, std::string_view type, std::string_view text)
+{
+    m_Parts->m_Pages.push_back({path, type, text});
+}
+
+void Service::addEvent(const char* name, std::function<std::string()> text)
+{
+    m_Parts->m_Events.add(name, std::move(text));
+}
+
 Metrics& Service::getMetrics() const
 {
     return m_Parts->m_Metrics;
+}
+
+Recording& Service::getRecording() const
+{
+    return m_Parts->m_Recording;
 }
 
 zet::System& Service::getSystem() const
@@ -269,7 +309,15 @@ int Service::run(int count, char** words)
     httpHelp += inner::HttpServer::kAddress;
     httpHelp += " for /metrics, /healthz and /readyz: 0 for a free one, -1 for none";
     addOption("--http-port", &m_Parts->m_HttpPort, httpHelp.c_str());
-    const std::string fault = m_Parts->m_Options.parse(count, words);
+    addOption("--proxy-from", &m_Parts->m_ProxyFrom,
+              "expect a PROXY protocol header on each TCP connection, from these networks only");
+    addOption("--record", &m_Parts->m_RecordPath, "a pcapng file for what the sockets carry, secrets masked");
+    addOption("--record-size", &m_Parts->m_RecordSize,
+              "the MiB at which that file is renamed to FILE.1 and begun anew");
+    addOption("--record-files", &m_Parts->m_RecordFiles, "how many of these files are kept");
+    std::string fault = m_Parts->m_Options.parse(count, words);
+    if (fault.empty() && !m_Parts->hasValidProxies())
+        fault = "--proxy-from needs networks such as 10.0.0.0/8, with blanks between them";
     if (!fault.empty())
     {
         std::fprintf(stderr, "%s: %s\n\n%s", zet::StringHelper::wideToUtf8(m_Frame->getSystemName()).getBuffer(),
@@ -281,7 +329,11 @@ int Service::run(int count, char** words)
         std::fputs(getHelp().getBuffer(), stdout);
         return kExitGood;
     }
+    for (const auto& served : m_Parts->m_Drain.m_Tcp)
+        m_Parts->expectProxy(*served.m_Server);
     setDrainTime(std::chrono::milliseconds(m_Parts->m_DrainTime));
+    m_Parts->m_Recording.setLimits(static_cast<long long>(m_Parts->m_RecordSize) * Recording::kMebibyte,
+                                   m_Parts->m_RecordFiles);
     if (m_Parts->m_HttpPort != kNoHttp)
         m_Parts->m_Metrics.setOn(true);
     // With a reactor, wake() is one atomic exchange and one write, which a signal handler may do.

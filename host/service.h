@@ -15,6 +15,8 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <variant>
 
 class CCommandSocket;
@@ -34,6 +36,7 @@ namespace host
 
 class Metrics;
 class Questions;
+class Recording;
 
 // The exit codes of a service.
 enum ExitCode : int
@@ -60,7 +63,8 @@ struct ServiceParts;
 //
 // SIGNALS: SIGTERM and SIGINT (on Windows Ctrl+C, Ctrl+Break, the closing of the console, log-off and shutdown) begin
 // the drain; a second one ends the process at once with kExitAtOnce and without a further log line. SIGHUP reopens the
-// log files and calls what onReload() was given. Signals are noticed between ticks.
+// log files and calls what onReload() was given. SIGUSR1 starts a recording of what the sockets carry, to the file of
+// --record or else to recording.pcapng in the log folder, and SIGUSR2 stops it. Signals are noticed between ticks.
 //
 // DRAIN: the servers accept no further connection. The System goes on with its ticks, so commands that arrive are
 // handled, and open questions get their answers. A connection is closed when everything received on it was handled and
@@ -88,7 +92,8 @@ public:
     Service& operator=(const Service&) = delete;
 
     // Before run(). An option of the command line, "--port 8000" or "--port=8000". The variable's value is the default;
-    // it must live until run() returns. --help, --log-folder, --drain-time and --http-port exist already.
+    // it must live until run() returns. --help, --log-folder, --drain-time, --http-port, --proxy-from, --record,
+    // --record-size and --record-files exist already.
     template <class T>
     void option(const char* name, T& value, const char* help)
     {
@@ -107,7 +112,7 @@ public:
 
     // The server is drained at the end; for each request to reload, that of TCP reads its address files again. Not
     // owned; it must live until run() returns. isAnswered: whether nothing that arrived on a connection still waits for
-    // an answer of the host.
+    // an answer of the host. With --proxy-from the server of TCP gets its networks by TcpServer::expectProxyHeader().
     void serve(CFrameworkServerSocket& server, std::function<bool(CFrameworkClientSocket&)> isAnswered = {});
     void serve(UdpServerSocket& server, std::function<bool(UdpClientSocket&)> isAnswered = {});
     // The drain waits while one of these questions is open, or while the callable returns true. As above, not owned.
@@ -134,8 +139,20 @@ public:
     // Before run(). Requests may name this host too, such as the one that a proxy on this machine passes on: a name or
     // an address (of IPv6 in brackets) without a port.
     void allowHttpHost(const char* name);
+    // Before run(). The HTTP server answers this path, such as "/" or "/page.js", with the text, of a type such as
+    // "text/html; charset=utf-8". None is copied: all must live until run() returns. The paths named above and /events
+    // stay the server's. Browsers let the page load from and ask this server only, and run no script in its HTML text.
+    void addPage(std::string_view path, std::string_view type, std::string_view text);
+    // Before run(). The HTTP server's /events (text/event-stream) sends what the callable returns, UTF-8 such as JSON,
+    // in an event of this name: to each client at first, and then with each change. It is called every 250 ms, on the
+    // thread of the System, while there is a client, and never without one. A text above 64 KiB is not sent, and logged
+    // once. At most 8 clients; one that does not read misses changes and is closed after 10 s.
+    void addEvent(const char* name, std::function<std::string()> text);
     // Off unless there is an HTTP port or the host calls setOn(true) before run(). While on, ticks are measured.
     Metrics& getMetrics() const;
+
+    // What --record, SIGUSR1 and SIGUSR2 start and stop, for a host with another way to ask for it.
+    Recording& getRecording() const;
 
     // Does what the first SIGTERM does.
     void beginDrain();

@@ -46,7 +46,7 @@ public:
 
 } // namespace
 
-HttpServer::HttpServer(Answer answer) : m_Answer(std::move(answer))
+HttpServer::HttpServer(Answer answer, EventSource* events) : m_Answer(std::move(answer)), m_Events(events)
 {
     setBindAddress(zet::StringHelper::utf8ToWide(kAddress));
     zet::NetLimits limits;
@@ -106,8 +106,10 @@ bool HttpServer::tickClient(Client& client, unsigned int tick)
         const auto state = stream.getConnectionState();
         return state == zet::TcpConnection::kEstablished || state == zet::TcpConnection::kClosedByPeer;
     };
-    if (!isOpen() || zet::inner::isReached(client.m_End, tick))
+    if (!isOpen() || (zet::inner::isReached(client.m_End, tick) && (!client.m_IsStream || stream.getOutputSize() > 0)))
         return false;
+    if (client.m_IsStream)
+        return tickStream(client, tick);
     if (client.m_IsAnswering)
     {
         if (stream.getOutputSize() > 0)
@@ -139,6 +141,31 @@ bool HttpServer::tickClient(Client& client, unsigned int tick)
     return true;
 }
 
+bool HttpServer::tickStream(Client& client, unsigned int tick)
+{
+    zet::TcpStream& stream = *client.m_Stream;
+    stream.view(1);
+    if (stream.available() > 0 || stream.getConnectionState() != zet::TcpConnection::kEstablished)
+        return false;
+    if (stream.getOutputSize() > 0)
+        return true;
+    m_Events->update(tick);
+    std::string text = m_Events->takeChanges(client.m_Round);
+    // A comment, which finds a peer that is gone.
+    if (text.empty() && zet::inner::isReached(client.m_End, tick))
+        text = ":\n\n";
+    if (text.empty())
+        return true;
+    client.m_End = tick + kMostTime;
+    return stream.send(text.data(), static_cast<int>(text.size())) == static_cast<int>(text.size());
+}
+
+int HttpServer::countStreams() const
+{
+    return static_cast<int>(
+        std::count_if(m_Clients.begin(), m_Clients.end(), [](const Client& each) { return each.m_IsStream; }));
+}
+
 void HttpServer::allowHost(const std::string& name)
 {
     m_Hosts.push_back(name);
@@ -168,18 +195,33 @@ void HttpServer::answer(Client& client, HttpRequest::State state, const HttpRequ
         made.m_Status = state;
         made.m_Body = std::string(reasonOf(state)) + '\n';
     }
+    bool isStream = made.m_IsStream && m_Events;
+    if (isStream && countStreams() >= kMostStreams)
+    {
+        made = HttpAnswer();
+        made.m_Status = 503;
+        made.m_Body = "too many streams\n";
+        isStream = false;
+    }
     client.m_IsAnswering = true;
-    client.m_IsLast = state != HttpRequest::kWhole || !request.m_KeepsAlive;
-    std::string text =
-        "HTTP/1.1 " + std::to_string(made.m_Status) + ' ' + reasonOf(made.m_Status) +
-        "\r\nContent-Type: " + made.m_Type + "\r\nContent-Length: " + std::to_string(made.m_Body.size()) +
-        "\r\nX-Content-Type-Options: nosniff\r\nConnection: " + (client.m_IsLast ? "close" : "keep-alive") + "\r\n";
+    client.m_IsLast = isStream || state != HttpRequest::kWhole || !request.m_KeepsAlive;
+    std::string text = "HTTP/1.1 " + std::to_string(made.m_Status) + ' ' + reasonOf(made.m_Status) +
+                       "\r\nContent-Type: " + made.m_Type;
+    if (!isStream)
+        text += "\r\nContent-Length: " + std::to_string(made.m_Body.size());
+    text += std::string("\r\nX-Content-Type-Options: nosniff\r\nConnection: ") +
+            (client.m_IsLast ? "close" : "keep-alive") + "\r\n" + made.m_Fields;
     if (made.m_Status == HttpRequest::kOtherMethod)
         text += "Allow: GET, HEAD\r\n";
     text += "\r\n";
-    if (!request.m_IsHead)
+    if (!request.m_IsHead && !isStream)
         text += made.m_Body;
     client.m_Stream->send(text.data(), static_cast<int>(text.size()));
+    if (!isStream || request.m_IsHead)
+        return;
+    if (countStreams() == 0)
+        m_Events->restart();
+    client.m_IsStream = true;
 }
 
 } // namespace host::inner

@@ -109,6 +109,11 @@ void QuestionTable::ask(Waiter& waiter, CCommandSocket& socket, const CCmdHead& 
         return;
     }
     addTimer(waiter, timeOut);
+    if (m_Observer)
+    {
+        waiter.m_Id = command.GetID();
+        waiter.m_Asked = std::chrono::steady_clock::now();
+    }
     if (isDown(socket))
         fail(waiter, {Unanswered::kEnded, socket.getEndCause()});
     else if (!areExpected(answers) || !sendAsPlaced(waiter, socket, command, answers))
@@ -189,6 +194,7 @@ bool QuestionTable::takeAnswer(CCommandSocket& socket, CCmdHead& answer, const s
     {
         waiter->m_Place = nullptr;
         removeTimer(*waiter);
+        reportEnd(*waiter, &type, {});
         guarded([&] { waiter->onAnswer(answer, type); });
     }
     else if (zet::PeerLog::takesLine())
@@ -210,6 +216,7 @@ int QuestionTable::getOpenCount() const
 void QuestionTable::closeTable()
 {
     m_IsClosed = true;
+    m_Observer = nullptr;
     stop();
     for (const auto& timer : m_Timers)
         timer.second->m_Number = 0;
@@ -256,6 +263,7 @@ void QuestionTable::replyToEnded()
             continue;
         waiter->m_Place = nullptr;
         removeTimer(*waiter);
+        reportEnd(*waiter, nullptr, why);
         guarded([&] { waiter->onUnanswered(why); });
     }
 }
@@ -275,8 +283,18 @@ void QuestionTable::replyToDue()
         removeTimer(*waiter);
         if (QuestionPlace* const place = std::exchange(waiter->m_Place, nullptr))
             place->m_Waiter = nullptr;
+        reportEnd(*waiter, nullptr, waiter->m_Reason);
         guarded([waiter] { waiter->onUnanswered(waiter->m_Reason); });
     }
+}
+
+void QuestionTable::reportEnd(const Waiter& waiter, const std::type_info* answer, Unanswered why) noexcept
+{
+    // One that waits for a time has no id.
+    if (!m_Observer || waiter.m_Id == 0)
+        return;
+    const QuestionEnd end{waiter.m_Id, answer, why, std::chrono::steady_clock::now() - waiter.m_Asked};
+    guarded([&] { m_Observer->onQuestionEnd(end); });
 }
 
 unsigned long long QuestionTable::now()

@@ -43,6 +43,9 @@ public:
     void onTick(unsigned int tick) override;
     const wchar_t* getClassName() const override { return L"host::Questions"; }
 
+    // Null for none.
+    QuestionObserver* m_Observer = nullptr;
+
 private:
     // The places of one connection, in the order in which the questions were asked.
     struct Conversation
@@ -60,6 +63,8 @@ private:
     bool areExpected(std::initializer_list<const std::type_info*> answers) const;
     void dropIfEmpty(Conversation& conversation);
 
+    // Answer is null without one.
+    void reportEnd(const Waiter& waiter, const std::type_info* answer, Unanswered why) noexcept;
     unsigned long long now();
     void addTimer(Waiter& waiter, std::chrono::milliseconds time);
     void removeTimer(Waiter& waiter) noexcept;

@@ -14,6 +14,13 @@ namespace
 
 constexpr int kMostPort = 65535;
 
+// A page loads and asks from this server alone, runs no script of its own text, and is in no frame of another one.
+constexpr char kPageFields[] =
+    "Content-Security-Policy: default-src 'none'; script-src 'self'; style-src 'self'; connect-src 'self'; "
+    "img-src 'self' data:; base-uri 'none'; form-action 'none'; frame-ancestors 'none'\r\n"
+    "Cross-Origin-Resource-Policy: same-origin\r\nReferrer-Policy: no-referrer\r\nCache-Control: no-cache\r\n";
+constexpr char kEventFields[] = "Cross-Origin-Resource-Policy: same-origin\r\nCache-Control: no-store\r\n";
+
 } // namespace
 
 bool ServiceParts::isReady() const
@@ -28,12 +35,24 @@ bool ServiceParts::isReady() const
                        });
 }
 
+bool ServiceParts::hasValidProxies() const
+{
+    zet::AddressFilter networks;
+    return networks.addSubnets(zet::AddressFilter::kPermitted, m_ProxyFrom);
+}
+
+void ServiceParts::expectProxy(zet::TcpServer& server) const
+{
+    if (!m_ProxyFrom.isEmpty())
+        server.expectProxyHeader(m_ProxyFrom);
+}
+
 bool ServiceParts::startHttp(zet::System& system)
 {
     if (m_HttpPort == Service::kNoHttp)
         return true;
     const auto server = zet::Unknown::Handle_T<HttpServer>(
-        new HttpServer([this](const HttpRequest& request) { return answerHttp(request); }));
+        new HttpServer([this](const HttpRequest& request) { return answerHttp(request); }, &m_Events));
     for (const std::string& name : m_HttpHosts)
         server->allowHost(name);
     const auto address = zet::StringHelper::utf8ToWide(HttpServer::kAddress);
@@ -77,12 +96,31 @@ HttpAnswer ServiceParts::answerHttp(const HttpRequest& request)
         answer.m_Status = isReady() ? 200 : 503;
         answer.m_Body = m_Drain.isBegun() ? "draining\n" : answer.m_Status == 200 ? "ready\n" : "not ready\n";
     }
-    else
+    else if (!answerPage(request, answer))
     {
         answer.m_Status = 404;
         answer.m_Body = "not found\n";
     }
     return answer;
+}
+
+bool ServiceParts::answerPage(const HttpRequest& request, HttpAnswer& answer) const
+{
+    if (request.m_Path == "/events" && !m_Events.isEmpty())
+    {
+        answer.m_Type = "text/event-stream";
+        answer.m_Fields = kEventFields;
+        answer.m_IsStream = true;
+        return true;
+    }
+    const auto page =
+        std::find_if(m_Pages.begin(), m_Pages.end(), [&](const Page& each) { return request.m_Path == each.m_Path; });
+    if (page == m_Pages.end())
+        return false;
+    answer.m_Type = page->m_Type;
+    answer.m_Fields = kPageFields;
+    answer.m_Body = page->m_Text;
+    return true;
 }
 
 } // namespace host::inner

@@ -7,6 +7,9 @@
 #include "host/inner/options.h"
 #include "host/inner/rendered_figures.h"
 #include "host/metrics.h"
+#include "host/recording.h"
+
+#include <string_view>
 
 namespace host::inner
 {
@@ -19,6 +22,15 @@ struct ServiceParts
     Drain m_Drain;
     Metrics m_Metrics{false};
     RenderedFigures m_Figures{m_Metrics};
+    Recording m_Recording;
+    struct Page
+    {
+        std::string_view m_Path;
+        std::string_view m_Type;
+        std::string_view m_Text;
+    };
+    std::vector<Page> m_Pages;
+    EventSource m_Events;
     // Null without a port.
     zet::Unknown::Handle_T<HttpServer> m_Http;
 
@@ -35,16 +47,26 @@ struct ServiceParts
     zet::String_T<wchar_t> m_LogFolder;
     int m_DrainTime = 0;
     int m_HttpPort = Service::kNoHttp;
+    // The networks of proxies; empty for none.
+    zet::String_T<wchar_t> m_ProxyFrom;
+    zet::String_T<wchar_t> m_RecordPath;
+    int m_RecordSize = static_cast<int>(Recording::kDefaultFileSize / Recording::kMebibyte);
+    int m_RecordFiles = Recording::kDefaultFiles;
 
     bool m_IsStarted = false;
 
     bool isReady() const;
-    // Serves /metrics, /healthz and /readyz in the System. False if the port cannot be bound.
+    bool hasValidProxies() const;
+    // Lets the server expect the headers of the proxies, if there are any.
+    void expectProxy(zet::TcpServer& server) const;
+    // Serves /metrics, /healthz, /readyz, the pages and the events in the System. False if the port cannot be bound.
     bool startHttp(zet::System& system);
     void stopHttp();
 
 private:
     HttpAnswer answerHttp(const HttpRequest& request);
+    // A page or the events; false for another path.
+    bool answerPage(const HttpRequest& request, HttpAnswer& answer) const;
 };
 
 } // namespace host::inner

@@ -1,6 +1,7 @@
 #include "host/inner/http_server.h"
 
 #include "framework/time.h"
+#include "tests/host/http_client.h"
 #include "tests/support/loopback.h"
 #include "tests/support/raw_handle.h"
 
@@ -12,61 +13,8 @@ namespace
 using host::inner::HttpAnswer;
 using host::inner::HttpRequest;
 using host::inner::HttpServer;
+using Client = test::HttpClient;
 using test::tickUntil;
-
-// A client that sends bytes and keeps what it gets.
-class Client
-{
-public:
-    Client(zet::System& system, unsigned short port) : m_System(system), m_Stream(new zet::TcpStream)
-    {
-        m_Stream->start(&system);
-        EXPECT_TRUE(m_Stream->connect(L"127.0.0.1", port, false));
-        EXPECT_TRUE(
-            tickUntil(system, [&] { return m_Stream->getConnectionState() == zet::TcpConnection::kEstablished; }));
-    }
-    ~Client()
-    {
-        m_Stream->close();
-        m_Stream->stop();
-    }
-    bool send(const std::string& text)
-    {
-        return m_Stream->send(text.data(), static_cast<int>(text.size())) == static_cast<int>(text.size());
-    }
-    const std::string& received()
-    {
-        char piece[4096];
-        for (int got; (got = m_Stream->read(piece, sizeof piece)) > 0 || (got = receiveNow(piece, sizeof piece)) > 0;)
-            m_Text.append(piece, static_cast<size_t>(got));
-        return m_Text;
-    }
-    bool isOver() const { return m_Stream->getConnectionState() != zet::TcpConnection::kEstablished; }
-    bool getsEnd()
-    {
-        return tickUntil(m_System,
-                         [&]
-                         {
-                             received();
-                             return isOver();
-                         });
-    }
-    bool gets(const std::string& text)
-    {
-        return tickUntil(m_System, [&] { return received().find(text) != std::string::npos; });
-    }
-
-    zet::System& m_System;
-    zet::Unknown::Handle_T<zet::TcpStream> m_Stream;
-    std::string m_Text;
-
-private:
-    int receiveNow(char* piece, int size)
-    {
-        const int got = m_Stream->peek(piece, size);
-        return m_Stream->skip(got);
-    }
-};
 
 class Http : public testing::Test
 {

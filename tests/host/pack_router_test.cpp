@@ -92,6 +92,26 @@ TEST_F(HostPacks, MessageReachesTheHandlerOfItsNumber)
     EXPECT_TRUE(m_Lines.texts().empty());
 }
 
+TEST_F(HostPacks, AHandlerTakesTheNumberThatItsMessageHas)
+{
+    Home home;
+    int handled = 0;
+    EXPECT_TRUE(home.number<HomePack_UnlockGame_Request>(7));
+    EXPECT_TRUE(
+        home.on<HomePack_UnlockGame_Request>([&](CCommandSocket&, HomePack_UnlockGame_Request&) { ++handled; }));
+    ASSERT_TRUE(home.install(m_Handlers));
+    EXPECT_TRUE(analyse(*enveloped<CCmdHomePackRequest>(7, HomePack_UnlockGame_Request())));
+    EXPECT_EQ(handled, 1);
+}
+
+TEST_F(HostPacks, AHandlerWithoutANumberIsRefusedAtStart)
+{
+    Home home;
+    EXPECT_FALSE(home.on<HomePack_UnlockGame_Request>([](CCommandSocket&, HomePack_UnlockGame_Request&) {}));
+    EXPECT_TRUE(hasError(kHome + std::wstring(L"HomePack_UnlockGame_Request has a handler but no number")));
+    EXPECT_FALSE(home.install(m_Handlers));
+}
+
 TEST_F(HostPacks, NumberGivenTwiceIsRefusedAtStart)
 {
     Home home;

@@ -116,6 +116,42 @@ TEST_F(HostQuestions, TimeOutComesWithTheTickThatReachesIt)
     EXPECT_EQ(m_Tasks->getCount(), 0);
 }
 
+TEST_F(HostQuestions, EndsAreReportedWithTheirClasses)
+{
+    struct Observer : host::QuestionObserver
+    {
+        void onQuestionEnd(const host::QuestionEnd& end) override { m_Ends.push_back(end); }
+        std::vector<host::QuestionEnd> m_Ends;
+    };
+    Observer observer;
+    const std::vector<host::QuestionEnd>& ends = observer.m_Ends;
+    m_Talk.m_Questions->setObserver(observer);
+    ask(1, 5s);
+    ASSERT_TRUE(m_Talk.wasAsked(m_Talk.accepted(), 1));
+    m_Talk.answer(m_Talk.accepted());
+    ASSERT_TRUE(m_Talk.tickUntil([&] { return m_Replies.size() == 1; }));
+    ask(2, 100ms);
+    m_Talk.advance(100);
+    ask(3, 5s);
+    m_Tasks->after(1ms, [] {});
+    m_Client->close();
+    ASSERT_TRUE(m_Talk.tickUntil([&] { return m_Replies.size() == 3; }));
+    m_Talk.advance(10);
+    ask(4, 5s);
+    m_Tasks->cancel();
+    ASSERT_EQ(ends.size(), 3U);
+    ASSERT_TRUE(ends[0].m_Answer);
+    EXPECT_TRUE(*ends[0].m_Answer == typeid(CCmdServerEchoReply));
+    EXPECT_GT(ends[0].m_Time.count(), 0);
+    EXPECT_FALSE(ends[1].m_Answer);
+    EXPECT_EQ(ends[1].m_Why.m_Reason, Unanswered::kTimedOut);
+    EXPECT_EQ(ends[2].m_Why.m_Reason, Unanswered::kEnded);
+    for (const host::QuestionEnd& end : ends)
+        EXPECT_EQ(end.m_Id, command_id::CCmdServerEcho);
+    m_Tasks.reset();
+    m_Talk.m_Questions.reset();
+}
+
 TEST_F(HostQuestions, LateAnswerIsNotGivenToALaterQuestion)
 {
     ask(1, 100ms);

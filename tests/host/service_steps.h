@@ -6,6 +6,7 @@
 #include "tests/support/simulated_sleep.h"
 
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace test
@@ -23,11 +24,13 @@ public:
     // Called once per tick until it returns true; then the next step's turn begins.
     void add(std::function<bool()> step) { m_Steps.push_back(std::move(step)); }
     // The exit code of the service. A test whose steps do not end shuts the service down after many ticks.
-    int run()
+    int run(std::vector<std::string> options = {})
     {
-        char name[] = "program";
-        char* words[] = {name};
-        const int code = m_Service.run(1, words);
+        options.insert(options.begin(), "program");
+        std::vector<char*> words;
+        for (std::string& each : options)
+            words.push_back(each.data());
+        const int code = m_Service.run(static_cast<int>(words.size()), words.data());
         stop();
         return code;
     }

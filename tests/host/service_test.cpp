@@ -56,15 +56,19 @@ constexpr char kHelp[] =
     "usage: zone [OPTION...]\n"
     "Runs a zone of the game.\n"
     "\n"
-    "  --help               print this text and end\n"
-    "  --log-folder TEXT    the folder of the log files, instead of log/ beside the program\n"
-    "  --port NUMBER        the port to listen on (8000)\n"
-    "  --level NUMBER       the level (-2)\n"
-    "  --greeting TEXT      what clients read first (hello)\n"
-    "  --quiet              say nothing\n"
-    "  --drain-time NUMBER  the milliseconds that open answers have at the end (10000)\n"
-    "  --http-port NUMBER   the port of 127.0.0.1 for /metrics, /healthz and /readyz: 0 for a free "
-    "one, -1 for none (-1)\n";
+    "  --help                 print this text and end\n"
+    "  --log-folder TEXT      the folder of the log files, instead of log/ beside the program\n"
+    "  --port NUMBER          the port to listen on (8000)\n"
+    "  --level NUMBER         the level (-2)\n"
+    "  --greeting TEXT        what clients read first (hello)\n"
+    "  --quiet                say nothing\n"
+    "  --drain-time NUMBER    the milliseconds that open answers have at the end (10000)\n"
+    "  --http-port NUMBER     the port of 127.0.0.1 for /metrics, /healthz and /readyz: 0 for a free "
+    "one, -1 for none (-1)\n"
+    "  --proxy-from TEXT      expect a PROXY protocol header on each TCP connection, from these networks only\n"
+    "  --record TEXT          a pcapng file for what the sockets carry, secrets masked\n"
+    "  --record-size NUMBER   the MiB at which that file is renamed to FILE.1 and begun anew (64)\n"
+    "  --record-files NUMBER  how many of these files are kept (4)\n";
 
 TEST(Service, HelpTextIsMadeFromTheOptions)
 {
