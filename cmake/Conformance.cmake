@@ -27,7 +27,25 @@ add_test(NAME Conformance.WirelensPasses COMMAND ${conformance} --width 32 ${vec
 add_test(NAME Conformance.AnotherWidthFails
   COMMAND ${conformance} --width 16 ${vectors} -- $<TARGET_FILE:wirelens> read)
 set_tests_properties(Conformance.AnotherWidthFails PROPERTIES WILL_FAIL TRUE)
+if(COMMONGROUND_OTHER_PROGRAMS)
+  # What wirelens dissector prints, run by tshark on captures of these vectors.
+  add_test(NAME Conformance.DissectorAgreesWithDecode
+    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/tests/dissector/check_dissector.py $<TARGET_FILE:wirelens> ${vectors})
+  set_tests_properties(Conformance.DissectorAgreesWithDecode PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 600)
+  # A capture of any size takes the same memory.
+  if(TARGET PkgConfig::pcap)
+    add_test(NAME Conformance.DecodeTakesBoundedMemory
+      COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/tests/wirelens/check_memory.py $<TARGET_FILE:wirelens> ${vectors})
+  endif()
+  # What wirelens docs prints, used in a headless browser.
+  add_test(NAME Conformance.PageWorksInABrowser
+    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/tests/docs/check_page.py $<TARGET_FILE:wirelens>)
+  set_tests_properties(Conformance.PageWorksInABrowser PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 300)
+endif()
 # From an installation, where nothing else of this tree is.
 add_test(NAME Conformance.InstalledPackageRuns
   COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR} -DPYTHON=${Python3_EXECUTABLE} -DPLACE=${place}
     -DWIRELENS=$<TARGET_FILE:wirelens> -P ${PROJECT_SOURCE_DIR}/tests/conformance/installed.cmake)
+# decode, then encode, gives the same bytes.
+add_test(NAME Conformance.EncodeGivesTheBytesBack
+  COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/tests/conformance/round_trip.py ${vectors} $<TARGET_FILE:wirelens>)

@@ -31,7 +31,7 @@ public:
     {
         m_Decoder.finish();
         require(m_Decoder.held() == 0);
-        require(m_Decoder.totals().m_Commands == m_Lines);
+        require(m_Decoder.totals().m_Commands + m_Decoder.totals().m_OtherMessages == m_Lines);
         require(m_Lines <= m_Size);
         require(m_Decoder.totals().m_SkippedBytes <= m_Decoder.totals().m_LostBytes + 0x1000000 + m_Size);
     }

@@ -2,10 +2,14 @@
 #include "tests/support/allocations.h"
 #include "tests/support/payload_maker.h"
 #include "tools/object_json.h"
+#include "tools/read_failure.h"
 #include "tools/reading.h"
 #include "tools/schema_reader.h"
 
 #include <gtest/gtest.h>
+
+#include <random>
+#include <string>
 
 namespace
 {
@@ -90,6 +94,45 @@ TEST(Sweep, EveryTruncationIsSurvivedWithinThePayload)
                 ASSERT_LE(reading.m_Consumed, static_cast<int>(size));
             }
         });
+}
+
+// Whole, cut anywhere, and with any byte changed: by the schema alone the same result after the same bytes.
+TEST(Sweep, ASchemaFailsWhereItsClassDoes)
+{
+    unsigned seed = 5000;
+    size_t failures = 0;
+    forEveryClass(
+        [&](const ClassInfo& info, Form form)
+        {
+            const auto check = [&](const std::string& bytes)
+            {
+                const Reading reading = tools::readOnly(info, form, bytes);
+                const tools::ClassReading other = tools::readAsClass(
+                    info.m_Wire(), bytes, form == Form::kCmd ? tools::Limits::kOfCommands : tools::Limits::kNone);
+                ASSERT_EQ(other.m_Read, reading.m_Read) << tools::hexOf(bytes.data(), bytes.size());
+                ASSERT_EQ(other.m_Consumed, static_cast<size_t>(reading.m_Consumed))
+                    << tools::hexOf(bytes.data(), bytes.size());
+                failures += reading.m_Read ? 0 : 1;
+            };
+            test::PayloadMaker maker(++seed);
+            std::mt19937 random(seed);
+            std::string whole = maker.make(info.m_Wire()).m_Bytes;
+            for (int i = 0; i < 3; ++i)
+                if (std::string more = maker.make(info.m_Wire()).m_Bytes; more.size() < 2000)
+                    whole = std::move(more);
+            const size_t step = whole.size() / 150 + 1;
+            for (size_t size = 0; size <= whole.size(); size += step)
+                check(whole.substr(0, size));
+            for (size_t i = 0; i < whole.size(); i += step)
+            {
+                std::string changed = whole;
+                changed[i] = static_cast<char>(random());
+                check(changed);
+                changed.resize(i + (changed.size() - i) / 2);
+                check(changed);
+            }
+        });
+    EXPECT_GT(failures, 10000u);
 }
 
 TEST(Sweep, HostileCountsCostNoMoreThanTheirBytesAllow)

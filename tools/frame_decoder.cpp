@@ -16,6 +16,9 @@ constexpr size_t kStreamHead = CCmdPackager::kMinHeaderSize;
 constexpr uint64_t kLargestFrame = static_cast<uint64_t>(CCmdPackager::kMaxHeaderSize) + CCmdPackager::kMaxDataSize;
 constexpr size_t kPacketHead = zet::PacketWriter::kHeadSize;
 
+// The length before a frame of a stream over UDP.
+constexpr size_t kUdpHead = 2;
+
 constexpr char kNoFrameHead[] = "no whole frame head";
 
 std::string tooShort(const char* what, uint64_t size, uint64_t there)
@@ -23,10 +26,11 @@ std::string tooShort(const char* what, uint64_t size, uint64_t there)
     return std::string(what) + " of " + std::to_string(size) + " bytes, had " + std::to_string(there);
 }
 
+// The number in the first four bytes, or in fewer if there are fewer.
 uint64_t packetLength(std::string_view bytes)
 {
     uint64_t length = 0;
-    for (size_t i = 0; i < kPacketHead; ++i)
+    for (size_t i = 0; i < std::min(kPacketHead, bytes.size()); ++i)
         length |= static_cast<uint64_t>(static_cast<unsigned char>(bytes[i])) << 8 * i;
     return length;
 }
@@ -73,20 +77,39 @@ void FrameDecoder::pass(uint64_t size)
 
 bool FrameDecoder::tellStreamFrame(std::string_view frame, uint64_t offset)
 {
+    // The head of a whole frame is enough to count it.
+    if (m_Counts && streamPayloadSize(frame) <= CCmdPackager::kMaxDataSize)
+    {
+        m_Counts->add(streamId(frame), streamPayloadSize(frame));
+        return true;
+    }
     CCmdPackager packager;
     if (!receiveFrame(packager, frame))
     {
         tellFailure(offset, kNoFrameHead);
         return false;
     }
+    tellFrame(packager, &offset);
+    return true;
+}
+
+void FrameDecoder::tellFrame(const CCmdPackager& frame, const uint64_t* offset)
+{
+    if (m_Counts)
+        return m_Counts->add(frame.GetCmdID(), static_cast<uint64_t>(frame.GetDataSize()));
+    if (m_TakeFrame)
+        m_TakeFrame(frame);
     m_Line.clear();
-    m_Line.put("{\"offset\":");
-    m_Line.addInteger(static_cast<long long>(offset));
-    m_Line.put(',');
-    const bool isGood = addCommand(m_Line, packager, true);
+    m_Line.put('{');
+    if (offset)
+    {
+        m_Line.put("\"offset\":");
+        m_Line.addInteger(static_cast<long long>(*offset));
+        m_Line.put(',');
+    }
+    const bool isGood = addCommand(m_Line, frame, true, m_PackTypes);
     m_Line.put('}');
     m_Tell(m_Line.view(), !isGood);
-    return true;
 }
 
 bool FrameDecoder::stepStream()
@@ -151,15 +174,41 @@ bool FrameDecoder::stepDatagram()
     const int used = frame.Unpack(bytes.data(), static_cast<int>(reach));
     if (used > 0)
     {
-        m_Line.clear();
-        m_Line.put('{');
-        const bool isGood = addCommand(m_Line, frame, true);
-        m_Line.put('}');
-        m_Tell(m_Line.view(), !isGood);
+        tellFrame(frame, nullptr);
         m_DatagramEnd = static_cast<uint64_t>(used);
     }
     m_IsOver = true;
     return false;
+}
+
+bool FrameDecoder::stepUdpStream()
+{
+    const std::string_view bytes = waiting();
+    if (bytes.size() < kUdpHead)
+        return false;
+    const auto length = static_cast<int16_t>(packetLength(bytes.substr(0, kUdpHead)));
+    if (length <= 0)
+    {
+        tellFailure(offset(), "length " + std::to_string(length) + " of a frame");
+        m_IsOver = true;
+        return false;
+    }
+    const auto size = static_cast<size_t>(length);
+    if (bytes.size() < kUdpHead + size)
+        return false;
+    CCmdPackager frame;
+    const std::string_view whole = bytes.substr(kUdpHead, size);
+    const size_t reach = datagramReach(whole);
+    const uint64_t begin = offset() + kUdpHead;
+    const int used = reach == 0 || reach > size ? 0 : frame.Unpack(whole.data(), static_cast<int>(size));
+    if (used <= 0)
+        tellFailure(begin, "no whole datagram frame");
+    else
+        tellFrame(frame, &begin);
+    if (used > 0 && used < length)
+        tellFailure(begin + static_cast<uint64_t>(used), std::to_string(length - used) + " bytes after the frame");
+    pass(kUdpHead + size);
+    return true;
 }
 
 bool FrameDecoder::step()
@@ -170,6 +219,8 @@ bool FrameDecoder::step()
         return stepPackets();
     case Framing::kDatagram:
         return stepDatagram();
+    case Framing::kUdpStream:
+        return stepUdpStream();
     case Framing::kStream:
         break;
     }
@@ -216,6 +267,15 @@ void FrameDecoder::finish()
     else if (m_Framing == Framing::kPackets)
     {
         finishPackets();
+    }
+    else if (m_Framing == Framing::kUdpStream)
+    {
+        const std::string_view left = m_Held;
+        if (left.size() >= kUdpHead)
+            tellFailure(m_Begin + kUdpHead,
+                        tooShort("frame", packetLength(left.substr(0, kUdpHead)), left.size() - kUdpHead));
+        else if (!left.empty())
+            tellFailure(m_Begin, "no whole length of a frame");
     }
     else if (!m_Held.empty())
     {

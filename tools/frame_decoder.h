@@ -1,21 +1,26 @@
 // Decodes frames from a recording as its bytes arrive: streams of frames, packets of TCP connections, datagrams.
 #pragma once
 
+#include "tools/command_counts.h"
 #include "tools/json_text.h"
+#include "tools/pack_types.h"
 
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
 
+class CCmdPackager;
+
 namespace tools
 {
 
 enum class Framing
 {
-    kStream,  // stream frames back to back
-    kPackets, // each after the 32-bit little-endian length of the connection's packets
-    kDatagram // the input is one datagram frame
+    kStream,   // stream frames back to back
+    kPackets,  // each after the 32-bit little-endian length of the connection's packets
+    kDatagram, // the input is one datagram frame
+    kUdpStream // datagram frames, each after its signed 16-bit little-endian length, as a connection over UDP has them
 };
 
 // Called for each frame and for each error with one JSON object as a line without its end, valid during the call, and
@@ -26,12 +31,20 @@ using Tell = std::function<void(std::string_view line, bool isError)>;
 // announces; input that cannot be a frame is skipped without being held.
 //
 // An error is an object with "error" and the offset of the bytes concerned. Among packets decoding continues with the
-// next packet after an error; elsewhere an error ends the input, since the start of the next frame is unknown.
+// next packet after an error, and in a stream over UDP after a frame that cannot be read; elsewhere an error ends the
+// input, since the start of the next frame is unknown.
 class FrameDecoder
 {
 public:
     FrameDecoder(Framing framing, Tell tell) : m_Framing(framing), m_Tell(std::move(tell)) {}
 
+    // Opens the messages of packs, and tunnels in tunnels. Not owned.
+    void setPackTypes(const PackTypes* types) { m_PackTypes = types; }
+    // Counts commands instead of reporting them, and does not read their fields. Not owned.
+    void setCounts(CommandCounts* counts) { m_Counts = counts; }
+    // Called with each command before it is reported.
+    using TakeFrame = std::function<void(const CCmdPackager& frame)>;
+    void setTakeFrame(TakeFrame take) { m_TakeFrame = std::move(take); }
     // The next bytes of the input, in pieces of any size.
     void add(std::string_view bytes);
     // Ends the input: reports truncated or extra bytes. Nothing may be added after it.
@@ -45,15 +58,20 @@ private:
     bool stepStream();
     bool stepPackets();
     bool stepDatagram();
+    bool stepUdpStream();
     std::string_view waiting() const { return std::string_view(m_Held).substr(m_At); }
     uint64_t offset() const { return m_Begin + m_At; }
     void tellFailure(uint64_t offset, const std::string& what);
     bool tellStreamFrame(std::string_view frame, uint64_t offset);
+    void tellFrame(const CCmdPackager& frame, const uint64_t* offset);
     void pass(uint64_t size);
     void finishPackets();
 
     Framing m_Framing;
     Tell m_Tell;
+    const PackTypes* m_PackTypes = nullptr;
+    CommandCounts* m_Counts = nullptr;
+    TakeFrame m_TakeFrame;
     JsonText m_Line;
     std::string m_Held;
     // How many of the held bytes are decoded, and the offset of the held bytes in the input.
@@ -81,6 +99,9 @@ public:
 
     Recording(Framing framing, Tell tell) : m_Decoder(framing, tell), m_Tell(std::move(tell)) {}
 
+    void setPackTypes(const PackTypes* types) { m_Decoder.setPackTypes(types); }
+    void setCounts(CommandCounts* counts) { m_Decoder.setCounts(counts); }
+    void setTakeFrame(FrameDecoder::TakeFrame take) { m_Decoder.setTakeFrame(std::move(take)); }
     void add(std::string_view content);
     void finish();
 

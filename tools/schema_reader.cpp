@@ -1,6 +1,7 @@
 #include "tools/schema_reader.h"
 
 #include "framework/string.h"
+#include "packaging/cmd_packager.h"
 #include "packaging/float_text.h"
 #include "tools/object_json.h"
 #include "tools/schema_walk.h"
@@ -24,16 +25,28 @@ class SchemaReader
 public:
     static constexpr bool kInMemory = false;
 
-    SchemaReader(std::string_view bytes, Explanation& out) : m_Bytes(bytes), m_Out(out) {}
+    SchemaReader(std::string_view bytes, Explanation& out, Limits limits) : m_Bytes(bytes), m_Out(out), m_Limits(limits)
+    {
+    }
 
     ordered_json number(const Field& field, uintptr_t, const std::string& name)
     {
-        return numberJson(field, number(field.size, name));
+        const size_t from = m_At;
+        const uint32_t bits = number(field.size, name);
+        // A number without a member is the version; those of a list or an array have no value of their own.
+        if (hasLimits() && field.name.empty() && field.extent != 0 && bits != static_cast<uint32_t>(field.extent))
+            fail(from, "version " + std::to_string(bits) + ", not " + std::to_string(field.extent), name);
+        return numberJson(field, bits);
     }
     ordered_json raw(const Field&, uintptr_t, int size, const std::string& name) { return raw(size, name); }
-    ordered_json block(const Field&, uintptr_t, const std::string& name)
+    ordered_json block(const Field& field, uintptr_t, const std::string& name)
     {
-        return raw(static_cast<int>(number(4, name + "(size)")), name);
+        const size_t from = m_At;
+        const int size = static_cast<int>(number(4, name + "(size)"));
+        const bool isLimited = hasLimits() && field.kind == wire::Kind::kBuffer && field.words.empty();
+        if (isLimited && size > CCmdPackager::kMaxBufferSize)
+            fail(from, tooMany(size, "bytes", CCmdPackager::kMaxBufferSize), name);
+        return raw(size, name);
     }
     int count(const Field&, const std::string& name) { return static_cast<int>(number(4, name)); }
     int literal(int, const std::string& name) { return static_cast<int>(number(4, name)); }
@@ -57,6 +70,8 @@ public:
         count &= 0x3F;
         for (uint32_t i = 0; i < more; ++i)
             count = count << 8 | bigEndian(1, name);
+        if (hasLimits() && count > static_cast<uint32_t>(CCmdPackager::kMaxTextUnits))
+            fail(from, tooMany(count, "units", CCmdPackager::kMaxTextUnits), name);
         const char* const units = take(static_cast<int>(count * 2), name);
         zet::String_T<wchar_t> text;
         bool ended = false;
@@ -82,14 +97,18 @@ public:
     size_t position() const { return m_At; }
 
 private:
+    bool hasLimits() const { return m_Limits == Limits::kOfCommands; }
+    [[noreturn]] void fail(size_t offset, const std::string& what, const std::string& name)
+    {
+        m_Out.m_Failure = what + " at " + name;
+        m_Out.m_FailureOffset = offset;
+        throw Failed();
+    }
     const char* take(int size, const std::string& name)
     {
         const size_t left = m_Bytes.size() - m_At;
         if (size < 0 || static_cast<size_t>(size) > left)
-        {
-            m_Out.m_Failure = "needed " + std::to_string(size) + ", had " + std::to_string(left) + " at " + name;
-            throw Failed();
-        }
+            fail(m_At, "needed " + std::to_string(size) + ", had " + std::to_string(left), name);
         const char* const at = m_Bytes.data() + m_At;
         m_At += static_cast<size_t>(size);
         return at;
@@ -127,14 +146,15 @@ private:
     std::string_view m_Bytes;
     size_t m_At = 0;
     Explanation& m_Out;
+    Limits m_Limits;
 };
 
 } // namespace
 
-Explanation explain(const wire::Schema& schema, std::string_view bytes)
+Explanation explain(const wire::Schema& schema, std::string_view bytes, Limits limits)
 {
     Explanation out;
-    SchemaReader reader(bytes, out);
+    SchemaReader reader(bytes, out, limits);
     try
     {
         out.m_Json = SchemaWalk<SchemaReader>(reader).object(schema, 0, "");

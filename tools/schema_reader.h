@@ -3,6 +3,7 @@
 #pragma once
 
 #include "packaging/wire/schema.h"
+#include "tools/read_failure.h"
 
 #include <nlohmann/json.hpp>
 
@@ -30,11 +31,13 @@ struct Explanation
     nlohmann::ordered_json m_Json = nlohmann::ordered_json::object();
     // Bytes read; after a failure, those before the value that failed.
     size_t m_Consumed = 0;
-    // "needed 4, had 2 at m_Flag1", or empty.
+    // "needed 4, had 2 at m_Flag1", or empty; and the offset of the bytes that are missing or refused.
     std::string m_Failure;
+    size_t m_FailureOffset = 0;
 };
 
-// Strict: the first missing value ends it, whatever the class's own quirks allow.
-Explanation explain(const wire::Schema& schema, std::string_view bytes);
+// Strict: the first missing value ends it, whatever the class's own quirks allow. With the limits of commands, so does
+// a head of another version, and a text or a buffer that is too long.
+Explanation explain(const wire::Schema& schema, std::string_view bytes, Limits limits = Limits::kNone);
 
 } // namespace tools

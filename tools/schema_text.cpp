@@ -17,6 +17,22 @@ constexpr size_t kLongestDefault = 80;
 // The only member whose default differs between processes.
 constexpr char kMadeAtLoad[] = "m_VerifySeed";
 
+void addField(std::string& out, const wire::Field& field, const ordered_json& defaults)
+{
+    out += "  " + (field.name.empty() ? "-" : field.name) + "  " + typeOf(field);
+    if (const std::string value = defaultText(field, defaults); !value.empty())
+        out += "  = " + value;
+    const std::string words = wire::wordsOf(field);
+    if (!words.empty())
+        out += "  [" + words + "]";
+    out += "\n";
+    if (field.kind == wire::Kind::kTable)
+        for (const wire::Field& part : field.parts)
+            addField(out, part, defaults);
+}
+
+} // namespace
+
 std::string typeOf(const wire::Field& field)
 {
     const bool isSized = field.says == wire::Says::kMember;
@@ -47,25 +63,18 @@ std::string typeOf(const wire::Field& field)
     }
 }
 
-void addField(std::string& out, const wire::Field& field, const ordered_json& defaults)
+std::string defaultText(const wire::Field& field, const ordered_json& defaults)
 {
-    out += "  " + (field.name.empty() ? "-" : field.name) + "  " + typeOf(field);
-    if (!field.name.empty() && field.kind != wire::Kind::kCount && defaults.contains(field.name))
-    {
-        const bool isMadeAtLoad = field.name == kMadeAtLoad;
-        const std::string value = isMadeAtLoad ? "(made at load)" : defaults[field.name].dump();
-        out += "  = " + (value.size() > kLongestDefault ? value.substr(0, kLongestDefault - 3) + "..." : value);
-    }
-    const std::string words = wire::wordsOf(field);
-    if (!words.empty())
-        out += "  [" + words + "]";
-    out += "\n";
-    if (field.kind == wire::Kind::kTable)
-        for (const wire::Field& part : field.parts)
-            addField(out, part, defaults);
+    if (field.name.empty() || field.kind == wire::Kind::kCount || !defaults.contains(field.name))
+        return "";
+    const std::string value = isMadeAtLoad(field) ? "(made at load)" : defaults[field.name].dump();
+    return value.size() > kLongestDefault ? value.substr(0, kLongestDefault - 3) + "..." : value;
 }
 
-} // namespace
+bool isMadeAtLoad(const wire::Field& field)
+{
+    return field.name == kMadeAtLoad;
+}
 
 std::string idText(const ClassInfo& info)
 {

@@ -1,5 +1,5 @@
 // The one walk over a schema: gives an object's values in wire order, as JSON. A source provides the values: an
-// object's memory, bytes, or a generator of random payloads.
+// object's memory, bytes, a generator of random payloads, or JSON.
 //
 // A source has kInMemory and these functions, each with the path of the value:
 //   number(field, place, path), real(field, ...), text(field, ...), block(field, ...)   one value
@@ -9,6 +9,13 @@
 //   sized(field, said)                the used size of an array; said is what its member gives
 // A place is an address, for a source in memory only. There a list has the elements that it holds, and counts are not
 // asked for.
+//
+// A source with kHasPlaces chooses the places itself; 0 is a value that it does not have. It also has these functions,
+// and its count() gets the list's place after the list:
+//   enter(schema, place, path)            the place of an object whose fields follow
+//   member(schema, object, field)         the place of a field
+//   element(place, i)                     the place of an element of an array or a list, or of a part of a pair
+//   holds(place, least, most, path)       checks the number of elements
 #pragma once
 
 #include "packaging/wire/schema.h"
@@ -33,11 +40,16 @@ public:
     // An address, or 0 for other sources.
     using Place = uintptr_t;
 
+    // Whether the source chooses the places.
+    static constexpr bool kHasPlaces = requires { Source::kHasPlaces; };
+
     explicit SchemaWalk(Source& source) : m_Source(source) {}
 
     // The fields of an object; those of a head are first.
     Json object(const wire::Schema& schema, Place at, const std::string& path)
     {
+        if constexpr (kHasPlaces)
+            at = m_Source.enter(schema, at, path);
         Scope scope{schema, at, {}, {}};
         Json head;
         Json body = Json::object();
@@ -76,10 +88,11 @@ private:
         const std::string name = field.name.empty() ? joined(path, "(") + field.type + ")" : joined(path, field.name);
         if (field.kind == Kind::kCount)
         {
-            scope.m_Counts[field.offset] = m_Source.count(laterOf(scope.m_Schema, field), joined(name, "(count)"));
+            scope.m_Counts[field.offset] =
+                countOf(laterOf(scope.m_Schema, field), memberAt(scope, field), joined(name, "(count)"));
             return;
         }
-        Json value = valueOf(field, scope.m_At + field.offset, name, scope);
+        Json value = valueOf(field, memberAt(scope, field), name, scope);
         if (field.most != 0)
             scope.m_Sizes[field.offset] = value.template get<int>();
         if (!field.name.empty())
@@ -106,8 +119,7 @@ private:
         case Kind::kArray:
             return arrayOf(field.parts[0], at, field.stride, howMany(field, scope), path, scope);
         case Kind::kPair:
-            return Json::array({valueOf(field.parts[0], at + field.parts[0].offset, joined(path, ".first"), scope),
-                                valueOf(field.parts[1], at + field.parts[1].offset, joined(path, ".second"), scope)});
+            return pairOf(field, at, path, scope);
         case Kind::kList:
             return listOf(field, at, path, scope);
         case Kind::kCount:
@@ -117,11 +129,21 @@ private:
         return nullptr;
     }
 
+    Json pairOf(const Field& field, Place at, const std::string& path, const Scope& scope)
+    {
+        check(at, 2, 2, path);
+        Json first = valueOf(field.parts[0], elementAt(at, 0, field.parts[0].offset), joined(path, ".first"), scope);
+        Json second = valueOf(field.parts[1], elementAt(at, 1, field.parts[1].offset), joined(path, ".second"), scope);
+        return Json::array({std::move(first), std::move(second)});
+    }
+
     Json arrayOf(const Field& element, Place at, size_t stride, int count, const std::string& path, const Scope& scope)
     {
+        check(at, count, count, path);
         Json array = Json::array();
         for (int i = 0; i < count; ++i)
-            array.push_back(valueOf(element, at + static_cast<size_t>(i) * stride, indexed(path, i), scope));
+            array.push_back(
+                valueOf(element, elementAt(at, i, static_cast<size_t>(i) * stride), indexed(path, i), scope));
         return array;
     }
 
@@ -146,10 +168,17 @@ private:
         }
         else
         {
-            const int count = field.says == wire::Says::kCount ? m_Source.count(field, joined(path, "(count)"))
+            const int count = field.says == wire::Says::kCount ? countOf(field, at, joined(path, "(count)"))
                                                                : scope.countAt(field.offset);
             for (int i = 0; i < count; ++i)
-                add(0, 0, indexed(path, i));
+            {
+                const std::string place = indexed(path, i);
+                const Place element = elementAt(at, i, 0);
+                const bool isPair = kHasPlaces && field.parts.size() == 2;
+                if (isPair)
+                    check(element, 2, 2, place);
+                add(isPair ? elementAt(element, 0, 0) : 0, isPair ? elementAt(element, 1, 0) : element, place);
+            }
         }
         return array;
     }
@@ -162,14 +191,18 @@ private:
         if (Source::kInMemory || field.says == wire::Says::kType)
         {
             for (const Field& column : field.parts)
-                json[column.name] = valueOf(column, scope.m_At + column.offset, joined(path, column.name), scope);
+                json[column.name] = valueOf(column, memberAt(scope, column), joined(path, column.name), scope);
             return;
         }
         const int rows = field.says == wire::Says::kCountBefore ? scope.countAt(field.parts[0].offset)
                                                                 : m_Source.literal(said.rows, joined(path, "(rows)"));
         const int across = said.across != 0 ? m_Source.literal(said.across, joined(path, "(columns)")) : 1;
         for (const Field& column : field.parts)
+        {
             json[column.name] = Json::array();
+            const bool isArray = column.kind == Kind::kArray;
+            check(memberAt(scope, column), isArray ? rows : 0, rows, joined(path, column.name));
+        }
         for (int row = 0; row < rows; ++row)
             for (int at = 0; at < across; ++at)
                 for (const Field& column : field.parts)
@@ -182,20 +215,52 @@ private:
         const Field& line = column.parts[0];
         const bool isKept = column.kind == Kind::kList || row < column.extent;
         const std::string place = indexed(joined(path, column.name), row);
+        const Place rowAt = elementAt(memberAt(scope, column), row, 0);
         if (across < 0)
         {
-            Json value = valueOf(line, 0, place, scope);
+            Json value = valueOf(line, rowAt, place, scope);
             if (isKept)
                 json.push_back(std::move(value));
             return;
         }
+        if (across == 0)
+            check(rowAt, line.extent, line.extent, place);
         if (isKept && across == 0)
             json.push_back(Json::array());
         if (line.extent < widest && across >= line.extent)
             return;
-        Json value = valueOf(line.parts[0], 0, indexed(place, across), scope);
+        Json value = valueOf(line.parts[0], elementAt(rowAt, across, 0), indexed(place, across), scope);
         if (isKept && across < line.extent)
             json.back().push_back(std::move(value));
+    }
+
+    // In memory a member and an element are offset bytes after the start of what holds them.
+    Place memberAt(const Scope& scope, const Field& field)
+    {
+        if constexpr (kHasPlaces)
+            return m_Source.member(scope.m_Schema, scope.m_At, field);
+        else
+            return scope.m_At + field.offset;
+    }
+    Place elementAt(Place at, [[maybe_unused]] int i, [[maybe_unused]] size_t offset)
+    {
+        if constexpr (kHasPlaces)
+            return m_Source.element(at, i);
+        else
+            return at + offset;
+    }
+    void check([[maybe_unused]] Place at, [[maybe_unused]] int least, [[maybe_unused]] int most,
+               [[maybe_unused]] const std::string& path)
+    {
+        if constexpr (kHasPlaces)
+            m_Source.holds(at, least, most, path);
+    }
+    int countOf(const Field& list, [[maybe_unused]] Place at, const std::string& path)
+    {
+        if constexpr (kHasPlaces)
+            return m_Source.count(list, at, path);
+        else
+            return m_Source.count(list, path);
     }
 
     int howMany(const Field& field, const Scope& scope)

@@ -211,4 +211,35 @@ TEST(Recording, TextThatBreaksOffIsAnError)
     EXPECT_EQ(half.m_Lines[1].second["error"], "half a byte at the end");
 }
 
+// Of a connection over UDP: each frame after its length.
+TEST(FrameDecoder, AStreamOverUdpIsReadFrameByFrame)
+{
+    const std::string frame = bytesOf("0800 0010 14 00 0200 0709");
+    const std::string stream = frame + bytesOf("0300 001014") + bytesOf("0900 0010 14 00 0200 0709 55") + frame;
+    for (const size_t pieceSize : {size_t{1}, size_t{3}, stream.size()})
+    {
+        Told<FrameDecoder> told(Framing::kUdpStream);
+        told.add(stream, pieceSize);
+        told.m_Taker.finish();
+        ASSERT_EQ(told.m_Lines.size(), 5u);
+        EXPECT_EQ(told.m_Lines[0].second["class"], "CCmdHostnameRequest");
+        EXPECT_EQ(told.m_Lines[0].second["offset"], 2);
+        EXPECT_EQ(told.m_Lines[1].second["error"], "no whole datagram frame");
+        EXPECT_EQ(told.m_Lines[1].second["offset"], 12);
+        EXPECT_EQ(told.m_Lines[2].second["fields"]["m_ServerType"], 9);
+        EXPECT_EQ(told.m_Lines[3].second["error"], "1 bytes after the frame");
+        EXPECT_EQ(told.m_Lines[4].second["offset"], 28);
+    }
+    for (const auto& [bytes, error] :
+         {std::pair{"0000", "length 0 of a frame"}, std::pair{"feff0010", "length -2 of a frame"},
+          std::pair{"0900 0010", "frame of 9 bytes, had 2"}, std::pair{"09", "no whole length of a frame"}})
+    {
+        Told<FrameDecoder> told(Framing::kUdpStream);
+        told.add(bytesOf(bytes), 1);
+        told.m_Taker.finish();
+        ASSERT_EQ(told.m_Lines.size(), 1u) << bytes;
+        EXPECT_EQ(told.m_Lines[0].second["error"], error);
+    }
+}
+
 } // namespace

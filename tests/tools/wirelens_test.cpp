@@ -175,7 +175,8 @@ TEST(Wirelens, EveryCommandHasHelp)
 {
     const test::Run all = wirelens("--help");
     EXPECT_EQ(all.m_Code, 0);
-    for (const char* const command : {"catalogue", "schema", "new", "read", "explain", "decode"})
+    for (const char* const command :
+         {"catalogue", "schema", "new", "read", "explain", "decode", "encode", "send", "serve", "proxy", "replay"})
     {
         const std::string form = std::string("wirelens ") + command;
         EXPECT_NE(all.m_Output.find(form), std::string::npos) << all.m_Output;

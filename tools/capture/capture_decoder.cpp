@@ -1,5 +1,6 @@
 #include "tools/capture/capture_decoder.h"
 
+#include "tools/capture/session_message.h"
 #include "tools/frame_reader.h"
 
 #include <algorithm>
@@ -25,6 +26,42 @@ std::string nameOf(const Endpoint& client, const Endpoint& server)
     return textOf(client) + "-" + textOf(server);
 }
 
+bool isDatagramFrame(std::string_view bytes)
+{
+    CCmdPackager frame;
+    return bytes.size() > 2 && isKnownId(bytes) &&
+           frame.Unpack(bytes.data(), static_cast<int>(bytes.size())) == static_cast<int>(bytes.size());
+}
+
+constexpr size_t kStreamLength = 2;
+
+// The frame at the beginning of a stream's bytes; empty without a whole one.
+std::string_view nextOfStream(std::string_view bytes)
+{
+    if (bytes.size() < kStreamLength)
+        return {};
+    const auto low = static_cast<unsigned char>(bytes[0]);
+    const auto high = static_cast<unsigned char>(bytes[1]);
+    // The length is a signed number.
+    const size_t length = high > 0x7F ? 0 : static_cast<size_t>(high << 8 | low);
+    return length > bytes.size() - kStreamLength ? std::string_view() : bytes.substr(kStreamLength, length);
+}
+
+// Whether the bytes are whole frames with their lengths, and at least one.
+bool isDatagramStream(std::string_view bytes)
+{
+    if (bytes.empty())
+        return false;
+    while (!bytes.empty())
+    {
+        const std::string_view frame = nextOfStream(bytes);
+        if (!isDatagramFrame(frame))
+            return false;
+        bytes.remove_prefix(kStreamLength + frame.size());
+    }
+    return true;
+}
+
 } // namespace
 
 std::string timeText(int64_t time)
@@ -47,7 +84,8 @@ struct CaptureDecoder::Side final : public FinderSink
 {
     Side(CaptureDecoder& decoder, const Connection& connection) : m_Decoder(decoder), m_Connection(connection) {}
 
-    void onFrame(const CCmdPackager& frame, uint64_t offset) override;
+    void onFrame(const CCmdPackager& frame, uint64_t offset, const NetPacketView* message) override;
+    void onMessage(std::string_view className, uint64_t offset, uint64_t size) override;
     void onNotice(const std::string& what, uint64_t offset, uint64_t skipped) override;
     void onLoss(uint64_t size) override { m_Decoder.m_Totals.m_LostBytes += size; }
     const char* direction() const;
@@ -92,9 +130,14 @@ const char* CaptureDecoder::Side::direction() const
     return (this == &m_Connection.m_First) == m_Connection.m_IsFirstClient ? "to_server" : "to_client";
 }
 
-void CaptureDecoder::Side::onFrame(const CCmdPackager& frame, uint64_t offset)
+void CaptureDecoder::Side::onFrame(const CCmdPackager& frame, uint64_t offset, const NetPacketView* message)
 {
-    m_Decoder.tell(m_Connection.m_Name, direction(), frame, &offset);
+    m_Decoder.tell(m_Connection.m_Name, direction(), frame, &offset, message);
+}
+
+void CaptureDecoder::Side::onMessage(std::string_view className, uint64_t offset, uint64_t size)
+{
+    m_Decoder.addMessageLine(m_Connection.m_Name, direction(), className, offset, size);
 }
 
 void CaptureDecoder::Side::onNotice(const std::string& what, uint64_t offset, uint64_t skipped)
@@ -110,10 +153,8 @@ CaptureDecoder::CaptureDecoder(Tell tell, std::function<void(const Notice&)> not
 
 CaptureDecoder::~CaptureDecoder() = default;
 
-void CaptureDecoder::tell(const std::string& connection, const char* direction, const CCmdPackager& frame,
-                          const uint64_t* offset)
+void CaptureDecoder::beginLine(const std::string& connection, const char* direction, const uint64_t* offset)
 {
-    ++m_Totals.m_Commands;
     m_Line.clear();
     m_Line.put("{\"time\":\"");
     m_Line.put(timeText(m_Now));
@@ -128,9 +169,34 @@ void CaptureDecoder::tell(const std::string& connection, const char* direction, 
         m_Line.addInteger(static_cast<long long>(*offset));
         m_Line.put(',');
     }
-    const bool isGood = addCommand(m_Line, frame, true);
+}
+
+void CaptureDecoder::tell(const std::string& connection, const char* direction, const CCmdPackager& frame,
+                          const uint64_t* offset, const NetPacketView* message)
+{
+    ++m_Totals.m_Commands;
+    if (m_Counts)
+        return m_Counts->add(frame.GetCmdID(), static_cast<uint64_t>(frame.GetDataSize()), m_Now);
+    if (m_TakeFrame)
+        m_TakeFrame(m_Now, connection, direction, frame);
+    beginLine(connection, direction, offset);
+    if (message)
+        addSessionMessage(m_Line, *message);
+    const bool isGood = addCommand(m_Line, frame, true, m_PackTypes);
     m_Line.put('}');
     m_Tell(m_Line.view(), !isGood);
+}
+
+void CaptureDecoder::addMessageLine(const std::string& connection, const char* direction, std::string_view className,
+                                    uint64_t offset, uint64_t size)
+{
+    ++m_Totals.m_OtherMessages;
+    if (m_Counts)
+        return;
+    beginLine(connection, direction, &offset);
+    addSessionMessage(m_Line, className, size);
+    m_Line.put('}');
+    m_Tell(m_Line.view(), false);
 }
 
 void CaptureDecoder::add(const CapturedPacket& captured)
@@ -157,21 +223,28 @@ void CaptureDecoder::add(const CapturedPacket& captured)
     }
 }
 
-// A datagram is a command if its frame takes all of it and a class has its id.
+// A datagram is a command if its frame takes all of it and a class has its id. In the form of the streams of
+// connections over UDP it is such frames, each after its 16-bit length.
 void CaptureDecoder::addDatagram(const Packet& packet)
 {
-    const std::string_view bytes = packet.m_Payload;
-    CCmdPackager frame;
-    const bool isFrame = packet.m_Missing == 0 && bytes.size() > 2 && isKnownId(bytes) &&
-                         frame.Unpack(bytes.data(), static_cast<int>(bytes.size())) == static_cast<int>(bytes.size());
-    if (!isFrame)
+    std::string_view bytes = packet.m_Payload;
+    const bool isFrame = packet.m_Missing == 0 && isDatagramFrame(bytes);
+    if (packet.m_Missing != 0 || !(isFrame || isDatagramStream(bytes)))
     {
         ++m_Totals.m_OtherDatagrams;
         return;
     }
     const bool isFromServer = isServer(packet.m_From, packet.m_To);
-    tell(isFromServer ? nameOf(packet.m_To, packet.m_From) : nameOf(packet.m_From, packet.m_To),
-         isFromServer ? "to_client" : "to_server", frame, nullptr);
+    const std::string connection =
+        isFromServer ? nameOf(packet.m_To, packet.m_From) : nameOf(packet.m_From, packet.m_To);
+    while (!bytes.empty())
+    {
+        const std::string_view next = isFrame ? bytes : nextOfStream(bytes);
+        CCmdPackager frame;
+        frame.Unpack(next.data(), static_cast<int>(next.size()));
+        tell(connection, isFromServer ? "to_client" : "to_server", frame, nullptr, nullptr);
+        bytes.remove_prefix(isFrame ? bytes.size() : kStreamLength + next.size());
+    }
 }
 
 CaptureDecoder::Connection& CaptureDecoder::connectionOf(const Packet& packet)

@@ -5,6 +5,7 @@
 #include "tools/capture/packet_finder.h"
 #include "tools/frame_decoder.h"
 #include "tools/json_text.h"
+#include "tools/pack_types.h"
 
 #include <cstdint>
 #include <list>
@@ -38,6 +39,8 @@ struct CaptureTotals
     uint64_t m_OtherPackets = 0;
     uint64_t m_BadPackets = 0;
     uint64_t m_OtherDatagrams = 0;
+    // Of net sessions, without a command.
+    uint64_t m_OtherMessages = 0;
     uint64_t m_GivenUp = 0;
 };
 
@@ -45,7 +48,9 @@ struct CaptureTotals
 std::string timeText(int64_t time);
 
 // A line has "time", "connection" ("client-server") and "direction" ("to_server" or "to_client"), then what the line
-// of the same frame from a FrameDecoder has. The client sent the SYN; where none was seen it has the higher port.
+// of the same frame from a FrameDecoder has. The client sent the SYN; where none was seen it has the higher port. The
+// command of a net session has "session" before that, with the class and the addresses of its message; another message
+// has "session" and "size" only.
 //
 // Memory is bounded: at most one packet of commands and TcpDirection::kMostAhead bytes per direction, and the limits
 // for all connections. Beyond them the connection that was idle for the longest time ends, with a notice.
@@ -65,6 +70,15 @@ public:
     }
     ~CaptureDecoder();
 
+    // Called with each command itself, before its line, with its time, connection and direction.
+    using TakeFrame = std::function<void(int64_t time, const std::string& connection, std::string_view direction,
+                                         const CCmdPackager& frame)>;
+    void setTakeFrame(TakeFrame take) { m_TakeFrame = std::move(take); }
+
+    // Counts commands instead of reporting them, and does not read their fields. Not owned.
+    void setCounts(CommandCounts* counts) { m_Counts = counts; }
+    // Opens the messages of packs, and tunnels in tunnels. Not owned.
+    void setPackTypes(const PackTypes* types) { m_PackTypes = types; }
     void add(const CapturedPacket& captured);
     // Ends all connections. Nothing may be added after it.
     void finish();
@@ -84,11 +98,18 @@ private:
     void startSide(Side& side, const Packet& packet);
     void end(Connection& connection);
     void bound();
-    void tell(const std::string& connection, const char* direction, const CCmdPackager& frame, const uint64_t* offset);
+    void beginLine(const std::string& connection, const char* direction, const uint64_t* offset);
+    void tell(const std::string& connection, const char* direction, const CCmdPackager& frame, const uint64_t* offset,
+              const NetPacketView* message);
+    void addMessageLine(const std::string& connection, const char* direction, std::string_view className,
+                        uint64_t offset, uint64_t size);
 
     Tell m_Tell;
     std::function<void(const Notice&)> m_Notice;
+    TakeFrame m_TakeFrame;
     Limits m_Limits;
+    const PackTypes* m_PackTypes = nullptr;
+    CommandCounts* m_Counts = nullptr;
     CaptureTotals m_Totals;
     JsonText m_Line;
     // The time of the packet being added.

@@ -1,6 +1,7 @@
 #include "tools/capture/packet_finder.h"
 
 #include "framework/packet.h"
+#include "net/session/inner/greeting.h"
 #include "tools/frame_reader.h"
 
 #include <algorithm>
@@ -14,15 +15,67 @@ namespace
 constexpr size_t kPacketHead = zet::PacketWriter::kHeadSize;
 constexpr size_t kHead = kPacketHead + CCmdPackager::kMinHeaderSize;
 
-// The length of the packet that starts here, with its length word; 0 if none can start here.
-uint64_t packetSize(std::string_view bytes)
+// A greeting with its length word.
+constexpr size_t kGreetingPacket = kPacketHead + size_t{zet::inner::kGreetingSize};
+
+uint64_t lengthAt(std::string_view bytes)
 {
     uint64_t length = 0;
     for (size_t i = 0; i < kPacketHead; ++i)
         length |= uint64_t{static_cast<unsigned char>(bytes[i])} << 8 * i;
+    return length;
+}
+
+// The length of the packet with a stream frame that starts here, with its length word; 0 if none can start here.
+uint64_t framePacketSize(std::string_view bytes)
+{
+    const uint64_t length = lengthAt(bytes);
     if (length > PacketFinder::kMostPacket || length != streamFrameSize(bytes.substr(kPacketHead)))
         return 0;
     return kPacketHead + length;
+}
+
+// The same for a message: its class name has 1 to 127 characters. Empty packets are skipped by readers.
+uint64_t messagePacketSize(std::string_view bytes)
+{
+    const uint64_t length = lengthAt(bytes);
+    const auto name = static_cast<unsigned char>(bytes[kPacketHead]);
+    if (length == 0)
+        return kPacketHead;
+    return length > PacketFinder::kMostPacket || name == 0 || name > 127 || name >= length ? 0 : kPacketHead + length;
+}
+
+bool startsWithGreeting(std::string_view bytes)
+{
+    return lengthAt(bytes) == zet::inner::kGreetingSize &&
+           bytes.substr(kPacketHead).starts_with(zet::inner::kGreetingMark);
+}
+
+// Whether a message's bytes, of which there may be a few only, start as one with a command does: with the size of the
+// class name and the name.
+bool canBeNetCommand(std::string_view bytes)
+{
+    if (bytes.empty() || static_cast<unsigned char>(bytes[0]) != kNetCommandName.size())
+        return bytes.empty();
+    bytes = bytes.substr(1, kNetCommandName.size());
+    return kNetCommandName.starts_with(bytes);
+}
+
+NetPacketView viewOf(std::string_view packet)
+{
+    return viewNetPacket({reinterpret_cast<const unsigned char*>(packet.data()), packet.size()});
+}
+
+std::string_view frameIn(const NetPacketView& view)
+{
+    return {reinterpret_cast<const char*>(view.m_Frame), view.m_FrameSize};
+}
+
+bool isPlausible(std::string_view frame)
+{
+    CCmdPackager packager;
+    return !frame.empty() && streamFrameSize(frame) == frame.size() && isKnownId(frame) &&
+           receiveFrame(packager, frame) && isReadExactly(packager);
 }
 
 std::string bytesText(uint64_t size)
@@ -40,7 +93,24 @@ void PacketFinder::start(const std::string& reason)
     m_ToPass = 0;
     m_Skipped = 0;
     m_IsSynchronised = reason.empty();
+    m_IsSession = false;
+    m_IsAtStart = true;
     m_Reason = reason;
+}
+
+bool PacketFinder::isHeadCut(std::string_view bytes) const
+{
+    return bytes.size() < (m_IsSession ? kPacketHead + 1 : kHead);
+}
+
+uint64_t PacketFinder::sizeHere() const
+{
+    const std::string_view bytes = waiting();
+    if (isHeadCut(bytes))
+        return 0;
+    if (m_IsAtStart && startsWithGreeting(bytes))
+        return kGreetingPacket;
+    return m_IsSession ? messagePacketSize(bytes) : framePacketSize(bytes);
 }
 
 void PacketFinder::compact()
@@ -66,20 +136,31 @@ void PacketFinder::lose(const std::string& reason)
     m_Skipped = 0;
 }
 
-void PacketFinder::give(std::string_view frame)
+void PacketFinder::give(std::string_view packet)
 {
+    const uint64_t offset = m_Begin + m_At + kPacketHead;
     CCmdPackager packager;
-    if (receiveFrame(packager, frame))
-        m_Sink.onFrame(packager, m_Begin + m_At + kPacketHead);
+    if (!m_IsSession)
+    {
+        if (receiveFrame(packager, packet))
+            m_Sink.onFrame(packager, offset, nullptr);
+        return;
+    }
+    const NetPacketView view = viewOf(packet);
+    const std::string_view frame = frameIn(view);
+    if (view.m_Frame && streamFrameSize(frame) == frame.size() && receiveFrame(packager, frame))
+        m_Sink.onFrame(packager, offset + static_cast<uint64_t>(frame.data() - packet.data()), &view);
+    else
+        m_Sink.onMessage(view.m_ClassName, offset, packet.size());
 }
 
 // One packet of a synchronised direction, or its absence. False if more bytes are needed.
 bool PacketFinder::step()
 {
     const std::string_view bytes = waiting();
-    if (bytes.size() < kHead)
+    if (isHeadCut(bytes))
         return false;
-    const uint64_t size = packetSize(bytes);
+    const uint64_t size = sizeHere();
     if (size == 0)
     {
         lose("bytes that are not a packet");
@@ -87,7 +168,11 @@ bool PacketFinder::step()
     }
     if (size > bytes.size())
         return false;
-    give(bytes.substr(kPacketHead, size - kPacketHead));
+    if (m_IsAtStart && startsWithGreeting(bytes))
+        m_IsSession = true;
+    else if (size > kPacketHead)
+        give(bytes.substr(kPacketHead, size - kPacketHead));
+    m_IsAtStart = false;
     m_At += size;
     return true;
 }
@@ -100,13 +185,17 @@ void PacketFinder::search(bool isEnd)
         const std::string_view bytes = waiting();
         if (bytes.size() < kHead)
             return;
-        const uint64_t size = packetSize(bytes);
-        if (size > bytes.size() && !isEnd && isKnownId(bytes.substr(kPacketHead)))
+        const std::string_view begin = bytes.substr(kPacketHead);
+        const bool isMessage = canBeNetCommand(begin);
+        const uint64_t size = isMessage ? messagePacketSize(bytes) : framePacketSize(bytes);
+        if (size > bytes.size() && !isEnd && (isMessage || isKnownId(begin)))
             return;
-        CCmdPackager packager;
-        if (size != 0 && size <= bytes.size() && isKnownId(bytes.substr(kPacketHead)) &&
-            receiveFrame(packager, bytes.substr(kPacketHead, size - kPacketHead)) && isReadExactly(packager))
+        const std::string_view packet =
+            bytes.substr(kPacketHead, size <= bytes.size() && size > 0 ? size - kPacketHead : 0);
+        if (!packet.empty() && isPlausible(isMessage ? frameIn(viewOf(packet)) : packet))
         {
+            m_IsSession = isMessage;
+            m_IsAtStart = false;
             m_Sink.onNotice(m_Reason + ", resynchronised after " + bytesText(m_Skipped), m_Begin + m_At, m_Skipped);
             m_IsSynchronised = true;
             m_Skipped = 0;
@@ -142,9 +231,9 @@ void PacketFinder::onGap(uint64_t size)
     const uint64_t held = waiting().size();
     // What the packet that has begun still needs. Within it, the start of the next one is known.
     uint64_t rest = m_ToPass;
-    if (rest == 0 && m_IsSynchronised && held >= kHead)
+    if (rest == 0 && m_IsSynchronised && !isHeadCut(waiting()))
     {
-        rest = packetSize(waiting()) - held;
+        rest = sizeHere() - held;
         if (rest >= size)
             m_Sink.onNotice(reason + " in a packet of " + bytesText(held + rest), m_Begin + m_At, held + rest - size);
     }

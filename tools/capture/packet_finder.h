@@ -1,9 +1,10 @@
 // Finds the packets of commands in the bytes of one direction of a connection: each is a 32-bit length and a stream
-// frame of that length.
+// frame of that length, or in a net session a message.
 #pragma once
 
 #include "packaging/cmd_packager.h"
 #include "tools/capture/tcp_direction.h"
+#include "transport/inner/net_command_view.h"
 
 #include <cstdint>
 #include <string>
@@ -18,7 +19,10 @@ class FinderSink
 {
 public:
     virtual ~FinderSink() = default;
-    virtual void onFrame(const CCmdPackager& frame, uint64_t offset) = 0;
+    // message is the one that carried the frame in a net session, otherwise null.
+    virtual void onFrame(const CCmdPackager& frame, uint64_t offset, const NetPacketView* message) = 0;
+    // A message of a net session without a command that can be read.
+    virtual void onMessage(std::string_view className, uint64_t offset, uint64_t size) = 0;
     // What was lost or passed over, in words, and how many captured bytes were skipped for it.
     virtual void onNotice(const std::string& what, uint64_t offset, uint64_t skipped) = 0;
     virtual void onLoss(uint64_t size) = 0;
@@ -26,7 +30,11 @@ public:
 
 // While it is synchronised, a packet starts where the previous one ended. It is not after a start in the middle of a
 // connection, after a gap over the end of a packet, and after bytes that are not a packet. Then it searches the next
-// plausible packet: one whose length is that of its frame, with a known id, which a class reads exactly.
+// plausible packet: one whose length is that of its frame, with a known id, which a class reads exactly; or a
+// Msg_NetCommand with such a frame.
+//
+// A direction that starts with the greeting of a net session, or in which such a Msg_NetCommand was found, is one: its
+// packets start with a class name and may have any length.
 class PacketFinder final : public ByteSink
 {
 public:
@@ -48,7 +56,11 @@ private:
     void findAll(bool isEnd);
     void search(bool isEnd);
     bool step();
-    void give(std::string_view frame);
+    void give(std::string_view packet);
+    // The size of the packet that starts here, with its length word; 0 if none can, or if bytes are too few to say.
+    uint64_t sizeHere() const;
+    // Whether the bytes are too few to say where the first packet ends.
+    bool isHeadCut(std::string_view bytes) const;
     void lose(const std::string& reason);
     void compact();
     std::string_view waiting() const { return std::string_view(m_Held).substr(m_At); }
@@ -62,6 +74,9 @@ private:
     // Bytes that belong to a packet with a gap in it.
     uint64_t m_ToPass = 0;
     bool m_IsSynchronised = true;
+    bool m_IsSession = false;
+    // The next packet is the first of the direction.
+    bool m_IsAtStart = true;
     // While it is not synchronised: why, and the captured bytes skipped since.
     std::string m_Reason;
     uint64_t m_Skipped = 0;

@@ -6,6 +6,7 @@
 #include "tools/reading.h"
 #include "tools/schema_reader.h"
 #include "tools/schema_text.h"
+#include "tools/wirelens/terminal.h"
 
 #include <iostream>
 
@@ -27,15 +28,15 @@ void printLine(const ordered_json& json)
     std::cout << tools::printedLine(json) << std::endl;
 }
 
+} // namespace
+
 const ClassInfo* classOf(const std::string& name)
 {
     const ClassInfo* const info = tools::findClass(name);
     if (!info)
-        std::cerr << "wirelens: no class " << name << "\n";
+        std::cerr << red("wirelens: no class " + name, hasColours(Stream::kError)) << "\n";
     return info;
 }
-
-} // namespace
 
 int catalogue(bool asJson)
 {
@@ -71,15 +72,6 @@ int catalogue(bool asJson)
     }
     if (asJson)
         printLine(all);
-    return 0;
-}
-
-int schema(const std::string& className)
-{
-    const ClassInfo* const info = classOf(className);
-    if (!info)
-        return 1;
-    std::cout << tools::schemaText(*info);
     return 0;
 }
 
@@ -122,14 +114,20 @@ int explain(const std::string& className, const std::string& hex)
         std::cerr << "wirelens: the bytes are not hexadecimal\n";
         return 1;
     }
-    const tools::Explanation explanation = tools::explain(info->m_Wire(), bytes);
+    const tools::Explanation explanation = tools::explain(
+        info->m_Wire(), bytes, tools::hasForm(*info, Form::kCmd) ? tools::Limits::kOfCommands : tools::Limits::kNone);
+    const bool colours = hasColours(Stream::kOutput);
     for (const tools::ExplainedValue& value : explanation.m_Values)
         std::cout << value.m_Offset << "  " << tools::hexOf(bytes.data() + value.m_Offset, value.m_Size) << "  "
                   << value.m_Field << "  " << value.m_Value << "\n";
     if (!explanation.m_Failure.empty())
-        std::cout << explanation.m_Failure << "\n";
+        std::cout << red(explanation.m_Failure + ", offset " + std::to_string(explanation.m_FailureOffset) + " of " +
+                             info->m_Name,
+                         colours)
+                  << "\n";
     else if (explanation.m_Consumed < bytes.size())
-        std::cout << bytes.size() - explanation.m_Consumed << " bytes after the last field\n";
+        std::cout << red(std::to_string(bytes.size() - explanation.m_Consumed) + " bytes after the last field", colours)
+                  << "\n";
     return explanation.m_Failure.empty() && explanation.m_Consumed == bytes.size() ? 0 : 1;
 }
 

@@ -1,13 +1,17 @@
 // wirelens decode: captures, and recordings of one connection.
 #include "tools/capture/capture_decoder.h"
+#include "tools/command_counts.h"
 #include "tools/frame_decoder.h"
 #include "tools/object_json.h"
 #include "tools/wirelens/commands.h"
+#include "tools/wirelens/terminal.h"
 
 #include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <iostream>
+#include <iterator>
+#include <optional>
 
 namespace wirelens
 {
@@ -64,7 +68,11 @@ private:
 class Decoding
 {
 public:
-    explicit Decoding(const DecodeOptions& options) : m_Options(options), m_IsFiltered(!options.m_Filter.isEmpty()) {}
+    explicit Decoding(const DecodeOptions& options)
+        : m_Options(options), m_IsFiltered(!options.m_Filter.isEmpty()),
+          m_IsCounting(options.m_Count || options.m_Summary)
+    {
+    }
 
     int run();
 
@@ -76,24 +84,86 @@ private:
     void print(std::string_view line, bool isError)
     {
         if (m_IsFiltered && !m_Options.m_Filter.passes(line))
+        {
+            m_Next = {};
             return;
+        }
         m_IsBad = m_IsBad || isError;
-        std::cout << line << '\n';
+        if (m_IsCounting)
+            return countLine(isError);
+        if (isError && m_HasColours)
+            std::cout << red(std::string(line), true) << '\n';
+        else
+            std::cout << line << '\n';
     }
+    // Of commands that a filter has passed: without one, the decoders count.
+    void countLine(bool isError);
+    template <class Decoder>
+    void prepare(Decoder& decoder);
+    void printCounts() const;
     void report(const tools::Notice& notice) const;
     void reportTotals(const tools::CaptureTotals& totals) const;
+    bool readPackTypes();
 
     const DecodeOptions& m_Options;
     const bool m_IsFiltered;
+    const bool m_IsCounting;
+    const bool m_HasColours = hasColours(Stream::kOutput);
     bool m_IsBad = false;
+    tools::PackTypes m_PackTypes;
+    tools::CommandCounts m_Counts;
+    // The command whose line comes next.
+    struct
+    {
+        bool m_IsThere = false;
+        unsigned short m_Id = 0;
+        uint64_t m_Size = 0;
+        std::optional<int64_t> m_Time;
+    } m_Next;
 };
+
+void Decoding::countLine(bool isError)
+{
+    if (isError)
+        m_Counts.addError();
+    if (m_Next.m_IsThere && m_Next.m_Time)
+        m_Counts.add(m_Next.m_Id, m_Next.m_Size, *m_Next.m_Time);
+    else if (m_Next.m_IsThere)
+        m_Counts.add(m_Next.m_Id, m_Next.m_Size);
+    m_Next = {};
+}
+
+template <class Decoder>
+void Decoding::prepare(Decoder& decoder)
+{
+    decoder.setPackTypes(m_PackTypes.isEmpty() ? nullptr : &m_PackTypes);
+    if (m_IsCounting && !m_IsFiltered)
+        decoder.setCounts(&m_Counts);
+}
+
+void Decoding::printCounts() const
+{
+    if (m_Options.m_Count)
+        std::cout << m_Counts.commands() << '\n';
+    if (m_Options.m_Summary)
+        for (const std::string& line : m_Counts.lines())
+            std::cout << line << '\n';
+    std::cout.flush();
+}
 
 void Decoding::decodeRecording(Input& input)
 {
-    tools::Recording recording(m_Options.m_Packets    ? tools::Framing::kPackets
-                               : m_Options.m_Datagram ? tools::Framing::kDatagram
-                                                      : tools::Framing::kStream,
+    tools::Recording recording(m_Options.m_Packets     ? tools::Framing::kPackets
+                               : m_Options.m_Datagram  ? tools::Framing::kDatagram
+                               : m_Options.m_UdpStream ? tools::Framing::kUdpStream
+                                                       : tools::Framing::kStream,
                                [this](std::string_view line, bool isError) { print(line, isError); });
+    prepare(recording);
+    if (m_IsCounting && m_IsFiltered)
+        recording.setTakeFrame(
+            [this](const CCmdPackager& frame) {
+                m_Next = {true, frame.GetCmdID(), static_cast<uint64_t>(frame.GetDataSize()), std::nullopt};
+            });
     std::string piece(0x10000, '\0');
     while (const size_t got = input.read(piece.data(), piece.size()))
         recording.add(std::string_view(piece).substr(0, got));
@@ -132,6 +202,7 @@ void Decoding::reportTotals(const tools::CaptureTotals& totals) const
         {"other_packets", "packets of other protocols", totals.m_OtherPackets},
         {"bad_packets", "packets with bad headers", totals.m_BadPackets},
         {"other_datagrams", "datagrams without a command", totals.m_OtherDatagrams},
+        {"other_messages", "messages of sessions without a command", totals.m_OtherMessages},
         {"given_up", "connections given up", totals.m_GivenUp},
     };
     if (m_Options.m_Notices)
@@ -164,6 +235,12 @@ int Decoding::decodeCapture(Input& input)
     }
     tools::CaptureDecoder decoder([this](std::string_view line, bool isError) { print(line, isError); },
                                   [this](const tools::Notice& notice) { report(notice); });
+    prepare(decoder);
+    if (m_IsCounting && m_IsFiltered)
+        decoder.setTakeFrame(
+            [this](int64_t time, const std::string&, std::string_view, const CCmdPackager& frame) {
+                m_Next = {true, frame.GetCmdID(), static_cast<uint64_t>(frame.GetDataSize()), time};
+            });
     for (tools::CapturedPacket packet; file.next(packet);)
         decoder.add(packet);
     decoder.finish();
@@ -204,8 +281,22 @@ int Decoding::decodePath(const std::string& path)
     return code;
 }
 
+bool Decoding::readPackTypes()
+{
+    std::ifstream file(m_Options.m_PackTypes, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::string fault = file.is_open() ? m_PackTypes.add(text) : "it cannot be opened";
+    if (fault.empty() && m_PackTypes.isEmpty())
+        fault = "it has no messages";
+    if (!fault.empty())
+        std::cerr << "wirelens: " << m_Options.m_PackTypes << ": " << fault << "\n";
+    return fault.empty();
+}
+
 int Decoding::run()
 {
+    if (!m_Options.m_PackTypes.empty() && !readPackTypes())
+        return 1;
     // Its buffer then returns what has arrived instead of waiting for a full read.
     std::ios::sync_with_stdio(false);
     int code = 0;
@@ -213,6 +304,8 @@ int Decoding::run()
         code = std::max(code, decodePath(path));
     if (m_Options.m_Paths.empty())
         code = decodePath("-");
+    if (m_IsCounting)
+        printCounts();
     return std::max(code, m_IsBad ? 1 : 0);
 }
 

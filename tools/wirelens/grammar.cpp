@@ -1,11 +1,16 @@
 #include "tools/wirelens/grammar.h"
 
 #include "tools/class_table.h"
+#include "tools/command_id.h"
 #include "tools/wirelens/commands.h"
+#include "tools/wirelens/help.h"
+#include "tools/wirelens/options.h"
+#include "tools/wirelens/terminal.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <CLI/Validators.hpp>
 
 #include <algorithm>
 #include <functional>
@@ -19,102 +24,12 @@ namespace wirelens
 namespace
 {
 
-constexpr size_t kSummaryColumn = 36;
-constexpr size_t kOptionColumn = 24;
-
-bool isListed(const CLI::Option* option)
-{
-    return !option->get_positional() && !option->check_name("--help");
-}
-
-// "decode [OPTIONS] [FILE...]"
-std::string formOf(const CLI::App* command)
-{
-    std::string form = "wirelens " + command->get_name();
-    if (!command->get_options(isListed).empty())
-        form += " [OPTIONS]";
-    for (const CLI::Option* const option : command->get_options())
-        if (option->get_positional())
-        {
-            const std::string name = option->get_name() + (option->get_items_expected_max() > 1 ? "..." : "");
-            form += option->get_required() ? " " + name : " [" + name + "]";
-        }
-    return form;
-}
-
-// The name of an option with its value, and its description in a column of its own.
-std::string lineOf(const CLI::Option* option)
-{
-    std::string line = "  " + option->get_name();
-    if (option->get_items_expected_max() > 0)
-        line += " " + option->get_type_name();
-    line.resize(std::max(line.size() + 2, kOptionColumn), ' ');
-    return line + option->get_description() + "\n";
-}
-
-std::string helpOf(const CLI::App* app)
-{
-    if (app->get_parent())
-    {
-        std::string text = "usage: " + formOf(app) + "\n" + app->get_description() + "\n";
-        for (const CLI::Option* const option : app->get_options(isListed))
-            text += lineOf(option);
-        return app->get_footer().empty() ? text : text + app->get_footer() + "\n";
-    }
-    std::string text = "usage:\n";
-    for (const CLI::App* const command : app->get_subcommands([](const CLI::App*) { return true; }))
-    {
-        std::string form = formOf(command);
-        form.resize(std::max(form.size() + 1, kSummaryColumn), ' ');
-        text += "  " + form + command->get_description() + "\n";
-    }
-    return text + "  wirelens COMMAND --help\n  wirelens --version\n"
-                  "Exit codes: 0 good, 1 the input is bad, 2 misuse.\n";
-}
-
-CLI::App* addCommand(CLI::App& app, const std::string& name, const std::string& summary, const std::string& details)
-{
-    CLI::App* const command = app.add_subcommand(name, summary);
-    command->footer(details);
-    return command;
-}
-
-// An option that may be given several times. Its function stores one value, and returns what is wrong with it.
-void addRepeated(CLI::App& command, const std::string& name, const std::string& type, const std::string& description,
-                 const std::function<std::string(const std::string&)>& store)
-{
-    command
-        .add_option_function<std::vector<std::string>>(
-            name,
-            [name, store](const std::vector<std::string>& values)
-            {
-                for (const std::string& value : values)
-                    if (const std::string fault = store(value); !fault.empty())
-                        throw CLI::ValidationError(name, std::string(value).append(" ").append(fault));
-            },
-            description)
-        ->type_name(type)
-        ->allow_extra_args(false);
-}
-
-// The id in a text, decimal or hexadecimal, or -1.
-int idOf(const std::string& text)
-{
-    const bool isHex = text.starts_with("0x");
-    const std::string digits = isHex ? text.substr(2) : text;
-    if (digits.empty() || digits.size() > 5 ||
-        digits.find_first_not_of(isHex ? "0123456789abcdefABCDEF" : "0123456789") != std::string::npos)
-        return -1;
-    const unsigned long id = std::stoul(digits, nullptr, isHex ? 16 : 10);
-    return id <= 0xFFFF ? static_cast<int>(id) : -1;
-}
-
 void addFilter(CLI::App& command, tools::LineFilter& filter)
 {
     addRepeated(command, "--id", "ID", "only commands with this id, such as 0x1013",
                 [&filter](const std::string& text) -> std::string
                 {
-                    const int id = idOf(text);
+                    const int id = tools::commandIdOf(text);
                     if (id < 0)
                         return "is not an id";
                     filter.m_Ids.push_back(static_cast<unsigned>(id));
@@ -173,7 +88,8 @@ const CLI::App* namedOf(const CLI::App& app)
 
 int misuse(const CLI::App* app, const std::string& what)
 {
-    std::cerr << "wirelens: " << what << "\n" << helpOf(app);
+    const bool colours = hasColours(Stream::kError);
+    std::cerr << red("wirelens: " + what, colours) << "\n" << helpOf(app, colours);
     return 2;
 }
 
@@ -196,8 +112,36 @@ int run(int argc, const char* const* argv)
 
     std::string className;
     CLI::App* const schemaCommand =
-        addCommand(app, "schema", "fields in wire order, types, defaults, quirks, smallest size", "");
-    schemaCommand->add_option("CLASS", className)->required();
+        addCommand(app, "schema", "fields in wire order, types, defaults, quirks, smallest size",
+                   "The document has all classes, or one and the records that it holds, with all that a codec needs:\n"
+                   "see docs/wire.md.");
+    CLI::Option* const schemaClass = schemaCommand->add_option("CLASS", className);
+    schemaCommand->add_flag("--json", asJson, "one versioned JSON document instead; without CLASS of all classes");
+
+    std::string older;
+    std::string newer;
+    CLI::App* const diffCommand = addCommand(
+        app, "diff", "what a change of the schemas breaks, in sentences",
+        "Compares two documents of wirelens schema --json, or one with the classes of this wirelens. - is the\n"
+        "standard input. Each difference is one line: what breaks, and whether an older peer fails to read a\n"
+        "newer one's bytes or a newer peer an older one's; what only adds; what is documentation, since the\n"
+        "bytes stay.\n"
+        "The exit code is 1 if something breaks, and 2 also for a document that cannot be read.");
+    diffCommand->add_option("OLD", older)->required();
+    diffCommand->add_option("NEW", newer);
+    diffCommand->add_flag("--json", asJson, "one JSON object per line instead");
+
+    std::string language;
+    std::string document;
+    CLI::App* const generateCommand = addCommand(
+        app, "generate", "a codec for scripts: python, typescript or javascript",
+        "Prints a module of one file without dependencies: a class for each command, record and message with\n"
+        "its fields by name, encoding, decoding and frames. javascript is the typescript module without its\n"
+        "types. It is made from the classes of this wirelens or from a document of wirelens schema --json.");
+    generateCommand->add_option("LANGUAGE", language)
+        ->required()
+        ->check(CLI::IsMember({"python", "typescript", "javascript"}));
+    generateCommand->add_option("DOCUMENT", document);
 
     CLI::App* const newCommand = addCommand(app, "new", "a default-constructed object as JSON", "");
     newCommand->add_option("CLASS", className)->required();
@@ -220,26 +164,71 @@ int run(int argc, const char* const* argv)
         app, "decode", "commands from captures, binary or hexadecimal as JSON lines",
         "Reads each file, or the standard input, and prints each command as soon as it is complete.\n"
         "A capture (pcap or pcapng) is recognised by its beginning. Its TCP connections are put together in both\n"
-        "directions, and its datagrams that are one frame are read; each line also has the time, the connection and\n"
-        "the direction. What is lost, skipped or given up is reported on the standard error.\n"
+        "directions, and its datagrams that are one frame, or frames after 16-bit lengths, are read; each line also\n"
+        "has the time, the connection and the direction, and in a net session its message. What is lost, skipped or\n"
+        "given up is reported on the standard error.\n"
         "Of several ids, classes, directions or addresses one must fit, of several fields all. Lines that are not\n"
         "commands are never left out.\n"
+        "--count and --summary do not read the fields, unless commands are chosen by filters: they also count a\n"
+        "command that its class refuses.\n"
         "Other input is consecutive stream frames. It is hexadecimal text if its first 8 bytes are digits and white\n"
         "space, else raw.\n"
         "The exit code is 1 if a line has an \"error\" or a capture is damaged.");
     CLI::Option* const packets = decodeCommand->add_flag(
         "--packets", decodeOptions.m_Packets,
         "each frame is in a packet, after a 32-bit length; a bad packet is reported and skipped");
-    decodeCommand->add_flag("--datagram", decodeOptions.m_Datagram, "the input is one datagram with one frame")
-        ->excludes(packets);
+    CLI::Option* const datagram =
+        decodeCommand->add_flag("--datagram", decodeOptions.m_Datagram, "the input is one datagram with one frame")
+            ->excludes(packets);
+    decodeCommand
+        ->add_flag("--udp-stream", decodeOptions.m_UdpStream,
+                   "the input is the stream of a connection over UDP: a 16-bit length before each datagram frame")
+        ->excludes(packets, datagram);
+    CLI::Option* const count =
+        decodeCommand->add_flag("--count", decodeOptions.m_Count, "print the number of commands only");
+    decodeCommand
+        ->add_flag("--summary", decodeOptions.m_Summary,
+                   "print only the number and the payload bytes by class, and their rates in a capture, as JSON lines")
+        ->excludes(count);
     decodeCommand->add_flag("--notices", decodeOptions.m_Notices,
                             "report what a capture lost or skipped as JSON lines among the commands");
+    decodeCommand
+        ->add_option("--pack-types", decodeOptions.m_PackTypes,
+                     "open packs by the tables in this file, and tunnels in tunnels")
+        ->type_name("FILE");
     addFilter(*decodeCommand, decodeOptions.m_Filter);
     decodeCommand->add_option("FILE", decodeOptions.m_Paths);
 
+    Chosen chosen;
+    addEncode(app, chosen);
+    addSend(app, chosen);
+    addServe(app, chosen);
+    addProxy(app, chosen);
+    addReplay(app, chosen);
+
+    CLI::App* const dissectorCommand =
+        addCommand(app, "dissector", "a dissector for Wireshark and tshark, in Lua",
+                   "Prints one script. Put it into Wireshark's folder of personal Lua plugins, or name it:\n"
+                   "  wirelens dissector > commonground.lua && tshark -X lua_script:commonground.lua -r FILE\n"
+                   "Ports, the types of pack messages and the width of text are preferences of the protocol.");
+
+    CLI::App* const docsCommand =
+        addCommand(app, "docs", "the protocol reference as one page of HTML",
+                   "Prints one page: frames and heads, then every class with its fields, quirks and an example. It\n"
+                   "needs no network and no server: wirelens docs > protocol.html");
+
     std::string topic;
-    CLI::App* const helpCommand = addCommand(app, "help", "the help of one command, or this list", "");
+    std::string shell;
+    bool asManual = false;
+    CLI::App* const helpCommand =
+        addCommand(app, "help", "the help of one command, or this list",
+                   "The installation has the manual page and the scripts for both shells where these look for them.");
     helpCommand->add_option("COMMAND", topic);
+    CLI::Option* const manual = helpCommand->add_flag("--man", asManual, "the manual page wirelens(1), for man");
+    helpCommand->add_option("--completion", shell, "a script that completes command lines")
+        ->type_name("SHELL")
+        ->check(CLI::IsMember({"bash", "zsh"}))
+        ->excludes(manual);
 
     try
     {
@@ -247,7 +236,7 @@ int run(int argc, const char* const* argv)
     }
     catch (const CLI::CallForHelp&)
     {
-        std::cout << helpOf(namedOf(app));
+        std::cout << helpOf(namedOf(app), hasColours(Stream::kOutput));
         return 0;
     }
     catch (const CLI::CallForVersion& version)
@@ -265,19 +254,33 @@ int run(int argc, const char* const* argv)
     if (helpCommand->parsed())
     {
         const auto named = app.get_subcommands([&](const CLI::App* command) { return command->get_name() == topic; });
-        std::cout << helpOf(named.empty() ? &app : named.front());
+        std::cout << (asManual          ? manualOf(&app, WIRELENS_VERSION)
+                      : shell == "bash" ? bashCompletionOf(&app)
+                      : shell == "zsh"  ? zshCompletionOf(&app)
+                                        : helpOf(named.empty() ? &app : named.front(), hasColours(Stream::kOutput)));
         return 0;
     }
+    if (chosen)
+        return chosen();
     if (catalogueCommand->parsed())
         return catalogue(asJson);
     if (schemaCommand->parsed())
-        return schema(className);
+        return schemaClass->count() == 0 && !asJson ? misuse(schemaCommand, "CLASS is required")
+                                                    : schema(className, asJson);
+    if (diffCommand->parsed())
+        return diff(older, newer, asJson);
+    if (generateCommand->parsed())
+        return generate(language, document);
     if (newCommand->parsed())
         return makeNew(className);
     if (readCommand->parsed())
         return read();
     if (explainCommand->parsed())
         return explain(className, hex);
+    if (docsCommand->parsed())
+        return docs();
+    if (dissectorCommand->parsed())
+        return dissector();
     return decode(decodeOptions);
 }
 
