@@ -1,131 +1,64 @@
-// The miniature platform: a registry, services and clients, each a process of this executable.
-#include "examples/arena/call.h"
-#include "examples/arena/demo.h"
-#include "examples/arena/options.h"
-#include "examples/arena/registry.h"
-#include "examples/arena/service.h"
-#include "examples/arena/text.h"
-#include "framework/string_helper.h"
+// The miniature platform: a registry, servers and clients, each a process of this executable.
+#include "examples/arena/roles.h"
+#include "host/service.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 namespace
 {
 
-using arena::Options;
-
-constexpr char kUsage[] = "usage: arena registry [--port P]\n"
-                          "           keeps the registry of the servers on this machine\n"
-                          "       arena service --type N --name S --registry P [--port P] [--id HEX]\n"
-                          "           a server of type N: registers, greets the others, measures echoes\n"
-                          "       arena lookup --type N --registry P\n"
-                          "           prints the address of a server of type N; returns 1 if there is none\n"
-                          "       arena shutdown --registry P | --service P\n"
-                          "           ends all servers and their registry, or one service\n"
-                          "       arena demo\n"
-                          "           plays all of it with processes of its own\n"
-                          "A port P of a server may be 0 for a free one. An id is 32 hexadecimal digits.\n";
-
-// The exit code for an invalid command line.
-constexpr int kBadUsage = 2;
-constexpr int kMostPort = 0xFFFF;
-
-int complain(const std::string& error)
-{
-    std::fprintf(stderr, "arena: %s\n\n%s", error.c_str(), kUsage);
-    return kBadUsage;
-}
-
-// A name is also the name of a directory of log files.
-bool isName(const std::string& name)
-{
-    return !name.empty() && name.size() <= 32 &&
-           std::all_of(name.begin(), name.end(),
-                       [](char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' || c == '_'; });
-}
-
-int runRegistry(Options& options)
-{
-    int port = 0;
-    if (options.has("--port") && !options.getNumber("--port", 0, kMostPort, port))
-        return complain(options.getError());
-    const zet::Unknown::Handle_T<arena::Registry> registry(new arena::Registry(static_cast<unsigned short>(port)));
-    return registry->run() ? 0 : 1;
-}
-
-int runService(Options& options)
-{
-    int type = 0;
-    int registry = 0;
-    int port = 0;
-    arena::ServiceOptions service;
-    if (!options.getNumber("--type", 1, CFrameworkClientSocket::kUnknownServerType - 1, type) ||
-        !options.getNumber("--registry", 1, kMostPort, registry) ||
-        (options.has("--port") && !options.getNumber("--port", 0, kMostPort, port)))
-        return complain(options.getError());
-    const std::string name = options.getText("--name");
-    if (!isName(name))
-        return complain("--name wants 1 to 32 of a-z, 0-9, '-' and '_'");
-    if (options.has("--id") && !arena::idFromText(options.getText("--id"), service.m_Id))
-        return complain("--id wants 32 hexadecimal digits");
-    service.m_Type = static_cast<unsigned char>(type);
-    service.m_RegistryPort = static_cast<unsigned short>(registry);
-    service.m_Port = static_cast<unsigned short>(port);
-    service.m_Name = zet::StringHelper::utf8ToWide(name.c_str());
-    const zet::Unknown::Handle_T<arena::Service> host(new arena::Service(service));
-    return host->run() ? host->getResult() : 1;
-}
-
-int runLookup(Options& options)
-{
-    int type = 0;
-    int registry = 0;
-    if (!options.getNumber("--type", 0, CFrameworkClientSocket::kUnknownServerType, type) ||
-        !options.getNumber("--registry", 1, kMostPort, registry))
-        return complain(options.getError());
-    return arena::lookUp(static_cast<unsigned char>(type), static_cast<unsigned short>(registry));
-}
-
-int runShutdown(Options& options)
-{
-    int port = 0;
-    if (options.has("--registry") == options.has("--service"))
-        return complain("either --registry or --service is wanted");
-    if (!options.getNumber(options.has("--registry") ? "--registry" : "--service", 1, kMostPort, port))
-        return complain(options.getError());
-    return arena::orderShutdown(static_cast<unsigned short>(port));
-}
-
-int runDemo(Options&)
-{
-    return arena::runDemo() ? 0 : 1;
-}
-
-struct Role
-{
-    const char* m_Name;
-    int (*m_Run)(Options& options);
-    std::vector<std::string> m_Options;
+constexpr arena::Role kRoles[] = {
+    {"registry", "keeps the registry of the servers on this machine", arena::runRegistry},
+    {"service", "a server: registers, greets the others, measures echoes", arena::runService},
+#ifdef ARENA_HAS_PLATFORM
+    {"platform", "serves players: accounts, logins, purchases, progress", arena::runPlatform},
+    {"audit", "prints what is wrong in the database of a platform", arena::runAudit},
+#endif
+    {"zone", "a game zone, and the centre of all zones", arena::runZone},
+    {"game", "runs races for a zone", arena::runGame},
+    {"sport", "rooms and sessions of sports", arena::runSport},
+    {"lesson", "dance lessons", arena::runLesson},
+    {"device", "phones that drive a game, and a camera", arena::runDevice},
+    {"numbers", "prints the numbers of the messages in packs, a line of JSON per pair of envelopes", arena::runNumbers},
+    {"lookup", "prints the address of a server of a type; returns 1 if there is none", arena::runLookup},
+    {"shutdown", "ends all servers and their registry, or one server", arena::runShutdown},
+#ifdef ARENA_HAS_PLAYERS
+    {"player", "plays scripts as a player of the platform, or of a single server", arena::runPlayer},
+    {"run", "starts everything, lets players play, and audits the outcome", arena::runAll},
+#endif
+    {"demo", "plays the registry with processes of its own", arena::runDemo},
 };
+
+void printUsage(std::FILE* out)
+{
+    std::fputs("usage: arena ROLE [OPTION...]\n", out);
+    for (const arena::Role& role : kRoles)
+        std::fprintf(out, "  %-10s%s\n", role.m_Name, role.m_Help);
+    std::fputs("arena ROLE --help prints the options of a role. A port of 0 is a free one.\n", out);
+}
 
 } // namespace
 
+const arena::Role* arena::findRole(std::string_view name)
+{
+    const Role* const role =
+        std::find_if(std::begin(kRoles), std::end(kRoles), [&](const Role& each) { return name == each.m_Name; });
+    return role == std::end(kRoles) ? nullptr : role;
+}
+
 int main(int count, char** words)
 {
-    const std::vector<Role> roles = {
-        {"registry", runRegistry, {"--port"}},
-        {"service", runService, {"--type", "--name", "--registry", "--port", "--id"}},
-        {"lookup", runLookup, {"--type", "--registry"}},
-        {"shutdown", runShutdown, {"--registry", "--service"}},
-        {"demo", runDemo, {}},
-    };
-    const std::string name = count > 1 ? words[1] : "";
-    const auto role = std::find_if(roles.begin(), roles.end(), [&](const Role& each) { return name == each.m_Name; });
-    if (role == roles.end())
-        return complain(name.empty() ? "a role is wanted" : name + " is no role");
-    Options options;
-    if (!options.parse(std::vector<std::string>(words + 2, words + count), role->m_Options))
-        return complain(options.getError());
-    return role->m_Run(options);
+    if (const arena::Role* const role = count > 1 ? arena::findRole(words[1]) : nullptr)
+        return role->m_Run(count - 1, words + 1);
+    if (count > 1 && std::string_view(words[1]) == "--help")
+    {
+        printUsage(stdout);
+        return host::kExitGood;
+    }
+    if (count > 1)
+        std::fprintf(stderr, "arena: there is no role '%s'\n\n", words[1]);
+    printUsage(stderr);
+    return host::kExitUsage;
 }

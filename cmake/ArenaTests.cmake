@@ -1,0 +1,82 @@
+# Tests of arena: its accounts, kills between the steps of a change, and its roles as processes over loopback.
+if(CMAKE_CROSSCOMPILING OR WIN32 OR NOT TARGET arena)
+  return()
+endif()
+
+if(TARGET arena_accounts)
+  add_executable(account_tests ${PROJECT_SOURCE_DIR}/tests/arena/account_tests.cpp)
+  target_link_libraries(account_tests PRIVATE arena_accounts commonground_warnings GTest::gtest GTest::gtest_main)
+  add_test(NAME Arena.AccountStore COMMAND account_tests)
+endif()
+
+# A sanitizer slows processes down, and what it would find is in the test above.
+if(COMMONGROUND_SANITIZE)
+  return()
+endif()
+
+if(TARGET arena_accounts)
+  add_executable(account_crash ${PROJECT_SOURCE_DIR}/tests/arena/account_crash.cpp)
+  target_link_libraries(account_crash PRIVATE arena_accounts commonground_warnings)
+  add_test(NAME Arena.NothingAcknowledgedIsLostByAKill
+    COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:account_crash> -DPLACE=${PROJECT_BINARY_DIR}/account_crash_files
+      -P ${PROJECT_SOURCE_DIR}/tests/arena/account_crash.cmake)
+  set_tests_properties(Arena.NothingAcknowledgedIsLostByAKill PROPERTIES TIMEOUT 120)
+endif()
+
+# The players are coroutines.
+if(NOT COMMONGROUND_HAS_COROUTINES)
+  return()
+endif()
+find_package(Python3 COMPONENTS Interpreter REQUIRED)
+
+# Platforms and scripted players, with each database.
+if(TARGET arena_accounts)
+  add_executable(waiting_player ${PROJECT_SOURCE_DIR}/tests/arena/waiting_player.cpp)
+  target_link_libraries(waiting_player PRIVATE commonground commonground_warnings)
+  foreach(database sqlite postgresql)
+    add_test(NAME Arena.PlatformServesPlayersWith.${database}
+      COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_platform.py ${database}
+        $<TARGET_FILE:arena> $<TARGET_FILE:waiting_player>)
+    set_tests_properties(Arena.PlatformServesPlayersWith.${database} PROPERTIES TIMEOUT 180 SKIP_RETURN_CODE 77)
+  endforeach()
+  # Players through HAProxy, and the files for its operation.
+  set(deploy ${PROJECT_SOURCE_DIR}/examples/arena/deploy)
+  add_test(NAME Arena.PlatformsBehindHAProxy
+    COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_haproxy.py $<TARGET_FILE:arena>
+      ${deploy}/haproxy.cfg)
+  set_tests_properties(Arena.PlatformsBehindHAProxy PROPERTIES TIMEOUT 180 SKIP_RETURN_CODE 77)
+  foreach(program haproxy systemd)
+    add_test(NAME Arena.FilesOfDeployment.${program}
+      COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_deploy.py ${program}
+        $<TARGET_FILE:arena> ${deploy})
+    set_tests_properties(Arena.FilesOfDeployment.${program} PROPERTIES TIMEOUT 60 SKIP_RETURN_CODE 77)
+  endforeach()
+endif()
+
+# The other roles. The players are scripts; what they receive is counted.
+set(udp "")
+if(COMMONGROUND_UDP)
+  set(udp --udp)
+endif()
+function(commonground_arena_test script scenario)
+  add_test(NAME Arena.${scenario}
+    COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/${script} ${scenario} $<TARGET_FILE:arena> ${udp})
+  set_tests_properties(Arena.${scenario} PROPERTIES TIMEOUT 120 SKIP_RETURN_CODE 77)
+endfunction()
+foreach(scenario race_of_eight killed_game_server restarted_zone drained_servers servers_by_registry)
+  commonground_arena_test(check_race.py ${scenario})
+endforeach()
+foreach(scenario sport lesson device address_in_brackets)
+  commonground_arena_test(check_sessions.py ${scenario})
+endforeach()
+set(runs run_over_udp left_in_a_game)
+if(COMMONGROUND_TLS)
+  list(APPEND runs run_over_tls)
+endif()
+foreach(scenario ${runs})
+  commonground_arena_test(check_run.py ${scenario})
+endforeach()
+# Its page in a headless browser, and the dashboard and alerts beside it.
+foreach(scenario page names rules)
+  commonground_arena_test(check_monitoring.py ${scenario})
+endforeach()

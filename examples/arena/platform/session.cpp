@@ -1,0 +1,73 @@
+#include "examples/arena/platform/session.h"
+#include "commands/login.h"
+#include "examples/arena/platform/platform.h"
+#include "framework/log.h"
+
+namespace arena::platform
+{
+
+Session::Session(Platform& platform, CCmdAnalyserSocket* analyser)
+    : CFrameworkClientSocket(analyser), m_Platform(platform), m_Number(platform.addSession(*this))
+{
+}
+
+Session::~Session()
+{
+    end();
+    m_Platform.removeSession(*this);
+}
+
+bool Session::save(const Accounts::Also& also)
+{
+    const Saved saved = m_Platform.getAccounts().save(m_Stored, also);
+    if (saved == Saved::kLost)
+        kickOut();
+    return saved == Saved::kDone;
+}
+
+void Session::undo()
+{
+    if (!m_Platform.getAccounts().reload(m_Stored))
+        kickOut();
+}
+
+void Session::begin(const StoredAccount& account)
+{
+    end();
+    m_Stored = account;
+    m_Platform.addPlayer(*this);
+}
+
+void Session::end()
+{
+    if (!isLoggedIn())
+        return;
+    m_Platform.removePlayer(*this);
+    m_Stored = StoredAccount();
+    m_GameType = 0;
+    m_GameId = 0;
+    m_Order.clear();
+}
+
+void Session::kickOut()
+{
+    if (m_IsKickedOut)
+        return;
+    m_IsKickedOut = true;
+    if (isLoggedIn())
+    {
+        zet::Log::message(L"%s is kicked out", m_Stored.m_Name);
+        m_Platform.removePlayer(*this);
+    }
+    send(CCmdAccountKickOut());
+    close();
+}
+
+void Session::onEnd(const zet::EndCause&)
+{
+    // The ticket stays valid, so that a player whose connection broke comes back without a password.
+    end();
+    m_Platform.removeSession(*this);
+}
+
+} // namespace arena::platform

@@ -1,0 +1,15 @@
+// Echoes, which every server answers.
+#pragma once
+
+#include "host/tasks.h"
+
+namespace arena::player
+{
+
+class Player;
+class Players;
+
+bool installEcho(Players& players);
+host::Task playEcho(Player& player);
+
+} // namespace arena::player

@@ -1,0 +1,10 @@
+# Runs the kills with two seeds, each in an empty folder.
+foreach(seed 1 2)
+  file(REMOVE_RECURSE ${PLACE})
+  file(MAKE_DIRECTORY ${PLACE})
+  execute_process(COMMAND ${PROGRAM} ${PLACE} ${seed} 10 RESULT_VARIABLE result)
+  if(NOT result EQUAL 0)
+    message(FATAL_ERROR "seed ${seed}: ${result}")
+  endif()
+endforeach()
+file(REMOVE_RECURSE ${PLACE})

@@ -1,0 +1,222 @@
+// What the account database promises to several platforms, with SQLite in a file.
+#include "examples/arena/platform/audit.h"
+#include "examples/arena/platform/catalogue.h"
+#include "examples/arena/platform/database.h"
+#include "examples/arena/platform/orders.h"
+#include "examples/arena/platform/schema.h"
+
+#include <gtest/gtest.h>
+
+#include <soci/sqlite3/soci-sqlite3.h>
+
+#include <filesystem>
+
+namespace
+{
+
+using namespace arena::platform;
+
+class AccountStore : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_Folder = std::filesystem::temp_directory_path() /
+                   ("arena_" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
+        std::filesystem::remove_all(m_Folder);
+        std::filesystem::create_directory(m_Folder);
+    }
+    void TearDown() override { std::filesystem::remove_all(m_Folder); }
+
+    std::string getPath() const { return (m_Folder / "accounts.db").string(); }
+    std::string getUrl() const { return "sqlite://" + getPath(); }
+    // A change behind the back of the program.
+    void change(const std::string& statement) const
+    {
+        soci::session sql(soci::sqlite3, "db=" + getPath());
+        sql << statement;
+    }
+
+private:
+    std::filesystem::path m_Folder;
+};
+
+// Opens an order for Ann, pays it and applies its bill.
+std::string buyDiamonds(Accounts& accounts)
+{
+    Orders orders(accounts);
+    StoredAccount ann;
+    Order order;
+    if (!accounts.find(L"Ann", ann) || !orders.open(ann.m_Id, L"first", L"diamonds-10", 100, order) ||
+        !orders.pay(order.m_Number, 100) || orders.apply(order.m_Number) != Applied::kDone)
+        return "";
+    return order.m_Number;
+}
+
+} // namespace
+
+TEST_F(AccountStore, TwoPlatformsNeverOverwriteEachOther)
+{
+    Database firstDatabase(getUrl());
+    Database secondDatabase(getUrl());
+    Accounts first(firstDatabase);
+    Accounts second(secondDatabase);
+    ASSERT_TRUE(first.create(L"Ann", "", nullptr, L"", *makeRecords()));
+    StoredAccount here;
+    StoredAccount there;
+    ASSERT_TRUE(first.find(L"Ann", here));
+    ASSERT_TRUE(second.find(L"Ann", there));
+    goldOf(*here.m_Records) = 500;
+    EXPECT_EQ(first.save(here), Saved::kDone);
+    goldOf(*there.m_Records) = 7;
+    EXPECT_EQ(second.save(there), Saved::kChanged);
+    EXPECT_EQ(goldOf(*there.m_Records), 500) << "the records are those of the database again";
+    goldOf(*there.m_Records) = 7;
+    EXPECT_EQ(second.save(there), Saved::kDone);
+}
+
+TEST_F(AccountStore, AfterALoginElsewhereAnOlderOneCannotSave)
+{
+    Database database(getUrl());
+    Accounts accounts(database);
+    ASSERT_TRUE(accounts.create(L"Ann", "", nullptr, L"", *makeRecords()));
+    StoredAccount older;
+    StoredAccount newer;
+    ASSERT_TRUE(accounts.find(L"Ann", older));
+    ASSERT_TRUE(accounts.logIn(older.m_Id, "first", "1", older));
+    ASSERT_TRUE(accounts.logIn(older.m_Id, "second", "2", newer));
+    EXPECT_EQ(accounts.save(older), Saved::kLost);
+    EXPECT_EQ(accounts.save(newer), Saved::kDone);
+    const std::vector<std::pair<int, long long>> logins = accounts.findLogins("first");
+    ASSERT_EQ(logins.size(), 1u);
+    EXPECT_EQ(logins[0], std::make_pair(newer.m_Id, newer.m_Epoch));
+    EXPECT_TRUE(accounts.findLogins("second").empty());
+}
+
+TEST_F(AccountStore, WholeRecordsComeBack)
+{
+    Database database(getUrl());
+    Accounts accounts(database);
+    const auto records = makeRecords();
+    records->m_Account.m_Value3 = 33;
+    records->m_Account.m_Allowance[6] = 66;
+    records->m_Account.m_TrainingMap[3].m_BestScore = 85.5f;
+    records->m_CombatData.m_CombatRating = 1500;
+    ASSERT_TRUE(accounts.create(L"Ann", "a hash", identity::kPhone, L"4711", *records));
+    StoredAccount ann;
+    ASSERT_TRUE(accounts.findByIdentity(identity::kPhone, L"4711", ann));
+    EXPECT_EQ(ann.m_Password, "a hash");
+    EXPECT_EQ(ann.m_Records->m_Account.m_Value3, 33);
+    EXPECT_EQ(ann.m_Records->m_Account.m_Allowance[6], 66);
+    EXPECT_EQ(ann.m_Records->m_Account.m_TrainingMap[3].m_BestScore, 85.5f);
+    EXPECT_EQ(ann.m_Records->m_CombatData.m_CombatRating, 1500);
+    EXPECT_FALSE(accounts.create(L"Ann", "", nullptr, L"", *makeRecords())) << "the name is taken";
+    EXPECT_FALSE(accounts.create(L"Ben", "", identity::kPhone, L"4711", *makeRecords())) << "the phone is taken";
+}
+
+TEST_F(AccountStore, ABillIsAppliedOnce)
+{
+    Database database(getUrl());
+    Accounts accounts(database);
+    Orders orders(accounts);
+    ASSERT_TRUE(accounts.create(L"Ann", "", nullptr, L"", *makeRecords()));
+    StoredAccount before;
+    ASSERT_TRUE(accounts.find(L"Ann", before));
+    const std::string number = buyDiamonds(accounts);
+    ASSERT_FALSE(number.empty());
+    EXPECT_TRUE(orders.pay(number, 100));
+    EXPECT_EQ(orders.apply(number), Applied::kDone);
+    StoredAccount after;
+    ASSERT_TRUE(accounts.find(L"Ann", after));
+    EXPECT_EQ(diamondsOf(*after.m_Records), 10);
+    EXPECT_EQ(accounts.save(before), Saved::kChanged) << "a session elsewhere does not undo the bill";
+    EXPECT_TRUE(audit(database, 0).m_Findings.empty());
+}
+
+TEST_F(AccountStore, AnOrderIsClosedAfterItsTimeUnlessItIsPaid)
+{
+    Database database(getUrl());
+    Accounts accounts(database);
+    Orders orders(accounts);
+    ASSERT_TRUE(accounts.create(L"Ann", "", nullptr, L"", *makeRecords()));
+    Order unpaid;
+    Order paid;
+    ASSERT_TRUE(orders.open(1, L"unpaid", L"diamonds-10", 100, unpaid));
+    ASSERT_TRUE(orders.open(1, L"paid", L"diamonds-10", 100, paid));
+    EXPECT_FALSE(orders.pay(paid.m_Number, 99)) << "another price";
+    ASSERT_TRUE(orders.pay(paid.m_Number, 100));
+    const long long later = 4102444800; // 2100
+    EXPECT_FALSE(audit(database, later).m_Findings.empty());
+    ASSERT_TRUE(orders.expire(later));
+    ASSERT_TRUE(orders.find(unpaid.m_Number, unpaid));
+    ASSERT_TRUE(orders.find(paid.m_Number, paid));
+    EXPECT_EQ(unpaid.m_State, OrderState::kExpired);
+    EXPECT_EQ(paid.m_State, OrderState::kOpen);
+    EXPECT_FALSE(orders.pay(unpaid.m_Number, 100));
+    ASSERT_EQ(orders.findPaid(), std::vector<std::string>{paid.m_Number});
+    EXPECT_EQ(orders.apply(paid.m_Number), Applied::kDone);
+    EXPECT_TRUE(audit(database, later).m_Findings.empty());
+}
+
+TEST_F(AccountStore, TheAuditFindsEachFault)
+{
+    for (const char* fault :
+         {"DELETE FROM bills", "UPDATE orders SET state = 0", "UPDATE orders SET state = 2",
+          "UPDATE orders SET price = 1", "DELETE FROM payments", "UPDATE bills SET version = 1000",
+          "UPDATE bills SET diamonds = 11", "UPDATE accounts SET training = ''", "UPDATE accounts SET name = 'Eve'",
+          "UPDATE accounts SET last_servers = '9|'", "UPDATE accounts SET ticket = 'x'",
+          "UPDATE accounts SET version = 0", "UPDATE accounts SET account = x'00'"})
+    {
+        std::filesystem::remove(getPath());
+        std::filesystem::remove(getPath() + "-wal");
+        std::filesystem::remove(getPath() + "-shm");
+        {
+            Database database(getUrl());
+            Accounts accounts(database);
+            ASSERT_TRUE(accounts.create(L"Ann", "", nullptr, L"", *makeRecords()));
+            ASSERT_FALSE(buyDiamonds(accounts).empty());
+            ASSERT_TRUE(audit(database, 0).m_Findings.empty());
+        }
+        change(fault);
+        Database database(getUrl());
+        EXPECT_FALSE(audit(database, 0).m_Findings.empty()) << fault;
+    }
+}
+
+TEST_F(AccountStore, TablesOfAnyOlderVersionAreBroughtUpToDate)
+{
+    const auto& migrations = getMigrations();
+    for (size_t version = 1; version <= migrations.size(); ++version)
+    {
+        std::filesystem::remove(getPath());
+        {
+            soci::session sql(soci::sqlite3, "db=" + getPath());
+            sql << "CREATE TABLE schema_version (version INTEGER NOT NULL)";
+            sql << "INSERT INTO schema_version (version) VALUES (" << static_cast<int>(version) << ")";
+            for (size_t i = 0; i < version; ++i)
+                for (std::string statement : migrations[i])
+                {
+                    for (const auto& [from, to] :
+                         {std::pair("BYTES", "BLOB"), std::pair("NUMBERED", "INTEGER PRIMARY KEY")})
+                        for (size_t at = statement.find(from); at != std::string::npos; at = statement.find(from))
+                            statement.replace(at, std::string(from).size(), to);
+                    sql << statement;
+                }
+        }
+        Database database(getUrl());
+        Accounts accounts(database);
+        EXPECT_TRUE(accounts.create(L"Ann", "", nullptr, L"", *makeRecords())) << version;
+        EXPECT_FALSE(buyDiamonds(accounts).empty()) << version;
+    }
+}
+
+TEST_F(AccountStore, TablesOfANewerVersionAreNotTouched)
+{
+    {
+        Database database(getUrl());
+    }
+    change("INSERT INTO schema_version (version) VALUES (1000)");
+    EXPECT_THROW(Database database(getUrl()), std::exception);
+    EXPECT_THROW(Database database("sqlite://" + getPath() + ".none", false), std::exception);
+    EXPECT_THROW(Database database("mysql://there"), std::exception);
+}
