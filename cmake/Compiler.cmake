@@ -2,6 +2,15 @@
 add_library(commonground_warnings INTERFACE)
 target_compile_options(commonground_warnings INTERFACE
   -Wall -Wextra -Wpedantic $<$<BOOL:${COMMONGROUND_WERROR}>:-Werror>)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # A false alarm of this compiler with -O3, for a literal + a std::string (GCC bug 105651).
+  target_compile_options(commonground_warnings INTERFACE -Wno-restrict)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 15)
+  # Such a Clang reports the deprecated function that std::stable_sort of libstdc++ 12 calls itself. GCC and older versions
+  # of Clang report what the library's own code calls.
+  target_compile_options(commonground_warnings INTERFACE -Wno-deprecated-declarations)
+endif()
 
 # For the tests and the fuzz targets too, since they compile some of the library's private headers.
 if(NOT COMMONGROUND_FAST_PATHS)

@@ -37,7 +37,8 @@ endif()
 # several files have, the linker keeps the first copy, so these files come last.
 set(rare ${sources})
 list(FILTER rare INCLUDE REGEX "/(\
-host/(metrics|service|inner/(drain|http_request|http_server|manager|metric_families|options|service_parts))|\
+host/(metrics|registration|service)|\
+host/inner/(drain|event_source|http_request|http_server|manager|metric_families|options|registration_parts|service_parts)|\
 runtime/[a-z_]+|runtime/inner/[a-z_]+|\
 framework/(app|format|json|log|message|module|property|property_factory|string_helper|inner/log_mailbox)|\
 net/(address_filter|end_cause|door/names|inner/end_log|session/address|tls/context_[a-z]+|tls/inner/(source|store|verify)_[a-z]+)|\

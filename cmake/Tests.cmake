@@ -65,6 +65,8 @@ if(sources)
     COMMONGROUND_TESTS_DIR="${COMMONGROUND_DRIVE}${PROJECT_SOURCE_DIR}/tests"
     COMMONGROUND_BUILD_DIR="${COMMONGROUND_DRIVE}${PROJECT_BINARY_DIR}"
     COMMONGROUND_STARTER="${starter}")
+  set_property(SOURCE ${PROJECT_SOURCE_DIR}/tests/host/recording_posix_test.cpp APPEND PROPERTY COMPILE_DEFINITIONS
+    COMMONGROUND_OTHER_PROGRAMS=$<BOOL:${COMMONGROUND_OTHER_PROGRAMS}>)
   target_precompile_headers(commonground_tests PRIVATE <cmake/std_pch.h> <gtest/gtest.h>)
   # It defines calls of the C library anew, which the checked copies of their headers would do, too.
   set_source_files_properties(${PROJECT_SOURCE_DIR}/tests/support/system_calls.cpp PROPERTIES
@@ -81,10 +83,12 @@ if(sources)
   endforeach()
   if(CMAKE_CROSSCOMPILING AND NOT WIN32)
     # Under QEMU a start takes longer than most tests. Not run there: the mutations of all golden vectors, which take
-    # too long, and the demo, which starts programs itself; the Interop tests cover the same with the same programs.
+    # too long, and the demo and the run, which start programs themselves; the Interop tests cover the same as the demo
+    # with the same programs.
     set(COMMONGROUND_TESTS_BY_SUITE ON)
     # The last ones start this program again, or fork while other threads run, which QEMU does not support.
     string(JOIN ":" COMMONGROUND_TESTS_LEFT_OUT Mutation.* Arena.DemoPlaysAllStepsAndLeavesWithZero
+      Arena.RunEndsWithACleanAudit Arena.PlayersComeBackWhenAServerIsKilled
       Bugs.ProcessOutlivesTheReaderOfItsConsoleLog Bugs.ALineOnAConsoleWithoutReaderRaisesNoSignal
       Bugs.AnIdAboveTheTableIsNotInstalled* LogMailbox.ForkedProcessWritesWithAThreadOfItsOwn
       Bugs.AForkedProcessResolvesNames)

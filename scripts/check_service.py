@@ -86,7 +86,7 @@ def main():
     program = sys.argv[1]
     usage = subprocess.run([program, "--help"], capture_output=True, text=True)
     expect(usage.returncode == 0 and usage.stdout.startswith("usage: service [OPTION...]\nAnswers echoes.\n"), usage)
-    expect("  --port NUMBER        the port to listen on (8000)\n" in usage.stdout, usage.stdout)
+    expect("  --port NUMBER          the port to listen on (8000)\n" in usage.stdout, usage.stdout)
     expect(subprocess.run([program, "--none"], capture_output=True).returncode == 2, "no usage error")
     with tempfile.TemporaryDirectory() as folder:
         service = subprocess.Popen([program, "--port", "0", "--http-port", "0", "--log-folder", folder + "/"],

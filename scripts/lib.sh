@@ -7,9 +7,10 @@ JOBS=$(nproc 2>/dev/null || echo 2)
 
 # Packages of every build, and those that the tests, the presets with Clang and those for other systems add.
 BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libfmt-dev nlohmann-json3-dev libcli11-dev libpcap-dev
-    libgnutls28-dev nettle-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev)
+    libgnutls28-dev nettle-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev
+    libsoci-dev libsqlite3-dev libpq-dev libcrypt-dev libboost-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin iproute2
-    clang-format-14 valgrind curl prometheus doxygen)
+    clang-format-14 valgrind curl prometheus doxygen tshark chromium nodejs groff-base postgresql haproxy)
 # ENet is not needed; udp_bench compares with it.
 BENCH_PACKAGES=(binutils python3 libenet-dev)
 CLANG_PACKAGES=(clang libclang-rt-dev)
