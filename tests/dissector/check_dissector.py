@@ -56,6 +56,7 @@ class Checker:
         self.path = os.path.join(folder, "capture.pcap")
         with open(self.script, "wb") as file:
             file.write(subprocess.run([wirelens, "dissector"], check=True, capture_output=True).stdout)
+        self.tcp_ports = PORT
         self.faults = []
 
     def fail(self, *words):
@@ -64,7 +65,7 @@ class Checker:
     def tshark(self, *options):
         """What tshark prints about the capture. Its errors, and those of the script, fail the test."""
         run = subprocess.run(["tshark", "-n", "-r", self.path, "-X", "lua_script:" + self.script,
-                              "-o", f"commonground.tcp_ports:{PORT}", "-o", f"commonground.udp_ports:{DATAGRAM_PORT}",
+                              "-o", f"commonground.tcp_ports:{self.tcp_ports}", "-o", f"commonground.udp_ports:{DATAGRAM_PORT}",
                               "-o", "commonground.width:32-bit host", *options],
                              capture_output=True, encoding="utf-8", errors="replace")
         noise = [line for line in run.stderr.splitlines() if line and not line.startswith("Running as user")]
@@ -87,7 +88,8 @@ class Checker:
             layers = {layer.get("name"): layer for layer in shown.findall("proto")}
             carrier = "tcp" if "tcp" in layers else "udp"
             ports = [layers[carrier].find(f"field[@name='{carrier}.{end}port']").get("show") for end in ("src", "dst")]
-            key = f"192.0.2.1:{ports[0]}-192.0.2.2:{ports[1]}"
+            ends = [layers["ip"].find(f"field[@name='ip.{end}']").get("show") for end in ("src", "dst")]
+            key = f"{ends[0]}:{ports[0]}-{ends[1]}:{ports[1]}"
             for layer in shown.findall("proto"):
                 if layer.get("name") == "commonground":
                     frames.setdefault(key, []).extend(frames_in(layer))
