@@ -108,6 +108,20 @@ bool throwRandom(Session&, AccountMatchData3& data, const MatchPack_BestFamilyRa
     return true;
 }
 
+bool startTask(AccountMatchData3& data, int task, MatchPack_BestFamilyTask_Reply& reply)
+{
+    if (task < 1 || task > AccountMatchData3::kRow)
+        refuse(reply, kNoSuchTask);
+    else if (data.m_Match3Row[task - 1] >= 0)
+        refuse(reply, kTaskDone);
+    else if (takeLives(data, 1, reply))
+    {
+        data.m_Match3Row[task - 1] = 0;
+        return true;
+    }
+    return false;
+}
+
 bool setDie(Session&, AccountMatchData3& data, const MatchPack_BestFamilySetDice_Request& request,
             MatchPack_BestFamilySetDice_Reply& reply)
 {
@@ -295,26 +309,21 @@ void addBestFamily(MatchPacks& packs)
             reply.m_Text2 = getWeekLeft();
             return false;
         });
-    // m_Value1: the task, 1 to 6. The client's countdown begins anew.
-    onEvent<MatchPack_BestFamilyTask_Request, MatchPack_BestFamilyTask_Reply>(
+    // m_Value1: the task, 1 to 6. The client's countdown begins anew once the task is saved.
+    serve<MatchPack_BestFamilyTask_Request, MatchPack_BestFamilyTask_Reply>(
         packs,
-        [&packs](Session& session, AccountMatchData3& data, const MatchPack_BestFamilyTask_Request& request,
+        [&packs](Session& session, const MatchPack_BestFamilyTask_Request& request,
                  MatchPack_BestFamilyTask_Reply& reply)
         {
-            if (request.m_Value1 < 1 || request.m_Value1 > AccountMatchData3::kRow)
-                refuse(reply, kNoSuchTask);
-            else if (data.m_Match3Row[request.m_Value1 - 1] >= 0)
-                refuse(reply, kTaskDone);
-            else if (takeLives(data, 1, reply))
+            AccountMatchData3& data = session.getAccount().m_MatchData3;
+            if (startTask(data, request.m_Value1, reply) && save(session, reply))
             {
-                data.m_Match3Row[request.m_Value1 - 1] = 0;
                 MatchPack_ModifyCountDownTime_Reply countDown;
                 countDown.m_Text2 = getWeekLeft();
                 countDown.m_MatchData3 = data;
                 packs.send(session, countDown);
-                return true;
             }
-            return false;
+            reply.m_MatchData3 = data;
         });
     onEvent<MatchPack_TakeGift_Request, MatchPack_TakeGift_Reply>(packs, takeGift);
     onEvent<MatchPack_BuyTool_Request, MatchPack_BuyTool_Reply>(packs, buyTool);
