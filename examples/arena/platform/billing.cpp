@@ -130,7 +130,8 @@ void pay(Platform& platform, Session& session, const CCmdPayPrice& price)
     if (!findOrder(platform, session, order))
         return failBill(session, order, kUnknownThing, L"there is no order");
     Orders orders(platform.getAccounts());
-    if (order.m_State != OrderState::kApplied && !orders.pay(order.m_Number, price.m_Value1))
+    const bool isApplied = order.m_State == OrderState::kApplied;
+    if (isApplied ? price.m_Value1 != order.m_Price : !orders.pay(order.m_Number, price.m_Value1))
         return failBill(session, order, kNotAllowed, L"the payment service has refused the payment");
     // From here on the money is taken. If the process ends now, the bill is applied at its next start.
     if (orders.apply(order.m_Number) != Applied::kDone)
