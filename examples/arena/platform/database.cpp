@@ -53,7 +53,9 @@ Database::Database(const std::string& url, bool mayMake)
     else if (startsWith(url, kPostgreSql))
     {
         m_IsPostgreSql = true;
-        m_Sql.open(soci::postgresql, url);
+        // SOCI appends a '=' to a text that has none.
+        const char* const name = url.find('?') == std::string::npos ? "?application_name=arena" : "";
+        m_Sql.open(soci::postgresql, url + name);
     }
     else
     {
