@@ -127,7 +127,7 @@ void enterByPassword(Platform& platform, Session& session, const Text& name, con
         return refuse(session, kBusy, L"a login is under way");
     StoredAccount account;
     const bool isKnown = isName(name) && platform.getAccounts().find(name, account);
-    // A name that is not known takes as long as a wrong password, so that nobody can find out names by the time.
+    // A name that is not known takes as long as a wrong password, so that names cannot be found out by the time.
     session.m_IsBusy = platform.getPasswords().check(
         password, account.m_Password,
         [&platform, number = session.getNumber(), id = account.m_Id, isKnown](bool isRight)

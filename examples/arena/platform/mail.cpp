@@ -15,7 +15,7 @@ using Text = zet::String_T<wchar_t>;
 
 constexpr int kSubjectLimit = 100;
 constexpr int kMessageLimit = 200;
-// So many of the longest ones fit into one command.
+// The longest ones fit into one command.
 constexpr int kLetters = 16;
 constexpr int kMessageKind = 1;
 

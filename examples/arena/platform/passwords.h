@@ -1,4 +1,4 @@
-// Passwords are kept as yescrypt hashes. A hash takes some 10 ms on purpose, so it is made on other threads: on that of
+// Passwords are kept as yescrypt hashes. A hash takes some 20 ms on purpose, so it is made on other threads: on that of
 // the platform it would delay every player.
 #pragma once
 
@@ -28,7 +28,7 @@ namespace arena::platform
 class Passwords
 {
 public:
-    // More than so many at once are refused: a flood of logins must not make the players wait for minutes.
+    // The most that wait; further ones are refused, so that a flood of logins does not make players wait for minutes.
     static constexpr size_t kLimit = 200;
 
     // The results are reported on the thread of the System.

@@ -87,7 +87,7 @@ public:
                 return;
     }
 
-    // The handler gets the session; it is called also if nobody is logged in.
+    // The handler gets the session; it is called without a login too.
     template <class Command, class Handler>
     void on(Handler handler)
     {
@@ -159,7 +159,7 @@ void installMail(Platform& platform);
 void installLogs(Platform& platform);
 
 // Logs the player in on this connection. An older login of the player ends, at this platform at once, at another one
-// when that hears of it or saves next. False if the database failed; then nobody is logged in.
+// when that hears of it or saves next. False if the database failed; then the session has no login.
 bool logIn(Platform& platform, Session& session, int id, zet::Uuid& ticket);
 // What the client may decide in the records that it returns; the rest is the platform's.
 void takeClientFields(const AccountData& from, AccountData& to);

@@ -126,7 +126,7 @@ const wchar_t* unlock(CAccount& records, const CmdUnlockGameRequest& request)
     return L"";
 }
 
-// m_Value1: the training game. Each diamond cancels so many seconds of its cool-down.
+// m_Value1: the training game. Each diamond cancels g_OneDiamond_CDTime seconds of its cool-down.
 const wchar_t* cancelCoolDown(CAccount& records, const CmdCancelCDRequest& request)
 {
     const auto found = records.m_Account.m_TrainingMap.find(request.m_Value1);

@@ -16,7 +16,7 @@ namespace
 
 using namespace protocol;
 
-// Games of the kinds with a cool-down, with a board, and one that nobody has unlocked.
+// Games of the kinds with a cool-down, with a board, and one that is locked.
 struct Game
 {
     int m_Type;
