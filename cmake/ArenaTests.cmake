@@ -52,7 +52,7 @@ if(TARGET arena_accounts)
     add_test(NAME Arena.FilesOfDeployment.${program}
       COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_deploy.py ${program}
         $<TARGET_FILE:arena> ${deploy})
-    set_tests_properties(Arena.FilesOfDeployment.${program} PROPERTIES TIMEOUT 60 SKIP_RETURN_CODE 77)
+    set_tests_properties(Arena.FilesOfDeployment.${program} PROPERTIES TIMEOUT 120 SKIP_RETURN_CODE 77)
   endforeach()
 endif()
 

@@ -2,8 +2,8 @@
 
   check_deploy.py haproxy|systemd ARENA FOLDER
 
-Also checks that a damaged copy is refused, so that the check can fail, and that `arena` has each option that a unit
-uses. Returns 77 where the program is missing.
+Also checks that a damaged copy is refused, so that the check can fail, that each server has a unit with a port of its
+own, and that `arena` has each option that a unit uses. Returns 77 where the program is missing.
 """
 import glob
 import os
@@ -14,6 +14,7 @@ import sys
 import tempfile
 
 SKIPPED = 77
+ROLES = {"registry", "platform", "zone", "game", "sport", "lesson", "device"}
 
 
 def run(words):
@@ -44,6 +45,8 @@ def verify(program, text, scratch, name):
 
 def check_systemd(program, arena, folder, scratch):
     faults = []
+    roles = set()
+    ports = []
     units = sorted(glob.glob(os.path.join(folder, "*.service")))
     for unit in units:
         with open(unit, encoding="utf-8") as source:
@@ -55,13 +58,18 @@ def check_systemd(program, arena, folder, scratch):
             continue
         text = text.replace("/srv/arena/arena", arena)
         faults += verify(program, text, scratch, name)
+        roles.add(command.group(1))
+        ports += re.findall(r" --port (\d+)", command.group(2))
         if not verify(program, text.replace("Restart=on-failure", "Restart=often"), scratch, name):
             faults.append("a damaged %s is accepted" % name)
         options = run([arena, command.group(1), "--help"]).stdout
         # Those of its comment too.
         faults += ["%s uses %s" % (name, option) for option in re.findall(r"(?<!\S)--[a-z-]+", text)
                    if option + " " not in options]
-    return faults if units else ["no units"]
+    faults += ["no unit for " + role for role in sorted(ROLES - roles)]
+    # One machine can have them all.
+    faults += ["two units have port " + port for port in sorted(set(ports)) if ports.count(port) > 1]
+    return faults
 
 
 def main():
