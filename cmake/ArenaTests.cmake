@@ -48,7 +48,7 @@ if(TARGET arena_accounts)
   add_test(NAME Arena.RolesInThreeNetworks
     COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_networks.py $<TARGET_FILE:arena>)
   set_tests_properties(Arena.RolesInThreeNetworks PROPERTIES TIMEOUT 180 SKIP_RETURN_CODE 77)
-  foreach(program haproxy systemd)
+  foreach(program haproxy systemd kubernetes)
     add_test(NAME Arena.FilesOfDeployment.${program}
       COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_deploy.py ${program}
         $<TARGET_FILE:arena> ${deploy})
