@@ -1,6 +1,7 @@
 // The platform server: what its handlers share.
 #pragma once
 
+#include "examples/arena/peers.h"
 #include "examples/arena/platform/accounts.h"
 #include "examples/arena/platform/packs/packs.h"
 #include "examples/arena/platform/passwords.h"
@@ -135,6 +136,7 @@ private:
     std::unique_ptr<Passwords> m_Passwords;
     std::unique_ptr<host::Questions> m_Questions;
     std::unique_ptr<host::Tasks> m_Tasks;
+    PeerOptions m_Peers;
     host::Registration m_Registration;
     std::map<zet::Uuid, CCmdServerRegister> m_Servers;
     std::unordered_map<unsigned long long, Session*> m_Sessions;

@@ -324,8 +324,8 @@ int runSport(int count, char** words)
             CSportGameServerInfo info;
             info.m_Flag1 = true;
             info.m_Value3 = sport::Server::kMostPlayers;
-            info.m_Text1 = role.getHost();
-            info.m_Word1 = role.getPort();
+            info.m_Text1 = role.getServed().m_Host;
+            info.m_Word1 = role.getServed().m_Port;
             info.m_Text2 = role.getName();
             server.setInfo(info);
             return true;
