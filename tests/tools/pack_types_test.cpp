@@ -136,6 +136,8 @@ TEST(PackTypes, TextsThatAreNotTablesAreRefused)
     EXPECT_EQ(fault(row("1")).find("an entry is not "), 0u);
     EXPECT_EQ(fault(row(R"({"number":1,"message":"HomePack_None","envelopes":[]})")),
               "there is no message HomePack_None");
+    // A class template of the host is passed over; what is no class of the library is not.
+    EXPECT_EQ(fault(row(R"({"number":1,"message":"host::Request<HomePack_None>","envelopes":[]})")), "");
     EXPECT_EQ(fault(row(R"({"number":1,"message":"CCmdLogin","envelopes":[]})")), "there is no message CCmdLogin");
     EXPECT_EQ(fault(row(R"({"number":1,"message":"HomePack_SaveData_Reply","envelopes":["CCmdLogin"]})")),
               "an envelope of HomePack_SaveData_Reply is not a class of packs");
