@@ -45,11 +45,14 @@ if(TARGET arena_accounts)
     COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_haproxy.py $<TARGET_FILE:arena>
       ${deploy}/haproxy.cfg)
   set_tests_properties(Arena.PlatformsBehindHAProxy PROPERTIES TIMEOUT 180 SKIP_RETURN_CODE 77)
-  foreach(program haproxy systemd)
+  add_test(NAME Arena.RolesInThreeNetworks
+    COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_networks.py $<TARGET_FILE:arena>)
+  set_tests_properties(Arena.RolesInThreeNetworks PROPERTIES TIMEOUT 180 SKIP_RETURN_CODE 77)
+  foreach(program haproxy systemd kubernetes)
     add_test(NAME Arena.FilesOfDeployment.${program}
       COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_deploy.py ${program}
         $<TARGET_FILE:arena> ${deploy})
-    set_tests_properties(Arena.FilesOfDeployment.${program} PROPERTIES TIMEOUT 60 SKIP_RETURN_CODE 77)
+    set_tests_properties(Arena.FilesOfDeployment.${program} PROPERTIES TIMEOUT 120 SKIP_RETURN_CODE 77)
   endforeach()
 endif()
 

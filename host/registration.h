@@ -83,6 +83,7 @@ public:
     bool acceptGreetings(Handlers& handlers);
     // Which peers may greet. A greeting can name any address as that of a server, so players must not be among them. At
     // first, peers on this machine (127.0.0.0/8, ::1). The connection of another peer that greets is closed.
+    // An empty check refuses all.
     //
     // Behind a TCP balancer on the same machine, unless TcpServer::expectProxyHeader() is used, every player has an
     // address of this machine, and so may greet by default. A server there needs a check that accepts only addresses of

@@ -307,7 +307,7 @@ int Service::run(int count, char** words)
     addOption("--drain-time", &m_Parts->m_DrainTime, "the milliseconds that open answers have at the end");
     std::string httpHelp = "the port of ";
     httpHelp += inner::HttpServer::kAddress;
-    httpHelp += " for /metrics, /healthz and /readyz: 0 for a free one, -1 for none";
+    httpHelp += " for /metrics, /healthz, /readyz and pages: 0 for a free one, -1 for none";
     addOption("--http-port", &m_Parts->m_HttpPort, httpHelp.c_str());
     addOption("--proxy-from", &m_Parts->m_ProxyFrom,
               "expect a PROXY protocol header on each TCP connection, from these networks only");

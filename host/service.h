@@ -64,7 +64,8 @@ struct ServiceParts;
 // SIGNALS: SIGTERM and SIGINT (on Windows Ctrl+C, Ctrl+Break, the closing of the console, log-off and shutdown) begin
 // the drain; a second one ends the process at once with kExitAtOnce and without a further log line. SIGHUP reopens the
 // log files and calls what onReload() was given. SIGUSR1 starts a recording of what the sockets carry, to the file of
-// --record or else to recording.pcapng in the log folder, and SIGUSR2 stops it. Signals are noticed between ticks.
+// --record or else to recording.pcapng in the log folder, and SIGUSR2 stops it. Signals are noticed between ticks; of
+// SIGUSR1 and SIGUSR2 between two ticks, the last one counts.
 //
 // DRAIN: the servers accept no further connection. The System goes on with its ticks, so commands that arrive are
 // handled, and open questions get their answers. A connection is closed when everything received on it was handled and

@@ -1,4 +1,4 @@
-// The platform runs on one machine: server addresses, and ports that other machines cannot reach.
+// Ports that other machines cannot reach unless they are named, and what goes with records of servers.
 #pragma once
 
 #include "commands/registry.h"
@@ -12,7 +12,8 @@ constexpr wchar_t kLoopback[] = L"127.0.0.1";
 // Milliseconds that a process waits for an answer.
 constexpr unsigned int kAnswerTime = 5000;
 
-// Rejects peers from other machines: there is no login, and any peer can shut everything down.
+// Rejects peers from other machines, unless its address filter is replaced: there is no login, and any peer can shut
+// everything down.
 class LoopbackPort : public CFrameworkServerSocket
 {
 public:

@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr arena::Role kRoles[] = {
-    {"registry", "keeps the registry of the servers on this machine", arena::runRegistry},
+    {"registry", "keeps the registry of the servers", arena::runRegistry},
     {"service", "a server: registers, greets the others, measures echoes", arena::runService},
 #ifdef ARENA_HAS_PLATFORM
     {"platform", "serves players: accounts, logins, purchases, progress", arena::runPlatform},

@@ -23,11 +23,12 @@ bool parseAddress(const zet::String_T<wchar_t>& text, Address& address)
 }
 
 ServerRole::ServerRole(host::Service& service, ServerType type, const wchar_t* name)
-    : m_Service(service), m_Type(type), m_Name(name), m_Parts(std::make_unique<Parts>(service.getSystem()))
+    : m_Service(service), m_Type(type), m_Name(name), m_Peers(service),
+      m_Parts(std::make_unique<Parts>(service.getSystem()))
 {
     addRolePage(service, zet::StringHelper::wideToUtf8(m_Name).getBuffer());
     service.option("--port", m_Port, "the port to listen on; 0 for a free one");
-    service.option("--host", m_Host, "the address to listen on and to name to others");
+    service.option("--host", m_Host, "the address to listen on");
     service.option("--name", m_Name, "the name of this server");
     service.option("--registry", m_Registry, "HOST:PORT of the registry; empty for none");
 }
@@ -43,6 +44,8 @@ bool ServerRole::serve(CFrameworkServerSocket& server)
     }
     m_Port = server.zet::TcpServer::getPort();
     say("listening on port %d", m_Port);
+    if (!m_Peers.begin(m_Parts->m_Registration, m_Host, m_Port))
+        return false;
     return m_Registry.isEmpty() || enrol();
 }
 
@@ -62,8 +65,7 @@ bool ServerRole::enrol()
     CCmdServerRegister record;
     record.m_ServerType = static_cast<unsigned char>(m_Type);
     record.m_ServerName = m_Name;
-    record.m_ServerAddress[0] = m_Host;
-    record.m_ServerPort = m_Port;
+    m_Peers.fillAddress(record);
     host::Registration& registration = m_Parts->m_Registration;
     registration.setRecord(record);
     registration.onShutdown([this] { m_Service.beginDrain(); });
@@ -86,7 +88,7 @@ bool ServerRole::find(ServerType type, Address& address) const
     const CCmdServerRegister* const server = m_Parts->m_Registration.find(static_cast<unsigned char>(type));
     if (!server)
         return false;
-    address = {server->m_ServerAddress[0], server->m_ServerPort};
+    address = arena::getServed(*server);
     return true;
 }
 

@@ -1,8 +1,9 @@
-// What all server roles share: the options --port, --host, --name and --registry, the line with the port, and the
-// registration.
+// What all server roles share: the options --port, --host, --name and --registry and those of peers.h, the line with
+// the port, and the registration.
 #pragma once
 
 #include "examples/arena/address.h"
+#include "examples/arena/peers.h"
 #include "examples/arena/protocol/server_types.h"
 #include "framework/string.h"
 #include "host/handlers.h"
@@ -41,9 +42,12 @@ public:
     bool find(ServerType type, Address& address) const;
 
     const zet::String_T<wchar_t>& getName() const { return m_Name; }
+    // The address on which it listens.
     const zet::String_T<wchar_t>& getHost() const { return m_Host; }
     // The port on which it listens.
     unsigned short getPort() const { return m_Port; }
+    // Where clients reach it.
+    const Address& getServed() const { return m_Peers.getServed(); }
     bool hasRegistry() const { return !m_Registry.isEmpty(); }
 
 private:
@@ -57,6 +61,7 @@ private:
     zet::String_T<wchar_t> m_Host = L"127.0.0.1";
     zet::String_T<wchar_t> m_Name;
     zet::String_T<wchar_t> m_Registry;
+    PeerOptions m_Peers;
     const std::unique_ptr<Parts> m_Parts;
 };
 

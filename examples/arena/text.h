@@ -10,6 +10,9 @@
 namespace arena
 {
 
+// The longest text that every client reads: a peer with four-byte characters sends twice as many units and two more.
+constexpr int kTextLimit = 499;
+
 // Prints one line and flushes it, so that a reader of a pipe gets it at once.
 template <class... Args>
 void say(const char* pattern, const Args&... args)

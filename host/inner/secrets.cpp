@@ -3,6 +3,7 @@
 #include "commands/account_access.h"
 #include "commands/account_binding.h"
 #include "commands/billing.h"
+#include "commands/game_zone.h"
 #include "commands/login.h"
 #include "commands/logs.h"
 #include "commands/payment.h"
@@ -36,6 +37,7 @@ constexpr size_t kMostRead = 8192;
 constexpr auto kStreamHead = static_cast<size_t>(CCmdPackager::kMinHeaderSize);
 // Bytes of the size of a buffer value.
 constexpr size_t kBufferCount = 4;
+constexpr size_t kNumberBytes = 4;
 
 using Text = zet::String_T<wchar_t>;
 
@@ -43,6 +45,7 @@ enum class Kind
 {
     kText,
     kNumber,
+    kId,
     kMessage // of a pack
 };
 
@@ -64,6 +67,8 @@ struct Secret
             return textOf(one, i) == textOf(other, i);
         case Kind::kNumber:
             return numberOf(one) == numberOf(other);
+        case Kind::kId:
+            return idOf(one) == idOf(other);
         case Kind::kMessage:
             break;
         }
@@ -79,6 +84,9 @@ struct Secret
         case Kind::kNumber:
             numberOf(command) = 0;
             return;
+        case Kind::kId:
+            idOf(command) = zet::Uuid();
+            return;
         case Kind::kMessage:
             break;
         }
@@ -86,6 +94,7 @@ struct Secret
     }
     Text& textOf(CCmdHead& command, size_t i) const { return static_cast<Text*>(m_Get(command))[i]; }
     unsigned long& numberOf(CCmdHead& command) const { return *static_cast<unsigned long*>(m_Get(command)); }
+    zet::Uuid& idOf(CCmdHead& command) const { return *static_cast<zet::Uuid*>(m_Get(command)); }
     CCmdPackager& packagerOf(CCmdHead& command) const { return *static_cast<CCmdPackager*>(m_Get(command)); }
     std::string_view messageOf(CCmdHead& command) const
     {
@@ -105,9 +114,10 @@ constexpr Kind kindOf()
 {
     constexpr bool isText = std::is_same_v<std::remove_all_extents_t<Member>, Text>;
     constexpr bool isMessage = std::is_same_v<Member, CCmdPackager>;
-    static_assert(isText || isMessage || std::is_same_v<Member, unsigned long>,
-                  "a row of secrets.def names a text, an array of texts, an unsigned long or a packager");
-    return isText ? Kind::kText : isMessage ? Kind::kMessage : Kind::kNumber;
+    constexpr bool isId = std::is_same_v<Member, zet::Uuid>;
+    static_assert(isText || isMessage || isId || std::is_same_v<Member, unsigned long>,
+                  "a row of secrets.def names a text, an array of texts, an unsigned long, an id or a packager");
+    return isText ? Kind::kText : isMessage ? Kind::kMessage : isId ? Kind::kId : Kind::kNumber;
 }
 
 // By id, so that the rows of a class are found together.
@@ -195,12 +205,11 @@ bool hideTextBefore(Bytes payload, size_t end, size_t length)
     return false;
 }
 
-bool hideNumberBefore(Bytes payload, size_t end)
+bool hideBytesBefore(Bytes payload, size_t end, size_t size)
 {
-    constexpr size_t kSize = 4;
-    if (end < kSize)
+    if (end < size)
         return false;
-    std::memset(payload.data() + (end - kSize), 0, kSize);
+    std::memset(payload.data() + (end - size), 0, size);
     return true;
 }
 
@@ -229,7 +238,11 @@ bool hideField(const Secret& secret, Bytes payload)
         return size == 0 || hideMessageBefore(payload, endOf(secret, payload, *whole, 0), size);
     }
     if (secret.m_Kind == Kind::kNumber)
-        return secret.numberOf(*whole) == 0 || hideNumberBefore(payload, endOf(secret, payload, *whole, 0));
+        return secret.numberOf(*whole) == 0 ||
+               hideBytesBefore(payload, endOf(secret, payload, *whole, 0), kNumberBytes);
+    if (secret.m_Kind == Kind::kId)
+        return secret.idOf(*whole).isNull() ||
+               hideBytesBefore(payload, endOf(secret, payload, *whole, 0), sizeof(zet::Uuid));
     for (size_t i = 0; i < secret.m_Count; ++i)
     {
         const Text& text = secret.textOf(*whole, i);
@@ -247,6 +260,8 @@ bool isHidden(const Secret& secret, Bytes payload)
         return false;
     if (secret.m_Kind == Kind::kNumber)
         return secret.numberOf(*whole) == 0;
+    if (secret.m_Kind == Kind::kId)
+        return secret.idOf(*whole).isNull();
     if (secret.m_Kind == Kind::kMessage)
     {
         const std::string_view message = secret.messageOf(*whole);

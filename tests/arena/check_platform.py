@@ -15,6 +15,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import urllib.parse
 
 SKIPPED = 77
 PATIENCE = 60
@@ -103,6 +104,10 @@ def check(arena, waiting_player, url, folder, restart=None):
     for platform in (first, second):
         if platform.process.returncode != 0:
             raise Failure("a platform returned %d:\n%s" % (platform.process.returncode, platform.text()))
+    find_faults(arena, url)
+
+
+def find_faults(arena, url):
     audit = run([arena, "audit", "--db", url])
     print(audit.stdout, end="")
     if audit.returncode != 0 or " 0 findings" not in audit.stdout:
@@ -143,6 +148,9 @@ class Cluster:
         self.call("initdb", "-D", self.data, "-U", "arena", "--auth=trust", "--no-sync", "-E", "UTF8", "--locale=C")
         self.call("pg_ctl", "-D", self.data, "-w", "-l", os.path.join(self.home, "log"), "-o",
                   self.options, "start")
+        return "postgresql://arena@" + urllib.parse.quote(self.home, safe="") + "/postgres"
+
+    def url_with_parameter(self):
         return "postgresql://arena@/postgres?host=" + self.home
 
     def restart(self):
@@ -168,6 +176,7 @@ def main():
         url = cluster.start()
         try:
             check(arena, waiting_player, url, folder, cluster.restart)
+            find_faults(arena, cluster.url_with_parameter())
         finally:
             cluster.stop()
         return 0

@@ -1,8 +1,7 @@
 // wirelens decode named the first field without its bytes as the one that failed. A class that does not test it reads
 // on, often to a field of fewer bytes, and fails elsewhere: the index of every head, the list before the head of
 // CCmdGS_PawnRunning and all texts of AccountGlobalData were blamed for failures of other fields.
-#include "tools/class_table.h"
-#include "tools/frame_reader.h"
+#include "tests/support/decoded.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -13,18 +12,7 @@ namespace
 {
 
 using Json = nlohmann::ordered_json;
-
-Json decoded(const std::string& className, const std::string& payload)
-{
-    CCmdPackager packager;
-    packager.SetCmdID(tools::findClass(className)->m_Id);
-    packager.Write(payload.data(), static_cast<int>(payload.size()));
-    tools::JsonText line;
-    line.put('{');
-    tools::addCommand(line, packager, true);
-    line.put('}');
-    return Json::parse(std::string(line.view()));
-}
+using test::decoded;
 
 TEST(DecodeBlamedUntestedFields, AHeadFailsAfterItsIndex)
 {

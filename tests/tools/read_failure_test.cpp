@@ -1,8 +1,8 @@
 // What a command that does not read says: its class, the path of the field, the element, the offset, what was needed
 // and what was there.
 #include "packaging/command_head.h"
+#include "tests/support/decoded.h"
 #include "tools/class_table.h"
-#include "tools/frame_reader.h"
 #include "tools/reading.h"
 #include "tools/schema_reader.h"
 
@@ -15,20 +15,9 @@ namespace
 {
 
 using Json = nlohmann::ordered_json;
+using test::decoded;
 
 const std::string kHead = std::string("\x00\x02\x00\x07", 4) + std::string(17, '\0');
-
-Json decoded(const std::string& className, const std::string& payload)
-{
-    CCmdPackager packager;
-    packager.SetCmdID(tools::findClass(className)->m_Id);
-    packager.Write(payload.data(), static_cast<int>(payload.size()));
-    tools::JsonText line;
-    line.put('{');
-    tools::addCommand(line, packager, true);
-    line.put('}');
-    return Json::parse(std::string(line.view()));
-}
 
 tools::Explanation explained(const std::string& className, const std::string& bytes, tools::Limits limits)
 {

@@ -1,6 +1,7 @@
 #include "examples/arena/game/race.h"
 
 #include "commands/zone_tunnel.h"
+#include "examples/arena/text.h"
 #include "framework/log.h"
 #include "framework/time.h"
 
@@ -302,7 +303,7 @@ void Race::powerTime(Runner& runner, CCmdGS_PowerTime& command)
 
 void Race::chat(Runner& runner, CCmdGS_PlayersChat& command)
 {
-    command.m_Text1 = runner.getName() + L": " + command.m_Text1;
+    command.m_Text1 = (runner.getName() + L": " + command.m_Text1).getSubString(0, kTextLimit);
     broadcast(command);
 }
 

@@ -49,8 +49,8 @@ int runGame(int count, char** words)
         server.setZone(link.get());
         CCmdGZ_regGameServer command;
         command.m_GameSvrInfo.m_Name = role.getName();
-        command.m_GameSvrInfo.m_IP = role.getHost();
-        command.m_GameSvrInfo.m_Port = role.getPort();
+        command.m_GameSvrInfo.m_IP = role.getServed().m_Host;
+        command.m_GameSvrInfo.m_Port = role.getServed().m_Port;
         command.m_GameSvrInfo.m_Text = key;
         command.m_GameSvrInfo.m_Value1 = games;
         command.m_GameSvrInfo.m_Value2 = hasUdp ? role.getPort() : 0;

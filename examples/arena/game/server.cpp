@@ -195,6 +195,13 @@ void Server::openTunnel(CCommandSocket& zone, CCmdGZ_clientToServer& command)
         zet::Log::warning(L"A tunnel of %s to game '%s' leads nowhere", command.m_AccountName, command.m_Text1);
         return;
     }
+    // The port of the players accepts greetings of servers too, which have nothing to do with the zone's connection.
+    // Their ids follow those of races.
+    if (inner.GetCmdID() > command_id::CCmdGS_PawnFouled)
+    {
+        zet::Log::warning(L"A tunnel of %s has a command that is not of a race", command.m_AccountName);
+        return;
+    }
     m_TunnelSeat = {found->first, command.m_AccountName};
     // The handlers are those of the players' own connections.
     m_PlayerAnalyser.Analyse(&zone, inner);

@@ -85,7 +85,8 @@ void Server::sync(Peer&, CCmdMazurixSyncLessonsRequest& command)
 {
     // No command answers it. A lesson that is known keeps its users.
     for (const MazurixLessonInfo& info : command.m_MazurixLessonInfos)
-        if (!info.m_Text1.isEmpty() && info.m_Word1 > 0 && static_cast<int>(m_Lessons.size()) < kMostLessons)
+        if (!info.m_Text1.isEmpty() && info.m_Word1 > 0 &&
+            (m_Lessons.count(info.m_Text1) > 0 || static_cast<int>(m_Lessons.size()) < kMostLessons))
             m_Lessons[info.m_Text1].m_Info = info;
     zet::Log::message(L"%d lessons", static_cast<int>(m_Lessons.size()));
 }

@@ -293,9 +293,8 @@ Saved Accounts::save(StoredAccount& account, const Also& also)
     }
     const long long version = account.m_Version;
     const long long epoch = account.m_Epoch;
-    if (!reload(account))
-        return Saved::kFailed;
-    if (account.m_Epoch != epoch)
+    // What cannot be read again still has the change that was refused.
+    if (!reload(account) || account.m_Epoch != epoch)
         return Saved::kLost;
     return account.m_Version != version ? Saved::kChanged : Saved::kFailed;
 }

@@ -52,9 +52,9 @@ enum class Saved
     kDone,
     // Another writer was first: the records are those of the database again.
     kChanged,
-    // The player has logged in elsewhere since.
+    // The player has logged in elsewhere since, or the records can no longer be read: they are not to be used.
     kLost,
-    // The database failed, or the records do not fit: the records are those of the database if it can be read.
+    // The database failed, or the records do not fit: the records are those of the database again.
     kFailed
 };
 
@@ -68,7 +68,7 @@ public:
 
     explicit Accounts(Database& database) : m_Database(database) {}
 
-    // Each is false, with the account unchanged, if there is none or the database failed.
+    // Each is false if there is none or the database failed; the account is then not to be used.
     bool find(const zet::String_T<wchar_t>& name, StoredAccount& account);
     bool find(int id, StoredAccount& account);
     bool findByIdentity(const char* kind, const zet::String_T<wchar_t>& value, StoredAccount& account);

@@ -130,7 +130,8 @@ void pay(Platform& platform, Session& session, const CCmdPayPrice& price)
     if (!findOrder(platform, session, order))
         return failBill(session, order, kUnknownThing, L"there is no order");
     Orders orders(platform.getAccounts());
-    if (order.m_State != OrderState::kApplied && !orders.pay(order.m_Number, price.m_Value1))
+    const bool isApplied = order.m_State == OrderState::kApplied;
+    if (isApplied ? price.m_Value1 != order.m_Price : !orders.pay(order.m_Number, price.m_Value1))
         return failBill(session, order, kNotAllowed, L"the payment service has refused the payment");
     // From here on the money is taken. If the process ends now, the bill is applied at its next start.
     if (orders.apply(order.m_Number) != Applied::kDone)
@@ -214,12 +215,11 @@ void exchangeCode(Session& session, const CCmdBillExchangeCodeRequest& request)
         {
             const std::string code = toUtf8(request.m_Text1);
             const int id = session.getStored().m_Id;
-            int count = 0;
-            sql << "SELECT COUNT(*) FROM used_codes WHERE code = :code", soci::use(code), soci::into(count);
-            isUsed = count != 0;
-            if (!isUsed)
-                sql << "INSERT INTO used_codes (code, account) VALUES (:code, :account)", soci::use(code),
-                    soci::use(id);
+            int owner = 0;
+            sql << "INSERT INTO used_codes (code, account) VALUES (:code, :account) ON CONFLICT DO NOTHING RETURNING "
+                   "account",
+                soci::use(code), soci::use(id), soci::into(owner);
+            isUsed = !sql.got_data();
             return !isUsed;
         });
     answer(isSaved  ? kDone
@@ -258,9 +258,9 @@ void useCard(Session& session)
     if (!records.m_Account.UseItem(index, 1))
         return answer(kUnknownThing, L"there is no card in the bag");
     goldOf(records) += kCardGold;
-    reply.m_Value2 = kCardGold;
     if (!session.save())
         return answer(kNotSaved, L"the change was not saved");
+    reply.m_Value2 = kCardGold;
     answer(kDone, L"");
 }
 

@@ -47,13 +47,15 @@ Database::Database(const std::string& url, bool mayMake)
         // SQLite would make an empty file.
         if (!mayMake && !std::filesystem::exists(url.substr(sizeof kSqlite - 1)))
             throw std::runtime_error("there is no such file");
-        // A writer waits for the one of another process for at most 10 s.
-        m_Sql.open(soci::sqlite3, "db=" + url.substr(sizeof kSqlite - 1) + " timeout=10");
+        // Waits for the writer of another process for at most 2 s.
+        m_Sql.open(soci::sqlite3, "db=" + url.substr(sizeof kSqlite - 1) + " timeout=2");
     }
     else if (startsWith(url, kPostgreSql))
     {
         m_IsPostgreSql = true;
-        m_Sql.open(soci::postgresql, url);
+        // Seconds for a connect, and milliseconds for data that is not acknowledged.
+        m_Sql.open(soci::postgresql,
+                   url + (url.find('?') == std::string::npos ? '?' : '&') + "connect_timeout=2&tcp_user_timeout=5000");
     }
     else
     {
@@ -70,10 +72,12 @@ void Database::prepareConnection()
     if (m_IsPostgreSql)
     {
         m_Sql << "SET client_min_messages = warning";
+        // A statement that waits longer fails, so that the platform's other players go on.
+        m_Sql << "SET statement_timeout = '5s'";
         m_Sql << std::string("LISTEN ") + kChannel;
         return;
     }
-    // In this mode readers do not wait for a writer. FULL: what is committed survives a loss of power.
+    // In this mode a commit is one fsync. FULL: what is committed survives a loss of power.
     std::string mode;
     m_Sql << "PRAGMA journal_mode = WAL", soci::into(mode);
     m_Sql << "PRAGMA synchronous = FULL";

@@ -15,7 +15,8 @@ namespace arena::platform
 {
 
 // One connection, for one thread. A call blocks until the database has answered: a change costs the platform's System
-// one fsync (about 1 ms), so a process carries some hundred changes per second. More platform processes carry more.
+// one fsync (about 1 ms), so a process carries some hundred changes per second. More platform processes carry more. It
+// waits for other writers of SQLite for at most 2 s, for an answer of PostgreSQL for at most 5 s a statement.
 class Database
 {
 public:
@@ -28,7 +29,9 @@ public:
     bool isPostgreSql() const { return m_IsPostgreSql; }
 
     // Runs work in one transaction, and commits it if work returns true. False, and nothing is changed: work returned
-    // false, or the database failed, which is logged. A lost connection is made again for the next call.
+    // false, or the database failed, which is logged. A connection that is lost during the commit leaves open whether
+    // it took place; what is repeated then has to find out, as Accounts::save() and the orders do. A lost connection is
+    // made again for the next call.
     bool transact(const std::function<bool(soci::session& sql)>& work);
     // Transactions that were committed, and those that failed, since the start.
     unsigned long long getCommits() const { return m_Commits; }

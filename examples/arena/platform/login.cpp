@@ -4,6 +4,7 @@
 #include "examples/arena/platform/database.h"
 #include "examples/arena/platform/platform.h"
 #include "examples/arena/protocol/platform_codes.h"
+#include "examples/arena/text.h"
 #include "framework/log.h"
 
 namespace arena::platform
@@ -78,7 +79,9 @@ bool logIn(Platform& platform, Session& session, int id, zet::Uuid& ticket)
 
 void takeClientFields(const AccountData& from, AccountData& to)
 {
-    to.m_AccountNote = from.m_AccountNote;
+    // A longer one would make every later answer with the account unreadable.
+    if (from.m_AccountNote.getLength() <= kTextLimit)
+        to.m_AccountNote = from.m_AccountNote;
     to.AddNewbieFlag(from.m_NewbieFlag);
     to.m_Flag = from.m_Flag;
 }
@@ -124,7 +127,7 @@ void enterByPassword(Platform& platform, Session& session, const Text& name, con
         return refuse(session, kBusy, L"a login is under way");
     StoredAccount account;
     const bool isKnown = isName(name) && platform.getAccounts().find(name, account);
-    // A name that is not known takes as long as a wrong password, so that nobody can find out names by the time.
+    // A name that is not known takes as long as a wrong password, so that names cannot be found out by the time.
     session.m_IsBusy = platform.getPasswords().check(
         password, account.m_Password,
         [&platform, number = session.getNumber(), id = account.m_Id, isKnown](bool isRight)

@@ -2,6 +2,7 @@
 #include "commands/mail.h"
 #include "examples/arena/platform/database.h"
 #include "examples/arena/platform/platform.h"
+#include "examples/arena/text.h"
 #include "framework/time.h"
 
 namespace arena::platform
@@ -13,9 +14,9 @@ namespace
 using Text = zet::String_T<wchar_t>;
 
 constexpr int kSubjectLimit = 100;
-constexpr int kBodyLimit = 1000;
 constexpr int kMessageLimit = 200;
-constexpr int kLetters = 50;
+// The longest ones fit into one command.
+constexpr int kLetters = 16;
 constexpr int kMessageKind = 1;
 
 bool store(Platform& platform, int receiver, const Text& from, int kind, const Text& title, const Text& words)
@@ -41,7 +42,7 @@ const wchar_t* send(Platform& platform, Session& session, const CLetter& letter)
     StoredAccount receiver;
     if (!session.isLoggedIn())
         return L"no player is logged in";
-    if (letter.m_Text3.getLength() > kSubjectLimit || letter.m_Text4.getLength() > kBodyLimit)
+    if (letter.m_Text3.getLength() > kSubjectLimit || letter.m_Text4.getLength() > kTextLimit)
         return L"the letter is too long";
     if (!platform.getAccounts().find(letter.m_Text1, receiver))
         return L"there is no such player";

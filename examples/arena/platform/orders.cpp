@@ -1,6 +1,7 @@
 #include "examples/arena/platform/orders.h"
 #include "examples/arena/platform/catalogue.h"
 #include "examples/arena/platform/database.h"
+#include "framework/log.h"
 #include "framework/time.h"
 #include "framework/uuid.h"
 
@@ -74,11 +75,16 @@ bool renew(soci::session& sql, const std::string& number)
     return statement.get_affected_rows() == 1;
 }
 
+// 0, and logged, for an offer that the shop no longer has.
 int countDiamonds(const Order& order)
 {
     FGameShop shop = getShop();
     const FInPurchaseGameTrade* const trade = shop.GetInPurchaseGameTradeByName(fromUtf8(order.m_Trade));
-    return trade && !trade->m_Items.empty() ? trade->m_Items.front().m_Num : 0;
+    const int diamonds = trade && !trade->m_Items.empty() ? trade->m_Items.front().m_Num : 0;
+    if (diamonds == 0)
+        zet::Log::error(L"Order %s stays open: the shop has no offer '%s'", fromUtf8(order.m_Number),
+                        fromUtf8(order.m_Trade));
+    return diamonds;
 }
 
 } // namespace
@@ -107,18 +113,6 @@ bool Orders::open(int account, const zet::String_T<wchar_t>& reference, const ze
 bool Orders::find(const std::string& number, Order& order)
 {
     return m_Accounts.getDatabase().transact([&](soci::session& sql) { return readOrder(sql, number, order); });
-}
-
-bool Orders::findOpen(int account, Order& order)
-{
-    return m_Accounts.getDatabase().transact(
-        [&](soci::session& sql)
-        {
-            return readOrder(sql,
-                             "state = 0 AND number <> :value AND account = :account AND NOT EXISTS (SELECT 1 FROM "
-                             "payments WHERE order_number = number) ORDER BY created DESC, number LIMIT 1",
-                             "", account, order);
-        });
 }
 
 bool Orders::pay(const std::string& number, int price)
@@ -167,6 +161,8 @@ Applied Orders::apply(const std::string& number)
             if (!readAccount(database, sql, order.m_Account, true, account))
                 return false;
             const int diamonds = countDiamonds(order);
+            if (diamonds == 0)
+                return false;
             diamondsOf(*account.m_Records) += diamonds;
             boughtOf(*account.m_Records) += diamonds;
             if (!writeRecords(database, sql, account))

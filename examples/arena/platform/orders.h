@@ -33,7 +33,7 @@ enum class Applied
     // The bill is applied, by this call or an earlier one.
     kDone,
     kNotPaid,
-    // The database failed, or there is no such order: nothing has changed.
+    // The database failed, there is no such order, or the shop no longer has its offer: nothing has changed.
     kFailed
 };
 
@@ -52,8 +52,6 @@ public:
     bool open(int account, const zet::String_T<wchar_t>& reference, const zet::String_T<wchar_t>& trade, int price,
               Order& order);
     bool find(const std::string& number, Order& order);
-    // The account's newest order that is not paid yet.
-    bool findOpen(int account, Order& order);
 
     // The made-up payment service: enters the payment in its ledger. False if the price is another one, the order is
     // not open, or the database failed. A payment that is there already is true.
@@ -65,7 +63,7 @@ public:
 
     // The orders that are paid and not applied: a crash came between. Their bills are to be applied at start.
     std::vector<std::string> findPaid();
-    // Closes the orders that nobody has paid in time.
+    // Closes the orders that were not paid in time.
     bool expire(long long now);
 
 private:

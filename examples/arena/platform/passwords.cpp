@@ -4,6 +4,7 @@
 
 #include <crypt.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace arena::platform
@@ -43,9 +44,11 @@ bool isEqual(const std::string& a, const std::string& b)
 
 } // namespace
 
-Passwords::Passwords(zet::System& system) : m_Inbox(new host::Inbox), m_Thread([this] { work(); })
+Passwords::Passwords(zet::System& system) : m_Inbox(new host::Inbox)
 {
     m_Inbox->start(&system);
+    for (unsigned int i = 0; i < std::max(1U, std::thread::hardware_concurrency()); ++i)
+        m_Threads.emplace_back([this] { work(); });
 }
 
 Passwords::~Passwords()
@@ -54,8 +57,9 @@ Passwords::~Passwords()
         const std::lock_guard lock(m_Mutex);
         m_IsEnding = true;
     }
-    m_Changed.notify_one();
-    m_Thread.join();
+    m_Changed.notify_all();
+    for (std::thread& thread : m_Threads)
+        thread.join();
     m_Inbox->stop();
 }
 

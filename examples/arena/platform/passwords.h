@@ -1,5 +1,5 @@
-// Passwords are kept as yescrypt hashes. A hash takes some 10 ms on purpose, so it is made on a thread of its own: on
-// the platform's thread it would delay every player.
+// Passwords are kept as yescrypt hashes. A hash takes some 20 ms on purpose, so it is made on other threads: on that of
+// the platform it would delay every player.
 #pragma once
 
 #include "framework/string.h"
@@ -11,6 +11,7 @@
 #include <queue>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace host
 {
@@ -27,7 +28,7 @@ namespace arena::platform
 class Passwords
 {
 public:
-    // More than so many at once are refused: a flood of logins must not make the players wait for minutes.
+    // The most that wait; further ones are refused, so that a flood of logins does not make players wait for minutes.
     static constexpr size_t kLimit = 200;
 
     // The results are reported on the thread of the System.
@@ -43,7 +44,7 @@ public:
     bool check(const zet::String_T<wchar_t>& password, const std::string& hash, std::function<void(bool isRight)> done);
 
 private:
-    // Runs on the thread of the hashes and returns what to call on that of the System.
+    // Runs on a thread of the hashes and returns what to call on that of the System.
     using Work = std::function<std::function<void()>()>;
 
     bool push(Work work);
@@ -54,7 +55,8 @@ private:
     std::condition_variable m_Changed;
     std::queue<Work> m_Works;
     bool m_IsEnding = false;
-    std::thread m_Thread;
+    // One for each core.
+    std::vector<std::thread> m_Threads;
 };
 
 } // namespace arena::platform

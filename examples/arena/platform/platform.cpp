@@ -44,8 +44,8 @@ Platform::Platform(host::Service& service)
     : m_Service(service), m_PlayerFigure(service.getMetrics().gauge("arena_players", "Players who are logged in.")),
       m_CommitFigure(service.getMetrics().counter("arena_database_commits", "Transactions that were committed.")),
       m_FailureFigure(service.getMetrics().counter("arena_database_failures", "Transactions that have failed.")),
-      m_Analyser(new CCmdAnalyserSocket), m_Handlers(*m_Analyser), m_Registration(service.getSystem()),
-      m_Server(new Server(*this, *m_Analyser))
+      m_Analyser(new CCmdAnalyserSocket), m_Handlers(*m_Analyser), m_Peers(service),
+      m_Registration(service.getSystem()), m_Server(new Server(*this, *m_Analyser))
 {
 }
 
@@ -78,7 +78,7 @@ bool Platform::start(const PlatformOptions& options)
         return false;
     followLogins();
     say("%s%d", lines::kListening, static_cast<int>(m_Server->zet::TcpServer::getPort()));
-    return enrol();
+    return m_Peers.begin(m_Registration, options.m_Host, m_Server->zet::TcpServer::getPort()) && enrol();
 }
 
 bool Platform::install()
@@ -121,8 +121,7 @@ bool Platform::enrol()
     self.m_ServerType = static_cast<unsigned char>(ServerType::Platform);
     self.m_ServerId = m_Id;
     self.m_ServerName = m_Options.m_Name;
-    self.m_ServerAddress[0] = m_Options.m_Host;
-    self.m_ServerPort = m_Server->zet::TcpServer::getPort();
+    m_Peers.fillAddress(self);
     m_Servers[m_Id] = self;
     if (m_Options.m_Registry.isEmpty())
         return true;

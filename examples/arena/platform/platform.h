@@ -1,6 +1,7 @@
 // The platform server: what its handlers share.
 #pragma once
 
+#include "examples/arena/peers.h"
 #include "examples/arena/platform/accounts.h"
 #include "examples/arena/platform/packs/packs.h"
 #include "examples/arena/platform/passwords.h"
@@ -87,7 +88,7 @@ public:
                 return;
     }
 
-    // The handler gets the session; it is called also if nobody is logged in.
+    // The handler gets the session; it is called without a login too.
     template <class Command, class Handler>
     void on(Handler handler)
     {
@@ -135,6 +136,7 @@ private:
     std::unique_ptr<Passwords> m_Passwords;
     std::unique_ptr<host::Questions> m_Questions;
     std::unique_ptr<host::Tasks> m_Tasks;
+    PeerOptions m_Peers;
     host::Registration m_Registration;
     std::map<zet::Uuid, CCmdServerRegister> m_Servers;
     std::unordered_map<unsigned long long, Session*> m_Sessions;
@@ -159,7 +161,7 @@ void installMail(Platform& platform);
 void installLogs(Platform& platform);
 
 // Logs the player in on this connection. An older login of the player ends, at this platform at once, at another one
-// when that hears of it or saves next. False if the database failed; then nobody is logged in.
+// when that hears of it or saves next. False if the database failed; then the session has no login.
 bool logIn(Platform& platform, Session& session, int id, zet::Uuid& ticket);
 // What the client may decide in the records that it returns; the rest is the platform's.
 void takeClientFields(const AccountData& from, AccountData& to);

@@ -7,6 +7,7 @@
 #include "examples/arena/platform/platform.h"
 #include "examples/arena/platform/scores.h"
 #include "examples/arena/protocol/platform_codes.h"
+#include "examples/arena/text.h"
 #include "framework/time.h"
 #include "playerdata/game_kinds.h"
 #include "playerdata/rule_constants.h"
@@ -26,7 +27,6 @@ constexpr int kMissions = 30;
 constexpr int kMissionGold = 15;
 constexpr int kGoldPerStar = 2;
 constexpr int kEnergyPortion = 50;
-constexpr int kNoteLimit = 500;
 constexpr float kMostScore = 100.0f;
 constexpr float kMostCalories = 2000.0f;
 
@@ -73,7 +73,7 @@ bool isValidGame(int type, int id)
     return game.IsValid();
 }
 
-// Notes a play of a game with a cool-down; its cool-down begins when it ends.
+// Notes a play of a game with a cool-down, which begins now.
 template <class Game>
 void countPlay(Game& game)
 {
@@ -101,6 +101,13 @@ Result startGame(Session& session, int type, int id)
             return kLocked;
         game.SetCDTimeByPlayTimes();
         if (game.m_CDTime > 0.0f)
+            return kCoolingDown;
+    }
+    const auto camera = type == 14 ? account.m_KinectMap.find(id) : account.m_KinectMap.end();
+    if (camera != account.m_KinectMap.end())
+    {
+        camera->second.SetCDTimeByPlayTimes();
+        if (camera->second.m_CDTime > 0.0f)
             return kCoolingDown;
     }
     if (energyOf(records) < cost)
@@ -235,7 +242,7 @@ void saveTodayMission(Session& session, const CCmdRequestSaveTodayMission& reque
     Result result = kDone;
     if (!session.isLoggedIn())
         result = kNotLoggedIn;
-    else if (request.m_Text1.getLength() > kNoteLimit)
+    else if (request.m_Text1.getLength() > kTextLimit)
         result = kNotAllowed;
     else
     {
@@ -279,7 +286,7 @@ void energy(Session& session, const CCmdEnergyRequest& request)
 // The records that the client has, and back those that are saved: with them it knows what was taken over.
 void saveAccount(Session& session, const CCmdSaveAccount& request)
 {
-    if (!session.isLoggedIn() || request.m_Account.m_AccountNote.getLength() > kNoteLimit)
+    if (!session.isLoggedIn() || request.m_Account.m_AccountNote.getLength() > kTextLimit)
         return;
     takeClientFields(request.m_Account, session.getAccount().m_Account);
     session.save();

@@ -14,7 +14,7 @@ int runPlatform(int count, char** words)
     service.option("--port", options.m_Port, "the port to listen on; 0 takes a free one");
     service.option("--registry", options.m_Registry, "HOST:PORT of the registry; empty for none");
     service.option("--name", options.m_Name, "the name in the list of servers");
-    service.option("--host", options.m_Host, "the address to listen on and to give to players");
+    service.option("--host", options.m_Host, "the address to listen on");
     service.option("--db", options.m_Database, "sqlite://FILE or postgresql://...");
     service.option("--operator", options.m_Operator,
                    "the account that may use the maintenance command and the query tool");

@@ -1,6 +1,7 @@
 // The servers that a client chooses from before it logs in.
 #include "commands/server_choice.h"
 #include "commands/registry.h"
+#include "examples/arena/peers.h"
 #include "examples/arena/platform/platform.h"
 #include "examples/arena/protocol/platform_codes.h"
 
@@ -20,7 +21,7 @@ void listServers(Platform& platform, Session& session)
         PlatformServerInfo info;
         info.m_Enabled = true;
         info.m_Value1 = ++number;
-        info.m_Value2 = server.m_ServerPort;
+        info.m_Value2 = getServed(server).m_Port;
         info.m_Name = server.m_ServerName;
         info.m_Node = id.m_Node;
         reply.m_PlatformServerInfos[info.m_Node] = info;
@@ -40,8 +41,9 @@ void selectServer(Platform& platform, Session& session, const CCmdSelectServerRe
         if (++number == request.m_Value1)
         {
             session.m_ChosenServer = number;
-            reply.m_Text1 = server.m_ServerAddress[0];
-            reply.m_Value1 = server.m_ServerPort;
+            const HostPort address = getServed(server);
+            reply.m_Text1 = address.m_Host;
+            reply.m_Value1 = address.m_Port;
             reply.m_Value2 = protocol::kDone;
             reply.m_Value3 = number;
         }

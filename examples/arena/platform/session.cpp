@@ -27,7 +27,8 @@ bool Session::save(const Accounts::Also& also)
 
 void Session::undo()
 {
-    if (!m_Platform.getAccounts().reload(m_Stored))
+    const long long epoch = m_Stored.m_Epoch;
+    if (!m_Platform.getAccounts().reload(m_Stored) || m_Stored.m_Epoch != epoch)
         kickOut();
 }
 

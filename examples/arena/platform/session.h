@@ -22,11 +22,12 @@ public:
     CAccount& getAccount() { return *m_Stored.m_Records; }
     // Writes the records in one transaction before the answer is sent. False if another platform was first or the
     // database failed: the records are then those of the database again, and the caller refuses. If the player has
-    // logged in elsewhere, the session is kicked out as well.
+    // logged in elsewhere, or the records cannot be read again, the session is kicked out as well.
     bool save() { return save({}); }
     // The same with further statements in the transaction.
     bool save(const Accounts::Also& also);
-    // Makes the records those of the database again, after a change that is not to be saved.
+    // Makes the records those of the database again, after a change that is not to be saved. If the player has logged
+    // in elsewhere, or they cannot be read, the session is kicked out.
     void undo();
 
     // The login, and its end: the database is not changed.

@@ -126,7 +126,7 @@ const wchar_t* unlock(CAccount& records, const CmdUnlockGameRequest& request)
     return L"";
 }
 
-// m_Value1: the training game. Each diamond cancels so many seconds of its cool-down.
+// m_Value1: the training game. Each diamond cancels g_OneDiamond_CDTime seconds of its cool-down.
 const wchar_t* cancelCoolDown(CAccount& records, const CmdCancelCDRequest& request)
 {
     const auto found = records.m_Account.m_TrainingMap.find(request.m_Value1);
@@ -136,7 +136,7 @@ const wchar_t* cancelCoolDown(CAccount& records, const CmdCancelCDRequest& reque
     game.SetCDTimeByPlayTimes();
     if (!(game.m_CDTime > 0.0f))
         return L"the game does not cool down";
-    const int price = 1 + static_cast<int>(game.m_CDTime) / g_OneDiamond_CDTime;
+    const int price = (static_cast<int>(game.m_CDTime) + g_OneDiamond_CDTime - 1) / g_OneDiamond_CDTime;
     if (!take(diamondsOf(records), price))
         return L"there are too few diamonds";
     // Without plays there is no cool-down.

@@ -14,7 +14,7 @@ class Player;
 class PackAccount
 {
 public:
-    // Connects to the server of the player. Nobody is logged in yet.
+    // Connects to the server of the player. There is no login yet.
     PackAccount(Player& player, const zet::String_T<wchar_t>& name);
 
     const zet::String_T<wchar_t>& getName() const { return m_Name; }

@@ -197,6 +197,9 @@ host::Task Player::live()
     size_t next = 0;
     for (milliseconds delay = kFirstDelay; !m_IsDone;)
     {
+        LoginTurn turn(m_Players);
+        while (options.m_Entry && !turn.take())
+            co_await host::sleep(LoginTurn::kPause);
         openConnection();
         while (isConnecting())
             co_await host::sleep(kPoll);
@@ -209,15 +212,19 @@ host::Task Player::live()
             if (m_Failures > failures)
                 break;
         }
+        turn.give();
         if (isConnected())
             delay = kFirstDelay;
         while (isConnected() && !isAudit && (next < count || (!m_Players.isOver() && count > 0)))
         {
             const Script& script = *options.m_Scripts[next % count];
             m_IsInterrupted = false;
+            while (script.m_LogsIn && !turn.take())
+                co_await host::sleep(LoginTurn::kPause);
             m_Tasks.start(script.m_Play(*this));
             while (m_Tasks.getCount() > 0)
                 co_await host::sleep(kPoll);
+            turn.give();
             const bool isPlayed = !isInterrupted() && isConnected();
             m_Interruptions += isInterrupted();
             m_IsInterrupted = false;

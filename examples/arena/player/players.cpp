@@ -43,6 +43,14 @@ void Players::start()
         player.start();
 }
 
+bool Players::takeLoginTurn()
+{
+    if (m_LoginTurns >= LoginTurn::kMost)
+        return false;
+    ++m_LoginTurns;
+    return true;
+}
+
 bool Players::areDone() const
 {
     return std::all_of(m_Players.begin(), m_Players.end(), [](const Player& player) { return player.isDone(); });

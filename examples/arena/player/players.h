@@ -79,6 +79,9 @@ public:
             shared = std::make_shared<Shared>();
         return *static_cast<Shared*>(shared.get());
     }
+    // Of LoginTurn.
+    bool takeLoginTurn();
+    void giveLoginTurn() { --m_LoginTurns; }
     // A script has played a race.
     void addRace() { ++m_Races; }
     int getRaces() const { return m_Races; }
@@ -92,6 +95,7 @@ private:
     const PlayerOptions m_Options;
     bool m_IsOver = false;
     int m_Races = 0;
+    int m_LoginTurns = 0;
     Counters m_Counters;
     // Large, so not on the stack.
     const std::unique_ptr<CCmdAnalyserSocket> m_Analyser = std::make_unique<CCmdAnalyserSocket>();
@@ -100,6 +104,35 @@ private:
     host::Questions m_Questions;
     std::vector<const host::Questions*> m_OtherQuestions;
     std::list<Player> m_Players;
+};
+
+// The right to log in, of at most kMost players of a process at once: a platform takes its time for the hash of each
+// password, and refuses logins when too many wait. Given back by its end.
+class LoginTurn
+{
+public:
+    // A script logs in as up to three accounts at once.
+    static constexpr int kMost = 50;
+    // Between two attempts to take one.
+    static constexpr std::chrono::milliseconds kPause{50};
+
+    explicit LoginTurn(Players& players) : m_Players(players) {}
+    ~LoginTurn() { give(); }
+    LoginTurn(const LoginTurn&) = delete;
+    LoginTurn& operator=(const LoginTurn&) = delete;
+
+    // False if the others have all.
+    bool take() { return m_IsTaken || (m_IsTaken = m_Players.takeLoginTurn()); }
+    void give()
+    {
+        if (m_IsTaken)
+            m_Players.giveLoginTurn();
+        m_IsTaken = false;
+    }
+
+private:
+    Players& m_Players;
+    bool m_IsTaken = false;
 };
 
 } // namespace arena::player

@@ -25,20 +25,22 @@ const std::vector<Script>& getScripts()
         {"sport", "a sport session of 2 to 8 players", installSport, playSport, false, "sport"},
         {"lesson", "a dance lesson of up to 8 users", installLesson, playLesson, false, "lesson"},
         {"device", "a phone that drives a game, and a camera", installDevice, playDevice, false, "device"},
-        {"login", "all variants of the login, tickets, a kick by a second login", installLogin, playLogin, true},
-        {"binding", "phones, outside accounts, passwords", installBinding, playBinding, true},
+        {"login", "all variants of the login, tickets, a kick by a second login", installLogin, playLogin, true,
+         nullptr, true},
+        {"binding", "phones, outside accounts, passwords", installBinding, playBinding, true, nullptr, true},
         {"billing", "orders, bills, currencies, codes", installBilling, playBilling, true},
         {"progress", "games, missions, boards", installProgress, playProgress, true},
-        {"void-data", "the payloads of void data: shop, games, person", installVoidData, playVoidData, true},
+        {"void-data", "the payloads of void data: shop, games, person", installVoidData, playVoidData, true, nullptr,
+         true},
         {"mail", "letters, messages, log records", installMail, playMail, true},
-        {"packs", "all features of pack envelopes, with new accounts", installPacks, playPacks, true},
+        {"packs", "all features of pack envelopes, with new accounts", installPacks, playPacks, true, nullptr, true},
     };
     return scripts;
 }
 
 const Script& getEntry()
 {
-    static const Script entry = {"enter", "logs in", installEnter, playEnter, true};
+    static const Script entry = {"enter", "logs in", installEnter, playEnter, true, nullptr, true};
     return entry;
 }
 

@@ -23,6 +23,8 @@ struct Script
     bool m_IsForPlatform;
     // The role of the server to which it connects; null for none but the platform.
     const char* m_Server = nullptr;
+    // Whether it logs in, so that it needs a LoginTurn.
+    bool m_LogsIn = false;
 };
 
 // All of them, in the order in which a player plays them.

@@ -3,18 +3,44 @@
 #include "examples/arena/registry/call.h"
 #include "examples/arena/registry/registry.h"
 #include "examples/arena/roles.h"
+#include "framework/string_helper.h"
+#include "host/service.h"
+
+#include <cstdio>
 
 namespace arena
 {
 
+namespace
+{
+
+int refuse(const char* fault)
+{
+    std::fprintf(stderr, "arena registry: %s\n", fault);
+    return host::kExitUsage;
+}
+
+} // namespace
+
 int runRegistry(int count, char** words)
 {
-    CLI::App app("Keeps the registry of the servers on this machine.");
+    CLI::App app("Keeps the registry of the servers.");
     unsigned short port = 0;
+    std::string host = "127.0.0.1";
+    std::string networks;
     app.add_option("--port", port, "the port to listen on; 0 for a free one");
+    app.add_option("--host", host, "the address to listen on")->capture_default_str();
+    app.add_option("--peers", networks,
+                   "the networks that may connect, such as \"10.0.0.0/8 127.0.0.1\"; those of this machine without it. "
+                   "There is no login: each of them can register servers and shut all down");
     if (const auto result = parseWords(app, count, words))
         return *result;
     const zet::Unknown::Handle_T<Registry> registry(new Registry(port));
+    Peers peers;
+    if (!networks.empty() && !peers.set(zet::StringHelper::utf8ToWide(networks.c_str())))
+        return refuse("--peers needs networks such as 10.0.0.0/8, with blanks between them");
+    if (!registry->setAddress(zet::StringHelper::utf8ToWide(host.c_str()), peers))
+        return refuse("--host needs an address of this machine");
     return registry->run() ? 0 : 1;
 }
 

@@ -86,6 +86,15 @@ Registry::Registry(unsigned short port) : CMyServiceSystem(kType), m_Port(new Re
     RegistryConnection::install(m_Analyser);
 }
 
+bool Registry::setAddress(const wchar_t* host, const Peers& peers)
+{
+    m_Port->setAddressFilter(peers.makeFilter());
+    if (!m_Port->setBindAddress(host))
+        return false;
+    m_Host = host;
+    return true;
+}
+
 bool Registry::ServiceOn()
 {
     CMyServiceSystem::ServiceOn();
@@ -116,7 +125,7 @@ void Registry::fillRecord(CCmdServerRegister& record) const
     record.m_ServerType = GetServerType();
     record.m_ServerId = GetServerId();
     record.m_ServerName = L"registry";
-    record.m_ServerAddress[0] = m_Port->GetIP();
+    record.m_ServerAddress[0] = m_Host;
     record.m_ServerPort = m_Port->getPort();
 }
 

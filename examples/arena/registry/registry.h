@@ -3,6 +3,7 @@
 
 #include "dispatch/analyser_socket.h"
 #include "examples/arena/loopback.h"
+#include "examples/arena/peers.h"
 #include "runtime/service_system.h"
 
 namespace arena
@@ -40,6 +41,8 @@ public:
 
     // Port 0 means any free port.
     explicit Registry(unsigned short port);
+    // Before run(): the address to listen on, and the peers that may connect.
+    bool setAddress(const wchar_t* host, const Peers& peers);
 
     // Listens, and prints the port.
     bool ServiceOn() override;
@@ -61,6 +64,7 @@ protected:
 private:
     CCmdAnalyserSocket m_Analyser;
     zet::Unknown::Handle_T<RegistryPort> m_Port;
+    zet::String_T<wchar_t> m_Host = kLoopback;
     Deadline m_EndTime;
     bool m_IsEnding = false;
 };

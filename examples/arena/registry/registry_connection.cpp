@@ -2,6 +2,7 @@
 
 #include "examples/arena/deliver.h"
 #include "examples/arena/lines.h"
+#include "examples/arena/peers.h"
 #include "examples/arena/registry/registry.h"
 #include "examples/arena/text.h"
 #include "framework/log.h"
@@ -120,8 +121,9 @@ void RegistryConnection::onHostname(const CCmdHostnameRequest& command)
     // Without such a server, no address and port 0.
     if (const RegistryConnection* server = m_Registry.getPort().findByType(command.m_ServerType))
     {
-        response.m_IP = server->m_Record.m_ServerAddress[0];
-        response.m_Port = server->m_Record.m_ServerPort;
+        const HostPort address = getServed(server->m_Record);
+        response.m_IP = address.m_Host;
+        response.m_Port = address.m_Port;
     }
     send(response);
 }

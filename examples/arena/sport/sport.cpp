@@ -258,14 +258,28 @@ void Server::endIfAllHave(Room& room)
     m_Rooms.erase(zet::String_T<wchar_t>(room.m_Name));
 }
 
+bool Server::isDeserted(const Room& room) const
+{
+    return !room.m_Platform && room.m_Seats.empty() &&
+           std::none_of(room.m_Invited.begin(), room.m_Invited.end(),
+                        [this](const auto& name) { return m_Lobby.count(name) > 0; });
+}
+
 void Server::lose(Peer& peer)
 {
     for (auto& [name, room] : m_Rooms)
         if (room.m_Platform == &peer)
             room.m_Platform = nullptr;
-    if (peer.m_Name.isEmpty())
-        return;
-    m_Lobby.erase(peer.m_Name);
+    if (!peer.m_Name.isEmpty())
+    {
+        m_Lobby.erase(peer.m_Name);
+        leaveRoom(peer);
+    }
+    std::erase_if(m_Rooms, [this](const auto& each) { return isDeserted(each.second); });
+}
+
+void Server::leaveRoom(Peer& peer)
+{
     Room* const room = findSeat(peer) ? findRoom(peer.m_Room) : nullptr;
     if (!room)
         return;
@@ -310,8 +324,8 @@ int runSport(int count, char** words)
             CSportGameServerInfo info;
             info.m_Flag1 = true;
             info.m_Value3 = sport::Server::kMostPlayers;
-            info.m_Text1 = role.getHost();
-            info.m_Word1 = role.getPort();
+            info.m_Text1 = role.getServed().m_Host;
+            info.m_Word1 = role.getServed().m_Port;
             info.m_Text2 = role.getName();
             server.setInfo(info);
             return true;

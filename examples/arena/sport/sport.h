@@ -125,6 +125,10 @@ private:
     const wchar_t* endGame(Peer& peer, CmdEndGameAction& action);
 
     void openRoom(Peer& platform, CCmdSport_StartSessionRequest& command);
+    // The peer is lost: the others in its room go on without it.
+    void leaveRoom(Peer& peer);
+    // Whether a room has no platform and no seat, and none of its players is in the lobby.
+    bool isDeserted(const Room& room) const;
     Room* findRoom(const zet::String_T<wchar_t>& name);
     // The seat of a peer that is in a room; null otherwise.
     Seat* findSeat(Peer& peer);

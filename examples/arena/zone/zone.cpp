@@ -103,7 +103,7 @@ int runZone(int count, char** words)
             zone.setName(role.getName());
             zone.setKey(key);
             info.m_Text1 = role.getName();
-            info.m_Text2.format(L"%s:%d", role.getHost(), static_cast<int>(role.getPort()));
+            info.m_Text2.format(L"%s:%d", role.getServed().m_Host, static_cast<int>(role.getServed().m_Port));
             zone.getCentre().addOwn(info);
             return centre.isEmpty() || link->begin(service.getSystem());
         });

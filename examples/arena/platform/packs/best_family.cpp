@@ -5,6 +5,7 @@
 #include "playerdata/rule_constants.h"
 
 #include <algorithm>
+#include <iterator>
 #include <random>
 
 namespace arena::platform
@@ -38,6 +39,8 @@ constexpr int kMostTools = 10;
 constexpr int kRetryPrice = 1;
 constexpr int kDaysOfWeek = 7;
 constexpr int kSecondsOfDay = 24 * 60 * 60;
+// The Thursday with which days are counted is the fourth day of its week.
+constexpr int kFirstMonday = 3;
 constexpr wchar_t kTool[] = L"match-tool";
 constexpr wchar_t kGift[] = L"match-gift";
 
@@ -49,6 +52,38 @@ int& selectedBrainGame(AccountMatchData3& data)
 int& brainPlays(AccountMatchData3& data)
 {
     return data.m_Match3Value12;
+}
+
+// The week of the last reset; -1 for a new record.
+int& weekOf(AccountMatchData3& data)
+{
+    return data.m_Match3Value13;
+}
+
+// Weeks from Monday to Sunday, counted from the one of 1970-01-01.
+int getWeek()
+{
+    return (getDay() + kFirstMonday) / kDaysOfWeek;
+}
+
+// The record at a request of the event: in a new week, lives, tasks, gift and free plays begin anew. It is saved with
+// the next change.
+AccountMatchData3& recordOf(Session& session)
+{
+    AccountMatchData3& data = session.getAccount().m_MatchData3;
+    const int week = getWeek();
+    if (weekOf(data) != week)
+    {
+        if (weekOf(data) >= 0)
+        {
+            data.WeekCleanData();
+            std::fill(std::begin(data.m_Match3Row), std::end(data.m_Match3Row), -1);
+            data.m_Match3Flag0 = false;
+            brainPlays(data) = 0;
+        }
+        weekOf(data) = week;
+    }
+    return data;
 }
 
 int throwDie()
@@ -88,7 +123,7 @@ void onEvent(MatchPacks& packs, Work work)
     serve<Request, Reply>(packs,
                           [work](Session& session, const Request& request, Reply& reply)
                           {
-                              AccountMatchData3& data = session.getAccount().m_MatchData3;
+                              AccountMatchData3& data = recordOf(session);
                               if (work(session, data, request, reply))
                                   save(session, reply);
                               reply.m_MatchData3 = data;
@@ -106,6 +141,20 @@ bool throwRandom(Session&, AccountMatchData3& data, const MatchPack_BestFamilyRa
     advance(data, points);
     reply.m_Text2.format(L"%d", points);
     return true;
+}
+
+bool startTask(AccountMatchData3& data, int task, MatchPack_BestFamilyTask_Reply& reply)
+{
+    if (task < 1 || task > AccountMatchData3::kRow)
+        refuse(reply, kNoSuchTask);
+    else if (data.m_Match3Row[task - 1] >= 0)
+        refuse(reply, kTaskDone);
+    else if (takeLives(data, 1, reply))
+    {
+        data.m_Match3Row[task - 1] = 0;
+        return true;
+    }
+    return false;
 }
 
 bool setDie(Session&, AccountMatchData3& data, const MatchPack_BestFamilySetDice_Request& request,
@@ -161,10 +210,9 @@ bool checkResult(Session&, AccountMatchData3& data, const MatchPack_BestFamilyCh
 // The seconds until the week ends, at midnight before a Monday.
 zet::String_T<wchar_t> getWeekLeft()
 {
-    // The first day of the calendar's count was a Thursday.
-    const long long day = zet::Time::getCurrent().getSeconds() / kSecondsOfDay + 3;
+    const int daysLeft = (getWeek() + 1) * kDaysOfWeek - kFirstMonday - getDay() - 1;
     zet::String_T<wchar_t> text;
-    text.format(L"%d", static_cast<int>(kDaysOfWeek - 1 - day % kDaysOfWeek) * kSecondsOfDay + getSecondsOfDayLeft());
+    text.format(L"%d", daysLeft * kSecondsOfDay + getSecondsOfDayLeft());
     return text;
 }
 
@@ -222,7 +270,7 @@ void selectBrainGame(Session& session, const MatchPack_SelectBrainGame_Request& 
 {
     if (request.m_Value1 <= 0)
         return refuse(reply, kNoSuchGame);
-    selectedBrainGame(session.getAccount().m_MatchData3) = request.m_Value1;
+    selectedBrainGame(recordOf(session)) = request.m_Value1;
     if (!save(session, reply))
         return;
     reply.m_Value1 = request.m_Value1;
@@ -232,7 +280,7 @@ void selectBrainGame(Session& session, const MatchPack_SelectBrainGame_Request& 
 void startBrainGame(Session& session, const MatchPack_StartBrainGame_Request& request,
                     MatchPack_StartBrainGame_Reply& reply)
 {
-    AccountMatchData3& data = session.getAccount().m_MatchData3;
+    AccountMatchData3& data = recordOf(session);
     if (selectedBrainGame(data) == 0 || selectedBrainGame(data) != request.m_Value1)
         return refuse(reply, kNotSelected);
     if (getFreePlays(session) <= 0)
@@ -295,26 +343,21 @@ void addBestFamily(MatchPacks& packs)
             reply.m_Text2 = getWeekLeft();
             return false;
         });
-    // m_Value1: the task, 1 to 6. The client's countdown begins anew.
-    onEvent<MatchPack_BestFamilyTask_Request, MatchPack_BestFamilyTask_Reply>(
+    // m_Value1: the task, 1 to 6. The client's countdown begins anew once the task is saved.
+    serve<MatchPack_BestFamilyTask_Request, MatchPack_BestFamilyTask_Reply>(
         packs,
-        [&packs](Session& session, AccountMatchData3& data, const MatchPack_BestFamilyTask_Request& request,
+        [&packs](Session& session, const MatchPack_BestFamilyTask_Request& request,
                  MatchPack_BestFamilyTask_Reply& reply)
         {
-            if (request.m_Value1 < 1 || request.m_Value1 > AccountMatchData3::kRow)
-                refuse(reply, kNoSuchTask);
-            else if (data.m_Match3Row[request.m_Value1 - 1] >= 0)
-                refuse(reply, kTaskDone);
-            else if (takeLives(data, 1, reply))
+            AccountMatchData3& data = recordOf(session);
+            if (startTask(data, request.m_Value1, reply) && save(session, reply))
             {
-                data.m_Match3Row[request.m_Value1 - 1] = 0;
                 MatchPack_ModifyCountDownTime_Reply countDown;
                 countDown.m_Text2 = getWeekLeft();
                 countDown.m_MatchData3 = data;
                 packs.send(session, countDown);
-                return true;
             }
-            return false;
+            reply.m_MatchData3 = data;
         });
     onEvent<MatchPack_TakeGift_Request, MatchPack_TakeGift_Reply>(packs, takeGift);
     onEvent<MatchPack_BuyTool_Request, MatchPack_BuyTool_Reply>(packs, buyTool);

@@ -28,7 +28,8 @@ constexpr wchar_t kNoFriend[] = L"!not a friend";
 constexpr wchar_t kListFull[] = L"!the list is full";
 constexpr wchar_t kWelcome[] = L"Welcome to the arena";
 
-constexpr size_t kMostFriends = 20;
+// Their names with separators fit into one text.
+constexpr size_t kMostFriends = 15;
 // How many messages a player finds, and how long they are, in UTF-16 units.
 constexpr size_t kMessages = 6;
 constexpr int kMessageLength = 200;

@@ -7,6 +7,8 @@
 #include "examples/arena/protocol/pack_numbers.h"
 
 #include <algorithm>
+#include <deque>
+#include <map>
 #include <random>
 
 namespace arena::platform
@@ -30,6 +32,8 @@ constexpr wchar_t kPaid[] = L"paid";
 
 constexpr const wchar_t* kGoods[] = {L"golden-shoes", L"second-wind"};
 constexpr int kMostOpen = 10;
+// The orders of a player that are kept, more than kMostOpen.
+constexpr size_t kMostKept = 50;
 // The length of an order's name in UTF-16 units.
 constexpr int kMostId = 64;
 constexpr int kMostCodes = 10;
@@ -113,12 +117,21 @@ private:
             return refuse(reply, kNoOrder);
         if (!isGood(request.m_Text2))
             return refuse(reply, kNoSuchGood);
-        const auto isOpen = [&](const auto& each)
-        { return each.second.m_Account == nameOf(session) && !each.second.m_IsPaid; };
-        if (std::count_if(m_Orders.begin(), m_Orders.end(), isOpen) >= kMostOpen)
+        if (m_Orders.count(request.m_Text1) > 0)
+            return refuse(reply, kOrderKnown);
+        // Of each player, the latest ones are kept.
+        std::deque<Text>& own = m_OrdersOf[nameOf(session)];
+        const auto isOpen = [this](const Text& id) { return !m_Orders.at(id).m_IsPaid; };
+        if (std::count_if(own.begin(), own.end(), isOpen) >= kMostOpen)
             return refuse(reply, kTooMany);
-        if (!m_Orders.try_emplace(request.m_Text1, Order{nameOf(session), request.m_Text2}).second)
-            refuse(reply, kOrderKnown);
+        if (own.size() >= kMostKept)
+        {
+            const auto paid = std::find_if_not(own.begin(), own.end(), isOpen);
+            m_Orders.erase(*paid);
+            own.erase(paid);
+        }
+        own.push_back(request.m_Text1);
+        m_Orders[request.m_Text1] = {nameOf(session), request.m_Text2};
     }
     // Result, order, state and good.
     void tellOrder(Session& session, const InPurchasePack_GetCheckResult_Request& request,
@@ -200,6 +213,8 @@ private:
     InPurchasePacks m_Packs;
     // By their identifiers.
     std::map<Text, Order> m_Orders;
+    // The identifiers by account, in the order in which they came.
+    std::map<Text, std::deque<Text>> m_OrdersOf;
     std::map<Text, Code> m_Codes;
 };
 

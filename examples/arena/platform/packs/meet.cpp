@@ -1,6 +1,7 @@
 // The sports meet: a player enters, looks for a mate, plays for energy and tickets, and buys for tickets. All of it is
 // in the record of the meet, and the energy in that of the account; orders and history are kept in memory.
 #include "examples/arena/platform/packs/match_features.h"
+#include "examples/arena/text.h"
 #include "framework/time.h"
 #include "playerdata/rule_constants.h"
 
@@ -23,12 +24,12 @@ constexpr wchar_t kNoSuchGood[] = L"no such good";
 constexpr wchar_t kTooFewTickets[] = L"too few tickets";
 constexpr wchar_t kNoMate[] = L"no mate";
 constexpr wchar_t kRaised[] = L"a save cannot raise the rating or the tickets";
+constexpr wchar_t kTooLong[] = L"the text is too long";
 constexpr wchar_t kNoSuchPlayer[] = L"no such player";
 
 constexpr int kTicketsOfGame = 5;
 constexpr int kRatingOfGame = 10;
 constexpr size_t kMostRecords = 20;
-constexpr int kSecondsOfDay = 24 * 60 * 60;
 constexpr int kSaturday = 6;
 
 // What the platform keeps in the carried values of the record: whether the player is in the meet, the tickets, the
@@ -144,6 +145,8 @@ private:
         AccountMatchData4 wanted = request.m_MatchData4;
         if (wanted.m_MatchRating > data.m_MatchRating || ticketsOf(wanted) > ticketsOf(data))
             return refuse(reply, kRaised);
+        if (std::max(wanted.m_Match4Text0.getLength(), wanted.m_Match4Text1.getLength()) > kTextLimit)
+            return refuse(reply, kTooLong);
         data.m_Match4Text0 = wanted.m_Match4Text0;
         data.m_Match4Text1 = wanted.m_Match4Text1;
         save(session, reply);
@@ -223,8 +226,8 @@ private:
     void tellWeekend(Session&, const RequestFor<Match4Pack_CheckBeWeekend_Reply>&,
                      Match4Pack_CheckBeWeekend_Reply& reply)
     {
-        // The first day of the calendar's count was a Thursday.
-        reply.m_Value1 = static_cast<int>((zet::Time::getCurrent().getSeconds() / kSecondsOfDay + 4) % 7);
+        // From 0, a Sunday.
+        reply.m_Value1 = (getDay() + 4) % 7;
         reply.m_Flag1 = reply.m_Value1 == 0 || reply.m_Value1 == kSaturday;
     }
     // The first table has the best ratings in its first row.

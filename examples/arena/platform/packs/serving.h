@@ -6,6 +6,7 @@
 #include "examples/arena/platform/session.h"
 #include "host/pack_router.h"
 
+#include <algorithm>
 #include <map>
 #include <type_traits>
 
@@ -94,10 +95,13 @@ bool pay(Session& session, int price, Reply& reply)
 
 // "2026-11-22", the day on which a daily state was reset.
 zet::String_T<wchar_t> getToday();
+// Of the same calendar: local time.
 int getSecondsOfDayLeft();
+// Days since 1970-01-01, a Thursday.
+int getDay();
 
-// The sessions that have entered a feature. Holds them, so that a later session is not taken for an ended one; those
-// that have ended leave when the next one enters.
+// The sessions that have entered a feature, until their login ends. Holds them, so that a later session is not taken
+// for an ended one; those whose login has ended leave when the next one enters.
 template <class Member>
 class Members
 {
@@ -105,30 +109,42 @@ public:
     // False if the session has entered before.
     bool add(Session& session, const Member& member)
     {
-        std::erase_if(m_Members, [](const auto& each)
-                      { return each.second.m_Session->getConnectionState() != zet::TcpConnection::kEstablished; });
-        return m_Members.try_emplace(&session, Entry{&session, member}).second;
+        std::erase_if(m_Members, [](const auto& each) { return !each.second.isIn(); });
+        return m_Members.try_emplace(&session, Entry{&session, session.getStored().m_Id, member}).second;
     }
     // False if it has not entered.
-    bool remove(Session& session) { return m_Members.erase(&session) > 0; }
+    bool remove(Session& session) { return find(session) && m_Members.erase(&session) > 0; }
     // Null if it has not entered.
     Member* find(Session& session)
     {
         const auto found = m_Members.find(&session);
-        return found == m_Members.end() ? nullptr : &found->second.m_Member;
+        return found == m_Members.end() || !found->second.isIn() ? nullptr : &found->second.m_Member;
     }
     template <class Work>
     void forEach(Work work)
     {
         for (auto& [session, entry] : m_Members)
-            work(*session, entry.m_Member);
+            if (entry.isIn())
+                work(*session, entry.m_Member);
     }
-    int getCount() const { return static_cast<int>(m_Members.size()); }
+    int getCount() const
+    {
+        return static_cast<int>(
+            std::count_if(m_Members.begin(), m_Members.end(), [](const auto& each) { return each.second.isIn(); }));
+    }
 
 private:
     struct Entry
     {
+        // Whether the account that has entered is still the one of the session.
+        bool isIn() const
+        {
+            return m_Session->getConnectionState() == zet::TcpConnection::kEstablished &&
+                   m_Session->getStored().m_Id == m_Account;
+        }
+
         zet::Unknown::Handle_T<Session> m_Session;
+        int m_Account;
         Member m_Member;
     };
 

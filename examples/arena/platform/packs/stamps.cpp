@@ -18,6 +18,7 @@ constexpr wchar_t kTooFewStamps[] = L"too few stamps";
 constexpr wchar_t kNoSuchGood[] = L"no such good";
 constexpr wchar_t kNoSuchTeam[] = L"no such team";
 constexpr wchar_t kBetBefore[] = L"a bet is placed";
+constexpr wchar_t kNoMorePraise[] = L"no further player can be praised";
 constexpr wchar_t kNoSuchPlayer[] = L"no such player";
 constexpr wchar_t kOneself[] = L"oneself";
 constexpr wchar_t kNoSuchNumber[] = L"no such number";
@@ -166,8 +167,9 @@ private:
             return refuse(reply, kOneself);
         if (request.m_Text1.getLength() > kMostName)
             return refuse(reply, kNoSuchPlayer);
-        if (m_Praises.size() < kMostPraised || m_Praises.count(request.m_Text1) > 0)
-            reply.m_Value1 = ++m_Praises[request.m_Text1];
+        if (m_Praises.size() >= kMostPraised && m_Praises.count(request.m_Text1) == 0)
+            return refuse(reply, kNoMorePraise);
+        reply.m_Value1 = ++m_Praises[request.m_Text1];
     }
     // m_Value1: a number from 0 to 9; one of three drawn ones wins.
     void playFinal(Session& session, const MatchPack_FinalLottery_Request& request, MatchPack_FinalLottery_Reply& reply)
@@ -191,7 +193,8 @@ private:
         reply.m_Pair1 = {account.m_Account.m_AccountName, L"the champion"};
         reply.m_MatchData3.first = account.m_MatchData3;
     }
-    // m_Value1: 0 for the next round. The numbers of the round before are gone.
+    // m_Value1: 0 for the next round. The numbers of the round before are gone. The lottery is that of all players, and
+    // any of them may go on.
     void resetLottery(Session&, const MatchPack_LotteryReset_Request& request, MatchPackType_LotteryReset& reply)
     {
         if (request.m_Value1 != 0)

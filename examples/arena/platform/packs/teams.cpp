@@ -206,14 +206,15 @@ private:
     {
         for (const auto& [name, row] : m_Players)
         {
-            if (reply.m_RankList1.size() == kMostRows)
-                break;
             MatchTotalScoreRank rank;
             rank.m_Text1 = name;
             rank.m_Text2 = row.m_RankName;
             rank.m_Value1 = row.m_RankScore;
             reply.m_RankList1.push_back(rank);
         }
+        std::stable_sort(reply.m_RankList1.begin(), reply.m_RankList1.end(),
+                         [](const auto& a, const auto& b) { return a.m_Value1 > b.m_Value1; });
+        reply.m_RankList1.resize(std::min(reply.m_RankList1.size(), kMostRows));
     }
     void tellStop(Session& session, const RequestFor<MatchPackType_QueryGameStopRank_Reply>&,
                   MatchPackType_QueryGameStopRank_Reply& reply)

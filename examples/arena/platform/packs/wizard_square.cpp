@@ -3,6 +3,7 @@
 #include "examples/arena/platform/packs/serving.h"
 #include "examples/arena/platform/platform.h"
 #include "examples/arena/protocol/pack_numbers.h"
+#include "examples/arena/text.h"
 
 namespace arena::platform
 {
@@ -11,8 +12,6 @@ namespace
 {
 
 constexpr wchar_t kNoWar[] = L"left without a war";
-// How long what a player says in the square may be, in UTF-16 units.
-constexpr int kMostText = 500;
 
 class Wizard
 {
@@ -89,11 +88,11 @@ public:
                                                       if (!info)
                                                           return;
                                                       info->m_Text1 = session.getAccount().m_Account.m_AccountName;
-                                                      info->m_Text2 = claimed.m_Text2.getSubString(0, kMostText);
-                                                      info->m_Text3 = claimed.m_Text3.getSubString(0, kMostText);
-                                                      info->m_Text4 = claimed.m_Text4.getSubString(0, kMostText);
-                                                      info->m_Text5 = claimed.m_Text5.getSubString(0, kMostText);
-                                                      info->m_Text6 = claimed.m_Text6.getSubString(0, kMostText);
+                                                      info->m_Text2 = claimed.m_Text2.getSubString(0, kTextLimit);
+                                                      info->m_Text3 = claimed.m_Text3.getSubString(0, kTextLimit);
+                                                      info->m_Text4 = claimed.m_Text4.getSubString(0, kTextLimit);
+                                                      info->m_Text5 = claimed.m_Text5.getSubString(0, kTextLimit);
+                                                      info->m_Text6 = claimed.m_Text6.getSubString(0, kTextLimit);
                                                       sendToAll(*info);
                                                   });
         serveSilently<WorldSquarePack_TransmisData>(m_Packs,
@@ -103,7 +102,8 @@ public:
                                                             return;
                                                         WorldSquarePack_TransmisData data;
                                                         data.m_Text1 = session.getAccount().m_Account.m_AccountName +
-                                                                       L"|" + said.m_Text1.getSubString(0, kMostText);
+                                                                       L"|" + said.m_Text1;
+                                                        data.m_Text1 = data.m_Text1.getSubString(0, kTextLimit);
                                                         sendToAll(data);
                                                     });
         return m_Packs.install(handlers);
