@@ -2,7 +2,8 @@
 """What one run puts on the loopback interface and into recordings: check_capture.py ARENA WIRELENS.
 
 dumpcap captures the packets of a platform and of a zone while each records itself. Frame by frame, wirelens decode and
-the dissector in tshark must show the same fields; both captures must have the same commands of each connection.
+the dissector in tshark must show the same fields; both captures must have the same commands of each connection, with
+the same fields but for masked ones.
 Exits with 77 where dumpcap may not capture, or where there is no tshark with Lua.
 """
 import collections
@@ -10,9 +11,12 @@ import json
 import os
 import re
 import shutil
+import signal
+import socket
 import subprocess
 import sys
 import tempfile
+import time
 
 import stage
 from stage import systems
@@ -21,7 +25,6 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 import check_dissector  # noqa: E402
 
 LEAST_FRAMES, LEAST_CLASSES, LEAST_MESSAGES = 1000, 100, 500
-MOST_UNSENT = 20
 
 
 def decode(wirelens, types, *files):
@@ -55,6 +58,37 @@ def without_dropped(checker, name, fields, mine):
     return fields
 
 
+def is_masked(value, recorded):
+    """Whether a recording shows the value of the wire, or what masks a secret."""
+    if isinstance(value, dict) and isinstance(recorded, dict):
+        return list(value) == list(recorded) and all(is_masked(value[name], recorded[name]) for name in value)
+    if isinstance(value, list) and isinstance(recorded, list):
+        return len(value) == len(recorded) and all(map(is_masked, value, recorded))
+    hidden = recorded == 0 or isinstance(recorded, str) and len(recorded) > 0 and set(recorded) <= {"*", "0"}
+    return value == recorded or hidden
+
+
+def is_same(line, recorded):
+    kinds = ("id", "size", "class", "error", "offset")
+    return [line.get(kind) for kind in kinds] == [recorded.get(kind) for kind in kinds] and \
+        is_masked(line.get("fields"), recorded.get("fields"))
+
+
+def finish(dump, path, port):
+    """Ends the capture once it has all packets so far: those of a last connection to the port, which is refused."""
+    with socket.socket() as last:
+        last.bind(("127.0.0.1", 0))
+        own = last.getsockname()[1]
+        last.connect_ex(("127.0.0.1", int(port)))
+    end = time.monotonic() + systems.PATIENCE
+    while not subprocess.run(["tshark", "-r", path, "-Y", f"tcp.srcport == {own}"], capture_output=True).stdout:
+        if time.monotonic() > end:
+            raise AssertionError("the capture lacks the last connection")
+        time.sleep(0.1)
+    dump.child.send_signal(signal.SIGTERM)
+    dump.wait()
+
+
 def play(stand, folder):
     """Runs the servers and players; the files of the recordings, and the servers' ports."""
     files = [os.path.join(folder, name) for name in ("platform.pcapng", "zone.pcapng")]
@@ -78,7 +112,7 @@ def play(stand, folder):
     players.expect(" 0 findings$")
     stand.stop(zone)
     stand.stop(platform)
-    stand.stop(dump)
+    finish(dump, os.path.join(folder, "lo.pcapng"), ports[0])
     dropped = dump.expect(r"received/dropped on interface .*: (\d+)/(\d+)").group(2)
     if dropped != "0":
         raise stage.Skipped(f"the system dropped {dropped} packets")
@@ -95,7 +129,7 @@ def check(stand, wirelens, folder):
     captured, recorded = decode(wirelens, types, checker.path), decode(wirelens, types, *files)
     shown = checker.dissected(preference(types))
 
-    frames, classes, messages, unsent = 0, set(), 0, 0
+    frames, classes, messages = 0, set(), 0
     for connection in sorted(set(captured) | set(recorded) | set(shown)):
         theirs, mine = captured.get(connection, []), shown.get(connection, [])
         if len(theirs) != len(mine):
@@ -110,19 +144,14 @@ def check(stand, wirelens, folder):
             frames += 1
             classes.add(line["class"])
         kept = recorded.get(connection, [])
-        kinds = [[(line["id"], line["size"], line["class"], "error" in line) for line in lines]
-                 for lines in (theirs, kept)]
-        late = len(kept) - len(theirs)
-        # What a server sends to a player who is just leaving is recorded and may never be on the wire.
-        unsent += max(late, 0)
-        if kinds[0] != kinds[1][:len(theirs)] or late < 0:
-            checker.fail(connection, "has", len(theirs), "commands, and other ones in the recording:", len(kept),
-                         kinds[1][len(theirs):][:3])
+        if len(kept) != len(theirs):
+            checker.fail(connection, "has", len(theirs), "commands, and the recording", len(kept))
+        for place, (line, other) in enumerate(zip(theirs, kept)):
+            if not is_same(line, other):
+                checker.fail(connection, "command", place, "is", line, "and in the recording", other)
     if frames < LEAST_FRAMES or len(classes) < LEAST_CLASSES or messages < LEAST_MESSAGES:
         checker.fail("only", frames, "frames of", len(classes), "classes with", messages, "messages")
-    if unsent > MOST_UNSENT:
-        checker.fail(unsent, "commands are in the recordings only")
-    print(f"{frames} frames of {len(classes)} classes, {messages} messages, {unsent} never sent, {len(checker.faults)} faults")
+    print(f"{frames} frames of {len(classes)} classes, {messages} messages, {len(checker.faults)} faults")
     if checker.faults:
         raise AssertionError("\n".join(checker.faults[:20]))
 

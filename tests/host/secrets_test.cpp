@@ -121,6 +121,28 @@ TEST(Secrets, EachListedFieldOfAnyPayloadIsMaskedAndNoOther)
     }
 }
 
+TEST(Secrets, AClassThatSharesTheIdOfOneWithSecretsIsNotMasked)
+{
+    const auto all = listed();
+    size_t count = 0;
+    for (const tools::ClassInfo& info : tools::classTable())
+    {
+        const auto hasItsId = [&info](const auto& row) { return tools::findClass(row.first)->m_Id == info.m_Id; };
+        if (all.contains(info.m_Name) || !info.m_Id || std::none_of(all.begin(), all.end(), hasItsId))
+            continue;
+        ++count;
+        for (unsigned seed = 0; seed < 4; ++seed)
+        {
+            const std::string payload = test::PayloadMaker(seed).make(info.m_Wire()).m_Bytes;
+            const Bytes frame = streamFrame(info.m_Id, payload, seed % 2 == 1);
+            Bytes recorded = frame;
+            EXPECT_FALSE(maskSecrets(Carried::kStreamFrame, recorded)) << info.m_Name;
+            EXPECT_EQ(recorded, frame) << info.m_Name;
+        }
+    }
+    EXPECT_EQ(count, 1u);
+}
+
 // Each class with its name in the families of accounts and payments has a row, or carries no text of its own.
 TEST(Secrets, NoCommandOfAPasswordOrATokenIsForgotten)
 {
