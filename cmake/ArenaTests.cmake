@@ -56,12 +56,16 @@ if(TARGET arena_accounts)
   endforeach()
 endif()
 
-# Captures of a run, by the recorder and from the loopback interface, in wirelens and tshark.
+# Captures of a run, by the recorder and from the loopback interface, in wirelens and tshark; hostile connections.
 if(COMMONGROUND_OTHER_PROGRAMS AND TARGET arena_accounts AND TARGET wirelens AND TARGET PkgConfig::pcap)
   add_test(NAME Arena.CapturesAgreeInEveryField
     COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_capture.py $<TARGET_FILE:arena>
       $<TARGET_FILE:wirelens>)
   set_tests_properties(Arena.CapturesAgreeInEveryField PROPERTIES TIMEOUT 120 SKIP_RETURN_CODE 77)
+  add_test(NAME Arena.PlayersBesideHostileConnections
+    COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_hostile.py $<TARGET_FILE:arena>
+      $<TARGET_FILE:wirelens>)
+  set_tests_properties(Arena.PlayersBesideHostileConnections PROPERTIES TIMEOUT 120 SKIP_RETURN_CODE 77)
 endif()
 
 # The other roles. The players are scripts; what they receive is counted.
