@@ -41,5 +41,9 @@ if(CMAKE_CROSSCOMPILING)
       ${PROJECT_SOURCE_DIR})
   add_test(NAME Interop.wirelens_answers_alike
     COMMAND ${Python3_EXECUTABLE} -B ${PROJECT_SOURCE_DIR}/tests/interop/compare_wirelens.py ${golden} ${places})
+  # The platform is this system's.
+  add_test(NAME Interop.players_of_linux_and_${foreign}
+    COMMAND ${Python3_EXECUTABLE} -B ${PROJECT_SOURCE_DIR}/tests/interop/check_players.py ${places})
+  set_tests_properties(Interop.players_of_linux_and_${foreign} PROPERTIES TIMEOUT 300 SKIP_RETURN_CODE 77)
   set_tests_properties(Interop.wirelens_answers_alike PROPERTIES TIMEOUT 900 PROCESSORS 2 SKIP_RETURN_CODE 77)
 endif()
