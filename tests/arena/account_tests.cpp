@@ -3,7 +3,10 @@
 #include "examples/arena/platform/catalogue.h"
 #include "examples/arena/platform/database.h"
 #include "examples/arena/platform/orders.h"
+#include "examples/arena/platform/renewal.h"
 #include "examples/arena/platform/schema.h"
+#include "framework/time.h"
+#include "playerdata/rule_constants.h"
 
 #include <gtest/gtest.h>
 
@@ -112,6 +115,53 @@ TEST_F(AccountStore, WholeRecordsComeBack)
     EXPECT_EQ(ann.m_Records->m_CombatData.m_CombatRating, 1500);
     EXPECT_FALSE(accounts.create(L"Ann", "", nullptr, L"", *makeRecords())) << "the name is taken";
     EXPECT_FALSE(accounts.create(L"Ben", "", identity::kPhone, L"4711", *makeRecords())) << "the phone is taken";
+}
+
+TEST(Renewal, EnergyRefillsAfterItsPeriod)
+{
+    constexpr long long kNow = 1'700'000'000;
+    zet::TestClock clock(kNow);
+    const auto records = makeRecords();
+    refillEnergy(*records);
+    energyOf(*records) = 7;
+    clock.setTime(kNow + g_EnergyFreeTime_VIP_0 - 60);
+    refillEnergy(*records);
+    EXPECT_EQ(energyOf(*records), 7);
+    clock.setTime(kNow + g_EnergyFreeTime_VIP_0);
+    refillEnergy(*records);
+    EXPECT_EQ(energyOf(*records), g_EnergyMax_VIP_0);
+    // More than refills stays.
+    energyOf(*records) = g_EnergyMax_VIP_0 + 5;
+    clock.setTime(kNow + 2LL * g_EnergyFreeTime_VIP_0);
+    refillEnergy(*records);
+    EXPECT_EQ(energyOf(*records), g_EnergyMax_VIP_0 + 5);
+    records->m_GlobalData.m_VIPLevel = 51;
+    clock.setTime(kNow + 3LL * g_EnergyFreeTime_VIP_0);
+    refillEnergy(*records);
+    EXPECT_EQ(energyOf(*records), g_EnergyMax_VIP_1);
+}
+
+TEST(Renewal, PlaysCountForADay)
+{
+    constexpr long long kDay = 86400;
+    zet::TestClock clock(1'700'000'000);
+    FGameTraining game;
+    game.m_PlayTimes = 3;
+    game.m_CDTime = 50.0f;
+    game.m_LastPlayTime = zet::Time::getCurrent().convertToString(false);
+    renewPlays(game);
+    EXPECT_EQ(game.m_PlayTimes, 3);
+    EXPECT_EQ(game.m_CDTime, 50.0f);
+    clock.setTime(1'700'000'000 + kDay);
+    renewPlays(game);
+    EXPECT_EQ(game.m_PlayTimes, 0);
+    EXPECT_EQ(game.m_CDTime, 0.0f);
+    // A text without a day counts as another day.
+    FGameKinect camera;
+    camera.m_PlayTimes = 1;
+    camera.m_LastPlayTime = L"";
+    renewPlays(camera);
+    EXPECT_EQ(camera.m_PlayTimes, 0);
 }
 
 TEST_F(AccountStore, ABillIsAppliedOnce)

@@ -31,6 +31,11 @@ inline int& boughtOf(CAccount& records)
 {
     return records.m_GlobalData.m_GlobalValue2;
 }
+// When the energy was refilled, in minutes since 1970.
+inline int& refilledOf(CAccount& records)
+{
+    return records.m_GlobalData.m_GlobalValue3;
+}
 // The missions that are done, one bit each.
 inline int& missionsOf(CAccount& records)
 {

@@ -5,6 +5,7 @@
 #include "examples/arena/platform/catalogue.h"
 #include "examples/arena/platform/database.h"
 #include "examples/arena/platform/platform.h"
+#include "examples/arena/platform/renewal.h"
 #include "examples/arena/platform/scores.h"
 #include "examples/arena/protocol/platform_codes.h"
 #include "examples/arena/text.h"
@@ -99,6 +100,7 @@ Result startGame(Session& session, int type, int id)
         FGameTraining& game = found->second;
         if (game.m_Locked)
             return kLocked;
+        renewPlays(game);
         game.SetCDTimeByPlayTimes();
         if (game.m_CDTime > 0.0f)
             return kCoolingDown;
@@ -106,10 +108,12 @@ Result startGame(Session& session, int type, int id)
     const auto camera = type == 14 ? account.m_KinectMap.find(id) : account.m_KinectMap.end();
     if (camera != account.m_KinectMap.end())
     {
+        renewPlays(camera->second);
         camera->second.SetCDTimeByPlayTimes();
         if (camera->second.m_CDTime > 0.0f)
             return kCoolingDown;
     }
+    refillEnergy(records);
     if (energyOf(records) < cost)
         return kTooTired;
     energyOf(records) -= cost;
@@ -258,10 +262,12 @@ void energy(Session& session, const CCmdEnergyRequest& request)
 {
     CCmdEnergyReply reply;
     Result result = session.isLoggedIn() ? kDone : kNotLoggedIn;
+    if (result == kDone)
+        refillEnergy(session.getAccount());
     if (result == kDone && request.m_Value1 == kBuyEnergy)
     {
         CAccount& records = session.getAccount();
-        const int most = records.m_GlobalData.m_VIPLevel > 0 ? g_EnergyMax_VIP_1 : g_EnergyMax_VIP_0;
+        const int most = getMostEnergy(records);
         if (energyOf(records) >= most)
             result = kAlreadyDone;
         else if (diamondsOf(records) < g_EnergyPay_MaxPrice)

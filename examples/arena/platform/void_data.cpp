@@ -3,6 +3,7 @@
 #include "commands/account_payloads.h"
 #include "commands/game_payloads.h"
 #include "commands/shop_payloads.h"
+#include "examples/arena/platform/calendar.h"
 #include "examples/arena/platform/catalogue.h"
 #include "examples/arena/platform/platform.h"
 #include "examples/arena/protocol/platform_codes.h"
@@ -29,7 +30,6 @@ constexpr int kQuestionnaireGold = 20;
 constexpr int kActivityGold = 5;
 constexpr int kNickLimit = 20;
 constexpr int kMostPlayers = 8;
-constexpr long long kDay = 86400;
 
 constexpr wchar_t kNotIn[] = L"no player is logged in";
 constexpr wchar_t kNoSave[] = L"the change was not saved";
@@ -346,7 +346,7 @@ void installPerson(Platform& platform)
         platform, kVoidDataActivityRequest, kVoidDataActivityReply, &CmdActivityReply::m_Text1,
         [](CAccount& records, const CmdActivityRequest& request, CmdActivityReply& reply)
         {
-            const int today = static_cast<int>(zet::time(nullptr) / kDay);
+            const int today = getDay();
             reply.m_Value1 = request.m_Value1;
             if (records.m_Account.m_Value7 >= today)
                 return L"it is done for today";

@@ -1,5 +1,6 @@
 // The best family event: a player joins for the week, throws dice for lives and advances by stages. All of it is in the
 // record of the event, and its weekly lives decide. A reply has its result in m_Text1 and what came out in m_Text2.
+#include "examples/arena/platform/calendar.h"
 #include "examples/arena/platform/packs/match_features.h"
 #include "framework/time.h"
 #include "playerdata/rule_constants.h"

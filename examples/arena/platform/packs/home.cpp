@@ -1,6 +1,7 @@
 // The home: a rush of stages, each for a life. A stage is won or lost; a day's first won stage gives a reward. Lives
 // and prices are those of the player's record, and the records are the platform's: those in a request are not used,
 // except for what a player may set.
+#include "examples/arena/platform/calendar.h"
 #include "examples/arena/platform/packs/packs.h"
 #include "examples/arena/platform/packs/serving.h"
 #include "examples/arena/platform/platform.h"

@@ -1,5 +1,6 @@
 // The sports meet: a player enters, looks for a mate, plays for energy and tickets, and buys for tickets. All of it is
 // in the record of the meet, and the energy in that of the account; orders and history are kept in memory.
+#include "examples/arena/platform/calendar.h"
 #include "examples/arena/platform/packs/match_features.h"
 #include "examples/arena/text.h"
 #include "framework/time.h"

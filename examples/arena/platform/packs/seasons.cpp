@@ -1,6 +1,7 @@
 // The two later seasons. Combat: a player enrolls, picks a group, and trades diamonds and tickets. BS4: a player gets a
 // group, and timed phases are opened and end. The combat record is the account's; the rest is kept in memory and ends
 // with the process.
+#include "examples/arena/platform/calendar.h"
 #include "examples/arena/platform/packs/match_features.h"
 
 #include <algorithm>

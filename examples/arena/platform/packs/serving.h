@@ -93,13 +93,6 @@ bool pay(Session& session, int price, Reply& reply)
     return true;
 }
 
-// "2026-11-22", the day on which a daily state was reset.
-zet::String_T<wchar_t> getToday();
-// Of the same calendar: local time.
-int getSecondsOfDayLeft();
-// Days since 1970-01-01, a Thursday.
-int getDay();
-
 // The sessions that have entered a feature, until their login ends. Holds them, so that a later session is not taken
 // for an ended one; those whose login has ended leave when the next one enters.
 template <class Member>

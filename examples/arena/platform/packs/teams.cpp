@@ -1,5 +1,6 @@
 // The teams of the match: a player logs in, joins one for good, and plays for it. The player's part is in the record of
 // the first match generation; the points of the teams are kept in memory and end with the process.
+#include "examples/arena/platform/calendar.h"
 #include "examples/arena/platform/packs/match_features.h"
 
 #include <algorithm>

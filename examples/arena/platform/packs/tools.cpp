@@ -1,5 +1,6 @@
 // What serves programs rather than players: the profiling, the query tool of the operator, and the pool of social APIs.
 // All of it is kept in memory and ends with the process.
+#include "examples/arena/platform/calendar.h"
 #include "examples/arena/platform/packs/packs.h"
 #include "examples/arena/platform/packs/serving.h"
 #include "examples/arena/platform/platform.h"

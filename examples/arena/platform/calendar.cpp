@@ -1,4 +1,4 @@
-#include "examples/arena/platform/packs/serving.h"
+#include "examples/arena/platform/calendar.h"
 
 #include "framework/time.h"
 
