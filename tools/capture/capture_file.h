@@ -29,7 +29,7 @@ using ByteSource = std::function<size_t(char* data, size_t size)>;
 
 struct CapturedPacket
 {
-    // Microseconds since 1970, UTC.
+    // Microseconds since 1970, UTC, before the year 10000.
     int64_t m_Time = 0;
     Link m_Link = Link::kUnknown;
     // Valid until the next packet.

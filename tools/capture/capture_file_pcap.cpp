@@ -2,6 +2,7 @@
 
 #include <pcap/pcap.h>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace tools
@@ -9,6 +10,16 @@ namespace tools
 
 namespace
 {
+
+constexpr int64_t kMicroseconds = 1'000'000;
+// The last second of the year 9999. A damaged capture may have later ones.
+constexpr int64_t kLatest = 253'402'300'799;
+
+int64_t timeOf(const timeval& time)
+{
+    return std::clamp<int64_t>(time.tv_sec, 0, kLatest) * kMicroseconds +
+           std::clamp<int64_t>(time.tv_usec, 0, kMicroseconds - 1);
+}
 
 Link linkOf(int type)
 {
@@ -90,7 +101,7 @@ bool CaptureFile::next(CapturedPacket& packet)
         m_Error = pcap_geterr(m_Inner->m_File);
     if (result != 1)
         return false;
-    packet.m_Time = int64_t{head->ts.tv_sec} * 1'000'000 + head->ts.tv_usec;
+    packet.m_Time = timeOf(head->ts);
     packet.m_Link = linkOf(pcap_datalink(m_Inner->m_File));
     packet.m_Bytes = std::string_view(reinterpret_cast<const char*>(bytes), head->caplen);
     return true;

@@ -60,6 +60,20 @@ TEST(CaptureFile, WhiteSpaceBeforeHexadecimalIsNotACapture)
     EXPECT_EQ(test::runProgram("wirelens", "decode -", "\n\r\r\n").m_Code, 0);
 }
 
+TEST(CaptureFile, ATimeAfterTheYear9999IsItsLastSecond)
+{
+    if (!tools::CaptureFile::isSupported())
+        GTEST_SKIP() << "no libpcap";
+    std::string file = capture::pcapng(capture::kLinkTypeRaw, packets(), ByteOrder::kLittle);
+    // The time of each packet: after the blocks of the file and the interface, a block's head and its interface.
+    for (size_t block = 28 + 20; block < file.size(); block += static_cast<unsigned char>(file[block + 4]))
+        file.replace(block + 12, 8, std::string(8, '\xFF'));
+    const test::Run run = test::runProgram("wirelens", "decode", file);
+    const auto lines = jsonLines(run);
+    ASSERT_EQ(lines.size(), 20u) << run.m_Output;
+    EXPECT_EQ(lines[0]["time"], "9999-12-31T23:59:59.551615Z");
+}
+
 TEST(CaptureFile, EveryFormatGivesTheCommands)
 {
     for (const auto order : {ByteOrder::kLittle, ByteOrder::kBig})
