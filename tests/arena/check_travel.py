@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Which command classes and pack messages travel between the roles: check_travel.py SCENARIO ARENA WIRELENS LIST [--udp].
+"""Which classes of commands and pack messages travel: check_travel.py SCENARIO ARENA WIRELENS LIST [--udp].
 
 All roles serve scripted players, and what they record is decoded. LIST has a line for each class that does not travel:
 its name, and why.
