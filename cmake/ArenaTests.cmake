@@ -91,6 +91,13 @@ endif()
 foreach(scenario ${runs})
   commonground_arena_test(check_run.py ${scenario})
 endforeach()
+# Which classes travel between all roles, by their recordings; the list says why the rest does not.
+if(TARGET arena_accounts AND TARGET wirelens)
+  add_test(NAME Arena.AllClassesTravel
+    COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_travel.py all_roles $<TARGET_FILE:arena>
+      $<TARGET_FILE:wirelens> ${PROJECT_SOURCE_DIR}/tests/arena/not_travelling.txt ${udp})
+  set_tests_properties(Arena.AllClassesTravel PROPERTIES TIMEOUT 180 SKIP_RETURN_CODE 77)
+endif()
 # Its page in a headless browser, and the dashboard and alerts beside it.
 foreach(scenario page names rules)
   commonground_arena_test(check_monitoring.py ${scenario})

@@ -77,6 +77,10 @@ def check(arena, waiting_player, url, folder, restart=None):
     second = Platform(arena, url, folder, "second")
     try:
         play_all(arena, first.port, "Ann")
+        # The script chooses servers too.
+        chosen = play(arena, first.port, "Ann", "--script", "login", "--choose-server")
+        if chosen.returncode != 0 or "logins done" not in chosen.stdout:
+            raise Failure("no logins with a choice of the server:\n" + chosen.stdout)
         # A login at the second platform ends the one at the first.
         waiting = subprocess.Popen([waiting_player, first.port, "Ann"], stdout=subprocess.PIPE, text=True)
         line = waiting.stdout.readline()

@@ -67,11 +67,13 @@ def expect_counts(process, expected):
         raise AssertionError("\n".join(wrong))
 
 
-def main(scenarios):
-    """Plays the scenario that the command line names."""
+def main(scenarios, *more):
+    """Plays the scenario that the command line names; more are the names of further arguments."""
     parser = argparse.ArgumentParser()
     parser.add_argument("scenario", choices=sorted(scenarios))
     parser.add_argument("arena", help="the program")
+    for name in more:
+        parser.add_argument(name)
     parser.add_argument("--udp", action="store_true", help="this build has UDP")
     arguments = parser.parse_args()
     with tempfile.TemporaryDirectory() as folder:

@@ -34,10 +34,17 @@ public:
     {
     }
     void onAccept() override { accept(zet::Unknown::Handle_T<Session>(new Session(m_Platform, &m_Analyser))); }
+    void onTick(unsigned int tick) override
+    {
+        CFrameworkServerSocket::onTick(tick);
+        m_Platform.m_Statistics.Tick(tick - m_LastTick);
+        m_LastTick = tick;
+    }
 
 private:
     Platform& m_Platform;
     CCmdAnalyserSocket& m_Analyser;
+    unsigned int m_LastTick = zet::getTimeTick();
 };
 
 Platform::Platform(host::Service& service)
@@ -92,6 +99,7 @@ bool Platform::install()
     installVoidData(*this);
     installMail(*this);
     installLogs(*this);
+    installMonitoring(*this);
     on<CCmdServerEcho>(
         [](Session& session, const CCmdServerEcho& echo)
         {
@@ -158,13 +166,15 @@ Session* Platform::findSession(unsigned long long number)
 
 unsigned long long Platform::addSession(Session& session)
 {
+    m_Statistics.AddConnect();
     m_Sessions[++m_LastNumber] = &session;
     return m_LastNumber;
 }
 
 void Platform::removeSession(Session& session)
 {
-    m_Sessions.erase(session.getNumber());
+    if (m_Sessions.erase(session.getNumber()) > 0)
+        m_Statistics.DelConnect();
 }
 
 void Platform::addPlayer(Session& session)

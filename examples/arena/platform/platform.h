@@ -11,6 +11,7 @@
 #include "host/registration.h"
 #include "host/tasks.h"
 #include "packs/envelope.h"
+#include "runtime/system_cmd_info.h"
 
 #include <map>
 #include <memory>
@@ -44,7 +45,7 @@ struct PlatformOptions
     zet::String_T<wchar_t> m_Name = L"platform";
     zet::String_T<wchar_t> m_Host = L"127.0.0.1";
     zet::String_T<wchar_t> m_Database = L"sqlite://arena.db";
-    // The account whose player may use the maintenance command and the query tool; empty for none.
+    // The account whose player may use the maintenance command, the query tool and the monitoring; empty for none.
     zet::String_T<wchar_t> m_Operator;
     // Files of PEM; without both the connections are plain ones.
     zet::String_T<wchar_t> m_Certificate;
@@ -70,6 +71,7 @@ public:
     Accounts& getAccounts() { return *m_Accounts; }
     Passwords& getPasswords() { return *m_Passwords; }
     const PlatformOptions& getOptions() const { return m_Options; }
+    SystemCmdInfo& getStatistics() { return m_Statistics; }
     // This process among the platforms of a database.
     const std::string& getOwner() const { return m_Owner; }
 
@@ -125,6 +127,7 @@ private:
     host::MetricCounter& m_CommitFigure;
     host::MetricCounter& m_FailureFigure;
     PlatformOptions m_Options;
+    SystemCmdInfo m_Statistics;
     zet::Uuid m_Id;
     std::string m_Owner;
     // Large, like every analyser.
@@ -159,6 +162,7 @@ void installRanks(Platform& platform);
 void installVoidData(Platform& platform);
 void installMail(Platform& platform);
 void installLogs(Platform& platform);
+void installMonitoring(Platform& platform);
 
 // Logs the player in on this connection. An older login of the player ends, at this platform at once, at another one
 // when that hears of it or saves next. False if the database failed; then the session has no login.

@@ -17,7 +17,7 @@ int runPlatform(int count, char** words)
     service.option("--host", options.m_Host, "the address to listen on");
     service.option("--db", options.m_Database, "sqlite://FILE or postgresql://...");
     service.option("--operator", options.m_Operator,
-                   "the account that may use the maintenance command and the query tool");
+                   "the account that may use the maintenance command, the query tool and the monitoring");
     service.option("--certificate", options.m_Certificate, "serve by TLS: the file of the certificate");
     service.option("--key", options.m_Key, "the file of its key");
     platform::Platform platform(service);

@@ -6,11 +6,12 @@
 #include "examples/arena/platform/calendar.h"
 #include "examples/arena/platform/catalogue.h"
 #include "examples/arena/platform/platform.h"
+#include "examples/arena/protocol/pack_numbers.h"
 #include "examples/arena/protocol/platform_codes.h"
-#include "examples/arena/protocol/void_data_numbers.h"
 #include "framework/time.h"
 #include "playerdata/rule_constants.h"
 
+#include <algorithm>
 #include <iterator>
 
 namespace arena::platform
@@ -242,6 +243,14 @@ void installShop(Platform& platform)
         });
 }
 
+float bestTrainingScore(const CAccount& records)
+{
+    float best = FGameTraining::kNotPlayed;
+    for (const auto& [id, game] : records.m_Account.m_TrainingMap)
+        best = std::max(best, game.m_BestScore);
+    return best;
+}
+
 void installGames(Platform& platform)
 {
     change<CmdUnlockGameRequest, CmdUnlockGameReply>(
@@ -273,6 +282,37 @@ void installGames(Platform& platform)
             }
             if (session.isLoggedIn())
                 reply.m_TrainingMap = session.getAccount().m_Account.m_TrainingMap;
+        });
+    answer<RequestFor<CmdUpdateTrainGameMapReply>, CmdUpdateTrainGameMapReply>(
+        platform, kVoidDataUpdateTrainGameMapRequest, kVoidDataUpdateTrainGameMapReply,
+        [](Session& session, const auto&, CmdUpdateTrainGameMapReply& reply)
+        {
+            if (session.isLoggedIn())
+                reply.m_TrainingMap = session.getAccount().m_Account.m_TrainingMap;
+        });
+    answer<RequestFor<CmdUpdateKinectGameReply>, CmdUpdateKinectGameReply>(
+        platform, kVoidDataUpdateKinectGameRequest, kVoidDataUpdateKinectGameReply,
+        [](Session& session, const auto&, CmdUpdateKinectGameReply& reply)
+        {
+            if (session.isLoggedIn())
+                reply.m_GameKinect = session.getAccount().m_Account.m_KinectGame;
+        });
+    // The place among the players who are at this platform; 0 without a login.
+    answer<RequestFor<CmdTrainGameScoreRankReply>, CmdTrainGameScoreRankReply>(
+        platform, kVoidDataTrainGameScoreRankRequest, kVoidDataTrainGameScoreRankReply,
+        [&platform](Session& session, const auto&, CmdTrainGameScoreRankReply& reply)
+        {
+            if (!session.isLoggedIn())
+                return;
+            const float score = bestTrainingScore(session.getAccount());
+            reply.m_Float1 = 1;
+            platform.forEachPlayer(
+                [&](Session& player)
+                {
+                    if (bestTrainingScore(player.getAccount()) > score)
+                        ++reply.m_Float1;
+                    return true;
+                });
         });
     // The players who are at this platform.
     answer<CmdMatchPlayerRequest, CmdMatchPlayerReply>(

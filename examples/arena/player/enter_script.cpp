@@ -22,9 +22,9 @@ constexpr int kPassword = 1;
 
 bool installEnter(Players& players)
 {
-    host::Questions& questions = players.getQuestions();
-    return questions.expect<CCmdLoginSuccess, CCmdLoginFail, CCmdFetchAccountReply>() &&
-           (!players.getOptions().m_ChoosesServer || questions.expect<CCmdServerListReply, CCmdSelectServerReply>());
+    // Scripts ask for these too.
+    return players.getQuestions()
+        .expect<CCmdLoginSuccess, CCmdLoginFail, CCmdFetchAccountReply, CCmdServerListReply, CCmdSelectServerReply>();
 }
 
 host::Task playEnter(Player& player)

@@ -41,9 +41,7 @@ bool hasRecords(Player& player, const CCmdLoginSuccess& success)
 
 bool installLogin(Players& players)
 {
-    return players.getQuestions()
-        .expect<CCmdServerListReply, CCmdSelectServerReply, CCmdHpwdLoginSuccess, CCmdHpwdLoginCancel,
-                CCmdLoginStateReply>();
+    return players.getQuestions().expect<CCmdHpwdLoginSuccess, CCmdHpwdLoginCancel, CCmdLoginStateReply>();
 }
 
 host::Task playLogin(Player& player)

@@ -1,5 +1,6 @@
 #include "examples/arena/player/pack_client.h"
 
+#include "commands/system_info.h"
 #include "examples/arena/player/players.h"
 #include "examples/arena/text.h"
 #include "framework/string_helper.h"
@@ -83,7 +84,8 @@ bool PackClient::installTools(host::Handlers& handlers, host::Questions& questio
                      QT_BstFmy3_ZillionaireStats_Reply>(m_QueryTool, questions) &&
            expectAll<CmdSocialOccupyAPIReply, CmdSocialReleaseAPIReply, CmdSocialCreateAccessTokenReply>(m_Social,
                                                                                                          questions) &&
-           m_Profiling.install(handlers) && m_QueryTool.install(handlers) && m_Social.install(handlers);
+           questions.expect<CCmdSystemInfoReply, CCmdProfilerUsage>() && m_Profiling.install(handlers) &&
+           m_QueryTool.install(handlers) && m_Social.install(handlers);
 }
 
 bool PackClient::install(Players& players)

@@ -113,7 +113,8 @@ std::vector<PackCourse::Script> makeCourse(const Text& friendName)
     return {playUnknown, logIn, buyDiamonds,
             [friendName](PackAccount& player, PackClient& packs) { return playFriends(player, packs, friendName); },
             playTravel, playAchievements, playChangingRoom, playAvatar, playInPurchase, playWizard, playWorldSquare,
-            playBestFamily, playTeams, playStamps, playMeet, playSeasons, playProfiling, playQueryTool, playSocial,
+            playBestFamily, playTeams, playStamps, playMeet, playSeasons, playProfiling, playMonitoring, playQueryTool,
+            playSocial,
             // Last, since it spends all diamonds.
             playHome};
 }
@@ -147,7 +148,8 @@ host::Task playPacks(Player& player)
                          std::vector<PackCourse::Script>{logIn, [name](PackAccount& account, PackClient& all)
                                                          { return playFriends(account, all, name); }});
     if (player.getNumber() == 0 && !operatorName.isEmpty())
-        courses.emplace_back(player, packs, operatorName, std::vector<PackCourse::Script>{logIn, playQueryTool});
+        courses.emplace_back(player, packs, operatorName,
+                             std::vector<PackCourse::Script>{logIn, playMonitoring, playQueryTool});
     while (goOn(courses))
         co_await host::sleep(kPoll);
     bool isInterrupted = false;

@@ -1,8 +1,10 @@
 #include "examples/arena/player/tools_script.h"
 
 #include "commands/login.h"
+#include "commands/system_info.h"
 #include "examples/arena/player/line.h"
 #include "examples/arena/protocol/platform_codes.h"
+#include "runtime/system_cmd_info.h"
 
 namespace arena::player
 {
@@ -74,6 +76,33 @@ host::Task playProfiling(PackAccount& player, PackClient& packs)
                    maxima->m_ProfilingMaxValues.at(L"frame").m_Value1 >= 16 &&
                    maxima->m_ProfilingMaxValues.count(L"nothing") == 0,
                "the submitted maximum comes back");
+}
+
+host::Task playMonitoring(PackAccount& player, PackClient&)
+{
+    CCommandSocket& socket = player.getSocket();
+    const auto telling = co_await host::ask<CCmdSystemInfoReply>(socket, CCmdSystemInfoRequest(), kPatience);
+    const auto* const told = std::get_if<CCmdSystemInfoReply>(&telling);
+    if (!told)
+    {
+        player.fail("CCmdSystemInfoRequest: no answer");
+        co_return;
+    }
+    if (told->m_SystemInfos.empty())
+    {
+        player.note("refused: the statistics of the platform");
+        co_return;
+    }
+    SystemCmdInfo statistics;
+    statistics.FromJsonString(told->m_SystemInfos.front().m_Text2);
+    expect(player, statistics.GetConnectCount() > 0, "this connection is in the statistics");
+    CCmdProfilerEnable enable;
+    enable.m_Enable = 1;
+    expect(player, socket.send(enable), "the profiler is enabled");
+    enable.m_Enable = 0;
+    const auto measuring = co_await host::ask<CCmdProfilerUsage>(socket, enable, kPatience);
+    const auto* const usage = std::get_if<CCmdProfilerUsage>(&measuring);
+    expect(player, usage && usage->m_Floats.size() == 1 && usage->m_Values.size() == 1, "a measurement");
 }
 
 host::Task playQueryTool(PackAccount& player, PackClient& packs)

@@ -1,4 +1,4 @@
-// What programs ask: the profiling, the query tool of the operator, and the pool of social APIs.
+// What programs ask: the profiling, the monitoring and the query tool of the operator, and the pool of social APIs.
 #pragma once
 
 #include "examples/arena/player/pack_client.h"
@@ -8,6 +8,7 @@ namespace arena::player
 
 host::Task playProfiling(PackAccount& player, PackClient& packs);
 // A player who is not the operator is refused.
+host::Task playMonitoring(PackAccount& player, PackClient&);
 host::Task playQueryTool(PackAccount& player, PackClient& packs);
 host::Task playSocial(PackAccount& player, PackClient& packs);
 

@@ -5,9 +5,8 @@
 #include "commands/shop_payloads.h"
 #include "examples/arena/player/line.h"
 #include "examples/arena/player/players.h"
+#include "examples/arena/protocol/pack_numbers.h"
 #include "examples/arena/protocol/platform_codes.h"
-#include "examples/arena/protocol/void_data_numbers.h"
-#include "host/pack_router.h"
 
 #include <any>
 #include <functional>
@@ -156,6 +155,14 @@ void addGameSteps(std::vector<Step>& steps)
     steps.push_back(makeStep<CmdDropScoreNotVIPReply>("CmdDropScoreNotVIPRequest", CmdDropScoreNotVIPRequest(),
                                                       [](const auto& reply)
                                                       { return reply.m_Flag1 && !reply.m_TrainingMap.empty(); }));
+    steps.push_back(makeStep<CmdUpdateTrainGameMapReply>(
+        "the training games", RequestFor<CmdUpdateTrainGameMapReply>(),
+        [](const auto& reply) { return reply.m_TrainingMap.count(12) == 1 && !reply.m_TrainingMap.at(12).m_Locked; }));
+    steps.push_back(
+        makeStep<CmdUpdateKinectGameReply>("the camera game", RequestFor<CmdUpdateKinectGameReply>(), isThere));
+    steps.push_back(makeStep<CmdTrainGameScoreRankReply>("the place by training scores",
+                                                         RequestFor<CmdTrainGameScoreRankReply>(),
+                                                         [](const auto& reply) { return reply.m_Float1 >= 1; }));
     steps.push_back(makeStep<CmdMatchPlayerReply>("CmdMatchPlayerRequest", CmdMatchPlayerRequest(), isThere));
 }
 
@@ -213,6 +220,12 @@ void setNumbers(PayloadLine& line)
     line.expect<CmdCancelCDReply>(kVoidDataCancelCDReply);
     line.number<CmdDropScoreNotVIPRequest>(kVoidDataDropScoreNotVIPRequest);
     line.expect<CmdDropScoreNotVIPReply>(kVoidDataDropScoreNotVIPReply);
+    line.number<RequestFor<CmdUpdateTrainGameMapReply>>(kVoidDataUpdateTrainGameMapRequest);
+    line.expect<CmdUpdateTrainGameMapReply>(kVoidDataUpdateTrainGameMapReply);
+    line.number<RequestFor<CmdUpdateKinectGameReply>>(kVoidDataUpdateKinectGameRequest);
+    line.expect<CmdUpdateKinectGameReply>(kVoidDataUpdateKinectGameReply);
+    line.number<RequestFor<CmdTrainGameScoreRankReply>>(kVoidDataTrainGameScoreRankRequest);
+    line.expect<CmdTrainGameScoreRankReply>(kVoidDataTrainGameScoreRankReply);
     line.number<CmdMatchPlayerRequest>(kVoidDataMatchPlayerRequest);
     line.expect<CmdMatchPlayerReply>(kVoidDataMatchPlayerReply);
     line.number<CmdServerDateRequest>(kVoidDataServerDateRequest);

@@ -402,6 +402,9 @@ void numberVoidData(VoidDataPacks& voidData)
     voidData.number<CmdAvatarSaveDataReply>(kVoidDataAvatarSaveDataReply);
     voidData.number<CmdAvatarBuyDataRequest>(kVoidDataAvatarBuyDataRequest);
     voidData.number<CmdAvatarBuyDataReply>(kVoidDataAvatarBuyDataReply);
+    voidData.number<RequestFor<CmdUpdateTrainGameMapReply>>(kVoidDataUpdateTrainGameMapRequest);
+    voidData.number<RequestFor<CmdUpdateKinectGameReply>>(kVoidDataUpdateKinectGameRequest);
+    voidData.number<RequestFor<CmdTrainGameScoreRankReply>>(kVoidDataTrainGameScoreRankRequest);
 }
 
 namespace

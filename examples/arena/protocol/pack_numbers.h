@@ -12,8 +12,16 @@ namespace arena
 template <class Reply>
 struct RequestFor
 {
-    bool Write(CCmdPackager*) const { return true; }
-    bool Read(CCmdPackager*) { return true; }
+    template <class Packager>
+    bool Write(Packager*) const
+    {
+        return true;
+    }
+    template <class Packager>
+    bool Read(Packager*)
+    {
+        return true;
+    }
 };
 
 } // namespace arena
@@ -34,6 +42,9 @@ inline constexpr bool isCarriedBy<arena::RequestFor<Reply>, CCmdMatchPackRequest
 template <class Reply>
 inline constexpr bool isCarriedBy<arena::RequestFor<Reply>, CCmdQueryToolRequest> =
     isCarriedBy<Reply, CCmdQueryToolReply>;
+template <class Reply>
+inline constexpr bool isCarriedBy<arena::RequestFor<Reply>, CCmdVoidDataRequest> =
+    isCarriedBy<Reply, CCmdVoidDataReply>;
 
 } // namespace host
 

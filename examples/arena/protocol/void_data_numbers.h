@@ -58,7 +58,11 @@ enum VoidDataNumber : int
     kVoidDataAvatarSaveDataRequest = 50,
     kVoidDataAvatarSaveDataReply = 51,
     kVoidDataAvatarBuyDataRequest = 52,
-    kVoidDataAvatarBuyDataReply = 53
+    kVoidDataAvatarBuyDataReply = 53,
+    // These replies have no request of their own.
+    kVoidDataUpdateTrainGameMapRequest = 54,
+    kVoidDataUpdateKinectGameRequest = 55,
+    kVoidDataTrainGameScoreRankRequest = 56
 };
 
 } // namespace arena
