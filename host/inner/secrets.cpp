@@ -376,10 +376,6 @@ bool maskPayload(unsigned short id, Bytes payload, int depth)
     const auto found = getSecrets().find(id);
     if (found == getSecrets().end())
         return false;
-    // The answer to the registration of a game server has its id, and no secret.
-    CCmdGZ_regGameServerOk answer;
-    if (id == answer.GetID() && readFirst(answer, payload, payload.size()))
-        return false;
     if (payload.size() > kMostRead)
         return zero(payload);
     if (isPlain(id, payload))

@@ -238,20 +238,6 @@ Bytes frameOf(const CCmdHead& command)
     return Bytes(frame, frame + size);
 }
 
-TEST(Secrets, AnAnswerUnderTheIdOfASecretStays)
-{
-    const Bytes answer = frameOf(CCmdGZ_regGameServerOk());
-    Bytes recorded = answer;
-    EXPECT_FALSE(maskSecrets(Carried::kStreamFrame, recorded));
-    EXPECT_EQ(recorded, answer);
-    CCmdGZ_regGameServer request;
-    request.m_GameSvrInfo.m_Text = L"secret";
-    recorded = frameOf(request);
-    ASSERT_TRUE(hasSecret(recorded));
-    EXPECT_TRUE(maskSecrets(Carried::kStreamFrame, recorded));
-    EXPECT_FALSE(hasSecret(recorded));
-}
-
 // A receiver of a cut frame gets no command, but its file has the bytes: all after the head are masked, wherever it
 // ends.
 TEST(Secrets, ACutFrameIsMaskedWhole)
