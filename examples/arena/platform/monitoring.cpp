@@ -1,10 +1,11 @@
-// What the operator's monitoring asks: the statistics of this process, and a measurement of its processor time.
+// What the operator's monitoring asks: the statistics of this process, and a measurement of its transactions.
 #include "commands/system_info.h"
+#include "examples/arena/platform/database.h"
 #include "examples/arena/platform/platform.h"
 #include "framework/system.h"
 #include "packs/profiling.h"
 
-#include <ctime>
+#include <algorithm>
 
 namespace arena::platform
 {
@@ -12,11 +13,11 @@ namespace arena::platform
 namespace
 {
 
-// Since the profiler was enabled.
+// Since the profiler was enabled last.
 struct Profiler
 {
     unsigned int m_Begin = zet::getTimeTick();
-    std::clock_t m_Processor = std::clock();
+    unsigned long long m_Commits = 0;
 };
 
 bool isOperator(Platform& platform, const Session& session)
@@ -39,19 +40,20 @@ void tellStatistics(Platform& platform, Session& session)
     session.send(reply);
 }
 
-// 1 begins, 0 ends and is answered: the share of a core that the process has used, and the milliseconds measured.
-void control(Profiler& profiler, Session& session, const CCmdProfilerEnable& command)
+// 1 begins, 0 is answered: transactions in a second, their number, and the milliseconds measured.
+void control(Platform& platform, Profiler& profiler, Session& session, const CCmdProfilerEnable& command)
 {
+    const unsigned long long commits = platform.getAccounts().getDatabase().getCommits();
     if (command.m_Enable != 0)
     {
-        profiler = Profiler();
+        profiler = {zet::getTimeTick(), commits};
         return;
     }
-    const unsigned int time = zet::getTimeTick() - profiler.m_Begin;
-    const float used = static_cast<float>(std::clock() - profiler.m_Processor) / CLOCKS_PER_SEC;
+    const unsigned int time = std::max(zet::getTimeTick() - profiler.m_Begin, 1U);
+    const unsigned long long number = commits - profiler.m_Commits;
     CCmdProfilerUsage usage;
-    usage.m_Floats.push_back(time > 0 ? used / static_cast<float>(time) * 1000 : 0);
-    usage.m_Values.push_back(time);
+    usage.m_Floats.push_back(static_cast<float>(number) * 1000 / static_cast<float>(time));
+    usage.m_Values = {static_cast<unsigned long>(number), time};
     session.send(usage);
 }
 
@@ -66,7 +68,7 @@ void installMonitoring(Platform& platform)
         [&platform, profiler](Session& session, const CCmdProfilerEnable& command)
         {
             if (isOperator(platform, session))
-                control(*profiler, session, command);
+                control(platform, *profiler, session, command);
         });
 }
 

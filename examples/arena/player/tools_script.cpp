@@ -102,7 +102,7 @@ host::Task playMonitoring(PackAccount& player, PackClient&)
     enable.m_Enable = 0;
     const auto measuring = co_await host::ask<CCmdProfilerUsage>(socket, enable, kPatience);
     const auto* const usage = std::get_if<CCmdProfilerUsage>(&measuring);
-    expect(player, usage && usage->m_Floats.size() == 1 && usage->m_Values.size() == 1, "a measurement");
+    expect(player, usage && usage->m_Floats.size() == 1 && usage->m_Values.size() == 2, "a measurement");
 }
 
 host::Task playQueryTool(PackAccount& player, PackClient& packs)
