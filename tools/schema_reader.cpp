@@ -6,6 +6,8 @@
 #include "tools/object_json.h"
 #include "tools/schema_walk.h"
 
+#include <algorithm>
+
 namespace tools
 {
 
@@ -50,7 +52,8 @@ public:
     }
     int count(const Field&, const std::string& name) { return static_cast<int>(number(4, name)); }
     int literal(int, const std::string& name) { return static_cast<int>(number(4, name)); }
-    int sized(const Field&, int said) { return said; }
+    // A negative number from the wire reads no elements.
+    int sized(const Field&, int said) { return std::max(said, 0); }
 
     ordered_json real(const Field&, uintptr_t, const std::string& name)
     {

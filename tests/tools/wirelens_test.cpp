@@ -79,6 +79,20 @@ TEST(Wirelens, ExplainGivesOffsetsAndSaysWhereBytesAreMissing)
     EXPECT_EQ(cut.m_Code, 1);
 }
 
+TEST(Wirelens, ExplainTakesANegativeSizeForNone)
+{
+    const std::string json =
+        R"({"class":"CCmdSkeletons","fields":{"m_Mask1Size":-1,"m_Mask2Size":3,"m_Mask2":"000102"}})";
+    const test::Run payload = wirelens("encode --payload -", json + "\n");
+    ASSERT_EQ(payload.m_Code, 0) << payload.m_Output;
+    const test::Run run = wirelens("explain CCmdSkeletons " + payload.m_Output.substr(0, payload.m_Output.find('\n')));
+    EXPECT_EQ(run.m_Code, 0) << run.m_Output;
+    EXPECT_NE(run.m_Output.find("ffffffff  m_Mask1Size  -1\n60    m_Mask1  \n60  00000000  m_Value1  0\n"),
+              std::string::npos)
+        << run.m_Output;
+    EXPECT_NE(run.m_Output.find("000102  m_Mask2"), std::string::npos) << run.m_Output;
+}
+
 TEST(Wirelens, DecodesFramesFromHexadecimal)
 {
     // Two stream frames: a hostname request, and one with an unassigned id.
