@@ -48,6 +48,24 @@ if(TARGET arena_accounts)
   add_test(NAME Arena.RolesInThreeNetworks
     COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_networks.py $<TARGET_FILE:arena>)
   set_tests_properties(Arena.RolesInThreeNetworks PROPERTIES TIMEOUT 180 SKIP_RETURN_CODE 77)
+  # Faults while players play; what they are follows from the seed.
+  function(commonground_fault_test scenario)
+    add_test(NAME Arena.Faults.${scenario}
+      COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_faults.py ${scenario}
+        $<TARGET_FILE:arena> ${deploy}/haproxy.cfg --seed 1 ${ARGN})
+    set_tests_properties(Arena.Faults.${scenario} PROPERTIES TIMEOUT 240 SKIP_RETURN_CODE 77)
+  endfunction()
+  foreach(scenario disk_full_sqlite disk_full_postgresql)
+    commonground_fault_test(${scenario} --seconds 15)
+  endforeach()
+  set(loss_words "")
+  if(COMMONGROUND_UDP)
+    set(loss_words --udp)
+  endif()
+  commonground_fault_test(services)
+  commonground_fault_test(loss ${loss_words})
+  commonground_fault_test(late_bill)
+  commonground_fault_test(login_after_restart --waiting-player $<TARGET_FILE:waiting_player>)
   foreach(program haproxy systemd kubernetes)
     add_test(NAME Arena.FilesOfDeployment.${program}
       COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_deploy.py ${program}
