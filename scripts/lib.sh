@@ -10,7 +10,8 @@ BUILD_PACKAGES=(cmake g++ ninja-build ccache pkg-config libfmt-dev nlohmann-json
     libgnutls28-dev nettle-dev libngtcp2-dev libngtcp2-crypto-gnutls-dev
     libsoci-dev libsqlite3-dev libpq-dev libcrypt-dev libboost-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev binutils python3 microsocks openssl gnutls-bin iproute2
-    clang-format-14 valgrind curl prometheus doxygen tshark chromium nodejs groff-base postgresql haproxy)
+    clang-format-14 valgrind curl prometheus doxygen tshark chromium nodejs groff-base postgresql haproxy
+    nftables)
 # ENet is not needed; udp_bench compares with it.
 BENCH_PACKAGES=(binutils python3 libenet-dev)
 CLANG_PACKAGES=(clang libclang-rt-dev)

@@ -164,6 +164,28 @@ TEST(Renewal, PlaysCountForADay)
     EXPECT_EQ(camera.m_PlayTimes, 0);
 }
 
+TEST_F(AccountStore, AFailedDatabaseIsNotAMissingAccount)
+{
+    Database database(getUrl());
+    Accounts accounts(database);
+    ASSERT_TRUE(accounts.create(L"Ann", "", nullptr, L"", *makeRecords()));
+    StoredAccount ann;
+    ASSERT_TRUE(accounts.find(L"Ann", ann));
+    StoredAccount ben;
+    EXPECT_FALSE(accounts.find(L"Ben", ben));
+    EXPECT_FALSE(database.hasFailed());
+    change("ALTER TABLE accounts RENAME TO away");
+    EXPECT_FALSE(accounts.find(L"Ann", ben));
+    EXPECT_TRUE(database.hasFailed());
+    EXPECT_FALSE(accounts.create(L"Ben", "", nullptr, L"", *makeRecords()));
+    EXPECT_TRUE(database.hasFailed());
+    EXPECT_EQ(accounts.save(ann), Saved::kUnreadable) << "no other login is the reason";
+    change("ALTER TABLE away RENAME TO accounts");
+    EXPECT_TRUE(accounts.find(L"Ann", ann));
+    EXPECT_FALSE(database.hasFailed());
+    EXPECT_EQ(accounts.save(ann), Saved::kDone);
+}
+
 TEST_F(AccountStore, ABillIsAppliedOnce)
 {
     Database database(getUrl());

@@ -2,6 +2,7 @@
 """Whole runs of the miniature platform: check_run.py SCENARIO ARENA [--udp]."""
 
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -85,9 +86,25 @@ def left_in_a_game(play, _):
         raise AssertionError(f"the run ended with {run.child.returncode}")
 
 
+def run_with_faults(play, _):
+    """Each server is killed, in the order of the seed; the players come back, and the audit is clean."""
+    orders = []
+    for run in [start_run(play, "--players", "2", "--seconds", "0", "--faults", "--seed", "7") for _ in range(2)]:
+        run.wait()
+        run.expect("^seed 7$")
+        run.expect("^run: 2 players, .* [1-9][0-9]* faults, 0 findings$")
+        orders.append([match.group(1) for match in (re.match("^fault: (.*) is killed", line) for line in run.lines)
+                       if match])
+    servers = [match.group(1) for match in (re.match("^(.*) listens on port", line) for line in run.lines) if match]
+    both = [order[:len(servers)] for order in orders]
+    if both[0] != both[1] or sorted(both[0]) != sorted(servers):
+        raise AssertionError(f"the servers {servers} were killed in the orders {both}")
+
+
 if __name__ == "__main__":
     sys.exit(stage.main({
         "run_over_udp": run_over_udp,
         "run_over_tls": run_over_tls,
         "left_in_a_game": left_in_a_game,
+    "run_with_faults": run_with_faults,
     }))

@@ -294,7 +294,9 @@ Saved Accounts::save(StoredAccount& account, const Also& also)
     const long long version = account.m_Version;
     const long long epoch = account.m_Epoch;
     // What cannot be read again still has the change that was refused.
-    if (!reload(account) || account.m_Epoch != epoch)
+    if (!reload(account))
+        return Saved::kUnreadable;
+    if (account.m_Epoch != epoch)
         return Saved::kLost;
     return account.m_Version != version ? Saved::kChanged : Saved::kFailed;
 }
@@ -307,7 +309,7 @@ bool Accounts::reload(StoredAccount& account)
 std::vector<std::pair<int, long long>> Accounts::findLogins(const std::string& owner)
 {
     std::vector<std::pair<int, long long>> logins;
-    if (m_Database.isPostgreSql())
+    if (m_Database.isPostgreSql() && !m_Database.hasMissedNotices())
     {
         // A notice is "ACCOUNT EPOCH".
         for (const std::string& notice : m_Database.takeNotices())
@@ -319,7 +321,7 @@ std::vector<std::pair<int, long long>> Accounts::findLogins(const std::string& o
         }
         return logins;
     }
-    m_Database.transact(
+    const bool isDone = m_Database.transact(
         [&](soci::session& sql)
         {
             const soci::rowset<soci::row> rows =
@@ -329,6 +331,8 @@ std::vector<std::pair<int, long long>> Accounts::findLogins(const std::string& o
                 logins.emplace_back(row.get<int>(0), row.get<long long>(1));
             return true;
         });
+    if (isDone)
+        m_Database.resumeNotices();
     return logins;
 }
 

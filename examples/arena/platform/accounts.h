@@ -52,8 +52,10 @@ enum class Saved
     kDone,
     // Another writer was first: the records are those of the database again.
     kChanged,
-    // The player has logged in elsewhere since, or the records can no longer be read: they are not to be used.
+    // The player has logged in elsewhere since: the records are not to be used.
     kLost,
+    // The change is refused, and the records can no longer be read: they are not to be used.
+    kUnreadable,
     // The database failed, or the records do not fit: the records are those of the database again.
     kFailed
 };
@@ -68,7 +70,8 @@ public:
 
     explicit Accounts(Database& database) : m_Database(database) {}
 
-    // Each is false if there is none or the database failed; the account is then not to be used.
+    // Each is false if there is none or, see Database::hasFailed(), the database failed; the account is then not to be
+    // used.
     bool find(const zet::String_T<wchar_t>& name, StoredAccount& account);
     bool find(int id, StoredAccount& account);
     bool findByIdentity(const char* kind, const zet::String_T<wchar_t>& value, StoredAccount& account);
@@ -90,7 +93,7 @@ public:
     bool reload(StoredAccount& account);
 
     // The logins of other platforms that this one may not know of yet: account and epoch. With PostgreSQL those that it
-    // has told since the last call, with SQLite all that are there.
+    // has told since the last call, with SQLite and after a lost connection all that are there.
     std::vector<std::pair<int, long long>> findLogins(const std::string& owner);
 
     bool setPassword(int id, const std::string& password);

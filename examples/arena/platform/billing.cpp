@@ -35,6 +35,7 @@ constexpr int kReferenceLimit = 64;
 constexpr int kCodeGold = 50;
 constexpr int kCardGold = 30;
 constexpr auto kExpiryTime = 60s;
+constexpr auto kSettleTime = 1s;
 constexpr wchar_t kCard[] = L"treasure-card";
 
 // m_Text1: the offer, m_Text2: the client's reference of the order.
@@ -123,19 +124,42 @@ void failBill(Session& session, const Order& order, Result result, const wchar_t
     session.send(fail);
 }
 
+// Applies the bill, if the order is paid, once the database answers again.
+void settleLater(Platform& platform, const std::string& number)
+{
+    platform.getTasks().after(kSettleTime,
+                              [&platform, number]
+                              {
+                                  const Applied applied = Orders(platform.getAccounts()).apply(number);
+                                  if (applied == Applied::kFailed && platform.hasFailed())
+                                      settleLater(platform, number);
+                              });
+}
+
 // The player confirms the price on the phone: it pays, and the bill is applied.
 void pay(Platform& platform, Session& session, const CCmdPayPrice& price)
 {
     Order order;
     if (!findOrder(platform, session, order))
-        return failBill(session, order, kUnknownThing, L"there is no order");
+        return !session.m_Order.empty() && platform.hasFailed()
+                   ? failBill(session, order, kNotSaved, L"the database does not answer")
+                   : failBill(session, order, kUnknownThing, L"there is no order");
     Orders orders(platform.getAccounts());
     const bool isApplied = order.m_State == OrderState::kApplied;
     if (isApplied ? price.m_Value1 != order.m_Price : !orders.pay(order.m_Number, price.m_Value1))
-        return failBill(session, order, kNotAllowed, L"the payment service has refused the payment");
+    {
+        if (isApplied || !platform.hasFailed())
+            return failBill(session, order, kNotAllowed, L"the payment service has refused the payment");
+        // The payment may have been entered all the same.
+        settleLater(platform, order.m_Number);
+        return failBill(session, order, kNotSaved, L"the database does not answer");
+    }
     // From here on the money is taken. If the process ends now, the bill is applied at its next start.
     if (orders.apply(order.m_Number) != Applied::kDone)
+    {
+        settleLater(platform, order.m_Number);
         return failBill(session, order, kNotSaved, L"the bill is applied later");
+    }
     session.undo(); // the bill has changed the records in the database
     if (session.isKickedOut())
         return;

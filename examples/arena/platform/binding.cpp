@@ -34,7 +34,9 @@ void bindPhone(Platform& platform, Session& session, const CCmdBindPhone& reques
     if (phone.isEmpty() || phone.getLength() > kIdentityLimit || request.m_Text2 != getPhoneCode(phone))
         return refuse<CCmdBindPhoneFail>(session, kWrongCode, L"the code is wrong");
     if (!platform.getAccounts().bind(identity::kPhone, phone, session.getStored().m_Id))
-        return refuse<CCmdBindPhoneFail>(session, kTaken, L"the phone or the account is bound already");
+        return platform.hasFailed()
+                   ? refuse<CCmdBindPhoneFail>(session, kNotSaved, L"the phone was not saved")
+                   : refuse<CCmdBindPhoneFail>(session, kTaken, L"the phone or the account is bound already");
     CCmdBindPhoneSuccess success;
     success.m_Text1 = phone;
     success.m_Text2 = session.getStored().m_Name;
@@ -50,7 +52,9 @@ Result unbind(Platform& platform, Session& session, const char* kind)
         return kNotLoggedIn;
     if (session.getStored().m_Password.empty())
         return kNotAllowed;
-    return platform.getAccounts().unbind(kind, session.getStored().m_Id) ? kDone : kUnknownThing;
+    if (platform.getAccounts().unbind(kind, session.getStored().m_Id))
+        return kDone;
+    return platform.hasFailed() ? kNotSaved : kUnknownThing;
 }
 
 const wchar_t* wordsOf(Result result)
@@ -63,6 +67,8 @@ const wchar_t* wordsOf(Result result)
         return L"no player is logged in";
     case kNotAllowed:
         return L"the account needs a password first";
+    case kNotSaved:
+        return L"the change was not saved";
     default:
         return L"nothing is bound";
     }
@@ -78,7 +84,7 @@ void queryPhone(Platform& platform, Session& session, const CCmdQueryPhoneReques
         session.isLoggedIn() && platform.getAccounts().findByIdentity(identity::kPhone, request.m_Text1, account);
     if (reply.m_Flag1 && account.m_Id == session.getStored().m_Id)
         reply.m_Text2 = account.m_Name;
-    reply.m_Value1 = session.isLoggedIn() ? kDone : kNotLoggedIn;
+    reply.m_Value1 = !session.isLoggedIn() ? kNotLoggedIn : platform.hasFailed() ? kNotSaved : kDone;
     session.send(reply);
 }
 
@@ -100,7 +106,8 @@ void bindOutside(Platform& platform, Session& session, const CCmdBindThirdAccoun
     if (value.getLength() > kIdentityLimit || request.m_Text2 != getOutsideToken(request.m_Text1))
         return refuseWith(kWrongCode, L"the token is wrong");
     if (!platform.getAccounts().bind(identity::kOutside, value, session.getStored().m_Id))
-        return refuseWith(kTaken, L"the outside account or the account is bound already");
+        return platform.hasFailed() ? refuseWith(kNotSaved, L"the outside account was not saved")
+                                    : refuseWith(kTaken, L"the outside account or the account is bound already");
     reply.m_Flag1 = true;
     reply.m_GlobalData = session.getAccount().m_GlobalData;
     session.send(reply);
@@ -110,9 +117,11 @@ void bindOutside(Platform& platform, Session& session, const CCmdBindThirdAccoun
 void findPassword(Platform& platform, Session& session, const CCmdFindPassword& request)
 {
     StoredAccount account;
-    if (!platform.getAccounts().find(request.m_Text1, account))
-        return refuse<CCmdFindPasswordFail>(session, kUnknownAccount, L"no account of this name has a phone");
-    const Text phone = platform.getAccounts().getIdentity(identity::kPhone, account.m_Id);
+    Text phone;
+    if (platform.getAccounts().find(request.m_Text1, account))
+        phone = platform.getAccounts().getIdentity(identity::kPhone, account.m_Id);
+    if (platform.hasFailed())
+        return refuse<CCmdFindPasswordFail>(session, kNotSaved, L"the database does not answer");
     if (phone.isEmpty())
         return refuse<CCmdFindPasswordFail>(session, kUnknownAccount, L"no account of this name has a phone");
     CCmdFindPasswordSuccess success;
@@ -197,7 +206,8 @@ void switchAccount(Platform& platform, Session& session, const CCmdSwitchAccount
     if (session.m_IsBusy)
         return refuse<Fail>(session, kBusy, L"a password is being checked");
     StoredAccount account;
-    platform.getAccounts().find(request.m_Text1, account);
+    if (!platform.getAccounts().find(request.m_Text1, account) && platform.hasFailed())
+        return refuse<Fail>(session, kNotSaved, L"the database does not answer");
     session.m_IsBusy = platform.getPasswords().check(
         request.m_Text2, account.m_Password,
         [&platform, number = session.getNumber(), id = account.m_Id](bool isRight)

@@ -122,6 +122,7 @@ void Database::migrate(bool mayMake)
 bool Database::transact(const std::function<bool(soci::session& sql)>& work)
 {
     bool isOpen = false;
+    m_HasFailed = false;
     try
     {
         begin();
@@ -140,6 +141,7 @@ bool Database::transact(const std::function<bool(soci::session& sql)>& work)
     catch (const std::exception& error)
     {
         ++m_Failures;
+        m_HasFailed = true;
         zet::Log::error(L"The database failed: %s", zet::StringHelper::utf8ToWide(error.what()));
     }
     m_IsBroken = m_IsBroken || !isAlive();
@@ -179,6 +181,7 @@ void Database::begin()
     m_Sql.reconnect();
     prepareConnection();
     m_IsBroken = false;
+    m_HasMissedNotices = m_IsPostgreSql;
     m_Sql << words;
 }
 

@@ -36,12 +36,18 @@ public:
     // Transactions that were committed, and those that failed, since the start.
     unsigned long long getCommits() const { return m_Commits; }
     unsigned long long getFailures() const { return m_Failures; }
+    // Whether the last transact() was false because the database failed, not because work returned false.
+    bool hasFailed() const { return m_HasFailed; }
 
     // Tells all platforms that share the database; with SQLite nothing. Inside of a transaction it leaves with its
     // commit.
     void notify(soci::session& sql, const std::string& payload);
     // What other platforms and this one have sent since the last call. Never blocks.
     std::vector<std::string> takeNotices();
+    // Whether the connection is lost, or was since the last call of resumeNotices(): notices may be missing.
+    bool hasMissedNotices() const { return m_IsBroken || m_HasMissedNotices; }
+    // The caller has read what they would have told, on the connection that there is now.
+    void resumeNotices() { m_HasMissedNotices = false; }
 
     // Called between the steps of a change, with the name of the step before. A test ends the process there.
     std::function<void(const char* step)> m_OnStep;
@@ -60,6 +66,8 @@ private:
     soci::session m_Sql;
     bool m_IsPostgreSql = false;
     bool m_IsBroken = false;
+    bool m_HasFailed = false;
+    bool m_HasMissedNotices = false;
     unsigned long long m_Commits = 0;
     unsigned long long m_Failures = 0;
 };

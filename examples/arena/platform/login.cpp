@@ -127,6 +127,8 @@ void enterByPassword(Platform& platform, Session& session, const Text& name, con
         return refuse(session, kBusy, L"a login is under way");
     StoredAccount account;
     const bool isKnown = isName(name) && platform.getAccounts().find(name, account);
+    if (!isKnown && isName(name) && platform.hasFailed())
+        return refuse(session, kNotSaved, L"the database does not answer");
     // A name that is not known takes as long as a wrong password, so that names cannot be found out by the time.
     session.m_IsBusy = platform.getPasswords().check(
         password, account.m_Password,
@@ -153,6 +155,8 @@ void enterOrRegister(Platform& platform, Session& session, const Text& name, con
         return refuse(session, kBadName, L"a name has 1 to 32 letters, digits, - and _, and needs a password");
     if (platform.getAccounts().find(name, account))
         return enterByPassword(platform, session, name, password);
+    if (platform.hasFailed())
+        return refuse(session, kNotSaved, L"the database does not answer");
     if (session.m_IsBusy)
         return refuse(session, kBusy, L"a login is under way");
     session.m_IsBusy = platform.getPasswords().hash(
@@ -165,7 +169,8 @@ void enterOrRegister(Platform& platform, Session& session, const Text& name, con
             waiting->m_IsBusy = false;
             const zet::Unknown::Handle_T<CAccount> records = makeRecords();
             if (hash.empty() || !platform.getAccounts().create(name, hash, nullptr, L"", *records))
-                return refuse(*waiting, kTaken, L"the name was taken meanwhile");
+                return hash.empty() || platform.hasFailed() ? refuse(*waiting, kNotSaved, L"the account was not saved")
+                                                            : refuse(*waiting, kTaken, L"the name was taken meanwhile");
             enter(platform, *waiting, records->m_Account.m_AccountId);
         });
     if (!session.m_IsBusy)
@@ -199,7 +204,8 @@ void resume(Platform& platform, Session& session, const Text& ticket)
         !logIn(platform, session, account.m_Id, renewed))
     {
         CCmdHpwdLoginCancel cancel;
-        cancel.m_Text1 = L"the ticket is not valid any more";
+        cancel.m_Text1 = !ticket.isEmpty() && platform.hasFailed() ? L"the database does not answer"
+                                                                   : L"the ticket is not valid any more";
         session.send(cancel);
         return;
     }

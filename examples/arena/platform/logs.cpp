@@ -99,7 +99,8 @@ void maintain(Platform& platform, Session& session, const CCmdMaintainRequest& r
         return answer(kNotAllowed, L"only the operator may do this");
     StoredAccount account;
     if (!platform.getAccounts().find(request.m_Text1, account))
-        return answer(kUnknownAccount, L"there is no such account");
+        return platform.hasFailed() ? answer(kNotSaved, L"the database does not answer")
+                                    : answer(kUnknownAccount, L"there is no such account");
     copyAccount(account.m_Records->m_Account, reply.m_Account);
     reply.m_MatchData3 = account.m_Records->m_MatchData3;
     reply.m_GlobalData = account.m_Records->m_GlobalData;

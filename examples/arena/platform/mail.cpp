@@ -45,7 +45,7 @@ const wchar_t* send(Platform& platform, Session& session, const CLetter& letter)
     if (letter.m_Text3.getLength() > kSubjectLimit || letter.m_Text4.getLength() > kTextLimit)
         return L"the letter is too long";
     if (!platform.getAccounts().find(letter.m_Text1, receiver))
-        return L"there is no such player";
+        return platform.hasFailed() ? L"the letter was not saved" : L"there is no such player";
     return store(platform, receiver.m_Id, session.getStored().m_Name, letter.m_LetterType, letter.m_Text3,
                  letter.m_Text4)
                ? L""

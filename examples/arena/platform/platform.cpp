@@ -152,6 +152,11 @@ bool Platform::enrol()
     return m_Registration.start(registry.m_Host, registry.m_Port);
 }
 
+bool Platform::hasFailed() const
+{
+    return m_Database->hasFailed();
+}
+
 Session* Platform::findSession(const wchar_t* accountName)
 {
     const auto found = m_Players.find(std::wstring_view(accountName));
@@ -199,7 +204,8 @@ void Platform::followLogins()
                 break;
             }
     countFigures();
-    m_Tasks->after(m_Database->isPostgreSql() ? kFollowTime : kAskTime, [this] { followLogins(); });
+    const bool isTold = m_Database->isPostgreSql() && !m_Database->hasMissedNotices();
+    m_Tasks->after(isTold ? kFollowTime : kAskTime, [this] { followLogins(); });
 }
 
 void Platform::countFigures()

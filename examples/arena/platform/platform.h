@@ -69,6 +69,8 @@ public:
     host::Tasks& getTasks() { return *m_Tasks; }
     VoidData& getVoidData() { return m_VoidData; }
     Accounts& getAccounts() { return *m_Accounts; }
+    // Whether the last transaction was not done because the database failed.
+    bool hasFailed() const;
     Passwords& getPasswords() { return *m_Passwords; }
     const PlatformOptions& getOptions() const { return m_Options; }
     SystemCmdInfo& getStatistics() { return m_Statistics; }

@@ -22,13 +22,17 @@ bool Session::save(const Accounts::Also& also)
     const Saved saved = m_Platform.getAccounts().save(m_Stored, also);
     if (saved == Saved::kLost)
         kickOut();
+    if (saved == Saved::kUnreadable)
+        drop();
     return saved == Saved::kDone;
 }
 
 void Session::undo()
 {
     const long long epoch = m_Stored.m_Epoch;
-    if (!m_Platform.getAccounts().reload(m_Stored) || m_Stored.m_Epoch != epoch)
+    if (!m_Platform.getAccounts().reload(m_Stored))
+        drop();
+    else if (m_Stored.m_Epoch != epoch)
         kickOut();
 }
 
@@ -54,13 +58,19 @@ void Session::kickOut()
 {
     if (m_IsKickedOut)
         return;
+    if (isLoggedIn())
+        zet::Log::message(L"%s is kicked out", m_Stored.m_Name);
+    send(CCmdAccountKickOut());
+    drop();
+}
+
+void Session::drop()
+{
+    if (m_IsKickedOut)
+        return;
     m_IsKickedOut = true;
     if (isLoggedIn())
-    {
-        zet::Log::message(L"%s is kicked out", m_Stored.m_Name);
         m_Platform.removePlayer(*this);
-    }
-    send(CCmdAccountKickOut());
     close();
 }
 

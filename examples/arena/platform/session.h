@@ -22,12 +22,12 @@ public:
     CAccount& getAccount() { return *m_Stored.m_Records; }
     // Writes the records in one transaction before the answer is sent. False if another platform was first or the
     // database failed: the records are then those of the database again, and the caller refuses. If the player has
-    // logged in elsewhere, or the records cannot be read again, the session is kicked out as well.
+    // logged in elsewhere, the session is kicked out as well; if the records cannot be read again, it is ended.
     bool save() { return save({}); }
     // The same with further statements in the transaction.
     bool save(const Accounts::Also& also);
     // Makes the records those of the database again, after a change that is not to be saved. If the player has logged
-    // in elsewhere, or they cannot be read, the session is kicked out.
+    // in elsewhere, the session is kicked out; if they cannot be read, it is ended.
     void undo();
 
     // The login, and its end: the database is not changed.
@@ -36,6 +36,7 @@ public:
     // Tells the client that its session has ended, and closes the connection. The records stay until the connection
     // has ended, in the next tick, so that a handler that is running can finish.
     void kickOut();
+    // Whether it was kicked out or ended.
     bool isKickedOut() const { return m_IsKickedOut; }
 
     // The hash that the database has now.
@@ -60,6 +61,9 @@ public:
     int m_GameId = 0;
 
 private:
+    // The same without a word: the player is not logged in elsewhere, and may come back.
+    void drop();
+
     Platform& m_Platform;
     const unsigned long long m_Number;
     StoredAccount m_Stored;

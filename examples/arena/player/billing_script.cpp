@@ -6,7 +6,10 @@
 #include "examples/arena/player/line.h"
 #include "examples/arena/player/players.h"
 #include "examples/arena/protocol/platform_codes.h"
+#include "examples/arena/text.h"
 #include "framework/log.h"
+
+#include <map>
 
 namespace arena::player
 {
@@ -20,7 +23,11 @@ using Text = zet::String_T<wchar_t>;
 struct Orders
 {
     bool m_IsInstalled = false;
+    // The references of the players' orders whose bills were not confirmed yet.
+    std::map<const Player*, Text> m_Open;
 };
+
+constexpr wchar_t kOffer[] = L"diamonds-10";
 
 // A text that no earlier run of the script has used.
 Text newReference()
@@ -28,6 +35,11 @@ Text newReference()
     zet::Uuid id;
     zet::uuid_create(id);
     return idText(id);
+}
+
+Text& getOpenOrder(Player& player)
+{
+    return player.getPlayers().share<Orders>().m_Open[&player];
 }
 
 } // namespace
@@ -50,10 +62,11 @@ bool installBilling(Players& players)
                                                  CCmdBillExchangeCodeReply, CCmdTrovCardReply>();
 }
 
-host::Task playBilling(Player& player)
+static host::Task playPurchases(Player& player)
 {
     constexpr auto kPatience = Player::kPatience;
     CCommandSocket& socket = player.getSocket();
+    Text& open = getOpenOrder(player);
     CCmdCurrencyQuery query;
     query.m_Value1 = 7;
     const auto unknown = co_await host::ask<CCmdCurrencyReply>(socket, query, kPatience);
@@ -73,7 +86,8 @@ host::Task playBilling(Player& player)
     const auto* const refused = expectAnswer<CCmdOrderReturn>(player, noOrder, "CCmdOrderRequest -> refused");
     if (!refused || !expectThat(player, refused->m_Value1 == kUnknownThing, "the moon is not for sale"))
         co_return;
-    order.m_Text1 = L"diamonds-10";
+    order.m_Text1 = kOffer;
+    order.m_Text2 = open = newReference();
     const auto ordered = co_await host::ask<CCmdOrderReturn>(socket, order, kPatience);
     const auto* const opened = expectAnswer<CCmdOrderReturn>(player, ordered, "CCmdOrderRequest -> CCmdOrderReturn");
     if (!opened || !expectThat(player, opened->m_Value1 == kDone, "the order is open"))
@@ -105,6 +119,9 @@ host::Task playBilling(Player& player)
             co_return;
         player.getAccount().m_GlobalData = success->m_GlobalData;
         player.confirm(success->m_Account);
+        if (!open.isEmpty())
+            player.note("saved: bill %s", shown(success->m_Text1).getBuffer());
+        open = {};
     }
     const auto after = co_await host::ask<CCmdCurrencyReply>(socket, query, kPatience);
     const auto* const richer = expectAnswer<CCmdCurrencyReply>(player, after, "CCmdCurrencyQuery after the bill");
@@ -128,6 +145,8 @@ host::Task playBilling(Player& player)
             player, exchanged, "CCmdBillExchangeCodeRequest -> CCmdBillExchangeCodeReply");
         if (!used || !expectThat(player, used->m_Value3 == result, "a code works once"))
             co_return;
+        if (result == kDone)
+            player.note("saved: code %s", shown(code.m_Text1).getBuffer());
     }
     const auto card = co_await host::ask<CCmdTrovCardReply>(socket, CCmdTrovCardRequest(), kPatience);
     if (!expectAnswer<CCmdTrovCardReply>(player, card, "CCmdTrovCardRequest -> CCmdTrovCardReply"))
@@ -141,6 +160,36 @@ host::Task playBilling(Player& player)
         co_return;
     player.confirm(records->m_Account);
     player.note("billing done");
+}
+
+// An earlier play of the script was interrupted between the order and the confirmed bill: the same reference gives the
+// same order, and its bill is applied once, by the platform's own repetition or by this one.
+static host::Task finishOrder(Player& player)
+{
+    constexpr auto kPatience = Player::kPatience;
+    CCommandSocket& socket = player.getSocket();
+    Text& open = getOpenOrder(player);
+    CCmdOrderRequest order;
+    order.m_Text1 = kOffer;
+    order.m_Text2 = open;
+    const auto ordered = co_await host::ask<CCmdOrderReturn>(socket, order, kPatience);
+    const auto* const opened = expectAnswer<CCmdOrderReturn>(player, ordered, "CCmdOrderRequest after an interruption");
+    if (!opened || !expectThat(player, opened->m_Value1 == kDone, "the order is open or paid"))
+        co_return;
+    CCmdPayPrice price;
+    price.m_Value1 = opened->m_Value2;
+    const auto paid = co_await host::ask<CCmdBillSuccess, CCmdBillFail>(socket, price, kPatience);
+    const auto* const success = expectAnswer<CCmdBillSuccess>(player, paid, "CCmdPayPrice after an interruption");
+    if (!success)
+        co_return;
+    player.note("saved: bill %s", shown(success->m_Text1).getBuffer());
+    open = {};
+    player.getTasks().start(playPurchases(player));
+}
+
+host::Task playBilling(Player& player)
+{
+    return getOpenOrder(player).isEmpty() ? playPurchases(player) : finishOrder(player);
 }
 
 } // namespace arena::player

@@ -52,7 +52,7 @@ host::Task playFriends(PackAccount& player, PackClient& packs, zet::String_T<wch
         const auto reply =
             co_await askPack<FriendSystemPack_FriendListReply>(friends, socket, packs.sent(player, add), kPatience);
         const auto* const list = packs.received(player, reply);
-        if (!list)
+        if (!list || player.isInterrupted())
             co_return;
         isAdded = !isRefusal(list->m_Text1);
         if (!isAdded)
@@ -135,7 +135,7 @@ host::Task playFriends(PackAccount& player, PackClient& packs, zet::String_T<wch
         const auto reply =
             co_await askPack<FriendSystemPack_FetchMsgRespond>(friends, socket, packs.sent(player, fetch), kPatience);
         const auto* const fetched = packs.received(player, reply);
-        if (!fetched)
+        if (!fetched || player.isInterrupted())
             co_return;
         isFound = fetched->m_Text2 == friendName + L"|hello";
         if (!isFound)

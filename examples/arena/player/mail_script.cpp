@@ -3,8 +3,10 @@
 #include "commands/logs.h"
 #include "commands/mail.h"
 #include "examples/arena/player/answers.h"
+#include "examples/arena/player/line.h"
 #include "examples/arena/player/players.h"
 #include "examples/arena/protocol/platform_codes.h"
+#include "examples/arena/text.h"
 
 namespace arena::player
 {
@@ -26,12 +28,17 @@ host::Task playMail(Player& player)
     const auto* const refused = expectAnswer<CCmdMailSendReply>(player, lost, "CCmdMailSendRequest -> refused");
     if (!refused || !expectThat(player, !refused->m_Text1.isEmpty(), "there is no such receiver"))
         co_return;
+    // A subject that no other letter has.
+    zet::Uuid id;
+    zet::uuid_create(id);
     mail.m_Letter.m_Text1 = player.getName();
+    mail.m_Letter.m_Text3 = L"race " + idText(id);
     const auto sending = co_await host::ask<CCmdMailSendReply>(socket, mail, kPatience);
     const auto* const sent =
         expectAnswer<CCmdMailSendReply>(player, sending, "CCmdMailSendRequest -> CCmdMailSendReply");
     if (!sent || !expectThat(player, sent->m_Text1.isEmpty(), "the letter is sent"))
         co_return;
+    player.note("saved: letter %s", shown(mail.m_Letter.m_Text3).getBuffer());
     const auto arriving = co_await host::ask<CCmdMailReceiveReply>(socket, CCmdMailReceiveRequest(), kPatience);
     const auto* const received =
         expectAnswer<CCmdMailReceiveReply>(player, arriving, "CCmdMailReceiveRequest -> CCmdMailReceiveReply");

@@ -17,7 +17,7 @@ PackAccount::PackAccount(Player& player, const zet::String_T<wchar_t>& name)
 
 bool PackAccount::isInterrupted() const
 {
-    return m_Line.isLost();
+    return m_Line.isLost() || m_Player.isInterrupted();
 }
 
 void PackAccount::note(const char* format, ...)

@@ -22,7 +22,7 @@ public:
     // The last records that the server confirmed.
     CAccount& getAccount() { return *m_Account; }
     host::Tasks& getTasks() { return m_Tasks; }
-    // Whether the connection has ended. What is not as expected then follows from that.
+    // Whether the connection has ended, or the player is interrupted. What is not as expected then follows from that.
     bool isInterrupted() const;
 
     // A line of the player's transcript: "Ann: as Ann-1f: sends HomePack_LoadData_Request".

@@ -166,8 +166,10 @@ host::Task playPacks(Player& player)
             co_await host::sleep(kPoll);
         isInterrupted = courses.back().getAccount().isInterrupted();
     }
-    // What ends these connections ends that of the player, too.
-    for (auto left = Player::kPatience; isInterrupted && player.isConnected(); left -= kPoll)
+    // What ends these connections ends that of the player, too, if it is not an outage behind the platform.
+    if (isInterrupted && player.getPlayers().getOptions().m_ExpectsOutages)
+        player.interrupt();
+    for (auto left = Player::kPatience; isInterrupted && player.isConnected() && !player.isInterrupted(); left -= kPoll)
     {
         if (left <= Player::kPatience.zero())
         {
@@ -176,7 +178,8 @@ host::Task playPacks(Player& player)
         }
         co_await host::sleep(kPoll);
     }
-    player.note("packs done");
+    if (!isInterrupted)
+        player.note("packs done");
 }
 
 } // namespace arena::player

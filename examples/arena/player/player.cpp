@@ -112,12 +112,21 @@ void Player::fail(const char* format, ...)
     const bool isRepeated = isInterrupted() || !isConnected();
     if (isRepeated && !m_Players.getOptions().m_IsVerbose)
         return;
+    const bool isRefused = !isRepeated && m_Players.getOptions().m_ExpectsOutages;
     std::va_list arguments;
     va_start(arguments, format);
-    print(m_Name, isRepeated ? "interrupted: " : "FAILED ", format, arguments);
+    print(m_Name, isRepeated ? "interrupted: " : isRefused ? "REFUSED " : "FAILED ", format, arguments);
     va_end(arguments);
-    if (!isRepeated)
+    if (isRefused)
+        interrupt();
+    else if (!isRepeated)
         ++m_Failures;
+}
+
+void Player::failForGood(const char* words)
+{
+    say("%s: FAILED %s", shown(m_Name), words);
+    ++m_Failures;
 }
 
 void Player::openConnection()
@@ -166,7 +175,7 @@ void Player::onKick(CCommandSocket& socket)
 
 bool Player::mayRepeat(const Script& script)
 {
-    if (++m_Repeats < kMostRepeats)
+    if (++m_Repeats < (m_Players.getOptions().m_ExpectsOutages ? kMostRepeatsInOutages : kMostRepeats))
         return true;
     say("%s: FAILED %s was interrupted %d times", shown(m_Name), script.m_Name, m_Repeats);
     ++m_Failures;
@@ -195,6 +204,7 @@ host::Task Player::live()
     std::vector<unsigned char> record;
     bool isAudit = false;
     size_t next = 0;
+    milliseconds waited{};
     for (milliseconds delay = kFirstDelay; !m_IsDone;)
     {
         LoginTurn turn(m_Players);
@@ -211,10 +221,19 @@ host::Task Player::live()
                 co_await host::sleep(kPoll);
             if (m_Failures > failures)
                 break;
+            if (isInterrupted())
+            {
+                // The login was refused.
+                m_IsInterrupted = false;
+                m_Connection->m_IsUp = false;
+            }
         }
         turn.give();
         if (isConnected())
+        {
             delay = kFirstDelay;
+            waited = {};
+        }
         while (isConnected() && !isAudit && (next < count || (!m_Players.isOver() && count > 0)))
         {
             const Script& script = *options.m_Scripts[next % count];
@@ -240,13 +259,15 @@ host::Task Player::live()
         if (!isConnected())
         {
             note("no connection: %s", shown(m_Connection->getEndCause().getText()).getBuffer());
-            if ((m_Players.isOver() && delay >= kLongestDelay) || m_Kicks >= kMostKicks)
+            const bool isLong = options.m_ExpectsOutages ? waited >= kLongestOutage : delay >= kLongestDelay;
+            if ((m_Players.isOver() && isLong) || m_Kicks >= kMostKicks)
             {
                 say("%s: FAILED no connection: %s", shown(m_Name), shown(m_Connection->getEndCause().getText()));
                 ++m_Failures;
                 break;
             }
             co_await host::sleep(delay);
+            waited += delay;
             delay = std::min(delay * 2, kLongestDelay);
             ++m_Reconnects;
             // A move is tried once, and then the next address of the platform.
@@ -266,7 +287,7 @@ host::Task Player::live()
         else
         {
             if (isAudit && (record.empty() || record != getRecord()))
-                fail("the record after the last login is not the one before");
+                failForGood("the record after the last login is not the one before");
             m_IsDone = true;
         }
         closeConnection();

@@ -28,6 +28,9 @@ public:
     static constexpr int kMostKicks = 5;
     // A script that the ends of connections interrupt as often in a row has failed.
     static constexpr int kMostRepeats = 10;
+    // The same, and how long the player connects after its last script, if it expects outages.
+    static constexpr int kMostRepeatsInOutages = 40;
+    static constexpr std::chrono::milliseconds kLongestOutage{60000};
 
     Player(Players& players, const zet::String_T<wchar_t>& name, int number);
     ~Player();
@@ -54,7 +57,8 @@ public:
     // A line of the transcript, if it is printed: "Ann: CCmdLogin -> CCmdLoginSuccess".
     [[gnu::format(printf, 2, 3)]] void note(const char* format, ...);
     // An expectation that was not met: counted and printed, and the run fails. What follows from the end of a
-    // connection is only noted, since the script is played again.
+    // connection is only noted, since the script is played again; so is everything, but as a refusal that is always
+    // printed, if the player expects outages.
     [[gnu::format(printf, 2, 3)]] void fail(const char* format, ...);
     int getFailures() const { return m_Failures; }
     // A server to which the script has connected is lost: the script is played again.
@@ -88,6 +92,8 @@ private:
     bool isConnecting() const;
     void openConnection();
     void closeConnection();
+    // fail(), also if the player expects outages.
+    void failForGood(const char* words);
     // Counts an interrupted script. False if there were too many.
     bool mayRepeat(const Script& script);
     // The fields of the record that a login does not change, as bytes.

@@ -39,6 +39,9 @@ struct PlayerOptions
     std::chrono::milliseconds m_RacePause{5};
     // Races go on until the game server is lost; in other sessions the last player leaves.
     bool m_IsUntilLost = false;
+    // A refusal may be that of an outage, such as of the database: the script is played again, and players connect for
+    // longer. Each refusal is printed.
+    bool m_ExpectsOutages = false;
     bool m_IsVerbose = false;
     // The script of the login, played after each connect; null for servers without one.
     const Script* m_Entry = nullptr;

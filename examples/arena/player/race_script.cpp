@@ -26,8 +26,9 @@ int countCoins(const AccountData& account)
 void checkEntries(Racer& racer)
 {
     const int others = racer.m_Options.m_Pawns - 1;
-    for (const char* kind : {"CCmdGS_OtherJoin", "CCmdGS_PlayerEnter", "CCmdGS_GamePlayer", "CCmdGS_PawnReady"})
+    for (const char* kind : {"CCmdGS_OtherJoin", "CCmdGS_PlayerEnter", "CCmdGS_GamePlayer"})
         racer.expect(racer.getCount(kind) == others, kind);
+    racer.expect(racer.getCount("CCmdGS_PawnReady") + racer.m_ReadyBefore == others, "each other pawn ready once");
 }
 
 void checkRace(Racer& racer)

@@ -16,7 +16,9 @@ void installGame(host::Handlers& handlers)
                                       { racer.m_Refusal = command.m_Value1; });
     count<CCmdGS_OtherJoin>(handlers, "CCmdGS_OtherJoin");
     count<CCmdGS_PlayerEnter>(handlers, "CCmdGS_PlayerEnter");
-    count<CCmdGS_GamePlayer>(handlers, "CCmdGS_GamePlayer");
+    count<CCmdGS_GamePlayer, Racer>(handlers, "CCmdGS_GamePlayer",
+                                    [](Racer& racer, CCmdGS_GamePlayer& command)
+                                    { racer.m_ReadyBefore += command.m_Flag1; });
     count<CCmdGS_PawnReady>(handlers, "CCmdGS_PawnReady");
     count<CCmdGS_AllPlayerReady>(handlers, "CCmdGS_AllPlayerReady");
     count<CCmdGS_AllRunDown>(handlers, "CCmdGS_AllRunDown");

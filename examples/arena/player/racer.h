@@ -108,6 +108,8 @@ public:
     std::map<zet::String_T<wchar_t>, int> m_Places;
     std::map<zet::String_T<wchar_t>, int> m_Points;
     std::map<zet::String_T<wchar_t>, int> m_Started;
+    // The other pawns that were ready when this one joined.
+    int m_ReadyBefore = 0;
 
     // Last, so that it is destroyed first.
     host::Tasks m_Tasks;

@@ -5,6 +5,7 @@
 #include "examples/arena/text.h"
 #include "framework/string_helper.h"
 #include "framework/system.h"
+#include "framework/time.h"
 #include "host/service.h"
 
 #include <algorithm>
@@ -21,13 +22,19 @@ using namespace player;
 class Stage : public zet::System
 {
 public:
-    void onTick(unsigned int) override
+    void onTick(unsigned int tick) override
     {
-        if (m_Players && m_Players->areDone())
+        if (!m_Players)
+            return;
+        if (static_cast<int>(tick - m_End) >= 0)
+            m_Players->end();
+        if (m_Players->areDone())
             shutdown();
     }
 
     Players* m_Players = nullptr;
+    // The tick after which no further script begins.
+    unsigned int m_End = 0;
 };
 
 std::string checkAddress(const std::string& text)
@@ -77,6 +84,7 @@ int runPlayer(int count, char** words)
     std::string authority;
     std::string proxy;
     int pause = 5;
+    int seconds = 0;
     std::string operatorName;
     bool hasNoLogin = false;
     PlayerOptions options;
@@ -98,6 +106,10 @@ int runPlayer(int count, char** words)
     app.add_option("--race-pause", pause, "milliseconds between two positions of a race")->check(CLI::Range(0, 10000));
     app.add_flag("--until-lost", options.m_IsUntilLost,
                  "race until the game server is lost; in other sessions the last player leaves");
+    app.add_option("--seconds", seconds, "how long players begin scripts; each plays all once in any case")
+        ->check(CLI::Range(0, 1000000));
+    app.add_flag("--outages", options.m_ExpectsOutages,
+                 "a refusal may be that of an outage: it is printed, and the script is played again");
     app.add_flag("--no-login", hasNoLogin, "for servers without logins");
     app.add_flag("--verbose", options.m_IsVerbose, "print each exchange");
     app.footer(listScripts());
@@ -153,8 +165,9 @@ int runPlayer(int count, char** words)
     for (int i = 1; i <= players; ++i)
         all.add(players == 1 ? wide : zet::formatText(L"%s-%d", wide, i));
     stage->m_Players = &all;
-    // Each script once.
-    all.end();
+    stage->m_End = zet::getTimeTick() + static_cast<unsigned int>(seconds) * 1000;
+    if (seconds == 0)
+        all.end();
     all.start();
     stage->run();
 

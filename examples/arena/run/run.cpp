@@ -31,8 +31,9 @@ constexpr unsigned int kLeaveTime = 60000;
 // And for the servers to close what the players have left.
 constexpr unsigned int kCloseTime = 3000;
 constexpr double kCloseInterval = 0.1;
-constexpr double kFirstFault = 1;
-constexpr double kFaultInterval = 3;
+// Seconds between two faults.
+constexpr double kShortestPause = 1;
+constexpr double kLongestPause = 4;
 
 // The account that uses the tools of the platform.
 constexpr char kOperator[] = "operator";
@@ -96,6 +97,8 @@ private:
     double getSeconds() const { return static_cast<double>(zet::getTimeTick() - m_Begin) / 1000; }
     void watchServers(unsigned int tick);
     bool areRegistered() const;
+    bool hasBrokenAll() const { return m_Faults >= static_cast<int>(m_Victims.size()); }
+    void planFault();
     void breakServer();
     // What the servers still have open, in words, or that they do not say it.
     std::vector<std::string> findOpen() const;
@@ -118,10 +121,10 @@ private:
     bool m_IsClosing = false;
     // Servers of which it is found that they have ended by themselves.
     std::set<std::string> m_Ended;
-    // The order of the faults.
+    // The order of the faults: each server once, then all again in another order.
     std::vector<ServerProcess*> m_Victims;
     double m_NextShow = 0;
-    double m_NextFault = kFirstFault;
+    double m_NextFault = 0;
     int m_Faults = 0;
 };
 
@@ -176,8 +179,16 @@ bool Run::startServers()
     }
     for (ServerProcess& server : m_Servers)
         m_Victims.push_back(&server);
-    std::shuffle(m_Victims.begin(), m_Victims.end(), m_Random);
     return true;
+}
+
+// Only the seed decides, however long the servers take to come back.
+void Run::planFault()
+{
+    const size_t next = static_cast<size_t>(m_Faults) % m_Victims.size();
+    if (next == 0)
+        std::shuffle(m_Victims.begin(), m_Victims.end(), m_Random);
+    m_NextFault = getSeconds() + std::uniform_real_distribution(kShortestPause, kLongestPause)(m_Random);
 }
 
 bool Run::play()
@@ -200,6 +211,11 @@ bool Run::play()
     for (int i = 1; i <= m_Options.m_Players; ++i)
         m_Players->add(zet::formatText(L"Ann-%d", i));
     m_Begin = zet::getTimeTick();
+    if (m_Options.m_HasFaults)
+    {
+        say("seed %u", m_Options.m_Seed);
+        planFault();
+    }
     m_Players->start();
     return run();
 }
@@ -209,7 +225,7 @@ void Run::onTick(unsigned int tick)
     watchServers(tick);
     const double seconds = getSeconds();
     const bool isEnough = seconds >= m_Options.m_Seconds && m_Players->getRaces() >= m_Options.m_Races &&
-                          (!m_Options.m_HasFaults || m_Faults > 0);
+                          (!m_Options.m_HasFaults || hasBrokenAll());
     if (!m_Players->isOver() && (isEnough || seconds >= m_Options.m_Seconds + m_Options.m_RaceTime))
     {
         m_Players->end();
@@ -225,10 +241,7 @@ void Run::onTick(unsigned int tick)
         askFigures();
     }
     if (m_Options.m_HasFaults && !m_Players->isOver() && seconds >= m_NextFault)
-    {
-        m_NextFault = seconds + kFaultInterval;
         breakServer();
-    }
     const bool isLate = m_Players->isOver() && static_cast<int>(tick - m_EndTime) >= 0;
     if (!m_IsClosing && (isDone || isLate))
     {
@@ -299,6 +312,7 @@ void Run::breakServer()
             each.forgetRegistration();
     if (!server.start())
         find(server.getRole() + " does not start again");
+    planFault();
 }
 
 void Run::askFigures()
@@ -357,8 +371,8 @@ bool Run::audit()
     const int races = m_Players ? m_Players->getRaces() : 0;
     if (races < m_Options.m_Races)
         find(std::to_string(races) + " of " + std::to_string(m_Options.m_Races) + " races were raced to the end");
-    if (m_Options.m_HasFaults && m_Faults == 0)
-        find("no fault was made");
+    if (m_Options.m_HasFaults && !hasBrokenAll())
+        find("not every server was killed");
     for (const std::string& finding : m_Findings)
         say("finding: %s", finding.c_str());
     const Kind total = m_Players ? m_Players->getCounters().getTotal() : Kind();
@@ -392,8 +406,8 @@ int runAll(int count, char** words)
                 { return findScript(name) ? std::string() : "there is no script " + name; });
     app.add_flag("--udp", players.m_WantsUdp, "scripts that can use UDP do so");
     app.add_flag("--faults", options.m_HasFaults,
-                 "kill a server every 3 s, each in turn, and start it again; at least one");
-    app.add_option("--seed", options.m_Seed, "the order in which the servers are killed");
+                 "kill a server every 1 to 4 s, each in turn and at least once, and start it again");
+    app.add_option("--seed", options.m_Seed, "decides the order and the moments of the faults");
     app.add_flag("--verbose", players.m_IsVerbose, "print each exchange of the players");
     if (const auto result = parseWords(app, count, words))
         return *result;
