@@ -106,5 +106,5 @@ if __name__ == "__main__":
         "run_over_udp": run_over_udp,
         "run_over_tls": run_over_tls,
         "left_in_a_game": left_in_a_game,
-    "run_with_faults": run_with_faults,
+        "run_with_faults": run_with_faults,
     }))

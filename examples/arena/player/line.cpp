@@ -18,7 +18,11 @@ Line::Line(Player& player, CCmdAnalyserSocket& analyser) : m_Socket(CCommandSock
     const auto& tls = player.getPlayers().getOptions().m_Tls;
     if (!m_Socket->start(&player.getPlayers().getSystem()) || (!tls.isNull() && !m_Socket->setTlsContext(tls)) ||
         !m_Socket->connect(peer.getSubString(0, end), player.getSocket().getPeerPort(), true))
+    {
+        // The server has ended, which the player's own connection may not know yet.
+        player.interrupt();
         player.fail("no further connection");
+    }
 }
 
 Line::~Line()
