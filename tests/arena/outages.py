@@ -13,8 +13,8 @@ import time
 from check_haproxy import Balancer
 from check_platform import PATIENCE, Cluster, Failure, Platform, run
 
-# Seconds until players and services have got over the end of an outage.
-RECOVERY = 3
+# Seconds until players and services have got over the end of an outage, also on a busy machine.
+RECOVERY = 8
 DISK_SIZE = "192m"
 
 
