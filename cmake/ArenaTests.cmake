@@ -82,10 +82,13 @@ if(COMMONGROUND_OTHER_PROGRAMS AND TARGET arena_accounts AND TARGET wirelens AND
     COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_capture.py $<TARGET_FILE:arena>
       $<TARGET_FILE:wirelens>)
   set_tests_properties(Arena.CapturesAgreeInEveryField PROPERTIES TIMEOUT 120 SKIP_RETURN_CODE 77)
-  add_test(NAME Arena.PlayersBesideHostileConnections
-    COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_hostile.py $<TARGET_FILE:arena>
-      $<TARGET_FILE:wirelens>)
-  set_tests_properties(Arena.PlayersBesideHostileConnections PROPERTIES TIMEOUT 120 SKIP_RETURN_CODE 77)
+  # Over TLS.
+  if(COMMONGROUND_TLS)
+    add_test(NAME Arena.PlayersBesideHostileConnections
+      COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/arena/check_hostile.py $<TARGET_FILE:arena>
+        $<TARGET_FILE:wirelens>)
+    set_tests_properties(Arena.PlayersBesideHostileConnections PROPERTIES TIMEOUT 120 SKIP_RETURN_CODE 77)
+  endif()
 endif()
 
 # The other roles. The players are scripts; what they receive is counted.

@@ -56,7 +56,8 @@ zet::Unknown::Handle_T<ListenerSocket> ListenerSocket::open(CCmdAnalyserSocket& 
     zet::Unknown::Handle_T<ListenerSocket> socket(new ListenerSocket(analyser, listener));
     if (socket->start(&listener.m_Player.getSystem()) && socket->connect(server.m_Host, server.m_Port, true))
         return socket;
-    listener.m_Player.fail("no connection to the server");
+    // A server that has ended and may come back.
+    listener.Listener::onLost(*socket);
     end(socket);
     return socket;
 }

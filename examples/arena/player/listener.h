@@ -67,7 +67,7 @@ public:
         : CFrameworkClientSocket(&analyser), m_Listener(listener)
     {
     }
-    // Started and connecting; null, and a failure of the player, if that is not possible.
+    // Started and connecting. Null where it is refused at once; then the script is interrupted for the whole group.
     static zet::Unknown::Handle_T<ListenerSocket> open(CCmdAnalyserSocket& analyser, Listener& listener,
                                                        const HostPort& server);
     // Closes it, and takes it out of its System.
