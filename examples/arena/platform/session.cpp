@@ -77,7 +77,7 @@ void Session::drop()
 void Session::onEnd(const zet::EndCause&)
 {
     // The ticket stays valid, so that a player whose connection broke comes back without a password.
-    end();
+    m_Platform.removePlayer(*this);
     m_Platform.removeSession(*this);
 }
 

@@ -18,7 +18,8 @@ public:
     ~Session() override;
 
     bool isLoggedIn() const { return m_Stored.m_Id != 0; }
-    // The records of the logged-in player; only while isLoggedIn(). The reference is valid until the login ends.
+    // The records of the logged-in player; only while isLoggedIn(). They stay when the connection ends, so that a
+    // handler that is running can finish; the reference is valid until end(), the next begin() or the session's end.
     CAccount& getAccount() { return *m_Stored.m_Records; }
     // Writes the records in one transaction before the answer is sent. False if another platform was first or the
     // database failed: the records are then those of the database again, and the caller refuses. If the player has
@@ -33,8 +34,7 @@ public:
     // The login, and its end: the database is not changed.
     void begin(const StoredAccount& account);
     void end();
-    // Tells the client that its session has ended, and closes the connection. The records stay until the connection
-    // has ended, in the next tick, so that a handler that is running can finish.
+    // Tells the client that its session has ended, and closes the connection.
     void kickOut();
     // Whether it was kicked out or ended.
     bool isKickedOut() const { return m_IsKickedOut; }

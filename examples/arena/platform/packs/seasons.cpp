@@ -132,17 +132,17 @@ private:
         CombatPack_Change_Diamond reply;
         if (session.isLoggedIn())
         {
-            const zet::Unknown::Handle_T<CAccount> account(&session.getAccount());
+            CAccount& account = session.getAccount();
             const bool isEnough = request.m_Value1 > 0 && request.m_Value1 <= kMostDiamonds &&
-                                  enrolment(account->m_CombatData) != 0 && diamondsOf(*account) >= request.m_Value1;
+                                  enrolment(account.m_CombatData) != 0 && diamondsOf(account) >= request.m_Value1;
             if (isEnough)
             {
-                diamondsOf(*account) -= request.m_Value1;
-                ticketsOf(account->m_CombatData) += request.m_Value1 * kTicketsOfDiamond;
+                diamondsOf(account) -= request.m_Value1;
+                ticketsOf(account.m_CombatData) += request.m_Value1 * kTicketsOfDiamond;
                 if (session.save())
                     reply.m_Value1 = request.m_Value1;
             }
-            reply.m_GlobalData = account->m_GlobalData;
+            reply.m_GlobalData = account.m_GlobalData;
         }
         m_Packs->reply<CCmdMatchPackReply>(session, envelope, reply);
     }

@@ -53,11 +53,7 @@ void serve(Packs& packs, Work work)
             auto& session = static_cast<Session&>(socket);
             Reply reply;
             if (session.isLoggedIn())
-            {
-                // A save that fails may end the login.
-                const zet::Unknown::Handle_T<CAccount> records(&session.getAccount());
                 work(session, request, reply);
-            }
             else
                 refuse(reply, kNotLoggedIn);
             packs.reply(socket, envelope, reply);
@@ -72,10 +68,8 @@ void serveSilently(Packs& packs, Work work)
         [work](CCommandSocket& socket, const Request& request)
         {
             auto& session = static_cast<Session&>(socket);
-            if (!session.isLoggedIn())
-                return;
-            const zet::Unknown::Handle_T<CAccount> records(&session.getAccount());
-            work(session, request);
+            if (session.isLoggedIn())
+                work(session, request);
         });
 }
 

@@ -117,14 +117,14 @@ private:
     }
     void changeGood(Session& session, Good& good, MatchPack_StampChangeGoodsReply& reply)
     {
-        const zet::Unknown::Handle_T<CAccount> account(&session.getAccount());
-        int& stamps = stampsOf(account->m_MatchData);
+        CAccount& account = session.getAccount();
+        int& stamps = stampsOf(account.m_MatchData);
         FGameItem item;
         item.m_Name = good.m_Name;
         item.m_Num = 1;
         if (stamps < good.m_Stamps)
             refuse(reply, kTooFewStamps);
-        else if (account->m_Account.AddItem(item))
+        else if (account.m_Account.AddItem(item))
         {
             stamps -= good.m_Stamps;
             if (save(session, reply))
