@@ -44,7 +44,7 @@ host::Task playFriends(PackAccount& player, PackClient& packs, zet::String_T<wch
     if (const auto* const list = packs.received(player, oneself))
         expect(player, isRefusal(list->m_Text1), "a player is no friend of itself");
 
-    // A friend can be added as soon as it has used the service.
+    // A friend can be added as soon as it has an account.
     add.m_Text2 = friendName;
     bool isAdded = false;
     for (int i = 0; i < kLooks && !isAdded; ++i)

@@ -119,12 +119,19 @@ std::vector<PackCourse::Script> makeCourse(const Text& friendName)
             playHome};
 }
 
+bool isAnyInterrupted(std::list<PackCourse>& courses)
+{
+    return std::any_of(courses.begin(), courses.end(),
+                       [](PackCourse& course) { return course.getAccount().isInterrupted(); });
+}
+
+// False as soon as one of them is interrupted: the others wait for what it does.
 bool goOn(std::list<PackCourse>& courses)
 {
     bool isGoing = false;
     for (PackCourse& course : courses)
         isGoing = course.goOn() || isGoing;
-    return isGoing;
+    return isGoing && !isAnyInterrupted(courses);
 }
 
 } // namespace
@@ -152,34 +159,25 @@ host::Task playPacks(Player& player)
                              std::vector<PackCourse::Script>{logIn, playMonitoring, playQueryTool});
     while (goOn(courses))
         co_await host::sleep(kPoll);
-    bool isInterrupted = false;
-    for (PackCourse& course : courses)
-        isInterrupted = isInterrupted || course.getAccount().isInterrupted();
-    if (!isInterrupted)
+    if (!isAnyInterrupted(courses))
     {
         // Ends the login of the first course.
         CAccount& last = main.getAccount().getAccount();
-        courses.emplace_back(player, packs, name,
-                             std::vector<PackCourse::Script>{logIn, [&last](PackAccount& account, PackClient& all)
-                                                             { return checkRecords(account, all, last); }});
-        while (goOn(courses))
+        PackCourse& check = courses.emplace_back(
+            player, packs, name, std::vector<PackCourse::Script>{logIn, [&last](PackAccount& account, PackClient& all) {
+                                                                     return checkRecords(account, all, last);
+                                                                 }});
+        while (check.goOn())
             co_await host::sleep(kPoll);
-        isInterrupted = courses.back().getAccount().isInterrupted();
-    }
-    // What ends these connections ends that of the player, too, if it is not an outage behind the platform.
-    if (isInterrupted && player.getPlayers().getOptions().m_ExpectsOutages)
-        player.interrupt();
-    for (auto left = Player::kPatience; isInterrupted && player.isConnected() && !player.isInterrupted(); left -= kPoll)
-    {
-        if (left <= Player::kPatience.zero())
+        if (!check.getAccount().isInterrupted())
         {
-            player.fail("a connection for packs has ended");
+            player.note("packs done");
             co_return;
         }
-        co_await host::sleep(kPoll);
     }
-    if (!isInterrupted)
-        player.note("packs done");
+    // Each connection may be to another server than the player's own.
+    player.note("a connection for packs has ended");
+    player.interrupt();
 }
 
 } // namespace arena::player

@@ -47,7 +47,8 @@ public:
     {
         m_IsSound = m_IsSound && m_Router.install(m_Handlers) &&
                     m_Handlers.on<CCmdLoginSuccess>([this](CCommandSocket&, const CCmdLoginSuccess& success)
-                                                    { m_IsIn = success.m_Account.m_AccountId > 0; });
+                                                    { m_IsIn = success.m_Account.m_AccountId > 0; }) &&
+                    m_Handlers.on<CCmdLoginFail>([this](CCommandSocket&, const CCmdLoginFail&) { m_IsRefused = true; });
         zet::Uuid id;
         zet::uuid_create(id);
         CCmdBaseLogin login;
@@ -56,6 +57,7 @@ public:
         return m_IsSound && m_Line->send(login);
     }
     bool isIn() const { return m_IsIn; }
+    bool isRefused() const { return m_IsRefused; }
     bool isLost() const { return m_Line.isLost(); }
 
     template <class Request>
@@ -80,6 +82,7 @@ private:
     std::unordered_map<std::type_index, std::any> m_Replies;
     bool m_IsSound = true;
     bool m_IsIn = false;
+    bool m_IsRefused = false;
     Line m_Line;
 };
 
@@ -264,8 +267,15 @@ host::Task playVoidData(Player& player)
         player.fail("void data: no connection");
         co_return;
     }
-    for (int i = 0; i < patience && !line.isIn() && !line.isLost(); ++i)
+    for (int i = 0; i < patience && !line.isIn() && !line.isRefused() && !line.isLost(); ++i)
         co_await host::sleep(kPause);
+    if (!line.isIn())
+    {
+        if (line.isLost())
+            player.interrupt();
+        player.fail("void data: no login");
+        co_return;
+    }
     std::vector<Step> steps;
     addShopSteps(steps);
     addGameSteps(steps);
