@@ -210,7 +210,7 @@ class FragilePlatform:
 def end_well(platforms):
     for platform in platforms:
         if platform.process.poll() is not None:
-            raise Failure("a platform has ended by itself:\n" + platform.text())
+            raise Failure("a platform has ended by itself with %d:\n%s" % (platform.process.returncode, platform.text()))
         platform.end(signal.SIGTERM)
         if platform.process.returncode != 0:
             raise Failure("a platform returned %d:\n%s" % (platform.process.returncode, platform.text()))
