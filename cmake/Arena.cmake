@@ -33,7 +33,7 @@ set(database)
 if(TARGET commonground_database)
   # What keeps the accounts, for the program and for tests.
   set(store ${sources})
-  list(FILTER store INCLUDE REGEX "/platform/(accounts|audit|calendar|catalogue|database|orders|renewal|schema|scores)\\.cpp$")
+  list(FILTER store INCLUDE REGEX "/platform/(accounts|audit|calendar|catalogue|database|friend_book|orders|renewal|schema|scores)\\.cpp$")
   list(REMOVE_ITEM sources ${store})
   add_library(arena_accounts STATIC ${store})
   target_link_libraries(arena_accounts PUBLIC commonground commonground_database Threads::Threads

@@ -2,6 +2,7 @@
 #include "examples/arena/platform/audit.h"
 #include "examples/arena/platform/catalogue.h"
 #include "examples/arena/platform/database.h"
+#include "examples/arena/platform/friend_book.h"
 #include "examples/arena/platform/orders.h"
 #include "examples/arena/platform/renewal.h"
 #include "examples/arena/platform/schema.h"
@@ -253,6 +254,61 @@ TEST_F(AccountStore, TheAuditFindsEachFault)
         Database database(getUrl());
         EXPECT_FALSE(audit(database, 0).m_Findings.empty()) << fault;
     }
+}
+
+TEST_F(AccountStore, FriendsOfTwoPlatformsFindEachOther)
+{
+    Database first(getUrl());
+    Database second(getUrl());
+    Accounts accounts(first);
+    StoredAccount ann;
+    StoredAccount ben;
+    ASSERT_TRUE(accounts.create(L"Ann", "", nullptr, L"", *makeRecords()) && accounts.find(L"Ann", ann));
+    ASSERT_TRUE(accounts.create(L"Ben", "", nullptr, L"", *makeRecords()) && accounts.find(L"Ben", ben));
+    FriendNames names;
+    EXPECT_EQ(addFriend(first, ann.m_Id, L"Cid", {}, names), FriendResult::kUnknown);
+    EXPECT_EQ(sendToFriend(first, ann.m_Id, L"Ben", L"too early"), FriendResult::kNoFriend);
+    EXPECT_EQ(addFriend(first, ann.m_Id, L"Ben", {{0, L"gold"}, {10, L"it\u00e9"}}, names), FriendResult::kDone);
+    EXPECT_EQ(names, FriendNames{L"Ben"});
+    EXPECT_EQ(addFriend(second, ann.m_Id, L"Ben", {}, names), FriendResult::kBefore);
+
+    // One knows the other, and not yet the other way round.
+    int account = 0;
+    FriendTexts texts;
+    EXPECT_EQ(readFriend(second, ben.m_Id, L"Ann", account, texts), FriendResult::kNoFriend);
+    EXPECT_EQ(addFriend(second, ben.m_Id, L"Ann", {}, names), FriendResult::kDone);
+    EXPECT_EQ(storeFriendTexts(first, ann.m_Id, {{0, L"silver"}}), FriendResult::kDone);
+    EXPECT_EQ(readFriend(second, ben.m_Id, L"Ann", account, texts), FriendResult::kDone);
+    EXPECT_EQ(account, ann.m_Id);
+    EXPECT_EQ(texts, (FriendTexts{{0, L"silver"}, {10, L"it\u00e9"}}));
+
+    // The latest messages wait, and are taken once.
+    for (int i = 0; i <= kFriendMessages; ++i)
+        EXPECT_EQ(sendToFriend(first, ann.m_Id, L"Ben", zet::formatText(L"%d", i)), FriendResult::kDone);
+    std::deque<zet::String_T<wchar_t>> messages;
+    EXPECT_EQ(takeMessages(second, ben.m_Id, messages), FriendResult::kDone);
+    ASSERT_EQ(messages.size(), static_cast<size_t>(kFriendMessages));
+    EXPECT_EQ(messages.front(), L"1");
+    EXPECT_EQ(messages.back(), zet::formatText(L"%d", kFriendMessages));
+    messages.clear();
+    EXPECT_EQ(takeMessages(first, ben.m_Id, messages), FriendResult::kDone);
+    EXPECT_TRUE(messages.empty());
+
+    EXPECT_EQ(removeFriend(first, ann.m_Id, L"Ben", names), FriendResult::kDone);
+    EXPECT_TRUE(names.empty());
+    EXPECT_EQ(removeFriend(second, ann.m_Id, L"Ben", names), FriendResult::kNoFriend);
+    EXPECT_EQ(readFriends(second, ben.m_Id, names), FriendResult::kDone);
+    EXPECT_EQ(names, FriendNames{L"Ann"});
+
+    for (int i = 0; i < static_cast<int>(kMostFriends); ++i)
+    {
+        const zet::String_T<wchar_t> name = zet::formatText(L"friend %d", i);
+        ASSERT_TRUE(accounts.create(name, "", nullptr, L"", *makeRecords()));
+        EXPECT_EQ(addFriend(first, ann.m_Id, name, {}, names), FriendResult::kDone);
+    }
+    EXPECT_EQ(addFriend(first, ann.m_Id, L"Ben", {}, names), FriendResult::kFull);
+    change("DROP TABLE friends");
+    EXPECT_EQ(readFriends(first, ann.m_Id, names), FriendResult::kFailed);
 }
 
 TEST_F(AccountStore, TablesOfAnyOlderVersionAreBroughtUpToDate)

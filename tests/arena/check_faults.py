@@ -108,12 +108,10 @@ def disk_full(options, folder, open_database):
     url, select, watch, stop = open_database(disk)
     outages = Outages()
     platform = players = None
-    # Friends are at one platform here.
-    scripts = [*SCRIPTS, "packs"]
     try:
         platform = Platform(options.arena, url, folder, "platform")
         players = Players([options.arena], "--platform", "127.0.0.1:" + platform.port, "--outages",
-                          *play_words(scripts, options))
+                          *play_words(SCRIPTS, options))
         players.wait_for(": saved: letter", options.players)
         time.sleep(chance.uniform(0.2, 2))
         before = {kind: len(names) for kind, names in players.saved.items()}
@@ -282,7 +280,7 @@ def loss(options, folder):
         serve("zone", "7001", *registry)
         serve("game", "7002", *registry, *(["--udp"] if options.udp else []))
         serve("platform", "7003", *registry, "--db", "sqlite://" + file)
-        scripts = [*SCRIPTS, "packs", "race"]
+        scripts = [*SCRIPTS, "race"]
         players = Players([*inside[2], options.arena], "--platform", "10.77.0.2:7003", "--server",
                           "zone=10.77.0.2:7001", *(["--udp"] if options.udp else []), *play_words(scripts, options))
         players.finish(options.seconds, Outages(), done_of(scripts))

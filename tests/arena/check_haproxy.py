@@ -19,8 +19,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from check_platform import PATIENCE, SKIPPED, Cluster, Failure, Platform, play, run  # noqa: E402
 
 PLAYERS = 4
-# Without packs: the two friends of that script have to be at one platform, which keeps who is a friend in memory.
-SCRIPTS = ("login", "binding", "billing", "progress", "void-data", "mail")
+SCRIPTS = ("login", "binding", "billing", "progress", "void-data", "mail", "packs")
 WORDS = [word for script in SCRIPTS for word in ("--script", script)]
 
 

@@ -49,6 +49,16 @@ const std::vector<std::vector<std::string>>& getMigrations()
             R"(CREATE TABLE logs (id NUMBERED, written VARCHAR(32) NOT NULL, kind VARCHAR(32) NOT NULL,
                 account VARCHAR(64) NOT NULL, line TEXT NOT NULL))",
         },
+        // 3 -> 4: friends, what players show them, and the messages that wait for their receivers.
+        {
+            R"(CREATE TABLE friends (account INTEGER NOT NULL REFERENCES accounts (id),
+                friend INTEGER NOT NULL REFERENCES accounts (id), PRIMARY KEY (account, friend)))",
+            R"(CREATE TABLE friend_texts (account INTEGER NOT NULL REFERENCES accounts (id), kind INTEGER NOT NULL,
+                words TEXT NOT NULL, PRIMARY KEY (account, kind)))",
+            R"(CREATE TABLE friend_messages (id NUMBERED, receiver INTEGER NOT NULL REFERENCES accounts (id),
+                words TEXT NOT NULL))",
+            "CREATE INDEX friend_messages_by_receiver ON friend_messages (receiver)",
+        },
     };
     return migrations;
 }

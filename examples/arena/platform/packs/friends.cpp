@@ -2,16 +2,13 @@
 //
 //   a list of names     name "|" name "|" ...
 //   a refused request   "!" and the reason, as the first text of the reply
-//
-// The friend service keeps its data in memory: they end with the process.
+#include "examples/arena/platform/friend_book.h"
 #include "examples/arena/platform/packs/packs.h"
 #include "examples/arena/platform/packs/serving.h"
 #include "examples/arena/platform/platform.h"
 #include "examples/arena/protocol/pack_numbers.h"
 
 #include <algorithm>
-#include <deque>
-#include <set>
 
 namespace arena::platform
 {
@@ -26,25 +23,43 @@ constexpr wchar_t kOneself[] = L"!oneself";
 constexpr wchar_t kFriendBefore[] = L"!a friend before";
 constexpr wchar_t kNoFriend[] = L"!not a friend";
 constexpr wchar_t kListFull[] = L"!the list is full";
+constexpr wchar_t kNoDatabase[] = L"!the database does not answer";
 constexpr wchar_t kWelcome[] = L"Welcome to the arena";
 
-// Their names with separators fit into one text.
-constexpr size_t kMostFriends = 15;
-// How many messages a player finds, and how long they are, in UTF-16 units.
-constexpr size_t kMessages = 6;
+// How many messages a reply takes, and how long they are, in UTF-16 units.
+constexpr size_t kMessages = kFriendMessages;
 constexpr int kMessageLength = 200;
+
+// The texts of a player, as kinds of the friend book; the last one is the first of nine.
+constexpr int kPrestige = 0;
+constexpr int kMoment = 1;
+constexpr int kInfo = 2;
 constexpr size_t kInfoTexts = 9;
 
-struct Profile
+Text shortened(const Text& text)
 {
-    int m_Id = 0;
-    Text m_Prestige;
-    Text m_Moment;
-    Text m_Info[kInfoTexts];
-    std::set<Text> m_Friends;
-    // The latest ones last.
-    std::deque<Text> m_Messages;
-};
+    return text.getSubString(0, kMessageLength);
+}
+
+const wchar_t* textOf(FriendResult result)
+{
+    switch (result)
+    {
+    case FriendResult::kDone:
+        return L"";
+    case FriendResult::kUnknown:
+        return kUnknownPlayer;
+    case FriendResult::kFull:
+        return kListFull;
+    case FriendResult::kBefore:
+        return kFriendBefore;
+    case FriendResult::kNoFriend:
+        return kNoFriend;
+    case FriendResult::kFailed:
+        break;
+    }
+    return kNoDatabase;
+}
 
 // The first texts of a reply from a queue of messages.
 template <class Respond>
@@ -84,157 +99,156 @@ public:
 
 private:
     template <class Request, class Reply>
-    void on(void (Friends::*work)(Profile&, const Text&, const Request&, Reply&))
+    void on(void (Friends::*work)(Session&, const Request&, Reply&))
     {
-        serve<Request, Reply>(m_Packs,
-                              [this, work](Session& session, const Request& request, Reply& reply)
-                              {
-                                  const Text& name = session.getAccount().m_Account.m_AccountName;
-                                  (this->*work)(profileOf(session), name, request, reply);
-                              });
+        serve<Request, Reply>(m_Packs, [this, work](Session& session, const Request& request, Reply& reply)
+                              { (this->*work)(session, request, reply); });
     }
+    // There is no reply that could refuse a request which is not stored: the connection ends, so that the client knows.
     template <class Request>
-    void onSilent(void (Friends::*work)(Session&, Profile&, const Request&))
+    void onSilent(FriendResult (Friends::*work)(Session&, const Request&))
     {
-        serveSilently<Request>(m_Packs, [this, work](Session& session, const Request& request)
-                               { (this->*work)(session, profileOf(session), request); });
+        serveSilently<Request>(m_Packs,
+                               [this, work](Session& session, const Request& request)
+                               {
+                                   if ((this->*work)(session, request) == FriendResult::kFailed)
+                                       session.close();
+                               });
     }
-    // A player has a profile from the first request on.
-    Profile& profileOf(Session& session)
+    Database& getDatabase() { return m_Platform.getAccounts().getDatabase(); }
+    FriendResult store(Session& session, int kind, const Text& text)
     {
-        const AccountData& account = session.getAccount().m_Account;
-        Profile& profile = m_Profiles[account.m_AccountName];
-        profile.m_Id = account.m_AccountId;
-        return profile;
+        return storeFriendTexts(getDatabase(), session.getStored().m_Id, {{kind, text}});
+    }
+    // The reply is the new list.
+    static void answer(FriendResult result, const FriendNames& names, FriendSystemPack_FriendListReply& reply)
+    {
+        if (result != FriendResult::kDone)
+            return refuse(reply, textOf(result));
+        for (const Text& name : names)
+            reply.m_Text1 += name + L"|";
     }
 
-    void tellId(Profile& self, const Text&, const RequestFor<FriendSystemPack_SelfIdRespond>&,
+    void tellId(Session& session, const RequestFor<FriendSystemPack_SelfIdRespond>&,
                 FriendSystemPack_SelfIdRespond& reply)
     {
-        reply.m_Text1.format(L"%d", self.m_Id);
+        reply.m_Text1.format(L"%d", session.getStored().m_Id);
     }
-    static void writeList(const Profile& self, Text& list)
-    {
-        for (const Text& name : self.m_Friends)
-            list += name + L"|";
-    }
-    void list(Profile& self, const Text&, const RequestFor<FriendSystemPack_FriendListReply>&,
+    void list(Session& session, const RequestFor<FriendSystemPack_FriendListReply>&,
               FriendSystemPack_FriendListReply& reply)
     {
-        writeList(self, reply.m_Text1);
+        FriendNames names;
+        answer(readFriends(getDatabase(), session.getStored().m_Id, names), names, reply);
     }
-    // m_Text2: the friend. The reply is the new list.
-    void add(Profile& self, const Text& name, const FriendSystemPack_FriendAddRequest& request,
+    // m_Text2: the friend.
+    void add(Session& session, const FriendSystemPack_FriendAddRequest& request,
              FriendSystemPack_FriendListReply& reply)
     {
-        if (request.m_Text2 == name)
-            return refuse(reply, kOneself);
-        if (m_Profiles.count(request.m_Text2) == 0)
-            return refuse(reply, kUnknownPlayer);
-        if (self.m_Friends.size() >= kMostFriends)
-            return refuse(reply, kListFull);
-        if (!self.m_Friends.insert(request.m_Text2).second)
-            return refuse(reply, kFriendBefore);
-        writeList(self, reply.m_Text1);
+        addWith({}, session, request.m_Text2, reply);
     }
     // The same; the texts from the fourth one on are what the player's own friends may know.
-    void addWithInfo(Profile& self, const Text& name, const FriendSystemPack_FriendAddWithInfoRequest& request,
+    void addWithInfo(Session& session, const FriendSystemPack_FriendAddWithInfoRequest& request,
                      FriendSystemPack_FriendListReply& reply)
     {
-        FriendSystemPack_FriendAddRequest plain;
-        plain.m_Text2 = request.m_Text2;
-        const size_t before = self.m_Friends.size();
-        add(self, name, plain, reply);
-        if (self.m_Friends.size() == before)
-            return;
         const Text* const info[kInfoTexts] = {&request.m_Text4,  &request.m_Text5,  &request.m_Text6,
                                               &request.m_Text7,  &request.m_Text8,  &request.m_Text9,
                                               &request.m_Text10, &request.m_Text11, &request.m_Text12};
+        FriendTexts own;
         for (size_t i = 0; i < kInfoTexts; ++i)
-            self.m_Info[i] = info[i]->getSubString(0, kMessageLength);
+            own[kInfo + static_cast<int>(i)] = shortened(*info[i]);
+        addWith(own, session, request.m_Text2, reply);
     }
-    void remove(Profile& self, const Text&, const FriendSystemPack_FriendDeleteRequest& request,
+    void addWith(const FriendTexts& own, Session& session, const Text& name, FriendSystemPack_FriendListReply& reply)
+    {
+        if (name == session.getStored().m_Name)
+            return refuse(reply, kOneself);
+        FriendNames names;
+        answer(addFriend(getDatabase(), session.getStored().m_Id, name, own, names), names, reply);
+    }
+    void remove(Session& session, const FriendSystemPack_FriendDeleteRequest& request,
                 FriendSystemPack_FriendListReply& reply)
     {
-        if (self.m_Friends.erase(request.m_Text2) == 0)
-            return refuse(reply, kNoFriend);
-        writeList(self, reply.m_Text1);
+        FriendNames names;
+        answer(removeFriend(getDatabase(), session.getStored().m_Id, request.m_Text2, names), names, reply);
     }
-    void tellLimit(Profile&, const Text&, const FriendSystemPack_FriendLimitRequest&,
-                   FriendSystemPack_FriendLimitRespond& reply)
+    void tellLimit(Session&, const FriendSystemPack_FriendLimitRequest&, FriendSystemPack_FriendLimitRespond& reply)
     {
         reply.m_Text1.format(L"%d", static_cast<int>(kMostFriends));
     }
     // m_Text1: the friend. Name, prestige, number and latest moment.
-    void tellInfo(Profile& self, const Text&, const FriendSystemPack_FriendInfoRequest& request,
+    void tellInfo(Session& session, const FriendSystemPack_FriendInfoRequest& request,
                   FriendSystemPack_FriendInfoRespond& reply)
     {
-        if (self.m_Friends.count(request.m_Text1) == 0)
-            return refuse(reply, kNoFriend);
-        const Profile& other = m_Profiles[request.m_Text1];
+        int account = 0;
+        FriendTexts texts;
+        const FriendResult result =
+            readFriend(getDatabase(), session.getStored().m_Id, request.m_Text1, account, texts);
+        if (result != FriendResult::kDone)
+            return refuse(reply, textOf(result));
         reply.m_Text1 = request.m_Text1;
-        reply.m_Text2 = other.m_Prestige;
-        reply.m_Text3.format(L"%d", other.m_Id);
-        reply.m_Text4 = other.m_Moment;
+        reply.m_Text2 = texts[kPrestige];
+        reply.m_Text3.format(L"%d", account);
+        reply.m_Text4 = texts[kMoment];
     }
-    void tellBasicInfo(Profile& self, const Text&, const FriendSystemPack_BasicFriendInfoRequest& request,
+    void tellBasicInfo(Session& session, const FriendSystemPack_BasicFriendInfoRequest& request,
                        FriendSystemPack_BasicFriendInfoRespond& reply)
     {
-        if (self.m_Friends.count(request.m_Text1) == 0)
-            return refuse(reply, kNoFriend);
-        const Profile& other = m_Profiles[request.m_Text1];
+        int account = 0;
+        FriendTexts texts;
+        const FriendResult result =
+            readFriend(getDatabase(), session.getStored().m_Id, request.m_Text1, account, texts);
+        if (result != FriendResult::kDone)
+            return refuse(reply, textOf(result));
         reply.m_Text1 = request.m_Text1;
         Text* const info[kInfoTexts] = {&reply.m_Text2, &reply.m_Text3, &reply.m_Text4, &reply.m_Text5, &reply.m_Text6,
                                         &reply.m_Text7, &reply.m_Text8, &reply.m_Text9, &reply.m_Text10};
         for (size_t i = 0; i < kInfoTexts; ++i)
-            *info[i] = other.m_Info[i];
+            *info[i] = texts[kInfo + static_cast<int>(i)];
     }
-    void fetch(Profile& self, const Text&, const FriendSystemPack_FetchMsgRequest&,
-               FriendSystemPack_FetchMsgRespond& reply)
+    void fetch(Session& session, const FriendSystemPack_FetchMsgRequest&, FriendSystemPack_FetchMsgRespond& reply)
     {
-        fill(reply, self.m_Messages);
-        self.m_Messages.clear();
+        std::deque<Text> messages;
+        const FriendResult result = takeMessages(getDatabase(), session.getStored().m_Id, messages);
+        if (result != FriendResult::kDone)
+            return refuse(reply, textOf(result));
+        fill(reply, messages);
     }
-    void fetchOffical(Profile&, const Text&, const FriendSystemPack_FetchOfficalMsgRequest&,
+    void fetchOffical(Session&, const FriendSystemPack_FetchOfficalMsgRequest&,
                       FriendSystemPack_FetchOfficalMsgRespond& reply)
     {
         fill(reply, {kWelcome});
     }
     // m_Text1: to whom; m_Text2: what. A message to one who is not a friend is dropped, as there is no reply to refuse
-    // it in. The receiver gets it at once if it is here, and finds it later in any case.
-    void sendMessage(Session& session, Profile& self, const FriendSystemPack_SendMsgRequest& request)
+    // it in. The receiver gets it at once if it is at this platform, and finds it later in any case.
+    FriendResult sendMessage(Session& session, const FriendSystemPack_SendMsgRequest& request)
     {
-        if (self.m_Friends.count(request.m_Text1) == 0)
-            return;
-        std::deque<Text>& messages = m_Profiles[request.m_Text1].m_Messages;
-        if (messages.size() == kMessages)
-            messages.pop_front();
-        messages.push_back(session.getAccount().m_Account.m_AccountName + L"|" +
-                           request.m_Text2.getSubString(0, kMessageLength));
-        if (Session* const receiver = m_Platform.findSession(request.m_Text1))
-        {
-            FriendSystemPack_MsgPush push;
-            push.m_Text1 = messages.back();
+        FriendSystemPack_MsgPush push;
+        push.m_Text1 = session.getStored().m_Name + L"|" + shortened(request.m_Text2);
+        const FriendResult result =
+            sendToFriend(getDatabase(), session.getStored().m_Id, request.m_Text1, push.m_Text1);
+        Session* const receiver = result == FriendResult::kDone ? m_Platform.findSession(request.m_Text1) : nullptr;
+        if (receiver)
             m_Packs.send(*receiver, push);
-        }
+        return result;
     }
-    void publish(Session&, Profile& self, const FriendSystemPack_SelfMomentMsgRequest& request)
+    FriendResult publish(Session& session, const FriendSystemPack_SelfMomentMsgRequest& request)
     {
-        self.m_Moment = request.m_Text2.getSubString(0, kMessageLength);
+        return store(session, kMoment, shortened(request.m_Text2));
     }
-    void setPrestige(Session&, Profile& self, const FriendSystemPack_SetSelfPrestige& request)
+    FriendResult setPrestige(Session& session, const FriendSystemPack_SetSelfPrestige& request)
     {
-        self.m_Prestige = request.m_Text1.getSubString(0, kMessageLength);
+        return store(session, kPrestige, shortened(request.m_Text1));
     }
     // The VIP level is that of the account's record; a player cannot set it.
-    void setVip(Session& session, Profile& self, const FriendSystemPack_SetSelfVip&)
+    FriendResult setVip(Session& session, const FriendSystemPack_SetSelfVip&)
     {
-        self.m_Info[0].format(L"%d", session.getAccount().m_GlobalData.m_VIPLevel);
+        Text level;
+        level.format(L"%d", session.getAccount().m_GlobalData.m_VIPLevel);
+        return store(session, kInfo, level);
     }
 
     Platform& m_Platform;
     FriendPacks m_Packs;
-    std::map<Text, Profile> m_Profiles;
 };
 
 } // namespace
