@@ -2,6 +2,7 @@
 """Faults while players play: check_faults.py SCENARIO ARENA HAPROXY_CFG [--seed N] [--players N] [--seconds N] [--udp].
 
   services                kill -9 of PostgreSQL, of HAProxy and of two platforms, in turn; each is started again
+  balanced                of three platforms behind HAProxy one is killed and started again, and one drained
   disk_full_sqlite        the disk of the database is full for ten seconds
   disk_full_postgresql    the same; PostgreSQL is started again if it ends
   loss                    5 % of the packets between players and servers are lost
@@ -26,7 +27,7 @@ import tempfile
 import time
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from check_haproxy import SCRIPTS, find_haproxy  # noqa: E402
+from check_haproxy import SCRIPTS, count_logins, find_haproxy  # noqa: E402
 from check_networks import Networks  # noqa: E402
 from check_platform import PATIENCE, SKIPPED, Failure, Platform, find_faults, run  # noqa: E402
 from outages import (QUERIES, RECOVERY, Disk, FragileBalancer, FragileCluster, FragilePlatform, Outages,  # noqa: E402
@@ -35,25 +36,39 @@ from outages import (QUERIES, RECOVERY, Disk, FragileBalancer, FragileCluster, F
 DISK_FULL = 10
 
 
-def services(options, folder):
+@contextlib.contextmanager
+def behind_balancer(options, folder, *names):
+    """Platforms of these names behind HAProxy, on one PostgreSQL; failures come with what they have printed."""
     program = find_haproxy()
     cluster = FragileCluster(folder)
-    if not program or not cluster.programs:
-        raise Skipped("HAProxy or PostgreSQL is missing")
-    chance = random.Random(options.seed)
-    outages = Outages()
+    if not program or not cluster.programs or not shutil.which("curl"):
+        raise Skipped("HAProxy, PostgreSQL or curl is missing")
     platforms = {}
-    balancer = players = None
+    balancer = None
     url = cluster.start()
     try:
-        for name in ("FIRST", "SECOND"):
+        for name in names:
             platforms[name] = FragilePlatform(options.arena, url, folder, name)
         balancer = FragileBalancer(program, options.configuration, folder, platforms)
-        begin = time.monotonic()
-        players = Players([options.arena], "--platform", "127.0.0.1:" + balancer.port, "--outages",
-                          *play_words(SCRIPTS, options))
-        players.wait_for("CCmdBaseLogin -> CCmdLoginSuccess", options.players)
+        yield cluster, platforms, balancer
+        find_faults(options.arena, url)
+    except Failure as failure:
+        raise Failure("%s\n%s" % (failure, "\n".join(platform.running.text()[-4000:]
+                                                     for platform in platforms.values()))) from None
+    finally:
+        if balancer:
+            balancer.end()
+        for platform in platforms.values():
+            platform.running.process.kill()
+            platform.running.process.wait()
+        if cluster.is_alive():
+            cluster.stop()
 
+
+def services(options, folder):
+    chance = random.Random(options.seed)
+    outages = Outages()
+    with behind_balancer(options, folder, "FIRST", "SECOND") as (cluster, platforms, balancer):
         def kill_platform(name):
             def kill(pause):
                 platforms[name].end(signal.SIGKILL)
@@ -74,32 +89,50 @@ def services(options, folder):
         victims = [("PostgreSQL", kill_cluster), ("HAProxy", kill_balancer), ("the first platform",
                    kill_platform("FIRST")), ("the second platform", kill_platform("SECOND"))]
         made = 0
-        while made == 0 or time.monotonic() < begin + options.seconds - RECOVERY:
-            chance.shuffle(victims)
-            for name, kill in victims:
-                time.sleep(chance.uniform(0.3, 2))
-                with outages.during("%s is killed" % name):
-                    kill(chance.uniform(0.1, 1))
-                made += 1
-        players.finish(options.seconds, outages, done_of(SCRIPTS))
+        begin = time.monotonic()
+        with Players([options.arena], "--platform", "127.0.0.1:" + balancer.port, "--outages",
+                     *play_words(SCRIPTS, options)) as players:
+            players.wait_for("CCmdBaseLogin -> CCmdLoginSuccess", options.players)
+            while made == 0 or time.monotonic() < begin + options.seconds - RECOVERY:
+                chance.shuffle(victims)
+                for name, kill in victims:
+                    time.sleep(chance.uniform(0.3, 2))
+                    with outages.during("%s is killed" % name):
+                        kill(chance.uniform(0.1, 1))
+                    made += 1
+            players.finish(options.seconds, outages, done_of(SCRIPTS))
         end_well([platform.running for platform in platforms.values()])
         print("%d faults, %d connections lost, %d refusals" % (made, players.count("no connection"),
                                                                len(players.refusals)))
         find_lost(players.saved, cluster.select)
-        find_faults(options.arena, url)
-    except Failure as failure:
-        raise Failure("%s\n%s" % (failure, "\n".join(platform.running.text()[-4000:]
-                                                     for platform in platforms.values()))) from None
-    finally:
-        if players:
-            players.end()
-        if balancer:
-            balancer.end()
-        for platform in platforms.values():
-            platform.running.process.kill()
-            platform.running.process.wait()
-        if cluster.is_alive():
-            cluster.stop()
+
+
+def balanced(options, folder):
+    chance = random.Random(options.seed)
+    with behind_balancer(options, folder, "FIRST", "SECOND", "THIRD") as (cluster, platforms, balancer):
+        with Players([options.arena], "--platform", "127.0.0.1:" + balancer.port,
+                     *play_words(SCRIPTS, options)) as players:
+            # Each moves to another platform with each of its connections.
+            players.wait_for("CCmdBaseLogin -> CCmdLoginSuccess", options.players)
+            time.sleep(chance.uniform(0.3, 2))
+            logins = {name: count_logins(platform) for name, platform in platforms.items()}
+            killed, drained, other = chance.sample(sorted(platforms), 3)
+            print("logins: %s; %s is killed, %s drains" % (logins, killed, drained), flush=True)
+            platforms[killed].end(signal.SIGKILL)
+            time.sleep(chance.uniform(0.3, 2))
+            platforms[killed].start()
+            time.sleep(chance.uniform(2, 3))
+            platforms[drained].running.process.send_signal(signal.SIGTERM)
+            players.finish(options.seconds, Outages(), done_of(SCRIPTS))
+        if platforms[drained].running.process.wait(PATIENCE) != 0:
+            raise Failure("the drained platform failed")
+        later = {name: count_logins(platforms[name]) for name in (killed, other)}
+        interrupted = players.count("no connection") + players.count("has ended")
+        if min([*logins.values(), *later.values(), interrupted]) == 0:
+            raise Failure("a platform got no player, or none was interrupted: %s" % later)
+        end_well([platforms[name].running for name in (killed, other)])
+        print("%d connections lost; logins since: %s" % (interrupted, later))
+        find_lost(players.saved, cluster.select)
 
 
 def disk_full(options, folder, open_database):
@@ -308,8 +341,9 @@ def loss(options, folder):
         networks.remove()
 
 
-SCENARIOS = {"services": services, "disk_full_sqlite": disk_full_sqlite, "disk_full_postgresql": disk_full_postgresql,
-             "loss": loss, "late_bill": late_bill, "login_after_restart": login_after_restart}
+SCENARIOS = {"services": services, "balanced": balanced, "disk_full_sqlite": disk_full_sqlite,
+             "disk_full_postgresql": disk_full_postgresql, "loss": loss, "late_bill": late_bill,
+             "login_after_restart": login_after_restart}
 
 
 def main():

@@ -56,6 +56,12 @@ class Players:
         self.reader = threading.Thread(target=self.read, daemon=True)
         self.reader.start()
 
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.end()
+
     def read(self):
         for line in self.process.stdout:
             self.lines.append(line.rstrip())
