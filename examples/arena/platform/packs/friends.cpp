@@ -175,17 +175,22 @@ private:
     {
         reply.m_Text1.format(L"%d", static_cast<int>(kMostFriends));
     }
+    // The friend's name in the reply, or a refusal.
+    template <class Reply>
+    bool find(Session& session, const Text& name, int& account, FriendTexts& texts, Reply& reply)
+    {
+        const FriendResult result = readFriend(getDatabase(), session.getStored().m_Id, name, account, texts);
+        reply.m_Text1 = result == FriendResult::kDone ? name : Text(textOf(result));
+        return result == FriendResult::kDone;
+    }
     // m_Text1: the friend. Name, prestige, number and latest moment.
     void tellInfo(Session& session, const FriendSystemPack_FriendInfoRequest& request,
                   FriendSystemPack_FriendInfoRespond& reply)
     {
         int account = 0;
         FriendTexts texts;
-        const FriendResult result =
-            readFriend(getDatabase(), session.getStored().m_Id, request.m_Text1, account, texts);
-        if (result != FriendResult::kDone)
-            return refuse(reply, textOf(result));
-        reply.m_Text1 = request.m_Text1;
+        if (!find(session, request.m_Text1, account, texts, reply))
+            return;
         reply.m_Text2 = texts[kPrestige];
         reply.m_Text3.format(L"%d", account);
         reply.m_Text4 = texts[kMoment];
@@ -195,11 +200,8 @@ private:
     {
         int account = 0;
         FriendTexts texts;
-        const FriendResult result =
-            readFriend(getDatabase(), session.getStored().m_Id, request.m_Text1, account, texts);
-        if (result != FriendResult::kDone)
-            return refuse(reply, textOf(result));
-        reply.m_Text1 = request.m_Text1;
+        if (!find(session, request.m_Text1, account, texts, reply))
+            return;
         Text* const info[kInfoTexts] = {&reply.m_Text2, &reply.m_Text3, &reply.m_Text4, &reply.m_Text5, &reply.m_Text6,
                                         &reply.m_Text7, &reply.m_Text8, &reply.m_Text9, &reply.m_Text10};
         for (size_t i = 0; i < kInfoTexts; ++i)
