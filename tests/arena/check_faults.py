@@ -126,7 +126,8 @@ def balanced(options, folder):
             players.finish(options.seconds, Outages(), done_of(SCRIPTS))
         if platforms[drained].running.process.wait(PATIENCE) != 0:
             raise Failure("the drained platform failed")
-        later = {name: count_logins(platforms[name]) for name in (killed, other)}
+        # The killed one counts from its new start.
+        later = {killed: count_logins(platforms[killed]), other: count_logins(platforms[other]) - logins[other]}
         interrupted = players.count("no connection") + players.count("has ended")
         if min([*logins.values(), *later.values(), interrupted]) == 0:
             raise Failure("a platform got no player, or none was interrupted: %s" % later)

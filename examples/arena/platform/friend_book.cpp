@@ -56,9 +56,9 @@ void store(soci::session& sql, int player, const FriendTexts& own)
     for (const auto& [kind, text] : own)
     {
         const std::string words = toUtf8(text);
-        sql << "DELETE FROM friend_texts WHERE account = :player AND kind = :kind", soci::use(player), soci::use(kind);
-        sql << "INSERT INTO friend_texts (account, kind, words) VALUES (:player, :kind, :words)", soci::use(player),
-            soci::use(kind), soci::use(words);
+        sql << "INSERT INTO friend_texts (account, kind, words) VALUES (:player, :kind, :words) ON CONFLICT (account, "
+               "kind) DO UPDATE SET words = excluded.words",
+            soci::use(player), soci::use(kind), soci::use(words);
     }
 }
 
