@@ -11,8 +11,12 @@ add_test(NAME House.FloorCheckFindsEachFault COMMAND Python3::Interpreter ${scri
 add_test(NAME House.ClangFormatHasNothingToChange COMMAND ${scripts}/check_format)
 
 # What the library's objects call; those of another system's format are read on that system.
+set(objects $<TARGET_OBJECTS:commonground>)
+if(TARGET zet_Secure)
+  list(APPEND objects $<TARGET_OBJECTS:zet_Secure>)
+endif()
 add_test(NAME House.OneDoorToTheNetwork
-  COMMAND Python3::Interpreter ${scripts}/check_door.py $<TARGET_OBJECTS:commonground> COMMAND_EXPAND_LISTS)
+  COMMAND Python3::Interpreter ${scripts}/check_door.py ${objects} COMMAND_EXPAND_LISTS)
 add_test(NAME House.DoorCheckFindsACallOutside COMMAND Python3::Interpreter ${scripts}/check_door.py --self-test)
 
 # Every public header alone in its own source file, without precompiled headers.
@@ -83,6 +87,10 @@ if(NOT WIN32)
   add_test(NAME House.LibraryExportsOnlyItsOwnNames
     COMMAND Python3::Interpreter ${scripts}/check_symbols.py $<TARGET_FILE:commonground> ${PROJECT_SOURCE_DIR})
 endif()
+if(TARGET zet_Secure)
+  add_test(NAME House.TheModuleForTlsExportsItsEntryOnly
+    COMMAND Python3::Interpreter ${scripts}/check_symbols.py $<TARGET_FILE:zet_Secure> ${PROJECT_SOURCE_DIR})
+endif()
 
 # The relocations that name a symbol, a twentieth above what GCC and Clang give. Where the options are those of the
 # preset dev and the compiler is GCC, also the code.
@@ -102,7 +110,7 @@ set(objects framework/buffer.cpp packs/achievement.cpp net/tcp/server.cpp)
 list(TRANSFORM objects REPLACE "(.+)" "CMakeFiles/commonground.dir/\\1${CMAKE_CXX_OUTPUT_EXTENSION}")
 if(NOT WIN32)
   set(built $<TARGET_FILE:commonground>)
-  foreach(target wirelens zet_ConsoleLog zet_FileLog)
+  foreach(target wirelens zet_ConsoleLog zet_FileLog zet_Secure)
     if(TARGET ${target})
       list(APPEND built $<TARGET_FILE:${target}>)
     endif()

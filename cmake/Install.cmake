@@ -7,13 +7,13 @@ string(REGEX REPLACE "/$" "" library_place "${library_place}")
 if(TARGET wirelens)
   set_target_properties(wirelens PROPERTIES INSTALL_RPATH "$ORIGIN/${library_place}")
 endif()
-set_target_properties(zet_ConsoleLog zet_FileLog PROPERTIES INSTALL_RPATH $ORIGIN)
 
 install(TARGETS commonground EXPORT commonground
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-foreach(module zet_ConsoleLog zet_FileLog)
+foreach(module zet_ConsoleLog zet_FileLog zet_Secure)
   if(TARGET ${module})
+    set_target_properties(${module} PROPERTIES INSTALL_RPATH $ORIGIN)
     install(TARGETS ${module} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
   endif()
 endforeach()

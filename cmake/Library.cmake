@@ -17,20 +17,15 @@ foreach(floor ${COMMONGROUND_FLOORS})
 endforeach()
 list(FILTER sources EXCLUDE REGEX "/framework/modules/")
 commonground_keep_own_platform(sources)
-# Files that need GnuTLS end in _gnutls, their replacements in _none.
-if(COMMONGROUND_TLS)
-  list(FILTER sources EXCLUDE REGEX "/(net/tls/[a-z/_]+_none|hash_nettle_posix)\\.cpp$")
-else()
-  list(FILTER sources EXCLUDE REGEX "/(net/tls/[a-z/_]+_gnutls|hash_gnutls_posix)\\.cpp$")
-endif()
-
+# What needs GnuTLS or ngtcp2 is a module of its own: the files that end in _gnutls, and those of connections over UDP.
+set(secure ${sources})
+list(FILTER secure INCLUDE REGEX "/net/((tls/)?inner/[a-z_]+_gnutls|quic/inner/[a-z_]+)\\.cpp$")
+list(FILTER secure EXCLUDE REGEX "/udp_router\\.cpp$")
+list(REMOVE_ITEM sources ${secure})
 if(COMMONGROUND_UDP)
-  list(FILTER sources EXCLUDE REGEX "/net/quic/inner/udp_router_none\\.cpp$")
+  list(FILTER secure EXCLUDE REGEX "/udp_router_none\\.cpp$")
 else()
-  set(quic ${sources})
-  list(FILTER quic INCLUDE REGEX "/net/quic/inner/")
-  list(FILTER quic EXCLUDE REGEX "/udp_router(_none)?\\.cpp$")
-  list(REMOVE_ITEM sources ${quic})
+  list(FILTER secure INCLUDE REGEX "_(gnutls|none)\\.cpp$")
 endif()
 
 # What runs once per connection or less often, and text forms, need half the code with -Os. Of an inline function that
@@ -41,7 +36,7 @@ host/(metrics|registration|service)|\
 host/inner/(drain|event_source|http_request|http_server|manager|metric_families|options|registration_parts|service_parts)|\
 runtime/[a-z_]+|runtime/inner/[a-z_]+|\
 framework/(app|format|json|log|message|module|property|property_factory|string_helper|inner/log_mailbox)|\
-net/(address_filter|end_cause|door/names|inner/end_log|session/address|tls/context_[a-z]+|tls/inner/(source|store|verify)_[a-z]+)|\
+net/(address_filter|end_cause|door/names|inner/(end_log|secure_module)|session/address|tls/context)|\
 transport/(address_file|framework_client_proxy_socket|framework_client_socket))\\.cpp$")
 list(REMOVE_ITEM sources ${rare})
 list(APPEND sources ${rare})
@@ -100,3 +95,24 @@ foreach(module ConsoleLog:console_log FileLog:file_log)
     target_link_libraries(zet_${name} PRIVATE commonground commonground_warnings)
   endif()
 endforeach()
+
+# Loaded by name when it is first needed: see net/inner/secure_module.h.
+if(COMMONGROUND_TLS AND NOT WIN32)
+  add_library(zet_Secure MODULE ${secure})
+  set_target_properties(zet_Secure PROPERTIES PREFIX "")
+  target_compile_options(zet_Secure PRIVATE -fno-semantic-interposition)
+  target_link_options(zet_Secure PRIVATE -Wl,--version-script=${exports})
+  set_property(TARGET zet_Secure APPEND PROPERTY LINK_DEPENDS ${exports})
+  target_link_libraries(zet_Secure PRIVATE
+    commonground commonground_warnings commonground_dependencies PkgConfig::gnutls)
+  if(COMMONGROUND_UDP)
+    target_link_libraries(zet_Secure PRIVATE PkgConfig::ngtcp2)
+  endif()
+  target_precompile_headers(zet_Secure PRIVATE <cmake/std_pch.h>)
+  list(FILTER secure INCLUDE REGEX "/(source|store|verify)_gnutls\\.cpp$")
+  set_property(SOURCE ${secure} APPEND PROPERTY COMPILE_OPTIONS $<$<CONFIG:Release>:-Os>)
+  set_property(SOURCE ${PROJECT_SOURCE_DIR}/net/inner/secure_module_gnutls.cpp APPEND PROPERTY
+    COMPILE_DEFINITIONS COMMONGROUND_VERSION="${PROJECT_VERSION}")
+endif()
+set_property(SOURCE ${PROJECT_SOURCE_DIR}/net/inner/secure_module.cpp APPEND PROPERTY
+  COMPILE_DEFINITIONS COMMONGROUND_VERSION="${PROJECT_VERSION}")

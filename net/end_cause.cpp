@@ -50,7 +50,7 @@ constexpr Entry kEntries[] = {
     {"thrown", L"ended by an exception or an override"},
     {"held", L"a connection or port is held already"},
     {"not_started", L"not in a System, or without a port"},
-    {"unavailable", L"this library was built without it"},
+    {"unavailable", L"this library does not have it"},
     {"system", L"the system reports an error"},
     {"rate_limited", L"more packets or bytes per second than the limit"},
 };

@@ -73,7 +73,7 @@ struct COMMONGROUND_API EndCause
         kHeld,
         // The object that is needed is not in a System, or has no port.
         kNotStarted,
-        // The library was built without it, or the system does not have it.
+        // The library does not have it, by its build or without its module, or the system does not.
         kUnavailable,
         // Anything else. m_Detail is the system's error number, or 0.
         kSystem,

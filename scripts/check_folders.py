@@ -15,7 +15,7 @@ import sys
 
 # Not needed to build the library, or created by the build.
 LEFT_OUT = shutil.ignore_patterns("build", ".git", "tests", "fuzz", "bench", "docs", "__pycache__")
-INSTALLED = ["commonground", "wirelens", "zet_ConsoleLog", "zet_FileLog"]
+INSTALLED = ["commonground", "wirelens", "zet_ConsoleLog", "zet_FileLog", "zet_Secure"]
 
 
 def check_paths(folders, files):

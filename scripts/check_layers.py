@@ -46,7 +46,7 @@ NETWORK_HEADERS = re.compile(r"^(sys/(socket|epoll|eventfd|select|poll|un)\.h|ne
 THIRD_PARTY = {
     "fmt": ("framework/",),
     "nlohmann": ("framework/",),
-    "gnutls": ("framework/", "net/"),
+    "gnutls": ("net/",),
     "nettle": ("framework/platform/",),
     "ngtcp2": ("net/",),
 }

@@ -25,7 +25,7 @@ SYSROOT_PACKAGES=(libc6-dev libstdc++6 libfmt-dev nlohmann-json3-dev libgnutls28
     libngtcp2-crypto-gnutls-dev libgtest-dev libgmock-dev)
 
 # Targets of the native build, preset dev, that the tests of a build for another system need.
-COMPARED_TARGETS=(wirelens arena interop zet_ConsoleLog zet_FileLog)
+COMPARED_TARGETS=(wirelens arena interop zet_ConsoleLog zet_FileLog zet_Secure)
 
 say()
 {

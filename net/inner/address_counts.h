@@ -1,6 +1,7 @@
 // The number of connections of a port from each address and from each subnet.
 #pragma once
 
+#include "framework/export.h"
 #include "net/door/endpoint.h"
 
 #include <array>
@@ -16,7 +17,7 @@ struct NetLimits;
 namespace zet::inner
 {
 
-class AddressCounts
+class COMMONGROUND_API AddressCounts
 {
 public:
     // Whether the limits allow one more connection from this address.

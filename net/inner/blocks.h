@@ -1,6 +1,8 @@
 // The buffers of a connection for input and output. Both hold no memory while they are empty.
 #pragma once
 
+#include "framework/export.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -92,7 +94,7 @@ private:
 };
 
 // Received bytes that have not been read, in one piece.
-class InputBuffer
+class COMMONGROUND_API InputBuffer
 {
 public:
     InputBuffer() = default;
@@ -129,7 +131,7 @@ private:
 };
 
 // Bytes queued for sending, in blocks that grow from 1 KiB to kUsual.
-class OutputQueue
+class COMMONGROUND_API OutputQueue
 {
 public:
     OutputQueue() = default;

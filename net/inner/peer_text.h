@@ -9,9 +9,9 @@ namespace zet::inner
 
 // "127.0.0.1:8000", also for a mapped address; "[::1]:8000" for IPv6, with its interface where it is link-local
 // ("[fe80::1%2]:8000").
-String_T<wchar_t> peerText(const Endpoint& peer);
+COMMONGROUND_API String_T<wchar_t> peerText(const Endpoint& peer);
 
 // The form in which a certificate names an address: without port, brackets and interface.
-String_T<wchar_t> hostText(const Endpoint& peer);
+COMMONGROUND_API String_T<wchar_t> hostText(const Endpoint& peer);
 
 } // namespace zet::inner

@@ -43,7 +43,7 @@ public:
     void endTick() override;
 
     // Asks the operating system what is ready.
-    void poll();
+    COMMONGROUND_API void poll();
     // For a socket that may be ticked outside the tick of its System. Within that tick the reactor has asked already.
     void pollOutsideTick()
     {
@@ -61,14 +61,14 @@ public:
     bool flushLater(TcpLink& link);
     // Calls the router's endTick() once, at the end of the tick. Outside a tick, the next tick starts without a sleep.
     // False if the reactor has no System or no memory is left.
-    bool flushLater(std::weak_ptr<UdpRouter> router);
+    COMMONGROUND_API bool flushLater(std::weak_ptr<UdpRouter> router);
     // Cancels that call, for a router that moves to another reactor.
-    void forgetLater(const UdpRouter& router);
+    COMMONGROUND_API void forgetLater(const UdpRouter& router);
 
     // Requests the addresses of a name. found is called on this thread when the reactor polls, with an empty list if
     // the name has no address; it must only set flags. Null if memory is short.
     using Found = std::function<void(std::vector<Endpoint>&& found)>;
-    std::shared_ptr<Lookup> resolve(const char* name, Found found);
+    COMMONGROUND_API std::shared_ptr<Lookup> resolve(const char* name, Found found);
 
     const std::shared_ptr<Door>& door() const { return m_Door; }
     Poller& poller() { return *m_Poller; }

@@ -1,10 +1,12 @@
 #include "net/quic/server.h"
 
+#include "framework/log.h"
 #include "framework/string_helper.h"
 #include "net/door/addresses.h"
 #include "net/inner/end_counts.h"
 #include "net/inner/end_log.h"
 #include "net/inner/peer_text.h"
+#include "net/inner/secure_module.h"
 #include "net/quic/connection.h"
 #include "net/quic/inner/udp_router.h"
 
@@ -35,7 +37,8 @@ UdpServer::~UdpServer()
 
 bool UdpServer::isAvailable()
 {
-    return inner::UdpRouter::isAvailable();
+    inner::SecureModule* const module = inner::SecureModule::get();
+    return module && module->hasUdp();
 }
 
 bool UdpServer::start(System* system)
@@ -55,10 +58,15 @@ bool UdpServer::start(System* system)
 
 EndCause UdpServer::open(inner::DoorHandle& handle)
 {
-    m_Router = inner::UdpRouter::make(*this, inner::Reactor::of(getSystem()), handle);
+    if (!isAvailable())
+    {
+        Log::error(L"This library has no connections over UDP");
+        return {EndCause::kUnavailable, 0};
+    }
+    m_Router = inner::SecureModule::get()->makeRouter(*this, inner::Reactor::of(getSystem()), handle);
     // The log says why.
     if (!m_Router)
-        return {isAvailable() ? EndCause::kTls : EndCause::kUnavailable, 0};
+        return {EndCause::kTls, 0};
     m_Handle = m_Router->getHandle();
     m_UdpPort = m_Router->getPort();
     return {};

@@ -3,6 +3,7 @@
 #include "framework/inner/moment.h"
 #include "framework/time.h"
 #include "net/inner/end_log.h"
+#include "net/inner/secure_module.h"
 #include "net/limits.h"
 #include "net/tcp/inner/link.h"
 #include "net/tls/inner/layer.h"
@@ -32,11 +33,12 @@ TcpSecureConnection::~TcpSecureConnection()
     TcpSecureConnection::close();
 }
 
-TlsLayer& TcpSecureConnection::layer()
+TlsLayer* TcpSecureConnection::layer()
 {
-    if (!m_Tls)
-        m_Tls = std::make_unique<TlsLayer>();
-    return *m_Tls;
+    inner::SecureModule* const module = m_Tls ? nullptr : inner::SecureModule::get();
+    if (module)
+        m_Tls = module->makeLayer();
+    return m_Tls.get();
 }
 
 bool TcpSecureConnection::setTlsContext(TlsContext* context)
@@ -46,8 +48,10 @@ bool TcpSecureConnection::setTlsContext(TlsContext* context)
     // Without TLS this is false, and the log says why.
     if (context && !TlsContext::isAvailable())
         return context->servesClient();
-    if (context || m_Tls)
-        layer().m_Context = context;
+    if (context)
+        layer();
+    if (m_Tls)
+        m_Tls->m_Context = context;
     return true;
 }
 
@@ -58,12 +62,14 @@ TlsContext* TcpSecureConnection::getTlsContext() const
 
 void TcpSecureConnection::setTlsHostName(const wchar_t* name)
 {
-    layer().m_SetHost = name ? name : L"";
+    if (TlsLayer* const tls = layer())
+        tls->m_SetHost = name ? name : L"";
 }
 
 void TcpSecureConnection::delayTls(bool isDelayed)
 {
-    layer().m_IsDelayed = isDelayed;
+    if (TlsLayer* const tls = layer())
+        tls->m_IsDelayed = isDelayed;
 }
 
 bool TcpSecureConnection::isSecure() const
@@ -88,10 +94,10 @@ String_T<wchar_t> TcpSecureConnection::getTlsDescription() const
 
 bool TcpSecureConnection::expect(const wchar_t* host, TlsContext* context)
 {
-    if (context)
-        layer().m_Context = context;
+    if (context && layer())
+        m_Tls->m_Context = context;
     if (!m_Tls)
-        return true;
+        return !context;
     m_Tls->end();
     m_Tls->m_IsClient = host != nullptr;
     m_Tls->m_Host = host ? host : L"";

@@ -64,7 +64,8 @@ private:
     void tickSecure(unsigned int tick);
     bool expect(const wchar_t* host, TlsContext* context) override;
     void flush() override;
-    inner::TlsLayer& layer();
+    // Made when first used; null in a library without TLS.
+    inner::TlsLayer* layer();
     bool beginTls();
     void secure();
     void shakeHands();

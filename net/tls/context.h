@@ -11,9 +11,8 @@ namespace zet
 
 namespace inner
 {
-class QuicTls;
-class TlsLayer;
-struct TlsStore;
+class GnuTlsStore;
+class TlsStore;
 } // namespace inner
 
 // Shared by any number of servers and connections. Certificates and keys are PEM. Over TCP the version is TLS 1.3, or
@@ -51,11 +50,13 @@ public:
     // Servers of which a context keeps the last session, to resume it. Over TCP.
     static constexpr int kKeptSessions = 1024;
 
-    // Without certificate and authorities. If GnuTLS cannot be started, that is logged, and every operation fails.
+    // Without certificate and authorities. The first context, or UDP port, of a process loads the module zet_Secure,
+    // which lies beside the library and stays loaded. If that or GnuTLS cannot be started, every operation fails, with
+    // a log line.
     TlsContext();
     ~TlsContext() override;
 
-    // False if the library was built without TLS; then every function below fails.
+    // False if the library was built without TLS, or its module cannot be loaded; then every function below fails.
     static bool isAvailable();
 
     // The certificate of this side, followed by those of its issuers, and its private key without a password. A server
@@ -102,8 +103,7 @@ public:
     const wchar_t* getClassName() const override { return L"zet::TlsContext"; }
 
 private:
-    friend class inner::QuicTls;
-    friend class inner::TlsLayer;
+    friend class inner::GnuTlsStore;
 
     // Whether TLS is available, and whether the setters may change the context. False with a log line.
     bool isUsable() const;

@@ -10,7 +10,7 @@ execute_process(COMMAND ${CMAKE_COMMAND} -S ${SOURCE}/tests/subproject -B ${plac
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "${output}")
 endif()
-set(expected "targets: commonground_dependencies;commonground_warnings;commonground;zet_ConsoleLog;zet_FileLog; tests: .")
+set(expected "targets: commonground_dependencies;commonground_warnings;commonground;zet_ConsoleLog;zet_FileLog;zet_Secure; tests: .")
 string(FIND "${output}" "${expected}" at)
 if(at EQUAL -1)
   message(FATAL_ERROR "not '${expected}':\n${output}")

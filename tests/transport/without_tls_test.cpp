@@ -17,7 +17,7 @@ TEST(WithoutTls, AContextIsRefusedWithALogLine)
     NoteAnalyser analyser;
     test::Loopback net(analyser);
     const test::ClientHandle client = new test::Client(analyser);
-    const std::wstring line = L"This library was built without TLS";
+    const std::wstring line = L"This library has no TLS: its module zet_Secure cannot be loaded";
     for (int i = 0; i < 6; ++i)
     {
         const test::LogLines log;

@@ -4,7 +4,7 @@
 #include "framework/string_helper.h"
 #include "net/inner/peer_text.h"
 #include "net/quic/inner/link.h"
-#include "net/tls/inner/store.h"
+#include "net/tls/inner/store_gnutls.h"
 #include "net/tls/inner/verify_gnutls.h"
 
 #include <gnutls/crypto.h>
@@ -46,11 +46,12 @@ QuicTls::~QuicTls()
 bool QuicTls::init(TlsContext* context)
 {
     // The log line was written when the context was created.
-    if (context && !context->m_Store->m_IsReady)
+    GnuTlsStore* const store = context ? GnuTlsStore::of(*context) : nullptr;
+    if (context && !store)
         return false;
     m_Context = context;
-    if (context)
-        context->m_Store->m_IsFixed = true;
+    if (store)
+        store->fix();
     int fault = gnutls_priority_init(&m_Priority, kPriority, nullptr);
     if (fault >= 0)
         fault = gnutls_certificate_allocate_credentials(&m_Own);
@@ -131,7 +132,7 @@ int QuicTls::requireParams(gnutls_session_t session, unsigned int, unsigned int,
 
 gnutls_session_t QuicTls::openServer(ngtcp2_crypto_conn_ref& ref, std::shared_ptr<const TlsCredentials>& kept)
 {
-    kept = m_Context ? m_Context->m_Store->credentials() : nullptr;
+    kept = m_Context ? GnuTlsStore::of(*m_Context)->credentials() : nullptr;
     gnutls_session_t session = open(GNUTLS_SERVER, kept && kept->m_HasCertificate ? kept->m_Handle : m_Own, ref);
     const auto wanted = m_Context ? m_Context->getClientCertificate() : TlsContext::kNotAsked;
     if (session && wanted != TlsContext::kNotAsked)
@@ -150,7 +151,7 @@ gnutls_session_t QuicTls::openClient(ngtcp2_crypto_conn_ref& ref, std::shared_pt
         link.noteCause({EndCause::kTlsContext, 0});
         return nullptr;
     }
-    kept = m_Context ? m_Context->m_Store->credentials() : nullptr;
+    kept = m_Context ? GnuTlsStore::of(*m_Context)->credentials() : nullptr;
     gnutls_session_t session = open(GNUTLS_CLIENT, kept ? kept->m_Handle : m_Own, ref);
     if (session && m_Context)
         gnutls_session_set_verify_function(session, verify);

@@ -11,7 +11,7 @@ namespace zet::inner
 
 // One connection as its UdpConnection object uses it: input, output and the end. The router owns it. An object that
 // closes drops its pointer, and no pointer is used after the router is destroyed.
-class UdpLink
+class COMMONGROUND_API UdpLink
 {
 public:
     virtual ~UdpLink() = default;
@@ -82,10 +82,9 @@ class UdpRouter
 public:
     virtual ~UdpRouter() = default;
 
-    // Whether this build has connections over UDP.
+    // The next two are in the module zet_Secure and called by it. Whether this build has connections over UDP.
     static bool isAvailable();
-    // Makes a router on a bound socket and takes over the handle. Null, and the caller keeps the handle, if the router
-    // cannot start; a build without connections over UDP logs that.
+    // As SecureModule::makeRouter().
     static std::shared_ptr<UdpRouter> make(UdpServer& server, const std::shared_ptr<Reactor>& reactor,
                                            DoorHandle& handle);
 

@@ -1,7 +1,5 @@
-// The library without connections over UDP: a server cannot get a port.
+// The module without connections over UDP.
 #include "net/quic/inner/udp_router.h"
-
-#include "framework/log.h"
 
 namespace zet::inner
 {
@@ -13,7 +11,6 @@ bool UdpRouter::isAvailable()
 
 std::shared_ptr<UdpRouter> UdpRouter::make(UdpServer&, const std::shared_ptr<Reactor>&, DoorHandle&)
 {
-    Log::error(L"This library was built without connections over UDP");
     return nullptr;
 }
 

@@ -5,16 +5,8 @@
 #include "net/inner/blocks.h"
 #include "net/tls/context.h"
 
-#include <memory>
-#include <string>
-#include <vector>
-
-struct gnutls_session_int;
-
 namespace zet::inner
 {
-
-struct TlsCredentials;
 
 // Records to send go to a queue of the caller; the caller puts received bytes into m_Input. Nothing here waits or calls
 // the operating system. THREADS: the connection's.
@@ -38,34 +30,34 @@ public:
     };
 
     TlsLayer() = default;
-    ~TlsLayer() { end(); }
+    virtual ~TlsLayer() = default;
     TlsLayer(const TlsLayer&) = delete;
     TlsLayer& operator=(const TlsLayer&) = delete;
 
     // Starts a new session with m_Context, as client or server according to m_IsClient. The peer's address is a part of
     // the key of the session to resume.
-    bool begin(const String_T<wchar_t>& peer);
+    virtual bool begin(const String_T<wchar_t>& peer) = 0;
     // Ends the session without close_notify, and drops the input.
-    void end();
-    bool isOn() const { return m_Session != nullptr; }
+    virtual void end() = 0;
+    bool isOn() const { return m_IsOn; }
     bool isDone() const { return m_IsDone; }
 
     // Continues the handshake: kDone, kNothingYet, or kFailed, with an alert for the peer in the queue.
-    Result shakeHands(Wire wire);
+    virtual Result shakeHands(Wire wire) = 0;
     // The number of decrypted bytes written to data, or a Result.
-    int open(void* data, int size, Wire wire);
+    virtual int open(void* data, int size, Wire wire) = 0;
     // Encrypts at most one record from plain. False breaks the connection.
-    bool seal(OutputQueue& plain, Wire wire);
+    virtual bool seal(OutputQueue& plain, Wire wire) = 0;
     // Queues close_notify.
-    void sendCloseNotify(Wire wire);
+    virtual void sendCloseNotify(Wire wire) = 0;
     // Whether open() can deliver bytes without more input.
-    bool hasInput() const;
+    virtual bool hasInput() const = 0;
 
-    bool isResumed() const;
+    virtual bool isResumed() const = 0;
     // The name in the peer's verified certificate; empty if the peer has shown none.
-    String_T<wchar_t> getPeerName() const;
+    virtual String_T<wchar_t> getPeerName() const = 0;
     // Such as "TLS1.3-X.509-...".
-    String_T<wchar_t> getDescription() const;
+    virtual String_T<wchar_t> getDescription() const = 0;
     const String_T<wchar_t>& getFault() const { return m_Fault; }
     EndCause getCause() const { return m_Cause; }
 
@@ -83,30 +75,11 @@ public:
     bool m_IsClient = false;
     bool m_IsDelayed = false;
 
-private:
-    struct Calls;
-
-    int alertOf(int code) const;
-    Result fail(int code);
-    Result finish();
-    int verify();
-    void keepSession();
-
-    gnutls_session_int* m_Session = nullptr;
-    // Those of the session.
-    std::shared_ptr<const TlsCredentials> m_Credentials;
-    Wire* m_Wire = nullptr;
-    std::string m_HostName;
-    std::string m_SessionKey;
-    // The session that a client offers to resume, until the handshake is done.
-    std::vector<unsigned char> m_Offered;
+protected:
     String_T<wchar_t> m_Fault;
     EndCause m_Cause;
-    EndCause::Rule m_Rule = EndCause::kOtherRule;
+    bool m_IsOn = false;
     bool m_IsDone = false;
-    bool m_HasTicket = false;
-    // The alert for a fault that verify() has found; 0 for the one that GnuTLS chooses.
-    int m_VerifyAlert = 0;
 };
 
 } // namespace zet::inner

@@ -1,8 +1,8 @@
-#include "net/tls/inner/layer.h"
+#include "net/tls/inner/layer_gnutls.h"
 
 #include "framework/log.h"
 #include "framework/string_helper.h"
-#include "net/tls/inner/store.h"
+#include "net/tls/inner/store_gnutls.h"
 #include "net/tls/inner/verify_gnutls.h"
 
 #include <gnutls/x509.h>
@@ -51,13 +51,16 @@ std::string nameOf(gnutls_x509_crt_t certificate)
 } // namespace
 
 // The functions that GnuTLS calls during an operation of the layer.
-struct TlsLayer::Calls
+struct GnuTlsLayer::Calls
 {
-    static TlsLayer& of(gnutls_session_t session) { return *static_cast<TlsLayer*>(gnutls_session_get_ptr(session)); }
+    static GnuTlsLayer& of(gnutls_session_t session)
+    {
+        return *static_cast<GnuTlsLayer*>(gnutls_session_get_ptr(session));
+    }
 
     static ssize_t push(gnutls_transport_ptr_t self, const void* data, size_t size)
     {
-        TlsLayer& layer = *static_cast<TlsLayer*>(self);
+        GnuTlsLayer& layer = *static_cast<GnuTlsLayer*>(self);
         if (layer.m_Wire && layer.m_Wire->m_Sealed.write(data, static_cast<int>(size), layer.m_Wire->m_Pool))
             return static_cast<ssize_t>(size);
         gnutls_transport_set_errno(layer.m_Session, ENOMEM);
@@ -66,7 +69,7 @@ struct TlsLayer::Calls
 
     static ssize_t pull(gnutls_transport_ptr_t self, void* data, size_t size)
     {
-        TlsLayer& layer = *static_cast<TlsLayer*>(self);
+        GnuTlsLayer& layer = *static_cast<GnuTlsLayer*>(self);
         const size_t count = std::min(size, static_cast<size_t>(layer.m_Input.size()));
         if (count == 0)
         {
@@ -81,7 +84,7 @@ struct TlsLayer::Calls
     // Never waits.
     static int isReadable(gnutls_transport_ptr_t self, unsigned int)
     {
-        return static_cast<TlsLayer*>(self)->m_Input.size() > 0 ? 1 : 0;
+        return static_cast<GnuTlsLayer*>(self)->m_Input.size() > 0 ? 1 : 0;
     }
 
     static int verify(gnutls_session_t session) { return of(session).verify(); }
@@ -93,13 +96,13 @@ struct TlsLayer::Calls
     }
 };
 
-bool TlsLayer::begin(const String_T<wchar_t>& peer)
+bool GnuTlsLayer::begin(const String_T<wchar_t>& peer)
 {
     end();
-    TlsStore& store = *m_Context->m_Store;
-    if (!store.m_IsReady)
+    GnuTlsStore* const store = GnuTlsStore::of(*m_Context);
+    if (!store)
         return false;
-    store.m_IsFixed = true;
+    store->fix();
     const unsigned int flags =
         (m_IsClient ? GNUTLS_CLIENT : GNUTLS_SERVER) | static_cast<unsigned int>(GNUTLS_NONBLOCK);
     if (gnutls_init(&m_Session, flags) != GNUTLS_E_SUCCESS)
@@ -107,7 +110,8 @@ bool TlsLayer::begin(const String_T<wchar_t>& peer)
         m_Session = nullptr;
         return false;
     }
-    m_Credentials = store.credentials();
+    m_IsOn = true;
+    m_Credentials = store->credentials();
     gnutls_session_set_ptr(m_Session, this);
     gnutls_transport_set_ptr(m_Session, this);
     gnutls_transport_set_push_function(m_Session, Calls::push);
@@ -116,7 +120,7 @@ bool TlsLayer::begin(const String_T<wchar_t>& peer)
     gnutls_handshake_set_timeout(m_Session, 0);
     gnutls_handshake_set_max_packet_length(m_Session, kHandshakeMessages);
     gnutls_session_set_verify_function(m_Session, Calls::verify);
-    int fault = gnutls_priority_set(m_Session, store.m_Priority);
+    int fault = gnutls_priority_set(m_Session, store->getPriority());
     if (fault == GNUTLS_E_SUCCESS)
         fault = gnutls_credentials_set(m_Session, GNUTLS_CRD_CERTIFICATE, m_Credentials->m_Handle);
     if (fault == GNUTLS_E_SUCCESS && !m_IsClient)
@@ -138,17 +142,18 @@ bool TlsLayer::begin(const String_T<wchar_t>& peer)
     gnutls_handshake_set_hook_function(m_Session, GNUTLS_HANDSHAKE_NEW_SESSION_TICKET, GNUTLS_HOOK_POST,
                                        Calls::onTicket);
     m_SessionKey = m_HostName + ' ' + StringHelper::wideToUtf8(peer.getBuffer()).getBuffer();
-    m_Offered = store.take(m_SessionKey);
+    m_Offered = store->take(m_SessionKey);
     if (!m_Offered.empty())
         gnutls_session_set_data(m_Session, m_Offered.data(), m_Offered.size());
     return true;
 }
 
-void TlsLayer::end()
+void GnuTlsLayer::end()
 {
     if (m_Session)
         gnutls_deinit(m_Session);
     m_Session = nullptr;
+    m_IsOn = false;
     m_Credentials.reset();
     m_Wire = nullptr;
     m_Input.drop(nullptr);
@@ -157,17 +162,17 @@ void TlsLayer::end()
     m_HasTicket = false;
     m_VerifyAlert = 0;
     m_Rule = EndCause::kOtherRule;
-    TlsStore::wipe(m_Offered);
+    GnuTlsStore::wipe(m_Offered);
     m_Offered = {};
 }
 
-int TlsLayer::verify()
+int GnuTlsLayer::verify()
 {
     return verifyPeer(m_Session, m_IsClient, m_HostName.c_str(), m_Fault, &m_VerifyAlert, &m_Rule);
 }
 
 // The alert that the protocol demands where GnuTLS would send a more general one; otherwise 0.
-int TlsLayer::alertOf(int code) const
+int GnuTlsLayer::alertOf(int code) const
 {
     if (code == GNUTLS_E_CERTIFICATE_VERIFICATION_ERROR)
         return m_VerifyAlert;
@@ -175,7 +180,7 @@ int TlsLayer::alertOf(int code) const
     return lacksCertificate && gnutls_protocol_get_version(m_Session) != GNUTLS_TLS1_3 ? GNUTLS_A_HANDSHAKE_FAILURE : 0;
 }
 
-TlsLayer::Result TlsLayer::fail(int code)
+GnuTlsLayer::Result GnuTlsLayer::fail(int code)
 {
     m_Cause = causeOfTls(code, m_Rule);
     if (code == GNUTLS_E_FATAL_ALERT_RECEIVED)
@@ -197,7 +202,7 @@ TlsLayer::Result TlsLayer::fail(int code)
     return kFailed;
 }
 
-TlsLayer::Result TlsLayer::shakeHands(Wire wire)
+GnuTlsLayer::Result GnuTlsLayer::shakeHands(Wire wire)
 {
     m_Wire = &wire;
     m_Fault = String_T<wchar_t>();
@@ -221,7 +226,7 @@ TlsLayer::Result TlsLayer::shakeHands(Wire wire)
     return result;
 }
 
-TlsLayer::Result TlsLayer::finish()
+GnuTlsLayer::Result GnuTlsLayer::finish()
 {
     // A resumed session skips verification, and the certificate may have expired since.
     if (isResumed())
@@ -230,14 +235,14 @@ TlsLayer::Result TlsLayer::finish()
     m_IsDone = true;
     // A TLS 1.2 ticket may be used again, and a server that resumes need not send a new one.
     if (isResumed() && !m_HasTicket && gnutls_protocol_get_version(m_Session) == GNUTLS_TLS1_2)
-        m_Context->m_Store->keep(m_SessionKey, std::move(m_Offered));
-    TlsStore::wipe(m_Offered);
+        GnuTlsStore::of(*m_Context)->keep(m_SessionKey, std::move(m_Offered));
+    GnuTlsStore::wipe(m_Offered);
     m_Offered = {};
     keepSession();
     return kDone;
 }
 
-void TlsLayer::keepSession()
+void GnuTlsLayer::keepSession()
 {
     if (!m_HasTicket || !m_IsDone)
         return;
@@ -247,12 +252,12 @@ void TlsLayer::keepSession()
     if (!(gnutls_session_get_flags(m_Session) & GNUTLS_SFLAGS_SESSION_TICKET) ||
         gnutls_session_get_data2(m_Session, &data) != GNUTLS_E_SUCCESS)
         return;
-    m_Context->m_Store->keep(m_SessionKey, TlsStore::Session(data.data, data.data + data.size));
+    GnuTlsStore::of(*m_Context)->keep(m_SessionKey, GnuTlsStore::Session(data.data, data.data + data.size));
     gnutls_memset(data.data, 0, data.size);
     gnutls_free(data.data);
 }
 
-int TlsLayer::open(void* data, int size, Wire wire)
+int GnuTlsLayer::open(void* data, int size, Wire wire)
 {
     m_Wire = &wire;
     int result = kNothingYet;
@@ -275,7 +280,7 @@ int TlsLayer::open(void* data, int size, Wire wire)
     return result;
 }
 
-bool TlsLayer::seal(OutputQueue& plain, Wire wire)
+bool GnuTlsLayer::seal(OutputQueue& plain, Wire wire)
 {
     Block* const block = plain.front();
     m_Wire = &wire;
@@ -288,24 +293,24 @@ bool TlsLayer::seal(OutputQueue& plain, Wire wire)
     return true;
 }
 
-void TlsLayer::sendCloseNotify(Wire wire)
+void GnuTlsLayer::sendCloseNotify(Wire wire)
 {
     m_Wire = &wire;
     gnutls_bye(m_Session, GNUTLS_SHUT_WR);
     m_Wire = nullptr;
 }
 
-bool TlsLayer::hasInput() const
+bool GnuTlsLayer::hasInput() const
 {
     return m_Input.size() > 0 || gnutls_record_check_pending(m_Session) > 0;
 }
 
-bool TlsLayer::isResumed() const
+bool GnuTlsLayer::isResumed() const
 {
     return m_Session && gnutls_session_is_resumed(m_Session) != 0;
 }
 
-String_T<wchar_t> TlsLayer::getPeerName() const
+String_T<wchar_t> GnuTlsLayer::getPeerName() const
 {
     unsigned int count = 0;
     const gnutls_datum_t* const chain =
@@ -320,7 +325,7 @@ String_T<wchar_t> TlsLayer::getPeerName() const
     return StringHelper::utf8ToWide(name.c_str());
 }
 
-String_T<wchar_t> TlsLayer::getDescription() const
+String_T<wchar_t> GnuTlsLayer::getDescription() const
 {
     char* text = m_Session && m_IsDone ? gnutls_session_get_desc(m_Session) : nullptr;
     const String_T<wchar_t> description = StringHelper::utf8ToWide(text);

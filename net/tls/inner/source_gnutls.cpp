@@ -1,4 +1,4 @@
-#include "net/tls/inner/source.h"
+#include "net/tls/inner/source_gnutls.h"
 
 #include "framework/log.h"
 #include "framework/platform/platform.h"
@@ -142,7 +142,7 @@ bool TlsSource::load(TlsCredentials& credentials) const
         return loadTexts(credentials, m_Text, m_Key);
     std::string text;
     std::string key;
-    const bool isRead = readFile(m_File, text) && (m_Kind != kCertificate || readFile(m_KeyFile, key));
+    const bool isRead = readFile(m_File, text) && (m_Kind != TlsStore::kCertificate || readFile(m_KeyFile, key));
     const bool isLoaded = isRead && loadTexts(credentials, text, key);
     wipe(key);
     return isLoaded;
@@ -155,7 +155,7 @@ bool TlsSource::loadTexts(TlsCredentials& credentials, const std::string& text, 
     bool isLoaded = false;
     switch (m_Kind)
     {
-    case kCertificate:
+    case TlsStore::kCertificate:
     {
         const gnutls_datum_t secret = datumOf(key);
         const int code = gnutls_certificate_set_x509_key_mem2(handle, &given, &secret, GNUTLS_X509_FMT_PEM, nullptr, 0);
@@ -168,19 +168,19 @@ bool TlsSource::loadTexts(TlsCredentials& credentials, const std::string& text, 
         isLoaded = true;
         break;
     }
-    case kTrust:
+    case TlsStore::kTrust:
         isLoaded =
             isFound(gnutls_certificate_set_x509_trust_mem(handle, &given, GNUTLS_X509_FMT_PEM), L"No TLS authorities");
         break;
-    case kSystemTrust:
+    case TlsStore::kSystemTrust:
         isLoaded = isFound(gnutls_certificate_set_x509_system_trust(handle), L"No TLS authorities of the system");
         break;
-    case kRevocations:
+    case TlsStore::kRevocations:
         isLoaded = isFound(gnutls_certificate_set_x509_crl_mem(handle, &given, GNUTLS_X509_FMT_PEM),
                            L"No lists of revoked TLS certificates");
         break;
     }
-    if (isLoaded && (m_Kind == kTrust || m_Kind == kSystemTrust))
+    if (isLoaded && (m_Kind == TlsStore::kTrust || m_Kind == TlsStore::kSystemTrust))
         credentials.m_HasTrust = true;
     return isLoaded;
 }

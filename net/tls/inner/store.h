@@ -1,57 +1,42 @@
-// The private part of a TLS context: what handshakes use, where it came from, and the sessions that can be resumed.
+// The private part of a TLS context, as the context sees it.
 #pragma once
-
-#include "net/tls/inner/source.h"
-
-#include <atomic>
-#include <map>
-#include <memory>
-#include <mutex>
-#include <string>
-#include <vector>
 
 namespace zet::inner
 {
 
-struct TlsStore
+// THREADS: those of the context.
+class TlsStore
 {
-    using Session = std::vector<unsigned char>;
+public:
+    enum Kind
+    {
+        kCertificate,
+        kTrust,
+        kSystemTrust,
+        kRevocations
+    };
 
-    TlsStore();
-    ~TlsStore();
+    TlsStore() = default;
+    virtual ~TlsStore() = default;
     TlsStore(const TlsStore&) = delete;
     TlsStore& operator=(const TlsStore&) = delete;
 
-    // Overwrites a session's secrets with zeros.
-    static void wipe(Session& session);
+    // False if GnuTLS could not be started: then every operation fails.
+    virtual bool isReady() const = 0;
+    // Whether a connection or a port uses the context; from then on only a reload changes it.
+    virtual bool isFixed() const = 0;
+    virtual bool hasCertificate() const = 0;
+    virtual bool hasTrust() const = 0;
 
-    // What a handshake that begins now uses. Its session must not outlive it.
-    std::shared_ptr<const TlsCredentials> credentials();
-    // Loads one more source. False, with a log line and nothing changed, if it is not valid. Not while a session uses
-    // the credentials.
-    bool add(TlsSource source);
-    // Loads all sources into new credentials, with another pair instead of all pairs unless it is null. False, with a
-    // log line and nothing changed, if one of them is not valid.
-    bool reload(TlsSource* pair);
-
-    void keep(const std::string& peer, Session session);
-    // Removes and returns the session of a peer. Each is used once: an observer could link two connections with one
-    // ticket.
-    Session take(const std::string& peer);
-
-    gnutls_priority_t m_Priority = nullptr;
-    bool m_IsReady = false;
-    // Set by the first user of the context; from then on only a reload changes it.
-    std::atomic<bool> m_IsFixed{false};
-
-private:
-    // Contexts are shared between threads. Nothing waits for a file while it holds this lock.
-    std::mutex m_Mutex;
-    std::shared_ptr<TlsCredentials> m_Credentials;
-    std::map<std::string, Session> m_Sessions;
-
-    std::mutex m_SourceMutex;
-    std::vector<TlsSource> m_Sources;
+    // Loads one more source, texts in PEM or the files with them; only a certificate has a key. False, with a log line
+    // and nothing changed, if it is not valid. Not while the context is fixed.
+    virtual bool add(Kind kind, const char* text, const char* key) = 0;
+    virtual bool add(Kind kind, const wchar_t* file, const wchar_t* keyFile) = 0;
+    // Loads all sources again; the other two load this pair instead of all pairs. False, with a log line and nothing
+    // changed, if one of them is not valid.
+    virtual bool reload() = 0;
+    virtual bool reload(const char* certificates, const char* key) = 0;
+    virtual bool reload(const wchar_t* certificates, const wchar_t* key) = 0;
 };
 
 } // namespace zet::inner

@@ -1,8 +1,7 @@
-#include "net/tls/inner/store.h"
+#include "net/tls/inner/store_gnutls.h"
 
 #include "framework/log.h"
 #include "framework/string_helper.h"
-#include "net/tls/context.h"
 
 #include <utility>
 
@@ -20,12 +19,12 @@ constexpr const char* kPriority =
 
 } // namespace
 
-void TlsStore::wipe(Session& session)
+void GnuTlsStore::wipe(Session& session)
 {
     gnutls_memset(session.data(), 0, session.size());
 }
 
-TlsStore::TlsStore() : m_Credentials(std::make_shared<TlsCredentials>())
+GnuTlsStore::GnuTlsStore() : m_Credentials(std::make_shared<TlsCredentials>())
 {
     int fault = m_Credentials->m_Fault;
     if (fault == GNUTLS_E_SUCCESS)
@@ -35,7 +34,7 @@ TlsStore::TlsStore() : m_Credentials(std::make_shared<TlsCredentials>())
         Log::error(L"No TLS: %s", StringHelper::utf8ToWide(gnutls_strerror(fault)));
 }
 
-TlsStore::~TlsStore()
+GnuTlsStore::~GnuTlsStore()
 {
     for (auto& [peer, session] : m_Sessions)
         wipe(session);
@@ -43,13 +42,13 @@ TlsStore::~TlsStore()
         gnutls_priority_deinit(m_Priority);
 }
 
-std::shared_ptr<const TlsCredentials> TlsStore::credentials()
+std::shared_ptr<const TlsCredentials> GnuTlsStore::credentials() const
 {
     const std::lock_guard lock(m_Mutex);
     return m_Credentials;
 }
 
-bool TlsStore::add(TlsSource source)
+bool GnuTlsStore::load(TlsSource source)
 {
     const std::lock_guard lock(m_SourceMutex);
     if (!source.load(*m_Credentials))
@@ -58,7 +57,19 @@ bool TlsStore::add(TlsSource source)
     return true;
 }
 
-bool TlsStore::reload(TlsSource* pair)
+bool GnuTlsStore::reload(const char* certificates, const char* key)
+{
+    TlsSource pair(kCertificate, certificates, key);
+    return loadAgain(&pair);
+}
+
+bool GnuTlsStore::reload(const wchar_t* certificates, const wchar_t* key)
+{
+    TlsSource pair(kCertificate, certificates, key);
+    return loadAgain(&pair);
+}
+
+bool GnuTlsStore::loadAgain(TlsSource* pair)
 {
     const std::lock_guard lock(m_SourceMutex);
     const auto isReplaced = [pair](const TlsSource& source) { return pair && source.m_Kind == pair->m_Kind; };
@@ -81,7 +92,7 @@ bool TlsStore::reload(TlsSource* pair)
     return true;
 }
 
-void TlsStore::keep(const std::string& peer, Session session)
+void GnuTlsStore::keep(const std::string& peer, Session session)
 {
     const std::lock_guard lock(m_Mutex);
     if (m_Sessions.size() >= TlsContext::kKeptSessions && !m_Sessions.contains(peer))
@@ -94,7 +105,7 @@ void TlsStore::keep(const std::string& peer, Session session)
     kept = std::move(session);
 }
 
-TlsStore::Session TlsStore::take(const std::string& peer)
+GnuTlsStore::Session GnuTlsStore::take(const std::string& peer)
 {
     const std::lock_guard lock(m_Mutex);
     const auto found = m_Sessions.find(peer);

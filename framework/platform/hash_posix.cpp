@@ -1,4 +1,4 @@
-// A build without TLS has no GnuTLS. It uses Nettle, the small library that GnuTLS itself uses for digests.
+// Nettle is the small library that GnuTLS itself uses for digests; the library needs GnuTLS for TLS only.
 #include "framework/platform/hash.h"
 
 #include <nettle/hmac.h>

@@ -1,6 +1,7 @@
 #include "net/tls/context.h"
 
 #include "framework/log.h"
+#include "net/inner/secure_module.h"
 #include "net/tls/inner/store.h"
 
 #include <limits>
@@ -8,83 +9,87 @@
 namespace zet
 {
 
-using inner::TlsSource;
+using inner::TlsStore;
 
-TlsContext::TlsContext() : m_Store(std::make_unique<inner::TlsStore>()) {}
+TlsContext::TlsContext()
+{
+    if (inner::SecureModule* const module = inner::SecureModule::get())
+        m_Store = module->makeStore();
+}
 
 TlsContext::~TlsContext() = default;
 
 bool TlsContext::isAvailable()
 {
-    return true;
+    return inner::SecureModule::get() != nullptr;
 }
 
 bool TlsContext::isUsable() const
 {
-    if (!m_Store->m_IsReady)
+    if (!m_Store)
+        Log::error(L"This library has no TLS: its module zet_Secure cannot be loaded");
+    else if (!m_Store->isReady())
         Log::error(L"GnuTLS could not be started; this TLS context cannot be used");
-    return m_Store->m_IsReady;
+    return m_Store && m_Store->isReady();
 }
 
 bool TlsContext::isOpen() const
 {
     if (!isUsable())
         return false;
-    if (m_Store->m_IsFixed)
+    if (m_Store->isFixed())
         Log::error(L"A TLS context in use cannot be changed");
-    return !m_Store->m_IsFixed;
+    return !m_Store->isFixed();
 }
 
 bool TlsContext::setCertificate(const char* certificates, const char* key)
 {
-    return isOpen() && m_Store->add(TlsSource(TlsSource::kCertificate, certificates, key));
+    return isOpen() && m_Store->add(TlsStore::kCertificate, certificates, key);
 }
 
 bool TlsContext::setCertificateFiles(const wchar_t* certificates, const wchar_t* key)
 {
-    return isOpen() && m_Store->add(TlsSource(TlsSource::kCertificate, certificates, key));
+    return isOpen() && m_Store->add(TlsStore::kCertificate, certificates, key);
 }
 
 bool TlsContext::addTrust(const char* certificates)
 {
-    return isOpen() && m_Store->add(TlsSource(TlsSource::kTrust, certificates));
+    return isOpen() && m_Store->add(TlsStore::kTrust, certificates, nullptr);
 }
 
 bool TlsContext::addTrustFile(const wchar_t* certificates)
 {
-    return isOpen() && m_Store->add(TlsSource(TlsSource::kTrust, certificates));
+    return isOpen() && m_Store->add(TlsStore::kTrust, certificates, nullptr);
 }
 
 bool TlsContext::addSystemTrust()
 {
-    return isOpen() && m_Store->add(TlsSource(TlsSource::kSystemTrust, ""));
+    return isOpen() && m_Store->add(TlsStore::kSystemTrust, "", nullptr);
 }
 
 bool TlsContext::addRevocations(const char* lists)
 {
-    return isOpen() && m_Store->add(TlsSource(TlsSource::kRevocations, lists));
+    return isOpen() && m_Store->add(TlsStore::kRevocations, lists, nullptr);
 }
 
 bool TlsContext::addRevocationFile(const wchar_t* lists)
 {
-    return isOpen() && m_Store->add(TlsSource(TlsSource::kRevocations, lists));
+    return isOpen() && m_Store->add(TlsStore::kRevocations, lists, nullptr);
 }
 
 bool TlsContext::reload()
 {
-    return isUsable() && m_Store->reload(nullptr);
+    return isUsable() && m_Store->reload();
 }
 
 bool TlsContext::replaceCertificate(const char* certificates, const char* key)
 {
-    TlsSource pair(TlsSource::kCertificate, certificates, key);
-    return isUsable() && m_Store->reload(&pair);
+    return isUsable() && m_Store->reload(certificates, key);
 }
 
 bool TlsContext::replaceCertificateFiles(const wchar_t* certificates, const wchar_t* key)
 {
-    TlsSource pair(TlsSource::kCertificate, certificates, key);
-    return isUsable() && m_Store->reload(&pair);
+    return isUsable() && m_Store->reload(certificates, key);
 }
 
 bool TlsContext::setClientCertificate(ClientCertificate wanted)
@@ -105,17 +110,19 @@ bool TlsContext::setHandshakeTime(unsigned int milliseconds)
 
 bool TlsContext::hasCertificate() const
 {
-    return m_Store->credentials()->m_HasCertificate;
+    return m_Store && m_Store->hasCertificate();
 }
 
 bool TlsContext::hasTrust() const
 {
-    return m_Store->credentials()->m_HasTrust;
+    return m_Store && m_Store->hasTrust();
 }
 
 bool TlsContext::servesServer() const
 {
     const wchar_t* lack = nullptr;
+    if (!isUsable())
+        return false;
     if (!hasCertificate())
         lack = L"a certificate";
     else if (m_ClientCertificate != kNotAsked && !hasTrust())
@@ -127,6 +134,8 @@ bool TlsContext::servesServer() const
 
 bool TlsContext::servesClient() const
 {
+    if (!isUsable())
+        return false;
     if (!hasTrust())
         Log::error(L"A TLS client needs authorities to hold the server's certificate against");
     return hasTrust();

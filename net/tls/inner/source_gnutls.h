@@ -2,6 +2,7 @@
 #pragma once
 
 #include "framework/string.h"
+#include "net/tls/inner/store.h"
 
 #include <gnutls/gnutls.h>
 
@@ -33,16 +34,10 @@ struct TlsCredentials
 // Texts in PEM, or the files with them.
 struct TlsSource
 {
-    enum Kind
-    {
-        kCertificate,
-        kTrust,
-        kSystemTrust,
-        kRevocations
-    };
+    using Kind = TlsStore::Kind;
 
-    TlsSource(Kind kind, const char* text, const char* key = nullptr);
-    TlsSource(Kind kind, const wchar_t* file, const wchar_t* keyFile = nullptr);
+    TlsSource(Kind kind, const char* text, const char* key);
+    TlsSource(Kind kind, const wchar_t* file, const wchar_t* keyFile);
     TlsSource(TlsSource&&) = default;
     TlsSource& operator=(TlsSource&&) = default;
     // Overwrites a key.

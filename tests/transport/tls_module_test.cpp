@@ -1,0 +1,40 @@
+// The module with TLS and connections over UDP, which the library loads when they are first used.
+#include "framework/module.h"
+#include "net/inner/secure_module.h"
+#include "net/tls/context.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+namespace
+{
+
+using zet::inner::SecureModule;
+
+TEST(TlsModule, IsLoadedOnceByAnyThreads)
+{
+    std::vector<SecureModule*> found(8);
+    std::vector<std::thread> threads;
+    for (SecureModule*& each : found)
+        threads.emplace_back([&each] { each = SecureModule::get(); });
+    for (std::thread& thread : threads)
+        thread.join();
+    ASSERT_NE(found[0], nullptr);
+    EXPECT_EQ(found, std::vector<SecureModule*>(found.size(), found[0]));
+    EXPECT_TRUE(zet::TlsContext::isAvailable());
+}
+
+TEST(TlsModule, RefusesALibraryOfAnotherVersion)
+{
+    const auto module = zet::DllModule::createInstance();
+    ASSERT_TRUE(module->load(L"zet_Secure.dll"));
+    void* const symbol = module->findSymbol(zet::inner::kSecureModuleEntryName);
+    ASSERT_NE(symbol, nullptr);
+    const auto entry = reinterpret_cast<zet::inner::SecureModuleEntry>(symbol);
+    EXPECT_EQ(entry(""), nullptr);
+    EXPECT_EQ(entry("0.0.0"), nullptr);
+}
+
+} // namespace
