@@ -21,7 +21,7 @@ using zet::platform::getClassName;
 struct Row
 {
     std::atomic<unsigned int> m_Generation{0};
-    std::atomic<inner::HandlerSlot*> m_Slot{nullptr};
+    std::atomic<void*> m_Handler{nullptr};
     unsigned long m_NextFree = 0;
 };
 
@@ -50,8 +50,8 @@ Row* rowOf(unsigned long number)
     return block ? block + number % kRowsPerBlock : nullptr;
 }
 
-// A row for the slot, or kNoRow.
-unsigned long takeRow(inner::HandlerSlot* slot)
+// A row for the handler, or kNoRow.
+unsigned long takeRow(void* handler)
 {
     const std::lock_guard lock(getLock());
     unsigned long number = s_FirstFree;
@@ -68,7 +68,7 @@ unsigned long takeRow(inner::HandlerSlot* slot)
     Row* const row = rowOf(number);
     if (!row)
         return kNoRow;
-    row->m_Slot.store(slot, std::memory_order_release);
+    row->m_Handler.store(handler, std::memory_order_release);
     return number;
 }
 
@@ -79,7 +79,7 @@ void giveBack(unsigned long number)
     if (!row)
         return;
     row->m_Generation.fetch_add(1, std::memory_order_release);
-    row->m_Slot.store(nullptr, std::memory_order_release);
+    row->m_Handler.store(nullptr, std::memory_order_release);
     row->m_NextFree = s_FirstFree;
     s_FirstFree = number;
 }
@@ -89,14 +89,12 @@ void giveBack(unsigned long number)
 namespace inner
 {
 
-HandlerSlot::~HandlerSlot() = default;
-
-HandlerSlot* findSlot(unsigned long row, unsigned long generation)
+void* findHandler(unsigned long row, unsigned long generation)
 {
     const Row* const found = rowOf(row);
     if (!found || found->m_Generation.load(std::memory_order_acquire) != generation)
         return nullptr;
-    return found->m_Slot.load(std::memory_order_acquire);
+    return found->m_Handler.load(std::memory_order_acquire);
 }
 
 bool refuseCommand(const CCmdHead& command, const std::type_info& type, const CCmdPackager& pk, bool isRead,
@@ -152,18 +150,18 @@ bool Handlers::canInstall(unsigned short id, const std::type_info& type) const
 }
 
 bool Handlers::install(unsigned short id, const std::type_info& type, SocketCmdProcess process,
-                       std::unique_ptr<inner::HandlerSlot> slot)
+                       inner::OwnedHandler handler)
 {
     if (!canInstall(id, type))
         return false;
     m_Installed.reserve(m_Installed.size() + 1);
-    const unsigned long row = takeRow(slot.get());
+    const unsigned long row = takeRow(handler.get());
     if (row == kNoRow)
     {
         zet::Log::error(L"Handlers: no space for the handler of %s: %lu exist", getClassName(type), kNoRow);
         return false;
     }
-    m_Installed.push_back({id, &type, row, std::move(slot)});
+    m_Installed.push_back({id, &type, row, std::move(handler)});
     m_Analyser.Install(id, process, nullptr, row, rowOf(row)->m_Generation.load(std::memory_order_relaxed));
     return true;
 }

@@ -23,28 +23,12 @@ namespace host
 namespace inner
 {
 
-// Owns the callable of an installed handler. The analyser keeps the number and the generation of a table row instead of
-// a pointer, since its two words do not hold a pointer on every system.
-class COMMONGROUND_API HandlerSlot
-{
-public:
-    HandlerSlot() = default;
-    HandlerSlot(const HandlerSlot&) = delete;
-    HandlerSlot& operator=(const HandlerSlot&) = delete;
-    virtual ~HandlerSlot();
-};
+// Owns the callable of an installed handler, whose type only its process function knows. The analyser keeps the number
+// and the generation of a table row instead of a pointer, since its two words do not hold a pointer on every system.
+using OwnedHandler = std::unique_ptr<void, void (*)(void*)>;
 
-template <class Handler>
-class HandlerSlot_T final : public HandlerSlot
-{
-public:
-    explicit HandlerSlot_T(Handler handler) : m_Handler(std::move(handler)) {}
-
-    Handler m_Handler;
-};
-
-// Null if the Handlers of the slot is gone.
-COMMONGROUND_API HandlerSlot* findSlot(unsigned long row, unsigned long generation);
+// Null if the Handlers that owned it is gone.
+COMMONGROUND_API void* findHandler(unsigned long row, unsigned long generation);
 // Log one line with the name of the class, within the peer's share. Always false. isRead: the result of the class's
 // Read; if it is true, the command has bytes left over.
 COMMONGROUND_API bool refuseCommand(const CCmdHead& command, const std::type_info& type, const CCmdPackager& pk,
@@ -52,12 +36,12 @@ COMMONGROUND_API bool refuseCommand(const CCmdHead& command, const std::type_inf
 COMMONGROUND_API bool reportNoHandlers(const std::type_info& type, const CCmdPackager& pk, CCommandSocket& socket);
 
 // The process function that is installed for Command. Like the generated one, but it calls the handler with its types.
-template <class Command, class Slot>
+template <class Command, class Handler>
 bool processCommand(CCommandSocket* socket, CCmdPackager* pk, SocketCmdHandler, unsigned long row,
                     unsigned long generation)
 {
-    auto* const slot = static_cast<Slot*>(findSlot(row, generation));
-    if (!slot)
+    auto* const handler = static_cast<Handler*>(findHandler(row, generation));
+    if (!handler)
         return reportNoHandlers(typeid(Command), *pk, *socket);
     Command command;
     const bool isRead = command.Read(pk);
@@ -65,7 +49,7 @@ bool processCommand(CCommandSocket* socket, CCmdPackager* pk, SocketCmdHandler, 
         return refuseCommand(command, typeid(Command), *pk, isRead, *socket);
     if (kTraceCommands)
         TraceReceivedCommand(command, socket);
-    slot->m_Handler(*socket, command);
+    (*handler)(*socket, command);
     return true;
 }
 
@@ -100,9 +84,10 @@ public:
                       "the handler of on<Command>() takes (CCommandSocket&, Command&)");
         if constexpr (std::is_base_of_v<CCmdHead, Command> && std::is_invocable_v<Handler&, CCommandSocket&, Command&>)
         {
-            using Slot = inner::HandlerSlot_T<Handler>;
-            return install(Command().GetID(), typeid(Command), &inner::processCommand<Command, Slot>,
-                           std::make_unique<Slot>(std::move(handler)));
+            inner::OwnedHandler owned(new Handler(std::move(handler)),
+                                      [](void* handler) { delete static_cast<Handler*>(handler); });
+            return install(Command().GetID(), typeid(Command), &inner::processCommand<Command, Handler>,
+                           std::move(owned));
         }
         else
             return false;
@@ -125,12 +110,11 @@ private:
         unsigned short m_Id;
         const std::type_info* m_Type;
         unsigned long m_Row;
-        std::unique_ptr<inner::HandlerSlot> m_Slot;
+        inner::OwnedHandler m_Handler;
     };
 
     bool canInstall(unsigned short id, const std::type_info& type) const;
-    bool install(unsigned short id, const std::type_info& type, SocketCmdProcess process,
-                 std::unique_ptr<inner::HandlerSlot> slot);
+    bool install(unsigned short id, const std::type_info& type, SocketCmdProcess process, inner::OwnedHandler handler);
 
     CCmdAnalyserSocket& m_Analyser;
     std::vector<Installed> m_Installed;
