@@ -237,19 +237,27 @@ void CFrameworkServerSocket::RemoveFrameworkSocket(CFrameworkClientSocket* clien
     client->m_RegisteredId = zet::Uuid();
 }
 
+// Adds the rules of a file to the list, and logs each by this pattern unless it is null.
+static bool addRules(zet::AddressFilter& filter, zet::AddressFilter::List list, const wchar_t* path,
+                     const wchar_t* pattern)
+{
+    const auto take = [&](const AddressRule& rule)
+    {
+        const unsigned char(&a)[4] = rule.m_Address;
+        const unsigned char(&m)[4] = rule.m_Mask;
+        filter.add(list, a, m, true);
+        if (pattern)
+            zet::Log::message(pattern, a[0], a[1], a[2], a[3], m[0], m[1], m[2], m[3]);
+    };
+    return ReadAddressFile(path, take);
+}
+
 void CFrameworkServerSocket::AddRejectAddressFrom(const wchar_t* path)
 {
     zet::Log::message(L"Install Reject Address(%s:%d)...(%s)", GetIP(), GetPort(), path);
     zet::AddressFilter filter = getAddressFilter();
     m_AddressFiles.emplace_back(zet::AddressFilter::kRejected, path);
-    const auto take = [&](const AddressRule& rule)
-    {
-        const unsigned char(&a)[4] = rule.m_Address;
-        const unsigned char(&m)[4] = rule.m_Mask;
-        filter.add(zet::AddressFilter::kRejected, a, m, true);
-        zet::Log::message(L"Reject Address: %d.%d.%d.%d & %d.%d.%d.%d", a[0], a[1], a[2], a[3], m[0], m[1], m[2], m[3]);
-    };
-    if (!ReadAddressFile(path, take))
+    if (!addRules(filter, zet::AddressFilter::kRejected, path, L"Reject Address: %d.%d.%d.%d & %d.%d.%d.%d"))
         warnOfFile(zet::AddressFilter::kRejected, path);
     setAddressFilter(std::move(filter));
 }
@@ -259,14 +267,7 @@ void CFrameworkServerSocket::AddPermissionAddressFrom(const wchar_t* path)
     zet::Log::message(L"安装网络接受地址(%s:%d)...(%s)", GetIP(), GetPort(), path);
     zet::AddressFilter filter = getAddressFilter();
     m_AddressFiles.emplace_back(zet::AddressFilter::kPermitted, path);
-    const auto take = [&](const AddressRule& rule)
-    {
-        const unsigned char(&a)[4] = rule.m_Address;
-        const unsigned char(&m)[4] = rule.m_Mask;
-        filter.add(zet::AddressFilter::kPermitted, a, m, true);
-        zet::Log::message(L"网络接受地址 %d.%d.%d.%d & %d.%d.%d.%d", a[0], a[1], a[2], a[3], m[0], m[1], m[2], m[3]);
-    };
-    if (!ReadAddressFile(path, take))
+    if (!addRules(filter, zet::AddressFilter::kPermitted, path, L"网络接受地址 %d.%d.%d.%d & %d.%d.%d.%d"))
         warnOfFile(zet::AddressFilter::kPermitted, path);
     setAddressFilter(std::move(filter));
 }
@@ -279,9 +280,7 @@ bool CFrameworkServerSocket::ReloadAddressFiles()
     filter.removeFromFiles();
     for (const auto& [list, path] : m_AddressFiles)
     {
-        const auto take = [&, list = list](const AddressRule& rule)
-        { filter.add(list, rule.m_Address, rule.m_Mask, true); };
-        if (!ReadAddressFile(path, take))
+        if (!addRules(filter, list, path, nullptr))
         {
             warnOfFile(list, path);
             return false;
