@@ -5,7 +5,7 @@
 #include "net/inner/peer_text.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <charconv>
 #include <cstring>
 #include <string>
 
@@ -67,9 +67,12 @@ bool AddressFilter::add(List list, const wchar_t* subnet)
     if (const size_t slash = address.find('/'); slash != std::string::npos)
     {
         const char* const digits = address.c_str() + slash + 1;
-        if (std::strlen(digits) == 0 || std::strlen(digits) > 3 || digits[std::strspn(digits, "0123456789")] != 0)
+        const char* const end = address.c_str() + address.size();
+        unsigned int number = 0;
+        const auto [rest, fault] = std::from_chars(digits, end, number);
+        if (fault != std::errc() || rest != end || end - digits > 3)
             return false;
-        bits = std::atoi(digits);
+        bits = static_cast<int>(number);
         address.resize(slash);
     }
     Endpoint network;
