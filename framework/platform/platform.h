@@ -88,6 +88,10 @@ COMMONGROUND_API String_T<wchar_t> getTempDirectory();
 // Creates an empty file with a new name in a directory and returns its path.
 COMMONGROUND_API String_T<wchar_t> createTempFile(const wchar_t* directory);
 COMMONGROUND_API bool deleteFile(const wchar_t* path);
+// Replaces a file of the new name.
+COMMONGROUND_API bool renameFile(const wchar_t* from, const wchar_t* to);
+// Whether the path names a file: no directory, device or pipe.
+COMMONGROUND_API bool isFile(const wchar_t* path);
 // Programs that this process starts do not inherit a file opened here.
 COMMONGROUND_API std::FILE* openFile(const wchar_t* path, const char* mode);
 // Opens a file for appending, unbuffered. A new file is accessible to its owner and the owner's group only.

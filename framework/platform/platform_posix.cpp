@@ -314,6 +314,17 @@ bool deleteFile(const wchar_t* path)
     return unlink(StringHelper::wideToUtf8(path)) == 0;
 }
 
+bool renameFile(const wchar_t* from, const wchar_t* to)
+{
+    return std::rename(StringHelper::wideToUtf8(from), StringHelper::wideToUtf8(to)) == 0;
+}
+
+bool isFile(const wchar_t* path)
+{
+    struct stat status;
+    return stat(StringHelper::wideToUtf8(path), &status) == 0 && S_ISREG(status.st_mode);
+}
+
 std::FILE* openFile(const wchar_t* path, const char* mode)
 {
     return std::fopen(StringHelper::wideToUtf8(path), (String_T<char>(mode) + "e").getBuffer());

@@ -223,6 +223,17 @@ bool deleteFile(const wchar_t* path)
     return DeleteFileW(path) != 0;
 }
 
+bool renameFile(const wchar_t* from, const wchar_t* to)
+{
+    return MoveFileExW(from, to, MOVEFILE_REPLACE_EXISTING) != 0;
+}
+
+bool isFile(const wchar_t* path)
+{
+    const DWORD attributes = GetFileAttributesW(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE));
+}
+
 std::FILE* openFile(const wchar_t* path, const char* mode)
 {
     String_T<wchar_t> wideMode;

@@ -1,11 +1,10 @@
 #include "host/inner/pcapng.h"
 
+#include "framework/format.h"
 #include "framework/platform/platform.h"
-#include "framework/string_helper.h"
 
 #include <cerrno>
 #include <chrono>
-#include <filesystem>
 #include <system_error>
 
 namespace host::inner
@@ -106,14 +105,9 @@ std::string textOf(int error)
     return std::generic_category().message(error);
 }
 
-std::filesystem::path pathOf(const zet::String_T<wchar_t>& path, int number)
+zet::String_T<wchar_t> pathOf(const zet::String_T<wchar_t>& path, int number)
 {
-    const zet::String_T<char> utf8 = zet::StringHelper::wideToUtf8(path.getBuffer());
-    std::u8string text(utf8.getBuffer(), utf8.getBuffer() + utf8.getLength());
-    if (number > 0)
-        for (const char c : "." + std::to_string(number))
-            text += static_cast<char8_t>(c);
-    return std::filesystem::path(text);
+    return number > 0 ? zet::formatText(L"%s.%d", path, number) : path;
 }
 
 } // namespace
@@ -155,14 +149,13 @@ bool PcapngFile::write(const std::string& bytes)
 bool PcapngFile::begin()
 {
     // Renamed where they exist.
-    std::error_code ignored;
     for (int number = m_Files - 1; number > 0; --number)
-        if (const auto from = pathOf(m_Path, number - 1); std::filesystem::is_regular_file(from, ignored))
-            std::filesystem::rename(from, pathOf(m_Path, number), ignored);
-    if (m_Files == 1 && std::filesystem::is_regular_file(pathOf(m_Path, 0), ignored))
-        std::filesystem::remove(pathOf(m_Path, 0), ignored);
+        if (const auto from = pathOf(m_Path, number - 1); zet::platform::isFile(from))
+            zet::platform::renameFile(from, pathOf(m_Path, number));
+    if (m_Files == 1 && zet::platform::isFile(m_Path))
+        zet::platform::deleteFile(m_Path);
     // Continued, the file would have no bound.
-    if (std::filesystem::is_regular_file(pathOf(m_Path, 0), ignored))
+    if (zet::platform::isFile(m_Path))
         return fail("the file of that name cannot be renamed");
     m_Size = 0;
     m_HasPackets = false;

@@ -77,6 +77,23 @@ TEST(Platform, TempFilesAreNewAndCanGo)
     EXPECT_TRUE(platform::createTempFile(L"no/such/directory").isEmpty());
 }
 
+TEST(Platform, FilesGetOtherNames)
+{
+    const Wide first = platform::createTempFile(platform::getTempDirectory());
+    const Wide second = platform::createTempFile(platform::getTempDirectory());
+    const Wide third = first + L"\u4E2D";
+    ASSERT_TRUE(platform::isFile(first) && platform::isFile(second));
+    EXPECT_FALSE(platform::isFile(third));
+    EXPECT_FALSE(platform::isFile(platform::getTempDirectory()));
+    EXPECT_TRUE(platform::renameFile(first, third));
+    EXPECT_FALSE(platform::isFile(first));
+    EXPECT_FALSE(platform::renameFile(first, second));
+    // In the place of a file that exists.
+    EXPECT_TRUE(platform::renameFile(third, second));
+    EXPECT_FALSE(platform::isFile(third));
+    EXPECT_TRUE(platform::deleteFile(second));
+}
+
 TEST(Platform, DirectoriesAreMadeAndEntered)
 {
     const Wide before = platform::getCurrentDirectory();
