@@ -30,4 +30,5 @@ if(NOT TARGET PkgConfig::ngtcp2)
   set(COMMONGROUND_UDP OFF)
 endif()
 
-target_compile_definitions(commonground_dependencies INTERFACE FMT_HEADER_ONLY)
+# Nothing that is printed depends on the locale.
+target_compile_definitions(commonground_dependencies INTERFACE FMT_HEADER_ONLY FMT_STATIC_THOUSANDS_SEPARATOR=',')

@@ -95,7 +95,7 @@ endif()
 # The relocations that name a symbol, a twentieth above what GCC and Clang give. Where the options are those of the
 # preset dev and the compiler is GCC, also the code.
 if(NOT WIN32)
-  set(most 1150)
+  set(most 840)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64"
      AND CMAKE_CXX_FLAGS_DEBUG STREQUAL "-O1 -g1 -D_GLIBCXX_ASSERTIONS" AND CMAKE_BUILD_TYPE STREQUAL "Debug")
     list(APPEND most 2400000)

@@ -62,8 +62,9 @@ target_precompile_headers(commonground PRIVATE <cmake/std_pch.h>)
 if(NOT WIN32)
   set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   set(preemptible ${PROJECT_SOURCE_DIR}/cmake/preemptible.list)
-  # No function of the library is interposed from outside, so calls within it can be direct.
-  target_compile_options(commonground PRIVATE -fno-semantic-interposition)
+  # No function of the library is interposed from outside, so calls within it can be direct. Of a constant in a header
+  # each file may have its own copy: nothing compares their addresses.
+  target_compile_options(commonground PRIVATE -fno-semantic-interposition $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
   # References within the library are bound when it is linked, except those to the variables in the list.
   target_link_options(commonground PRIVATE -Wl,--version-script=${exports} -Wl,--dynamic-list=${preemptible})
   set_property(TARGET commonground APPEND PROPERTY LINK_DEPENDS ${exports} ${preemptible})

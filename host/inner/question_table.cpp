@@ -184,8 +184,9 @@ bool QuestionTable::takeAnswer(CCommandSocket& socket, CCmdHead& answer, const s
                                     });
     if (place == conversation.m_Places.end())
         return false;
-    // Hold the table and the socket: the waiter may release both.
-    const std::shared_ptr<QuestionTable> keepTable = shared_from_this();
+    // Hold the table and the socket: the waiter may release both. Not shared_from_this(): the loader would have to look
+    // up its exception.
+    const std::shared_ptr<QuestionTable> keepTable = weak_from_this().lock();
     const zet::Unknown::Handle_T<CCommandSocket> keepSocket = socket.getRefCount() > 0 ? &socket : nullptr;
     Waiter* const waiter = place->m_Waiter;
     conversation.m_Places.erase(place);
@@ -235,7 +236,8 @@ void QuestionTable::closeTable()
 
 void QuestionTable::onTick(unsigned int)
 {
-    const std::shared_ptr<QuestionTable> keep = shared_from_this();
+    // Handlers may release the table.
+    const std::shared_ptr<QuestionTable> keep = weak_from_this().lock();
     m_Sleeps = false;
     now();
     replyToEnded();

@@ -167,7 +167,7 @@ public:
     // Whether the system divides the connections, or the datagrams, of a port among its sockets with kSharedPort.
     virtual bool canSharePorts() const { return false; }
 
-    // Throws std::system_error if the system has no poller left.
+    // Throws std::runtime_error, or an exception derived from it, if the system has no poller left.
     virtual std::unique_ptr<Poller> makePoller() = 0;
 
     // Calls answer with the addresses of a host name, in the order in which they are to be tried, or with an empty list

@@ -17,7 +17,7 @@ inline int toMilliseconds(std::chrono::microseconds time)
     return static_cast<int>(std::min<long long>(whole, std::numeric_limits<int>::max()));
 }
 
-// Throws std::system_error if the system has no poller left.
+// Throws std::runtime_error, or an exception derived from it, if the system has no poller left.
 std::unique_ptr<Poller> makeRealPoller();
 
 } // namespace zet::inner

@@ -10,6 +10,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
+#include <stdexcept>
 #include <system_error>
 
 namespace zet::inner
@@ -51,13 +52,19 @@ unsigned char readyOf(uint32_t events)
     return ready;
 }
 
+// Not std::system_error, by whose symbols a program would take longer to load.
+[[noreturn]] void failBySystem()
+{
+    throw std::runtime_error(std::generic_category().message(errno).c_str());
+}
+
 class Descriptor
 {
 public:
     explicit Descriptor(int value) : m_Value(value)
     {
         if (value < 0)
-            throw std::system_error(errno, std::generic_category());
+            failBySystem();
     }
     ~Descriptor() { ::close(m_Value); }
     Descriptor(const Descriptor&) = delete;
@@ -123,7 +130,7 @@ private:
 EpollPoller::EpollPoller()
 {
     if (!control(EPOLL_CTL_ADD, m_Alarm, nullptr, EPOLLIN) || !control(EPOLL_CTL_ADD, m_Timer, this, EPOLLIN | EPOLLET))
-        throw std::system_error(errno, std::generic_category());
+        failBySystem();
 }
 
 bool EpollPoller::add(Handle handle, Watch& watch, unsigned char ready)

@@ -160,7 +160,8 @@ bool Crowd::hasSpaceInAll() const
 
 void Crowd::admit(TcpLink& link, const Endpoint& peer)
 {
-    const Ref<Terms> terms(m_Terms ? m_Terms : new Terms(shared_from_this(), m_Limits));
+    // Not shared_from_this(): the loader would have to look up its exception.
+    const Ref<Terms> terms(m_Terms ? m_Terms : new Terms(weak_from_this().lock(), m_Limits));
     m_Addresses.add(peer);
     m_Terms = terms.get();
     ++m_Count;
