@@ -4,6 +4,7 @@
 #include "framework/inner/report.h"
 #include "framework/log.h"
 #include "framework/string_helper.h"
+#include "net/inner/fetch.h"
 #include "net/inner/guard.h"
 #include "net/quic/inner/udp_router.h"
 #include "net/tcp/inner/link.h"
@@ -197,6 +198,12 @@ void Reactor::endTick()
     {
         const bool isLast = link == last;
         const TcpLinkRef held = TcpLinkRef::adopt(link);
+        if (TcpLink* const next = m_FirstUnflushed)
+        {
+            fetch<8>(next->m_Owner);
+            fetch<1>(next->m_Output.front());
+            fetch<3>(next->m_NextUnflushed);
+        }
         // An exception of one connection ends that connection only.
         if (!guard(L"a connection", link->m_Owner, [&] { link->flushOwner(); }))
             link->failOwner();

@@ -1,6 +1,7 @@
 #include "net/tcp/inner/ready_list.h"
 
 #include "framework/inner/make_room.h"
+#include "net/inner/fetch.h"
 #include "net/tcp/connection.h"
 
 #include <algorithm>
@@ -8,20 +9,6 @@
 
 namespace zet::inner
 {
-
-namespace
-{
-
-// Of many connections, the next one is mostly not in the processor's cache: it is loaded while this one has its turn.
-void fetch(const TcpConnection& next)
-{
-    constexpr int kLine = 64;
-    constexpr int kLines = 8;
-    for (int i = 0; i < kLines; ++i)
-        __builtin_prefetch(reinterpret_cast<const char*>(&next) + i * kLine);
-}
-
-} // namespace
 
 bool ReadyList::isBefore(const TcpConnection* a, const TcpConnection* b) const
 {
@@ -115,7 +102,7 @@ void ReadyList::take()
         taken = m_Now.back();
         m_Now.pop_back();
         if (!m_Now.empty())
-            fetch(*m_Now.back());
+            fetch<8>(m_Now.back());
     }
     else
     {
