@@ -230,8 +230,14 @@ bool renameFile(const wchar_t* from, const wchar_t* to)
 
 bool isFile(const wchar_t* path)
 {
-    const DWORD attributes = GetFileAttributesW(path);
-    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE));
+    // A directory cannot be opened without FILE_FLAG_BACKUP_SEMANTICS, and a device is of no disk.
+    const HANDLE file = CreateFileW(path, FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return false;
+    const bool isOnDisk = GetFileType(file) == FILE_TYPE_DISK;
+    CloseHandle(file);
+    return isOnDisk;
 }
 
 std::FILE* openFile(const wchar_t* path, const char* mode)

@@ -85,6 +85,7 @@ TEST(Platform, FilesGetOtherNames)
     ASSERT_TRUE(platform::isFile(first) && platform::isFile(second));
     EXPECT_FALSE(platform::isFile(third));
     EXPECT_FALSE(platform::isFile(platform::getTempDirectory()));
+    EXPECT_FALSE(platform::isFile(L"/dev/null"));
     EXPECT_TRUE(platform::renameFile(first, third));
     EXPECT_FALSE(platform::isFile(first));
     EXPECT_FALSE(platform::renameFile(first, second));
