@@ -1,6 +1,11 @@
 # The libraries used internally. No public header includes them.
 find_package(Threads REQUIRED)
 
+if(WIN32 AND COMMONGROUND_TLS)
+  message(STATUS "TLS is left out: it is not built for Windows")
+  set(COMMONGROUND_TLS OFF)
+endif()
+
 add_library(commonground_dependencies INTERFACE)
 target_link_libraries(commonground_dependencies INTERFACE Threads::Threads ${CMAKE_DL_LIBS})
 if(WIN32)

@@ -1,4 +1,4 @@
-# The library and its log modules. One folder per floor; a new file needs no line here.
+# The library and its modules. One folder per floor; a new file needs no line here.
 set(COMMONGROUND_FLOORS framework packaging dispatch net transport runtime playerdata commands packs host)
 
 # Removes the files for the other platform from a list, by their names.
@@ -22,6 +22,11 @@ set(secure ${sources})
 list(FILTER secure INCLUDE REGEX "/net/((tls/)?inner/[a-z_]+_gnutls|quic/inner/[a-z_]+)\\.cpp$")
 list(FILTER secure EXCLUDE REGEX "/udp_router\\.cpp$")
 list(REMOVE_ITEM sources ${secure})
+if(COMMONGROUND_TLS)
+  list(FILTER sources EXCLUDE REGEX "/secure_module_none\\.cpp$")
+else()
+  list(FILTER sources EXCLUDE REGEX "/secure_module\\.cpp$")
+endif()
 if(COMMONGROUND_UDP)
   list(FILTER secure EXCLUDE REGEX "/udp_router_none\\.cpp$")
 else()
@@ -36,7 +41,7 @@ host/(metrics|registration|service)|\
 host/inner/(drain|event_source|http_request|http_server|manager|metric_families|options|registration_parts|service_parts)|\
 runtime/[a-z_]+|runtime/inner/[a-z_]+|\
 framework/(app|format|json|log|message|module|property|property_factory|string_helper|inner/log_mailbox)|\
-net/(address_filter|end_cause|door/names|inner/(end_log|secure_module)|session/address|tls/context)|\
+net/(address_filter|end_cause|door/names|inner/(end_log|secure_module(_none)?)|session/address|tls/context)|\
 transport/(address_file|framework_client_proxy_socket|framework_client_socket))\\.cpp$")
 list(REMOVE_ITEM sources ${rare})
 list(APPEND sources ${rare})
@@ -62,8 +67,8 @@ target_precompile_headers(commonground PRIVATE <cmake/std_pch.h>)
 if(NOT WIN32)
   set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   set(preemptible ${PROJECT_SOURCE_DIR}/cmake/preemptible.list)
-  # No function of the library is interposed from outside, so calls within it can be direct. Of a constant in a header
-  # each file may have its own copy: nothing compares their addresses.
+  # No function of the library is interposed from outside, so calls within it can be direct. A header has
+  # constants but no variables, so that a program may have its own copy.
   target_compile_options(commonground PRIVATE -fno-semantic-interposition $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
   # References within the library are bound when it is linked, except those to the variables in the list.
   target_link_options(commonground PRIVATE -Wl,--version-script=${exports} -Wl,--dynamic-list=${preemptible})
@@ -98,9 +103,10 @@ foreach(module ConsoleLog:console_log FileLog:file_log)
 endforeach()
 
 # Loaded by name when it is first needed: see net/inner/secure_module.h.
-if(COMMONGROUND_TLS AND NOT WIN32)
+if(COMMONGROUND_TLS)
+  set(exports ${PROJECT_SOURCE_DIR}/cmake/secure_exports.map)
   add_library(zet_Secure MODULE ${secure})
-  set_target_properties(zet_Secure PROPERTIES PREFIX "")
+  set_target_properties(zet_Secure PROPERTIES PREFIX "" OUTPUT_NAME zet_Secure-${PROJECT_VERSION} DEBUG_POSTFIX "")
   target_compile_options(zet_Secure PRIVATE -fno-semantic-interposition)
   target_link_options(zet_Secure PRIVATE -Wl,--version-script=${exports})
   set_property(TARGET zet_Secure APPEND PROPERTY LINK_DEPENDS ${exports})
@@ -110,10 +116,8 @@ if(COMMONGROUND_TLS AND NOT WIN32)
     target_link_libraries(zet_Secure PRIVATE PkgConfig::ngtcp2)
   endif()
   target_precompile_headers(zet_Secure PRIVATE <cmake/std_pch.h>)
+  set_property(SOURCE ${PROJECT_SOURCE_DIR}/net/inner/secure_module.cpp APPEND PROPERTY
+    COMPILE_DEFINITIONS COMMONGROUND_VERSION="${PROJECT_VERSION}")
   list(FILTER secure INCLUDE REGEX "/(source|store|verify)_gnutls\\.cpp$")
   set_property(SOURCE ${secure} APPEND PROPERTY COMPILE_OPTIONS $<$<CONFIG:Release>:-Os>)
-  set_property(SOURCE ${PROJECT_SOURCE_DIR}/net/inner/secure_module_gnutls.cpp APPEND PROPERTY
-    COMPILE_DEFINITIONS COMMONGROUND_VERSION="${PROJECT_VERSION}")
 endif()
-set_property(SOURCE ${PROJECT_SOURCE_DIR}/net/inner/secure_module.cpp APPEND PROPERTY
-  COMPILE_DEFINITIONS COMMONGROUND_VERSION="${PROJECT_VERSION}")

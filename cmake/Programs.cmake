@@ -55,9 +55,9 @@ if(COMMONGROUND_EXAMPLES)
   if(COMMONGROUND_HAS_COROUTINES)
     commonground_program(questions examples/questions)
   endif()
-  # The modules that a program loads.
-  foreach(program arena hello service tls udp)
-    foreach(module zet_ConsoleLog zet_FileLog zet_Secure)
+  # A program loads the log modules from its own folder.
+  foreach(program arena hello service)
+    foreach(module zet_ConsoleLog zet_FileLog)
       if(TARGET ${program} AND TARGET ${module})
         add_dependencies(${program} ${module})
       endif()
@@ -138,10 +138,6 @@ if(sources)
 else()
   add_library(commonground_tools INTERFACE)
   target_link_libraries(commonground_tools INTERFACE commonground)
-endif()
-# The tool, the tests and the benchmarks load it.
-if(TARGET zet_Secure)
-  add_dependencies(commonground_tools zet_Secure)
 endif()
 
 if(COMMONGROUND_TOOLS)

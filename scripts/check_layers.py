@@ -46,9 +46,9 @@ NETWORK_HEADERS = re.compile(r"^(sys/(socket|epoll|eventfd|select|poll|un)\.h|ne
 THIRD_PARTY = {
     "fmt": ("framework/",),
     "nlohmann": ("framework/",),
-    "gnutls": ("net/",),
+    "gnutls": ("net/tls/inner/", "net/quic/inner/"),
     "nettle": ("framework/platform/",),
-    "ngtcp2": ("net/",),
+    "ngtcp2": ("net/quic/inner/",),
 }
 # Files longer than the limit, and why they are not split.
 LIMIT = 500

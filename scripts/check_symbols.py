@@ -78,7 +78,7 @@ def check_windows(library, own):
 def check_elf(library, own):
     faults = []
     is_module = os.path.basename(library).startswith(MODULE)
-    own = own | {MODULE_ENTRY} if is_module else own
+    own = {MODULE_ENTRY} if is_module else own
     exported = run("nm", "-D", "-C", "--defined-only", library).splitlines()
     if not exported:
         faults.append("exports nothing")

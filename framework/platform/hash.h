@@ -1,4 +1,4 @@
-// Digests by GnuTLS, by Nettle in a build without TLS, or by the operating system where it has a provider.
+// Digests by Nettle, or by the operating system where it has a provider.
 #pragma once
 
 #include "framework/export.h"

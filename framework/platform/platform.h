@@ -65,7 +65,8 @@ COMMONGROUND_API String_T<wchar_t> getLibraryDirectory();
 
 // Loadable modules. The file of "zet_Name.dll" may have another name on another platform.
 COMMONGROUND_API String_T<wchar_t> getModuleFileName(const wchar_t* name);
-COMMONGROUND_API void* openModule(const wchar_t* path);
+// fault, unless it is null, gets what the system says if the module cannot be opened.
+COMMONGROUND_API void* openModule(const wchar_t* path, String_T<wchar_t>* fault = nullptr);
 COMMONGROUND_API void* findModuleSymbol(void* module, const char* name);
 COMMONGROUND_API void closeModule(void* module);
 

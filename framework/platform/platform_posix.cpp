@@ -250,9 +250,13 @@ String_T<wchar_t> getModuleFileName(const wchar_t* name)
     return stem + L".so";
 }
 
-void* openModule(const wchar_t* path)
+void* openModule(const wchar_t* path, String_T<wchar_t>* fault)
 {
-    return dlopen(StringHelper::wideToUtf8(path), RTLD_NOW | RTLD_LOCAL);
+    void* const module = dlopen(StringHelper::wideToUtf8(path), RTLD_NOW | RTLD_LOCAL);
+    const char* const text = module || !fault ? nullptr : dlerror();
+    if (text)
+        *fault = StringHelper::utf8ToWide(text);
+    return module;
 }
 
 void* findModuleSymbol(void* module, const char* name)

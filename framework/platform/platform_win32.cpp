@@ -162,9 +162,12 @@ String_T<wchar_t> getModuleFileName(const wchar_t* name)
     return String_T<wchar_t>(name);
 }
 
-void* openModule(const wchar_t* path)
+void* openModule(const wchar_t* path, String_T<wchar_t>* fault)
 {
-    return LoadLibraryW(path);
+    const HMODULE module = LoadLibraryW(path);
+    if (!module && fault)
+        *fault = StringHelper::utf8ToWide(std::system_category().message(static_cast<int>(GetLastError())).c_str());
+    return module;
 }
 
 void* findModuleSymbol(void* module, const char* name)

@@ -24,7 +24,7 @@ public:
 };
 
 // The Waiter of a System with sockets. Events only set flags; ticks do the work.
-class Reactor final : public System::Waiter
+class COMMONGROUND_API Reactor final : public System::Waiter
 {
 public:
     // With isTicked a System calls beginTick() and endTick(); without it only poll() is called.
@@ -43,7 +43,7 @@ public:
     void endTick() override;
 
     // Asks the operating system what is ready.
-    COMMONGROUND_API void poll();
+    void poll();
     // For a socket that may be ticked outside the tick of its System. Within that tick the reactor has asked already.
     void pollOutsideTick()
     {
@@ -61,14 +61,14 @@ public:
     bool flushLater(TcpLink& link);
     // Calls the router's endTick() once, at the end of the tick. Outside a tick, the next tick starts without a sleep.
     // False if the reactor has no System or no memory is left.
-    COMMONGROUND_API bool flushLater(std::weak_ptr<UdpRouter> router);
+    bool flushLater(std::weak_ptr<UdpRouter> router);
     // Cancels that call, for a router that moves to another reactor.
-    COMMONGROUND_API void forgetLater(const UdpRouter& router);
+    void forgetLater(const UdpRouter& router);
 
     // Requests the addresses of a name. found is called on this thread when the reactor polls, with an empty list if
     // the name has no address; it must only set flags. Null if memory is short.
     using Found = std::function<void(std::vector<Endpoint>&& found)>;
-    COMMONGROUND_API std::shared_ptr<Lookup> resolve(const char* name, Found found);
+    std::shared_ptr<Lookup> resolve(const char* name, Found found);
 
     const std::shared_ptr<Door>& door() const { return m_Door; }
     Poller& poller() { return *m_Poller; }

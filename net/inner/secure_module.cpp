@@ -1,31 +1,37 @@
 #include "net/inner/secure_module.h"
 
-#include "framework/module.h"
-
-#include <mutex>
+#include "framework/log.h"
+#include "framework/platform/platform.h"
 
 namespace zet::inner
 {
 
+namespace
+{
+
+// The name has the version of the library: the module uses its classes as they are.
+constexpr wchar_t kFile[] = L"zet_Secure-" COMMONGROUND_VERSION ".dll";
+
+SecureModule* load()
+{
+    const String_T<wchar_t> path = platform::getLibraryDirectory() + platform::getModuleFileName(kFile);
+    String_T<wchar_t> fault;
+    void* const file = platform::openModule(path, &fault);
+    void* const entry = file ? platform::findModuleSymbol(file, kSecureModuleEntryName) : nullptr;
+    if (!entry)
+    {
+        Log::error(L"No TLS and no connections over UDP: %s", file ? path : fault);
+        return nullptr;
+    }
+    return reinterpret_cast<SecureModuleEntry>(entry)();
+}
+
+} // namespace
+
 SecureModule* SecureModule::get()
 {
-    static std::mutex s_Mutex;
-    // Neither is released: objects of the module may live until the process ends.
-    static SecureModule* s_Module = nullptr;
-    static DllModule* s_File = nullptr;
-    const std::lock_guard lock(s_Mutex);
-    if (s_Module)
-        return s_Module;
-    const auto file = DllModule::createInstance();
-    if (!file->load(L"zet_Secure.dll"))
-        return nullptr;
-    const auto entry = reinterpret_cast<SecureModuleEntry>(file->findSymbol(kSecureModuleEntryName));
-    s_Module = entry ? entry(COMMONGROUND_VERSION) : nullptr;
-    if (s_Module)
-    {
-        s_File = file.get();
-        s_File->addRef();
-    }
+    // The file stays open: objects of the module may live until the process ends.
+    static SecureModule* const s_Module = load();
     return s_Module;
 }
 

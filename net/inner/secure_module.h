@@ -19,13 +19,13 @@ class TlsLayer;
 class TlsStore;
 class UdpRouter;
 
-// A module of its own, the file zet_Secure beside the library, which is loaded when it is first needed: with those two
-// and the eight libraries that they bring, a program would take more than twice as long to start. THREADS: any.
+// A module of its own, a file in the library's folder, which is loaded when it is first needed: GnuTLS, ngtcp2 and the
+// eight libraries that they bring make the start of a program more than twice as long. THREADS: any.
 class SecureModule
 {
 public:
-    // Null if the file is not there, belongs to another version of the library, or cannot be loaded; the next call
-    // tries again. What is loaded stays until the process ends.
+    // The first call loads it, and it stays until the process ends. Null if the library was built without it, or if it
+    // cannot be loaded, which is logged once.
     COMMONGROUND_API static SecureModule* get();
 
     virtual std::unique_ptr<TlsStore> makeStore() = 0;
@@ -41,8 +41,8 @@ protected:
     ~SecureModule() = default;
 };
 
-// The module's entry point, and its type: null for another version of the library, whose classes may differ.
+// The module's entry point.
 constexpr char kSecureModuleEntryName[] = "zet_getSecureModule";
-using SecureModuleEntry = SecureModule* (*)(const char* version);
+using SecureModuleEntry = SecureModule* (*)();
 
 } // namespace zet::inner

@@ -5,8 +5,6 @@
 #include "net/tls/inner/layer_gnutls.h"
 #include "net/tls/inner/store_gnutls.h"
 
-#include <cstring>
-
 namespace zet::inner
 {
 
@@ -30,8 +28,8 @@ public:
 
 } // namespace zet::inner
 
-extern "C" ZET_MODULE_EXPORT zet::inner::SecureModule* zet_getSecureModule(const char* version)
+extern "C" ZET_MODULE_EXPORT zet::inner::SecureModule* zet_getSecureModule()
 {
     static zet::inner::GnuTlsModule s_Module;
-    return std::strcmp(version, COMMONGROUND_VERSION) == 0 ? &s_Module : nullptr;
+    return &s_Module;
 }

@@ -94,7 +94,8 @@ public:
     UdpServer();
     ~UdpServer() override;
 
-    // False where the library was built without connections over UDP; then no server gets a port.
+    // False where the library was built without connections over UDP, or if the module zet_Secure cannot be loaded from
+    // its folder, which this tries; then no server gets a port.
     static bool isAvailable();
 
     bool start(System* system) override;

@@ -27,7 +27,7 @@ bool TlsContext::isAvailable()
 bool TlsContext::isUsable() const
 {
     if (!m_Store)
-        Log::error(L"This library has no TLS: its module zet_Secure cannot be loaded");
+        Log::error(L"This library has no TLS");
     else if (!m_Store->isReady())
         Log::error(L"GnuTLS could not be started; this TLS context cannot be used");
     return m_Store && m_Store->isReady();

@@ -50,13 +50,13 @@ public:
     // Servers of which a context keeps the last session, to resume it. Over TCP.
     static constexpr int kKeptSessions = 1024;
 
-    // Without certificate and authorities. The first context, or UDP port, of a process loads the module zet_Secure,
-    // which lies beside the library and stays loaded. If that or GnuTLS cannot be started, every operation fails, with
-    // a log line.
+    // Without certificate and authorities. The first context, or UDP port, of a process loads the module zet_Secure
+    // from the library's folder. If that or GnuTLS cannot be started, every operation fails, with a log line.
     TlsContext();
     ~TlsContext() override;
 
-    // False if the library was built without TLS, or its module cannot be loaded; then every function below fails.
+    // False if the library was built without TLS, or if its module cannot be loaded, which this tries; then every
+    // function below fails.
     static bool isAvailable();
 
     // The certificate of this side, followed by those of its issuers, and its private key without a password. A server

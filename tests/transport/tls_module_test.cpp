@@ -1,5 +1,4 @@
 // The module with TLS and connections over UDP, which the library loads when they are first used.
-#include "framework/module.h"
 #include "net/inner/secure_module.h"
 #include "net/tls/context.h"
 
@@ -24,17 +23,6 @@ TEST(TlsModule, IsLoadedOnceByAnyThreads)
     ASSERT_NE(found[0], nullptr);
     EXPECT_EQ(found, std::vector<SecureModule*>(found.size(), found[0]));
     EXPECT_TRUE(zet::TlsContext::isAvailable());
-}
-
-TEST(TlsModule, RefusesALibraryOfAnotherVersion)
-{
-    const auto module = zet::DllModule::createInstance();
-    ASSERT_TRUE(module->load(L"zet_Secure.dll"));
-    void* const symbol = module->findSymbol(zet::inner::kSecureModuleEntryName);
-    ASSERT_NE(symbol, nullptr);
-    const auto entry = reinterpret_cast<zet::inner::SecureModuleEntry>(symbol);
-    EXPECT_EQ(entry(""), nullptr);
-    EXPECT_EQ(entry("0.0.0"), nullptr);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 // A library that was built without TLS reports it, and sends nothing unencrypted that should be secret.
+#include "net/quic/server.h"
 #include "net/tls/context.h"
 #include "tests/support/log_lines.h"
 #include "tests/support/loopback.h"
@@ -17,7 +18,7 @@ TEST(WithoutTls, AContextIsRefusedWithALogLine)
     NoteAnalyser analyser;
     test::Loopback net(analyser);
     const test::ClientHandle client = new test::Client(analyser);
-    const std::wstring line = L"This library has no TLS: its module zet_Secure cannot be loaded";
+    const std::wstring line = L"This library has no TLS";
     for (int i = 0; i < 6; ++i)
     {
         const test::LogLines log;
@@ -46,6 +47,37 @@ TEST(WithoutTls, AContextIsRefusedWithALogLine)
     EXPECT_FALSE(net.m_Server->getTlsContext());
     EXPECT_FALSE(client->getTlsContext());
     EXPECT_TRUE(client->setTlsContext(nullptr));
+}
+
+TEST(WithoutTls, AUdpPortIsRefusedWithALogLine)
+{
+    EXPECT_FALSE(zet::UdpServer::isAvailable());
+    zet::System system;
+    system.init();
+    const zet::Unknown::Handle_T<zet::UdpServer> server(new zet::UdpServer);
+    ASSERT_TRUE(server->start(&system));
+    const test::LogLines log;
+    EXPECT_FALSE(server->listen(0));
+    EXPECT_EQ(server->getFault().m_Code, zet::EndCause::kUnavailable);
+    EXPECT_TRUE(log.has(zet::Log::kError, L"This library has no connections over UDP"));
+    server->close();
+    system.exit();
+}
+
+// What waits for TLS is dropped.
+TEST(WithoutTls, NamesAndDelaysAreTaken)
+{
+    int got = 0;
+    NoteAnalyser analyser([&](CCommandSocket*, const test::NoteCommand&) { ++got; });
+    test::Loopback net(analyser);
+    const test::ClientHandle client = new test::Client(analyser);
+    client->setTlsHostName(L"elsewhere.example");
+    client->delayTls(true);
+    ASSERT_TRUE(client->start(&net.m_System));
+    ASSERT_TRUE(client->connect(L"127.0.0.1", net.m_Server->getPort(), true));
+    ASSERT_TRUE(client->send(test::NoteCommand(1)));
+    EXPECT_TRUE(test::tickUntil(net.m_System, [&] { return got == 1; }));
+    EXPECT_FALSE(client->startTls());
 }
 
 TEST(WithoutTls, PlainConnectionsStandAsEver)

@@ -1,4 +1,5 @@
-# Configures the library without TLS, with a pkg-config that finds Nettle but not GnuTLS, and compiles what uses Nettle.
+# Configures the library without TLS, with a pkg-config that finds Nettle but not GnuTLS, and compiles what uses Nettle;
+# then with TLS and without connections over UDP, and compiles what stands for them.
 # cmake -DBUILD=... -DSOURCE=... -DCOMPILER=... -P check.cmake
 set(place ${BUILD}/without_tls)
 file(REMOVE_RECURSE ${place})
@@ -23,3 +24,13 @@ if(rules MATCHES "[^\n]*gnutls[^\n]*")
   message(FATAL_ERROR "GnuTLS is in the build: ${CMAKE_MATCH_0}")
 endif()
 run(${CMAKE_COMMAND} --build ${place} --target CMakeFiles/commonground.dir/framework/platform/hash_posix.cpp.o)
+
+set(objects CMakeFiles/zet_Secure.dir/net)
+run(${CMAKE_COMMAND} -S ${SOURCE} -B ${place}/udp -G Ninja -DCMAKE_CXX_COMPILER=${COMPILER} -DCOMMONGROUND_UDP=OFF
+  -DCOMMONGROUND_TESTS=OFF -DCOMMONGROUND_BENCH=OFF -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON)
+file(READ ${place}/udp/build.ninja rules)
+if(rules MATCHES "[^\n]*ngtcp2[^\n]*")
+  message(FATAL_ERROR "ngtcp2 is in the build: ${CMAKE_MATCH_0}")
+endif()
+run(${CMAKE_COMMAND} --build ${place}/udp --target
+  ${objects}/quic/inner/udp_router_none.cpp.o ${objects}/inner/secure_module_gnutls.cpp.o)

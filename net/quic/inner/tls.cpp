@@ -45,7 +45,7 @@ QuicTls::~QuicTls()
 
 bool QuicTls::init(TlsContext* context)
 {
-    // The log line was written when the context was created.
+    // The log has it since the context was created.
     GnuTlsStore* const store = context ? GnuTlsStore::of(*context) : nullptr;
     if (context && !store)
         return false;

@@ -82,7 +82,7 @@ class UdpRouter
 public:
     virtual ~UdpRouter() = default;
 
-    // The next two are in the module zet_Secure and called by it. Whether this build has connections over UDP.
+    // This and make() belong to the module zet_Secure: whether it was built with connections over UDP.
     static bool isAvailable();
     // As SecureModule::makeRouter().
     static std::shared_ptr<UdpRouter> make(UdpServer& server, const std::shared_ptr<Reactor>& reactor,
