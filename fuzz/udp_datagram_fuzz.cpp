@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     static zet::UdpServer server;
     static const bool isListening = server.listen(0);
     if (!isListening)
-        return 0;
+        std::abort();
     const fuzz::Budget budget(size);
     const auto before = server.getTraffic();
     while (size > 3)
