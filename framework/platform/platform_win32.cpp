@@ -13,7 +13,6 @@
 #include <bcrypt.h>
 #include <psapi.h>
 
-#include <system_error>
 #include <thread>
 
 namespace zet::platform
@@ -166,7 +165,7 @@ void* openModule(const wchar_t* path, String_T<wchar_t>* fault)
 {
     const HMODULE module = LoadLibraryW(path);
     if (!module && fault)
-        *fault = StringHelper::utf8ToWide(std::system_category().message(static_cast<int>(GetLastError())).c_str());
+        *fault = getErrorText(getLastError());
     return module;
 }
 
