@@ -8,8 +8,8 @@ namespace zet
 {
 
 Stopwatch::Stopwatch()
-    : m_Start(getTimeTick()), m_CoarseStart(platform::getCoarseMilliseconds()),
-      m_IsExact(!inner::kHasFastPaths || TestClock::isOn())
+    : m_Start(getTimeTick()), m_IsExact(!inner::kHasFastPaths || TestClock::isOn()),
+      m_CoarseStart(platform::getCoarseNanoseconds())
 {
 }
 
@@ -21,7 +21,9 @@ unsigned int Stopwatch::getElapsed() const
 bool Stopwatch::isBelow(unsigned int limit) const
 {
     // The coarse clock is behind: at the start it may have been right, now it may be late.
-    if (!m_IsExact && platform::getCoarseMilliseconds() - m_CoarseStart + platform::kCoarseLag < limit)
+    constexpr long long kPerMillisecond = 1000000;
+    if (!m_IsExact && platform::getCoarseNanoseconds() - m_CoarseStart <
+                          (static_cast<long long>(limit) - platform::kCoarseLag) * kPerMillisecond)
         return true;
     return getElapsed() < limit;
 }

@@ -20,8 +20,8 @@ public:
 
 private:
     unsigned int m_Start;
-    unsigned int m_CoarseStart;
     bool m_IsExact;
+    long long m_CoarseStart;
 };
 
 } // namespace zet

@@ -32,9 +32,9 @@ void wipe(String_T<T>& text)
 COMMONGROUND_API unsigned long long getMonotonicMilliseconds();
 // The same clock in nanoseconds, as fine as the system has it.
 COMMONGROUND_API unsigned long long getMonotonicNanoseconds();
-// Milliseconds, wrapping, from a start of its own; cheaper to read, but up to kCoarseLag milliseconds behind.
-COMMONGROUND_API unsigned int getCoarseMilliseconds();
-inline constexpr unsigned int kCoarseLag = 32;
+// Nanoseconds from a start of its own; cheaper to read, but up to kCoarseLag milliseconds behind.
+COMMONGROUND_API long long getCoarseNanoseconds();
+inline constexpr int kCoarseLag = 32;
 // Milliseconds since 1970-01-01 00:00:00 UTC.
 COMMONGROUND_API long long getCalendarMilliseconds();
 // Seconds that the zone's standard time is behind UTC. A change of TZ takes effect with the next call.

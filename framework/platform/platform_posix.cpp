@@ -25,6 +25,13 @@ namespace zet::platform
 namespace
 {
 
+long long getNanoseconds(clockid_t clock)
+{
+    timespec now{};
+    clock_gettime(clock, &now);
+    return static_cast<long long>(now.tv_sec) * 1000000000 + now.tv_nsec;
+}
+
 long long getMilliseconds(clockid_t clock)
 {
     timespec now{};
@@ -144,18 +151,16 @@ unsigned long long getMonotonicMilliseconds()
 
 unsigned long long getMonotonicNanoseconds()
 {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<unsigned long long>(now.tv_sec) * 1000000000 + static_cast<unsigned long long>(now.tv_nsec);
+    return static_cast<unsigned long long>(getNanoseconds(CLOCK_MONOTONIC));
 }
 
-unsigned int getCoarseMilliseconds()
+long long getCoarseNanoseconds()
 {
     // Advances with the system's timer: each 1 to 10 ms.
 #ifdef CLOCK_MONOTONIC_COARSE
-    return static_cast<unsigned int>(getMilliseconds(CLOCK_MONOTONIC_COARSE));
+    return getNanoseconds(CLOCK_MONOTONIC_COARSE);
 #else
-    return static_cast<unsigned int>(getMonotonicMilliseconds());
+    return getNanoseconds(CLOCK_MONOTONIC);
 #endif
 }
 

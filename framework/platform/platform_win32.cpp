@@ -75,10 +75,10 @@ unsigned long long getMonotonicNanoseconds()
     return static_cast<unsigned long long>(seconds * kPerSecond + rest * kPerSecond / frequency.QuadPart);
 }
 
-unsigned int getCoarseMilliseconds()
+long long getCoarseNanoseconds()
 {
     // Advances with the system's timer: each 10 to 16 ms.
-    return static_cast<unsigned int>(GetTickCount64());
+    return static_cast<long long>(GetTickCount64()) * 1000000;
 }
 
 long long getCalendarMilliseconds()
