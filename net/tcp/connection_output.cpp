@@ -34,6 +34,12 @@ size_t sendOnce(inner::TcpLink& link, inner::OutputQueue& queue, size_t& offered
     return link.door().send(link.getHandle(), pieces, count, fault);
 }
 
+// What is queued, sealed or not.
+size_t sizeOfOutput(const inner::TcpLink& link)
+{
+    return link.m_Output.size() + (link.m_Sealed ? link.m_Sealed->size() : 0);
+}
+
 } // namespace
 
 bool TcpConnection::takesOutput() const
@@ -64,6 +70,23 @@ void TcpConnection::announceOutput()
     }
 }
 
+// Queues all bytes, or none if memory is short.
+inline bool TcpConnection::queueOutput(const void* data, int size)
+{
+    inner::TcpLink& link = *m_Link;
+    if (!link.m_Output.write(data, size, m_Reactor->pool()))
+        return false;
+    const size_t queued = sizeOfOutput(link);
+    if (inner::Seat* const seat = link.seat())
+        seat->holdOutput(queued);
+    if (queued >= m_OutputMark)
+        setOutputHigh(true);
+    // Usually the output is announced already and is too short to leave now.
+    if (!isPending(kOutput) || queued >= kFlushAt)
+        announceOutput();
+    return true;
+}
+
 int TcpConnection::send(const void* data, int size)
 {
     if (size <= 0 || !takesOutput())
@@ -72,9 +95,16 @@ int TcpConnection::send(const void* data, int size)
         return size;
     if (!countOutput())
         return 0;
+    if (inner::kHasFastPaths && size >= kDirectAt)
+        return sendLarge(static_cast<const unsigned char*>(data), size);
+    return queueOutput(data, size) ? size : 0;
+}
+
+// Not inline: its objects would make each send() longer.
+[[gnu::noinline]] int TcpConnection::sendLarge(const unsigned char* data, int size)
+{
     int sent = 0;
-    if (inner::kHasFastPaths && size >= kDirectAt && m_State == kEstablished && getOutputSize() == 0 &&
-        !m_Link->m_Sealed && !m_Link->m_IsOutputWaited)
+    if (m_State == kEstablished && getOutputSize() == 0 && !m_Link->m_Sealed && !m_Link->m_IsOutputWaited)
     {
         inner::Door::Fault fault;
         const inner::Door::Piece piece{data, static_cast<size_t>(size)};
@@ -88,19 +118,12 @@ int TcpConnection::send(const void* data, int size)
             return size;
         m_Link->waitForOutput();
     }
-    if (!m_Link->m_Output.write(static_cast<const unsigned char*>(data) + sent, size - sent, m_Reactor->pool()))
-    {
-        // The peer cannot read on after a gap.
-        if (sent > 0)
-            loseOutput({EndCause::kNoMemory, 0});
-        return sent > 0 ? size : 0;
-    }
-    countOutput();
-    if (getOutputSize() >= m_OutputMark)
-        setOutputHigh(true);
-    // Usually the output is announced already and is too short to leave now.
-    if (!isPending(kOutput) || getOutputSize() >= kFlushAt)
-        announceOutput();
+    if (queueOutput(data + sent, size - sent))
+        return size;
+    if (sent == 0)
+        return 0;
+    // The peer cannot read on after a gap.
+    loseOutput({EndCause::kNoMemory, 0});
     return size;
 }
 
@@ -165,9 +188,7 @@ void TcpConnection::loseOutput(EndCause cause)
 
 size_t TcpConnection::getOutputSize() const
 {
-    if (!m_Link)
-        return 0;
-    return m_Link->m_Output.size() + (m_Link->m_Sealed ? m_Link->m_Sealed->size() : 0);
+    return m_Link ? sizeOfOutput(*m_Link) : 0;
 }
 
 } // namespace zet
