@@ -122,11 +122,27 @@ long long CCmdPackager::GetFrameSize(const unsigned char* header)
 // Writes the stream frame's header so that it ends at end; returns its first byte.
 inline unsigned char* CCmdPackager::putHeader(unsigned char* end) const
 {
+    // The usual header, without addresses.
+    if (m_FromAddress.isNull() && m_TargetAddress.isNull())
+        return putHead(end - kMinHeaderSize, static_cast<unsigned int>(m_iDataSize) << 2);
+    return putAddressed(end);
+}
+
+// The id and the size word at begin.
+inline unsigned char* CCmdPackager::putHead(unsigned char* begin, unsigned int word) const
+{
+    for (int i = 0; i < 2; ++i)
+        begin[i] = static_cast<unsigned char>(m_CmdID >> 8 * i);
+    for (int i = 0; i < 4; ++i)
+        begin[2 + i] = static_cast<unsigned char>(word >> 8 * i);
+    return begin;
+}
+
+// Not inline: few commands have addresses.
+[[gnu::noinline]] unsigned char* CCmdPackager::putAddressed(unsigned char* end) const
+{
     const unsigned int word = sizeWord();
-    const unsigned long long both = m_CmdID | static_cast<unsigned long long>(word) << 16;
-    unsigned char* const begin = end - headerSizeOf(word);
-    for (int i = 0; i < kMinHeaderSize; ++i)
-        begin[i] = static_cast<unsigned char>(both >> 8 * i);
+    unsigned char* const begin = putHead(end - headerSizeOf(word), word);
     unsigned char* at = begin + kMinHeaderSize;
     if (word & kHasFrom)
     {
@@ -152,13 +168,21 @@ bool CCmdPackager::Send(zet::OutputStream& stream) const
     return true;
 }
 
-unsigned char* CCmdPackager::FrameInPlace(int& size) const
+std::span<unsigned char> CCmdPackager::frameInPlace() const
 {
     if (m_iDataSize < 0 || m_iDataSize > kMaxDataSize || (isShown() && !own()))
-        return nullptr;
+        return {};
     unsigned char* const frame = putHeader(m_pBuffer);
-    size = static_cast<int>(m_pBuffer - frame) + m_iDataSize;
-    return frame;
+    return {frame, m_pBuffer + m_iDataSize};
+}
+
+unsigned char* CCmdPackager::FrameInPlace(int& size) const
+{
+    const std::span<unsigned char> frame = frameInPlace();
+    if (frame.empty())
+        return nullptr;
+    size = static_cast<int>(frame.size());
+    return frame.data();
 }
 
 // Takes the header of a whole frame and returns its payload. Null, and nothing changed, for a cut frame or a payload

@@ -13,6 +13,7 @@
 #include "packaging/value_operations.h"
 
 #include <cstring>
+#include <span>
 
 namespace wire
 {
@@ -146,6 +147,8 @@ private:
     // another payload; a call that writes to the payload or before it copies it first. False, and nothing changed, for
     // a cut or oversized frame. REQUIRES: no payload, and no heap block.
     bool show(const void* frame, int size);
+    // FrameInPlace(), empty if the payload is too large.
+    std::span<unsigned char> frameInPlace() const;
     bool isShown() const { return m_iBufSize == 0; }
     // Clear(), and storage of its own.
     void restart()
@@ -169,6 +172,8 @@ private:
     bool grow(int size) const;
     unsigned int sizeWord() const;
     unsigned char* putHeader(unsigned char* end) const;
+    unsigned char* putHead(unsigned char* begin, unsigned int word) const;
+    unsigned char* putAddressed(unsigned char* end) const;
     const unsigned char* takeHeader(const unsigned char* frame, int there, int limit);
     bool takeFrame(const unsigned char* frame, int there);
 

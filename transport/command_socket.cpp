@@ -11,6 +11,7 @@
 #include "packaging/cmd_packager.h"
 #include "packaging/command_head.h"
 #include "packaging/inner/socket_seam.h"
+#include "packaging/wire/access.h"
 
 #include <algorithm>
 #include <atomic>
@@ -83,27 +84,8 @@ void CCommandSocket::analyse(std::span<const unsigned char> frame)
     }
 }
 
-bool CCommandSocket::send(const CCmdHead& command)
-{
-    CCmdPackager packager;
-    if (m_bNetError || !command.Write(&packager))
-    {
-        zet::Log::error(L"Command Package Error:%d", command.GetID());
-        return false;
-    }
-    return send(packager);
-}
-
-bool CCommandSocket::send(const CCmdPackager& packager)
-{
-    if (!beginSend(packager))
-        return false;
-    int size = 0;
-    unsigned char* const frame = packager.FrameInPlace(size);
-    return frame && sendFrame(frame, size);
-}
-
-bool CCommandSocket::beginSend(const CCmdPackager& packager)
+// The halves of send() are inline in it: a call costs as much as what they do.
+[[gnu::always_inline]] inline bool CCommandSocket::begin(const CCmdPackager& packager)
 {
     if (isInvalid() || m_bNetError)
         return false;
@@ -118,7 +100,7 @@ bool CCommandSocket::beginSend(const CCmdPackager& packager)
     return true;
 }
 
-bool CCommandSocket::sendFrame(unsigned char* frame, int size)
+[[gnu::always_inline]] inline bool CCommandSocket::put(unsigned char* frame, int size)
 {
     // attach() is called once the connection is established; until then output is queued.
     if (!m_PacketWriter.isAttached() && getConnectionState() == kConnecting)
@@ -129,11 +111,51 @@ bool CCommandSocket::sendFrame(unsigned char* frame, int size)
             zet::inner::Recorder::reportPacket(*this, zet::inner::Recorder::kSent, {frame, static_cast<size_t>(size)});
         return true;
     }
+    failSend();
+    return false;
+}
+
+[[gnu::always_inline]] inline bool CCommandSocket::sendPackage(const CCmdPackager& packager)
+{
+    if (!begin(packager))
+        return false;
+    const std::span<unsigned char> frame = wire::Access::frameInPlace(packager);
+    return !frame.empty() && put(frame.data(), static_cast<int>(frame.size()));
+}
+
+bool CCommandSocket::send(const CCmdHead& command)
+{
+    CCmdPackager packager;
+    if (m_bNetError || !command.Write(&packager))
+    {
+        zet::Log::error(L"Command Package Error:%d", command.GetID());
+        return false;
+    }
+    return sendPackage(packager);
+}
+
+bool CCommandSocket::send(const CCmdPackager& packager)
+{
+    return sendPackage(packager);
+}
+
+bool CCommandSocket::beginSend(const CCmdPackager& packager)
+{
+    return begin(packager);
+}
+
+bool CCommandSocket::sendFrame(unsigned char* frame, int size)
+{
+    return put(frame, size);
+}
+
+// Not inline: its objects would make each send() longer.
+[[gnu::noinline, gnu::cold]] void CCommandSocket::failSend()
+{
     m_bNetError = true;
     noteCause({zet::EndCause::kOutputFull, 0});
     hurry();
     zet::Log::error(L"Error while writing data to network:%s", getPeerName());
-    return false;
 }
 
 bool CCommandSocket::attach(unsigned int handle)

@@ -82,6 +82,11 @@ private:
     // follows kHeadSize bytes of the packet writer, which are overwritten.
     bool beginSend(const CCmdPackager& packager);
     bool sendFrame(unsigned char* frame, int size);
+    // The same, inline in send().
+    bool begin(const CCmdPackager& packager);
+    bool put(unsigned char* frame, int size);
+    bool sendPackage(const CCmdPackager& packager);
+    void failSend();
     void limitPackets();
     void analyse(std::span<const unsigned char> frame);
 };

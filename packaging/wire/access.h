@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <cstring>
 #include <optional>
+#include <span>
 #include <type_traits>
 
 namespace wire
@@ -54,6 +55,8 @@ struct Access
     }
 
     static bool show(CCmdPackager& packager, const void* frame, int size) { return packager.show(frame, size); }
+    // CCmdPackager::FrameInPlace(), empty if the payload is too large.
+    static std::span<unsigned char> frameInPlace(const CCmdPackager& packager) { return packager.frameInPlace(); }
 
     // Bytes not yet read: 0 where a datagram's addresses have moved the read pointer past the data.
     template <class P>
