@@ -17,7 +17,7 @@ namespace
 
 // Runs the dispatch of a command of this socket and catches exceptions of handlers and fallbacks.
 template <class Dispatch>
-bool guarded(CCommandSocket* socket, Dispatch dispatch)
+[[gnu::always_inline]] inline bool guarded(CCommandSocket* socket, Dispatch dispatch)
 {
     return withinBoundary(dispatch,
                           [socket](const char* what)
@@ -136,16 +136,17 @@ inline bool CCmdAnalyserSocket::analyseFrame(CCommandSocket* socket, Frame... fr
         zet::Log::error(L"CCmdAnalyserSocket error Socket NULL");
         return false;
     }
-    return guarded(socket,
-                   [&]
-                   {
-                       CCmdPackager pk;
-                       if (receive(pk, frame...))
-                           return dispatch(socket, pk);
-                       if (zet::PeerLog::takesLine())
-                           zet::Log::error(L"Error:CmdPackager analyze error! (%s)", PeerNameOf(socket));
-                       return false;
-                   });
+    // All of it is inline: what a call had captured would be copied from the stack just after it was stored there, and
+    // that takes a processor as long as a small command.
+    return guarded(
+        socket, [&]() __attribute__((always_inline)) {
+            CCmdPackager pk = wire::Access::makeShown();
+            if (receive(pk, frame...))
+                return dispatch(socket, pk);
+            if (zet::PeerLog::takesLine())
+                zet::Log::error(L"Error:CmdPackager analyze error! (%s)", PeerNameOf(socket));
+            return false;
+        });
 }
 
 bool CCmdAnalyserSocket::Analyse(CCommandSocket* socket, CCmdPackager& pk) const

@@ -71,8 +71,7 @@ CCmdPackager& CCmdPackager::operator=(const CCmdPackager& other)
         return *this;
     Clear();
     m_CmdID = other.m_CmdID;
-    m_FromAddress = other.m_FromAddress;
-    m_TargetAddress = other.m_TargetAddress;
+    m_Addresses = other.m_Addresses;
     if (Alloc(other.m_iDataSize) && Write(other.m_pBuffer, other.m_iDataSize))
         m_iReadPointer = other.m_iReadPointer;
     return *this;
@@ -109,8 +108,8 @@ bool CCmdPackager::grow(int size) const
 
 inline unsigned int CCmdPackager::sizeWord() const
 {
-    return static_cast<unsigned int>(m_iDataSize) << 2 | (m_FromAddress.isNull() ? 0 : kHasFrom) |
-           (m_TargetAddress.isNull() ? 0 : kHasTarget);
+    return static_cast<unsigned int>(m_iDataSize) << 2 | (m_Addresses.m_From.isNull() ? 0 : kHasFrom) |
+           (m_Addresses.m_Target.isNull() ? 0 : kHasTarget);
 }
 
 long long CCmdPackager::GetFrameSize(const unsigned char* header)
@@ -123,7 +122,7 @@ long long CCmdPackager::GetFrameSize(const unsigned char* header)
 inline unsigned char* CCmdPackager::putHeader(unsigned char* end) const
 {
     // The usual header, without addresses.
-    if (m_FromAddress.isNull() && m_TargetAddress.isNull())
+    if (m_Addresses.m_From.isNull() && m_Addresses.m_Target.isNull())
         return putHead(end - kMinHeaderSize, static_cast<unsigned int>(m_iDataSize) << 2);
     return putAddressed(end);
 }
@@ -146,11 +145,11 @@ inline unsigned char* CCmdPackager::putHead(unsigned char* begin, unsigned int w
     unsigned char* at = begin + kMinHeaderSize;
     if (word & kHasFrom)
     {
-        std::memcpy(at, &m_FromAddress, kAddressSize);
+        std::memcpy(at, &m_Addresses.m_From, kAddressSize);
         at += kAddressSize;
     }
     if (word & kHasTarget)
-        std::memcpy(at, &m_TargetAddress, kAddressSize);
+        std::memcpy(at, &m_Addresses.m_Target, kAddressSize);
     return begin;
 }
 
@@ -193,23 +192,26 @@ inline const unsigned char* CCmdPackager::takeHeader(const unsigned char* frame,
         return nullptr;
     const unsigned int word = sizeWordOf(frame);
     const int size = static_cast<int>(word >> 2);
-    if (GetFrameSize(frame) > there || size > limit)
+    const int head = (word & (kHasFrom | kHasTarget)) == 0 ? kMinHeaderSize : headerSizeOf(word);
+    if (size > there - head || size > limit)
         return nullptr;
     m_CmdID = static_cast<unsigned short>(frame[0] | frame[1] << 8);
     const unsigned char* at = frame + kMinHeaderSize;
-    m_FromAddress = zet::Uuid();
+    m_Addresses.clear();
+    m_iDataSize = size;
+    // The usual frame has none.
+    if ((word & (kHasFrom | kHasTarget)) == 0)
+        return at;
     if (word & kHasFrom)
     {
-        std::memcpy(&m_FromAddress, at, kAddressSize);
+        std::memcpy(&m_Addresses.m_From, at, kAddressSize);
         at += kAddressSize;
     }
-    m_TargetAddress = zet::Uuid();
     if (word & kHasTarget)
     {
-        std::memcpy(&m_TargetAddress, at, kAddressSize);
+        std::memcpy(&m_Addresses.m_Target, at, kAddressSize);
         at += kAddressSize;
     }
-    m_iDataSize = size;
     return at;
 }
 
@@ -229,9 +231,7 @@ bool CCmdPackager::show(const void* frame, int size)
     const unsigned char* const payload = takeHeader(static_cast<const unsigned char*>(frame), size, kMaxDataSize);
     if (!payload)
         return false;
-    // Only read through this pointer: see isShown().
-    m_pBuffer = const_cast<unsigned char*>(payload);
-    m_iBufSize = 0;
+    showPayload(payload);
     return true;
 }
 
@@ -259,11 +259,11 @@ bool CCmdPackager::Receive(zet::InputStream& stream)
     if (!stream.read32(word))
         return refuse(L"Error:Read Command Size(%d) error!", m_CmdID);
 
-    m_FromAddress = zet::Uuid();
-    if ((word & kHasFrom) && stream.read(&m_FromAddress, kAddressSize) != kAddressSize)
+    m_Addresses.m_From = zet::Uuid();
+    if ((word & kHasFrom) && stream.read(&m_Addresses.m_From, kAddressSize) != kAddressSize)
         return refuse(L"Error:Read Command(%d) Src Address error!", m_CmdID);
-    m_TargetAddress = zet::Uuid();
-    if ((word & kHasTarget) && stream.read(&m_TargetAddress, kAddressSize) != kAddressSize)
+    m_Addresses.m_Target = zet::Uuid();
+    if ((word & kHasTarget) && stream.read(&m_Addresses.m_Target, kAddressSize) != kAddressSize)
         return refuse(L"Error:Read Command(%d) Dest Address error!", m_CmdID);
 
     const int size = static_cast<int>(word >> 2);
@@ -313,9 +313,9 @@ int CCmdPackager::Pack(void* buffer, int size) const
     unsigned char count[4];
     if (!put(count, wire::encode30(word, count)))
         return 0;
-    if ((word & kHasFrom) && !put(&m_FromAddress, sizeof m_FromAddress))
+    if ((word & kHasFrom) && !put(&m_Addresses.m_From, sizeof m_Addresses.m_From))
         return 0;
-    if ((word & kHasTarget) && !put(&m_TargetAddress, sizeof m_TargetAddress))
+    if ((word & kHasTarget) && !put(&m_Addresses.m_Target, sizeof m_Addresses.m_Target))
         return 0;
     return put(m_pBuffer, m_iDataSize) ? used : 0;
 }
@@ -340,7 +340,7 @@ int CCmdPackager::Unpack(const void* buffer, int size)
         word = word << 8 | in[used++];
 
     // The addresses are taken from old storage, not from the input: every peer reads them so.
-    zet::Uuid* const addresses[] = {&m_FromAddress, &m_TargetAddress};
+    zet::Uuid* const addresses[] = {&m_Addresses.m_From, &m_Addresses.m_Target};
     for (int i = 0; i < 2; ++i)
     {
         if (!(word & (kHasFrom << i)))

@@ -42,8 +42,7 @@ public:
     // Bytes of the stream frame that starts with these kMinHeaderSize bytes, payload included.
     static long long GetFrameSize(const unsigned char* header);
 
-    // Only the bytes that Unpack may take for addresses are cleared: old stack contents must not leave through them.
-    CCmdPackager() : m_pBuffer(m_Msg + kFrontSize) { std::memset(m_pBuffer, 0, 2 * sizeof(zet::Uuid)); }
+    CCmdPackager() : m_pBuffer(m_Msg + kFrontSize) { useInside(); }
     CCmdPackager(const CCmdPackager& other) : CCmdPackager() { *this = other; }
     ~CCmdPackager() { release(); }
     // Copies id, addresses, payload and read pointer. Where memory is short the payload is left empty.
@@ -63,19 +62,19 @@ public:
     void SetCmdID(unsigned short id) { m_CmdID = id; }
     unsigned short GetCmdID() const { return m_CmdID; }
     // The addresses of the frame: sender and target; all zero for none.
-    void SetFromAddress(const zet::Uuid& from) { m_FromAddress = from; }
-    void SetTargetAddress(const zet::Uuid& target) { m_TargetAddress = target; }
-    const zet::Uuid& GetFromAddress() const { return m_FromAddress; }
-    const zet::Uuid& GetTargetAddress() const { return m_TargetAddress; }
+    void SetFromAddress(const zet::Uuid& from) { m_Addresses.m_From = from; }
+    void SetTargetAddress(const zet::Uuid& target) { m_Addresses.m_Target = target; }
+    const zet::Uuid& GetFromAddress() const { return m_Addresses.m_From; }
+    const zet::Uuid& GetTargetAddress() const { return m_Addresses.m_Target; }
     void SetAddress(const zet::Uuid& from, const zet::Uuid& target)
     {
-        m_FromAddress = from;
-        m_TargetAddress = target;
+        m_Addresses.m_From = from;
+        m_Addresses.m_Target = target;
     }
     void GetAddress(zet::Uuid& from, zet::Uuid& target) const
     {
-        from = m_FromAddress;
-        target = m_TargetAddress;
+        from = m_Addresses.m_From;
+        target = m_Addresses.m_Target;
     }
 
     // The first byte of the payload, valid until the next write. The caller may change the payload through the pointer
@@ -143,10 +142,22 @@ private:
         const int steps = (size + kInlineSize - 1) / kInlineSize * kInlineSize;
         return size == 0 ? kInlineSize : steps < kMaxDataSize ? steps : kMaxDataSize;
     }
+    struct Shown
+    {
+    };
+    // Without storage of its own, as if an empty payload were shown.
+    explicit CCmdPackager(Shown) : m_pBuffer(m_Msg + kFrontSize), m_iBufSize(0) {}
     // Receives a whole frame without copying its payload, which stays unchanged until this packager ends or is given
     // another payload; a call that writes to the payload or before it copies it first. False, and nothing changed, for
     // a cut or oversized frame. REQUIRES: no payload, and no heap block.
     bool show(const void* frame, int size);
+    // After the header is taken.
+    void showPayload(const unsigned char* payload)
+    {
+        // Only read through this pointer: see isShown().
+        m_pBuffer = const_cast<unsigned char*>(payload);
+        m_iBufSize = 0;
+    }
     // FrameInPlace(), empty if the payload is too large.
     std::span<unsigned char> frameInPlace() const;
     bool isShown() const { return m_iBufSize == 0; }
@@ -159,10 +170,12 @@ private:
     }
     // Copies a shown payload. False, after an error in the log, if memory is short.
     bool own() const { return grow(0); }
+    // Only the bytes that Unpack may take for addresses are cleared: old stack contents must not leave through them.
     void useInside() const
     {
         m_pBuffer = m_Msg + kFrontSize;
         m_iBufSize = kInlineSize;
+        std::memset(m_pBuffer, 0, 2 * sizeof(zet::Uuid));
     }
     void release() const
     {
@@ -178,8 +191,16 @@ private:
     bool takeFrame(const unsigned char* frame, int there);
 
     unsigned short m_CmdID = 0xFFFF;
-    zet::Uuid m_FromAddress;
-    zet::Uuid m_TargetAddress;
+    // Cleared at once: a command that is read next copies each by one load, which has to wait if two stores wrote it.
+    struct Addresses
+    {
+        Addresses() { clear(); }
+        void clear() { std::memset(static_cast<void*>(this), 0, sizeof *this); }
+
+        zet::Uuid m_From;
+        zet::Uuid m_Target;
+    };
+    Addresses m_Addresses;
     // Mutable: a shown payload is copied when it is first framed in place.
     mutable unsigned char* m_pBuffer;
     // 0 for a shown payload, whose memory belongs to others: without free bytes, whatever writes asks for storage.

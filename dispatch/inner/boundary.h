@@ -46,7 +46,7 @@ template <class Tell>
 // Returns the result of dispatch(), or false if it threw. tell(fault) logs a standard exception, tell(nullptr) anything
 // else; the stream layer's exception logs itself.
 template <class Dispatch, class Tell>
-bool withinBoundary(Dispatch dispatch, Tell tell) noexcept
+[[gnu::always_inline]] inline bool withinBoundary(Dispatch dispatch, Tell tell) noexcept
 {
     try
     {

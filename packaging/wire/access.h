@@ -7,6 +7,7 @@
 #include "packaging/cmd_packager.h"
 #include "packaging/data_packager.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -54,7 +55,26 @@ struct Access
         packager.m_iDataSize += size;
     }
 
-    static bool show(CCmdPackager& packager, const void* frame, int size) { return packager.show(frame, size); }
+    // A packager for show() or Receive(), without storage of its own until it needs some.
+    static CCmdPackager makeShown() { return CCmdPackager(CCmdPackager::Shown()); }
+    // CCmdPackager::show() for a packager of makeShown(). The usual frame has no addresses.
+    static bool show(CCmdPackager& packager, const void* frame, int size)
+    {
+        if (size < CCmdPackager::kMinHeaderSize)
+            return false;
+        const unsigned char* const bytes = static_cast<const unsigned char*>(frame);
+        std::uint32_t word = 0;
+        std::memcpy(&word, bytes + sizeof packager.m_CmdID, sizeof word);
+        const int payload = static_cast<int>(word >> 2);
+        constexpr std::uint32_t kAddressBits = 3;
+        if ((word & kAddressBits) != 0 ||
+            payload > std::min(size - CCmdPackager::kMinHeaderSize, CCmdPackager::kMaxDataSize))
+            return packager.show(frame, size);
+        std::memcpy(&packager.m_CmdID, bytes, sizeof packager.m_CmdID);
+        packager.m_iDataSize = payload;
+        packager.showPayload(bytes + CCmdPackager::kMinHeaderSize);
+        return true;
+    }
     // CCmdPackager::FrameInPlace(), empty if the payload is too large.
     static std::span<unsigned char> frameInPlace(const CCmdPackager& packager) { return packager.frameInPlace(); }
 
