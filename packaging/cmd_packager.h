@@ -42,6 +42,7 @@ public:
     // Bytes of the stream frame that starts with these kMinHeaderSize bytes, payload included.
     static long long GetFrameSize(const unsigned char* header);
 
+    // Empty: no payload, no addresses.
     CCmdPackager() : m_pBuffer(m_Msg + kFrontSize) { useInside(); }
     CCmdPackager(const CCmdPackager& other) : CCmdPackager() { *this = other; }
     ~CCmdPackager() { release(); }
