@@ -255,7 +255,7 @@ private:
     // Reports the size of the output queue to the port. False if it is too much for the port.
     bool countOutput();
     bool queueOutput(const void* data, int size);
-    // send() of so many bytes that they may leave without a copy.
+    // A send() that is long enough to leave without a copy.
     int sendLarge(const unsigned char* data, int size);
     void lookNow();
     void listReady();
