@@ -129,15 +129,16 @@ inline bool CCmdAnalyserSocket::dispatchPlain(CCommandSocket* socket, CCmdPackag
 }
 
 template <class... Frame>
-inline bool CCmdAnalyserSocket::analyseFrame(CCommandSocket* socket, Frame... frame) const
+[[gnu::always_inline]] inline bool CCmdAnalyserSocket::analyseFrame(CCommandSocket* socket, Frame... frame) const
 {
     if (!socket)
     {
         zet::Log::error(L"CCmdAnalyserSocket error Socket NULL");
         return false;
     }
-    // All of it is inline: what a call had captured would be copied from the stack just after it was stored there, and
-    // that takes a processor as long as a small command.
+    // All of it is inline: a call would copy what the lambda has captured just after it was stored, and a processor
+    // waits for that, about a tenth of the time of a small command. The GNU form of the attribute, since a standard one
+    // there belongs to the type of the function.
     return guarded(
         socket, [&]() __attribute__((always_inline)) {
             CCmdPackager pk = wire::Access::makeShown();

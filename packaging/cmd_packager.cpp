@@ -13,24 +13,7 @@
 namespace
 {
 
-constexpr unsigned int kHasFrom = 1;
-constexpr unsigned int kHasTarget = 2;
 constexpr int kAddressSize = static_cast<int>(sizeof(zet::Uuid));
-// By the lowest two bits of the size word.
-constexpr int kHeaderSizes[] = {CCmdPackager::kMinHeaderSize, CCmdPackager::kMinHeaderSize + kAddressSize,
-                                CCmdPackager::kMinHeaderSize + kAddressSize, CCmdPackager::kMaxHeaderSize};
-
-// Bytes of a header with this size word.
-int headerSizeOf(unsigned int word)
-{
-    return kHeaderSizes[word & (kHasFrom | kHasTarget)];
-}
-
-// The size word of a stream frame, after the id.
-unsigned int sizeWordOf(const unsigned char* frame)
-{
-    return frame[2] | frame[3] << 8 | frame[4] << 16 | static_cast<unsigned int>(frame[5]) << 24;
-}
 
 // memmove(), without a call for the size of the most frequent commands.
 void copyPayload(unsigned char* to, const unsigned char* from, size_t size)
@@ -125,6 +108,14 @@ bool CCmdPackager::grow(int size) const
     return true;
 }
 
+// Bytes of a header with this size word.
+inline int CCmdPackager::headerSizeOf(unsigned int word)
+{
+    constexpr int kSizes[] = {kMinHeaderSize, kMinHeaderSize + kAddressSize, kMinHeaderSize + kAddressSize,
+                              kMaxHeaderSize};
+    return kSizes[word & kHasAddress];
+}
+
 inline unsigned int CCmdPackager::sizeWord() const
 {
     return static_cast<unsigned int>(m_iDataSize) << 2 | (m_Addresses.m_From.isNull() ? 0 : kHasFrom) |
@@ -142,12 +133,12 @@ inline unsigned char* CCmdPackager::putHeader(unsigned char* end) const
 {
     // The usual header, without addresses.
     if (m_Addresses.m_From.isNull() && m_Addresses.m_Target.isNull())
-        return putHead(end - kMinHeaderSize, static_cast<unsigned int>(m_iDataSize) << 2);
-    return putAddressed(end);
+        return putIdAndSize(end - kMinHeaderSize, static_cast<unsigned int>(m_iDataSize) << 2);
+    return putHeaderWithAddresses(end);
 }
 
 // The id and the size word at begin.
-inline unsigned char* CCmdPackager::putHead(unsigned char* begin, unsigned int word) const
+inline unsigned char* CCmdPackager::putIdAndSize(unsigned char* begin, unsigned int word) const
 {
     for (int i = 0; i < 2; ++i)
         begin[i] = static_cast<unsigned char>(m_CmdID >> 8 * i);
@@ -157,10 +148,10 @@ inline unsigned char* CCmdPackager::putHead(unsigned char* begin, unsigned int w
 }
 
 // Not inline: few commands have addresses.
-[[gnu::noinline]] unsigned char* CCmdPackager::putAddressed(unsigned char* end) const
+[[gnu::noinline]] unsigned char* CCmdPackager::putHeaderWithAddresses(unsigned char* end) const
 {
     const unsigned int word = sizeWord();
-    unsigned char* const begin = putHead(end - headerSizeOf(word), word);
+    unsigned char* const begin = putIdAndSize(end - headerSizeOf(word), word);
     unsigned char* at = begin + kMinHeaderSize;
     if (word & kHasFrom)
     {
@@ -186,7 +177,7 @@ bool CCmdPackager::Send(zet::OutputStream& stream) const
     return true;
 }
 
-std::span<unsigned char> CCmdPackager::frameInPlace() const
+std::span<unsigned char> CCmdPackager::makeFrame() const
 {
     if (m_iDataSize < 0 || m_iDataSize > kMaxDataSize || (isShown() && !own()))
         return {};
@@ -196,31 +187,26 @@ std::span<unsigned char> CCmdPackager::frameInPlace() const
 
 unsigned char* CCmdPackager::FrameInPlace(int& size) const
 {
-    const std::span<unsigned char> frame = frameInPlace();
+    const std::span<unsigned char> frame = makeFrame();
     if (frame.empty())
         return nullptr;
     size = static_cast<int>(frame.size());
     return frame.data();
 }
 
-// Takes the header of a whole frame and returns its payload. Null, and nothing changed, for a cut frame or a payload
-// above the limit.
-inline const unsigned char* CCmdPackager::takeHeader(const unsigned char* frame, int there, int limit)
+// takeIdAndSize() for a frame that may have addresses, which it takes or clears. Not inline: few commands have them.
+[[gnu::noinline]] const unsigned char* CCmdPackager::takeHeader(const unsigned char* frame, int there, int limit)
 {
     if (there < kMinHeaderSize)
         return nullptr;
     const unsigned int word = sizeWordOf(frame);
     const int size = static_cast<int>(word >> 2);
-    const int head = (word & (kHasFrom | kHasTarget)) == 0 ? kMinHeaderSize : headerSizeOf(word);
-    if (size > there - head || size > limit)
+    if (size > there - headerSizeOf(word) || size > limit)
         return nullptr;
     m_CmdID = static_cast<unsigned short>(frame[0] | frame[1] << 8);
-    const unsigned char* at = frame + kMinHeaderSize;
-    m_Addresses.clear();
     m_iDataSize = size;
-    // The usual frame has none.
-    if ((word & (kHasFrom | kHasTarget)) == 0)
-        return at;
+    m_Addresses.clear();
+    const unsigned char* at = frame + kMinHeaderSize;
     if (word & kHasFrom)
     {
         std::memcpy(&m_Addresses.m_From, at, kAddressSize);
@@ -238,14 +224,19 @@ inline const unsigned char* CCmdPackager::takeHeader(const unsigned char* frame,
 // reads step by step and reports which part is missing.
 inline bool CCmdPackager::takeFrame(const unsigned char* frame, int there)
 {
-    const unsigned char* const payload = takeHeader(frame, there, m_iBufSize);
-    // The frame may be in this storage itself.
+    const unsigned char* payload = takeIdAndSize(frame, there, m_iBufSize);
     if (payload)
-        copyPayload(m_pBuffer, payload, static_cast<size_t>(m_iDataSize));
-    return payload != nullptr;
+        m_Addresses.clear();
+    else
+        payload = takeHeader(frame, there, m_iBufSize);
+    if (!payload)
+        return false;
+    // The frame may be in this storage itself.
+    copyPayload(m_pBuffer, payload, static_cast<size_t>(m_iDataSize));
+    return true;
 }
 
-bool CCmdPackager::show(const void* frame, int size)
+bool CCmdPackager::showWithAddresses(const void* frame, int size)
 {
     const unsigned char* const payload = takeHeader(static_cast<const unsigned char*>(frame), size, kMaxDataSize);
     if (!payload)

@@ -133,6 +133,11 @@ public:
 private:
     friend struct wire::Access;
 
+    // The lowest two bits of the size word.
+    static constexpr unsigned int kHasFrom = 1;
+    static constexpr unsigned int kHasTarget = 2;
+    static constexpr unsigned int kHasAddress = kHasFrom | kHasTarget;
+
     static constexpr int kInlineSize = 0x10000;
     // Space before the payload for the frame header and the caller's spare bytes.
     static constexpr int kFrontSize = kSpareSize + kMaxHeaderSize;
@@ -148,10 +153,8 @@ private:
     };
     // Without storage of its own, as if an empty payload were shown.
     explicit CCmdPackager(Shown) : m_pBuffer(m_Msg + kFrontSize), m_iBufSize(0) {}
-    // Receives a whole frame without copying its payload, which stays unchanged until this packager ends or is given
-    // another payload; a call that writes to the payload or before it copies it first. False, and nothing changed, for
-    // a cut or oversized frame. REQUIRES: no payload, and no heap block.
-    bool show(const void* frame, int size);
+    // wire::Access::show() for a frame that may have addresses.
+    bool showWithAddresses(const void* frame, int size);
     // After the header is taken.
     void showPayload(const unsigned char* payload)
     {
@@ -159,8 +162,8 @@ private:
         m_pBuffer = const_cast<unsigned char*>(payload);
         m_iBufSize = 0;
     }
-    // FrameInPlace(), empty if the payload is too large.
-    std::span<unsigned char> frameInPlace() const;
+    // FrameInPlace() for a caller that needs the size in a register. Empty if the payload is too large.
+    std::span<unsigned char> makeFrame() const;
     bool isShown() const { return m_iBufSize == 0; }
     // Clear(), and storage of its own.
     void restart()
@@ -184,15 +187,36 @@ private:
             delete[](m_pBuffer - kFrontSize);
     }
     bool grow(int size) const;
+    static int headerSizeOf(unsigned int word);
     unsigned int sizeWord() const;
     unsigned char* putHeader(unsigned char* end) const;
-    unsigned char* putHead(unsigned char* begin, unsigned int word) const;
-    unsigned char* putAddressed(unsigned char* end) const;
+    unsigned char* putIdAndSize(unsigned char* begin, unsigned int word) const;
+    unsigned char* putHeaderWithAddresses(unsigned char* end) const;
+    // The size word of a stream frame, after the id.
+    static unsigned int sizeWordOf(const unsigned char* frame)
+    {
+        return frame[2] | frame[3] << 8 | frame[4] << 16 | static_cast<unsigned int>(frame[5]) << 24;
+    }
+    // Takes id and size of a whole frame without addresses, the usual one, and returns its payload; leaves the
+    // addresses. Null, and nothing changed, for a frame with addresses, a cut one or a payload above the limit.
+    const unsigned char* takeIdAndSize(const unsigned char* frame, int there, int limit)
+    {
+        if (there < kMinHeaderSize)
+            return nullptr;
+        const unsigned int word = sizeWordOf(frame);
+        const int size = static_cast<int>(word >> 2);
+        if ((word & kHasAddress) != 0 || size > there - kMinHeaderSize || size > limit)
+            return nullptr;
+        m_CmdID = static_cast<unsigned short>(frame[0] | frame[1] << 8);
+        m_iDataSize = size;
+        return frame + kMinHeaderSize;
+    }
     const unsigned char* takeHeader(const unsigned char* frame, int there, int limit);
     bool takeFrame(const unsigned char* frame, int there);
 
     unsigned short m_CmdID = 0xFFFF;
-    // Cleared at once: a command that is read next copies each by one load, which has to wait if two stores wrote it.
+    // Both are cleared by whole 16-byte stores: reading a command loads each address by one load, which would have to
+    // wait for two shorter stores.
     struct Addresses
     {
         Addresses() { clear(); }

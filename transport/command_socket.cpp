@@ -85,7 +85,7 @@ void CCommandSocket::analyse(std::span<const unsigned char> frame)
 }
 
 // The halves of send() are inline in it: a call costs as much as what they do.
-[[gnu::always_inline]] inline bool CCommandSocket::begin(const CCmdPackager& packager)
+[[gnu::always_inline]] inline bool CCommandSocket::beginSendInline(const CCmdPackager& packager)
 {
     if (isInvalid() || m_bNetError)
         return false;
@@ -100,7 +100,7 @@ void CCommandSocket::analyse(std::span<const unsigned char> frame)
     return true;
 }
 
-[[gnu::always_inline]] inline bool CCommandSocket::put(unsigned char* frame, int size)
+[[gnu::always_inline]] inline bool CCommandSocket::sendFrameInline(unsigned char* frame, int size)
 {
     // attach() is called once the connection is established; until then output is queued.
     if (!m_PacketWriter.isAttached() && getConnectionState() == kConnecting)
@@ -117,10 +117,10 @@ void CCommandSocket::analyse(std::span<const unsigned char> frame)
 
 [[gnu::always_inline]] inline bool CCommandSocket::sendPackage(const CCmdPackager& packager)
 {
-    if (!begin(packager))
+    if (!beginSendInline(packager))
         return false;
-    const std::span<unsigned char> frame = wire::Access::frameInPlace(packager);
-    return !frame.empty() && put(frame.data(), static_cast<int>(frame.size()));
+    const std::span<unsigned char> frame = wire::Access::makeFrame(packager);
+    return !frame.empty() && sendFrameInline(frame.data(), static_cast<int>(frame.size()));
 }
 
 bool CCommandSocket::send(const CCmdHead& command)
@@ -141,12 +141,12 @@ bool CCommandSocket::send(const CCmdPackager& packager)
 
 bool CCommandSocket::beginSend(const CCmdPackager& packager)
 {
-    return begin(packager);
+    return beginSendInline(packager);
 }
 
 bool CCommandSocket::sendFrame(unsigned char* frame, int size)
 {
-    return put(frame, size);
+    return sendFrameInline(frame, size);
 }
 
 // Not inline: its objects would make each send() longer.

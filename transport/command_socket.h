@@ -79,12 +79,12 @@ private:
     bool m_IsUnproven = false;
 
     // The two halves of send(): whether the socket may send now, with the hook, and one frame as one packet. The frame
-    // follows kHeadSize bytes of the packet writer, which are overwritten.
+    // follows kHeadSize bytes of the packet writer, which are overwritten. CCommandBroadcast calls them; send() has
+    // them inline.
     bool beginSend(const CCmdPackager& packager);
     bool sendFrame(unsigned char* frame, int size);
-    // The same, inline in send().
-    bool begin(const CCmdPackager& packager);
-    bool put(unsigned char* frame, int size);
+    bool beginSendInline(const CCmdPackager& packager);
+    bool sendFrameInline(unsigned char* frame, int size);
     bool sendPackage(const CCmdPackager& packager);
     void failSend();
     void limitPackets();

@@ -1,5 +1,5 @@
-// The inner side of both packagers, for the value forms and the analysers only: space at the write position, bytes at
-// the read position, a frame shown in place.
+// The inner side of both packagers, for the value forms, the analysers and the command socket only: space at the write
+// position, bytes at the read position, a frame shown or made in place.
 // Everything is inline, since every value of every command passes here.
 #pragma once
 
@@ -7,7 +7,6 @@
 #include "packaging/cmd_packager.h"
 #include "packaging/data_packager.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -57,26 +56,21 @@ struct Access
 
     // A packager for show() or Receive(), without storage of its own until it needs some.
     static CCmdPackager makeShown() { return CCmdPackager(CCmdPackager::Shown()); }
-    // CCmdPackager::show() for a packager of makeShown(). The usual frame has no addresses.
+    // Receives a whole frame without copying its payload; a call that writes to the payload or before it copies it
+    // first. False, and nothing changed, for a cut or oversized frame. REQUIRES: a packager just returned by
+    // makeShown(), and a frame outside its storage that stays unchanged until the packager ends or is given another
+    // payload.
     static bool show(CCmdPackager& packager, const void* frame, int size)
     {
-        if (size < CCmdPackager::kMinHeaderSize)
-            return false;
-        const unsigned char* const bytes = static_cast<const unsigned char*>(frame);
-        std::uint32_t word = 0;
-        std::memcpy(&word, bytes + sizeof packager.m_CmdID, sizeof word);
-        const int payload = static_cast<int>(word >> 2);
-        constexpr std::uint32_t kAddressBits = 3;
-        if ((word & kAddressBits) != 0 ||
-            payload > std::min(size - CCmdPackager::kMinHeaderSize, CCmdPackager::kMaxDataSize))
-            return packager.show(frame, size);
-        std::memcpy(&packager.m_CmdID, bytes, sizeof packager.m_CmdID);
-        packager.m_iDataSize = payload;
-        packager.showPayload(bytes + CCmdPackager::kMinHeaderSize);
+        const unsigned char* const payload =
+            packager.takeIdAndSize(static_cast<const unsigned char*>(frame), size, CCmdPackager::kMaxDataSize);
+        if (!payload)
+            return packager.showWithAddresses(frame, size);
+        packager.showPayload(payload);
         return true;
     }
-    // CCmdPackager::FrameInPlace(), empty if the payload is too large.
-    static std::span<unsigned char> frameInPlace(const CCmdPackager& packager) { return packager.frameInPlace(); }
+    // CCmdPackager::FrameInPlace(), with the size in a register. Empty if the payload is too large.
+    static std::span<unsigned char> makeFrame(const CCmdPackager& packager) { return packager.makeFrame(); }
 
     // Bytes not yet read: 0 where a datagram's addresses have moved the read pointer past the data.
     template <class P>
