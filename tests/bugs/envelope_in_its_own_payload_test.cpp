@@ -117,24 +117,28 @@ TEST(Bugs, APackagerTakesItsOwnBytes)
 // A packager receives a frame from its own payload, as a stream frame or a datagram.
 TEST(Bugs, APackagerReceivesAFrameOutOfItsOwnPayload)
 {
-    const Bytes bytes = pattern(50000);
-    CCmdPackager inside;
-    inside.SetCmdID(0x1234);
-    inside.Write(bytes.data(), static_cast<int>(bytes.size()));
-    int size = 0;
-    const unsigned char* const frame = inside.FrameInPlace(size);
-    CCmdPackager outside;
-    outside.Write(frame, size);
-    ASSERT_TRUE(outside.Receive(outside.GetBuffer(), size));
-    EXPECT_EQ(outside.GetCmdID(), 0x1234);
-    EXPECT_TRUE(bytesOf(outside) == bytes);
+    for (const int payload : {0, 1, 15, 16, 17, 24, 31, 32, 33, 50000})
+    {
+        SCOPED_TRACE(payload);
+        const Bytes bytes = pattern(payload);
+        CCmdPackager inside;
+        inside.SetCmdID(0x1234);
+        inside.Write(bytes.data(), payload);
+        int size = 0;
+        const unsigned char* const frame = inside.FrameInPlace(size);
+        CCmdPackager outside;
+        outside.Write(frame, size);
+        ASSERT_TRUE(outside.Receive(outside.GetBuffer(), size));
+        EXPECT_EQ(outside.GetCmdID(), 0x1234);
+        EXPECT_TRUE(bytesOf(outside) == bytes);
 
-    Bytes datagram(60000);
-    const int length = inside.Pack(datagram.data(), static_cast<int>(datagram.size()));
-    outside.Clear();
-    outside.Write(datagram.data(), length);
-    ASSERT_GT(outside.Unpack(outside.GetBuffer(), length), 0);
-    EXPECT_TRUE(bytesOf(outside) == bytes);
+        Bytes datagram(60000);
+        const int length = inside.Pack(datagram.data(), static_cast<int>(datagram.size()));
+        outside.Clear();
+        outside.Write(datagram.data(), length);
+        ASSERT_GT(outside.Unpack(outside.GetBuffer(), length), 0);
+        EXPECT_TRUE(bytesOf(outside) == bytes);
+    }
 }
 
 // The same with a truncated frame: refused, and nothing is copied.

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -142,6 +143,20 @@ TEST_F(AnalyserSocket, FrameThatCannotBeReceivedIsReported)
     const test::LogLines log;
     EXPECT_FALSE(analyser->Analyse(socket.get(), empty));
     EXPECT_TRUE(log.has(Log::kError, L"Error:CmdPackager analyze error! ()"));
+}
+
+TEST_F(AnalyserSocket, AFrameAboveTheLargestPayloadIsRefusedByItsHeader)
+{
+    const auto analyser = std::make_unique<CCmdAnalyserSocket>();
+    installEcho(*analyser);
+    // Only these bytes are there.
+    const auto header = std::make_unique<std::array<unsigned char, 6>>();
+    *header = {0x34, 0x12, 0, 0, 0, 0x40};
+    const test::LogLines log;
+    EXPECT_FALSE(analyser->Analyse(socket.get(), header->data(), 0x7FFFFFFF));
+    EXPECT_EQ(log.texts(), (std::vector<std::wstring>{L"Command Package extends max length limit(268435455)",
+                                                      L"Error:CmdPackager analyze error! ()"}));
+    EXPECT_EQ(seen.m_Calls, 0);
 }
 
 TEST_F(AnalyserSocket, AFrameInMemoryIsHandledAsOneInAStream)

@@ -12,8 +12,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace
@@ -58,6 +60,30 @@ Bytes frameOf(const CCmdPackager& pk)
     return frame ? Bytes(frame, frame + size) : Bytes();
 }
 
+enum Addresses
+{
+    kNone,
+    kFrom,
+    kTarget,
+    kBoth
+};
+
+// The stack of the next calls then has these bytes.
+constexpr unsigned char kOld = 0xEE;
+[[gnu::noinline]] void leaveOldBytes()
+{
+    volatile unsigned char bytes[80 * 1024];
+    for (volatile unsigned char& each : bytes)
+        each = kOld;
+}
+
+Bytes bytesOf(const zet::Uuid& id)
+{
+    Bytes bytes(sizeof id);
+    std::memcpy(bytes.data(), &id, sizeof id);
+    return bytes;
+}
+
 struct ShownFrame : testing::Test
 {
     ShownFrame() { m_Analyser->Install(kId, process, handle, 0, 0); }
@@ -65,12 +91,15 @@ struct ShownFrame : testing::Test
 
     // Passes a frame with this payload to the function; another packager with the same frame, copied, is for
     // comparison. Bytes that must not change are before and after the frame.
-    void pass(const Bytes& payload, bool hasFrom, std::function<void(CCmdPackager& shown, CCmdPackager& copied)> use)
+    void pass(const Bytes& payload, Addresses addresses,
+              std::function<void(CCmdPackager& shown, CCmdPackager& copied)> use)
     {
         const auto source = std::make_unique<CCmdPackager>();
         source->SetCmdID(kId);
-        if (hasFrom)
+        if (addresses == kFrom || addresses == kBoth)
             source->SetFromAddress(idOf(5));
+        if (addresses == kTarget || addresses == kBoth)
+            source->SetTargetAddress(idOf(6));
         ASSERT_TRUE(source->Write(payload.data(), static_cast<int>(payload.size())));
         const Bytes frame = frameOf(*source);
         Bytes memory(64, 0xEE);
@@ -85,6 +114,8 @@ struct ShownFrame : testing::Test
             EXPECT_TRUE(copied->Receive(frame.data(), static_cast<int>(frame.size())));
             EXPECT_EQ(shown.GetBufferSize(), copied->GetBufferSize());
             EXPECT_EQ(payloadOf(shown), payload);
+            EXPECT_EQ(shown.GetFromAddress(), copied->GetFromAddress());
+            EXPECT_EQ(shown.GetTargetAddress(), copied->GetTargetAddress());
             use(shown, *copied);
             EXPECT_EQ(shown.GetBufferSize(), copied->GetBufferSize());
             EXPECT_EQ(shown.GetDataSize(), copied->GetDataSize());
@@ -101,10 +132,10 @@ struct ShownFrame : testing::Test
     void expectSame(const std::function<void(CCmdPackager&)>& change)
     {
         for (const size_t size : {size_t(0), size_t(1), size_t(24), size_t(0x10000), size_t(0x10001), size_t(200000)})
-            for (const bool hasFrom : {false, true})
+            for (const Addresses addresses : {kNone, kFrom, kTarget, kBoth})
             {
-                SCOPED_TRACE(std::to_string(size) + (hasFrom ? " with an address" : ""));
-                pass(bytesOf(size), hasFrom,
+                SCOPED_TRACE(std::to_string(size) + " bytes, addresses " + std::to_string(addresses));
+                pass(bytesOf(size), addresses,
                      [&](CCmdPackager& shown, CCmdPackager& copied)
                      {
                          change(shown);
@@ -186,13 +217,13 @@ TEST_F(ShownFrame, IsForgottenWithItsPayload)
         EXPECT_TRUE(pk.Write(3));
     };
     for (const size_t size : {size_t(0), size_t(24), size_t(0x10000)})
-        pass(bytesOf(size), true,
+        pass(bytesOf(size), kFrom,
              [&](CCmdPackager& shown, CCmdPackager& copied)
              {
                  clearAndWrite(shown);
                  clearAndWrite(copied);
              });
-    pass(bytesOf(24), false,
+    pass(bytesOf(24), kNone,
          [](CCmdPackager& shown, CCmdPackager& copied)
          {
              CCmdPackager other;
@@ -213,6 +244,33 @@ TEST_F(ShownFrame, IsForgottenWithItsPayload)
     const Bytes frame{kId & 0xFF, kId >> 8, 32 << 2, 0, 0, 0, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1,
                       1,          1,        1,       1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
     EXPECT_TRUE(m_Analyser->Analyse(m_Socket, frame.data(), static_cast<int>(frame.size())));
+}
+
+// Nor do bytes of the stack leave by those addresses.
+TEST_F(ShownFrame, ItsPackagerShowsNoOldBytes)
+{
+    const unsigned char datagram[20] = {1, 2, 0x03};
+    const Bytes frame{kId & 0xFF, kId >> 8, 0, 0, 0, 0};
+    bool isWritten = false;
+    bool isCalled = false;
+    g_Process = [&](CCommandSocket*, CCmdPackager& pk)
+    {
+        isCalled = true;
+        EXPECT_TRUE(!isWritten || pk.Write(7));
+        EXPECT_GT(pk.Unpack(datagram, sizeof datagram), 0);
+        Bytes wanted(sizeof(zet::Uuid));
+        wanted[3] = isWritten ? 7 : 0;
+        EXPECT_EQ(bytesOf(pk.GetFromAddress()), wanted);
+        EXPECT_TRUE(pk.GetTargetAddress().isNull());
+        return true;
+    };
+    for (const bool each : {false, true})
+    {
+        isWritten = each;
+        leaveOldBytes();
+        EXPECT_TRUE(m_Analyser->Analyse(m_Socket, frame.data(), static_cast<int>(frame.size())));
+        EXPECT_TRUE(std::exchange(isCalled, false));
+    }
 }
 
 TEST_F(ShownFrame, ACopyOfItsPackagerHoldsItsOwnBytes)

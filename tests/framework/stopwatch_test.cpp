@@ -33,23 +33,35 @@ TEST(Stopwatch, TellsTheMillisecondOfALimitByATestClock)
 }
 
 // This compares real clocks, so a test clock cannot replace them: it runs against the tick for some milliseconds.
-TEST(Stopwatch, NearALimitIsBelowItExactlyAsTheClockIs)
+void expectExact(unsigned int limit)
 {
-    constexpr unsigned int kLimit = 5;
-    static_assert(kLimit < zet::platform::kCoarseLag);
     const unsigned int before = zet::getTimeTick();
     const zet::Stopwatch watch;
     const unsigned int after = zet::getTimeTick();
     for (bool isBelow = true; isBelow;)
     {
         const unsigned int least = zet::getTimeTick() - after;
-        isBelow = watch.isBelow(kLimit);
+        isBelow = watch.isBelow(limit);
         const unsigned int most = zet::getTimeTick() - before;
         if (isBelow)
-            ASSERT_LT(least, kLimit);
+            ASSERT_LT(least, limit);
         else
-            ASSERT_GE(most, kLimit);
+            ASSERT_GE(most, limit);
     }
+}
+
+TEST(Stopwatch, NearALimitIsBelowItExactlyAsTheClockIs)
+{
+    constexpr unsigned int kLimit = 5;
+    static_assert(kLimit < zet::platform::kCoarseLag);
+    expectExact(kLimit);
+}
+
+TEST(Stopwatch, ApproachingALimitItsTwoClocksAgree)
+{
+    constexpr unsigned int kLimit = 40;
+    static_assert(kLimit > zet::platform::kCoarseLag);
+    expectExact(kLimit);
 }
 
 TEST(Stopwatch, FarFromALimitIsBelowIt)

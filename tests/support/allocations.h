@@ -21,7 +21,8 @@ private:
 };
 
 // During its lifetime allocations of this thread fail: a number in a row, after a number that succeed. Only operator
-// new fails, by std::bad_alloc or null; calls inside the library's DLL on Windows do not.
+// new fails, by std::bad_alloc or null; calls inside the library's DLL on Windows do not. What fails or skips a test
+// allocates too, so ask isOver(), and skip when this is gone.
 class FailingAllocations
 {
 public:
