@@ -5,6 +5,7 @@
 #include "framework/inner/virtual_target.h"
 #include "framework/log.h"
 #include "framework/thread.h"
+#include "net/inner/blocks.h"
 #include "net/inner/recorder.h"
 #include "net/limits.h"
 #include "net/tcp/inner/packet_tick.h"
@@ -146,6 +147,18 @@ bool CCommandSocket::beginSend(const CCmdPackager& packager)
 
 bool CCommandSocket::sendFrame(unsigned char* frame, int size)
 {
+    return sendFrameInline(frame, size);
+}
+
+bool CCommandSocket::sendShared(zet::inner::SharedBlock& packet)
+{
+    unsigned char* const frame = packet.data() + zet::PacketWriter::kHeadSize;
+    const int size = packet.size() - zet::PacketWriter::kHeadSize;
+    // An overridden write() may move this socket to another System.
+    const std::shared_ptr<zet::inner::BlockPool> pool = getOutputPool();
+    if (!pool)
+        return sendFrameInline(frame, size);
+    const zet::inner::BlockPool::Offer offer(*pool, packet);
     return sendFrameInline(frame, size);
 }
 

@@ -9,6 +9,10 @@ class CCmdAnalyserSocket;
 class CCmdHead;
 class CCmdPackager;
 class CCommandBroadcast;
+namespace zet::inner
+{
+struct SharedBlock;
+}
 
 // Each tick passes the whole packets that have arrived to the analyser, for 100 ms at most. A frame that cannot be
 // parsed costs its log lines, within the peer's share of the log; a failure of the packet layer closes the socket at
@@ -83,6 +87,8 @@ private:
     // them inline.
     bool beginSend(const CCmdPackager& packager);
     bool sendFrame(unsigned char* frame, int size);
+    // The same for a frame in a block with those bytes before it, which all sockets of a broadcast hold.
+    bool sendShared(zet::inner::SharedBlock& packet);
     bool beginSendInline(const CCmdPackager& packager);
     bool sendFrameInline(unsigned char* frame, int size);
     bool sendPackage(const CCmdPackager& packager);

@@ -2,9 +2,13 @@
 
 #include "framework/inner/fast_paths.h"
 #include "framework/log.h"
+#include "framework/packet.h"
+#include "net/inner/blocks.h"
 #include "packaging/command_head.h"
 #include "transport/command_socket.h"
 #include "transport/udp_client_socket.h"
+
+#include <cstring>
 
 CCommandBroadcast::CCommandBroadcast(const CCmdHead& command) : m_Packager(&m_Encoded)
 {
@@ -17,18 +21,38 @@ CCommandBroadcast::CCommandBroadcast(const CCmdHead& command) : m_Packager(&m_En
 
 CCommandBroadcast::CCommandBroadcast(const CCmdPackager& packager) : m_Packager(&packager) {}
 
+CCommandBroadcast::~CCommandBroadcast()
+{
+    if (m_Shared)
+        m_Shared->leave();
+}
+
 bool CCommandBroadcast::frame()
 {
-    if (!m_Frame || !zet::inner::kHasFastPaths)
+    using zet::inner::kHasFastPaths;
+    if (m_Shared)
+        return true;
+    if (!m_Frame || !kHasFastPaths)
+    {
         m_Frame = m_Packager->FrameInPlace(m_FrameSize);
-    return m_Frame != nullptr;
+        return m_Frame != nullptr;
+    }
+    m_Shared = zet::inner::SharedBlock::make(zet::PacketWriter::kHeadSize + m_FrameSize);
+    if (!m_Shared)
+        return true;
+    unsigned char* const place = m_Shared->data() + zet::PacketWriter::kHeadSize;
+    std::memcpy(place, m_Frame, static_cast<size_t>(m_FrameSize));
+    m_Frame = place;
+    return true;
 }
 
 bool CCommandBroadcast::SendTo(CCommandSocket* socket)
 {
     if (!socket || !m_Packager || !socket->beginSend(*m_Packager))
         return false;
-    return frame() && socket->sendFrame(m_Frame, m_FrameSize);
+    if (!frame())
+        return false;
+    return m_Shared ? socket->sendShared(*m_Shared) : socket->sendFrame(m_Frame, m_FrameSize);
 }
 
 bool CCommandBroadcast::pack()

@@ -1,4 +1,4 @@
-// One command to many sockets: it is encoded and framed once, and each socket queues the same frame.
+// One command to many sockets: it is encoded and framed once, and sockets with nothing else queued share its memory.
 #pragma once
 
 #include "framework/dictionary.h"
@@ -8,9 +8,13 @@
 class CCmdHead;
 class CCommandSocket;
 class UdpClientSocket;
+namespace zet::inner
+{
+struct SharedBlock;
+}
 
 // The command of SendToAll(), for a caller that visits the sockets itself. The object is large: keep it on the stack.
-// Not locked: it belongs to the thread of its sockets.
+// Not locked: it belongs to the thread of its sockets, whose Systems stay on that thread meanwhile.
 class COMMONGROUND_API CCommandBroadcast
 {
 public:
@@ -18,6 +22,7 @@ public:
     explicit CCommandBroadcast(const CCmdHead& command);
     // Sends the packager itself, which outlives this object and is not changed meanwhile.
     explicit CCommandBroadcast(const CCmdPackager& packager);
+    ~CCommandBroadcast();
     CCommandBroadcast(const CCommandBroadcast&) = delete;
     CCommandBroadcast& operator=(const CCommandBroadcast&) = delete;
 
@@ -37,9 +42,11 @@ private:
     CCmdPackager m_Encoded;
     // Null if the command did not write itself.
     const CCmdPackager* m_Packager;
-    // The stream frame, in the packager's memory; null before the first socket.
+    // The stream frame, in the packager's memory or in the block; null before the first socket.
     unsigned char* m_Frame = nullptr;
     int m_FrameSize = 0;
+    // The packet that sockets hold from the second one on. Null before, and if each copies the frame.
+    zet::inner::SharedBlock* m_Shared = nullptr;
     // The length and the datagram frame; the size is that of the frame, 0 if it cannot be sent.
     int m_PackedSize = kNotPacked;
     unsigned char m_Packed[2 + 0x7FFF];

@@ -20,7 +20,9 @@ constexpr int kLeastRoom = 4096;
 
 void release(Block* block, BlockPool* pool)
 {
-    if (block->m_IsPinned)
+    if (block->m_IsShared)
+        static_cast<SharedBlock*>(block)->leave();
+    else if (block->m_IsPinned)
         block->m_IsAbandoned = true;
     else if (pool)
         pool->give(block);
@@ -29,6 +31,32 @@ void release(Block* block, BlockPool* pool)
 }
 
 } // namespace
+
+SharedBlock* SharedBlock::make(int size)
+{
+    void* const memory = ::operator new(sizeof(SharedBlock) + static_cast<size_t>(size), std::nothrow);
+    if (!memory)
+        return nullptr;
+    auto* const block = new (memory) SharedBlock;
+    // Its own fields follow the head: no byte is free, so no queue appends to it.
+    block->m_Begin = static_cast<int>(sizeof(SharedBlock) - sizeof(Block));
+    block->m_End = block->m_Begin + size;
+    block->m_Capacity = block->m_End;
+    block->m_Next = nullptr;
+    block->m_IsPinned = false;
+    block->m_IsAbandoned = false;
+    block->m_IsShared = true;
+    block->m_Holders.store(1, std::memory_order_relaxed);
+    return block;
+}
+
+void SharedBlock::leave()
+{
+    if (m_Holders.fetch_sub(1, std::memory_order_acq_rel) > 1)
+        return;
+    this->~SharedBlock();
+    ::operator delete(this);
+}
 
 BlockPool::~BlockPool()
 {
@@ -73,6 +101,7 @@ Block* BlockPool::take(int capacity)
         block->m_Capacity = capacity;
         block->m_IsPinned = false;
         block->m_IsAbandoned = false;
+        block->m_IsShared = false;
     }
     block->m_Next = nullptr;
     block->m_Begin = 0;
@@ -181,21 +210,44 @@ bool OutputQueue::append(int size, BlockPool& pool)
     return true;
 }
 
+bool OutputQueue::own(BlockPool& pool)
+{
+    const std::span<const unsigned char> bytes = left(*m_Head);
+    Block* const block = pool.take(BlockPool::roundUp(static_cast<int>(bytes.size())));
+    if (!block)
+        return false;
+    std::memcpy(block->bytes(), bytes.data(), bytes.size());
+    block->m_End = static_cast<int>(bytes.size());
+    static_cast<SharedBlock*>(m_Head)->leave();
+    m_Head = block;
+    m_Tail = block;
+    return true;
+}
+
 bool OutputQueue::split(const void* data, int size, BlockPool& pool)
 {
+    if (m_Tail && m_Tail->m_IsShared && !own(pool))
+        return false;
     const int first = m_Tail ? std::min(m_Tail->room(), size) : 0;
     Block* const old = m_Tail;
-    if (!append(size - first, pool))
+    if (first < size && !append(size - first, pool))
         return false;
     if (first > 0)
         put(old, data, first);
-    put(m_Tail, static_cast<const unsigned char*>(data) + first, size - first);
+    if (first < size)
+        put(m_Tail, static_cast<const unsigned char*>(data) + first, size - first);
     return true;
 }
 
 void OutputQueue::consume(size_t size, BlockPool& pool)
 {
     m_Size -= size;
+    if (m_Head && m_Head->m_IsShared)
+    {
+        if (m_Size == 0)
+            drop(&pool);
+        return;
+    }
     while (m_Head && size >= static_cast<size_t>(m_Head->size()))
     {
         size -= static_cast<size_t>(m_Head->size());

@@ -3,10 +3,13 @@
 
 #include "framework/export.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <new>
+#include <span>
+#include <utility>
 
 namespace zet::inner
 {
@@ -21,6 +24,8 @@ struct Block
     // See BlockPin.
     bool m_IsPinned;
     bool m_IsAbandoned;
+    // Whether it is a SharedBlock.
+    bool m_IsShared;
 
     unsigned char* bytes() { return reinterpret_cast<unsigned char*>(this + 1); }
     int size() const { return m_End - m_Begin; }
@@ -31,6 +36,28 @@ struct Block
         const auto first = reinterpret_cast<std::uintptr_t>(bytes());
         return reinterpret_cast<std::uintptr_t>(byte) - first < static_cast<std::uintptr_t>(m_Capacity);
     }
+};
+
+// The same output of several connections, once: each queue holds the block until it has sent it or until more output
+// follows. m_Begin to m_End are all its bytes; how many of them a queue has still to send, only the queue knows.
+struct COMMONGROUND_API SharedBlock : Block
+{
+    // Space for size bytes. The caller holds it. Null if memory is short.
+    static SharedBlock* make(int size);
+
+    unsigned char* data() { return bytes() + m_Begin; }
+    // Whether these are its last bytes.
+    bool endsWith(const void* last, int size)
+    {
+        const auto* const from = static_cast<const unsigned char*>(last);
+        return holds(from) && from + size == bytes() + m_End;
+    }
+    void hold() { m_Holders.fetch_add(1, std::memory_order_relaxed); }
+    // The last holder frees the block.
+    void leave();
+
+    // Atomic, since the System of one of its connections may move to another thread.
+    std::atomic<int> m_Holders;
 };
 
 // Keeps the bytes of a block in place while a caller reads them: whatever happens meanwhile to the buffer that has the
@@ -56,7 +83,7 @@ private:
 };
 
 // Keeps released blocks of the usual capacities for reuse. THREADS: one.
-class BlockPool
+class COMMONGROUND_API BlockPool
 {
 public:
     // The smallest usual capacity, enough for a few commands. The others are its doubles up to 32 KiB, and kUsual.
@@ -65,6 +92,21 @@ public:
     static constexpr int kUsual = 0x10000 - static_cast<int>(sizeof(Block));
     // Bytes kept of each capacity: 16 of the largest blocks, and a small one for each of 1,024 connections.
     static constexpr int kKept = 1024 * 1024;
+
+    // During its lifetime a connection of this pool whose queue is empty holds the block instead of copying most of its
+    // bytes. REQUIRES: the pool lives longer.
+    class Offer
+    {
+    public:
+        Offer(BlockPool& pool, SharedBlock& block) : m_Pool(pool), m_Outer(std::exchange(pool.m_Offered, &block)) {}
+        ~Offer() { m_Pool.m_Offered = m_Outer; }
+        Offer(const Offer&) = delete;
+        Offer& operator=(const Offer&) = delete;
+
+    private:
+        BlockPool& m_Pool;
+        SharedBlock* const m_Outer;
+    };
 
     BlockPool() = default;
     ~BlockPool();
@@ -76,6 +118,12 @@ public:
     // An empty block of this capacity, or null if memory is short. The caller returns it with give().
     Block* take(int capacity);
     void give(Block* block);
+    // The offered block if these are its last bytes and at least half of all, so that a queue does not hold far more
+    // memory than it counts; else null.
+    SharedBlock* getOffered(const void* data, int size)
+    {
+        return m_Offered && m_Offered->endsWith(data, size) && size >= m_Offered->size() / 2 ? m_Offered : nullptr;
+    }
 
 private:
     struct Shelf
@@ -91,6 +139,7 @@ private:
     Shelf* shelfOf(int capacity);
 
     Shelf m_Shelves[kShelves];
+    SharedBlock* m_Offered = nullptr;
 };
 
 // Received bytes that have not been read, in one piece.
@@ -130,7 +179,8 @@ private:
     Block* m_Block = nullptr;
 };
 
-// Bytes queued for sending, in blocks that grow from 1 KiB to kUsual.
+// Bytes queued for sending, in blocks that grow from 1 KiB to kUsual. Or in one shared block; the queue copies what
+// is left of it before it queues more, which fails if there is no memory for that.
 class COMMONGROUND_API OutputQueue
 {
 public:
@@ -149,8 +199,23 @@ public:
         return true;
     }
 
+    // Queues the last size bytes of this block without a copy. REQUIRES: size() == 0 < size.
+    void share(SharedBlock& block, int size)
+    {
+        block.hold();
+        m_Head = &block;
+        m_Tail = &block;
+        m_Size = static_cast<size_t>(size);
+    }
+
     // The first block of the queue, null if it is empty; m_Next links the others.
     Block* front() { return m_Head; }
+    // What is left of a block of this queue.
+    std::span<const unsigned char> left(Block& block) const
+    {
+        const int begin = block.m_IsShared ? block.m_End - static_cast<int>(m_Size) : block.m_Begin;
+        return {block.bytes() + begin, block.bytes() + block.m_End};
+    }
     // REQUIRES: size <= size().
     void consume(size_t size, BlockPool& pool);
     // Without a pool the memory is freed.
@@ -167,6 +232,8 @@ private:
     }
     bool split(const void* data, int size, BlockPool& pool);
     bool append(int size, BlockPool& pool);
+    // Copies what is left of a shared block.
+    bool own(BlockPool& pool);
 
     Block* m_Head = nullptr;
     Block* m_Tail = nullptr;

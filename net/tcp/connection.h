@@ -18,6 +18,7 @@ struct NetLimits;
 
 namespace inner
 {
+class BlockPool;
 class Crowd;
 class OutputQueue;
 class PacketTick;
@@ -153,6 +154,8 @@ protected:
     void hurry();
     // For a derived class that talks to a proxy: while it is held, NetLimits::m_ConnectTime goes on.
     void holdConnectTime(bool isHeld);
+    // The memory of its output; null without a handle.
+    std::shared_ptr<inner::BlockPool> getOutputPool() const;
 
     // A ConnectionState.
     unsigned char m_State = kDown;
@@ -252,8 +255,8 @@ private:
     void joinReactor();
     void discardInput();
     void fail(ConnectionState state, EndCause cause);
-    // Reports the size of the output queue to the port. False if it is too much for the port.
-    bool countOutput();
+    // Tells the port that this many bytes are queued. False if that is too much for it.
+    bool holdOutput(size_t size);
     bool queueOutput(const void* data, int size);
     // A send() that is long enough to leave without a copy.
     int sendLarge(const unsigned char* data, int size);

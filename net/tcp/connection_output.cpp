@@ -28,8 +28,9 @@ size_t sendOnce(inner::TcpLink& link, inner::OutputQueue& queue, size_t& offered
     offered = 0;
     for (inner::Block* block = queue.front(); block && count < kMostPieces; block = block->m_Next)
     {
-        pieces[count] = {block->bytes() + block->m_Begin, static_cast<size_t>(block->size())};
-        offered += pieces[count++].m_Size;
+        const auto left = queue.left(*block);
+        pieces[count++] = {left.data(), left.size()};
+        offered += left.size();
     }
     return link.door().send(link.getHandle(), pieces, count, fault);
 }
@@ -47,10 +48,15 @@ bool TcpConnection::takesOutput() const
     return m_Link && m_State >= kConnecting && m_State <= kClosedByPeer && m_Link->m_Output.size() < m_OutputLimit;
 }
 
-bool TcpConnection::countOutput()
+inline bool TcpConnection::holdOutput(size_t size)
 {
     inner::Seat* const seat = m_Link->seat();
-    return !seat || seat->holdOutput(getOutputSize());
+    return !seat || seat->holdOutput(size);
+}
+
+std::shared_ptr<inner::BlockPool> TcpConnection::getOutputPool() const
+{
+    return m_Link ? std::shared_ptr<inner::BlockPool>(m_Reactor, &m_Reactor->pool()) : nullptr;
 }
 
 void TcpConnection::announceOutput()
@@ -73,12 +79,14 @@ void TcpConnection::announceOutput()
 // Queues all bytes, or none if memory is short.
 inline bool TcpConnection::queueOutput(const void* data, int size)
 {
-    inner::TcpLink& link = *m_Link;
-    if (!link.m_Output.write(data, size, m_Reactor->pool()))
+    inner::OutputQueue& output = m_Link->m_Output;
+    inner::BlockPool& pool = m_Reactor->pool();
+    if (inner::SharedBlock* const shared = pool.getOffered(data, size); shared && output.size() == 0)
+        output.share(*shared, size);
+    else if (!output.write(data, size, pool))
         return false;
-    const size_t queued = sizeOfOutput(link);
-    if (inner::Seat* const seat = link.seat())
-        seat->holdOutput(queued);
+    const size_t queued = sizeOfOutput(*m_Link);
+    holdOutput(queued);
     if (queued >= m_OutputMark)
         setOutputHigh(true);
     // Usually the output is announced already and is too short to leave now.
@@ -93,7 +101,7 @@ int TcpConnection::send(const void* data, int size)
         return 0;
     if (isPending(kOutputLost))
         return size;
-    if (!countOutput())
+    if (!holdOutput(sizeOfOutput(*m_Link)))
         return 0;
     if (inner::kHasFastPaths && size >= kDirectAt)
         return sendLarge(static_cast<const unsigned char*>(data), size);
@@ -137,7 +145,7 @@ void TcpConnection::flush()
 bool TcpConnection::sendQueue(inner::OutputQueue& queue)
 {
     const bool isSent = sendPieces(queue);
-    countOutput();
+    holdOutput(sizeOfOutput(*m_Link));
     if (isOutputHigh() && getOutputSize() <= m_OutputMark / 2)
     {
         setOutputHigh(false);

