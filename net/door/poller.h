@@ -22,6 +22,9 @@ class Watch
 public:
     // An override only sets flags: it closes no socket and adds none.
     virtual void onReady(unsigned char ready) = 0;
+    // Loads what onReady() changes into the processor's cache: of many sockets, it is mostly not there. A poller may
+    // call it for several ready sockets before it reports the first.
+    virtual void loadAhead() const {}
 
     // Used by the poller: the wanted flags, and the handle, or an index if the poller keeps a list of its own.
     unsigned char m_Wanted = 0;

@@ -1,6 +1,7 @@
 #include "net/door/real_poller.h"
 
 #include "framework/inner/fast_paths.h"
+#include "net/inner/fetch.h"
 
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
@@ -10,6 +11,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
+#include <span>
 #include <stdexcept>
 #include <system_error>
 
@@ -99,6 +101,7 @@ private:
         return ::epoll_ctl(m_Poll, operation, handle, &event) == 0;
     }
     void report(Watch& watch, unsigned char ready);
+    void loadAhead(std::span<const epoll_event> events) const;
     // Reports pending events, or waits for the first ones for this time, without an end if it is negative. False if the
     // system reported none because its call failed. Any event except that of the timer sets hasEvents.
     bool look(int milliseconds, bool& hasEvents);
@@ -172,12 +175,23 @@ void EpollPoller::report(Watch& watch, unsigned char ready)
     watch.onReady(ready);
 }
 
+void EpollPoller::loadAhead(std::span<const epoll_event> events) const
+{
+    for (const epoll_event& event : events)
+        fetch<3>(event.data.ptr);
+    for (const epoll_event& event : events)
+        if (event.data.ptr && event.data.ptr != this)
+            static_cast<const Watch*>(event.data.ptr)->loadAhead();
+}
+
 bool EpollPoller::look(int milliseconds, bool& hasEvents)
 {
     epoll_event events[kBatch];
     for (int reported = 0; reported < kEventsPerLook; reported += kBatch, milliseconds = 0)
     {
         const int count = ::epoll_wait(m_Poll, events, kBatch, milliseconds);
+        if (count > 1)
+            loadAhead({events, static_cast<size_t>(count)});
         for (int i = 0; i < count; ++i)
         {
             void* const watch = events[i].data.ptr;

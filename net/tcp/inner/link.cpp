@@ -1,5 +1,6 @@
 #include "net/tcp/inner/link.h"
 
+#include "net/inner/fetch.h"
 #include "net/tcp/connection.h"
 
 #include <new>
@@ -100,6 +101,12 @@ void TcpLink::onReady(unsigned char ready)
     if (ready & kReadyTail)
         m_HasTail = true;
     report(pending);
+}
+
+void TcpLink::loadAhead() const
+{
+    // The fields that report() reads and changes.
+    fetch<3>(m_Owner);
 }
 
 void TcpLink::report(unsigned int pending)

@@ -54,6 +54,7 @@ struct TcpLink final : Watched, Seat, Counted<TcpLink>
     // Whether the connection failed; called once, after its result was reported.
     Door::Fault endConnect() { return door().endConnect(getHandle()); }
     void onReady(unsigned char ready) override;
+    void loadAhead() const override;
     void flushOwner();
     // Ends the owner as kBroken.
     void failOwner();

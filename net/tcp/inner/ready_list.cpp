@@ -102,7 +102,7 @@ void ReadyList::take()
         taken = m_Now.back();
         m_Now.pop_back();
         if (!m_Now.empty())
-            fetch<8>(m_Now.back());
+            fetch<9>(m_Now.back());
     }
     else
     {
