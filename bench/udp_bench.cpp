@@ -71,9 +71,18 @@ void onCommand(CCmdHead* command, unsigned long socket, unsigned long)
         reinterpret_cast<UdpClientSocket*>(socket)->send(*command);
 }
 
-void onBack(CCmdHead*, unsigned long, unsigned long)
+// In the client's process: commands that leave when the reply to the previous one has come. The handler of the reply
+// sends them, as a host's would and as in the rows over TCP: what it sends carries the acknowledgement.
+int g_Waiting = 0;
+
+void onBack(CCmdHead* command, unsigned long socket, unsigned long)
 {
     ++g_Seen;
+    if (g_Waiting > 0)
+    {
+        --g_Waiting;
+        bench::need(reinterpret_cast<UdpClientSocket*>(socket)->send(*command), "send");
+    }
 }
 
 void install(UdpClientSocket& socket, CmdHandler handler)
@@ -149,18 +158,16 @@ std::vector<double> runOwn(const Load& load)
         [&]
         {
             g_Seen = 0;
+            const int count = load.m_Batch > 1 ? load.m_Count : 1;
+            g_Waiting = load.m_Count - count;
             int sent = 0;
             for (const auto wanted = static_cast<unsigned long>(load.m_Count / load.m_Every); g_Seen < wanted;)
             {
-                const bool isNext = load.m_Batch > 1 || static_cast<unsigned long>(sent) == g_Seen;
-                if (isNext && static_cast<int>(socket->getOutputSize()) < kQueued)
-                    for (int i = 0; i < load.m_Batch && sent < load.m_Count; ++i, ++sent)
+                if (static_cast<int>(socket->getOutputSize()) < kQueued)
+                    for (int i = 0; i < load.m_Batch && sent < count; ++i, ++sent)
                         bench::need(socket->send(command), "send");
                 system.tick();
-                // A reply that came in this tick lets the next command leave at once.
-                const bool isWaiting =
-                    load.m_Batch > 1 ? sent == load.m_Count || static_cast<int>(socket->getOutputSize()) >= kQueued
-                                     : static_cast<unsigned long>(sent) > g_Seen;
+                const bool isWaiting = sent == count || static_cast<int>(socket->getOutputSize()) >= kQueued;
                 if (g_Seen < wanted && isWaiting)
                     system.wait();
                 bench::need(socket->getConnectionState() == UdpClientSocket::kEstablished, "the connection over UDP");
